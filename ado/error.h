@@ -1,0 +1,64 @@
+// Errors of the data layer.
+//
+// Two unrelated types, because they call for different reactions:
+//   DatabaseError  the database refused or failed; the user can be told, the work can be repeated
+//   UsageError     the program used the data layer wrongly; a defect of the caller
+//
+//   try { query.Open(); }
+//   catch (const DatabaseError& e) { show(e.what(), e.statement()); }
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+namespace basalt {
+
+// What kind of trouble a DatabaseError reports, so that callers need not know SQLSTATEs.
+enum class ErrorCategory {
+    Other,
+    Syntax,      // the statement is not understood (102, 156, ...)
+    NotFound,    // table, column, procedure or database object does not exist (207, 208, 2812)
+    Constraint,  // a key, foreign key, check or NOT NULL rule refused the change (515, 547, 2601, 2627)
+    Conversion,  // a value cannot be converted or is out of range (220, 241, 245, 8114, 8115, 8134)
+    Truncation,  // a text or binary value is longer than its column (8152, 2628)
+    Busy,        // another client holds a lock for too long; the same request may succeed later
+    Conflict,    // the row was changed or deleted by another client since it was read
+    Connection,  // the database cannot be reached, opened or has been lost
+    Corrupt,     // the database file is damaged or is not a database
+    DiskFull,    // no room to write; nothing of the request was kept
+    Version,     // the database was made by a newer program
+    Limit,       // the statement is too long, too deep or too large
+};
+
+class DatabaseError : public std::runtime_error {
+public:
+    DatabaseError(ErrorCategory category, std::string sqlState, int nativeCode, const std::string& message,
+                  std::string statement = {})
+        : std::runtime_error(message),
+          category_(category),
+          sqlState_(std::move(sqlState)),
+          nativeCode_(nativeCode),
+          statement_(std::move(statement)) {}
+
+    [[nodiscard]] ErrorCategory category() const noexcept { return category_; }
+    // Five characters, for instance "23000".
+    [[nodiscard]] const std::string& sqlState() const noexcept { return sqlState_; }
+    // The server's own error number (SQL Server numbering on both engines), 0 when there is none.
+    [[nodiscard]] int nativeCode() const noexcept { return nativeCode_; }
+    // The statement that failed, as it was sent; empty when the failure belongs to no statement.
+    [[nodiscard]] const std::string& statement() const noexcept { return statement_; }
+
+private:
+    ErrorCategory category_;
+    std::string sqlState_;
+    int nativeCode_;
+    std::string statement_;
+};
+
+class UsageError : public std::logic_error {
+public:
+    using std::logic_error::logic_error;
+};
+
+}  // namespace basalt

@@ -1,0 +1,37 @@
+# Options of the build, and the one interface target that carries warnings and sanitizers.
+option(BASALT_TESTS "Build the tests" ON)
+option(BASALT_BENCH "Build the benchmarks (compares with QtSql and SOCI)" OFF)
+option(BASALT_FUZZ "Build the libFuzzer targets (needs clang)" OFF)
+option(BASALT_WERROR "Warnings are errors" OFF)
+option(BASALT_COVERAGE "Instrument for gcov" OFF)
+set(BASALT_SANITIZE "" CACHE STRING "Value for -fsanitize, for instance address,undefined")
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS ON)  # __int128 with its std:: traits
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
+
+add_library(basalt_options INTERFACE)
+add_library(Basalt::options ALIAS basalt_options)
+target_compile_options(basalt_options INTERFACE
+  $<BUILD_INTERFACE:-Wall;-Wextra;-Wpedantic;-Wshadow;-Wconversion;-Wno-sign-conversion;-Wnon-virtual-dtor;-Woverloaded-virtual;-Wimplicit-fallthrough>
+  # __int128 is what exact decimals are made of; every compiler that builds Basalt has it.
+  $<BUILD_INTERFACE:-Wno-pedantic>)
+if(BASALT_WERROR)
+  target_compile_options(basalt_options INTERFACE $<BUILD_INTERFACE:-Werror>)
+endif()
+if(BASALT_SANITIZE)
+  target_compile_options(basalt_options INTERFACE
+    $<BUILD_INTERFACE:-fsanitize=${BASALT_SANITIZE};-fno-sanitize-recover=all;-fno-omit-frame-pointer>)
+  target_link_options(basalt_options INTERFACE $<BUILD_INTERFACE:-fsanitize=${BASALT_SANITIZE}>)
+endif()
+if(BASALT_COVERAGE)
+  target_compile_options(basalt_options INTERFACE $<BUILD_INTERFACE:--coverage>)
+  target_link_options(basalt_options INTERFACE $<BUILD_INTERFACE:--coverage>)
+endif()

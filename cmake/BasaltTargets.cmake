@@ -1,0 +1,28 @@
+# Helpers that every folder's CMakeLists.txt uses, so that targets and tests look the same everywhere.
+
+# basalt_library(NAME sources...): a static library whose headers are included from the top folder ("ado/session.h").
+function(basalt_library name)
+  add_library(${name} STATIC ${ARGN})
+  target_include_directories(${name} PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/basalt>)
+  target_link_libraries(${name} PUBLIC basalt_options)
+endfunction()
+
+# basalt_test(NAME SOURCES files... LIBRARIES targets...): a GoogleTest program; each of its tests becomes one of ctest.
+function(basalt_test name)
+  cmake_parse_arguments(arg "QT" "" "SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
+  find_package(GTest REQUIRED)
+  include(GoogleTest)
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} basalt_options GTest::gmock)
+  if(arg_QT)
+    # Widget tests bring their own main, which makes the QApplication (tests/support/qt_main.cpp).
+    target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/qt_main.cpp)
+    target_link_libraries(${name} PRIVATE Qt6::Widgets Qt6::Test)
+    list(APPEND arg_ENVIRONMENT QT_QPA_PLATFORM=offscreen)
+  else()
+    target_link_libraries(${name} PRIVATE GTest::gmock_main)
+  endif()
+  target_compile_definitions(${name} PRIVATE BASALT_SOURCE_DIR="${PROJECT_SOURCE_DIR}" BASALT_BINARY_DIR="${CMAKE_BINARY_DIR}")
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300 ENVIRONMENT "${arg_ENVIRONMENT}")
+endfunction()
