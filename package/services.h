@@ -1,0 +1,43 @@
+// The host's services under their application-wide names. Each forwards to the attached host; without one they raise a
+// UsageError that says so.
+//
+//   if (!HavePermission(UserInfo(), spPriceLevels, prOpen, true, true, "")) return;
+#pragma once
+
+#include "package/host.h"
+
+namespace basalt {
+
+[[nodiscard]] Host& attachedHost();
+[[nodiscard]] bool hasHost() noexcept;
+// Null detaches. For Module and for tests, which attach a host of their own (see AttachedHost below).
+void attachHost(Host* host) noexcept;
+
+// Attaches a host for a scope and puts back the previous one.
+class AttachedHost {
+public:
+    explicit AttachedHost(Host& host);
+    ~AttachedHost();
+    AttachedHost(const AttachedHost&) = delete;
+    AttachedHost& operator=(const AttachedHost&) = delete;
+
+private:
+    Host* previous_;
+};
+
+[[nodiscard]] TDM& DM();
+[[nodiscard]] const TUserInfo& UserInfo();
+[[nodiscard]] const TIniOptions& IniOptions();
+[[nodiscard]] const TSettingRecord& SettingRecord();
+
+[[nodiscard]] Value ScalerQuery(const std::string& table, const std::string& resultField, const std::string& keyField,
+                                const std::string& keyValue);
+void ResetDataset(TADOQuery& query);
+[[nodiscard]] bool CheckGoodUnitFormul(int goodCode);
+[[nodiscard]] bool LocateLockCode_SoftwarePart(const std::string& code, TSoftwarePart part, int owner, bool flag);
+[[nodiscard]] bool HavePermission(const TUserInfo& user, TSoftwarePart part, TPermission permission, bool flag1, bool flag2,
+                                  const std::string& text);
+void SetUserEvent(TSoftwarePart part, TPermission permission, const std::string& text, bool flag1, bool flag2);
+[[nodiscard]] std::string NowDate(const std::string& separator);
+
+}  // namespace basalt
