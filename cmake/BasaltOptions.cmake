@@ -35,3 +35,13 @@ if(BASALT_COVERAGE)
   target_compile_options(basalt_options INTERFACE $<BUILD_INTERFACE:--coverage>)
   target_link_options(basalt_options INTERFACE $<BUILD_INTERFACE:--coverage>)
 endif()
+
+# Faster builds where the tools are at hand; the result is the same without them.
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+endif()
+find_program(MOLD_PROGRAM mold)
+if(MOLD_PROGRAM)
+  add_link_options(-fuse-ld=mold)
+endif()
