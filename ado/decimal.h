@@ -24,7 +24,8 @@ inline constexpr int kMaxDecimalDigits = 38;
 class Decimal {
 public:
     constexpr Decimal() = default;
-    constexpr Decimal(Int128 coefficient, int scale) : coefficient_(coefficient), scale_(static_cast<std::uint8_t>(scale)) {}
+    constexpr Decimal(Int128 coefficient, int scale)
+        : coefficient_(coefficient), scale_(static_cast<std::uint8_t>(scale)) {}
 
     // Reads [blanks][sign]digits[.digits][blanks]; at least one digit. nullopt for any other text, for an exponent
     // and for more than 38 significant digits.

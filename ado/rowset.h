@@ -7,15 +7,18 @@
 //   rows.column(1).textAt(0)
 //
 // Columns are stored in chunks, so that a growing set never holds two copies of itself and a row costs little more than
-// the bytes of its values. Rows and columns count from 0. Reading a cell with the accessor of another type, or a row that
-// is not there, is undefined in release builds and asserted in debug builds; valueAt always works.
+// the bytes of its values. Rows and columns count from 0. Reading a cell with the accessor of another type, or a row
+// that is not there, is undefined in release builds and asserted in debug builds; valueAt always works.
 #pragma once
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <cstdlib>
+#include <cstring>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ado/value.h"
@@ -23,21 +26,23 @@
 namespace basalt {
 
 enum class FieldType : std::uint8_t {
-    Boolean,   // bit
-    TinyInt,   // 0 to 255
+    Boolean,  // bit
+    TinyInt,  // 0 to 255
     SmallInt,
     Integer,
     BigInt,
-    Float,     // float and real
-    Decimal,   // decimal, numeric, money
-    Text,      // char, varchar, nchar, nvarchar, text, ntext, uniqueidentifier
+    Float,    // float and real
+    Decimal,  // decimal, numeric, money
+    Text,     // char, varchar, nchar, nvarchar, text, ntext, uniqueidentifier
     Binary,
-    Date,      // whole days
+    Date,  // whole days
     DateTime,
 };
 
 // True for the types whose cells are read with intAt.
-[[nodiscard]] constexpr bool isIntegral(FieldType type) { return type <= FieldType::BigInt; }
+[[nodiscard]] constexpr bool isIntegral(FieldType type) {
+    return type <= FieldType::BigInt;
+}
 
 struct ColumnInfo {
     std::string name;  // may be empty (an expression without alias)
@@ -54,33 +59,87 @@ struct ColumnInfo {
     std::string baseColumn;
 };
 
+namespace detail {
+
+// Memory without initial contents that grows in place where the allocator can.
+class Block {
+public:
+    Block() = default;
+    Block(Block&& other) noexcept : data_(std::exchange(other.data_, nullptr)), size_(std::exchange(other.size_, 0)) {}
+    Block& operator=(Block&& other) noexcept {
+        std::swap(data_, other.data_);
+        std::swap(size_, other.size_);
+        return *this;
+    }
+    ~Block() { std::free(data_); }
+
+    [[nodiscard]] std::byte* data() const { return data_; }
+    [[nodiscard]] std::size_t size() const { return size_; }
+    // Keeps the first min(old, new) bytes; throws std::bad_alloc and stays as it is when there is no memory.
+    void resize(std::size_t size);
+
+private:
+    std::byte* data_ = nullptr;
+    std::size_t size_ = 0;
+};
+
+// Up to kRows cells of one column. Cells of one width stand side by side; of texts and bytes the cell is the end of the
+// value in the arena, so a text costs its bytes and four more.
+struct Chunk {
+    static constexpr std::size_t kRows = 4096;
+
+    Block cells;
+    Block arena;
+    Block nulls;  // one bit a row, there only when a cell is null
+    std::uint32_t count = 0;
+    std::uint32_t capacity = 0;
+    std::uint8_t width = 0;
+
+    template <typename T>
+    [[nodiscard]] T get(std::size_t row) const {
+        T value;
+        std::memcpy(&value, cells.data() + row * sizeof(T), sizeof(T));
+        return value;
+    }
+    template <typename T>
+    void put(std::size_t row, T value) {
+        std::memcpy(cells.data() + row * sizeof(T), &value, sizeof(T));
+    }
+    [[nodiscard]] bool isNull(std::size_t row) const {
+        if (nulls.size() == 0) return false;
+        return (std::to_integer<unsigned>(nulls.data()[row / 8]) >> (row % 8) & 1U) != 0;
+    }
+    [[nodiscard]] std::uint32_t end(std::size_t row) const { return get<std::uint32_t>(row); }
+    [[nodiscard]] std::uint32_t begin(std::size_t row) const { return row == 0 ? 0 : end(row - 1); }
+};
+
+}  // namespace detail
+
 class Column {
 public:
     explicit Column(ColumnInfo info);
-    Column(Column&&) noexcept;
-    Column& operator=(Column&&) noexcept;
-    ~Column();
 
     [[nodiscard]] const ColumnInfo& info() const { return info_; }
-    [[nodiscard]] std::size_t size() const { return size_; }
+    [[nodiscard]] std::size_t size() const { return full_.size() * detail::Chunk::kRows + tail_.count; }
 
-    // Filling. One append a row, of the column's own type.
+    // Filling. One append a row, of the column's own type. DatabaseError (Conversion) for a number that the type cannot
+    // hold, and (Limit) for texts beyond 4 GB in 4096 rows; the column is unchanged then.
     void appendNull();
     void appendInt(std::int64_t value);  // Boolean (0 or 1) and the integers
     void appendDouble(double value);
     void appendDecimal(Int128 coefficient);  // at the column's scale
     void appendText(std::string_view value);
     void appendBytes(const void* data, std::size_t size);
-    void appendDateTime(DateTime value);  // Date and DateTime
+    void appendDateTime(DateTime value);  // Date and DateTime; the time of day of a Date is dropped
     // Converts; throws DatabaseError (Conversion) when it cannot.
     void appendValue(const Value& value);
 
-    // Reading.
+    // Reading. A null reads as 0 or as the empty text.
     [[nodiscard]] bool isNull(std::size_t row) const;
     [[nodiscard]] std::int64_t intAt(std::size_t row) const;
     [[nodiscard]] double doubleAt(std::size_t row) const;
     [[nodiscard]] Int128 coefficientAt(std::size_t row) const;
-    [[nodiscard]] std::string_view textAt(std::size_t row) const;  // valid until the cell is written or the set goes away
+    [[nodiscard]] std::string_view textAt(std::size_t row) const;  // valid until the set is changed or goes away
     [[nodiscard]] std::string_view bytesAt(std::size_t row) const;
     [[nodiscard]] DateTime dateTimeAt(std::size_t row) const;
     [[nodiscard]] Value valueAt(std::size_t row) const;
@@ -93,10 +152,33 @@ public:
 
 private:
     friend class RowSet;
-    struct Chunks;
+    using Chunk = detail::Chunk;
+
+    [[nodiscard]] const Chunk& chunkOf(std::size_t row) const {
+        const std::size_t index = row / Chunk::kRows;
+        return index < full_.size() ? full_[index] : tail_;
+    }
+    [[nodiscard]] Chunk& chunkOf(std::size_t row) { return const_cast<Chunk&>(std::as_const(*this).chunkOf(row)); }
+    // The place in the tail of the next cell; makes room first. The cell counts once tail_.count is raised.
+    [[nodiscard]] std::uint32_t nextRow() {
+        if (tail_.count == tail_.capacity) [[unlikely]]
+            grow();
+        return tail_.count;
+    }
+    void grow();
+    void growArena(std::size_t needed);
+    static void widen(Chunk& chunk);
+    static void markNull(Chunk& chunk, std::size_t row, bool null);
+    void writeFixed(Chunk& chunk, std::size_t row, const Value& value);
+    void writeBytes(Chunk& chunk, std::size_t row, std::string_view value);
+    [[nodiscard]] Value converted(const Value& value) const;
+    void remove(std::size_t row);
+    [[noreturn]] void failRange(std::int64_t value) const;
+
     ColumnInfo info_;
-    std::size_t size_ = 0;
-    std::unique_ptr<Chunks> chunks_;
+    std::uint8_t width_;  // bytes of a cell; of a decimal the width at which a chunk starts
+    Chunk tail_;          // the chunk being filled
+    std::vector<Chunk> full_;
 };
 
 class RowSet {
@@ -112,6 +194,7 @@ public:
     [[nodiscard]] int indexOf(std::string_view name) const;
 
     void finishRow() { ++rows_; }  // after one append on every column
+    // The rows below move up by one.
     void removeRow(std::size_t row);
     [[nodiscard]] std::size_t memory() const;
 
@@ -119,5 +202,101 @@ private:
     std::vector<Column> columns_;
     std::size_t rows_ = 0;
 };
+
+// What an engine calls once a cell.
+
+inline void Column::appendInt(std::int64_t value) {
+    assert(isIntegral(info_.type));
+    const std::uint32_t row = nextRow();
+    switch (width_) {
+        case 1:
+            if (value != static_cast<std::uint8_t>(value)) [[unlikely]]
+                failRange(value);
+            tail_.put(row, static_cast<std::uint8_t>(value));
+            break;
+        case 2:
+            if (value != static_cast<std::int16_t>(value)) [[unlikely]]
+                failRange(value);
+            tail_.put(row, static_cast<std::int16_t>(value));
+            break;
+        case 4:
+            if (value != static_cast<std::int32_t>(value)) [[unlikely]]
+                failRange(value);
+            tail_.put(row, static_cast<std::int32_t>(value));
+            break;
+        default:
+            tail_.put(row, value);
+    }
+    tail_.count = row + 1;
+}
+
+inline void Column::appendDouble(double value) {
+    assert(info_.type == FieldType::Float);
+    const std::uint32_t row = nextRow();
+    tail_.put(row, value);
+    tail_.count = row + 1;
+}
+
+inline void Column::appendDecimal(Int128 coefficient) {
+    assert(info_.type == FieldType::Decimal);
+    const std::uint32_t row = nextRow();
+    const auto narrow = static_cast<std::int64_t>(coefficient);
+    if (tail_.width == 8 && narrow != coefficient) [[unlikely]]
+        widen(tail_);
+    if (tail_.width == 8) {
+        tail_.put(row, narrow);
+    } else {
+        tail_.put(row, coefficient);
+    }
+    tail_.count = row + 1;
+}
+
+inline void Column::appendText(std::string_view value) {
+    appendBytes(value.data(), value.size());
+}
+
+inline void Column::appendBytes(const void* data, std::size_t size) {
+    assert(info_.type == FieldType::Text || info_.type == FieldType::Binary);
+    const std::uint32_t row = nextRow();
+    const std::uint32_t begin = tail_.begin(row);
+    if (tail_.arena.size() - begin < size) [[unlikely]]
+        growArena(begin + size);
+    if (size != 0) std::memcpy(tail_.arena.data() + begin, data, size);
+    tail_.put(row, static_cast<std::uint32_t>(begin + size));
+    tail_.count = row + 1;
+}
+
+inline bool Column::isNull(std::size_t row) const {
+    assert(row < size());
+    return chunkOf(row).isNull(row % Chunk::kRows);
+}
+
+inline std::int64_t Column::intAt(std::size_t row) const {
+    assert(row < size() && isIntegral(info_.type));
+    const Chunk& chunk = chunkOf(row);
+    row %= Chunk::kRows;
+    switch (width_) {
+        case 1:
+            return chunk.get<std::uint8_t>(row);
+        case 2:
+            return chunk.get<std::int16_t>(row);
+        case 4:
+            return chunk.get<std::int32_t>(row);
+        default:
+            return chunk.get<std::int64_t>(row);
+    }
+}
+
+inline std::string_view Column::bytesAt(std::size_t row) const {
+    assert(row < size() && (info_.type == FieldType::Text || info_.type == FieldType::Binary));
+    const Chunk& chunk = chunkOf(row);
+    row %= Chunk::kRows;
+    const std::uint32_t begin = chunk.begin(row);
+    return {reinterpret_cast<const char*>(chunk.arena.data()) + begin, chunk.end(row) - begin};
+}
+
+inline std::string_view Column::textAt(std::size_t row) const {
+    return bytesAt(row);
+}
 
 }  // namespace basalt

@@ -7,8 +7,8 @@
 //   const RowSet& rows = *r.results.at(0).rows;
 //
 // Failures are DatabaseError. A statement that fails changes nothing itself; earlier statements of the batch and the
-// transaction stay as they are, unless the error's category is Connection, Corrupt or DiskFull: then the transaction has
-// been rolled back and inTransaction() answers false.
+// transaction stay as they are, unless the error's category is Connection, Corrupt or DiskFull: then the transaction
+// has been rolled back and inTransaction() answers false.
 #pragma once
 
 #include <cstdint>

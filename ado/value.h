@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -32,12 +33,17 @@ struct CivilDateTime {
 
 [[nodiscard]] DateTime fromCivil(const CivilDateTime& civil);
 [[nodiscard]] CivilDateTime toCivil(DateTime value);
+// Reads yyyy-mm-dd, yyyy/mm/dd or yyyymmdd, then optionally a blank or T and hh:mm[:ss[.fffffff]]. nullopt for any
+// other text and for a day or time that does not exist.
+[[nodiscard]] std::optional<DateTime> parseDateTime(std::string_view text);
 
 using Null = std::monostate;
 // Texts are UTF-8. bool is a BIT.
 using Value = std::variant<Null, bool, std::int64_t, double, Decimal, std::string, Bytes, DateTime>;
 
-[[nodiscard]] inline bool isNull(const Value& value) { return std::holds_alternative<Null>(value); }
+[[nodiscard]] inline bool isNull(const Value& value) {
+    return std::holds_alternative<Null>(value);
+}
 
 // Text as the data sets show it: integers and decimals in plain digits with all decimals of the scale, BIT as "True" or
 // "False", dates as yyyy-mm-dd[ hh:mm:ss[.fff]], bytes as 0x and hexadecimal digits, null as the empty text.
@@ -48,5 +54,12 @@ using Value = std::variant<Null, bool, std::int64_t, double, Decimal, std::strin
 
 // Equality for data set look-ups: numbers by value whatever their kind, texts as text, null equal to null only.
 [[nodiscard]] bool sameValue(const Value& a, const Value& b);
+
+// The decimal that a number or a numeric text stands for, exactly where the value is exact. Null is 0. DatabaseError
+// (Conversion) for anything else and beyond 38 digits.
+[[nodiscard]] Decimal toDecimal(const Value& value);
+
+// Characters as SQL Server counts them: UTF-16 units of a UTF-8 text.
+[[nodiscard]] std::size_t utf16Length(std::string_view text);
 
 }  // namespace basalt
