@@ -1,0 +1,89 @@
+// Codes of records that are open in an editor, shared by all clients through CodeLock_TBL.
+//
+//   CodeLock lock = host.codeLocks().hold("3", spPriceLevels);                       // an existing record
+//   CodeLock lock = host.codeLocks().holdNew(part, [&] { return editor.GetNewCode(); });  // a new one
+//   editor.SetCode(lock.value());
+//   ...                                                                              // released when `lock` goes away
+//
+// Several clients may have the same record open; others() tells of them. A new code belongs to one client alone.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "ado/session.h"
+#include "ado/value.h"
+#include "package/types.h"
+
+namespace basalt::host {
+
+class CodeLocks;
+
+// A held code. Moving hands it on; destroying it releases the code, an error while releasing is dropped (the row then
+// goes with the next start of the workstation).
+class CodeLock {
+public:
+    CodeLock() = default;
+    CodeLock(CodeLock&& other) noexcept;
+    CodeLock& operator=(CodeLock&& other) noexcept;
+    ~CodeLock();
+
+    [[nodiscard]] bool held() const { return locks_ != nullptr; }
+    [[nodiscard]] const std::string& code() const { return code_; }
+    [[nodiscard]] const Value& value() const { return value_; }  // the code as nextCode gave it; for hold() its text
+    // Errors of the database pass; the lock then counts as released here.
+    void release();
+
+private:
+    friend class CodeLocks;
+    CodeLock(CodeLocks& locks, TSoftwarePart part, Value value, int slot);
+
+    CodeLocks* locks_ = nullptr;
+    TSoftwarePart part_{};
+    Value value_;
+    std::string code_;
+    int slot_ = 0;
+};
+
+struct CodeLockHolder {
+    int owner = 0;
+    std::string userName;  // the full name; empty when unknown
+    std::string workstationName;
+    std::string lockDate;  // "1405/08/30 09:15:00"
+};
+
+// What a row of CodeLock_TBL says of its holder.
+struct CodeLockOwner {
+    int owner = 0;
+    int userCode = 0;
+    std::string workstationName;
+    std::string moment;
+};
+
+class CodeLocks {
+public:
+    // `describe` is asked at each hold.
+    CodeLocks(Session& session, std::function<CodeLockOwner()> describe)
+        : session_(session), describe_(std::move(describe)) {}
+
+    [[nodiscard]] CodeLock hold(const std::string& code, TSoftwarePart part);
+    // Asks `nextCode` for a free code and takes it. When another client takes the same code at that moment, it is asked
+    // again. DatabaseError (Busy) when that happens a hundred times in a row.
+    [[nodiscard]] CodeLock holdNew(TSoftwarePart part, const std::function<Value()>& nextCode);
+
+    // True when an owner other than `owner` holds the code; with `anyOwner` also when `owner` does.
+    [[nodiscard]] bool isHeld(const std::string& code, TSoftwarePart part, int owner, bool anyOwner);
+    // The other owners that hold the code.
+    [[nodiscard]] std::vector<CodeLockHolder> others(const std::string& code, TSoftwarePart part);
+
+private:
+    friend class CodeLock;
+    [[nodiscard]] bool insert(const std::string& code, TSoftwarePart part, int slot);
+    void remove(const std::string& code, TSoftwarePart part, int slot);
+
+    Session& session_;
+    std::function<CodeLockOwner()> describe_;
+};
+
+}  // namespace basalt::host

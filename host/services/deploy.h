@@ -1,0 +1,39 @@
+// Making and checking the reference database.
+//
+//   if (schemaState(session) == SchemaState::Missing) deployDatabase(session, {.demo = true});
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ado/session.h"
+
+namespace basalt::host {
+
+// The version that this program makes and works with.
+inline constexpr int kSchemaVersion = 1;
+
+struct DeployOptions {
+    bool demo = false;  // demo data too, into tables that are empty
+};
+
+enum class SchemaState {
+    Missing,  // no tables of ours
+    Older,    // deploying brings it up to date
+    Current,
+};
+
+// DatabaseError (Version) when the database was made by a newer program.
+[[nodiscard]] SchemaState schemaState(Session& session);
+// True when the database holds the demo data.
+[[nodiscard]] bool holdsDemoData(Session& session);
+
+// Runs the scripts in their order, each in a transaction of its own. Deploying again changes nothing. Errors name the
+// script; scripts before it stay done. Returns the names of the scripts.
+std::vector<std::string> deployDatabase(Session& session, DeployOptions options = {});
+
+// The batches of a script: the text between lines that say only GO. A GO inside a quoted text or a comment is text.
+[[nodiscard]] std::vector<std::string> splitBatches(std::string_view script);
+
+}  // namespace basalt::host

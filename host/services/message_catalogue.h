@@ -1,0 +1,36 @@
+// The sentences of the host: for each named message and each message number a Persian text with places for the words
+// that the caller passes.
+//
+//   catalogue.render(request).text       "«نام» نباید خالی باشد."
+#pragma once
+
+#include <exception>
+#include <string>
+
+#include "ado/error.h"
+#include "package/messages.h"
+
+namespace basalt::host {
+
+struct RenderedMessage {
+    std::string title;  // of the box
+    std::string text;
+};
+
+class MessageCatalogue {
+public:
+    // Never fails: an unknown operation or number shows its name and the arguments, so that nothing is lost.
+    [[nodiscard]] RenderedMessage render(const MessageRequest& request) const;
+
+    // What went wrong and what to do, for a person at the screen.
+    [[nodiscard]] std::string errorText(ErrorCategory category) const;
+    // The same for any error; the technical message is not part of it.
+    [[nodiscard]] std::string errorText(const std::exception& error) const;
+    // A request that shows an error: operation "DatabaseError" or "ProgramError", arguments {errorText, detail}.
+    [[nodiscard]] MessageRequest errorRequest(const std::exception& error) const;
+
+    // "بله", "خیر", "تأیید", "انصراف"
+    [[nodiscard]] std::string buttonText(TMessageButton button) const;
+};
+
+}  // namespace basalt::host

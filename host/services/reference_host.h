@@ -1,0 +1,139 @@
+// A host for the module over a database of one's own: users, permissions, the user log, code locks, settings, messages.
+//
+//   ReferenceHost host(session, {.userDataFolder = userDataFolder().string()});
+//   if (!host.signIn("manager", password)) ...
+//   host.setMessages(messages);
+//   module.attach(host);
+//
+// Nothing is read from the database before it is needed, so a host can be made over a database that still has to be
+// deployed. When the host goes away it gives back what it holds there.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/services/clock.h"
+#include "host/services/code_locks.h"
+#include "host/services/form_option_store.h"
+#include "host/services/ini_options.h"
+#include "host/services/message_catalogue.h"
+#include "host/services/permission_store.h"
+#include "host/services/process_identity.h"
+#include "host/services/property_store.h"
+#include "host/services/settings_store.h"
+#include "host/services/user_log.h"
+#include "host/services/user_store.h"
+#include "host/services/workstations.h"
+#include "package/host.h"
+
+namespace basalt::host {
+
+struct HostOptions {
+    std::string workstationName;  // empty: the one of the option file, else the machine's name
+    std::string userDataFolder;
+    bool persistOptions = true;              // false: the option file is neither read nor written
+    std::optional<ProcessIdentity> process;  // of another process, when a recorded session is replayed
+};
+
+// Hears of what the host does for the module.
+class HostObserver {
+public:
+    virtual ~HostObserver() = default;
+    virtual void userEvent(TSoftwarePart part, TPermission permission, const std::string& text) = 0;
+};
+
+class ReferenceHost final : public Host {
+public:
+    ReferenceHost(Session& session, HostOptions options);
+    ~ReferenceHost() override;
+    ReferenceHost(const ReferenceHost&) = delete;
+    ReferenceHost& operator=(const ReferenceHost&) = delete;
+
+    // False: wrong name or password, or a user who may not sign in; who was signed in before stays so. Writes the log.
+    [[nodiscard]] bool signIn(const std::string& userName, const std::string& password);
+    // Without a password, for the command line. UsageError when there is no such user.
+    void signInAs(int userCode);
+    void signOut();
+    [[nodiscard]] bool signedIn() const { return user_.Code != 0; }
+
+    void setMessages(MessageService& service);  // before that, messages are a UsageError that shows their text
+    void setScreens(ScreenServices* screens) { screens_ = screens; }
+    void setObserver(HostObserver* observer) { observer_ = observer; }
+    void setClock(Clock& clock) { clock_ = &clock; }
+
+    [[nodiscard]] Session& session() { return session_; }
+    // The host's own connection: on the same session and in the same transactions as the module's, but not observed.
+    [[nodiscard]] TADOConnection& connection() { return ownConnection_; }
+    [[nodiscard]] UserStore& users() { return users_; }
+    [[nodiscard]] PermissionStore& permissions() { return permissions_; }
+    [[nodiscard]] UserLog& userLog() { return userLog_; }
+    [[nodiscard]] CodeLocks& codeLocks() { return codeLocks_; }
+    [[nodiscard]] SettingsStore& settings() { return settings_; }
+    [[nodiscard]] FormOptionStore& formOptions() { return formOptions_; }
+    [[nodiscard]] PropertyStore& properties() { return properties_; }
+    [[nodiscard]] const MessageCatalogue& catalogue() const { return catalogue_; }
+    [[nodiscard]] IniOptionsFile& optionFile() { return optionFile_; }
+    [[nodiscard]] Clock& clock() { return *clock_; }
+    [[nodiscard]] const std::string& workstationName() const;
+    // Takes the name over into the option file (when options persist) and for all that follows.
+    void renameWorkstation(const std::string& name);
+    // A field of SettingRecord for this process only; UsageError as SettingsStore::assign.
+    void setSetting(const std::string& name, const std::string& value) { settings_.override(name, value); }
+
+    // Host
+    TDM& DM() override { return dm_; }
+    const TUserInfo& UserInfo() override;  // UsageError when nobody is signed in
+    const TIniOptions& IniOptions() override;
+    const TSettingRecord& SettingRecord() override { return settings_.record(); }
+    Value ScalerQuery(const std::string& table, const std::string& resultField, const std::string& keyField,
+                      const std::string& keyValue) override;
+    void ResetDataset(TADOQuery& query) override;
+    bool CheckGoodUnitFormul(int goodCode) override;
+    bool LocateLockCode_SoftwarePart(const std::string& code, TSoftwarePart part, int owner, bool flag) override;
+    bool HavePermission(const TUserInfo& user, TSoftwarePart part, TPermission permission, bool entryPoint,
+                        bool tellUser, const std::string& text) override;
+    void SetUserEvent(TSoftwarePart part, TPermission permission, const std::string& text, bool insideTransaction,
+                      bool withDescription) override;
+    std::string NowDate(const std::string& separator) override;
+    MessageService& Messages() override { return *messages_; }
+    ScreenServices* Screens() override { return screens_; }
+
+private:
+    void enter(const TUserInfo& user);
+    void record(TSoftwarePart part, TPermission permission, const std::string& text, const std::string& description);
+
+    Session& session_;
+    HostOptions options_;
+    SystemClock systemClock_;
+    Clock* clock_ = &systemClock_;
+    MessageCatalogue catalogue_;
+    std::unique_ptr<MessageService> unattended_;
+    MessageService* messages_;
+    ScreenServices* screens_ = nullptr;
+    HostObserver* observer_ = nullptr;
+
+    TADOConnection moduleConnection_;
+    TADOConnection ownConnection_;
+    TADOQuery sharedQuery_;
+    TADOCommand sharedCommand_;
+    TADOStoredProc sharedProc_;
+    TDM dm_;
+
+    IniOptionsFile optionFile_;
+    Workstations workstations_;
+    UserStore users_;
+    PermissionStore permissions_;
+    UserLog userLog_;
+    SettingsStore settings_;
+    FormOptionStore formOptions_;
+    PropertyStore properties_;
+    CodeLocks codeLocks_;
+
+    TUserInfo user_;
+    TIniOptions ini_;
+    bool claimed_ = false;
+};
+
+}  // namespace basalt::host

@@ -1,0 +1,67 @@
+// Company-wide settings: the fields of SettingRecord, kept in the database under their names.
+//
+//   settings.record().CurrencyDecimals
+//   settings.store("CurrencyDecimals", "2");      // for everybody
+//   settings.override("NegativeType", "0");       // for this process only
+//
+// Fields that nobody stored have the defaults of TSettingRecord.
+#pragma once
+
+#include <map>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ado/session.h"
+#include "package/types.h"
+
+namespace basalt::host {
+
+enum class SettingKind { Integer, Flag, Text };
+
+// One field of SettingRecord, for settings screens and for checking.
+struct SettingField {
+    std::string_view name;   // as in TSettingRecord
+    std::string_view title;  // Persian
+    SettingKind kind;
+    int lowest = 0;   // Integer
+    int highest = 0;  // Integer; Text: the longest length in characters
+};
+
+class SettingsStore {
+public:
+    explicit SettingsStore(Session& session) : session_(session) {}
+
+    [[nodiscard]] static std::span<const SettingField> fields();
+    // Names compare without case; null when there is none.
+    [[nodiscard]] static const SettingField* findField(std::string_view name);
+    // The field's value as text: numbers in decimal, flags "1" and "0".
+    [[nodiscard]] static std::string text(const TSettingRecord& record, const SettingField& field);
+    // Sets one field from a text; flags also read true, false, yes, no, -1. UsageError with the reason, and for an
+    // unknown name with the names there are; the record is unchanged then.
+    static void assign(TSettingRecord& record, std::string_view name, std::string_view value);
+    // The same, telling the reason in Persian instead; empty when the value fits.
+    [[nodiscard]] static std::string problem(const SettingField& field, std::string_view value);
+
+    // Read from the database at the first call.
+    [[nodiscard]] const TSettingRecord& record();
+    void reload();
+
+    // Checks and writes; errors as for assign, and nothing is written then.
+    void store(std::string_view name, std::string_view value);
+    // All fields that differ, in one transaction. Returns their names.
+    std::vector<std::string> store(const TSettingRecord& record);
+    // Holds for this process only and wins over what is stored.
+    void override(std::string_view name, std::string_view value);
+
+private:
+    void write(std::string_view name, const std::string& value);
+
+    Session& session_;
+    bool loaded_ = false;
+    TSettingRecord record_;
+    std::map<std::string, std::string, std::less<>> overrides_;
+};
+
+}  // namespace basalt::host

@@ -1,0 +1,30 @@
+// The clients of one database. Each running client has a number of its own, the owner of its code locks.
+//
+// A client that ends gives its number back. One that was killed cannot; the next client of the same machine sees that
+// the process is gone, takes the number over and removes the code locks that were left behind. Clients of other
+// machines are never touched, because nobody here can tell whether they live.
+#pragma once
+
+#include <string>
+
+#include "ado/session.h"
+#include "host/services/process_identity.h"
+
+namespace basalt::host {
+
+class Workstations {
+public:
+    explicit Workstations(Session& session) : session_(session) {}
+
+    // A number that no other client has, and the removal of what killed clients of this machine left.
+    [[nodiscard]] int claim(const ProcessIdentity& process, const std::string& workstationName);
+    // Gives the number back and removes the owner's code locks.
+    void release(int owner);
+    // Shown to others at the records that are open here.
+    void rename(int owner, const std::string& workstationName);
+
+private:
+    Session& session_;
+};
+
+}  // namespace basalt::host
