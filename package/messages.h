@@ -9,6 +9,7 @@
 // Controls and forms are opaque here (the data functions know no widgets); null where there is none.
 #pragma once
 
+#include <cstdint>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -42,6 +43,7 @@ struct MessageRequest {
     ::QWidget* control = nullptr;
     ::QWidget* form = nullptr;
     int displayMilliseconds = 0;          // a note that goes away by itself; 0 stays until answered
+    std::uintptr_t controlHandle = 0;     // ShowTooltipMessage only: the native window id that it points at
 
     [[nodiscard]] bool isQuestion() const { return !buttons.empty(); }
 };

@@ -1,0 +1,198 @@
+#include "costlevel/costlevel_dm.h"
+
+#include "ado/transaction.h"
+#include "package/messages.h"
+#include "package/numbers.h"
+#include "package/services.h"
+
+namespace basalt {
+
+namespace {
+
+// Every installation has these two; goods and persons fall back on them.
+constexpr int kLastDefaultLevel = 2;
+
+// Puts a query that is left in the middle of an edit back into browsing.
+class EditGuard {
+public:
+    explicit EditGuard(TADOQuery& query) : query_(query) {}
+    ~EditGuard() {
+        if (query_.State() != dsBrowse && query_.State() != dsInactive) query_.Cancel();
+    }
+    EditGuard(const EditGuard&) = delete;
+    EditGuard& operator=(const EditGuard&) = delete;
+
+private:
+    TADOQuery& query_;
+};
+
+std::string decimalText(std::int64_t number) {
+    return std::to_string(number);
+}
+
+}  // namespace
+
+TCostLevel_DM::TCostLevel_DM()
+    : TDataModule("TCostLevel_DM"),
+      CostLevel_List_QUR(connection(), "CostLevel_List_QUR"),
+      CostLevelGet_QUR(connection(), "CostLevelGet_QUR"),
+      Temp_Q7777UR(connection(), "Temp_Q7777UR"),
+      Temp1_QUR(connection(), "Temp1_QUR") {
+    own(CostLevel_List_QUR);
+    own(CostLevelGet_QUR);
+    own(Temp_Q7777UR);
+    own(Temp1_QUR);
+    CostLevel_List_QUR.SQL = "select * from costLevel where code>0";
+    CostLevel_List_DS.SetDataSet(&CostLevel_List_QUR);
+}
+
+void TCostLevel_DM::open(TADOQuery& query, const std::string& statement) {
+    query.Close();
+    query.SQL = statement;
+    query.Open();
+}
+
+void TCostLevel_DM::execute(TADOQuery& query, const std::string& statement) {
+    query.Close();
+    query.SQL = statement;
+    query.ExecSQL();
+}
+
+void TCostLevel_DM::CostLevel_GetAll(const std::string& filter) {
+    std::string statement = "select Code,Name,Comment from CostLevel";
+    if (!filter.empty()) statement += "\n WHERE " + filter;
+    open(CostLevel_List_QUR, statement);
+}
+
+namespace {
+
+std::string levelStatement(int code, int costType) {
+    return Format("SELECT * FROM CostLevel Where Code = %d AND CostType = %d",
+                  {decimalText(code), decimalText(costType)});
+}
+
+}  // namespace
+
+void TCostLevel_DM::CostLevel_GetByID(int code, int costType) {
+    open(CostLevelGet_QUR, levelStatement(code, costType));
+}
+
+void TCostLevel_DM::CostLevel_GetByID(int code, int costType, TCostLevelMapper& mapper) {
+    open(Temp_Q7777UR, levelStatement(code, costType));
+    TCostLevelMapper level;
+    level.Code = code;
+    level.Name = Temp_Q7777UR.FieldByName("Name").AsString();
+    level.Comment = Temp_Q7777UR.FieldByName("Comment").AsString();
+    level.CostType = static_cast<int>(Temp_Q7777UR.FieldByName("CostType").AsInteger());
+    mapper = std::move(level);
+}
+
+int TCostLevel_DM::CostLevel_ExistName(int code, int costType, const std::string& name) {
+    open(Temp_Q7777UR, Format("select Name from CostLevel where Name = %s and Code <> %d  AND CostType = %d",
+                              {QuotedStr(name), decimalText(code), decimalText(costType)}));
+    return static_cast<int>(Temp_Q7777UR.RecordCount());
+}
+
+int TCostLevel_DM::CostLevel_GetNewCode(int part, int costType) {
+    // The kind's number and UNION stand without a blank between them; the server reads two tokens.
+    open(Temp_Q7777UR,
+         Format("select isnull(Max(Code),0)+1 from (select isnull(Max(Code),0) as Code from CostLevel WHERE CostType = "
+                "%dUNION ALL Select MAX(CAST(Code AS BIGINT)) as Code FROM CodeLock_TBL WHERE Status = %d) T1",
+                {decimalText(costType), decimalText(part)}));
+    return static_cast<int>(Temp_Q7777UR.Fields(0).AsInteger());
+}
+
+void TCostLevel_DM::CostLevel_InsUpd(const TCostLevelMapper& mapper, bool isEdit) {
+    // A new record comes without the look-up that opens the query.
+    if (!isEdit && !CostLevelGet_QUR.Active()) CostLevel_GetByID(mapper.Code, mapper.CostType);
+    const EditGuard guard(CostLevelGet_QUR);
+    if (isEdit) {
+        CostLevelGet_QUR.Edit();
+    } else {
+        CostLevelGet_QUR.Append();
+    }
+    CostLevelGet_QUR.FieldByName("Code") = mapper.Code;
+    CostLevelGet_QUR.FieldByName("Name") = mapper.Name;
+    CostLevelGet_QUR.FieldByName("Comment") = mapper.Comment;
+    CostLevelGet_QUR.FieldByName("CostType") = mapper.CostType;
+    CostLevelGet_QUR.Post();
+}
+
+bool TCostLevel_DM::CostLevel_Delete(int code, int costType) {
+    switch (costType) {
+        case ctPriceLevel:
+            return deletePriceLevel(code);
+        case ctDiscountLevel:
+            return deleteDiscountLevel(code);
+        default:
+            return false;
+    }
+}
+
+bool TCostLevel_DM::deletePriceLevel(int code) {
+    if (!HavePermission(UserInfo(), spPriceLevels, prDelete, false, true, "")) return false;
+    if (code >= 1 && code <= kLastDefaultLevel) {
+        DeleteDefault("سطح", "حذف");
+        return false;
+    }
+    if (LocateLockCode_SoftwarePart(decimalText(code), spPriceLevels, IniOptions().LockOwner, false)) {
+        // Written with Arabic yeh, unlike the discount levels' words.
+        MSGInUse("سطح قيمتي");
+        return false;
+    }
+    return deleteRows(code, spPriceLevels, ctPriceLevel);
+}
+
+bool TCostLevel_DM::deleteDiscountLevel(int code) {
+    if (LocateLockCode_SoftwarePart(decimalText(code), spDiscountLevels, IniOptions().LockOwner, false)) {
+        MSGInUse("سطح تخفیف");
+        return false;
+    }
+    return deleteRows(code, spDiscountLevels, ctDiscountLevel);
+}
+
+bool TCostLevel_DM::deleteRows(int code, TSoftwarePart part, TCostType costType) {
+    if (!MsgDeleteRow()) return false;
+    Transaction transaction(connection());
+    try {
+        SetUserEvent(part, prDelete, decimalText(code), true, false);
+        if (costType == ctPriceLevel) {
+            // The column that the price report kept for this level.
+            execute(Temp1_QUR, "Delete from PrintsSettings where PartName='CostReport' and Comment=" +
+                                   QuotedStr("F" + decimalText(code)));
+        }
+        execute(Temp_Q7777UR, Format("Delete CostLevel where Code= %d AND CostType = %d",
+                                     {decimalText(code), decimalText(costType)}));
+        transaction.commit();
+        return true;
+    } catch (const DatabaseError&) {
+        // The server refuses a level that other rows refer to; whatever failed, nothing of the delete is kept.
+        MsgHasSubRecords("سطر");
+        transaction.rollback();
+        return false;
+    }
+}
+
+void TCostLevel_DM::CostLevel_Update(int kind, int goodCode, int level, Extended price) {
+    const std::string group = kind == 1 ? "Sell" : "Buy";
+    execute(Temp_Q7777UR, "update GoodCostDiscount Set CostLevel_" + group + "_" + decimalText(level) + " = " +
+                              FloatToStr_VRO(price) + " where GoodCode=" + decimalText(goodCode));
+}
+
+namespace {
+
+std::string clearStatement(const std::string& begin, int typeCode, std::uint8_t listType) {
+    return begin + decimalText(listType) + " and  typecode=" + decimalText(typeCode);
+}
+
+}  // namespace
+
+void TCostLevel_DM::ClearCostList(int typeCode, std::uint8_t listType) {
+    execute(Temp_Q7777UR, clearStatement("delete from costlist where type=", typeCode, listType));
+}
+
+void TCostLevel_DM::ClearTempCostList(int typeCode, std::uint8_t listType) {
+    execute(Temp_Q7777UR, clearStatement("delete from tmpcostlist where type=", typeCode, listType));
+}
+
+}  // namespace basalt

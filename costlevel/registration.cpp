@@ -1,0 +1,114 @@
+#include "costlevel/registration.h"
+
+#include <limits>
+
+#include "ado/error.h"
+#include "costlevel/costlevel_dm.h"
+#include "package/registry.h"
+
+namespace basalt {
+
+namespace {
+
+TCostLevel_DM& levels(FunctionCall& call) {
+    return call.store<TCostLevel_DM>();
+}
+
+int recordInteger(const Datum& record, const char* field) {
+    const std::int64_t number = record[field].asInteger();
+    if (number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max()) {
+        throw UsageError(std::string(field) + " is beyond the range of codes");
+    }
+    return static_cast<int>(number);
+}
+
+// Texts may be left out; the numbers may not.
+TCostLevelMapper mapperFrom(const Datum& record) {
+    return {.Code = recordInteger(record, "Code"),
+            .Name = record["Name"].asText(),
+            .Comment = record["Comment"].asText(),
+            .CostType = recordInteger(record, "CostType")};
+}
+
+Datum mapperRecord(const TCostLevelMapper& mapper) {
+    return Datum::record({{"Code", mapper.Code},
+                          {"Name", mapper.Name},
+                          {"Comment", mapper.Comment},
+                          {"CostType", mapper.CostType}});
+}
+
+std::uint8_t byteArgument(FunctionCall& call, std::string_view name) {
+    const int value = call.integer(name);
+    if (value < 0 || value > std::numeric_limits<std::uint8_t>::max()) {
+        throw UsageError("argument " + std::string(name) + ": " + std::to_string(value) + " is not 0 to 255");
+    }
+    return static_cast<std::uint8_t>(value);
+}
+
+FunctionEntry operation(std::string name, std::string summary, std::vector<FunctionParameter> parameters,
+                        std::string result, std::function<void(FunctionCall&)> run) {
+    return {.name = std::move(name),
+            .subsystem = "costlevel",
+            .summary = std::move(summary),
+            .parameters = std::move(parameters),
+            .result = std::move(result),
+            .run = std::move(run)};
+}
+
+}  // namespace
+
+void registerCostLevel(Registry& registry) {
+    registry.add(operation("CostLevel_GetAll", "Opens the list of the levels that meet a condition; all when it is empty.",
+                           {in("Filter", "text")}, "",
+                           [](FunctionCall& call) { levels(call).CostLevel_GetAll(call.text("Filter")); }));
+    registry.add(operation(
+        "CostLevel_GetByID", "Opens one level for editing.", {in("Code", "integer"), in("CostType", "integer")}, "",
+        [](FunctionCall& call) { levels(call).CostLevel_GetByID(call.integer("Code"), call.integer("CostType")); }));
+    registry.add(operation("CostLevel_GetByID", "Reads one level into a record.",
+                           {in("Code", "integer"), in("CostType", "integer"), out("Mapper", "record")}, "",
+                           [](FunctionCall& call) {
+                               TCostLevelMapper mapper;
+                               levels(call).CostLevel_GetByID(call.integer("Code"), call.integer("CostType"), mapper);
+                               call.output("Mapper", mapperRecord(mapper));
+                           }));
+    registry.add(operation("CostLevel_ExistName", "How many other levels of the kind bear the name.",
+                           {in("Code", "integer"), in("CostType", "integer"), in("Name", "text")}, "integer",
+                           [](FunctionCall& call) {
+                               call.result(levels(call).CostLevel_ExistName(
+                                   call.integer("Code"), call.integer("CostType"), call.text("Name")));
+                           }));
+    registry.add(operation("CostLevel_GetNewCode", "The next free code of a kind of level.",
+                           {in("Part", "integer"), in("CostType", "integer")}, "integer", [](FunctionCall& call) {
+                               call.result(levels(call).CostLevel_GetNewCode(call.integer("Part"),
+                                                                             call.integer("CostType")));
+                           }));
+    registry.add(operation(
+        "CostLevel_InsUpd", "Writes a level: over the row opened by CostLevel_GetByID, or as a new one.",
+        {in("Mapper", "record"), in("IsEdit", "flag")}, "", [](FunctionCall& call) {
+            levels(call).CostLevel_InsUpd(mapperFrom(call.argument("Mapper")), call.flag("IsEdit"));
+        }));
+    registry.add(operation("CostLevel_Delete", "Deletes a level after asking; tells whether it was deleted.",
+                           {in("Code", "integer"), in("CostType", "integer")}, "flag", [](FunctionCall& call) {
+                               call.result(levels(call).CostLevel_Delete(call.integer("Code"),
+                                                                         call.integer("CostType")));
+                           }));
+    registry.add(operation(
+        "CostLevel_Update", "Sets one sale (Kind 1) or purchase price of a good.",
+        {in("Kind", "integer"), in("GoodCode", "integer"), in("Level", "integer"), in("Price", "amount")}, "",
+        [](FunctionCall& call) {
+            levels(call).CostLevel_Update(call.integer("Kind"), call.integer("GoodCode"), call.integer("Level"),
+                                          call.amount("Price"));
+        }));
+    registry.add(operation(
+        "ClearCostList", "Removes a price list.", {in("TypeCode", "integer"), in("ListType", "integer")}, "",
+        [](FunctionCall& call) {
+            levels(call).ClearCostList(call.integer("TypeCode"), byteArgument(call, "ListType"));
+        }));
+    registry.add(operation(
+        "ClearTempCostList", "Removes the price list that is being edited.",
+        {in("TypeCode", "integer"), in("ListType", "integer")}, "", [](FunctionCall& call) {
+            levels(call).ClearTempCostList(call.integer("TypeCode"), byteArgument(call, "ListType"));
+        }));
+}
+
+}  // namespace basalt

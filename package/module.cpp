@@ -1,0 +1,34 @@
+#include "package/module.h"
+
+#include "costlevel/registration.h"
+#include "package/basalt_interface_unt.h"
+#include "package/services.h"
+
+namespace basalt {
+
+namespace {
+
+class LoadedModule final : public Module {
+public:
+    LoadedModule() {
+        registerCostLevel(registry_);
+        registerEntryPoints(registry_);
+    }
+
+    [[nodiscard]] int version() const override { return kModuleVersion; }
+    void attach(Host& host) override { attachHost(&host); }
+    void detach() override { attachHost(nullptr); }
+    [[nodiscard]] const Registry& registry() const override { return registry_; }
+
+private:
+    Registry registry_;
+};
+
+}  // namespace
+
+}  // namespace basalt
+
+extern "C" BASALT_EXPORT basalt::Module* Basalt_Module() {
+    static basalt::LoadedModule module;
+    return &module;
+}

@@ -1,0 +1,40 @@
+// A label that shows one field of a data source's current row.
+//
+//   auto* comment = new TDBText(panel);
+//   comment->setObjectName("DBComment_LBL");
+//   comment->SetDataSource(&store.CostLevel_List_DS);
+//   comment->SetFieldName("Comment");
+//
+// It shows nothing while the data set is closed or empty. It lets go of the data source when it is destroyed; a data source
+// that goes first is to be taken away with SetDataSource(nullptr).
+#pragma once
+
+#include <QLabel>
+#include <string>
+
+#include "ado/data_source.h"
+
+namespace basalt {
+
+class TDBText final : public QLabel, private DataSourceListener {
+public:
+    explicit TDBText(QWidget* parent = nullptr);
+    ~TDBText() override;
+    TDBText(const TDBText&) = delete;
+    TDBText& operator=(const TDBText&) = delete;
+
+    void SetDataSource(TDataSource* source);
+    void SetFieldName(const std::string& field);
+
+private:
+    void refresh();
+    void dataChanged() override { refresh(); }
+    void rowChanged(std::int64_t row) override;
+    void cursorMoved() override { refresh(); }
+    void activeChanged() override { refresh(); }
+
+    TDataSource* source_ = nullptr;
+    std::string field_;
+};
+
+}  // namespace basalt
