@@ -1,0 +1,349 @@
+#include "engines/embedded/catalog/catalog.h"
+
+#include <algorithm>
+
+#include "ado/names.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+std::string quotedWith(std::string_view text, char quote) {
+    std::string result(1, quote);
+    for (const char c : text) {
+        result += c;
+        if (c == quote) result += c;
+    }
+    result += quote;
+    return result;
+}
+
+bool isTemporaryName(std::string_view name) {
+    return name.starts_with('#');
+}
+
+// The schema that holds the system tables for a table of that name.
+std::string schemaOf(std::string_view name) {
+    return isTemporaryName(name) ? "temp." : "main.";
+}
+
+bool isTextKind(std::string_view kind, std::string_view wanted) {
+    return kind.empty() || sameName(kind, wanted);
+}
+
+}  // namespace
+
+std::string sqlQuoted(std::string_view name) {
+    return quotedWith(name, '"');
+}
+
+std::string sqlText(std::string_view text) {
+    return quotedWith(text, '\'');
+}
+
+int Table::find(std::string_view column) const {
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (sameName(columns[i].name, column)) return static_cast<int>(i);
+    }
+    return -1;
+}
+
+const TableColumn* Table::identityColumn() const {
+    for (const TableColumn& column : columns) {
+        if (column.identity) return &column;
+    }
+    return nullptr;
+}
+
+std::string Table::sqlName() const {
+    return (temporary ? "temp." : "main.") + sqlQuoted(name);
+}
+
+void Catalog::createSystemTables(SqliteDatabase& database, bool temporary) {
+    const std::string schema = temporary ? "temp." : "main.";
+    // Tables compare names in C++, by the folding that all names share; these keys only keep rows apart.
+    for (const std::string& columns :
+         {std::string("basalt_property(name TEXT PRIMARY KEY, value TEXT) WITHOUT ROWID"),
+          std::string("basalt_identity(table_name TEXT PRIMARY KEY, column_name TEXT, seed INTEGER, increment INTEGER, "
+                      "last INTEGER) WITHOUT ROWID"),
+          std::string("basalt_default(table_name TEXT, column_name TEXT, name TEXT, definition TEXT, "
+                      "PRIMARY KEY(table_name, column_name)) WITHOUT ROWID"),
+          std::string("basalt_constraint(name TEXT PRIMARY KEY, table_name TEXT, kind TEXT, index_name TEXT, "
+                      "definition TEXT) WITHOUT ROWID"),
+          std::string("basalt_module(name TEXT PRIMARY KEY, shown_name TEXT, kind INTEGER, definition TEXT) "
+                      "WITHOUT ROWID")}) {
+        database.execute(("CREATE TABLE IF NOT EXISTS " + schema + columns).c_str());
+    }
+}
+
+bool Catalog::hasTemporarySystemTables() {
+    return database_.integer("SELECT count(*) FROM temp.sqlite_schema WHERE name = 'basalt_identity'") != 0;
+}
+
+const Table* Catalog::table(std::string_view name) {
+    const std::string key = foldName(name);
+    if (const auto found = tables_.find(key); found != tables_.end()) return found->second.get();
+    std::unique_ptr<Table> read = this->read(name);
+    return tables_.emplace(key, std::move(read)).first->second.get();
+}
+
+const Table& Catalog::requireTable(std::string_view name) {
+    const Table* found = table(name);
+    if (found == nullptr) throwSqlError(error::kInvalidObject, "Invalid object name '" + std::string(name) + "'.");
+    return *found;
+}
+
+std::vector<std::string> Catalog::tableNames() {
+    SqliteStatement list = database_.prepare(
+        "SELECT name FROM main.sqlite_schema WHERE type = 'table' AND name NOT LIKE 'basalt\\_%' ESCAPE '\\' AND "
+        "name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY name");
+    std::vector<std::string> names;
+    while (list.step())
+        names.push_back(list.textAt(0));
+    return names;
+}
+
+std::unique_ptr<Table> Catalog::read(std::string_view name) {
+    auto table = std::make_unique<Table>();
+    table->temporary = isTemporaryName(name);
+    const std::string schema = table->temporary ? "temp" : "main";
+    const std::string folded = foldName(name);
+    if (folded.starts_with("basalt_") || folded.starts_with("sqlite_")) return nullptr;
+    SqliteStatement list = database_.prepare(
+        "SELECT name, wr FROM pragma_table_list WHERE type = 'table' AND schema = " + sqlText(schema));
+    bool found = false;
+    while (!found && list.step()) {
+        const std::string candidate = list.textAt(0);
+        if (foldName(candidate) != folded) continue;
+        table->name = candidate;
+        table->rowid = list.integerAt(1) == 0;
+        found = true;
+    }
+    if (!found) return nullptr;
+    SqliteStatement info = database_.prepare("SELECT name, type, \"notnull\", pk, hidden FROM pragma_table_xinfo(" +
+                                             sqlText(table->name) + ", " + sqlText(schema) + ")");
+    std::vector<std::pair<std::int64_t, std::size_t>> keyOrder;
+    while (info.step()) {
+        TableColumn column;
+        column.name = info.textAt(0);
+        const std::optional<SqlType> type = SqlType::fromDeclaration(info.textAt(1));
+        column.type = type ? *type : SqlType::text(TypeKind::NVarChar, kMaxLength);
+        column.nullable = info.integerAt(2) == 0;
+        column.computed = info.integerAt(4) >= 2;
+        if (info.integerAt(3) > 0) {
+            keyOrder.emplace_back(info.integerAt(3), table->columns.size());
+            column.nullable = false;
+        }
+        table->columns.push_back(std::move(column));
+    }
+    std::sort(keyOrder.begin(), keyOrder.end());
+    for (const auto& [order, position] : keyOrder)
+        table->key.push_back(position);
+    if (!table->temporary || hasTemporarySystemTables()) readDetails(*table);
+    return table;
+}
+
+void Catalog::readDetails(Table& table) {
+    const std::string schema = schemaOf(table.name);
+    const std::string key = sqlText(foldName(table.name));
+    SqliteStatement identity =
+        database_.prepare("SELECT column_name FROM " + schema + "basalt_identity WHERE table_name = " + key);
+    if (identity.step()) {
+        if (const int position = table.find(identity.textAt(0)); position >= 0) {
+            table.columns[static_cast<std::size_t>(position)].identity = true;
+        }
+    }
+    SqliteStatement defaults =
+        database_.prepare("SELECT column_name, definition FROM " + schema + "basalt_default WHERE table_name = " + key);
+    while (defaults.step()) {
+        if (const int position = table.find(defaults.textAt(0)); position >= 0) {
+            table.columns[static_cast<std::size_t>(position)].defaultText = defaults.textAt(1);
+        }
+    }
+    const std::string arguments = "(" + sqlText(table.name) + ", '" + schema.substr(0, schema.size() - 1) + "')";
+    SqliteStatement indexes =
+        database_.prepare("SELECT name, origin, partial FROM pragma_index_list" + arguments + " WHERE \"unique\"");
+    while (indexes.step()) {
+        Index index;
+        const std::string internalName = indexes.textAt(0);
+        index.name = internalName;
+        index.primary = indexes.textAt(1) == "pk";
+        index.constraint = indexes.textAt(1) != "c";
+        SqliteStatement columns = database_.prepare("SELECT name FROM pragma_index_info(" + sqlText(internalName) +
+                                                    ", '" + schema.substr(0, schema.size() - 1) + "') ORDER BY seqno");
+        while (columns.step())
+            index.columns.push_back(columns.textAt(0));
+        table.uniques.push_back(std::move(index));
+    }
+    // SQLite numbers the indexes of constraints; their T-SQL names are kept aside, told apart by their columns.
+    SqliteStatement names =
+        database_.prepare("SELECT name, kind, definition FROM " + schema +
+                          "basalt_constraint WHERE table_name = " + key + " AND kind IN ('PK', 'UQ', 'F')");
+    while (names.step()) {
+        const std::string kind = names.textAt(1);
+        const std::string columns = names.textAt(2);
+        if (kind == "F") continue;
+        for (Index& index : table.uniques) {
+            std::string joined;
+            for (const std::string& column : index.columns)
+                joined += (joined.empty() ? "" : ",") + foldName(column);
+            if (joined == columns && index.constraint && index.primary == (kind == "PK")) index.name = names.textAt(0);
+        }
+    }
+    SqliteStatement foreign = database_.prepare("SELECT id, \"table\", \"from\" FROM pragma_foreign_key_list" +
+                                                arguments + " ORDER BY id, seq");
+    std::int64_t current = -1;
+    while (foreign.step()) {
+        if (foreign.integerAt(0) != current) {
+            current = foreign.integerAt(0);
+            table.foreignKeys.push_back({{}, foreign.textAt(1), {}});
+        }
+        table.foreignKeys.back().columns.push_back(foreign.textAt(2));
+    }
+    SqliteStatement foreignNames = database_.prepare("SELECT name, definition FROM " + schema +
+                                                     "basalt_constraint WHERE table_name = " + key + " AND kind = 'F'");
+    while (foreignNames.step()) {
+        for (ForeignKey& constraint : table.foreignKeys) {
+            std::string joined = foldName(constraint.referencedTable);
+            for (const std::string& column : constraint.columns)
+                joined += "," + foldName(column);
+            if (joined == foreignNames.textAt(1)) constraint.name = foreignNames.textAt(0);
+        }
+    }
+}
+
+const Module* Catalog::module(std::string_view name) {
+    const std::string key = foldName(name);
+    if (const auto found = modules_.find(key); found != modules_.end()) return found->second.get();
+    std::unique_ptr<Module> module;
+    for (const bool temporary : {true, false}) {
+        if (temporary && (!isTemporaryName(name) || !hasTemporarySystemTables())) continue;
+        SqliteStatement query = database_.prepare(std::string("SELECT shown_name, kind, definition FROM ") +
+                                                  (temporary ? "temp." : "main.") + "basalt_module WHERE name = ?1");
+        query.bind(1, std::string_view(key));
+        if (query.step()) {
+            module = std::make_unique<Module>(
+                Module{query.textAt(0), static_cast<ModuleKind>(query.integerAt(1)), query.textAt(2), temporary});
+            break;
+        }
+    }
+    return modules_.emplace(key, std::move(module)).first->second.get();
+}
+
+void Catalog::saveModule(const Module& module) {
+    if (module.temporary) createSystemTables(database_, true);
+    SqliteStatement insert =
+        database_.prepare(std::string("INSERT OR REPLACE INTO ") + (module.temporary ? "temp." : "main.") +
+                          "basalt_module VALUES (?1, ?2, ?3, ?4)");
+    insert.bind(1, std::string_view(foldName(module.name)));
+    insert.bind(2, std::string_view(module.name));
+    insert.bind(3, static_cast<std::int64_t>(module.kind));
+    insert.bind(4, std::string_view(module.text));
+    insert.run();
+    bumpModuleVersion();
+    invalidate();
+}
+
+void Catalog::dropModule(std::string_view name) {
+    const bool temporary = isTemporaryName(name);
+    SqliteStatement remove = database_.prepare("DELETE FROM " + schemaOf(name) + "basalt_module WHERE name = ?1");
+    remove.bind(1, std::string_view(foldName(name)));
+    remove.run();
+    if (!temporary) bumpModuleVersion();
+    invalidate();
+}
+
+// Other programs learn of a change through SQLite's schema version, which only changes of tables move by themselves.
+void Catalog::bumpModuleVersion() {
+    const std::int64_t version = database_.integer("PRAGMA main.schema_version");
+    database_.execute(("PRAGMA main.schema_version = " + std::to_string(version + 1)).c_str());
+}
+
+void Catalog::invalidate() {
+    tables_.clear();
+    modules_.clear();
+    schemaVersion_ = -1;
+    ++generation_;
+}
+
+bool Catalog::refresh() {
+    if (!schemaVersionStatement_) schemaVersionStatement_ = database_.prepare("PRAGMA main.schema_version");
+    const std::int64_t version = schemaVersionStatement_.step() ? schemaVersionStatement_.integerAt(0) : 0;
+    schemaVersionStatement_.reset();
+    const bool stale = schemaVersion_ != -1 && version != schemaVersion_;
+    if (stale) invalidate();
+    schemaVersion_ = version;
+    return stale;
+}
+
+IdentityState Catalog::identity(const Table& table) {
+    SqliteStatement query = database_.prepare("SELECT seed, increment, last FROM " + schemaOf(table.name) +
+                                              "basalt_identity WHERE table_name = ?1");
+    query.bind(1, std::string_view(foldName(table.name)));
+    IdentityState state;
+    if (query.step()) {
+        state.seed = query.integerAt(0);
+        state.increment = query.integerAt(1);
+        if (!query.isNullAt(2)) state.last = query.integerAt(2);
+    }
+    return state;
+}
+
+void Catalog::setIdentity(const Table& table, const IdentityState& state) {
+    SqliteStatement update =
+        database_.prepare("UPDATE " + schemaOf(table.name) + "basalt_identity SET last = ?2 WHERE table_name = ?1");
+    update.bind(1, std::string_view(foldName(table.name)));
+    if (state.last) {
+        update.bind(2, *state.last);
+    } else {
+        update.bindNull(2);
+    }
+    update.run();
+}
+
+std::optional<std::int64_t> Catalog::objectId(std::string_view name, std::string_view kind) {
+    while (kind.ends_with(' '))
+        kind.remove_suffix(1);
+    const std::string folded = foldName(name);
+    // A number that stays the same as long as the object has its name, never 0 and never negative.
+    const auto number = [&] {
+        std::uint32_t hash = 2166136261U;
+        for (const char c : folded)
+            hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+        return static_cast<std::int64_t>((hash & 0x7FFFFFFFU) | 1U);
+    };
+    if (isTextKind(kind, "U") && table(name) != nullptr) return number();
+    if (const Module* found = module(name); found != nullptr) {
+        switch (found->kind) {
+            case ModuleKind::View:
+                if (isTextKind(kind, "V")) return number();
+                break;
+            case ModuleKind::Procedure:
+                if (isTextKind(kind, "P")) return number();
+                break;
+            case ModuleKind::Function:
+                if (isTextKind(kind, "FN") || sameName(kind, "IF") || sameName(kind, "TF")) return number();
+                break;
+        }
+    }
+    SqliteStatement constraint = database_.prepare("SELECT kind FROM main.basalt_constraint WHERE name = ?1");
+    constraint.bind(1, std::string_view(folded));
+    if (constraint.step() && isTextKind(kind, constraint.textAt(0))) return number();
+    return std::nullopt;
+}
+
+std::string Catalog::property(std::string_view name) {
+    SqliteStatement query = database_.prepare("SELECT value FROM main.basalt_property WHERE name = ?1");
+    query.bind(1, name);
+    return query.step() ? query.textAt(0) : std::string();
+}
+
+void Catalog::setProperty(std::string_view name, std::string_view value) {
+    SqliteStatement insert = database_.prepare("INSERT OR REPLACE INTO main.basalt_property VALUES (?1, ?2)");
+    insert.bind(1, name);
+    insert.bind(2, value);
+    insert.run();
+}
+
+}  // namespace basalt::embedded

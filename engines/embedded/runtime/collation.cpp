@@ -1,0 +1,139 @@
+#include "engines/embedded/runtime/collation.h"
+
+#include <unicode/uchar.h>
+#include <unicode/ucol.h>
+#include <unicode/utf8.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <stdexcept>
+
+namespace basalt::embedded {
+
+namespace {
+
+// The collator with the weights of the printable ASCII characters at hand, which spares most comparisons the collator.
+class Collator {
+public:
+    Collator() {
+        UErrorCode status = U_ZERO_ERROR;
+        collator_ = ucol_open("", &status);
+        if (U_FAILURE(status)) throw std::runtime_error("The Unicode collation data cannot be loaded.");
+        ucol_setStrength(collator_, UCOL_SECONDARY);
+        fillWeights();
+    }
+    Collator(const Collator&) = delete;
+    Collator& operator=(const Collator&) = delete;
+    ~Collator() { ucol_close(collator_); }
+
+    [[nodiscard]] int compareSlow(std::string_view a, std::string_view b) const {
+        UErrorCode status = U_ZERO_ERROR;
+        const UCollationResult result = ucol_strcollUTF8(collator_, a.data(), static_cast<std::int32_t>(a.size()),
+                                                         b.data(), static_cast<std::int32_t>(b.size()), &status);
+        return result;
+    }
+    // 0 for a byte that only the collator can judge.
+    [[nodiscard]] std::uint8_t weight(unsigned char byte) const { return weights_[byte]; }
+
+    [[nodiscard]] std::string version() const {
+        UVersionInfo version;
+        ucol_getVersion(collator_, version);
+        char text[U_MAX_VERSION_STRING_LENGTH];
+        u_versionToString(version, text);
+        return text;
+    }
+
+private:
+    void fillWeights() {
+        std::array<char, 95> characters;
+        for (std::size_t i = 0; i < characters.size(); ++i)
+            characters[i] = static_cast<char>(' ' + i);
+        const auto less = [this](char a, char b) { return compareSlow({&a, 1}, {&b, 1}) < 0; };
+        std::sort(characters.begin(), characters.end(), less);
+        std::uint8_t rank = 1;
+        for (std::size_t i = 0; i < characters.size(); ++i) {
+            if (i > 0 && less(characters[i - 1], characters[i])) ++rank;
+            weights_[static_cast<unsigned char>(characters[i])] = rank;
+        }
+    }
+
+    UCollator* collator_ = nullptr;
+    std::array<std::uint8_t, 256> weights_{};
+};
+
+const Collator& collator() {
+    static const Collator instance;
+    return instance;
+}
+
+std::string_view withoutTrailingBlanks(std::string_view text) {
+    while (!text.empty() && text.back() == ' ')
+        text.remove_suffix(1);
+    return text;
+}
+
+struct Utf8Character {
+    char bytes[4];
+    std::size_t size;
+};
+
+Utf8Character encode(char32_t c) {
+    Utf8Character result{};
+    std::int32_t length = 0;
+    UBool failed = false;
+    U8_APPEND(reinterpret_cast<std::uint8_t*>(result.bytes), length, 4, static_cast<UChar32>(c), failed);
+    result.size = failed ? 0 : static_cast<std::size_t>(length);
+    return result;
+}
+
+}  // namespace
+
+int compareTexts(std::string_view a, std::string_view b) {
+    a = withoutTrailingBlanks(a);
+    b = withoutTrailingBlanks(b);
+    if (a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size()) == 0) return 0;
+    const Collator& order = collator();
+    const std::size_t common = std::min(a.size(), b.size());
+    for (std::size_t i = 0; i < common; ++i) {
+        const std::uint8_t left = order.weight(static_cast<unsigned char>(a[i]));
+        const std::uint8_t right = order.weight(static_cast<unsigned char>(b[i]));
+        // A character that follows may combine with this one, so the collator judges from the start.
+        if (left == 0 || right == 0) return order.compareSlow(a, b);
+        if (left != right) {
+            const auto plainNext = [&](std::string_view text) {
+                return i + 1 == text.size() || order.weight(static_cast<unsigned char>(text[i + 1])) != 0;
+            };
+            if (!plainNext(a) || !plainNext(b)) return order.compareSlow(a, b);
+            return left < right ? -1 : 1;
+        }
+    }
+    if (a.size() == b.size()) return 0;
+    const std::string_view rest = a.size() > b.size() ? a.substr(common) : b.substr(common);
+    if (order.weight(static_cast<unsigned char>(rest.front())) == 0) return order.compareSlow(a, b);
+    return a.size() < b.size() ? -1 : 1;
+}
+
+bool sameCharacter(char32_t a, char32_t b) {
+    if (a == b) return true;
+    if (a < 128 && b < 128) {
+        const auto lower = [](char32_t c) { return c >= 'A' && c <= 'Z' ? c + 32 : c; };
+        return lower(a) == lower(b);
+    }
+    return u_foldCase(static_cast<UChar32>(a), U_FOLD_CASE_DEFAULT) ==
+           u_foldCase(static_cast<UChar32>(b), U_FOLD_CASE_DEFAULT);
+}
+
+int compareCharacters(char32_t a, char32_t b) {
+    if (a == b) return 0;
+    const Utf8Character left = encode(a);
+    const Utf8Character right = encode(b);
+    return collator().compareSlow({left.bytes, left.size}, {right.bytes, right.size});
+}
+
+std::string collationVersion() {
+    return collator().version();
+}
+
+}  // namespace basalt::embedded

@@ -1,0 +1,69 @@
+// DATEADD, DATEDIFF, DATEPART and their kin. A date part travels as the number of its DatePart.
+#include "ado/value.h"
+#include "engines/embedded/runtime/convert.h"
+#include "engines/embedded/runtime/dates.h"
+#include "engines/embedded/runtime/function_support.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+DatePart partAt(const Call& call, int i) {
+    return static_cast<DatePart>(call.integer(i));
+}
+
+// t_dateadd(part, number, x, type)
+void add(Call& call) {
+    const SqlType type = call.type(3);
+    const std::int64_t start = call.integer(2);
+    if (type.kind == TypeKind::Time) {
+        const std::int64_t moved = dateAdd(partAt(call, 0), call.integer(1), start + kDateTimeZero);
+        return call.result(moved % kTicksPerDay);
+    }
+    call.result(roundedTo(dateAdd(partAt(call, 0), call.integer(1), start), type));
+}
+
+// t_datefromparts(year, month, day)
+void fromParts(Call& call) {
+    const std::int64_t year = call.integer(0);
+    const std::int64_t month = call.integer(1);
+    const std::int64_t day = call.integer(2);
+    if (year < 1 || year > 9999 || month < 1 || month > 12 || day < 1 || day > 31) {
+        throwSqlError(289, "Cannot construct data type date, some of the arguments have values which are not valid.");
+    }
+    const DateTime result =
+        fromCivil({static_cast<int>(year), static_cast<int>(month), static_cast<int>(day), 0, 0, 0, 0});
+    if (toCivil(result).day != day) {
+        throwSqlError(289, "Cannot construct data type date, some of the arguments have values which are not valid.");
+    }
+    call.result(result.ticks);
+}
+
+void isDate(Call& call) {
+    if (call.isNull(0)) return call.result(std::int64_t{0});
+    try {
+        const Value value = convert(std::string(call.text(0)), SqlType::text(TypeKind::NVarChar, kMaxLength),
+                                    SqlType::of(TypeKind::DateTime));
+        call.result(std::int64_t{!basalt::isNull(value)});
+    } catch (const DatabaseError&) {
+        call.result(std::int64_t{0});
+    }
+}
+
+}  // namespace
+
+void addDateFunctions(SqliteDatabase& database) {
+    addFunction(database, "t_dateadd", 4, add);
+    addFunction(database, "t_datediff", 3,
+                [](Call& call) { call.result(dateDiff(partAt(call, 0), call.integer(1), call.integer(2))); });
+    addFunction(database, "t_datepart", 2, [](Call& call) { call.result(datePart(partAt(call, 0), call.integer(1))); });
+    addFunction(database, "t_datename", 2,
+                [](Call& call) { call.result(std::string_view(dateName(partAt(call, 0), call.integer(1)))); });
+    addFunction(database, "t_eomonth", 2,
+                [](Call& call) { call.result(endOfMonth(call.integer(0), call.integer(1))); });
+    addFunction(database, "t_datefromparts", 3, fromParts);
+    addFunction(database, "t_isdate", 1, isDate, NullRule::Pass);
+}
+
+}  // namespace basalt::embedded

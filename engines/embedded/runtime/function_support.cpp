@@ -1,0 +1,65 @@
+#include "engines/embedded/runtime/function_support.h"
+
+#include <memory>
+
+#include "engines/embedded/runtime/collation.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+// SQLite hands a function one pointer; the wrapper below needs the function and the database.
+struct Registration {
+    SqliteDatabase* database;
+    ScalarFunction function;
+    NullRule nulls;
+};
+
+void invoke(sqlite3_context* context, int count, sqlite3_value** arguments) {
+    auto* registration = static_cast<Registration*>(sqlite3_user_data(context));
+    if (registration->nulls == NullRule::Propagate) {
+        for (int i = 0; i < count; ++i) {
+            if (sqlite3_value_type(arguments[i]) == SQLITE_NULL) return;
+        }
+    }
+    Call call(context, count, arguments);
+    try {
+        registration->function(call);
+    } catch (const DatabaseError& error) {
+        registration->database->setFunctionError(error);
+        sqlite3_result_error(context, error.what(), -1);
+    } catch (const std::bad_alloc&) {
+        sqlite3_result_error_nomem(context);
+    } catch (const std::exception& error) {
+        sqlite3_result_error(context, error.what(), -1);
+    }
+}
+
+int compareCells(void*, int leftSize, const void* left, int rightSize, const void* right) {
+    return compareTexts({static_cast<const char*>(left), static_cast<std::size_t>(leftSize)},
+                        {static_cast<const char*>(right), static_cast<std::size_t>(rightSize)});
+}
+
+}  // namespace
+
+void addFunction(SqliteDatabase& database, const char* name, int count, ScalarFunction function, NullRule nulls) {
+    auto registration = std::make_unique<Registration>(Registration{&database, function, nulls});
+    const int code = sqlite3_create_function_v2(
+        database.handle(), name, count, SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS, registration.release(),
+        invoke, nullptr, nullptr, [](void* pointer) { delete static_cast<Registration*>(pointer); });
+    if (code != SQLITE_OK) throw database.failure(code);
+}
+
+void addRuntime(SqliteDatabase& database) {
+    const int code =
+        sqlite3_create_collation_v2(database.handle(), "TSQL", SQLITE_UTF8, nullptr, compareCells, nullptr);
+    if (code != SQLITE_OK) throw database.failure(code);
+    addConversionFunctions(database);
+    addArithmeticFunctions(database);
+    addTextFunctions(database);
+    addMathFunctions(database);
+    addDateFunctions(database);
+    addAggregateFunctions(database);
+}
+
+}  // namespace basalt::embedded

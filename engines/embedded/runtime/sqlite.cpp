@@ -1,0 +1,152 @@
+#include "engines/embedded/runtime/sqlite.h"
+
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+void SqliteStatement::bind(int index, std::string_view text) {
+    sqlite3_bind_text64(handle(), index, text.data() == nullptr ? "" : text.data(), text.size(), SQLITE_TRANSIENT,
+                        SQLITE_UTF8);
+}
+
+void SqliteStatement::bindBytes(int index, const void* data, std::size_t size) {
+    sqlite3_bind_blob64(handle(), index, size == 0 ? "" : data, size, SQLITE_TRANSIENT);
+}
+
+void SqliteStatement::bindDecimal(int index, Int128 coefficient) {
+    const EncodedDecimal encoded = encodeDecimal(coefficient);
+    bindBytes(index, encoded.bytes.data(), static_cast<std::size_t>(encoded.size));
+}
+
+void SqliteStatement::bindValue(int index, const Value& value) {
+    struct Visitor {
+        SqliteStatement& statement;
+        int index;
+        void operator()(Null) const { statement.bindNull(index); }
+        void operator()(bool flag) const { statement.bind(index, std::int64_t{flag}); }
+        void operator()(std::int64_t number) const { statement.bind(index, number); }
+        void operator()(double number) const { statement.bind(index, number); }
+        void operator()(const Decimal& number) const { statement.bindDecimal(index, number.coefficient()); }
+        void operator()(const std::string& text) const { statement.bind(index, std::string_view(text)); }
+        void operator()(const Bytes& bytes) const { statement.bindBytes(index, bytes.data(), bytes.size()); }
+        void operator()(DateTime time) const { statement.bind(index, time.ticks); }
+    };
+    std::visit(Visitor{*this, index}, value);
+}
+
+bool SqliteStatement::step() {
+    const int code = sqlite3_step(handle());
+    if (code == SQLITE_ROW) return true;
+    if (code == SQLITE_DONE) return false;
+    const DatabaseError error = database_->failure(code);
+    sqlite3_reset(handle());
+    throw error;
+}
+
+void SqliteStatement::run() {
+    while (step()) {
+    }
+    reset();
+}
+
+std::string SqliteStatement::textAt(int column) const {
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(handle(), column));
+    return text == nullptr ? std::string()
+                           : std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(handle(), column)));
+}
+
+SqliteDatabase::SqliteDatabase(const std::string& path, bool create, int busyTimeoutMs) {
+    // One thread uses a session, so SQLite's own locks are left out.
+    const int flags =
+        SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE | (create ? SQLITE_OPEN_CREATE : 0);
+    const int code = sqlite3_open_v2(path.c_str(), &database_, flags, nullptr);
+    if (code != SQLITE_OK) {
+        const std::string reason = database_ == nullptr ? sqlite3_errstr(code) : sqlite3_errmsg(database_);
+        sqlite3_close(database_);
+        database_ = nullptr;
+        throw DatabaseError((code & 0xFF) == SQLITE_NOTADB ? ErrorCategory::Corrupt : ErrorCategory::Connection,
+                            "08001", 0,
+                            "The database file '" + path + "' cannot be opened (" + reason +
+                                "). Check that its folder exists and that you may write to it.");
+    }
+    sqlite3_busy_timeout(database_, busyTimeoutMs);
+}
+
+SqliteDatabase::~SqliteDatabase() {
+    sqlite3_close_v2(database_);
+}
+
+SqliteStatement SqliteDatabase::prepare(std::string_view sql) {
+    sqlite3_stmt* statement = nullptr;
+    const int code = sqlite3_prepare_v3(database_, sql.data(), static_cast<int>(sql.size()), SQLITE_PREPARE_PERSISTENT,
+                                        &statement, nullptr);
+    if (code != SQLITE_OK) throw failure(code);
+    return {*this, statement};
+}
+
+void SqliteDatabase::execute(const char* sql) {
+    const int code = sqlite3_exec(database_, sql, nullptr, nullptr, nullptr);
+    if (code != SQLITE_OK) throw failure(code);
+}
+
+std::int64_t SqliteDatabase::integer(const char* sql) {
+    SqliteStatement statement = prepare(sql);
+    return statement.step() ? statement.integerAt(0) : 0;
+}
+
+DatabaseError SqliteDatabase::failure(int resultCode) {
+    if (functionError_) {
+        const DatabaseError error = *functionError_;
+        functionError_.reset();
+        return error;
+    }
+    const std::string reason = sqlite3_errmsg(database_);
+    switch (resultCode & 0xFF) {
+        case SQLITE_BUSY:
+        case SQLITE_LOCKED:
+            return sqlError(error::kLockTimeout,
+                            "Lock request time out period exceeded: another program is writing to the database. "
+                            "Try again in a moment.");
+        case SQLITE_FULL:
+            return DatabaseError(ErrorCategory::DiskFull, "HY000", 1105,
+                                 "There is no room left to write to the database; nothing of the request was kept. "
+                                 "Free some space on the disk and try again.");
+        case SQLITE_CORRUPT:
+        case SQLITE_NOTADB:
+            return DatabaseError(
+                ErrorCategory::Corrupt, "HY000", 824,
+                "The database file is damaged or is not a database (" + reason + "). Restore it from a backup.");
+        case SQLITE_IOERR:
+            if (resultCode == SQLITE_IOERR_WRITE || resultCode == SQLITE_IOERR_SHMSIZE ||
+                resultCode == SQLITE_IOERR_FSYNC) {
+                return DatabaseError(ErrorCategory::DiskFull, "HY000", 823,
+                                     "The database file cannot be written (" + reason +
+                                         "); nothing of the request was kept. Check the disk and its free space.");
+            }
+            return DatabaseError(ErrorCategory::Connection, "08S01", 823,
+                                 "The database file cannot be read or written (" + reason +
+                                     "). Check the disk or the network folder that holds it.");
+        case SQLITE_CANTOPEN:
+        case SQLITE_READONLY:
+        case SQLITE_PERM:
+        case SQLITE_AUTH:
+            return DatabaseError(ErrorCategory::Connection, "08001", 3906,
+                                 "The database cannot be written (" + reason +
+                                     "). Check that you may write to its file and to its folder.");
+        case SQLITE_NOMEM:
+            return DatabaseError(ErrorCategory::Limit, "HY001", 701, "There is not enough memory for this request.");
+        case SQLITE_TOOBIG:
+            return DatabaseError(ErrorCategory::Limit, "54000", 8631,
+                                 "A value or statement is too large: " + reason + ".");
+        case SQLITE_ERROR:
+            if (reason == "integer overflow") {
+                return sqlError(error::kArithmeticOverflow,
+                                "Arithmetic overflow error converting expression to data type bigint.");
+            }
+            return DatabaseError(ErrorCategory::Other, "HY000", 50000, reason);
+        default:
+            return DatabaseError(ErrorCategory::Other, "HY000", 50000, reason);
+    }
+}
+
+}  // namespace basalt::embedded
