@@ -4,8 +4,8 @@
 //   levels.CostLevel_GetAll("code > 0 AND CostType IN(1)");
 //   while (!levels.CostLevel_List_QUR.Eof()) { ...; levels.CostLevel_List_QUR.Next(); }
 //
-// Codes count from 1; level 0 stands for all groups. Every operation but CostLevel_Delete lets a DatabaseError pass to the
-// caller. The store shows no messages but those of CostLevel_Delete.
+// Codes count from 1; level 0 stands for all groups. Every operation but CostLevel_Delete lets a DatabaseError pass to
+// the caller. The store shows no messages but those of CostLevel_Delete.
 #pragma once
 
 #include <cstdint>
@@ -15,6 +15,7 @@
 #include "ado/query.h"
 #include "costlevel/costlevel_mapper.h"
 #include "package/data_module.h"
+#include "package/types.h"
 
 namespace basalt {
 
@@ -31,34 +32,36 @@ public:
     TADOQuery Temp_Q7777UR;
     TADOQuery Temp1_QUR;
 
-    // Opens the list on the levels that meet `filter`, a condition of T-SQL without WHERE; the empty text lists every row,
-    // level 0 included. After a failure the list is closed.
+    // Opens the list on the levels that meet `filter`, a condition of T-SQL without WHERE; the empty text lists every
+    // row, level 0 included. After a failure the list is closed.
     void CostLevel_GetAll(const std::string& filter);
 
-    // Opens CostLevelGet_QUR on one level, for CostLevel_InsUpd to edit; it is empty when there is no such level. After a
-    // failure it is closed.
+    // Opens CostLevelGet_QUR on one level, for CostLevel_InsUpd to edit; it is empty when there is no such level. After
+    // a failure it is closed.
     void CostLevel_GetByID(int code, int costType);
-    // Reads one level without touching CostLevelGet_QUR. When there is no such level mapper holds `code`, empty texts and
-    // kind 0. After a failure mapper is unchanged.
+    // Reads one level without touching CostLevelGet_QUR. When there is no such level mapper holds `code`, empty texts
+    // and kind 0. After a failure mapper is unchanged.
     void CostLevel_GetByID(int code, int costType, TCostLevelMapper& mapper);
 
     // How many other levels of that kind bear the name; the level of that code does not count.
     [[nodiscard]] int CostLevel_ExistName(int code, int costType, const std::string& name);
 
-    // One more than the highest code of that kind, and than the highest that an open editor holds for that software part.
+    // One more than the highest code of that kind, and than the highest that an open editor holds for that software
+    // part.
     [[nodiscard]] int CostLevel_GetNewCode(int part, int costType);
 
     // Writes the level. isEdit: over the row that CostLevel_GetByID (two arguments) has opened, otherwise as a new row.
-    // UsageError when an edit has no opened row. After a failure nothing is written, CostLevelGet_QUR is back in browsing,
-    // and calling again is safe.
+    // UsageError when an edit has no opened row. After a failure nothing is written, CostLevelGet_QUR is back in
+    // browsing, and calling again is safe.
     void CostLevel_InsUpd(const TCostLevelMapper& mapper, bool isEdit);
 
-    // Deletes the level after asking the user; true only when it was deleted. Price levels 1 and 2, and levels that another
-    // user holds open, are refused with a message. A failing statement is reported as sub-records and leaves the level, its
-    // print settings and the log as they were. A kind other than 1 and 3 does nothing.
+    // Deletes the level after asking the user; true only when it was deleted. Price levels 1 and 2, and levels that
+    // another user holds open, are refused with a message. A failing statement is reported as sub-records and leaves
+    // the level, its print settings and the log as they were. A kind other than 1 and 3 does nothing.
     [[nodiscard]] bool CostLevel_Delete(int code, int costType);
 
-    // Sets one price of a good: of the sale prices when kind is 1, else of the purchase prices. level counts from 1 to 10.
+    // Sets one price of a good: of the sale prices when kind is 1, else of the purchase prices. level counts from 1
+    // to 10.
     void CostLevel_Update(int kind, int goodCode, int level, Extended price);
 
     // Removes a good's (or group's) price list, and the one being edited.

@@ -4,8 +4,8 @@
 //   screen->ShowModal();
 //   screen->SelectedCode()   // 0 when nothing was picked
 //
-// The parameter is the software part that the screen serves: the price levels' or the discount levels'. The set of levels is
-// fixed by the columns of the goods' price matrix, so New and Delete are hidden.
+// The parameter is the software part that the screen serves: the price levels' or the discount levels'. The set of
+// levels is fixed by the columns of the goods' price matrix, so New and Delete are hidden.
 #pragma once
 
 #include <memory>

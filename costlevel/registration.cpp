@@ -31,10 +31,8 @@ TCostLevelMapper mapperFrom(const Datum& record) {
 }
 
 Datum mapperRecord(const TCostLevelMapper& mapper) {
-    return Datum::record({{"Code", mapper.Code},
-                          {"Name", mapper.Name},
-                          {"Comment", mapper.Comment},
-                          {"CostType", mapper.CostType}});
+    return Datum::record(
+        {{"Code", mapper.Code}, {"Name", mapper.Name}, {"Comment", mapper.Comment}, {"CostType", mapper.CostType}});
 }
 
 std::uint8_t byteArgument(FunctionCall& call, std::string_view name) {
@@ -58,9 +56,9 @@ FunctionEntry operation(std::string name, std::string summary, std::vector<Funct
 }  // namespace
 
 void registerCostLevel(Registry& registry) {
-    registry.add(operation("CostLevel_GetAll", "Opens the list of the levels that meet a condition; all when it is empty.",
-                           {in("Filter", "text")}, "",
-                           [](FunctionCall& call) { levels(call).CostLevel_GetAll(call.text("Filter")); }));
+    registry.add(operation(
+        "CostLevel_GetAll", "Opens the list of the levels that meet a condition; all when it is empty.",
+        {in("Filter", "text")}, "", [](FunctionCall& call) { levels(call).CostLevel_GetAll(call.text("Filter")); }));
     registry.add(operation(
         "CostLevel_GetByID", "Opens one level for editing.", {in("Code", "integer"), in("CostType", "integer")}, "",
         [](FunctionCall& call) { levels(call).CostLevel_GetByID(call.integer("Code"), call.integer("CostType")); }));
@@ -79,36 +77,34 @@ void registerCostLevel(Registry& registry) {
                            }));
     registry.add(operation("CostLevel_GetNewCode", "The next free code of a kind of level.",
                            {in("Part", "integer"), in("CostType", "integer")}, "integer", [](FunctionCall& call) {
-                               call.result(levels(call).CostLevel_GetNewCode(call.integer("Part"),
-                                                                             call.integer("CostType")));
+                               call.result(
+                                   levels(call).CostLevel_GetNewCode(call.integer("Part"), call.integer("CostType")));
                            }));
-    registry.add(operation(
-        "CostLevel_InsUpd", "Writes a level: over the row opened by CostLevel_GetByID, or as a new one.",
-        {in("Mapper", "record"), in("IsEdit", "flag")}, "", [](FunctionCall& call) {
-            levels(call).CostLevel_InsUpd(mapperFrom(call.argument("Mapper")), call.flag("IsEdit"));
-        }));
+    registry.add(operation("CostLevel_InsUpd",
+                           "Writes a level: over the row opened by CostLevel_GetByID, or as a new one.",
+                           {in("Mapper", "record"), in("IsEdit", "flag")}, "", [](FunctionCall& call) {
+                               levels(call).CostLevel_InsUpd(mapperFrom(call.argument("Mapper")), call.flag("IsEdit"));
+                           }));
     registry.add(operation("CostLevel_Delete", "Deletes a level after asking; tells whether it was deleted.",
                            {in("Code", "integer"), in("CostType", "integer")}, "flag", [](FunctionCall& call) {
-                               call.result(levels(call).CostLevel_Delete(call.integer("Code"),
-                                                                         call.integer("CostType")));
+                               call.result(
+                                   levels(call).CostLevel_Delete(call.integer("Code"), call.integer("CostType")));
                            }));
-    registry.add(operation(
-        "CostLevel_Update", "Sets one sale (Kind 1) or purchase price of a good.",
-        {in("Kind", "integer"), in("GoodCode", "integer"), in("Level", "integer"), in("Price", "amount")}, "",
-        [](FunctionCall& call) {
-            levels(call).CostLevel_Update(call.integer("Kind"), call.integer("GoodCode"), call.integer("Level"),
-                                          call.amount("Price"));
-        }));
-    registry.add(operation(
-        "ClearCostList", "Removes a price list.", {in("TypeCode", "integer"), in("ListType", "integer")}, "",
-        [](FunctionCall& call) {
-            levels(call).ClearCostList(call.integer("TypeCode"), byteArgument(call, "ListType"));
-        }));
-    registry.add(operation(
-        "ClearTempCostList", "Removes the price list that is being edited.",
-        {in("TypeCode", "integer"), in("ListType", "integer")}, "", [](FunctionCall& call) {
-            levels(call).ClearTempCostList(call.integer("TypeCode"), byteArgument(call, "ListType"));
-        }));
+    registry.add(
+        operation("CostLevel_Update", "Sets one sale (Kind 1) or purchase price of a good.",
+                  {in("Kind", "integer"), in("GoodCode", "integer"), in("Level", "integer"), in("Price", "amount")}, "",
+                  [](FunctionCall& call) {
+                      levels(call).CostLevel_Update(call.integer("Kind"), call.integer("GoodCode"),
+                                                    call.integer("Level"), call.amount("Price"));
+                  }));
+    registry.add(operation("ClearCostList", "Removes a price list.",
+                           {in("TypeCode", "integer"), in("ListType", "integer")}, "", [](FunctionCall& call) {
+                               levels(call).ClearCostList(call.integer("TypeCode"), byteArgument(call, "ListType"));
+                           }));
+    registry.add(operation("ClearTempCostList", "Removes the price list that is being edited.",
+                           {in("TypeCode", "integer"), in("ListType", "integer")}, "", [](FunctionCall& call) {
+                               levels(call).ClearTempCostList(call.integer("TypeCode"), byteArgument(call, "ListType"));
+                           }));
 }
 
 }  // namespace basalt

@@ -1,7 +1,8 @@
 // The entry points: functions with plain names that show one screen each.
 //
-// An entry point asks the host for the user's permission first and returns at once when it is refused (the host has told
-// the user). Otherwise it shows its screen modally and frees it. Errors pass to the caller after the screen has been freed.
+// An entry point asks the host for the user's permission first and returns at once when it is refused (the host has
+// told the user). Otherwise it shows its screen modally and frees it. Errors pass to the caller after the screen has
+// been freed.
 //
 //   auto select = reinterpret_cast<int (*)()>(library.resolve("Select_CostLevel_List"));
 //   int level = select();   // 0: nothing picked

@@ -101,8 +101,8 @@ void ShowSmartMessage(TNotificationMessage message, const std::vector<std::strin
     point(numbered(MessageKind::Notification, message.number, texts), control, form, displayMilliseconds);
 }
 
-void ShowSmartMessage(TErrorMessage message, const std::vector<std::string>& texts, ::QWidget* control,
-                      ::QWidget* form, int displayMilliseconds) {
+void ShowSmartMessage(TErrorMessage message, const std::vector<std::string>& texts, ::QWidget* control, ::QWidget* form,
+                      int displayMilliseconds) {
     point(numbered(MessageKind::Error, message.number, texts), control, form, displayMilliseconds);
 }
 

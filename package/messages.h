@@ -37,8 +37,8 @@ struct MessageRequest {
     std::string operation;                // "MsgRequiredField", "ShowSmartMessage", ...
     MessageKind kind = MessageKind::None; // ShowSmartMessage only
     int number = 0;                       // ShowSmartMessage only; 0 for the named operations
-    std::vector<std::string> arguments;   // the variable words, or the placeholders' texts; trailing empty ones dropped
-    TMessageButtons buttons;              // empty: nothing to answer
+    std::vector<std::string> arguments = {};  // the variable words, or the placeholders' texts; trailing empty ones dropped
+    TMessageButtons buttons = {};         // empty: nothing to answer
     TMessageButton defaultButton = TMessageButton::Ok;
     ::QWidget* control = nullptr;
     ::QWidget* form = nullptr;

@@ -13,7 +13,8 @@ Host* currentHost = nullptr;
 }  // namespace
 
 Host& attachedHost() {
-    if (currentHost == nullptr) throw UsageError("no host is attached: attach one before anything of the module is called");
+    if (currentHost == nullptr)
+        throw UsageError("no host is attached: attach one before anything of the module is called");
     return *currentHost;
 }
 

@@ -27,7 +27,7 @@ struct TGridColumn {
     bool TitleButton = true;              // a click on the title sorts
     int Width = 0;                        // pixels; 0 = by content and stretch
     // Number format "positive;negative;zero" with # and 0, for instance "#,#0.##;-#,#0.##;0"; empty shows the text.
-    std::string DisplayFormat;
+    std::string DisplayFormat = {};
 };
 
 // A grid on a data source: sort by title, column chooser, copy, print with preview, PDF, XLSX and CSV.

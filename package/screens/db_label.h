@@ -5,8 +5,8 @@
 //   comment->SetDataSource(&store.CostLevel_List_DS);
 //   comment->SetFieldName("Comment");
 //
-// It shows nothing while the data set is closed or empty. It lets go of the data source when it is destroyed; a data source
-// that goes first is to be taken away with SetDataSource(nullptr).
+// It shows nothing while the data set is closed or empty. It lets go of the data source when it is destroyed; a data
+// source that goes first is to be taken away with SetDataSource(nullptr).
 #pragma once
 
 #include <QLabel>
@@ -29,7 +29,7 @@ public:
 private:
     void refresh();
     void dataChanged() override { refresh(); }
-    void rowChanged(std::int64_t row) override;
+    void rowChanged(std::int64_t /*row*/) override { refresh(); }
     void cursorMoved() override { refresh(); }
     void activeChanged() override { refresh(); }
 
