@@ -1,0 +1,241 @@
+#include <limits>
+#include <utility>
+
+#include "engines/embedded/parser/expression.h"
+#include "engines/embedded/parser/query.h"
+#include "engines/embedded/parser/statement.h"
+
+namespace basalt::embedded {
+
+using namespace ast;
+
+namespace {
+
+std::int64_t parseSignedInteger(TokenCursor& cursor) {
+    const bool negative = cursor.accept(TokenKind::Minus);
+    if (!negative) cursor.accept(TokenKind::Plus);
+    if (!cursor.at(TokenKind::Literal)) cursor.failHere();
+    const Literal& value = cursor.literals()[cursor.peek().literal];
+    std::int64_t number = value.integer;
+    if (value.type == LiteralType::Decimal && value.scale == 0 &&
+        value.coefficient <= std::numeric_limits<std::int64_t>::max()) {
+        number = static_cast<std::int64_t>(value.coefficient);
+    } else if (value.type != LiteralType::Int) {
+        cursor.failHere();
+    }
+    cursor.literals().fix(cursor.literal());
+    return negative ? -number : number;
+}
+
+IdentityClause parseIdentity(TokenCursor& cursor) {
+    IdentityClause identity;
+    cursor.expect(Keyword::Identity);
+    if (cursor.accept(TokenKind::LeftParenthesis)) {
+        identity.seed = parseSignedInteger(cursor);
+        cursor.expect(TokenKind::Comma);
+        identity.increment = parseSignedInteger(cursor);
+        cursor.expect(TokenKind::RightParenthesis);
+    }
+    if (cursor.at(Keyword::Not) && cursor.keyword(1) == Keyword::For) {
+        cursor.next();
+        cursor.next();
+        cursor.expect(Keyword::Replication);
+    }
+    return identity;
+}
+
+ReferentialAction parseAction(TokenCursor& cursor) {
+    if (cursor.accept(Keyword::Cascade)) return ReferentialAction::Cascade;
+    if (cursor.accept(Keyword::No)) {
+        cursor.expect(Keyword::Action);
+        return ReferentialAction::NoAction;
+    }
+    cursor.expect(Keyword::Set);
+    if (cursor.accept(Keyword::Null)) return ReferentialAction::SetNull;
+    cursor.expect(Keyword::Default);
+    return ReferentialAction::SetDefault;
+}
+
+void parseReferences(TokenCursor& cursor, Constraint& constraint) {
+    cursor.expect(Keyword::References);
+    constraint.referencedTable = cursor.objectName();
+    if (cursor.at(TokenKind::LeftParenthesis)) constraint.referencedColumns = parseNameList(cursor);
+    while (cursor.accept(Keyword::On)) {
+        if (cursor.accept(Keyword::Delete)) {
+            constraint.onDelete = parseAction(cursor);
+        } else {
+            cursor.expect(Keyword::Update);
+            constraint.onUpdate = parseAction(cursor);
+        }
+    }
+    if (cursor.at(Keyword::Not) && cursor.keyword(1) == Keyword::For) {
+        cursor.next();
+        cursor.next();
+        cursor.expect(Keyword::Replication);
+    }
+}
+
+std::optional<bool> parseClustered(TokenCursor& cursor) {
+    if (cursor.accept(Keyword::Clustered)) return true;
+    if (cursor.accept(Keyword::Nonclustered)) return false;
+    return std::nullopt;
+}
+
+bool atConstraint(const TokenCursor& cursor) {
+    return cursor.atAnyOf({Keyword::Constraint, Keyword::Primary, Keyword::Unique, Keyword::Foreign,
+                           Keyword::References, Keyword::Check, Keyword::Default});
+}
+
+// `ofColumn`: the key's columns are not named, the constraint belongs to the column before it.
+Constraint parseConstraint(TokenCursor& cursor, bool ofColumn) {
+    const std::uint32_t start = cursor.begin();
+    Constraint constraint;
+    if (cursor.accept(Keyword::Constraint)) constraint.name = cursor.name();
+    if (cursor.at(Keyword::Primary) || cursor.at(Keyword::Unique)) {
+        constraint.kind = cursor.at(Keyword::Primary) ? ConstraintKind::PrimaryKey : ConstraintKind::Unique;
+        if (cursor.next(); constraint.kind == ConstraintKind::PrimaryKey) cursor.expect(Keyword::Key);
+        constraint.clustered = parseClustered(cursor);
+        if (!ofColumn) constraint.columns = parseKeyColumns(cursor);
+        skipStorageOptions(cursor);
+    } else if (cursor.accept(Keyword::Check)) {
+        constraint.kind = ConstraintKind::Check;
+        if (cursor.at(Keyword::Not) && cursor.keyword(1) == Keyword::For) {
+            cursor.next();
+            cursor.next();
+            cursor.expect(Keyword::Replication);
+        }
+        cursor.expect(TokenKind::LeftParenthesis);
+        constraint.expression = parseCondition(cursor);
+        cursor.expect(TokenKind::RightParenthesis);
+    } else if (cursor.accept(Keyword::Default)) {
+        constraint.kind = ConstraintKind::Default;
+        constraint.expression = parseOperand(cursor);
+        if (!ofColumn) {
+            cursor.expect(Keyword::For);
+            constraint.forColumn = cursor.name();
+        }
+        if (cursor.at(Keyword::With) && cursor.keyword(1) == Keyword::Values) {
+            cursor.next();
+            cursor.next();
+        }
+    } else {
+        constraint.kind = ConstraintKind::ForeignKey;
+        if (!ofColumn) {
+            cursor.expect(Keyword::Foreign);
+            cursor.expect(Keyword::Key);
+            constraint.columns = parseKeyColumns(cursor);
+        } else if (cursor.accept(Keyword::Foreign)) {
+            cursor.expect(Keyword::Key);
+        }
+        parseReferences(cursor, constraint);
+    }
+    constraint.range = cursor.from(start);
+    return constraint;
+}
+
+}  // namespace
+
+void skipStorageOptions(TokenCursor& cursor) {
+    for (;;) {
+        if (cursor.at(Keyword::With) && cursor.peek(1).kind == TokenKind::LeftParenthesis) {
+            cursor.next();
+            int open = 0;
+            do {
+                if (cursor.atEnd()) cursor.failHere();
+                const Token& token = cursor.next();
+                if (token.kind == TokenKind::LeftParenthesis) ++open;
+                if (token.kind == TokenKind::RightParenthesis) --open;
+                if (token.kind == TokenKind::Literal) cursor.literals().fix(token.literal);
+            } while (open > 0);
+        } else if ((cursor.at(Keyword::On) && cursor.atName(1)) || cursor.at(Keyword::TextimageOn)) {
+            cursor.next();
+            cursor.name();
+        } else {
+            return;
+        }
+    }
+}
+
+std::vector<KeyColumn> parseKeyColumns(TokenCursor& cursor) {
+    std::vector<KeyColumn> columns;
+    cursor.expect(TokenKind::LeftParenthesis);
+    do {
+        KeyColumn column;
+        column.name = cursor.name();
+        if (cursor.accept(Keyword::Desc)) {
+            column.descending = true;
+        } else {
+            cursor.accept(Keyword::Asc);
+        }
+        columns.push_back(std::move(column));
+    } while (cursor.accept(TokenKind::Comma));
+    cursor.expect(TokenKind::RightParenthesis);
+    return columns;
+}
+
+ColumnDefinition parseColumnDefinition(TokenCursor& cursor) {
+    const std::uint32_t start = cursor.begin();
+    ColumnDefinition column;
+    column.name = cursor.name();
+    if (cursor.accept(Keyword::As)) {
+        column.computed = parseExpression(cursor);
+        column.persisted = cursor.accept(Keyword::Persisted);
+    } else {
+        column.type = parseDataType(cursor);
+    }
+    for (;;) {
+        if (cursor.accept(Keyword::Null)) {
+            column.nullable = true;
+        } else if (cursor.at(Keyword::Not)) {
+            cursor.next();
+            cursor.expect(Keyword::Null);
+            column.nullable = false;
+        } else if (cursor.at(Keyword::Identity)) {
+            column.identity = parseIdentity(cursor);
+        } else if (cursor.accept(Keyword::Collate)) {
+            column.collation = cursor.name();
+        } else if (cursor.at(Keyword::Rowguidcol) || cursor.at(Keyword::Sparse)) {
+            cursor.next();
+        } else if (atConstraint(cursor)) {
+            column.constraints.push_back(parseConstraint(cursor, true));
+        } else {
+            break;
+        }
+    }
+    column.range = cursor.from(start);
+    return column;
+}
+
+void parseTableElement(TokenCursor& cursor, TableDefinition& definition) {
+    if (cursor.at(Keyword::Index)) cursor.unsupportedHere("INDEX");
+    if (atConstraint(cursor)) {
+        definition.constraints.push_back(parseConstraint(cursor, false));
+    } else {
+        definition.columns.push_back(parseColumnDefinition(cursor));
+    }
+}
+
+TableDefinition parseTableDefinition(TokenCursor& cursor) {
+    TableDefinition definition;
+    cursor.expect(TokenKind::LeftParenthesis);
+    do {
+        // The server allows a comma after the last element.
+        if (cursor.at(TokenKind::RightParenthesis) && !definition.columns.empty()) break;
+        parseTableElement(cursor, definition);
+    } while (cursor.accept(TokenKind::Comma) ||
+             // and no comma before a constraint of the table
+             cursor.atAnyOf({Keyword::Constraint, Keyword::Foreign}));
+    cursor.expect(TokenKind::RightParenthesis);
+    return definition;
+}
+
+StatementPtr parseCreateTable(TokenCursor& cursor, std::uint32_t start) {
+    auto statement = std::make_unique<CreateTableStatement>();
+    cursor.expect(Keyword::Table);
+    statement->name = cursor.objectName();
+    statement->definition = parseTableDefinition(cursor);
+    skipStorageOptions(cursor);
+    return finish(cursor, std::move(statement), start);
+}
+
+}  // namespace basalt::embedded
