@@ -20,8 +20,8 @@ namespace basalt::host {
 
 class CodeLocks;
 
-// A held code. Moving hands it on; destroying it releases the code, an error while releasing is dropped (the row then
-// goes with the next start of the workstation).
+// A held code; not to outlive the CodeLocks that gave it. Moving hands it on; destroying it releases the code, an error
+// while releasing is dropped (the row then goes with the next start of the workstation).
 class CodeLock {
 public:
     CodeLock() = default;
@@ -37,28 +37,29 @@ public:
 
 private:
     friend class CodeLocks;
-    CodeLock(CodeLocks& locks, TSoftwarePart part, Value value, int slot);
+    CodeLock(CodeLocks& locks, TSoftwarePart part, Value value, int owner, int slot);
 
     CodeLocks* locks_ = nullptr;
     TSoftwarePart part_{};
     Value value_;
     std::string code_;
+    int owner_ = 0;
     int slot_ = 0;
 };
 
 struct CodeLockHolder {
     int owner = 0;
-    std::string userName;  // the full name; empty when unknown
-    std::string workstationName;
-    std::string lockDate;  // "1405/08/30 09:15:00"
+    std::string userName = {};  // the full name; empty when unknown
+    std::string workstationName = {};
+    std::string lockDate = {};  // "1405/08/30 09:15:00"
 };
 
 // What a row of CodeLock_TBL says of its holder.
 struct CodeLockOwner {
     int owner = 0;
     int userCode = 0;
-    std::string workstationName;
-    std::string moment;
+    std::string workstationName = {};
+    std::string moment = {};
 };
 
 class CodeLocks {
@@ -79,8 +80,8 @@ public:
 
 private:
     friend class CodeLock;
-    [[nodiscard]] bool insert(const std::string& code, TSoftwarePart part, int slot);
-    void remove(const std::string& code, TSoftwarePart part, int slot);
+    // False when the slot is taken.
+    [[nodiscard]] bool insert(const std::string& code, TSoftwarePart part, const CodeLockOwner& owner, int slot);
 
     Session& session_;
     std::function<CodeLockOwner()> describe_;

@@ -13,8 +13,8 @@
 namespace basalt::host {
 
 struct RenderedMessage {
-    std::string title;  // of the box
-    std::string text;
+    std::string title = {};  // of the box
+    std::string text = {};
 };
 
 class MessageCatalogue {

@@ -7,9 +7,9 @@
 namespace basalt::host {
 
 struct ProcessIdentity {
-    std::string machine;  // the machine's network name
-    std::int64_t id = 0;  // the process number
-    std::string started;  // when it started, so that a number given again is not taken for the same process
+    std::string machine = {};  // the machine's network name
+    std::int64_t id = 0;       // the process number
+    std::string started = {};  // when it started, so that a number given again is not taken for the same process
     bool operator==(const ProcessIdentity&) const = default;
 };
 

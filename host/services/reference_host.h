@@ -31,10 +31,10 @@
 namespace basalt::host {
 
 struct HostOptions {
-    std::string workstationName;  // empty: the one of the option file, else the machine's name
-    std::string userDataFolder;
-    bool persistOptions = true;              // false: the option file is neither read nor written
-    std::optional<ProcessIdentity> process;  // of another process, when a recorded session is replayed
+    std::string workstationName = {};  // empty: the one of the option file, else the machine's name
+    std::string userDataFolder = {};
+    bool persistOptions = true;                   // false: the option file is neither read nor written
+    std::optional<ProcessIdentity> process = {};  // of another process, when a recorded session is replayed
 };
 
 // Hears of what the host does for the module.
@@ -58,7 +58,7 @@ public:
     void signOut();
     [[nodiscard]] bool signedIn() const { return user_.Code != 0; }
 
-    void setMessages(MessageService& service);  // before that, messages are a UsageError that shows their text
+    void setMessages(MessageService& service);  // before that, a question is a UsageError that shows its text
     void setScreens(ScreenServices* screens) { screens_ = screens; }
     void setObserver(HostObserver* observer) { observer_ = observer; }
     void setClock(Clock& clock) { clock_ = &clock; }

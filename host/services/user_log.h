@@ -14,16 +14,16 @@ namespace basalt::host {
 struct UserLogEntry {
     std::int64_t id = 0;  // given by the database
     int userCode = 0;
-    std::string userName;  // the full name
-    std::string workstationName;
-    std::string date;  // "1405/08/30"
-    std::string time;  // "09:15:00"
+    std::string userName = {};  // the full name
+    std::string workstationName = {};
+    std::string date = {};  // "1405/08/30"
+    std::string time = {};  // "09:15:00"
     int part = 0;
-    std::string partTitle;
+    std::string partTitle = {};
     int permission = 0;
-    std::string permissionTitle;
-    std::string text;         // the record's code
-    std::string description;  // may be empty
+    std::string permissionTitle = {};
+    std::string text = {};         // the record's code
+    std::string description = {};  // may be empty
 };
 
 class UserLog {

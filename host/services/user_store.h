@@ -14,8 +14,8 @@ namespace basalt::host {
 
 struct UserListItem {
     int code = 0;
-    std::string userName;
-    std::string fullName;
+    std::string userName = {};
+    std::string fullName = {};
     bool manager = false;
     bool enabled = true;
 };

@@ -1,0 +1,80 @@
+#include "host/services/ini_options.h"
+
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <utility>
+
+#include "host/services/platform/process.h"
+
+namespace basalt::host {
+
+namespace {
+
+constexpr int kSmallestFont = 8;
+constexpr int kLargestFont = 16;
+
+}  // namespace
+
+IniOptionsFile::IniOptionsFile(std::filesystem::path folder) : folder_(std::move(folder)) {
+    options_.workstationName = platform::machineName();
+    if (!folder_.empty()) load();
+}
+
+std::filesystem::path IniOptionsFile::path() const {
+    return folder_ / "workstation.json";
+}
+
+void IniOptionsFile::load() {
+    std::ifstream file(path(), std::ios::binary);
+    if (!file) return;
+    const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    WorkstationOptions read = options_;
+    try {
+        const auto json = nlohmann::json::parse(text);
+        read.workstationName = json.value("workstationName", read.workstationName);
+        read.lastUserName = json.value("lastUserName", read.lastUserName);
+        read.persianDigits = json.value("persianDigits", read.persianDigits);
+        read.fontSize = json.value("fontSize", read.fontSize);
+        if (read.fontSize < kSmallestFont || read.fontSize > kLargestFont) read.fontSize = options_.fontSize;
+        if (read.workstationName.empty()) read.workstationName = options_.workstationName;
+    } catch (const nlohmann::json::exception&) {
+        std::error_code ignored;
+        std::filesystem::path kept = path();
+        kept += ".damaged";
+        std::filesystem::rename(path(), kept, ignored);
+        warning_ =
+            "پروندهٔ تنظیمات ایستگاه خوانده نشد و تنظیمات پیش‌فرض به کار رفت. نسخهٔ خراب در این نشانی نگه داشته "
+            "شد: " +
+            kept.string();
+        return;
+    }
+    options_ = std::move(read);
+}
+
+void IniOptionsFile::save() const {
+    if (folder_.empty()) return;
+    const nlohmann::ordered_json json = {{"workstationName", options_.workstationName},
+                                         {"lastUserName", options_.lastUserName},
+                                         {"persianDigits", options_.persianDigits},
+                                         {"fontSize", options_.fontSize}};
+    const auto fail = [&] {
+        return std::runtime_error("تنظیمات ایستگاه ذخیره نشد. دسترسی نوشتن و فضای خالی این پوشه را بررسی کنید: " +
+                                  folder_.string());
+    };
+    std::error_code error;
+    std::filesystem::create_directories(folder_, error);
+    std::filesystem::path fresh = path();
+    fresh += ".new";
+    {
+        std::ofstream file(fresh, std::ios::binary | std::ios::trunc);
+        file << json.dump(2) << '\n';
+        file.flush();
+        if (!file) throw fail();
+    }
+    std::filesystem::rename(fresh, path(), error);
+    if (error) throw fail();
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,123 @@
+#include "host/services/message_catalogue.h"
+
+#include <cctype>
+
+#include "host/services/message_texts.h"
+
+namespace basalt::host {
+
+namespace {
+
+constexpr std::size_t kMostWords = 11;
+
+std::string fill(std::string_view pattern, const std::vector<std::string>& words) {
+    std::string text;
+    for (std::size_t i = 0; i < pattern.size(); ++i) {
+        if (pattern[i] != '%' || i + 1 == pattern.size()) {
+            text += pattern[i];
+            continue;
+        }
+        if (pattern[i + 1] == '%') {
+            text += '%';
+            ++i;
+            continue;
+        }
+        std::size_t number = 0;
+        std::size_t end = i + 1;
+        while (end < pattern.size() && std::isdigit(static_cast<unsigned char>(pattern[end]))) {
+            const std::size_t longer = number * 10 + static_cast<std::size_t>(pattern[end] - '0');
+            if (longer > kMostWords) break;
+            number = longer;
+            ++end;
+        }
+        if (number == 0) {
+            text += pattern[i];
+            continue;
+        }
+        if (number <= words.size()) text += words[number - 1];
+        i = end - 1;
+    }
+    return text;
+}
+
+std::string joined(const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words) {
+        if (!text.empty()) text += "، ";
+        text += word;
+    }
+    return text;
+}
+
+std::string_view defaultTitle(MessageKind kind) {
+    switch (kind) {
+        case MessageKind::Confirmation:
+            return "پرسش";
+        case MessageKind::Error:
+            return "خطا";
+        case MessageKind::Notification:
+        case MessageKind::None:
+            break;
+    }
+    return "توجه";
+}
+
+// A balloon's text comes from the caller, its values fill it.
+RenderedMessage tooltip(const MessageRequest& request) {
+    if (request.arguments.empty()) return {std::string(defaultTitle(request.kind)), {}};
+    const std::vector<std::string> values(request.arguments.begin() + 1, request.arguments.end());
+    return {std::string(defaultTitle(request.kind)), fill(request.arguments.front(), values)};
+}
+
+}  // namespace
+
+RenderedMessage MessageCatalogue::render(const MessageRequest& request) const {
+    if (request.operation == "ShowTooltipMessage") return tooltip(request);
+    const MessageText* known =
+        request.number != 0 ? findNumberText(request.number) : findOperationText(request.operation);
+    if (!known) {
+        const std::string name = request.number != 0 ? "پیام " + std::to_string(request.number) : request.operation;
+        const std::string words = joined(request.arguments);
+        return {std::string(defaultTitle(request.kind)), words.empty() ? name : name + ": " + words};
+    }
+    const bool bare = request.arguments.empty() && !known->withoutWords.empty();
+    return {std::string(known->title), fill(bare ? known->withoutWords : known->text, request.arguments)};
+}
+
+std::string MessageCatalogue::errorText(ErrorCategory category) const {
+    return std::string(errorSentence(category));
+}
+
+std::string MessageCatalogue::errorText(const std::exception& error) const {
+    if (const auto* database = dynamic_cast<const DatabaseError*>(&error)) return errorText(database->category());
+    if (dynamic_cast<const std::bad_alloc*>(&error)) {
+        return "حافظهٔ کافی برای این کار نیست. برنامه‌های دیگر را ببندید یا محدودهٔ کوچک‌تری انتخاب "
+               "کنید.";
+    }
+    return "خطایی در برنامه رخ داد و این کار انجام نشد. جزئیات آن را به پشتیبانی بدهید.";
+}
+
+MessageRequest MessageCatalogue::errorRequest(const std::exception& error) const {
+    const bool database = dynamic_cast<const DatabaseError*>(&error) != nullptr;
+    MessageRequest request;
+    request.operation = database ? "DatabaseError" : "ProgramError";
+    request.kind = MessageKind::Error;
+    request.arguments = {errorText(error), error.what()};
+    return request;
+}
+
+std::string MessageCatalogue::buttonText(TMessageButton button) const {
+    switch (button) {
+        case TMessageButton::Ok:
+            return "تأیید";
+        case TMessageButton::Cancel:
+            return "انصراف";
+        case TMessageButton::Yes:
+            return "بله";
+        case TMessageButton::No:
+            return "خیر";
+    }
+    return {};
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,158 @@
+#include "host/services/message_texts.h"
+
+#include <array>
+
+namespace basalt::host {
+
+namespace {
+
+constexpr std::array kOperations = {
+    MessageText{"MsgRequiredField", 0, "ورود اطلاعات", "«%1» را وارد کنید.", {}},
+    MessageText{
+        "MsgRepeatedField", 0, "اطلاعات تکراری", "%2 دیگری با همین %1 ثبت شده است. لطفاً %1 دیگری وارد کنید.", {}},
+    MessageText{"MsgDeleteRow", 0, "حذف", "آیا از حذف این سطر مطمئن هستید؟", {}},
+    MessageText{"MsgDeleteItem", 0, "حذف", "آیا از حذف این %1 مطمئن هستید؟", {}},
+    MessageText{"MSGInUse",
+                0,
+                "در حال استفاده",
+                "این %1 در ایستگاه دیگری باز است و اکنون نمی‌توان آن را حذف کرد. پس از بسته شدن آن دوباره تلاش "
+                "کنید.",
+                {}},
+    MessageText{"MsgHasSubRecords",
+                0,
+                "حذف ممکن نیست",
+                "این %1 در بخش‌های دیگر برنامه به کار رفته است و حذف نشد. ابتدا موارد وابسته به آن را حذف "
+                "کنید.",
+                {}},
+    MessageText{"DeleteDefault",
+                0,
+                "مورد پیش‌فرض",
+                "این %1 از موارد پیش‌فرض برنامه است و %2 آن ممکن نیست.",
+                {}},
+    MessageText{"NotEditable", 0, "ویرایش ممکن نیست", "«%1» قابل ویرایش نیست.", {}},
+    MessageText{"MsgNotSelected", 0, "انتخاب نشده", "«%1» انتخاب نشده است.", {}},
+    MessageText{
+        "MsgUnsavedChanges", 0, "تغییرات ذخیره نشده", "تغییرات این فرم ذخیره نشده است. آیا پیش از خروج ذخیره شود؟", {}},
+    MessageText{"MsgRecordGone",
+                0,
+                "رکورد یافت نشد",
+                "این رکورد دیگر وجود ندارد. احتمالاً کاربر دیگری آن را حذف کرده است. فهرست را به‌روز "
+                "کنید.",
+                {}},
+    MessageText{"MsgOpenElsewhere", 0, "باز در ایستگاه دیگر", "این رکورد را %1 در «%2» هم باز کرده است.", {}},
+    MessageText{"HavePermission",
+                0,
+                "دسترسی ندارید",
+                "شما اجازهٔ «%2» در بخش «%1» را ندارید. برای گرفتن این دسترسی به مدیر سیستم مراجعه کنید.",
+                {}},
+    MessageText{"ShowFlashMessage", 0, "توجه", "%1", {}},
+    MessageText{"DatabaseError", 0, "خطای پایگاه داده", "%1", {}},
+    MessageText{"ProgramError", 0, "خطای برنامه", "%1", {}},
+};
+
+constexpr std::array kNumbers = {
+    // The answer that deletes is No: the question is whether to leave it.
+    MessageText{{},
+                10006,
+                "در حال استفاده",
+                "این %1 برای کالاها یا اشخاص به کار رفته است. آیا از حذف آن صرف‌نظر "
+                "می‌کنید؟",
+                {}},
+    MessageText{{}, 10010, "ورود اطلاعات", "«%1» نمی‌تواند %2 باشد.", {}},
+    MessageText{{},
+                10027,
+                "جابه‌جایی ممکن نیست",
+                "یک دسته نمی‌تواند زیر خودش یا %1 خودش قرار بگیرد.",
+                {}},
+    MessageText{{},
+                10031,
+                "ورود اطلاعات",
+                "برای «%1» %2 پذیرفته نمی‌شود. یک عدد وارد کنید.",
+                {}},
+    MessageText{{}, 10152, "کالا یافت نشد", "کالایی با این بارکد تعریف نشده است.", {}},
+    MessageText{{},
+                10322,
+                "حداکثر سطح",
+                "دسته‌بندی حداکثر سه سطح دارد و زیر این شاخه نمی‌توان شاخهٔ دیگری قرار "
+                "داد.",
+                {}},
+    MessageText{{},
+                20091,
+                "موجودی منفی",
+                "با ثبت این سند موجودی این کالاها منفی می‌شود:\n%1\nآیا ادامه "
+                "می‌دهید؟",
+                "با ثبت این سند موجودی برخی کالاها منفی می‌شود. آیا ادامه "
+                "می‌دهید؟"},
+    MessageText{{},
+                20149,
+                "دستهٔ پیش‌فرض",
+                "این شاخه برای یک یا چند کاربر فعال شده است. آیا با این حال حذف شود؟",
+                {}},
+    MessageText{{},
+                30055,
+                "موجودی کافی نیست",
+                "موجودی این کالاها کافی نیست و سند ثبت نشد:\n%1",
+                "موجودی برخی کالاهای این سند کافی نیست و سند ثبت نشد."},
+};
+
+}  // namespace
+
+const MessageText* findOperationText(std::string_view operation) {
+    for (const MessageText& text : kOperations) {
+        if (text.operation == operation) return &text;
+    }
+    return nullptr;
+}
+
+const MessageText* findNumberText(int number) {
+    for (const MessageText& text : kNumbers) {
+        if (text.number == number) return &text;
+    }
+    return nullptr;
+}
+
+std::string_view errorSentence(ErrorCategory category) {
+    switch (category) {
+        case ErrorCategory::Syntax:
+            return "پایگاه داده دستور برنامه را نفهمید و چیزی تغییر نکرد. این پیام را با جزئیات آن به پشتیبانی بدهید.";
+        case ErrorCategory::NotFound:
+            return "جدول یا رویه‌ای که برنامه لازم دارد در پایگاه داده نیست. پایگاه داده را به‌روز کنید یا با "
+                   "پشتیبانی تماس "
+                   "بگیرید.";
+        case ErrorCategory::Constraint:
+            return "این تغییر با اطلاعات دیگر سازگار نیست و ذخیره نشد؛ شاید کد تکراری است یا مورد دیگری به آن وابسته "
+                   "است.";
+        case ErrorCategory::Conversion:
+            return "یکی از مقدارها از نوع درست نیست یا از محدودهٔ مجاز بیرون است. مقدار را اصلاح کنید و دوباره تلاش "
+                   "کنید.";
+        case ErrorCategory::Truncation:
+            return "یکی از متن‌ها از اندازهٔ مجاز بلندتر است و چیزی ذخیره نشد. متن را کوتاه‌تر "
+                   "کنید.";
+        case ErrorCategory::Busy:
+            return "پایگاه داده در دست کاربر دیگری است. چند لحظه صبر کنید و دوباره تلاش کنید.";
+        case ErrorCategory::Conflict:
+            return "این رکورد را کاربر دیگری در همین فاصله تغییر داده یا حذف کرده است و تغییر شما ذخیره نشد. فهرست را "
+                   "به‌روز "
+                   "کنید و دوباره ویرایش کنید.";
+        case ErrorCategory::Connection:
+            return "ارتباط با پایگاه داده برقرار نیست. شبکه و سرور را بررسی کنید و برنامه را دوباره باز کنید.";
+        case ErrorCategory::Corrupt:
+            return "پروندهٔ پایگاه داده خراب است یا پایگاه داده نیست. نسخهٔ پشتیبان را برگردانید یا پروندهٔ دیگری انتخاب "
+                   "کنید.";
+        case ErrorCategory::DiskFull:
+            return "فضای خالی دیسک تمام شده و چیزی ذخیره نشد. فضا آزاد کنید و دوباره تلاش کنید.";
+        case ErrorCategory::Version:
+            return "این پایگاه داده با نسخهٔ تازه‌تری از برنامه ساخته شده است. برنامه را به‌روز کنید یا پایگاه دادهٔ "
+                   "دیگری انتخاب "
+                   "کنید.";
+        case ErrorCategory::Limit:
+            return "درخواست از اندازه‌ای که پایگاه داده می‌پذیرد بزرگ‌تر است. محدودهٔ جستجو را کوچک‌تر "
+                   "کنید.";
+        case ErrorCategory::Other:
+            break;
+    }
+    return "پایگاه داده درخواست را انجام نداد و چیزی ذخیره نشد. دوباره تلاش کنید و اگر تکرار شد جزئیات را به پشتیبانی "
+           "بدهید.";
+}
+
+}  // namespace basalt::host

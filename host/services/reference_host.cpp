@@ -1,0 +1,224 @@
+#include "host/services/reference_host.h"
+
+#include "host/services/host_parts.h"
+#include "host/services/jalali_calendar.h"
+#include "host/services/sql_access.h"
+#include "host/services/unit_formula.h"
+#include "package/numbers.h"
+
+namespace basalt::host {
+
+namespace {
+
+// Stands in until somebody shows messages: notes have nobody to read them, but a question cannot be answered for the
+// user.
+class UnattendedMessages final : public MessageService {
+public:
+    explicit UnattendedMessages(const MessageCatalogue& catalogue) : catalogue_(catalogue) {}
+
+    int show(const MessageRequest& request) override {
+        if (!request.isQuestion()) return mrNone;
+        throw UsageError("nobody is there to answer " + request.operation + ": " + catalogue_.render(request).text);
+    }
+
+private:
+    const MessageCatalogue& catalogue_;
+};
+
+std::string timeText(const CivilDateTime& moment) {
+    const auto two = [](int number) { return (number < 10 ? "0" : "") + std::to_string(number); };
+    return two(moment.hour) + ":" + two(moment.minute) + ":" + two(moment.second);
+}
+
+std::string dateText(const CivilDateTime& moment, const std::string& separator) {
+    return toText(toJalali(moment.year, moment.month, moment.day), separator);
+}
+
+// A table or column as it may stand in a statement: letters, digits, _ and points between, or a name in brackets.
+// Others could carry a statement of their own.
+void requireName(const std::string& name, const char* what) {
+    bool valid = !name.empty();
+    bool bracketed = false;
+    for (const char c : name) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (bracketed) {
+            if (c == ']') bracketed = false;
+        } else if (c == '[') {
+            bracketed = true;
+        } else if (!(std::isalnum(byte) || byte >= 0x80 || c == '_' || c == '.' || c == '#')) {
+            valid = false;
+        }
+    }
+    if (!valid || bracketed) throw UsageError(std::string("\"") + name + "\" is not a " + what);
+}
+
+}  // namespace
+
+ReferenceHost::ReferenceHost(Session& session, HostOptions options)
+    : session_(session),
+      options_(std::move(options)),
+      unattended_(std::make_unique<UnattendedMessages>(catalogue_)),
+      messages_(unattended_.get()),
+      moduleConnection_(session, "ADOConnection1"),
+      ownConnection_(session, "HostConnection"),
+      sharedQuery_(moduleConnection_, "DM.SharedQuery"),
+      sharedCommand_(moduleConnection_, "DM.SharedCommand"),
+      sharedProc_(moduleConnection_, "DM.SharedProc"),
+      dm_{moduleConnection_, sharedQuery_, sharedCommand_, sharedProc_},
+      optionFile_(options_.persistOptions ? std::filesystem::path(options_.userDataFolder) : std::filesystem::path()),
+      workstations_(session),
+      users_(session),
+      permissions_(session),
+      userLog_(session),
+      settings_(session),
+      formOptions_(session),
+      properties_(session),
+      codeLocks_(session, [this] {
+          const CivilDateTime now = clock_->now();
+          return CodeLockOwner{.owner = IniOptions().LockOwner,
+                               .userCode = user_.Code,
+                               .workstationName = workstationName(),
+                               .moment = dateText(now, "/") + " " + timeText(now)};
+      }) {}
+
+ReferenceHost::~ReferenceHost() {
+    if (!claimed_) return;
+    try {
+        workstations_.release(ini_.LockOwner);
+    } catch (const std::exception&) {
+        // The next client of this machine sees that the process is gone and cleans up.
+    }
+}
+
+bool ReferenceHost::signIn(const std::string& userName, const std::string& password) {
+    const auto user = users_.signIn(userName, password);
+    if (!user) return false;
+    enter(*user);
+    record(hpUsers, prOpen, std::to_string(user->Code), "ورود به سیستم");
+    return true;
+}
+
+void ReferenceHost::signInAs(int userCode) {
+    const auto user = users_.find(userCode);
+    if (!user) throw UsageError("there is no user " + std::to_string(userCode));
+    enter(*user);
+}
+
+void ReferenceHost::enter(const TUserInfo& user) {
+    settings_.reload();
+    user_ = user;
+}
+
+void ReferenceHost::signOut() {
+    user_ = {};
+}
+
+void ReferenceHost::setMessages(MessageService& service) {
+    messages_ = &service;
+}
+
+const std::string& ReferenceHost::workstationName() const {
+    return options_.workstationName.empty() ? optionFile_.options().workstationName : options_.workstationName;
+}
+
+void ReferenceHost::renameWorkstation(const std::string& name) {
+    optionFile_.options().workstationName = name;
+    optionFile_.save();
+    options_.workstationName.clear();
+    ini_.WorkstationName = name;
+    if (claimed_) workstations_.rename(ini_.LockOwner, name);
+}
+
+const TUserInfo& ReferenceHost::UserInfo() {
+    if (!signedIn()) throw UsageError("nobody is signed in");
+    return user_;
+}
+
+const TIniOptions& ReferenceHost::IniOptions() {
+    if (!claimed_) {
+        ini_.WorkstationName = workstationName();
+        ini_.LockOwner =
+            workstations_.claim(options_.process ? *options_.process : currentProcess(), ini_.WorkstationName);
+        claimed_ = true;
+    }
+    return ini_;
+}
+
+Value ReferenceHost::ScalerQuery(const std::string& table, const std::string& resultField, const std::string& keyField,
+                                 const std::string& keyValue) {
+    requireName(table, "table");
+    requireName(keyField, "column");
+    const RowSet rows = rowsOf(session_, "SELECT " + resultField + " AS Result FROM " + table + " WHERE " + keyField +
+                                             " = N" + QuotedStr(keyValue));
+    if (rows.rowCount() == 0) return {};
+    return rows.column(0).valueAt(0);
+}
+
+void ReferenceHost::ResetDataset(TADOQuery& query) {
+    const int number = query.RecNo();
+    const TField* key = query.Active() && !query.IsEmpty() ? query.FindField("Code") : nullptr;
+    const Value code = key ? key->AsValue() : Value{};
+    query.Requery();
+    if (key && query.FindField("Code") && query.Locate("Code", code)) return;
+    if (query.IsEmpty()) return;
+    query.RecNo(std::clamp(number, 1, query.RecordCount()));
+}
+
+bool ReferenceHost::CheckGoodUnitFormul(int goodCode) {
+    const RowSet rows = rowsOf(session_, "SELECT UnitFormul FROM dbo.GoodInf WHERE Code = ?", {std::int64_t{goodCode}});
+    if (rows.rowCount() == 0) return false;
+    return evaluateUnitFormula(textAt(rows, 0, 0), 1.0).has_value();
+}
+
+bool ReferenceHost::LocateLockCode_SoftwarePart(const std::string& code, TSoftwarePart part, int owner, bool flag) {
+    return codeLocks_.isHeld(code, part, owner, flag);
+}
+
+bool ReferenceHost::HavePermission(const TUserInfo& user, TSoftwarePart part, TPermission permission,
+                                   bool /*entryPoint*/, bool tellUser, const std::string& text) {
+    if (permissions_.holds(user.Code, part, permission)) return true;
+    if (tellUser) {
+        MessageRequest request;
+        request.operation = "HavePermission";
+        request.kind = MessageKind::Notification;
+        request.arguments = {permissions_.partTitle(part), permissions_.permissionTitle(permission)};
+        if (!text.empty()) request.arguments.push_back(text);
+        messages_->show(request);
+    }
+    return false;
+}
+
+void ReferenceHost::SetUserEvent(TSoftwarePart part, TPermission permission, const std::string& text,
+                                 bool insideTransaction, bool withDescription) {
+    if (insideTransaction && !session_.inTransaction()) {
+        throw UsageError("the user event belongs to a transaction, but none is open");
+    }
+    std::string description;
+    if (withDescription) {
+        description = permissions_.permissionTitle(permission) + " «" + permissions_.partTitle(part) + "»";
+    }
+    record(part, permission, text, description);
+    if (observer_) observer_->userEvent(part, permission, text);
+}
+
+void ReferenceHost::record(TSoftwarePart part, TPermission permission, const std::string& text,
+                           const std::string& description) {
+    const TUserInfo& user = UserInfo();
+    const CivilDateTime now = clock_->now();
+    userLog_.add({.userCode = user.Code,
+                  .userName = user.FullName,
+                  .workstationName = workstationName(),
+                  .date = dateText(now, "/"),
+                  .time = timeText(now),
+                  .part = part,
+                  .permission = permission,
+                  .text = text,
+                  .description = description},
+                 fromCivil(now));
+}
+
+std::string ReferenceHost::NowDate(const std::string& separator) {
+    return dateText(clock_->now(), separator);
+}
+
+}  // namespace basalt::host
