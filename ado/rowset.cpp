@@ -89,24 +89,34 @@ std::string_view typeWord(FieldType type) {
     return "";
 }
 
-[[noreturn]] void failConversion(const ColumnInfo& column, const std::string& value, const char* why) {
+[[noreturn]] void failConversion(const ColumnInfo& column, const std::string& value, const std::string& why) {
     throw DatabaseError(
         ErrorCategory::Conversion, "22003", 8115,
         "column " + column.name + " (" + std::string(typeWord(column.type)) + "): the value '" + value + "' " + why);
 }
 
+[[noreturn]] void failRange(const ColumnInfo& column, std::int64_t value) {
+    const Range range = rangeOf(column.type);
+    failConversion(
+        column, std::to_string(value),
+        "is out of range; it must lie between " + std::to_string(range.least) + " and " + std::to_string(range.most));
+}
+
 Decimal fittedDecimal(const ColumnInfo& info, const Value& value) {
     const Decimal number = toDecimal(value);
-    Decimal fitted;
+    const int precision = info.precision > 0 ? info.precision : kMaxDecimalDigits;
+    std::optional<Decimal> fitted;
     try {
         fitted = number.rescaled(info.scale);
     } catch (const std::overflow_error&) {
-        failConversion(info, number.toString(), "is out of range");
+        // Told below, with the column's own limit.
     }
-    if (info.precision > 0 && fitted.digits() > info.precision && fitted.coefficient() != 0) {
-        failConversion(info, number.toString(), "is out of range");
+    if (!fitted || fitted->digits() > precision) {
+        failConversion(info, number.toString(),
+                       "is out of range; at most " + std::to_string(precision - info.scale) +
+                           " digits may stand before the point");
     }
-    return fitted;
+    return *fitted;
 }
 
 DateTime fittedDateTime(const ColumnInfo& info, const Value& value) {
@@ -140,8 +150,39 @@ Column::Column(ColumnInfo info) : info_(std::move(info)), width_(cellWidth(info_
     tail_.width = width_;
 }
 
+Value convertValue(const ColumnInfo& column, const Value& value) {
+    if (isNull(value)) return value;
+    switch (column.type) {
+        case FieldType::Boolean:
+            return toBool(value);
+        case FieldType::TinyInt:
+        case FieldType::SmallInt:
+        case FieldType::Integer:
+        case FieldType::BigInt: {
+            const std::int64_t number = toInt64(value);
+            const Range range = rangeOf(column.type);
+            if (number < range.least || number > range.most) failRange(column, number);
+            return number;
+        }
+        case FieldType::Float:
+            return static_cast<double>(toExtended(value));
+        case FieldType::Decimal:
+            return fittedDecimal(column, value);
+        case FieldType::Text:
+            return std::holds_alternative<std::string>(value) ? value : Value(toText(value));
+        case FieldType::Binary:
+            if (const auto* text = std::get_if<std::string>(&value)) return Bytes(text->begin(), text->end());
+            if (!std::holds_alternative<Bytes>(value)) failConversion(column, toText(value), "is not binary");
+            return value;
+        case FieldType::Date:
+        case FieldType::DateTime:
+            return fittedDateTime(column, value);
+    }
+    return value;
+}
+
 void Column::failRange(std::int64_t value) const {
-    failConversion(info_, std::to_string(value), "is out of range");
+    basalt::failRange(info_, value);
 }
 
 void Column::grow() {
@@ -263,41 +304,9 @@ Value Column::valueAt(std::size_t row) const {
     return Null{};
 }
 
-// The value as a cell of this column holds it, or an error; so that writing it cannot fail for its kind.
-Value Column::converted(const Value& value) const {
-    if (basalt::isNull(value)) return value;
-    switch (info_.type) {
-        case FieldType::Boolean:
-            return toBool(value);
-        case FieldType::TinyInt:
-        case FieldType::SmallInt:
-        case FieldType::Integer:
-        case FieldType::BigInt: {
-            const std::int64_t number = toInt64(value);
-            const Range range = rangeOf(info_.type);
-            if (number < range.least || number > range.most) failRange(number);
-            return number;
-        }
-        case FieldType::Float:
-            return static_cast<double>(toExtended(value));
-        case FieldType::Decimal:
-            return fittedDecimal(info_, value);
-        case FieldType::Text:
-            return std::holds_alternative<std::string>(value) ? value : Value(toText(value));
-        case FieldType::Binary:
-            if (const auto* text = std::get_if<std::string>(&value)) return Bytes(text->begin(), text->end());
-            if (!std::holds_alternative<Bytes>(value)) failConversion(info_, toText(value), "is not binary");
-            return value;
-        case FieldType::Date:
-        case FieldType::DateTime:
-            return fittedDateTime(info_, value);
-    }
-    return value;
-}
-
 void Column::appendValue(const Value& value) {
     if (basalt::isNull(value)) return appendNull();
-    const Value fitted = converted(value);
+    const Value fitted = convertValue(info_, value);
     switch (info_.type) {
         case FieldType::Boolean:
             return appendInt(std::get<bool>(fitted) ? 1 : 0);
@@ -377,7 +386,7 @@ void Column::writeBytes(Chunk& chunk, std::size_t row, std::string_view value) {
 
 void Column::set(std::size_t row, const Value& value) {
     assert(row < size());
-    const Value fitted = converted(value);
+    const Value fitted = convertValue(info_, value);
     Chunk& chunk = chunkOf(row);
     row %= Chunk::kRows;
     if (!inArena(info_.type)) {

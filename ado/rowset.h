@@ -45,7 +45,7 @@ enum class FieldType : std::uint8_t {
 }
 
 struct ColumnInfo {
-    std::string name;  // may be empty (an expression without alias)
+    std::string name{};  // may be empty (an expression without alias)
     FieldType type = FieldType::Text;
     int size = 0;       // Text: longest length in characters, Binary: in bytes; 0 = unbounded
     int precision = 0;  // Decimal
@@ -53,11 +53,15 @@ struct ColumnInfo {
     bool nullable = true;
     bool identity = false;
     bool fixedLength = false;  // Text: char and nchar, padded with blanks
-    std::string typeName;      // the server's name, for instance "nvarchar"
+    std::string typeName{};    // the server's name, for instance "nvarchar"
     // The stored column that this one shows, when the engine knows; empty for expressions.
-    std::string baseTable;
-    std::string baseColumn;
+    std::string baseTable{};
+    std::string baseColumn{};
 };
+
+// The value as a cell of that column holds it: of the column's kind, at its scale. Null stays null. DatabaseError
+// (Conversion) that names the column and what it can hold; lengths of texts are not looked at.
+[[nodiscard]] Value convertValue(const ColumnInfo& column, const Value& value);
 
 namespace detail {
 
@@ -171,7 +175,6 @@ private:
     static void markNull(Chunk& chunk, std::size_t row, bool null);
     void writeFixed(Chunk& chunk, std::size_t row, const Value& value);
     void writeBytes(Chunk& chunk, std::size_t row, std::string_view value);
-    [[nodiscard]] Value converted(const Value& value) const;
     void remove(std::size_t row);
     [[noreturn]] void failRange(std::int64_t value) const;
 

@@ -34,6 +34,14 @@ struct BatchResult {
     std::vector<std::string> messages;     // PRINT and informational messages
 };
 
+// The rows changed by the last statement of the batch that counts them; -1 when none does.
+[[nodiscard]] inline std::int64_t affectedRows(const BatchResult& batch) {
+    for (auto result = batch.results.rbegin(); result != batch.results.rend(); ++result) {
+        if (!result->rows && result->affectedRows >= 0) return result->affectedRows;
+    }
+    return -1;
+}
+
 enum class ParameterDirection : std::uint8_t { Input, InputOutput, ReturnValue };
 
 struct ParameterInfo {
