@@ -103,7 +103,8 @@ ExpressionPtr parseFunctionCall(TokenCursor& cursor, ObjectName name) {
         cursor.next();
         node->star = true;
         cursor.expect(TokenKind::RightParenthesis);
-    } else if (takesDatePart(name) && cursor.atName() && cursor.peek(1).kind == TokenKind::Comma) {
+    } else if (takesDatePart(name) && cursor.at(TokenKind::Word) && cursor.atName() &&
+               cursor.peek(1).kind == TokenKind::Comma) {
         node->arguments.push_back(parseDatePart(cursor));
         cursor.expect(TokenKind::Comma);
         for (ExpressionPtr& argument : parseArguments(cursor))

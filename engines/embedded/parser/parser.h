@@ -11,6 +11,7 @@
 
 #include <string_view>
 
+#include "ado/error.h"
 #include "engines/embedded/ast/batch.h"
 #include "engines/embedded/lexer/lexer.h"
 

@@ -113,18 +113,22 @@ ast::Identifier TokenCursor::name() {
     identifier.quoted = token.kind == TokenKind::QuotedName;
     identifier.range = token.range;
     identifier.text = nameValue(spelling(token));
+    requireGoodName(identifier);
+    return identifier;
+}
+
+void TokenCursor::requireGoodName(const ast::Identifier& identifier) const {
     if (identifier.text.empty()) {
         fail(1038, "An object or column name is missing or empty. Aliases defined as \"\" or [] are not allowed.",
-             token.range);
+             identifier.range);
     }
     if (utf16Length(identifier.text) > static_cast<std::size_t>(kLongestName)) {
         failLimit(103,
                   "The identifier that starts with '" +
                       identifier.text.substr(0, utf8Prefix(identifier.text, kShownBytes)) +
                       "' is too long. Maximum length is " + std::to_string(kLongestName) + ".",
-                  token.range);
+                  identifier.range);
     }
-    return identifier;
 }
 
 ast::ObjectName TokenCursor::objectName() {

@@ -79,6 +79,8 @@ public:
     [[noreturn]] void unsupported(std::string_view construct, SourceRange range) const;
     [[noreturn]] void unsupportedHere(std::string_view construct) const { unsupported(construct, peek().range); }
     [[noreturn]] void failTooDeep() const;
+    // 1038 for an empty name, 103 for one that is too long.
+    void requireGoodName(const ast::Identifier& identifier) const;
 
 private:
     friend class Nesting;
