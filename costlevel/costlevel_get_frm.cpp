@@ -42,6 +42,8 @@ void TCostLevel_Get_FRM::CreateControls() {
 
     codeEdit_ = new QSpinBox(inputs);
     codeEdit_->setRange(0, std::numeric_limits<int>::max());
+    // Codes read as every other number on the screen.
+    codeEdit_->setLocale(QLocale(QLocale::Persian, QLocale::Iran));
     codeEdit_->setButtonSymbols(QAbstractSpinBox::NoButtons);
     codeEdit_->findChild<QLineEdit*>()->setMaxLength(kCodeCharacters);
     addField(*form, QStringLiteral("کد :"), *codeEdit_, "Code_EDT");
