@@ -1,0 +1,110 @@
+#include "host/engines/open_database.h"
+
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+#include "engines/embedded/embedded_session.h"
+#include "host/services/deploy.h"
+
+namespace basalt::host {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* memory = ":memory:";
+
+fs::path pathOf(const std::string& text) {
+    return fs::path(std::u8string(text.begin(), text.end()));
+}
+
+std::string textOf(const fs::path& path) {
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
+}
+
+[[noreturn]] void refuseOdbc() {
+    throw DatabaseError(ErrorCategory::Connection, "IM002", 0,
+                        "this program was built without an engine for odbc: databases; use embedded:PATH");
+}
+
+std::unique_ptr<Session> openEmbedded(const std::string& path, bool create) {
+    if (create && path != memory) {
+        const fs::path folder = pathOf(path).parent_path();
+        std::error_code failure;
+        if (!folder.empty()) fs::create_directories(folder, failure);
+        if (failure) {
+            throw DatabaseError(ErrorCategory::Connection, "08001", 0,
+                                "the folder " + textOf(folder) + " cannot be made: " + failure.message());
+        }
+    }
+    return embedded::EmbeddedSession::open(path, {.createIfMissing = create});
+}
+
+// The half-made file of a database and what the engine keeps beside it; gone at the end unless it became the database.
+class DraftFile {
+public:
+    explicit DraftFile(fs::path path) : path_(std::move(path)) { remove(); }
+    ~DraftFile() { remove(); }
+    DraftFile(const DraftFile&) = delete;
+    DraftFile& operator=(const DraftFile&) = delete;
+
+    [[nodiscard]] const fs::path& path() const { return path_; }
+
+private:
+    void remove() const {
+        for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
+            std::error_code ignored;
+            fs::path file = path_;
+            fs::remove(file += suffix, ignored);
+        }
+    }
+
+    fs::path path_;
+};
+
+}  // namespace
+
+std::unique_ptr<Session> openDatabase(const DatabaseUrl& url) {
+    if (url.engine == EngineKind::Odbc) refuseOdbc();
+    if (url.inMemory()) {
+        std::unique_ptr<Session> session = openEmbedded(memory, true);
+        deployDatabase(*session, {.demo = true});
+        return session;
+    }
+    std::error_code failure;
+    if (!fs::exists(pathOf(url.target), failure)) {
+        throw MissingDatabase("there is no database at " + url.target +
+                              "; make one with: basalt db create --demo --database \"" + url.display() + "\"");
+    }
+    return openEmbedded(url.target, false);
+}
+
+std::unique_ptr<Session> openOrCreateDatabase(const DatabaseUrl& url) {
+    if (url.engine == EngineKind::Odbc) refuseOdbc();
+    return openEmbedded(url.target, true);
+}
+
+void createDatabase(const DatabaseUrl& url, bool demo) {
+    if (url.engine == EngineKind::Odbc) {
+        throw UsageError("only an embedded database is a file to be made; db deploy fills one on a server");
+    }
+    if (url.inMemory()) throw UsageError("a database in memory is made whenever it is opened");
+    const fs::path path = pathOf(url.target);
+    std::error_code failure;
+    if (fs::exists(path, failure)) {
+        throw UsageError("there is a file at " + url.target +
+                         " already; db deploy brings an existing database up to date");
+    }
+    fs::path draftPath = path;
+    const DraftFile draft(draftPath += ".new");
+    deployDatabase(*openEmbedded(textOf(draft.path()), true), {.demo = demo});
+    fs::rename(draft.path(), path, failure);
+    if (failure) {
+        throw DatabaseError(ErrorCategory::Connection, "08001", 0,
+                            url.target + " cannot be made: " + failure.message());
+    }
+}
+
+}  // namespace basalt::host

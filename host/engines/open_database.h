@@ -1,0 +1,30 @@
+// Opens a database by its URL.
+//
+//   std::unique_ptr<Session> session = openDatabase(DatabaseUrl::parse("embedded::memory:"));
+#pragma once
+
+#include <memory>
+#include <stdexcept>
+
+#include "ado/session.h"
+#include "host/engines/database_url.h"
+
+namespace basalt::host {
+
+// The file of an embedded database is not there. The message says how to make one.
+class MissingDatabase : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// An existing database. One in memory is new and holds the demo data. MissingDatabase, or DatabaseError when it cannot
+// be opened, is damaged, or was made by a newer program, and for an engine that this program was built without.
+[[nodiscard]] std::unique_ptr<Session> openDatabase(const DatabaseUrl& url);
+
+// The same for a database that is to be deployed: a missing file is made, with its folder, and nothing is put into it.
+[[nodiscard]] std::unique_ptr<Session> openOrCreateDatabase(const DatabaseUrl& url);
+
+// Makes the file of a new embedded database, whole or not at all. UsageError when there is a file already.
+void createDatabase(const DatabaseUrl& url, bool demo);
+
+}  // namespace basalt::host

@@ -1,0 +1,47 @@
+#include "host/steps/screen_finder.h"
+
+#include <QApplication>
+
+#include "host/steps/step_failure.h"
+
+namespace basalt::host {
+
+namespace {
+
+bool isScreen(const QWidget* window) {
+    const Qt::WindowType type = window->windowType();
+    return window->isVisible() && (type == Qt::Window || type == Qt::Dialog || type == Qt::Sheet);
+}
+
+}  // namespace
+
+QWidget* topScreen() {
+    if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+    if (QWidget* active = QApplication::activeWindow(); active && isScreen(active)) return active;
+    QWidget* last = nullptr;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (isScreen(window)) last = window;
+    }
+    return last;
+}
+
+QWidget& requireTopScreen() {
+    QWidget* screen = topScreen();
+    if (!screen) throw StepFailure("a screen", "none open");
+    return *screen;
+}
+
+QWidget& requireObject(const std::string& name) {
+    QWidget& screen = requireTopScreen();
+    const QString wanted = QString::fromStdString(name);
+    if (name == "-" || screen.objectName() == wanted) return screen;
+    QWidget* found = nullptr;
+    for (QWidget* candidate : screen.findChildren<QWidget*>(wanted)) {
+        if (!found || (candidate->isVisible() && !found->isVisible())) found = candidate;
+    }
+    if (!found)
+        throw StepFailure("an object " + name + " on " + screen.objectName().toStdString(), "none of that name");
+    return *found;
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,19 @@
+// Finds the screen on top and the objects on it.
+#pragma once
+
+#include <QWidget>
+#include <string>
+
+namespace basalt::host {
+
+// The modal screen on top, else the active window, else the last visible one; null when nothing is shown. Balloons,
+// pop-up lists and notes that go away by themselves do not count.
+[[nodiscard]] QWidget* topScreen();
+// StepFailure when no screen is open.
+[[nodiscard]] QWidget& requireTopScreen();
+
+// The object of that name on the screen on top; "-" and the screen's own name are the screen. Of several the visible
+// one. StepFailure when there is none.
+[[nodiscard]] QWidget& requireObject(const std::string& name);
+
+}  // namespace basalt::host

@@ -1,0 +1,215 @@
+#include "host/steps/user_input.h"
+
+#include <QAbstractItemView>
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QComboBox>
+#include <QKeySequence>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QTabBar>
+#include <QTextEdit>
+#include <QtTest>
+#include <stdexcept>
+
+#include "host/steps/screen_finder.h"
+#include "host/steps/screen_reader.h"
+#include "host/steps/step_failure.h"
+#include "package/screens/controls.h"
+
+namespace basalt::host {
+
+namespace {
+
+QWidget& requireUsable(const std::string& name) {
+    QWidget& widget = requireObject(name);
+    if (!widget.isVisible()) throw StepFailure(name + " to be visible", "it hidden");
+    if (!widget.isEnabled()) throw StepFailure(name + " to be enabled", "it disabled");
+    return widget;
+}
+
+// Short cuts and focus need the active window; a window that has just been shown becomes it a moment later.
+void requireActive(QWidget& widget) {
+    QWidget* window = widget.window();
+    if (window->isActiveWindow()) return;
+    window->activateWindow();
+    throw StepFailure("the screen " + window->objectName().toStdString() + " to be active", "it inactive");
+}
+
+// The control inside a composed one that takes the mouse at its middle.
+QWidget& underMouse(QWidget& widget, QPoint& position) {
+    QWidget* target = &widget;
+    while (QWidget* child = target->childAt(position)) {
+        position = child->mapFrom(target, position);
+        target = child;
+    }
+    return *target;
+}
+
+bool takesText(const QWidget* widget) {
+    return qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QAbstractSpinBox*>(widget) ||
+           qobject_cast<const QPlainTextEdit*>(widget) || qobject_cast<const QTextEdit*>(widget);
+}
+
+// The control that takes key presses meant for `widget`.
+QWidget& keyTarget(QWidget& widget) {
+    if (widget.isWindow()) {
+        QWidget* focused = QApplication::focusWidget();
+        return focused && focused->window() == &widget ? *focused : widget;
+    }
+    if (auto* grid = dynamic_cast<TSmartDBGrid_VRO*>(&widget)) return *grid->View();
+    QWidget* focused = QApplication::focusWidget();
+    if (focused && widget.isAncestorOf(focused)) return *focused;
+    if (widget.focusPolicy() != Qt::NoFocus && !widget.focusProxy()) return widget;
+    if (QWidget* proxy = widget.focusProxy()) return keyTarget(*proxy);
+    for (QWidget* part : widget.findChildren<QWidget*>()) {
+        if (takesText(part) && part->isVisible() && part->isEnabled()) return *part;
+    }
+    for (QWidget* part : widget.findChildren<QWidget*>()) {
+        if (part->focusPolicy() != Qt::NoFocus && part->isVisible() && part->isEnabled()) return *part;
+    }
+    return widget;
+}
+
+QWidget& requireTextTarget(const std::string& object) {
+    QWidget& outer = requireUsable(object);
+    requireActive(outer);
+    QWidget& target = keyTarget(outer);
+    const auto* combo = qobject_cast<const QComboBox*>(&target);
+    if (!takesText(&target) && !(combo && combo->isEditable())) {
+        throw StepFailure(object + " to take text", "another kind of control");
+    }
+    return target;
+}
+
+void focus(QWidget& widget) {
+    if (!widget.hasFocus()) widget.setFocus(Qt::OtherFocusReason);
+}
+
+void pressOn(QWidget& widget, QKeyCombination key) {
+    QString text;
+    if (key.keyboardModifiers() == Qt::NoModifier && key.key() == Qt::Key_Space) text = " ";
+    QTest::sendKeyEvent(QTest::Click, &widget, key.key(), text, key.keyboardModifiers());
+}
+
+void typeCharacter(QWidget& widget, const QString& character) {
+    const char32_t code = character.toUcs4().front();
+    // Letters of the keyboard have their key's code, as in QKeyEvent; of other scripts the letter itself is the code.
+    const auto key = static_cast<Qt::Key>(code < 0x10000 ? character.toUpper().front().unicode() : Qt::Key_unknown + 0);
+    const bool shifted = code < 0x80 && character.front().isUpper();
+    QTest::sendKeyEvent(QTest::Click, &widget, key, character, shifted ? Qt::ShiftModifier : Qt::NoModifier);
+}
+
+QKeyCombination requireKey(const std::string& name) {
+    // The key that people call Enter is the Return key of the keyboard's main block.
+    QString text = QString::fromStdString(name);
+    if (text == "Enter" || text.endsWith("+Enter")) text = text.chopped(5) + "Return";
+    const QKeySequence sequence = QKeySequence::fromString(text, QKeySequence::PortableText);
+    if (sequence.count() != 1 || sequence[0].key() == Qt::Key_unknown) throw StepFailure("a key", "\"" + name + "\"");
+    return sequence[0];
+}
+
+}  // namespace
+
+UserAction click(const std::string& object) {
+    QWidget& widget = requireUsable(object);
+    QPoint position = widget.rect().center();
+    QWidget& target = underMouse(widget, position);
+    if (!target.isEnabled()) throw StepFailure(object + " to be enabled", "it disabled");
+    return [&target, position] { QTest::mouseClick(&target, Qt::LeftButton, {}, position); };
+}
+
+UserAction doubleClick(const std::string& object) {
+    QWidget& widget = requireUsable(object);
+    QWidget* target = &widget;
+    QPoint position = widget.rect().center();
+    if (dynamic_cast<TSmartDBGrid_VRO*>(&widget) || qobject_cast<QAbstractItemView*>(&widget)) {
+        QAbstractItemView& table = requireTable(object);
+        const QModelIndex current = table.currentIndex();
+        if (!current.isValid()) throw StepFailure("a current row in " + object, "none");
+        table.scrollTo(current);
+        target = table.viewport();
+        position = table.visualRect(current).center();
+    } else {
+        target = &underMouse(widget, position);
+    }
+    return [target = QPointer<QWidget>(target), position] {
+        QTest::mouseClick(target, Qt::LeftButton, {}, position);
+        if (target) QTest::mouseDClick(target, Qt::LeftButton, {}, position);
+    };
+}
+
+UserAction pressKey(const std::string& object, const std::string& key) {
+    const QKeyCombination combination = requireKey(key);
+    QWidget& widget = requireUsable(object);
+    requireActive(widget);
+    QWidget& target = keyTarget(widget);
+    return [&target, combination] {
+        focus(target);
+        pressOn(target, combination);
+    };
+}
+
+UserAction typeText(const std::string& object, const std::string& text) {
+    QWidget& target = requireTextTarget(object);
+    return [&target, text] {
+        focus(target);
+        const QPointer<QWidget> alive = &target;
+        for (const char32_t code : QString::fromStdString(text).toUcs4()) {
+            if (!alive) return;
+            typeCharacter(target, QString::fromUcs4(&code, 1));
+        }
+    };
+}
+
+UserAction clearText(const std::string& object) {
+    QWidget& target = requireTextTarget(object);
+    return [&target] {
+        focus(target);
+        pressOn(target, Qt::CTRL | Qt::Key_A);
+        pressOn(target, Qt::Key_Delete);
+    };
+}
+
+UserAction clickRow(const std::string& grid, int row) {
+    (void)requireUsable(grid);
+    QAbstractItemView& table = requireTable(grid);
+    const QModelIndex index = requireRow(table, row);
+    return [&table, index = QPersistentModelIndex(index)] {
+        table.scrollTo(index);
+        QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, table.visualRect(index).center());
+    };
+}
+
+UserAction clickTab(const std::string& object, int tab) {
+    QWidget& widget = requireUsable(object);
+    auto* bar = qobject_cast<QTabBar*>(&widget);
+    if (!bar) bar = widget.findChild<QTabBar*>();
+    if (!bar) throw StepFailure(object + " to have tabs", "another kind of control");
+    if (tab > bar->count()) throw StepFailure("tab " + std::to_string(tab), std::to_string(bar->count()) + " tabs");
+    if (!bar->isTabEnabled(tab - 1)) throw StepFailure("tab " + std::to_string(tab) + " to be enabled", "it disabled");
+    return [bar, tab] { QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(tab - 1).center()); };
+}
+
+UserAction chooseItem(const std::string& name, int item) {
+    QWidget& widget = requireUsable(name);
+    requireActive(widget);
+    auto* combo = qobject_cast<QComboBox*>(&widget);
+    if (!combo) combo = widget.findChild<QComboBox*>();
+    if (!combo) throw StepFailure(name + " to be a combo box", "another kind of control");
+    if (item > combo->count())
+        throw StepFailure("item " + std::to_string(item), std::to_string(combo->count()) + " items");
+    return [combo, item] {
+        focus(*combo);
+        // An arrow key moves by one item, so the way there is as many presses long.
+        while (combo->currentIndex() != item - 1) {
+            const int before = combo->currentIndex();
+            pressOn(*combo, before < item - 1 ? Qt::Key_Down : Qt::Key_Up);
+            if (combo->currentIndex() == before)
+                throw std::runtime_error("item " + std::to_string(item) + " cannot be chosen");
+        }
+    };
+}
+
+}  // namespace basalt::host
