@@ -1,0 +1,128 @@
+// What the registry lists of the price and discount levels, called by name as the command line calls it.
+#include "costlevel/registration.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ado/error.h"
+#include "package/registry.h"
+#include "package/services.h"
+#include "tests/support/fake_host.h"
+#include "tests/support/scripted_session.h"
+
+namespace basalt {
+namespace {
+
+using ::testing::ElementsAre;
+
+// "CostLevel_ExistName(Code integer, CostType integer, Name text) integer"
+std::string signature(const FunctionEntry& entry) {
+    std::string text = entry.name + '(';
+    for (const FunctionParameter& parameter : entry.parameters) {
+        if (text.back() != '(') text += ", ";
+        if (!parameter.input) text += "out ";
+        text += parameter.name + ' ' + parameter.type;
+    }
+    return text + ')' + (entry.result.empty() ? "" : ' ' + entry.result);
+}
+
+class CostLevelRegistration : public ::testing::Test {
+protected:
+    CostLevelRegistration() { registerCostLevel(registry); }
+
+    const FunctionEntry& function(const std::string& name, std::size_t overload = 0) {
+        return *registry.find(name).at(overload);
+    }
+
+    Registry registry;
+    ScriptedSession script;
+    FakeHost host{script};
+    AttachedHost attached{host};
+    FunctionState state;
+};
+
+TEST_F(CostLevelRegistration, listsEveryOperationOfTheStore) {
+    std::vector<std::string> signatures;
+    for (const FunctionEntry& entry : registry.functions()) {
+        EXPECT_EQ(entry.subsystem, "costlevel") << entry.name;
+        EXPECT_FALSE(entry.summary.empty()) << entry.name;
+        signatures.push_back(signature(entry));
+    }
+    EXPECT_THAT(signatures,
+                ElementsAre("CostLevel_GetAll(Filter text)", "CostLevel_GetByID(Code integer, CostType integer)",
+                            "CostLevel_GetByID(Code integer, CostType integer, out Mapper record)",
+                            "CostLevel_ExistName(Code integer, CostType integer, Name text) integer",
+                            "CostLevel_GetNewCode(Part integer, CostType integer) integer",
+                            "CostLevel_InsUpd(Mapper record, IsEdit flag)",
+                            "CostLevel_Delete(Code integer, CostType integer) flag",
+                            "CostLevel_Update(Kind integer, GoodCode integer, Level integer, Price amount)",
+                            "ClearCostList(TypeCode integer, ListType integer)",
+                            "ClearTempCostList(TypeCode integer, ListType integer)"));
+}
+
+TEST_F(CostLevelRegistration, readsALevelIntoItsRecord) {
+    RowSet rows({{.name = "Code", .type = FieldType::Integer},
+                 {.name = "Name", .type = FieldType::Text, .size = 50},
+                 {.name = "Comment", .type = FieldType::Text, .size = 200},
+                 {.name = "CostType", .type = FieldType::Integer}});
+    rows.column(0).appendInt(3);
+    rows.column(1).appendText("همکار");
+    rows.column(2).appendNull();
+    rows.column(3).appendInt(1);
+    rows.finishRow();
+    script.expect("SELECT * FROM CostLevel Where Code = 3 AND CostType = 1", std::move(rows));
+    FunctionCall call(state, {{"Code", 3}, {"CostType", 1}});
+    function("CostLevel_GetByID", 1).run(call);
+    ASSERT_EQ(call.outputs().size(), 1U);
+    EXPECT_EQ(call.outputs()[0].first, "Mapper");
+    EXPECT_EQ(call.outputs()[0].second.toJson(), R"({"Code":3,"Name":"همکار","Comment":"","CostType":1})");
+}
+
+TEST_F(CostLevelRegistration, storesLiveFromCallToCall) {
+    script.expect("SELECT * FROM CostLevel Where Code = 3 AND CostType = 1",
+                  RowSet({{.name = "Code", .type = FieldType::Integer}}));
+    FunctionCall open(state, {{"Code", 3}, {"CostType", 1}});
+    function("CostLevel_GetByID", 0).run(open);
+    ASSERT_EQ(state.modules().size(), 1U);
+    EXPECT_EQ(state.modules()[0]->name(), "TCostLevel_DM");
+    EXPECT_TRUE(state.modules()[0]->queries()[1]->Active());
+
+    FunctionCall edit(state,
+                      {{"Mapper", Datum::record({{"Code", 3}, {"Name", "الف"}, {"CostType", 1}})}, {"IsEdit", true}});
+    EXPECT_THROW(function("CostLevel_InsUpd").run(edit), UsageError);  // the opened query is empty
+    EXPECT_EQ(state.modules().size(), 1U);
+}
+
+TEST_F(CostLevelRegistration, answersWhetherALevelWasDeleted) {
+    host.expectMessage("DeleteDefault('سطح', 'حذف')");
+    FunctionCall call(state, {{"Code", 1}, {"CostType", 1}});
+    function("CostLevel_Delete").run(call);
+    EXPECT_EQ(call.resultValue().toJson(), "false");
+}
+
+TEST_F(CostLevelRegistration, writesPricesExactly) {
+    script.expectChange("update GoodCostDiscount Set CostLevel_Sell_3 = 12500.1 where GoodCode=57", {}, 1);
+    FunctionCall call(state, {{"Kind", 1}, {"GoodCode", 57}, {"Level", 3}, {"Price", Datum::parseJson("12500.1")}});
+    function("CostLevel_Update").run(call);
+    EXPECT_TRUE(call.resultValue().isNull());
+}
+
+TEST_F(CostLevelRegistration, refusesAListTypeThatIsNoByte) {
+    for (const char* name : {"ClearCostList", "ClearTempCostList"}) {
+        for (const int type : {-1, 256}) {
+            FunctionCall call(state, {{"TypeCode", 1}, {"ListType", type}});
+            EXPECT_THROW(function(name).run(call), UsageError) << name << ' ' << type;
+        }
+    }
+}
+
+TEST_F(CostLevelRegistration, refusesARecordWithoutItsCodes) {
+    for (const Datum& record : {Datum::record({{"Name", "الف"}, {"CostType", 1}}), Datum::record({{"Code", 3}}),
+                                Datum("متن"), Datum::record({{"Code", std::int64_t{1} << 40}, {"CostType", 1}})}) {
+        FunctionCall call(state, {{"Mapper", record}, {"IsEdit", false}});
+        EXPECT_THROW(function("CostLevel_InsUpd").run(call), UsageError) << record.toJson();
+    }
+}
+
+}  // namespace
+}  // namespace basalt
