@@ -1,0 +1,206 @@
+#include "host/screens/dock_base_impl.h"
+
+#include <QToolButton>
+#include <algorithm>
+
+#include "ado/error.h"
+#include "package/screens/base_get_frm.h"
+
+namespace basalt::host {
+namespace {
+
+std::function<void()> handlerOf(TBaseDock_FRM& screen, TListButton role) {
+    switch (role) {
+        case TListButton::New:
+            return [&screen] { screen.New_BTNClick(); };
+        case TListButton::Edit:
+            return [&screen] { screen.Edit_BTNClick(); };
+        case TListButton::Delete:
+            return [&screen] { screen.Delete_BTNClick(); };
+        case TListButton::Select:
+            return [&screen] { screen.Select_BTNClick(); };
+        case TListButton::Exit:
+            return [&screen] { screen.Exit_BTNClick(); };
+        case TListButton::Print:
+        case TListButton::Other:
+            break;
+    }
+    return {};
+}
+
+bool actsOnRow(TListButton role) {
+    return role != TListButton::New && role != TListButton::Exit && role != TListButton::Other;
+}
+
+}  // namespace
+
+DockBaseImpl::DockBaseImpl(ScreenContext& context, TBaseDock_FRM& screen)
+    : context_(context),
+      screen_(screen),
+      option_(context, screen),
+      frame_(new ScreenFrame(context, screen)),
+      searchPanel_(frame_->addPanel("Search_PNL", 0)),
+      listPanel_(frame_->addPanel("List_PNL", 1)),
+      detailPanel_(frame_->addPanel("Detail_PNL", 0)) {
+    screen.resize(760, 560);
+    frame_->onEnter = [this] { return enterPressed(); };
+}
+
+DockBaseImpl::~DockBaseImpl() {
+    // The widgets go with the screen, which goes after this.
+    frame_->onEnter = {};
+    if (grid_) {
+        grid_->onRowsChanged = {};
+        grid_->setMenuHead({});
+        grid_->setDescription({}, {});
+    }
+}
+
+TSmartButton_VRO* DockBaseImpl::AddButton(const std::string& objectName, const std::string& caption, TListButton role) {
+    if (role == TListButton::Exit) frame_->addButtonGap();
+    SmartButton* button = frame_->addButton(objectName, caption);
+    button->OnClick = handlerOf(screen_, role);
+    if (role == TListButton::Print)
+        button->OnClick = [this] {
+            if (grid_) grid_->print();
+        };
+    if (role == TListButton::Delete) button->setLook(SmartButton::Look::Danger);
+    if (role == (screen_.Mode() == fmSelect ? TListButton::Select : TListButton::Edit))
+        button->setLook(SmartButton::Look::Primary);
+    // There is nobody to select for.
+    if (role == TListButton::Select && screen_.Mode() != fmSelect) button->hide();
+    buttons_.push_back({button, role});
+    return button;
+}
+
+void DockBaseImpl::SetGrid(TSmartDBGrid_VRO* grid) {
+    grid_ = dynamic_cast<SmartGrid*>(grid);
+    if (!grid_) throw UsageError("SetGrid: the grid is not one that these screen services made");
+    grid_->onRowsChanged = [this] { EnableButtons(); };
+    grid_->setDescription([this] { return frame_->title(); }, [this] { return headerLines(); });
+    addGridTools();
+}
+
+void DockBaseImpl::SetSearchManager(TVaroSearchManager* manager) {
+    if (auto* own = dynamic_cast<SearchManager*>(manager)) own->onSearched = [this] { EnableButtons(); };
+}
+
+// What can be done with the whole list stands beside the title, so that it is found without the context menu.
+void DockBaseImpl::addGridTools() {
+    auto* tool = new QToolButton(&screen_);
+    tool->setObjectName(QStringLiteral("ListTools_BTN"));
+    tool->setText(QStringLiteral("چاپ و خروجی"));
+    tool->setToolTip(QStringLiteral("ستون‌ها، چاپ و خروجی گرفتن از فهرست"));
+    tool->setAccessibleName(tool->text());
+    tool->setFocusPolicy(Qt::StrongFocus);
+    tool->setPopupMode(QToolButton::InstantPopup);
+    auto* menu = new QMenu(tool);
+    menu->setObjectName(QStringLiteral("ListTools_Menu"));
+    menu->addActions(grid_->gridActions());
+    tool->setMenu(menu);
+    frame_->addTool(tool);
+}
+
+void DockBaseImpl::FormCreate() {
+    frame_->finishLayout();
+    EnableButtons();
+}
+
+void DockBaseImpl::FormShow() {
+    frame_->finishLayout();
+    restoreLayout();
+    EnableButtons();
+    if (firstSearch_) firstSearch_->FocusFirst();
+}
+
+void DockBaseImpl::EnableButtons() {
+    const bool hasRow = grid_ && grid_->CurrentRow() >= 0;
+    for (const Button& entry : buttons_)
+        if (actsOnRow(entry.role)) entry.button->setEnabled(hasRow);
+}
+
+void DockBaseImpl::SetTitle(const std::string& title) {
+    frame_->setTitle(QString::fromStdString(title));
+}
+
+void DockBaseImpl::SetPopMenu() {
+    if (!grid_) return;
+    grid_->setMenuHead([this](QMenu& menu) {
+        for (SmartButton* button : frame_->buttons()) {
+            if (!button->isVisibleTo(&screen_)) continue;
+            QAction* action = menu.addAction(button->title() + QLatin1Char('\t') + button->shortCut().toString(),
+                                             button, [button] { button->Click(); });
+            action->setObjectName(button->objectName() + QStringLiteral("_ACT"));
+            action->setEnabled(button->isEnabled());
+        }
+    });
+}
+
+bool DockBaseImpl::enterPressed() {
+    QWidget* focused = screen_.focusWidget();
+    if (!grid_ || !focused) return false;
+    if (!grid_->isAncestorOf(focused)) {
+        // From the search on to what it found.
+        grid_->setFocus();
+        return true;
+    }
+    for (const Button& entry : buttons_)
+        if (entry.role == TListButton::Edit && isUsable(entry.button)) {
+            entry.button->Click();
+            return true;
+        }
+    return false;
+}
+
+std::vector<QString> DockBaseImpl::headerLines() const {
+    std::vector<std::string> texts = screen_.GetMasterReport_Description();
+    TDataSet* rows = grid_ ? grid_->model().dataSet() : nullptr;
+    const TField* code = rows && !rows->IsEmpty() ? rows->FindField("Code") : nullptr;
+    const std::vector<std::string> detail = screen_.GetDetailReport_Description(code ? code->AsValue() : Value());
+    texts.insert(texts.end(), detail.begin(), detail.end());
+    std::vector<QString> lines;
+    for (const std::string& text : texts)
+        lines.push_back(QString::fromStdString(text));
+    return lines;
+}
+
+void DockBaseImpl::restoreLayout() {
+    context_.guarded(&screen_, [this] {
+        const QJsonObject layout = option_.load();
+        const int width = layout.value(QStringLiteral("width")).toInt();
+        const int height = layout.value(QStringLiteral("height")).toInt();
+        if (width > 0 && height > 0) screen_.resize(std::min(width, 8000), std::min(height, 8000));
+        if (grid_ && layout.contains(QStringLiteral("grid")))
+            grid_->arrange(layout.value(QStringLiteral("grid")).toObject());
+    });
+}
+
+void DockBaseImpl::keepLayout() {
+    context_.guarded(&screen_, [this] {
+        QJsonObject layout{{QStringLiteral("width"), screen_.width()}, {QStringLiteral("height"), screen_.height()}};
+        if (grid_) layout.insert(QStringLiteral("grid"), grid_->arrangement());
+        option_.save(layout);
+    });
+}
+
+int DockBaseImpl::ShowModal() {
+    screen_.Open();
+    screen_.InitSearch(screen_.CustomText());
+    if (screen_.Mode() == fmSelect) screen_.InitSelect();
+    screen_.FormShow(&screen_);
+    context_.rethrowUnshown();
+    const int code = screen_.exec();
+    context_.rethrowUnshown();
+    keepLayout();
+    context_.rethrowUnshown();
+    if (code == QDialog::Accepted) return mrOk;
+    return code == QDialog::Rejected ? mrCancel : code;
+}
+
+bool DockBaseImpl::ShowEditor(std::unique_ptr<TBaseGet_FRM> editor) {
+    if (editor->ClosedOnCreate()) return false;
+    editor->ShowModal();
+    return true;
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,36 @@
+// The data sets that an editor opens on the module's connection, seen from outside: an editor's base knows no store,
+// yet it must tell that a record is gone and leave nothing half entered when saving fails.
+#pragma once
+
+#include <vector>
+
+#include "ado/data_set.h"
+
+namespace basalt::host {
+
+class EditorDataSets final : private StatementObserver {
+public:
+    // Watches until it goes away.
+    explicit EditorDataSets(TADOConnection& connection);
+    ~EditorDataSets() override;
+    EditorDataSets(const EditorDataSets&) = delete;
+    EditorDataSets& operator=(const EditorDataSets&) = delete;
+
+    // The data set opened last since the last call of forgetOpened; nullptr when none is open.
+    void forgetOpened() { opened_ = nullptr; }
+    [[nodiscard]] const TDataSet* opened() const { return opened_ && opened_->Active() ? opened_ : nullptr; }
+
+    // Drops what is being entered in any of them.
+    void cancelEdits();
+
+private:
+    void sending(const SentStatement&) override {}
+    void touched(TDataSet& dataSet) override;
+    void leaving(TDataSet& dataSet) override;
+
+    TADOConnection& connection_;
+    std::vector<TDataSet*> known_;
+    TDataSet* opened_ = nullptr;
+};
+
+}  // namespace basalt::host

@@ -1,0 +1,30 @@
+#include "host/screens/form_option.h"
+
+#include <QJsonDocument>
+
+namespace basalt::host {
+
+void FormOption::SetSoftwarePart(TComponentSoftwarePart part) {
+    key_ = FormOptionStore::key(part);
+}
+
+std::string FormOption::key() const {
+    return key_.empty() ? screen_.objectName().toStdString() : key_;
+}
+
+QJsonObject FormOption::load() {
+    ReferenceHost& host = context_.host();
+    if (!host.signedIn() || key().empty()) return {};
+    kept_ = host.formOptions().load(host.UserInfo().Code, key()).value_or("");
+    return QJsonDocument::fromJson(QByteArray::fromStdString(kept_)).object();
+}
+
+void FormOption::save(const QJsonObject& layout) {
+    ReferenceHost& host = context_.host();
+    const std::string text = QJsonDocument(layout).toJson(QJsonDocument::Compact).toStdString();
+    if (!host.signedIn() || key().empty() || text == kept_) return;
+    host.formOptions().save(host.UserInfo().Code, key(), text);
+    kept_ = text;
+}
+
+}  // namespace basalt::host

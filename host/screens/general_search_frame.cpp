@@ -1,0 +1,96 @@
+#include "host/screens/general_search_frame.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+
+#include "ado/error.h"
+#include "host/screens/search_condition.h"
+
+namespace basalt::host {
+
+GeneralSearchFrame::GeneralSearchFrame(ScreenContext& context, const QString& objectName, QWidget* parent)
+    : TGeneral_Search_Frame(parent),
+      fields_(new QComboBox(this)),
+      input_(new SearchEdit(objectName + QStringLiteral("_EDT"), this)),
+      change_(context, *this) {
+    setObjectName(objectName);
+    fields_->setObjectName(objectName + QStringLiteral("_CMB"));
+    fields_->setAccessibleName(QStringLiteral("جستجو در"));
+    fields_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    input_->setPlaceholderText(QStringLiteral("جستجو"));
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(fields_);
+    layout->addWidget(input_, 1);
+    setFocusProxy(input_);
+    QWidget::setTabOrder(fields_, input_);
+
+    QObject::connect(input_, &QLineEdit::textChanged, this, [this] { change_.typed(); });
+    QObject::connect(fields_, &QComboBox::currentIndexChanged, this, [this] {
+        const bool muted = change_.isMuted();
+        change_.mute(true);
+        adaptInput();
+        change_.mute(muted);
+        change_.changed();
+    });
+}
+
+void GeneralSearchFrame::init() {
+    adaptInput();
+    Clear();
+}
+
+void GeneralSearchFrame::adaptInput() {
+    const int index = fields_->currentIndex();
+    if (index < 0) return;
+    const TSearchItem& item = items_[static_cast<std::size_t>(index)];
+    input_->setDataType(item.DataType);
+    input_->setAccessibleName(QStringLiteral("جستجو در %1").arg(QString::fromStdString(item.Title)));
+}
+
+std::string GeneralSearchFrame::Filter() const {
+    const int index = fields_->currentIndex();
+    if (index < 0) return {};
+    const TSearchItem& item = items_[static_cast<std::size_t>(index)];
+    switch (item.DataType) {
+        case TSearchDataType::Digits:
+            return digitsCondition(item.FieldName, input_->text());
+        case TSearchDataType::Amount:
+            return rangeCondition(item.FieldName, input_->text(), input_->text());
+        case TSearchDataType::Text:
+            break;
+    }
+    return textCondition(item.FieldName, input_->text());
+}
+
+void GeneralSearchFrame::Clear() {
+    change_.mute(true);
+    input_->clear();
+    change_.mute(false);
+}
+
+void GeneralSearchFrame::FocusFirst() {
+    input_->setFocus();
+}
+
+void GeneralSearchFrame::AddItem(const TSearchItem& item) {
+    change_.mute(true);
+    items_.push_back(item);
+    fields_->addItem(QString::fromStdString(item.Title));
+    change_.mute(false);
+}
+
+void GeneralSearchFrame::SetItemIndex(int index) {
+    if (index < 0 || index >= fields_->count())
+        throw UsageError("SetItemIndex of " + objectName().toStdString() + ": there is no search item " +
+                         std::to_string(index));
+    change_.mute(true);
+    fields_->setCurrentIndex(index);
+    change_.mute(false);
+}
+
+void GeneralSearchFrame::keyPressEvent(QKeyEvent* event) {
+    if (!input_->take(event)) event->ignore();
+}
+
+}  // namespace basalt::host

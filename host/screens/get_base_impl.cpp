@@ -1,0 +1,310 @@
+#include "host/screens/get_base_impl.h"
+
+#include <QAbstractSpinBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+#include "ado/error.h"
+#include "ado/transaction.h"
+#include "host/screens/output_services.h"
+#include "host/screens/record_content.h"
+#include "host/screens/table_printer.h"
+
+namespace basalt::host {
+namespace {
+
+// A flag that is up while a piece of work runs, however that ends.
+class Raised {
+public:
+    explicit Raised(bool& flag) : flag_(flag) { flag_ = true; }
+    ~Raised() { flag_ = false; }
+    Raised(const Raised&) = delete;
+    Raised& operator=(const Raised&) = delete;
+
+private:
+    bool& flag_;
+};
+
+}  // namespace
+
+GetBaseImpl::GetBaseImpl(ScreenContext& context, TBaseGet_FRM& editor)
+    : context_(context),
+      editor_(editor),
+      option_(context, editor),
+      frame_(new ScreenFrame(context, editor)),
+      banner_(new QFrame),
+      bannerText_(new QLabel(banner_)),
+      formPanel_(nullptr),
+      watch_([this] { SetIsSaved(false); }),
+      dataSets_(context.host().DM().ADOConnection1) {
+    auto* bannerPanel = frame_->addPanel("Banner_PNL", 0);
+    formPanel_ = frame_->addPanel("Form_PNL", 1);
+    banner_->setParent(bannerPanel);
+    banner_->setObjectName(QStringLiteral("OpenElsewhere_BNR"));
+    banner_->setProperty("kind", QStringLiteral("banner"));
+    banner_->hide();
+    bannerText_->setObjectName(QStringLiteral("OpenElsewhere_LBL"));
+    bannerText_->setTextFormat(Qt::PlainText);
+    bannerText_->setWordWrap(true);
+    auto* layout = new QHBoxLayout(banner_);
+    layout->setContentsMargins(10, 6, 10, 6);
+    layout->addWidget(bannerText_);
+    editor.setMinimumWidth(460);
+    frame_->onEnter = [this] {
+        enterPressed();
+        return true;
+    };
+}
+
+GetBaseImpl::~GetBaseImpl() {
+    // The widgets go with the editor, which goes after this.
+    frame_->onEnter = {};
+    for (SmartButton* button : frame_->buttons()) {
+        button->OnClick = {};
+        button->setSaveHandler({});
+    }
+}
+
+TSmartButton_VRO* GetBaseImpl::AddButton(const std::string& objectName, const std::string& caption,
+                                         TEditorButton role) {
+    if (role == TEditorButton::Exit) frame_->addButtonGap();
+    SmartButton* button = frame_->addButton(objectName, caption);
+    if (role == TEditorButton::Save) {
+        button->setLook(SmartButton::Look::Primary);
+        button->OnClick = [this] { Save(TSaveKind::Save); };
+    } else if (role == TEditorButton::Exit) {
+        button->OnClick = [this] { editor_.reject(); };
+    }
+    return button;
+}
+
+void GetBaseImpl::SetSaveControl(TSmartButton_VRO* button, int saveMode) {
+    auto* own = dynamic_cast<SmartButton*>(button);
+    if (!own) throw UsageError("SetSaveControl: the button is not one that this base made");
+    own->SetSaveMode(saveMode);
+    own->setSaveHandler([this](TSaveKind kind) { Save(kind); });
+}
+
+void GetBaseImpl::FormCreate() {
+    frame_->finishLayout();
+    partTitle_ = QString::fromStdString(context_.host().permissions().partTitle(editor_.SoftwarePart()));
+}
+
+void GetBaseImpl::FormShow() {
+    frame_->finishLayout();
+    watch_.add(*formPanel_);
+    lockCodeControl();
+    showTitle();
+    context_.guarded(&editor_, [this] {
+        const QJsonObject layout = option_.load();
+        const int width = layout.value(QStringLiteral("width")).toInt();
+        const int height = layout.value(QStringLiteral("height")).toInt();
+        if (width > 0 && height > 0) editor_.resize(std::min(width, 8000), std::min(height, 8000));
+    });
+}
+
+void GetBaseImpl::SetTitle(const std::string& title) {
+    ownTitle_ = true;
+    frame_->setTitle(QString::fromStdString(title));
+}
+
+void GetBaseImpl::showTitle() {
+    if (ownTitle_) return;
+    const QString action = editor_.Mode() == fmNew ? QStringLiteral("جدید") : QStringLiteral("ویرایش");
+    frame_->setTitle(partTitle_.isEmpty() ? action : QStringLiteral("%1 – %2").arg(partTitle_, action));
+}
+
+void GetBaseImpl::SetIsSaved(bool saved) {
+    isSaved_ = saved;
+    editor_.setWindowModified(!saved);
+}
+
+void GetBaseImpl::OpenRecord() {
+    watch_.add(*formPanel_);
+    const bool isNew = editor_.IsNewRecordMode(editor_.Code()) || editor_.Mode() == fmNew;
+    if (isNew) {
+        openNew(true);
+    } else {
+        openExisting();
+    }
+}
+
+void GetBaseImpl::openNew(bool first) {
+    const InputWatch::Pause pause(watch_);
+    editor_.SetMode(fmNew);
+    // The previous code is let go only once the next one is held, so that it cannot be handed out twice here.
+    lock_ = context_.host().codeLocks().holdNew(editor_.SoftwarePart(), [this] { return editor_.GetNewCode(); });
+    editor_.SetCode(lock_.value());
+    editor_.Init(first);
+    SetIsSaved(true);
+    showOthers();
+}
+
+void GetBaseImpl::openExisting() {
+    lock_ = context_.host().codeLocks().hold(toText(editor_.Code()), editor_.SoftwarePart());
+    dataSets_.forgetOpened();
+    editor_.PrepareQuery(editor_.Code());
+    const TDataSet* record = dataSets_.opened();
+    if (record && record->IsEmpty()) editor_.CloseOnCreate();
+    if (editor_.ClosedOnCreate()) {
+        lock_.release();
+        tellRecordGone();
+        return;
+    }
+    fillExisting();
+    showOthers();
+}
+
+void GetBaseImpl::fillExisting() {
+    const InputWatch::Pause pause(watch_);
+    editor_.BeforeFill(editor_.Code());
+    editor_.OnFill(editor_.Code());
+    editor_.AfterFill(editor_.Code());
+    SetIsSaved(true);
+}
+
+void GetBaseImpl::tellRecordGone() {
+    MessageRequest request;
+    request.operation = "MsgRecordGone";
+    context_.host().Messages().show(request);
+}
+
+void GetBaseImpl::lockCodeControl() {
+    // The code is the record's identity and is held for this editor, a new one as well.
+    if (!codeControl_) return;
+    if (auto* spin = qobject_cast<QAbstractSpinBox*>(codeControl_.data())) {
+        spin->setReadOnly(true);
+    } else if (auto* line = qobject_cast<QLineEdit*>(codeControl_.data())) {
+        line->setReadOnly(true);
+    } else {
+        codeControl_->setEnabled(false);
+    }
+    codeControl_->setFocusPolicy(Qt::ClickFocus);
+}
+
+void GetBaseImpl::showOthers() {
+    const auto holders = context_.host().codeLocks().others(toText(editor_.Code()), editor_.SoftwarePart());
+    banner_->parentWidget()->setVisible(!holders.empty());
+    banner_->setVisible(!holders.empty());
+    if (holders.empty()) return;
+    MessageRequest request;
+    request.operation = "MsgOpenElsewhere";
+    request.arguments = {holders.front().userName, holders.front().workstationName};
+    bannerText_->setText(QString::fromStdString(context_.host().catalogue().render(request).text));
+}
+
+int GetBaseImpl::ShowModal() {
+    if (editor_.ClosedOnCreate()) return mrCancel;
+    editor_.FormShow(&editor_);
+    context_.rethrowUnshown();
+    const int code = editor_.exec();
+    context_.rethrowUnshown();
+    context_.guarded(&editor_, [this] {
+        option_.save({{QStringLiteral("width"), editor_.width()}, {QStringLiteral("height"), editor_.height()}});
+        lock_.release();
+    });
+    context_.rethrowUnshown();
+    if (code == QDialog::Accepted || wroteOnce_) return mrOk;
+    return code == QDialog::Rejected ? mrCancel : code;
+}
+
+bool GetBaseImpl::write() {
+    if (saving_) return false;
+    const Raised saving(saving_);
+    bool written = false;
+    context_.guarded(&editor_, [this, &written] {
+        if (!editor_.IsValid()) return;
+        if (reopen_) {
+            editor_.PrepareQuery(editor_.Code());
+            reopen_ = false;
+        }
+        TADOConnection& connection = context_.host().DM().ADOConnection1;
+        try {
+            // The record and its entry in the user log stand or fall together.
+            Transaction transaction(connection);
+            editor_.BeforeSave();
+            editor_.OnSave();
+            editor_.AfterSave();
+            transaction.commit();
+        } catch (...) {
+            afterFailedWrite();
+            throw;
+        }
+        written = true;
+        wroteOnce_ = true;
+        SetIsSaved(true);
+    });
+    return written;
+}
+
+void GetBaseImpl::afterFailedWrite() {
+    // A record that did not reach the table is still being entered; the next attempt starts from the inputs again. One
+    // that did reach it and was rolled back shows values that the table does not have.
+    const TDataSet* record = dataSets_.opened();
+    const bool entering = record && (record->State() == dsEdit || record->State() == dsInsert);
+    dataSets_.cancelEdits();
+    reopen_ = editor_.Mode() != fmNew && !entering;
+}
+
+void GetBaseImpl::Save(TSaveKind kind) {
+    if (!write()) return;
+    switch (kind) {
+        case TSaveKind::SaveAndClose:
+            editor_.accept();
+            return;
+        case TSaveKind::SaveAndNew:
+            context_.guarded(&editor_, [this] { openNew(false); });
+            showTitle();
+            return;
+        case TSaveKind::SaveAndPrint:
+        case TSaveKind::Save:
+            break;
+    }
+    if (editor_.Mode() == fmNew) {
+        // The record exists now; saving once more must change it, not add another.
+        context_.guarded(&editor_, [this] {
+            editor_.SetMode(fmEdit);
+            showTitle();
+            editor_.PrepareQuery(editor_.Code());
+            fillExisting();
+        });
+    }
+    if (kind == TSaveKind::SaveAndPrint) context_.guarded(&editor_, [this] { printRecord(); });
+}
+
+void GetBaseImpl::printRecord() {
+    const RecordContent record(frame_->title(), *formPanel_);
+    const QString footer = QString::fromStdString(context_.host().NowDate("/"));
+    context_.output().preview(&editor_, record.title(),
+                              [&](QPrinter& printer) { paintTable(record, footer, printer); });
+}
+
+bool GetBaseImpl::MayClose() {
+    if (isSaved_) return true;
+    bool may = false;
+    context_.guarded(&editor_, [this, &may] {
+        MessageRequest request;
+        request.operation = "MsgUnsavedChanges";
+        request.buttons = {TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel};
+        request.defaultButton = TMessageButton::Yes;
+        request.form = &editor_;
+        const int answer = context_.host().Messages().show(request);
+        may = answer == mrNo || (answer == mrYes && write());
+    });
+    return may;
+}
+
+void GetBaseImpl::enterPressed() {
+    // Enter leads from input to input, as on paper.
+    QWidget* focused = editor_.focusWidget();
+    if (!focused) return;
+    for (QWidget* next = focused->nextInFocusChain(); next && next != focused; next = next->nextInFocusChain()) {
+        if (next->isVisibleTo(&editor_) && next->isEnabled() && (next->focusPolicy() & Qt::TabFocus) &&
+            !next->focusProxy() && next->window() == &editor_) {
+            next->setFocus(Qt::TabFocusReason);
+            return;
+        }
+    }
+}
+
+}  // namespace basalt::host

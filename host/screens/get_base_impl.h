@@ -1,0 +1,70 @@
+// The host's part of record editors.
+#pragma once
+
+#include <QFrame>
+#include <QPointer>
+#include <memory>
+
+#include "host/screens/editor_data_sets.h"
+#include "host/screens/form_option.h"
+#include "host/screens/input_watch.h"
+#include "host/screens/screen_frame.h"
+#include "package/screens/base_get_frm.h"
+
+namespace basalt::host {
+
+class GetBaseImpl final : public GetBase {
+public:
+    GetBaseImpl(ScreenContext& context, TBaseGet_FRM& editor);
+    ~GetBaseImpl() override;
+
+    [[nodiscard]] QWidget* FormPanel() override { return formPanel_; }
+    TSmartButton_VRO* AddButton(const std::string& objectName, const std::string& caption, TEditorButton role) override;
+    void SetCodeControl(QWidget* control) override { codeControl_ = control; }
+    void SetSaveControl(TSmartButton_VRO* button, int saveMode) override;
+    void FormCreate() override;
+    void FormShow() override;
+    void SetShortCut() override { frame_->activateShortCuts(); }
+    void SetTitle(const std::string& title) override;
+    void SetIsSaved(bool saved) override;
+    [[nodiscard]] bool IsSaved() const override { return isSaved_; }
+    [[nodiscard]] TFormOption& FormOption() override { return option_; }
+    void OpenRecord() override;
+    int ShowModal() override;
+    void Save(TSaveKind kind) override;
+    [[nodiscard]] bool MayClose() override;
+
+private:
+    void openNew(bool first);
+    void openExisting();
+    void fillExisting();
+    void tellRecordGone();
+    void lockCodeControl();
+    void showOthers();
+    void showTitle();
+    // True when the record has been written.
+    [[nodiscard]] bool write();
+    void afterFailedWrite();
+    void printRecord();
+    void enterPressed();
+
+    ScreenContext& context_;
+    TBaseGet_FRM& editor_;
+    basalt::host::FormOption option_;
+    ScreenFrame* frame_;
+    QFrame* banner_;
+    QLabel* bannerText_;
+    QWidget* formPanel_;
+    InputWatch watch_;
+    EditorDataSets dataSets_;
+    CodeLock lock_;
+    QPointer<QWidget> codeControl_;
+    QString partTitle_;
+    bool ownTitle_ = false;  // the editor has set one itself
+    bool isSaved_ = true;
+    bool wroteOnce_ = false;
+    bool saving_ = false;
+    bool reopen_ = false;  // the record must be read again before it can be written
+};
+
+}  // namespace basalt::host

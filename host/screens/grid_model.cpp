@@ -1,0 +1,194 @@
+#include "host/screens/grid_model.h"
+
+#include <algorithm>
+
+#include "ado/error.h"
+#include "host/screens/grid_sorter.h"
+#include "host/screens/persian_digits.h"
+#include "host/screens/table_content.h"
+
+namespace basalt::host {
+
+GridModel::GridModel(QObject* parent) : QAbstractTableModel(parent) {}
+
+GridModel::~GridModel() {
+    if (source_) source_->removeListener(*this);
+}
+
+void GridModel::setSource(TDataSource* source) {
+    if (source_) source_->removeListener(*this);
+    source_ = source;
+    if (source_) source_->addListener(*this);
+    renewRows();
+}
+
+TDataSet* GridModel::dataSet() const {
+    TDataSet* dataSet = source_ ? source_->DataSet() : nullptr;
+    return dataSet && dataSet->Active() ? dataSet : nullptr;
+}
+
+int GridModel::addColumn(const TGridColumn& column) {
+    const auto index = static_cast<int>(columns_.size());
+    beginInsertColumns({}, index, index);
+    columns_.push_back({column, DisplayFormat(column.DisplayFormat)});
+    forgetFields();
+    endInsertColumns();
+    if (onColumnsChanged) onColumnsChanged();
+    return index;
+}
+
+void GridModel::setColumn(int index, const TGridColumn& column) {
+    GridColumnState& state = columns_[static_cast<std::size_t>(index)];
+    state.column = column;
+    state.format = DisplayFormat(column.DisplayFormat);
+    forgetFields();
+    if (index == sortColumn_) renewOrder();
+    emit headerDataChanged(Qt::Horizontal, index, index);
+    if (rowCount_ > 0) emit QAbstractTableModel::dataChanged(this->index(0, index), this->index(rowCount_ - 1, index));
+    if (onColumnsChanged) onColumnsChanged();
+}
+
+void GridModel::removeColumnAt(int index) {
+    if (sortColumn_ == index) sortBy(-1, false);
+    beginRemoveColumns({}, index, index);
+    columns_.erase(columns_.begin() + index);
+    if (sortColumn_ > index) --sortColumn_;
+    endRemoveColumns();
+    if (onColumnsChanged) onColumnsChanged();
+}
+
+void GridModel::forgetFields() const {
+    fieldsKnown_ = false;
+}
+
+int GridModel::field(int index) const {
+    if (!fieldsKnown_) {
+        TDataSet* rows = dataSet();
+        for (const GridColumnState& state : columns_) {
+            const TField* field = rows ? rows->FindField(state.column.FieldName) : nullptr;
+            state.field = field ? field->Index() : -1;
+        }
+        fieldsKnown_ = true;
+    }
+    return columns_[static_cast<std::size_t>(index)].field;
+}
+
+bool GridModel::isNumberColumn(int index) const {
+    const int at = field(index);
+    const TDataSet* rows = dataSet();
+    return at >= 0 && rows && isNumber(rows->fieldInfo(at).type);
+}
+
+void GridModel::renewOrder() {
+    order_.clear();
+    const TDataSet* rows = dataSet();
+    if (!rows || sortColumn_ < 0 || sortColumn_ >= columnCount()) return;
+    if (const int at = field(sortColumn_); at >= 0) order_ = sortedRows(*rows, at, sortDescending_);
+}
+
+void GridModel::renewRows() {
+    beginResetModel();
+    forgetFields();
+    const TDataSet* rows = dataSet();
+    rowCount_ = rows ? rows->RecordCount() : 0;
+    renewOrder();
+    endResetModel();
+    if (onRowsChanged) onRowsChanged();
+}
+
+void GridModel::sortBy(int column, bool descending) {
+    emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    sortColumn_ = column;
+    sortDescending_ = descending;
+    renewOrder();
+    emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+    if (onRowsChanged) onRowsChanged();
+}
+
+int GridModel::dataRow(int modelRow) const {
+    return order_.empty() ? modelRow : static_cast<int>(order_[static_cast<std::size_t>(modelRow)]);
+}
+
+int GridModel::modelRow(int dataRow) const {
+    if (order_.empty()) return dataRow;
+    const auto found = std::find(order_.begin(), order_.end(), static_cast<std::uint32_t>(dataRow));
+    return found == order_.end() ? -1 : static_cast<int>(found - order_.begin());
+}
+
+Value GridModel::value(int modelRow, int column) const {
+    const TDataSet* rows = dataSet();
+    const int at = field(column);
+    return rows && at >= 0 ? rows->valueAt(dataRow(modelRow), at) : Value();
+}
+
+QString GridModel::shown(int modelRow, int column) const {
+    const Value cell = value(modelRow, column);
+    if (isNull(cell)) return {};
+    if (!isNumberColumn(column)) return QString::fromStdString(toText(cell));
+    try {
+        return persianDigits(QString::fromStdString(format(column).text(toDecimal(cell))));
+    } catch (const DatabaseError&) {
+        // A floating-point number beyond the reach of decimals is shown as it is.
+        return persianDigits(QString::fromStdString(toText(cell)));
+    }
+}
+
+int GridModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : rowCount_;
+}
+
+int GridModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(columns_.size());
+}
+
+QVariant GridModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid()) return {};
+    switch (role) {
+        case Qt::DisplayRole:
+            return shown(index.row(), index.column());
+        case Qt::EditRole:
+            return QString::fromStdString(toText(value(index.row(), index.column())));
+        case Qt::TextAlignmentRole: {
+            const Qt::Alignment across = isNumberColumn(index.column()) ? Qt::AlignHCenter : Qt::AlignLeading;
+            return QVariant::fromValue(across | Qt::AlignVCenter);
+        }
+        default:
+            return {};
+    }
+}
+
+QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
+    if (role == Qt::DisplayRole) return column(section).Title;
+    if (role == Qt::TextAlignmentRole) return QVariant::fromValue(Qt::Alignment(Qt::AlignCenter));
+    return {};
+}
+
+void GridModel::activeChanged() {
+    renewRows();
+}
+void GridModel::dataChanged() {
+    renewRows();
+}
+
+void GridModel::rowChanged(std::int64_t row) {
+    // A record that was posted may have been added, or stand at another place of the order.
+    const TDataSet* rows = dataSet();
+    if (row < 0 || !rows || rows->RecordCount() != rowCount_) {
+        renewRows();
+        return;
+    }
+    const int at = modelRow(static_cast<int>(row));
+    if (at >= 0 && columnCount() > 0) emit QAbstractTableModel::dataChanged(index(at, 0), index(at, columnCount() - 1));
+}
+
+void GridModel::sourceGone() {
+    source_ = nullptr;
+    renewRows();
+}
+
+void GridModel::cursorMoved() {
+    if (onCursorMoved) onCursorMoved();
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,24 @@
+// The table inside a grid: selection by rows, movement by keyboard, a word where there are no rows.
+#pragma once
+
+#include <QTableView>
+
+#include "host/screens/inner_control.h"
+
+namespace basalt::host {
+
+class GridModel;
+
+class GridView final : public InnerControl<QTableView> {
+public:
+    GridView(GridModel& model, QWidget* parent);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    GridModel& model_;
+};
+
+}  // namespace basalt::host

@@ -1,0 +1,120 @@
+#include "host/screens/range_search_frame.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+
+#include "ado/error.h"
+#include "host/screens/search_condition.h"
+
+namespace basalt::host {
+
+RangeSearchFrame::RangeSearchFrame(ScreenContext& context, const QString& objectName, QWidget* parent)
+    : TRange_Search_Frame(parent),
+      fields_(new QComboBox(this)),
+      field_(new QLabel(this)),
+      from_(new SearchEdit(objectName + QStringLiteral("_From_EDT"), this)),
+      to_(new SearchEdit(objectName + QStringLiteral("_To_EDT"), this)),
+      change_(context, *this) {
+    setObjectName(objectName);
+    fields_->setObjectName(objectName + QStringLiteral("_CMB"));
+    fields_->setAccessibleName(QStringLiteral("بازه‌ی"));
+    fields_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(fields_);
+    layout->addWidget(field_);
+    layout->addWidget(new QLabel(QStringLiteral("از"), this));
+    layout->addWidget(from_, 1);
+    layout->addWidget(new QLabel(QStringLiteral("تا"), this));
+    layout->addWidget(to_, 1);
+    setFocusProxy(from_);
+    adaptInputs();
+
+    for (SearchEdit* edit : {from_, to_})
+        QObject::connect(edit, &QLineEdit::textChanged, this, [this] { change_.typed(); });
+    QObject::connect(fields_, &QComboBox::currentIndexChanged, this, [this] {
+        const bool muted = change_.isMuted();
+        change_.mute(true);
+        adaptInputs();
+        change_.mute(muted);
+        change_.changed();
+    });
+}
+
+void RangeSearchFrame::adaptInputs() {
+    const int index = fields_->currentIndex();
+    fields_->setVisible(items_.size() > 1);
+    field_->setVisible(items_.size() == 1);
+    from_->setEnabled(index >= 0);
+    to_->setEnabled(index >= 0);
+    if (index < 0) return;
+    const TSearchItem& item = items_[static_cast<std::size_t>(index)];
+    const QString title = QString::fromStdString(item.Title);
+    field_->setText(title);
+    from_->setAccessibleName(QStringLiteral("%1 از").arg(title));
+    to_->setAccessibleName(QStringLiteral("%1 تا").arg(title));
+    from_->setDataType(item.DataType);
+    to_->setDataType(item.DataType);
+}
+
+void RangeSearchFrame::init() {
+    adaptInputs();
+    Clear();
+}
+
+std::string RangeSearchFrame::Filter() const {
+    const int index = fields_->currentIndex();
+    if (index < 0) return {};
+    return rangeCondition(items_[static_cast<std::size_t>(index)].FieldName, from_->text(), to_->text());
+}
+
+void RangeSearchFrame::Clear() {
+    change_.mute(true);
+    from_->clear();
+    to_->clear();
+    change_.mute(false);
+}
+
+void RangeSearchFrame::FocusFirst() {
+    from_->setFocus();
+}
+
+void RangeSearchFrame::AddItem(const TSearchItem& item) {
+    change_.mute(true);
+    items_.push_back(item);
+    fields_->addItem(QString::fromStdString(item.Title));
+    adaptInputs();
+    change_.mute(false);
+}
+
+void RangeSearchFrame::checkIndex(int index, const char* operation) const {
+    if (index < 0 || index >= ItemCount())
+        throw UsageError(std::string(operation) + " of " + objectName().toStdString() + ": there is no search item " +
+                         std::to_string(index));
+}
+
+void RangeSearchFrame::DeleteItem(int index) {
+    checkIndex(index, "DeleteItem");
+    change_.mute(true);
+    if (fields_->currentIndex() == index) {
+        from_->clear();
+        to_->clear();
+    }
+    // The combo box tells of its new current item while the item goes, so the items must be right by then.
+    items_.erase(items_.begin() + index);
+    fields_->removeItem(index);
+    adaptInputs();
+    change_.mute(false);
+}
+
+TSearchItem RangeSearchFrame::Item(int index) const {
+    checkIndex(index, "Item");
+    return items_[static_cast<std::size_t>(index)];
+}
+
+void RangeSearchFrame::keyPressEvent(QKeyEvent* event) {
+    SearchEdit* input = to_->hasFocus() ? to_ : from_;
+    if (!input->take(event)) event->ignore();
+}
+
+}  // namespace basalt::host

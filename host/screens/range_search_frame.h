@@ -1,0 +1,43 @@
+// From-to ranges over one of several fields; of whole numbers or of amounts.
+#pragma once
+
+#include <QComboBox>
+#include <QLabel>
+#include <vector>
+
+#include "host/screens/search_change.h"
+#include "host/screens/search_edit.h"
+
+namespace basalt::host {
+
+class RangeSearchFrame final : public TRange_Search_Frame, public SearchFrameLink {
+public:
+    RangeSearchFrame(ScreenContext& context, const QString& objectName, QWidget* parent);
+
+    void init() override;
+    [[nodiscard]] std::string Filter() const override;
+    void Clear() override;
+    void FocusFirst() override;
+    void AddItem(const TSearchItem& item) override;
+    // A range of the deleted item no longer narrows the list; the screen re-runs the search when that matters to it.
+    void DeleteItem(int index) override;
+    [[nodiscard]] int ItemCount() const override { return static_cast<int>(items_.size()); }
+    [[nodiscard]] TSearchItem Item(int index) const override;
+    [[nodiscard]] SearchChange& change() override { return change_; }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void checkIndex(int index, const char* operation) const;
+    void adaptInputs();
+
+    std::vector<TSearchItem> items_;
+    QComboBox* fields_;
+    QLabel* field_;  // instead of the choice while there is but one item
+    SearchEdit* from_;
+    SearchEdit* to_;
+    SearchChange change_;
+};
+
+}  // namespace basalt::host

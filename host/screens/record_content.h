@@ -1,0 +1,34 @@
+// A form as a printable list of its inputs: one line an input, with its label and what it shows.
+#pragma once
+
+#include <QWidget>
+#include <vector>
+
+#include "host/screens/table_content.h"
+
+namespace basalt::host {
+
+class RecordContent final : public TableContent {
+public:
+    // Takes the visible inputs that have a label (its buddy, or an accessible name).
+    RecordContent(QString title, const QWidget& form);
+
+    [[nodiscard]] QString title() const override { return title_; }
+    [[nodiscard]] std::vector<QString> headerLines() const override { return {}; }
+    [[nodiscard]] const std::vector<TableColumn>& columns() const override { return columns_; }
+    [[nodiscard]] int rowCount() const override { return static_cast<int>(lines_.size()); }
+    [[nodiscard]] Value value(int row, int column) const override;
+    [[nodiscard]] QString shown(int row, int column) const override;
+
+private:
+    struct Line {
+        QString label;
+        QString text;
+    };
+
+    QString title_;
+    std::vector<TableColumn> columns_;
+    std::vector<Line> lines_;
+};
+
+}  // namespace basalt::host

@@ -1,0 +1,31 @@
+#include "host/screens/screen_context.h"
+
+#include <QDialog>
+#include <QPointer>
+#include <utility>
+
+namespace basalt::host {
+
+void ScreenContext::guarded(QWidget* origin, const std::function<void()>& handler) {
+    // The handler may close and free the window that it was called from.
+    const QPointer<QWidget> window(origin ? origin->window() : nullptr);
+    try {
+        try {
+            handler();
+        } catch (const std::exception& error) {
+            MessageRequest request = host_.catalogue().errorRequest(error);
+            request.form = window;
+            host_.Messages().show(request);
+        }
+    } catch (...) {
+        // An error must not fly through the event loop. The first one is what matters to whoever waits for the screen.
+        if (!unshown_) unshown_ = std::current_exception();
+        if (auto* dialog = qobject_cast<QDialog*>(window.data())) dialog->done(QDialog::Rejected);
+    }
+}
+
+void ScreenContext::rethrowUnshown() {
+    if (unshown_) std::rethrow_exception(std::exchange(unshown_, nullptr));
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,38 @@
+// What all screens and controls of one host share, and the one place where errors of their handlers end.
+//
+//   context.guarded(this, [this] { OnClick(); });
+#pragma once
+
+#include <QWidget>
+#include <exception>
+#include <functional>
+
+#include "host/services/reference_host.h"
+
+namespace basalt::host {
+
+class OutputServices;
+
+class ScreenContext {
+public:
+    ScreenContext(ReferenceHost& host, OutputServices& output) : host_(host), output_(&output) {}
+    ScreenContext(const ScreenContext&) = delete;
+    ScreenContext& operator=(const ScreenContext&) = delete;
+
+    [[nodiscard]] ReferenceHost& host() const { return host_; }
+    [[nodiscard]] OutputServices& output() const { return *output_; }
+    void setOutput(OutputServices& output) { output_ = &output; }
+
+    // Runs a handler. An error is shown as a message over `origin`'s window and the screen lives on. When it cannot
+    // even be shown, the window closes and the error waits for rethrowUnshown.
+    void guarded(QWidget* origin, const std::function<void()>& handler);
+    // Throws the error that could not be shown, once. To be called where a modal loop has ended.
+    void rethrowUnshown();
+
+private:
+    ReferenceHost& host_;
+    OutputServices* output_;
+    std::exception_ptr unshown_;
+};
+
+}  // namespace basalt::host

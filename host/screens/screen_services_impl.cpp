@@ -1,0 +1,60 @@
+#include "host/screens/screen_services_impl.h"
+
+#include <QApplication>
+#include <QLineEdit>
+
+#include "host/screens/dock_base_impl.h"
+#include "host/screens/general_search_frame.h"
+#include "host/screens/get_base_impl.h"
+#include "host/screens/range_search_frame.h"
+#include "host/screens/search_manager.h"
+#include "host/screens/smart_grid.h"
+#include "host/screens/tab_search_frame.h"
+#include "host/screens/theme.h"
+
+namespace basalt::host {
+
+HostScreenServices::HostScreenServices(ReferenceHost& host) : context_(host, dialogs_) {
+    applyTheme(*qApp);
+}
+
+HostScreenServices::~HostScreenServices() = default;
+
+std::unique_ptr<DockBase> HostScreenServices::createDockBase(TBaseDock_FRM& screen) {
+    return std::make_unique<DockBaseImpl>(context_, screen);
+}
+
+std::unique_ptr<GetBase> HostScreenServices::createGetBase(TBaseGet_FRM& editor) {
+    return std::make_unique<GetBaseImpl>(context_, editor);
+}
+
+TSmartDBGrid_VRO* HostScreenServices::createGrid(const char* objectName, QWidget* parent) {
+    return new SmartGrid(context_, QString::fromUtf8(objectName), parent);
+}
+
+TGeneral_Search_Frame* HostScreenServices::createGeneralSearch(const char* objectName, QWidget* parent) {
+    return new GeneralSearchFrame(context_, QString::fromUtf8(objectName), parent);
+}
+
+TRange_Digit_Search_Frame* HostScreenServices::createDigitRangeSearch(const char* objectName, QWidget* parent) {
+    return new RangeSearchFrame(context_, QString::fromUtf8(objectName), parent);
+}
+
+TRange_Cost_Search_Frame* HostScreenServices::createCostRangeSearch(const char* objectName, QWidget* parent) {
+    return new RangeSearchFrame(context_, QString::fromUtf8(objectName), parent);
+}
+
+TTab_Search_Frame* HostScreenServices::createTabSearch(const char* objectName, QWidget* parent) {
+    return new TabSearchFrame(context_, QString::fromUtf8(objectName), parent);
+}
+
+std::unique_ptr<TVaroSearchManager> HostScreenServices::createSearchManager() {
+    return std::make_unique<SearchManager>(context_);
+}
+
+void HostScreenServices::SetWinControlRightAlign(QWidget& control) {
+    control.setLayoutDirection(Qt::RightToLeft);
+    if (auto* line = qobject_cast<QLineEdit*>(&control)) line->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,44 @@
+// Screens for a reference host.
+//
+//   ReferenceHost host(session, options);
+//   QtMessageService messages(host.catalogue());
+//   HostScreenServices screens(host);
+//   host.setMessages(messages);
+//   host.setScreens(&screens);
+//
+// Needs a QApplication, which it dresses in the theme.
+#pragma once
+
+#include <memory>
+
+#include "host/screens/output_services.h"
+#include "host/screens/screen_context.h"
+#include "package/screens/screen_services.h"
+
+namespace basalt::host {
+
+class HostScreenServices final : public ScreenServices {
+public:
+    explicit HostScreenServices(ReferenceHost& host);
+    ~HostScreenServices() override;
+
+    // Replaces file choosing and print preview, for tests and drivers. Must outlive the screens.
+    void setOutput(OutputServices& output) { context_.setOutput(output); }
+    [[nodiscard]] ScreenContext& context() { return context_; }
+
+    [[nodiscard]] std::unique_ptr<DockBase> createDockBase(TBaseDock_FRM& screen) override;
+    [[nodiscard]] std::unique_ptr<GetBase> createGetBase(TBaseGet_FRM& editor) override;
+    [[nodiscard]] TSmartDBGrid_VRO* createGrid(const char* objectName, QWidget* parent) override;
+    [[nodiscard]] TGeneral_Search_Frame* createGeneralSearch(const char* objectName, QWidget* parent) override;
+    [[nodiscard]] TRange_Digit_Search_Frame* createDigitRangeSearch(const char* objectName, QWidget* parent) override;
+    [[nodiscard]] TRange_Cost_Search_Frame* createCostRangeSearch(const char* objectName, QWidget* parent) override;
+    [[nodiscard]] TTab_Search_Frame* createTabSearch(const char* objectName, QWidget* parent) override;
+    [[nodiscard]] std::unique_ptr<TVaroSearchManager> createSearchManager() override;
+    void SetWinControlRightAlign(QWidget& control) override;
+
+private:
+    DialogOutputServices dialogs_;
+    ScreenContext context_;
+};
+
+}  // namespace basalt::host

@@ -1,0 +1,44 @@
+#include "host/screens/search_change.h"
+
+#include <QElapsedTimer>
+
+namespace basalt::host {
+namespace {
+constexpr int kPauseMilliseconds = 250;
+constexpr qint64 kSlowMilliseconds = 120;
+}  // namespace
+
+SearchChange::SearchChange(ScreenContext& context, TSearchFrame& frame) : context_(context), frame_(frame) {
+    pause_.setSingleShot(true);
+    pause_.setInterval(kPauseMilliseconds);
+    QObject::connect(&pause_, &QTimer::timeout, &pause_, [this] { tell(); });
+}
+
+void SearchChange::typed() {
+    if (muted_) return;
+    if (slow_) {
+        pause_.start();
+    } else {
+        tell();
+    }
+}
+
+void SearchChange::changed() {
+    if (!muted_) tell();
+}
+
+void SearchChange::tell() {
+    pause_.stop();
+    QElapsedTimer timer;
+    timer.start();
+    context_.guarded(&frame_, [this] {
+        if (frame_.OnChange) {
+            frame_.OnChange();
+        } else if (search_) {
+            search_();
+        }
+    });
+    slow_ = timer.elapsed() > kSlowMilliseconds;
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,29 @@
+#include "host/screens/search_edit.h"
+
+#include <QRegularExpressionValidator>
+
+namespace basalt::host {
+namespace {
+const QString kDigits = QStringLiteral("[0-9\u06F0-\u06F9\u0660-\u0669]*");
+const QString kAmount =
+    QStringLiteral("-?[0-9\u06F0-\u06F9\u0660-\u0669,\u066C\u060C]*([.\u066B][0-9\u06F0-\u06F9\u0660-\u0669]*)?");
+constexpr int kLongestInput = 200;
+}  // namespace
+
+SearchEdit::SearchEdit(const QString& objectName, QWidget* parent) : InnerControl<QLineEdit>(parent) {
+    setObjectName(objectName);
+    setMaxLength(kLongestInput);
+    setClearButtonEnabled(true);
+}
+
+void SearchEdit::setDataType(TSearchDataType type) {
+    delete validator();
+    if (type != TSearchDataType::Text) {
+        const QString& pattern = type == TSearchDataType::Digits ? kDigits : kAmount;
+        setValidator(new QRegularExpressionValidator(QRegularExpression(pattern), this));
+        if (!hasAcceptableInput()) clear();
+    }
+    setInputMethodHints(type == TSearchDataType::Text ? Qt::ImhNone : Qt::ImhPreferNumbers);
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,49 @@
+#include "host/screens/search_manager.h"
+
+#include "ado/error.h"
+#include "host/screens/search_change.h"
+#include "host/screens/search_condition.h"
+
+namespace basalt::host {
+
+void SearchManager::AddFrame(TSearchFrame* frame) {
+    frames_.push_back(frame);
+    if (auto* link = dynamic_cast<SearchFrameLink*>(frame))
+        link->change().setManager([this] { ExecuteFilter_DataSet(); });
+}
+
+std::string SearchManager::statement() const {
+    std::vector<std::string> conditions;
+    for (const TSearchFrame* frame : frames_)
+        conditions.push_back(frame->Filter());
+    const std::string narrowing = joinedConditions(conditions);
+    return narrowing.empty() ? script_ : "SELECT * FROM (" + script_ + ") AS T WHERE " + narrowing;
+}
+
+void SearchManager::ExecuteFilter_DataSet() {
+    auto* query = source_ ? dynamic_cast<TADOQuery*>(source_->DataSet()) : nullptr;
+    if (!query) throw UsageError("ExecuteFilter_DataSet: the search manager has no query; call SetDataSource first");
+    if (script_.empty())
+        throw UsageError("ExecuteFilter_DataSet: the search manager has no statement; call SetSQLScript first");
+    const std::string previous = query->SQL.Text();
+    const bool wasOpen = query->Active();
+    try {
+        query->Close();
+        query->SQL = statement();
+        query->Open();
+    } catch (...) {
+        query->Close();
+        query->SQL = previous;
+        // What went wrong is the new statement; when the old one fails as well, the first error still tells more.
+        try {
+            if (wasOpen) query->Open();
+        } catch (const std::exception&) {
+            query->Close();
+        }
+        throw;
+    }
+    if (onSearched) onSearched();
+    if (AfterSearch) AfterSearch();
+}
+
+}  // namespace basalt::host

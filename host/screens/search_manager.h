@@ -1,0 +1,36 @@
+// Re-runs a list's statement, narrowed by the conditions of its search frames.
+//
+// The narrowed statement is "SELECT * FROM (" + script + ") AS T WHERE " + conditions; without conditions it is the
+// script.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "host/screens/screen_context.h"
+#include "package/screens/controls.h"
+
+namespace basalt::host {
+
+class SearchManager final : public TVaroSearchManager {
+public:
+    explicit SearchManager(ScreenContext& context) : context_(context) {}
+
+    void SetDataSource(TDataSource* source) override { source_ = source; }
+    void SetSQLScript(const std::string& sql) override { script_ = sql; }
+    void AddFrame(TSearchFrame* frame) override;
+    void ExecuteFilter_DataSet() override;
+
+    // Told after each search, before AfterSearch.
+    std::function<void()> onSearched;
+
+private:
+    [[nodiscard]] std::string statement() const;
+
+    ScreenContext& context_;
+    TDataSource* source_ = nullptr;
+    std::string script_;
+    std::vector<TSearchFrame*> frames_;
+};
+
+}  // namespace basalt::host

@@ -1,0 +1,55 @@
+// The host's button: caption and key, and for save buttons a drop-down with the variants of saving.
+#pragma once
+
+#include <QMenu>
+#include <QPushButton>
+#include <QToolButton>
+#include <functional>
+
+#include "host/screens/inner_control.h"
+#include "host/screens/screen_context.h"
+#include "host/screens/short_cut.h"
+#include "package/screens/controls.h"
+
+namespace basalt::host {
+
+class SmartButton final : public TSmartButton_VRO {
+public:
+    enum class Look { Plain, Primary, Danger };
+
+    SmartButton(ScreenContext& context, const QString& objectName, QWidget* parent = nullptr);
+
+    void SetCaption(const std::string& caption) override;
+    [[nodiscard]] std::string Caption() const override { return caption_; }
+    void Click() override;
+    void SetSaveMode(int mode) override;
+
+    [[nodiscard]] const QKeySequence& shortCut() const { return parts_.key; }
+    [[nodiscard]] QString title() const { return parts_.title; }
+    void setLook(Look look);
+    // What the plain button does, and the handler of all variants; the plain click then no longer calls OnClick.
+    [[nodiscard]] TSaveKind saveKind() const { return saveKind_; }
+    void setSaveHandler(std::function<void(TSaveKind)> handler);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    void showCaption();
+    void fillMenu();
+    void pass(QMouseEvent* event);
+
+    ScreenContext& context_;
+    std::string caption_;
+    CaptionParts parts_;
+    InnerControl<QPushButton>* button_;
+    QToolButton* variants_ = nullptr;
+    QMenu* menu_ = nullptr;
+    TSaveKind saveKind_ = TSaveKind::Save;
+    std::function<void(TSaveKind)> onSave_;
+};
+
+}  // namespace basalt::host

@@ -1,0 +1,404 @@
+#include "host/screens/smart_grid.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QHeaderView>
+#include <QJsonArray>
+#include <QKeyEvent>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <numeric>
+
+#include "ado/error.h"
+#include "ado/names.h"
+#include "host/screens/column_chooser.h"
+#include "host/screens/output_services.h"
+#include "host/screens/table_printer.h"
+#include "host/screens/table_text.h"
+#include "host/screens/table_workbook.h"
+
+namespace basalt::host {
+namespace {
+constexpr int kMeasuredRows = 60;
+constexpr int kCellPadding = 26;
+constexpr int kNarrowest = 56;
+constexpr int kWidestByContent = 420;
+constexpr int kTitlePadding = 14;
+}  // namespace
+
+// The grid as others read it: only what shows, in the order in which it shows.
+class SmartGrid::Content final : public TableContent {
+public:
+    Content(const SmartGrid& grid, const QHeaderView& header) : model_(grid.model_), title_(grid.description()) {
+        if (grid.headerLines_) headerLines_ = grid.headerLines_();
+        for (int place = 0; place < header.count(); ++place) {
+            const int column = header.logicalIndex(place);
+            if (header.isSectionHidden(column)) continue;
+            const int field = model_.field(column);
+            const TDataSet* rows = model_.dataSet();
+            columns_.push_back({.title = model_.column(column).Title,
+                                .type = rows && field >= 0 ? rows->fieldInfo(field).type : FieldType::Text,
+                                .displayFormat = model_.column(column).DisplayFormat,
+                                .width = header.sectionSize(column)});
+            sources_.push_back(column);
+        }
+    }
+
+    [[nodiscard]] QString title() const override { return title_; }
+    [[nodiscard]] std::vector<QString> headerLines() const override { return headerLines_; }
+    [[nodiscard]] const std::vector<TableColumn>& columns() const override { return columns_; }
+    [[nodiscard]] int rowCount() const override { return model_.rowCount(); }
+    [[nodiscard]] Value value(int row, int column) const override { return model_.value(row, source(column)); }
+    [[nodiscard]] QString shown(int row, int column) const override { return model_.shown(row, source(column)); }
+
+private:
+    [[nodiscard]] int source(int column) const { return sources_[static_cast<std::size_t>(column)]; }
+
+    const GridModel& model_;
+    QString title_;
+    std::vector<QString> headerLines_;
+    std::vector<TableColumn> columns_;
+    std::vector<int> sources_;
+};
+
+SmartGrid::SmartGrid(ScreenContext& context, const QString& objectName, QWidget* parent)
+    : TSmartDBGrid_VRO(parent), context_(context), view_(new GridView(model_, this)) {
+    setObjectName(objectName);
+    view_->setObjectName(objectName + QStringLiteral("_View"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(view_);
+    setFocusProxy(view_);
+    view_->viewport()->installEventFilter(this);
+
+    model_.onRowsChanged = [this] { rowsChanged(); };
+    model_.onCursorMoved = [this] { showCursor(); };
+    model_.onColumnsChanged = [this] {
+        applyVisibility();
+        measured_ = false;
+        layOutColumns();
+    };
+    QHeaderView* header = view_->horizontalHeader();
+    QObject::connect(view_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+                     [this](const QModelIndex& current) { takeCursor(current); });
+    QObject::connect(view_, &QTableView::doubleClicked, this, [this] {
+        if (OnDblClick) context_.guarded(this, [this] { OnDblClick(); });
+    });
+    QObject::connect(header, &QHeaderView::sectionClicked, this, [this](int column) { titleClicked(column); });
+    QObject::connect(header, &QHeaderView::sectionResized, this, [this](int column, int, int size) {
+        // A width that the user has drawn is kept; one that the layout gave is not.
+        if (!layingOut_ && size > 0) model_.arrangement(column).Width = size;
+    });
+    QObject::connect(view_, &QWidget::customContextMenuRequested, this,
+                     [this](const QPoint& at) { showMenu(view_->viewport()->mapToGlobal(at)); });
+    QObject::connect(header, &QWidget::customContextMenuRequested, this,
+                     [this, header](const QPoint& at) { showMenu(header->mapToGlobal(at)); });
+
+    addAction("GridCopy_ACT", "رونوشت", QKeySequence::Copy, &SmartGrid::copySelection);
+    addAction("GridColumns_ACT", "ستون‌ها…", {}, &SmartGrid::chooseColumns);
+    addAction("GridPrint_ACT", "پیش‌نمایش و چاپ…", QKeySequence::Print, &SmartGrid::print);
+    addAction("GridPdf_ACT", "خروجی PDF…", {}, &SmartGrid::exportPdf);
+    addAction("GridXlsx_ACT", "خروجی اکسل…", {}, &SmartGrid::exportWorkbook);
+    addAction("GridCsv_ACT", "خروجی CSV…", {}, &SmartGrid::exportCsv);
+}
+
+void SmartGrid::addAction(const char* objectName, const char* title, const QKeySequence& key,
+                          void (SmartGrid::*work)()) {
+    auto* action = new QAction(QString::fromUtf8(title), this);
+    action->setObjectName(QString::fromLatin1(objectName));
+    action->setShortcut(key);
+    action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    QObject::connect(action, &QAction::triggered, this,
+                     [this, work] { context_.guarded(this, [this, work] { (this->*work)(); }); });
+    QWidget::addAction(action);
+    actions_.push_back(action);
+}
+
+void SmartGrid::SetDataSource(TDataSource* source) {
+    measured_ = false;
+    model_.setSource(source);
+}
+
+int SmartGrid::AddColumn(const TGridColumn& column) {
+    return model_.addColumn(column);
+}
+
+void SmartGrid::checkIndex(int index, const char* operation) const {
+    if (index < 0 || index >= model_.columnCount())
+        throw UsageError(std::string(operation) + " of " + objectName().toStdString() + ": there is no column " +
+                         std::to_string(index));
+}
+
+void SmartGrid::SetColumn(int index, const TGridColumn& column) {
+    checkIndex(index, "SetColumn");
+    model_.setColumn(index, column);
+}
+
+TGridColumn SmartGrid::Column(int index) const {
+    checkIndex(index, "Column");
+    return model_.column(index);
+}
+
+void SmartGrid::RemoveColumn(int index) {
+    checkIndex(index, "RemoveColumn");
+    model_.removeColumnAt(index);
+}
+
+void SmartGrid::SetMultiSelect(bool on) {
+    view_->setSelectionMode(on ? QAbstractItemView::ExtendedSelection : QAbstractItemView::SingleSelection);
+}
+
+void SmartGrid::SetTitleLines(int lines) {
+    QHeaderView* header = view_->horizontalHeader();
+    Qt::Alignment alignment = Qt::AlignCenter;
+    if (lines > 1) alignment |= static_cast<Qt::Alignment>(static_cast<int>(Qt::TextWordWrap));
+    header->setDefaultAlignment(alignment);
+    header->setFixedHeight(std::max(1, lines) * header->fontMetrics().lineSpacing() + kTitlePadding);
+}
+
+int SmartGrid::CurrentRow() const {
+    const TDataSet* rows = model_.dataSet();
+    return rows && rows->RecordCount() > 0 ? rows->RecNo() - 1 : -1;
+}
+
+std::vector<int> SmartGrid::SelectedRows() const {
+    std::vector<int> rows;
+    for (const QModelIndex& index : view_->selectionModel()->selectedRows())
+        rows.push_back(model_.dataRow(index.row()));
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+void SmartGrid::rowsChanged() {
+    showCursor();
+    if (!measured_ && model_.rowCount() > 0) layOutColumns();
+    if (onRowsChanged) onRowsChanged();
+}
+
+// Data set to view.
+void SmartGrid::showCursor() {
+    if (followingCursor_) return;
+    followingCursor_ = true;
+    const int current = CurrentRow();
+    const int row = current < 0 ? -1 : model_.modelRow(current);
+    if (row < 0) {
+        view_->setCurrentIndex({});
+    } else {
+        const int column = std::max(0, view_->currentIndex().column());
+        const QModelIndex index = model_.index(row, column);
+        view_->setCurrentIndex(index);
+        if (!view_->selectionModel()->isRowSelected(row)) view_->selectRow(row);
+        view_->scrollTo(index);
+    }
+    followingCursor_ = false;
+    if (onRowsChanged) onRowsChanged();
+}
+
+// View to data set.
+void SmartGrid::takeCursor(const QModelIndex& current) {
+    if (followingCursor_ || !current.isValid()) return;
+    TDataSet* rows = model_.dataSet();
+    if (!rows || rows->RecordCount() == 0) return;
+    followingCursor_ = true;
+    context_.guarded(this, [&] { rows->RecNo(model_.dataRow(current.row()) + 1); });
+    followingCursor_ = false;
+    // Leaving a record can fail; the view then goes back to where the data set is.
+    if (CurrentRow() != model_.dataRow(current.row())) showCursor();
+    if (onRowsChanged) onRowsChanged();
+}
+
+void SmartGrid::titleClicked(int column) {
+    if (!model_.column(column).TitleButton) return;
+    sortBy(column, model_.sortColumn() == column && !model_.sortDescending());
+}
+
+void SmartGrid::sortBy(int column, bool descending) {
+    QHeaderView* header = view_->horizontalHeader();
+    header->setSortIndicatorShown(column >= 0);
+    if (column >= 0) header->setSortIndicator(column, descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+    model_.sortBy(column, descending);
+}
+
+void SmartGrid::applyVisibility() {
+    for (int column = 0; column < model_.columnCount(); ++column)
+        view_->setColumnHidden(column, !model_.column(column).Visible);
+}
+
+int SmartGrid::contentWidth(int column) const {
+    const QFontMetrics metrics = view_->fontMetrics();
+    // The title is as wide as its longest word when it may wrap, else as a whole.
+    int widest =
+        view_->horizontalHeader()->fontMetrics().horizontalAdvance(model_.column(column).Title) + kTitlePadding;
+    const int rows = std::min(model_.rowCount(), kMeasuredRows);
+    for (int row = 0; row < rows; ++row)
+        widest = std::max(widest, metrics.horizontalAdvance(model_.shown(row, column)));
+    return std::clamp(widest + kCellPadding, kNarrowest, kWidestByContent);
+}
+
+void SmartGrid::layOutColumns() {
+    if (layingOut_) return;
+    layingOut_ = true;
+    QHeaderView* header = view_->horizontalHeader();
+    std::vector<int> stretching;
+    std::vector<int> byContent;
+    int used = 0;
+    for (int column = 0; column < model_.columnCount(); ++column) {
+        if (header->isSectionHidden(column)) continue;
+        const TGridColumn& entry = model_.column(column);
+        const int width = entry.Width > 0 ? entry.Width : contentWidth(column);
+        header->resizeSection(column, width);
+        used += width;
+        if (entry.Width > 0) continue;
+        byContent.push_back(column);
+        if (!model_.isNumberColumn(column)) stretching.push_back(column);
+    }
+    if (stretching.empty()) stretching = byContent;
+    int spare = view_->viewport()->width() - used;
+    for (std::size_t i = 0; i < stretching.size() && spare > 0; ++i) {
+        const int share = spare / static_cast<int>(stretching.size() - i);
+        header->resizeSection(stretching[i], header->sectionSize(stretching[i]) + share);
+        spare -= share;
+    }
+    measured_ = model_.rowCount() > 0;
+    layingOut_ = false;
+}
+
+bool SmartGrid::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Resize) layOutColumns();
+    return TSmartDBGrid_VRO::eventFilter(watched, event);
+}
+
+void SmartGrid::showEvent(QShowEvent* event) {
+    TSmartDBGrid_VRO::showEvent(event);
+    layOutColumns();
+    if (view_->currentIndex().isValid()) view_->scrollTo(view_->currentIndex());
+}
+
+void SmartGrid::keyPressEvent(QKeyEvent* event) {
+    if (!view_->take(event)) event->ignore();
+}
+
+QJsonObject SmartGrid::arrangement() const {
+    const QHeaderView* header = view_->horizontalHeader();
+    QJsonArray columns;
+    for (int place = 0; place < header->count(); ++place) {
+        const int index = header->logicalIndex(place);
+        const TGridColumn& column = model_.column(index);
+        columns.append(QJsonObject{{QStringLiteral("field"), QString::fromStdString(column.FieldName)},
+                                   {QStringLiteral("width"), column.Width},
+                                   {QStringLiteral("visible"), column.Visible}});
+    }
+    QJsonObject all{{QStringLiteral("columns"), columns}};
+    if (model_.sortColumn() >= 0) {
+        all.insert(QStringLiteral("sort"), QString::fromStdString(model_.column(model_.sortColumn()).FieldName));
+        all.insert(QStringLiteral("descending"), model_.sortDescending());
+    }
+    return all;
+}
+
+void SmartGrid::arrange(const QJsonObject& arrangement) {
+    QHeaderView* header = view_->horizontalHeader();
+    const auto indexOf = [&](const QString& field) {
+        for (int column = 0; column < model_.columnCount(); ++column)
+            if (sameName(model_.column(column).FieldName, field.toStdString())) return column;
+        return -1;
+    };
+    int place = 0;
+    for (const QJsonValue& entry : arrangement.value(QStringLiteral("columns")).toArray()) {
+        const QJsonObject kept = entry.toObject();
+        const int column = indexOf(kept.value(QStringLiteral("field")).toString());
+        if (column < 0) continue;
+        TGridColumn& state = model_.arrangement(column);
+        state.Width = std::clamp(kept.value(QStringLiteral("width")).toInt(state.Width), 0, 4000);
+        // What the screen keeps out of the user's reach stays as the screen has it.
+        if (state.VisibleForCustomization) state.Visible = kept.value(QStringLiteral("visible")).toBool(state.Visible);
+        if (const int at = header->visualIndex(column); at != place) header->moveSection(at, place);
+        ++place;
+    }
+    applyVisibility();
+    layOutColumns();
+    const int sorted = indexOf(arrangement.value(QStringLiteral("sort")).toString());
+    if (sorted >= 0) sortBy(sorted, arrangement.value(QStringLiteral("descending")).toBool());
+}
+
+void SmartGrid::setDescription(std::function<QString()> title, std::function<std::vector<QString>()> headerLines) {
+    title_ = std::move(title);
+    headerLines_ = std::move(headerLines);
+}
+
+QString SmartGrid::description() const {
+    QString title = title_ ? title_() : QString();
+    return title.isEmpty() ? QStringLiteral("فهرست") : title;
+}
+
+std::unique_ptr<SmartGrid::Content> SmartGrid::content() const {
+    return std::make_unique<Content>(*this, *view_->horizontalHeader());
+}
+
+void SmartGrid::showMenu(const QPoint& at) {
+    QMenu menu(this);
+    menu.setObjectName(objectName() + QStringLiteral("_Menu"));
+    if (menuHead_) menuHead_(menu);
+    if (!menu.isEmpty()) menu.addSeparator();
+    menu.addActions(actions_);
+    menu.exec(at);
+}
+
+void SmartGrid::copySelection() {
+    std::vector<int> rows;
+    for (const QModelIndex& index : view_->selectionModel()->selectedRows())
+        rows.push_back(index.row());
+    std::sort(rows.begin(), rows.end());
+    if (rows.empty()) return;
+    QApplication::clipboard()->setText(tabSeparated(*content(), rows));
+}
+
+void SmartGrid::chooseColumns() {
+    std::vector<ColumnChoice> choices;
+    const QHeaderView* header = view_->horizontalHeader();
+    for (int place = 0; place < header->count(); ++place) {
+        const int column = header->logicalIndex(place);
+        const TGridColumn& entry = model_.column(column);
+        if (entry.VisibleForCustomization) choices.push_back({column, entry.Title, entry.Visible});
+    }
+    ColumnChooser chooser(choices, window());
+    if (chooser.exec() != QDialog::Accepted) return;
+    int place = 0;
+    for (const ColumnChoice& choice : chooser.choices()) {
+        model_.arrangement(choice.column).Visible = choice.visible;
+        view_->horizontalHeader()->moveSection(header->visualIndex(choice.column), place++);
+    }
+    applyVisibility();
+    layOutColumns();
+}
+
+void SmartGrid::print() {
+    const auto table = content();
+    const QString footer = QString::fromStdString(context_.host().NowDate("/"));
+    checkPrintable(*table);
+    context_.output().preview(window(), table->title(),
+                              [&](QPrinter& printer) { paintTable(*table, footer, printer); });
+}
+
+void SmartGrid::save(const QString& title, const QString& suffix,
+                     const std::function<void(const TableContent&, const QString&)>& write) {
+    const auto table = content();
+    const auto path = context_.output().chooseFile(window(), title, table->title(), suffix);
+    if (path) write(*table, *path);
+}
+
+void SmartGrid::exportPdf() {
+    save(QStringLiteral("خروجی PDF"), QStringLiteral("pdf"), [this](const TableContent& table, const QString& path) {
+        writePdf(table, QString::fromStdString(context_.host().NowDate("/")), path);
+    });
+}
+
+void SmartGrid::exportWorkbook() {
+    save(QStringLiteral("خروجی اکسل"), QStringLiteral("xlsx"), &writeWorkbook);
+}
+
+void SmartGrid::exportCsv() {
+    save(QStringLiteral("خروجی CSV"), QStringLiteral("csv"), &writeCsv);
+}
+
+}  // namespace basalt::host

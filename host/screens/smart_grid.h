@@ -1,0 +1,97 @@
+// The host's grid.
+//
+// Rows that it reports (CurrentRow, SelectedRows) are rows of the data set, whatever the sort order on the screen; rows
+// of View() are as they are seen.
+#pragma once
+
+#include <QAction>
+#include <QJsonObject>
+#include <QMenu>
+#include <functional>
+#include <memory>
+
+#include "host/screens/grid_model.h"
+#include "host/screens/grid_view.h"
+#include "host/screens/screen_context.h"
+#include "host/screens/table_content.h"
+
+namespace basalt::host {
+
+class SmartGrid final : public TSmartDBGrid_VRO {
+public:
+    SmartGrid(ScreenContext& context, const QString& objectName, QWidget* parent);
+
+    void SetDataSource(TDataSource* source) override;
+    int AddColumn(const TGridColumn& column) override;
+    void SetColumn(int index, const TGridColumn& column) override;
+    [[nodiscard]] TGridColumn Column(int index) const override;
+    [[nodiscard]] int ColumnCount() const override { return model_.columnCount(); }
+    void RemoveColumn(int index) override;
+    void SetMultiSelect(bool on) override;
+    void SetTitleLines(int lines) override;
+    [[nodiscard]] int CurrentRow() const override;
+    [[nodiscard]] std::vector<int> SelectedRows() const override;
+    [[nodiscard]] QAbstractItemView* View() override { return view_; }
+
+    [[nodiscard]] GridModel& model() { return model_; }
+    [[nodiscard]] const GridModel& model() const { return model_; }
+    // Sorts by a column, keeping the current record; -1 is the data set's own order.
+    void sortBy(int column, bool descending);
+
+    // The order, widths and visibility of the columns and the sort, as one object; fields that are not there any more
+    // are passed over.
+    [[nodiscard]] QJsonObject arrangement() const;
+    void arrange(const QJsonObject& arrangement);
+
+    // Copy, columns, print, PDF, XLSX and CSV, in the order of menus.
+    [[nodiscard]] const QList<QAction*>& gridActions() const { return actions_; }
+    // What a context menu shows above the grid's own actions.
+    void setMenuHead(std::function<void(QMenu&)> head) { menuHead_ = std::move(head); }
+    // Titles prints and files, and gives the lines above a printed list.
+    void setDescription(std::function<QString()> title, std::function<std::vector<QString>()> headerLines);
+    // Told when the current record or the rows have changed.
+    std::function<void()> onRowsChanged;
+
+    void copySelection();
+    void chooseColumns();
+    void print();
+    void exportPdf();
+    void exportWorkbook();
+    void exportCsv();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    class Content;
+
+    void checkIndex(int index, const char* operation) const;
+    void addAction(const char* objectName, const char* title, const QKeySequence& key, void (SmartGrid::*work)());
+    void rowsChanged();
+    void showCursor();
+    void takeCursor(const QModelIndex& current);
+    void titleClicked(int column);
+    void showMenu(const QPoint& at);
+    void applyVisibility();
+    void layOutColumns();
+    [[nodiscard]] int contentWidth(int column) const;
+    [[nodiscard]] std::unique_ptr<Content> content() const;
+    [[nodiscard]] QString description() const;
+    void save(const QString& title, const QString& suffix,
+              const std::function<void(const TableContent&, const QString&)>& write);
+
+    ScreenContext& context_;
+    GridModel model_;
+    GridView* view_;
+    QList<QAction*> actions_;
+    std::function<void(QMenu&)> menuHead_;
+    std::function<QString()> title_;
+    std::function<std::vector<QString>()> headerLines_;
+    bool followingCursor_ = false;
+    bool layingOut_ = false;
+    bool measured_ = false;  // widths by content have been taken from rows
+};
+
+}  // namespace basalt::host

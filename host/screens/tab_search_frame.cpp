@@ -1,0 +1,67 @@
+#include "host/screens/tab_search_frame.h"
+
+#include <QHBoxLayout>
+
+#include "ado/error.h"
+#include "host/screens/search_condition.h"
+
+namespace basalt::host {
+
+TabSearchFrame::TabSearchFrame(ScreenContext& context, const QString& objectName, QWidget* parent)
+    : TTab_Search_Frame(parent), context_(context), tabs_(new QTabBar(this)), change_(context, *this) {
+    setObjectName(objectName);
+    tabs_->setObjectName(objectName + QStringLiteral("_TBC"));
+    tabs_->setDrawBase(false);
+    tabs_->setExpanding(false);
+    tabs_->setFocusPolicy(Qt::StrongFocus);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(tabs_);
+    layout->addStretch(1);
+    setFocusProxy(tabs_);
+    QObject::connect(tabs_, &QTabBar::currentChanged, this, [this] {
+        if (change_.isMuted()) return;
+        context_.guarded(this, [this] {
+            if (OnTabChange) {
+                OnTabChange();
+            } else {
+                Search_TBCChange();
+            }
+        });
+    });
+}
+
+void TabSearchFrame::init() {
+    Clear();
+}
+
+std::string TabSearchFrame::Filter() const {
+    const int index = tabs_->currentIndex();
+    if (index < 0 || field_.empty()) return {};
+    return equalCondition(field_, values_[static_cast<std::size_t>(index)]);
+}
+
+void TabSearchFrame::Clear() {
+    change_.mute(true);
+    if (tabs_->count() > 0) tabs_->setCurrentIndex(0);
+    change_.mute(false);
+}
+
+void TabSearchFrame::FocusFirst() {
+    tabs_->setFocus();
+}
+
+void TabSearchFrame::AddTab(const std::string& title, const std::string& value) {
+    change_.mute(true);
+    values_.push_back(value);
+    tabs_->addTab(QString::fromStdString(title));
+    change_.mute(false);
+}
+
+void TabSearchFrame::SetTabIndex(int index) {
+    if (index < 0 || index >= tabs_->count())
+        throw UsageError("SetTabIndex of " + objectName().toStdString() + ": there is no tab " + std::to_string(index));
+    tabs_->setCurrentIndex(index);
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,37 @@
+// What a grid gives to copying, printing and exporting: its visible columns in the user's order, its rows in the user's
+// sort order.
+#pragma once
+
+#include <QString>
+#include <string>
+#include <vector>
+
+#include "ado/rowset.h"
+#include "ado/value.h"
+
+namespace basalt::host {
+
+struct TableColumn {
+    QString title;
+    FieldType type = FieldType::Text;
+    std::string displayFormat;
+    int width = 100;  // pixels, for proportions
+};
+
+class TableContent {
+public:
+    virtual ~TableContent() = default;
+    [[nodiscard]] virtual QString title() const = 0;
+    [[nodiscard]] virtual std::vector<QString> headerLines() const = 0;  // above a printed table
+    [[nodiscard]] virtual const std::vector<TableColumn>& columns() const = 0;
+    [[nodiscard]] virtual int rowCount() const = 0;
+    // Rows and columns count from 0.
+    [[nodiscard]] virtual Value value(int row, int column) const = 0;
+    [[nodiscard]] virtual QString shown(int row, int column) const = 0;  // with Persian digits
+};
+
+[[nodiscard]] inline bool isNumber(FieldType type) {
+    return type != FieldType::Boolean && (isIntegral(type) || type == FieldType::Float || type == FieldType::Decimal);
+}
+
+}  // namespace basalt::host

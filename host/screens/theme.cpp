@@ -1,0 +1,112 @@
+#include "host/screens/theme.h"
+
+#include <QFile>
+#include <QFontDatabase>
+#include <QPalette>
+#include <QStyleFactory>
+#include <array>
+#include <utility>
+
+// The resource lives in a static library, which registers nothing by itself. Q_INIT_RESOURCE must stand outside of any
+// namespace.
+static void initializeThemeResource() {
+    Q_INIT_RESOURCE(host_screens);
+}
+
+namespace basalt::host {
+namespace {
+
+void loadFonts() {
+    for (const char* file : {"Regular", "Medium", "Bold"})
+        QFontDatabase::addApplicationFont(QStringLiteral(":/basalt/fonts/Vazirmatn-%1.ttf").arg(QLatin1String(file)));
+}
+
+void loadResources() {
+    static const bool loaded = [] {
+        initializeThemeResource();
+        loadFonts();
+        return true;
+    }();
+    static_cast<void>(loaded);
+}
+
+QPalette themePalette() {
+    const ThemeColors& colors = themeColors();
+    QPalette palette;
+    palette.setColor(QPalette::Window, colors.window);
+    palette.setColor(QPalette::WindowText, colors.text);
+    palette.setColor(QPalette::Base, colors.surface);
+    palette.setColor(QPalette::AlternateBase, colors.alternate);
+    palette.setColor(QPalette::Text, colors.text);
+    palette.setColor(QPalette::PlaceholderText, colors.muted);
+    palette.setColor(QPalette::Button, colors.surface);
+    palette.setColor(QPalette::ButtonText, colors.text);
+    palette.setColor(QPalette::ToolTipBase, colors.text);
+    palette.setColor(QPalette::ToolTipText, colors.surface);
+    palette.setColor(QPalette::Highlight, colors.selection);
+    palette.setColor(QPalette::HighlightedText, colors.text);
+    palette.setColor(QPalette::Link, colors.accent);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, colors.disabled);
+    return palette;
+}
+
+QString themeStyleSheet() {
+    QFile file(QStringLiteral(":/basalt/style/theme.qss"));
+    if (!file.open(QIODevice::ReadOnly)) return {};
+    return withThemeColors(QString::fromUtf8(file.readAll()));
+}
+
+}  // namespace
+
+const ThemeColors& themeColors() {
+    static const ThemeColors colors;
+    return colors;
+}
+
+QString withThemeColors(QString sheet) {
+    const ThemeColors& colors = themeColors();
+    const std::array<std::pair<const char*, QColor>, 18> names{{
+        {"@window@", colors.window},
+        {"@surface@", colors.surface},
+        {"@raised@", colors.raised},
+        {"@border@", colors.border},
+        {"@borderStrong@", colors.borderStrong},
+        {"@text@", colors.text},
+        {"@muted@", colors.muted},
+        {"@disabled@", colors.disabled},
+        {"@accent@", colors.accent},
+        {"@accentDark@", colors.accentDark},
+        {"@accentSoft@", colors.accentSoft},
+        {"@selection@", colors.selection},
+        {"@alternate@", colors.alternate},
+        {"@danger@", colors.danger},
+        {"@dangerSoft@", colors.dangerSoft},
+        {"@warning@", colors.warning},
+        {"@warningSoft@", colors.warningSoft},
+        {"@success@", colors.success},
+    }};
+    for (const auto& [name, color] : names)
+        sheet.replace(QLatin1String(name), color.name());
+    return sheet;
+}
+
+QFont themeFont(qreal pointSize, QFont::Weight weight) {
+    loadResources();
+    QFont font(QStringLiteral("Vazirmatn"));
+    font.setPointSizeF(pointSize);
+    font.setWeight(weight);
+    return font;
+}
+
+void applyTheme(QApplication& application) {
+    if (application.property("basaltTheme").toBool()) return;
+    application.setProperty("basaltTheme", true);
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setFont(themeFont());
+    QApplication::setPalette(themePalette());
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    application.setStyleSheet(themeStyleSheet());
+}
+
+}  // namespace basalt::host
