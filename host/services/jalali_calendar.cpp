@@ -141,14 +141,15 @@ JalaliDate toJalali(int year, int month, int day) {
         throw UsageError("there is no day " + std::to_string(year) + "-" + std::to_string(month) + "-" +
                          std::to_string(day));
     }
+    // The year begins in March: the first days of a Gregorian year belong to the Jalali year that began in the last
+    // one.
     int jalaliYear = year - 621;
+    const auto firstDay = [](int y) { return daysFromJalali({y, 1, 1}); };
+    const bool known = jalaliYear >= kFirstYear && jalaliYear <= kLastYear;
+    if (!known || days < firstDay(jalaliYear)) --jalaliYear;
     checkYear(jalaliYear);
-    std::int64_t passed = days - daysFromJalali({jalaliYear, 1, 1});
-    if (passed < 0) {
-        --jalaliYear;
-        checkYear(jalaliYear);
-        passed = days - daysFromJalali({jalaliYear, 1, 1});
-    }
+    std::int64_t passed = days - firstDay(jalaliYear);
+    if (passed >= (isLeapYear(jalaliYear) ? 366 : 365)) checkYear(jalaliYear + 1);
     if (passed < 186) return {jalaliYear, static_cast<int>(passed / 31) + 1, static_cast<int>(passed % 31) + 1};
     passed -= 186;
     return {jalaliYear, static_cast<int>(passed / 30) + 7, static_cast<int>(passed % 30) + 1};

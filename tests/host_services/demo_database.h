@@ -1,0 +1,88 @@
+// A database with the demo company for one test: in memory, or as a file that several clients open.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engines/embedded/embedded_session.h"
+#include "host/services/deploy.h"
+#include "host/services/reference_host.h"
+#include "host/services/sql_access.h"
+
+namespace basalt::host {
+
+// The rows of a statement, each as its cells with "|" between; null reads as "NULL".
+inline std::vector<std::string> linesOf(Session& session, const std::string& sql) {
+    const RowSet rows = rowsOf(session, sql);
+    std::vector<std::string> lines;
+    for (std::size_t row = 0; row < rows.rowCount(); ++row) {
+        std::string line;
+        for (std::size_t column = 0; column < rows.columnCount(); ++column) {
+            if (column > 0) line += "|";
+            line += rows.column(column).isNull(row) ? "NULL" : textAt(rows, column, row);
+        }
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+inline std::unique_ptr<Session> openDatabase(const std::string& path) {
+    return embedded::EmbeddedSession::open(path, {.createIfMissing = true});
+}
+
+// Host options that leave no file behind.
+inline HostOptions workstation(const std::string& name) {
+    return {.workstationName = name, .persistOptions = false};
+}
+
+// One client with a database of its own in memory.
+class DemoDatabaseTest : public ::testing::Test {
+protected:
+    DemoDatabaseTest() { deployDatabase(*session, {.demo = true}); }
+
+    std::unique_ptr<Session> session = openDatabase(":memory:");
+};
+
+// A file that goes away with the test.
+class DemoFileTest : public ::testing::Test {
+protected:
+    DemoFileTest() : folder_(std::filesystem::temp_directory_path() / ("basalt-demo-" + std::to_string(getpid()))) {
+        std::filesystem::remove_all(folder_);
+        std::filesystem::create_directories(folder_);
+        deployDatabase(*openDatabase(path()), {.demo = true});
+    }
+    ~DemoFileTest() override { std::filesystem::remove_all(folder_); }
+
+    [[nodiscard]] std::string path() const { return (folder_ / "demo.basalt").string(); }
+
+private:
+    std::filesystem::path folder_;
+};
+
+// Shows nothing, keeps what was asked, answers from a list; a question beyond the list fails the test.
+class QueuedMessages final : public MessageService {
+public:
+    ~QueuedMessages() override { EXPECT_TRUE(answers.empty()) << "questions were expected that nobody asked"; }
+
+    int show(const MessageRequest& request) override {
+        shown.push_back(request);
+        if (!request.isQuestion()) return mrNone;
+        if (answers.empty()) {
+            ADD_FAILURE() << "nobody expected the question " << request.operation;
+            return mrNone;
+        }
+        const int answer = answers.front();
+        answers.erase(answers.begin());
+        return answer;
+    }
+
+    std::vector<MessageRequest> shown;
+    std::vector<int> answers;
+};
+
+}  // namespace basalt::host

@@ -1,0 +1,83 @@
+#include "host/services/ini_options.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <fstream>
+
+namespace basalt::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+class IniOptionsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        folder_ = fs::temp_directory_path() / ("basalt-options-" + std::to_string(getpid()));
+        fs::remove_all(folder_);
+    }
+    void TearDown() override { fs::remove_all(folder_); }
+
+    fs::path folder_;
+};
+
+TEST_F(IniOptionsTest, comeBackAsTheyWereSaved) {
+    {
+        IniOptionsFile file(folder_ / "deeper");
+        file.options().workstationName = "صندوق «۲»";
+        file.options().lastUserName = "cashier";
+        file.options().persianDigits = false;
+        file.options().fontSize = 14;
+        file.save();
+    }
+    const IniOptionsFile file(folder_ / "deeper");
+    EXPECT_EQ(file.options().workstationName, "صندوق «۲»");
+    EXPECT_EQ(file.options().lastUserName, "cashier");
+    EXPECT_FALSE(file.options().persianDigits);
+    EXPECT_EQ(file.options().fontSize, 14);
+    EXPECT_EQ(file.warning(), "");
+}
+
+TEST_F(IniOptionsTest, withoutAFileTheMachineNamesTheWorkstation) {
+    const IniOptionsFile file(folder_);
+    EXPECT_NE(file.options().workstationName, "");
+    EXPECT_EQ(file.options().fontSize, 10);
+    EXPECT_FALSE(fs::exists(folder_));
+}
+
+TEST_F(IniOptionsTest, aDamagedFileIsKeptBesideAndSaid) {
+    fs::create_directories(folder_);
+    std::ofstream(folder_ / "workstation.json") << "{ not json";
+    const IniOptionsFile file(folder_);
+    EXPECT_EQ(file.options().fontSize, 10);
+    EXPECT_THAT(file.warning(), ::testing::HasSubstr("workstation.json.damaged"));
+    EXPECT_TRUE(fs::exists(folder_ / "workstation.json.damaged"));
+    EXPECT_FALSE(fs::exists(folder_ / "workstation.json"));
+}
+
+TEST_F(IniOptionsTest, valuesOutOfRangeLeaveTheDefault) {
+    fs::create_directories(folder_);
+    std::ofstream(folder_ / "workstation.json")
+        << R"({"fontSize": 400, "workstationName": "", "lastUserName": "manager"})";
+    const IniOptionsFile file(folder_);
+    EXPECT_EQ(file.options().fontSize, 10);
+    EXPECT_NE(file.options().workstationName, "");
+    EXPECT_EQ(file.options().lastUserName, "manager");
+}
+
+TEST_F(IniOptionsTest, aFolderThatCannotBeWrittenIsSaid) {
+    std::ofstream(folder_.string()) << "a file where the folder should be";
+    const IniOptionsFile file(folder_);
+    EXPECT_THROW(file.save(), std::runtime_error);
+}
+
+TEST_F(IniOptionsTest, withoutAFolderNothingIsKept) {
+    IniOptionsFile file{fs::path()};
+    file.options().lastUserName = "manager";
+    file.save();
+    EXPECT_EQ(IniOptionsFile{fs::path()}.options().lastUserName, "");
+}
+
+}  // namespace
+}  // namespace basalt::host

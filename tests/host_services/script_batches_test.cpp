@@ -1,0 +1,57 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "database/scripts.h"
+#include "host/services/deploy.h"
+
+namespace basalt::host {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+TEST(ScriptBatches, goesByLinesThatSayGo) {
+    EXPECT_THAT(splitBatches("select 1\ngo\nselect 2\n  GO \nselect 3"),
+                ElementsAre("select 1\n", "select 2\n", "select 3"));
+    EXPECT_THAT(splitBatches("select 1\r\nGo\r\nselect 2\r\n"), ElementsAre("select 1\r\n", "select 2\r\n"));
+}
+
+TEST(ScriptBatches, emptyBatchesAreLeftOut) {
+    EXPECT_THAT(splitBatches(""), IsEmpty());
+    EXPECT_THAT(splitBatches("go\n\ngo\n  \n"), IsEmpty());
+    EXPECT_THAT(splitBatches("go\nselect 1\ngo\ngo"), ElementsAre("select 1\n"));
+}
+
+TEST(ScriptBatches, goInsideTextsAndCommentsIsText) {
+    for (const char* script : {"select 'a\ngo\nb'", "select 'it''s\ngo\n'", "select 1 as [a\ngo\n]",
+                               "/* a\ngo\n*/ select 1", "/* /* */\ngo\n*/ select 1", "select \"a\ngo\n\""}) {
+        EXPECT_THAT(splitBatches(script), ElementsAre(script));
+    }
+}
+
+TEST(ScriptBatches, marksInsideOtherTextsMeanNothing) {
+    EXPECT_THAT(splitBatches("select 1 -- it's\ngo\nselect 2"), ElementsAre("select 1 -- it's\n", "select 2"));
+    EXPECT_THAT(splitBatches("select '/*'\ngo\nselect '*/'"), ElementsAre("select '/*'\n", "select '*/'"));
+    EXPECT_THAT(splitBatches("select 1 as [a'b]\ngo\nselect 2"), ElementsAre("select 1 as [a'b]\n", "select 2"));
+}
+
+TEST(ScriptBatches, wordsThatBeginWithGoAreNoSeparators) {
+    EXPECT_THAT(splitBatches("goods\ngoto x\nselect go\n"), ElementsAre("goods\ngoto x\nselect go\n"));
+}
+
+TEST(DatabaseScripts, tablesComeBeforeTheDemoData) {
+    bool demo = false;
+    std::set<std::string_view> names;
+    for (const auto& script : database::scripts()) {
+        EXPECT_TRUE(names.insert(script.name).second) << script.name;
+        EXPECT_FALSE(script.text.empty()) << script.name;
+        EXPECT_FALSE(demo && !script.demo) << script.name << " would run after the demo data";
+        demo = script.demo;
+    }
+    EXPECT_TRUE(demo);
+}
+
+}  // namespace
+}  // namespace basalt::host
