@@ -1,0 +1,103 @@
+#include "host/desktop/argument_form.h"
+
+#include <QLabel>
+
+#include "host/screens/persian_digits.h"
+
+namespace basalt::host {
+namespace {
+
+constexpr int kTextHeight = 76;
+
+QString typeTitle(const std::string& type) {
+    if (type == "integer") return QStringLiteral("عدد صحیح");
+    if (type == "amount") return QStringLiteral("مبلغ یا مقدار");
+    if (type == "text") return QStringLiteral("متن");
+    if (type == "record") return QStringLiteral("رکورد، به شکل {\"Code\": 3, \"Name\": \"…\"}");
+    if (type == "list") return QStringLiteral("فهرست، به شکل [1, 2]");
+    return QString::fromStdString(type);
+}
+
+}  // namespace
+
+ArgumentForm::ArgumentForm(QWidget* parent) : QWidget(parent), layout_(new QFormLayout(this)) {
+    setObjectName(QStringLiteral("Arguments_PNL"));
+    // Parameters bear Latin names: the form reads from the left.
+    setLayoutDirection(Qt::LeftToRight);
+    layout_->setContentsMargins(0, 0, 0, 0);
+    layout_->setVerticalSpacing(8);
+    layout_->setHorizontalSpacing(14);
+    layout_->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    layout_->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+}
+
+QWidget* ArgumentForm::makeEditor(Input& input) {
+    const std::string& type = input.parameter.type;
+    if (type == "flag") return input.box = new QCheckBox;
+    if (type == "record" || type == "list") {
+        input.text = new QPlainTextEdit;
+        input.text->setFixedHeight(kTextHeight);
+        input.text->setPlaceholderText(typeTitle(type));
+        input.text->setTabChangesFocus(true);
+        return input.text;
+    }
+    input.edit = new QLineEdit;
+    input.edit->setPlaceholderText(typeTitle(type));
+    return input.edit;
+}
+
+void ArgumentForm::setParameters(const std::vector<FunctionParameter>& parameters) {
+    inputs_.clear();
+    while (layout_->rowCount() > 0)
+        layout_->removeRow(0);
+    for (const FunctionParameter& parameter : parameters) {
+        if (!parameter.input) continue;
+        Input input{.parameter = parameter};
+        const QString name = QString::fromStdString(parameter.name);
+        QWidget* editor = makeEditor(input);
+        editor->setObjectName(name + (input.box ? QStringLiteral("_CHK") : QStringLiteral("_EDT")));
+        editor->setAccessibleName(name);
+        editor->setAccessibleDescription(typeTitle(parameter.type));
+        auto* label = new QLabel(name);
+        label->setProperty("kind", QStringLiteral("field"));
+        label->setBuddy(editor);
+        layout_->addRow(label, editor);
+        inputs_.push_back(input);
+    }
+    if (inputs_.empty()) {
+        auto* none = new QLabel(QStringLiteral("این تابع ورودی ندارد."));
+        none->setProperty("kind", QStringLiteral("hint"));
+        none->setLayoutDirection(Qt::RightToLeft);
+        layout_->addRow(none);
+    }
+}
+
+CallArguments ArgumentForm::arguments() const {
+    CallArguments given;
+    for (const Input& input : inputs_) {
+        const auto give = [&](Datum value) { given.named.emplace_back(input.parameter.name, std::move(value)); };
+        if (input.box) {
+            give(Datum(input.box->isChecked()));
+        } else if (input.text) {
+            const QString text = input.text->toPlainText().trimmed();
+            if (!text.isEmpty()) give(Datum(text.toStdString()));
+        } else if (input.parameter.type == "text") {
+            give(Datum(input.edit->text().toStdString()));
+        } else {
+            const QString text = latinDigits(input.edit->text().trimmed());
+            if (!text.isEmpty()) give(Datum(text.toStdString()));
+        }
+    }
+    return given;
+}
+
+bool ArgumentForm::focusFirst() {
+    if (inputs_.empty()) return false;
+    const Input& first = inputs_.front();
+    for (QWidget* editor :
+         {static_cast<QWidget*>(first.edit), static_cast<QWidget*>(first.box), static_cast<QWidget*>(first.text)})
+        if (editor) editor->setFocus();
+    return true;
+}
+
+}  // namespace basalt::host

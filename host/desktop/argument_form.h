@@ -1,0 +1,44 @@
+// A form made from a function's parameters: one input for each argument.
+//
+//   form.setParameters(entry.parameters);
+//   CallArguments arguments = form.arguments();
+#pragma once
+
+#include <QCheckBox>
+#include <QFormLayout>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QWidget>
+#include <vector>
+
+#include "host/calls/arguments.h"
+
+namespace basalt::host {
+
+class ArgumentForm final : public QWidget {
+public:
+    explicit ArgumentForm(QWidget* parent = nullptr);
+
+    // Builds empty inputs for the parameters that a caller gives.
+    void setParameters(const std::vector<FunctionParameter>& parameters);
+    // What was typed, by parameter name. An input left empty is not given, unless it is a text. Digits of numbers are
+    // made Latin.
+    [[nodiscard]] CallArguments arguments() const;
+    // The first input; false when there is none.
+    bool focusFirst();
+
+private:
+    struct Input {
+        FunctionParameter parameter;
+        QLineEdit* edit = nullptr;
+        QCheckBox* box = nullptr;
+        QPlainTextEdit* text = nullptr;  // records and lists, as JSON
+    };
+
+    [[nodiscard]] static QWidget* makeEditor(Input& input);
+
+    QFormLayout* layout_;
+    std::vector<Input> inputs_;
+};
+
+}  // namespace basalt::host

@@ -1,0 +1,219 @@
+#include "host/desktop/call_view.h"
+
+#include <QHeaderView>
+#include <QStyle>
+#include <QVBoxLayout>
+
+#include "host/calls/answer.h"
+#include "host/screens/persian_digits.h"
+
+namespace basalt::host {
+namespace {
+
+enum Tab { kResult, kStatements, kQueries, kMessages, kEvents };
+
+void prepare(QTableView& table) {
+    // Names, statements and values of a call read from the left.
+    table.setLayoutDirection(Qt::LeftToRight);
+    table.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table.setSelectionBehavior(QAbstractItemView::SelectRows);
+    table.setAlternatingRowColors(true);
+    table.setShowGrid(false);
+    table.setWordWrap(true);
+    table.setTabKeyNavigation(false);
+    table.horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter);
+    table.horizontalHeader()->setHighlightSections(false);
+    table.horizontalHeader()->setStretchLastSection(true);
+}
+
+void fill(QTableWidget& table, const std::vector<QStringList>& rows) {
+    table.setRowCount(static_cast<int>(rows.size()));
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        int column = 0;
+        for (const QString& text : rows[row]) {
+            auto* item = new QTableWidgetItem(text);
+            item->setToolTip(text);
+            table.setItem(static_cast<int>(row), column++, item);
+        }
+    }
+    table.resizeRowsToContents();
+}
+
+QString textOf(const Datum& value) {
+    if (value.isNull()) return QStringLiteral("null");
+    return QString::fromStdString(value.isRecord() || value.isList() ? value.toJson() : value.asText());
+}
+
+QString statementText(const SentStatement& statement) {
+    std::string text = statement.procedure.empty() ? statement.text : statement.procedure;
+    std::string values;
+    for (const Argument& parameter : statement.parameters)
+        values += (values.empty() ? "" : ", ") + parameter.name + " = " + Datum::from(parameter.value).toJson();
+    if (!values.empty()) text += "\n" + values;
+    return QString::fromStdString(text);
+}
+
+}  // namespace
+
+CallView::CallView(const MessageCatalogue& catalogue, QWidget* parent) : QWidget(parent), catalogue_(catalogue) {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(8);
+    state_ = new QLabel;
+    state_->setObjectName(QStringLiteral("CallState_LBL"));
+    state_->setWordWrap(true);
+    layout->addWidget(state_);
+    tabs_ = new QTabWidget;
+    tabs_->setObjectName(QStringLiteral("Result_TAB"));
+    tabs_->setDocumentMode(true);
+    layout->addWidget(tabs_, 1);
+    result_ = addTable("Result_GRD", QStringLiteral("نتیجه"), {QStringLiteral("نام"), QStringLiteral("مقدار")});
+    statements_ = addTable("Statements_GRD", QStringLiteral("دستورها"),
+                           {QStringLiteral("جزء"), QStringLiteral("کار"), QStringLiteral("متن")});
+    addQueries();
+    messages_ = addTable("Messages_GRD", QStringLiteral("پیام‌ها"),
+                         {QStringLiteral("پیام"), QStringLiteral("پاسخ"), QStringLiteral("متن")});
+    events_ = addTable("Events_GRD", QStringLiteral("رویدادها"),
+                       {QStringLiteral("بخش"), QStringLiteral("مجوز"), QStringLiteral("متن")});
+    clear();
+}
+
+QTableWidget* CallView::addTable(const char* objectName, const QString& title, const QStringList& columns) {
+    auto* table = new QTableWidget(0, static_cast<int>(columns.size()));
+    table->setObjectName(QString::fromLatin1(objectName));
+    table->setAccessibleName(title);
+    table->setHorizontalHeaderLabels(columns);
+    prepare(*table);
+    table->verticalHeader()->hide();
+    table->setColumnWidth(0, 190);
+    titles_.append(title);
+    tabs_->addTab(table, title);
+    return table;
+}
+
+void CallView::addQueries() {
+    auto* page = new QWidget;
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 8, 0, 0);
+    query_ = new QComboBox;
+    query_->setObjectName(QStringLiteral("Query_CMB"));
+    query_->setAccessibleName(QStringLiteral("پرس‌وجو"));
+    query_->setLayoutDirection(Qt::LeftToRight);
+    layout->addWidget(query_);
+    queryText_ = new QLabel;
+    queryText_->setWordWrap(true);
+    queryText_->setProperty("kind", QStringLiteral("hint"));
+    queryText_->setAlignment(Qt::AlignLeft | Qt::AlignTop | Qt::AlignAbsolute);
+    queryText_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    layout->addWidget(queryText_);
+    auto* rows = new QTableView;
+    rows->setObjectName(QStringLiteral("Rows_GRD"));
+    rows->setAccessibleName(QStringLiteral("ردیف‌ها"));
+    rows->setModel(&rows_);
+    prepare(*rows);
+    rows->verticalHeader()->setDefaultSectionSize(34);
+    layout->addWidget(rows, 1);
+    titles_.append(QStringLiteral("ردیف‌ها"));
+    tabs_->addTab(page, titles_.last());
+    QObject::connect(query_, &QComboBox::currentIndexChanged, this, [this](int index) {
+        if (index < 0) return;
+        const QueryReport& query = queries_.at(static_cast<std::size_t>(index));
+        queryText_->setText(QString::fromStdString(query.text));
+        rows_.setRecords(query.rows);
+    });
+}
+
+void CallView::setTitle(int tab, std::size_t count) {
+    const QString& title = titles_.at(tab);
+    tabs_->setTabText(tab, count == 0 ? title : persianDigits(QStringLiteral("%1 (%2)").arg(title).arg(count)));
+}
+
+void CallView::showState(const QString& text, bool success) {
+    state_->setProperty("kind", success ? QStringLiteral("success") : QStringLiteral("error"));
+    state_->style()->unpolish(state_);
+    state_->style()->polish(state_);
+    state_->setText(text);
+    state_->setVisible(!text.isEmpty());
+}
+
+void CallView::showProblem(const QString& problem) {
+    clear();
+    showState(problem, false);
+}
+
+void CallView::clear() {
+    show(CallReport{});
+    showState({}, true);
+}
+
+void CallView::show(CallReport report) {
+    showResult(report);
+    showStatements(report);
+    showMessages(report);
+    showEvents(report);
+    queries_ = std::move(report.queries);
+    showQueries();
+    if (report.error)
+        showState(QString::fromStdString(report.error->type + ": " + report.error->message), false);
+    else
+        showState(QStringLiteral("اجرا شد."), true);
+}
+
+void CallView::showResult(const CallReport& report) {
+    std::vector<QStringList> rows;
+    if (!report.function.empty()) rows.push_back({QStringLiteral("نتیجه"), textOf(report.result)});
+    for (const auto& [name, value] : report.out) {
+        if (!value.isRecord()) {
+            rows.push_back({QString::fromStdString(name), textOf(value)});
+            continue;
+        }
+        for (const auto& [field, content] : value.asRecord())
+            rows.push_back({QString::fromStdString(name + "." + field), textOf(content)});
+    }
+    fill(*result_, rows);
+}
+
+void CallView::showStatements(const CallReport& report) {
+    std::vector<QStringList> rows;
+    for (const SentStatement& statement : report.statements)
+        rows.push_back({QString::fromStdString(statement.component), QString::fromStdString(statement.action),
+                        statementText(statement)});
+    fill(*statements_, rows);
+    setTitle(kStatements, rows.size());
+}
+
+void CallView::showQueries() {
+    const QSignalBlocker quiet(query_);
+    query_->clear();
+    for (const QueryReport& query : queries_)
+        query_->addItem(QStringLiteral("%1 — %2").arg(
+            QString::fromStdString(query.name),
+            query.active ? persianDigits(QStringLiteral("%1 ردیف").arg(query.rows.size())) : QStringLiteral("بسته")));
+    setTitle(kQueries, queries_.size());
+    const bool any = !queries_.empty();
+    query_->setEnabled(any);
+    queryText_->setText(any ? QString::fromStdString(queries_.front().text) : QString());
+    rows_.setRecords(any ? queries_.front().rows : Datum::List{});
+}
+
+void CallView::showMessages(const CallReport& report) {
+    std::vector<QStringList> rows;
+    for (const MessageReport& message : report.messages) {
+        rows.push_back({QString::fromStdString(describe(message.request)),
+                        message.answer ? QString::fromStdString(answerName(*message.answer)) : QString(),
+                        QString::fromStdString(catalogue_.render(message.request).text)});
+    }
+    fill(*messages_, rows);
+    setTitle(kMessages, rows.size());
+}
+
+void CallView::showEvents(const CallReport& report) {
+    std::vector<QStringList> rows;
+    for (const EventReport& event : report.events)
+        rows.push_back(
+            {QString::number(event.part), QString::number(event.permission), QString::fromStdString(event.text)});
+    fill(*events_, rows);
+    setTitle(kEvents, rows.size());
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,51 @@
+// What a call did, in tabs: result and outputs, statements, rows, messages, log entries.
+#pragma once
+
+#include <QComboBox>
+#include <QLabel>
+#include <QTabWidget>
+#include <QTableView>
+#include <QTableWidget>
+#include <vector>
+
+#include "host/calls/call_report.h"
+#include "host/desktop/datum_table.h"
+#include "host/services/message_catalogue.h"
+
+namespace basalt::host {
+
+class CallView final : public QWidget {
+public:
+    explicit CallView(const MessageCatalogue& catalogue, QWidget* parent = nullptr);
+
+    void show(CallReport report);
+    // A failure before anything was called, for instance arguments that do not fit.
+    void showProblem(const QString& problem);
+    void clear();
+
+private:
+    [[nodiscard]] QTableWidget* addTable(const char* objectName, const QString& title, const QStringList& columns);
+    void addQueries();
+    void showState(const QString& text, bool success);
+    void showResult(const CallReport& report);
+    void showStatements(const CallReport& report);
+    void showQueries();
+    void showMessages(const CallReport& report);
+    void showEvents(const CallReport& report);
+    void setTitle(int tab, std::size_t count);
+
+    const MessageCatalogue& catalogue_;
+    QLabel* state_;
+    QTabWidget* tabs_;
+    QStringList titles_;
+    QTableWidget* result_;
+    QTableWidget* statements_;
+    QComboBox* query_ = nullptr;
+    QLabel* queryText_ = nullptr;
+    DatumTable rows_;
+    QTableWidget* messages_;
+    QTableWidget* events_;
+    std::vector<QueryReport> queries_;
+};
+
+}  // namespace basalt::host

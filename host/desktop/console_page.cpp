@@ -1,0 +1,103 @@
+#include "host/desktop/console_page.h"
+
+#include <QHBoxLayout>
+#include <QShortcut>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+#include "host/services/host_parts.h"
+
+namespace basalt::host {
+
+ConsolePage::ConsolePage(DesktopContext context, QWidget* parent)
+    : ShellPage(parent), context_(context), caller_(context.registry, context.host) {
+    setObjectName(QStringLiteral("Console_PNL"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(28, 24, 28, 20);
+    layout->setSpacing(12);
+    auto* title = new QLabel(QStringLiteral("میز فراخوانی"));
+    title->setProperty("kind", QStringLiteral("pageTitle"));
+    layout->addWidget(title);
+    auto* parts = new QSplitter;
+    parts->setHandleWidth(16);
+    parts->setChildrenCollapsible(false);
+    functions_ = new FunctionList(context_.registry);
+    functions_->OnChosen = [this](const Callable& callable) { choose(callable); };
+    functions_->OnAccepted = [this] {
+        if (!form_->focusFirst()) run_->setFocus();
+    };
+    parts->addWidget(functions_);
+    parts->addWidget(makeCallPanel());
+    parts->setStretchFactor(0, 0);
+    parts->setStretchFactor(1, 1);
+    parts->setSizes({260, 640});
+    layout->addWidget(parts, 1);
+}
+
+QWidget* ConsolePage::makeCallPanel() {
+    auto* panel = new QFrame;
+    panel->setProperty("kind", QStringLiteral("panel"));
+    auto* layout = new QVBoxLayout(panel);
+    layout->setContentsMargins(20, 16, 20, 16);
+    layout->setSpacing(8);
+    auto* heading = new QHBoxLayout;
+    name_ = new QLabel;
+    name_->setObjectName(QStringLiteral("FunctionName_LBL"));
+    name_->setProperty("kind", QStringLiteral("sectionTitle"));
+    run_ = new QPushButton(QStringLiteral("اجرا \u2066F9\u2069"));
+    run_->setObjectName(QStringLiteral("Run_BTN"));
+    run_->setProperty("kind", QStringLiteral("primary"));
+    heading->addWidget(run_);
+    heading->addStretch();
+    heading->addWidget(name_);
+    layout->addLayout(heading);
+    summary_ = new QLabel;
+    summary_->setProperty("kind", QStringLiteral("hint"));
+    summary_->setWordWrap(true);
+    summary_->setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
+    layout->addWidget(summary_);
+    form_ = new ArgumentForm;
+    layout->addWidget(form_);
+    view_ = new CallView(context_.host.catalogue());
+    layout->addWidget(view_, 1);
+
+    const auto action = [this] { context_.handlers.guarded(this, [this] { run(); }); };
+    QObject::connect(run_, &QPushButton::clicked, this, action);
+    auto* key = new QShortcut(QKeySequence(Qt::Key_F9), this);
+    key->setContext(Qt::WidgetWithChildrenShortcut);
+    QObject::connect(key, &QShortcut::activated, run_, &QPushButton::click);
+    return panel;
+}
+
+void ConsolePage::enter() {
+    const bool allowed = context_.host.HavePermission(context_.host.UserInfo(), hpConsole, prOpen, true, true, "");
+    setEnabled(allowed);
+    if (allowed) functions_->focusSearch();
+}
+
+void ConsolePage::choose(const Callable& callable) {
+    chosen_ = callable;
+    name_->setText(QString::fromStdString(callable.name()));
+    summary_->setText(QString::fromStdString(callable.summary()));
+    form_->setParameters(callable.parameters());
+    view_->clear();
+}
+
+void ConsolePage::run() {
+    if (!chosen_.function && !chosen_.entry) return;
+    BoundArguments arguments;
+    try {
+        arguments = bindArguments(chosen_.parameters(), chosen_.name(), form_->arguments());
+    } catch (const UsageError& error) {
+        view_->showProblem(QString::fromStdString(error.what()));
+        return;
+    }
+    // The module's messages go where the host's messages go; the recorder only looks on.
+    MessageService& messages = context_.host.Messages();
+    if (chosen_.function)
+        view_->show(caller_.call(BoundCall{chosen_.function, std::move(arguments)}, messages));
+    else
+        view_->show(caller_.show(*chosen_.entry, std::move(arguments), messages));
+}
+
+}  // namespace basalt::host

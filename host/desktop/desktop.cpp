@@ -1,0 +1,90 @@
+#include "host/desktop/desktop.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <iostream>
+
+#include "host/desktop/database_opener.h"
+#include "host/desktop/main_shell.h"
+#include "host/desktop/shell_style.h"
+#include "host/desktop/sign_in_dialog.h"
+#include "host/module_loader/module_loader.h"
+#include "host/screens/message_box.h"
+#include "host/screens/qt_message_service.h"
+#include "host/screens/screen_services_impl.h"
+#include "host/screens/theme.h"
+
+namespace basalt::host {
+namespace {
+
+// For errors with which the run ends; the host's own messages may be what has failed.
+void showFatal(const std::exception& error) {
+    std::cerr << "basalt-desktop: " << error.what() << std::endl;
+    const MessageCatalogue catalogue;
+    MessageBoxContent content;
+    content.title = QStringLiteral("خطا");
+    content.text = QString::fromStdString(catalogue.errorText(error));
+    content.detail = QString::fromUtf8(error.what());
+    content.mood = MessageBoxContent::Mood::Error;
+    static_cast<void>(MessageBox(content, catalogue, nullptr).ask());
+}
+
+MainShell::End showShell(const DesktopContext& context) {
+    MainShell shell(context);
+    QEventLoop loop;
+    MainShell::End end = MainShell::End::Quit;
+    shell.OnClosed = [&](MainShell::End how) {
+        end = how;
+        loop.quit();
+    };
+    shell.show();
+    shell.activateWindow();
+    loop.exec();
+    return end;
+}
+
+}  // namespace
+
+int Desktop::run() {
+    DatabaseOpener opener(options_.database, {.createMissing = options_.createMissing});
+    std::optional<OpenedDatabase> opened = opener.open();
+    if (!opened) return 1;
+    try {
+        ReferenceHost host(*opened->session,
+                           {.userDataFolder = options_.userDataFolder, .persistOptions = options_.persistOptions});
+        QString notice = QString::fromStdString(opened->notice);
+        const std::string& warning = host.optionFile().warning();
+        if (!warning.empty()) notice += (notice.isEmpty() ? "" : "\n") + QString::fromStdString(warning);
+        work(host, notice);
+        return 0;
+    } catch (const std::exception& error) {
+        showFatal(error);
+        return 1;
+    }
+}
+
+bool Desktop::signIn(ReferenceHost& host, const QString& notice) {
+    SignInDialog dialog(host, notice);
+    dialog.setStyleSheet(shellStyleSheet());
+    return dialog.exec() == QDialog::Accepted;
+}
+
+void Desktop::work(ReferenceHost& host, const QString& notice) {
+    QtMessageService messages(host.catalogue());
+    host.setMessages(messages);
+    HostScreenServices screens(host);
+    host.setScreens(&screens);
+    const AttachedModule attached(module_, host);
+    QApplication::setFont(themeFont(host.optionFile().options().fontSize));
+
+    QString shownNotice = notice;
+    while (signIn(host, shownNotice)) {
+        shownNotice.clear();
+        const MainShell::End end = showShell({host, module_.registry(), screens, screens.context()});
+        host.signOut();
+        if (end == MainShell::End::Quit) break;
+    }
+    host.setScreens(nullptr);
+}
+
+}  // namespace basalt::host

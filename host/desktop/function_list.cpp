@@ -1,0 +1,89 @@
+#include "host/desktop/function_list.h"
+
+#include <QKeyEvent>
+#include <QVBoxLayout>
+
+#include "host/desktop/subsystem_look.h"
+
+namespace basalt::host {
+
+FunctionList::FunctionList(const Registry& registry, QWidget* parent) : QWidget(parent) {
+    for (const FunctionEntry& function : registry.functions())
+        callables_.push_back({.function = &function});
+    for (const EntryPoint& entry : registry.entryPoints())
+        callables_.push_back({.entry = &entry});
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(8);
+    search_ = new QLineEdit;
+    search_->setObjectName(QStringLiteral("FunctionSearch_EDT"));
+    search_->setPlaceholderText(QStringLiteral("جستجوی تابع…"));
+    search_->setAccessibleName(QStringLiteral("جستجوی تابع"));
+    search_->setClearButtonEnabled(true);
+    search_->installEventFilter(this);
+    layout->addWidget(search_);
+    list_ = new QListWidget;
+    list_->setObjectName(QStringLiteral("Function_LST"));
+    list_->setAccessibleName(QStringLiteral("تابع‌ها"));
+    // Names of functions are Latin and read from the left.
+    list_->setLayoutDirection(Qt::LeftToRight);
+    list_->setTextElideMode(Qt::ElideRight);
+    list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    list_->installEventFilter(this);
+    for (const Callable& callable : callables_) {
+        auto* item = new QListWidgetItem(QString::fromStdString(callable.name()), list_);
+        item->setToolTip(QString::fromStdString(callable.summary()));
+    }
+    layout->addWidget(list_, 1);
+    QObject::connect(search_, &QLineEdit::textChanged, this, [this](const QString& text) { narrow(text); });
+    QObject::connect(list_, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (row >= 0 && OnChosen) OnChosen(callables_.at(static_cast<std::size_t>(row)));
+    });
+    QObject::connect(list_, &QListWidget::itemDoubleClicked, this, [this] { accept(); });
+}
+
+void FunctionList::focusSearch() {
+    search_->setFocus();
+    search_->selectAll();
+    if (list_->currentRow() < 0) list_->setCurrentRow(0);
+}
+
+void FunctionList::narrow(const QString& text) {
+    const QStringList words = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    int first = -1;
+    for (int row = 0; row < list_->count(); ++row) {
+        const Callable& callable = callables_.at(static_cast<std::size_t>(row));
+        const QString content =
+            QString::fromStdString(callable.name() + ' ' + callable.summary() + ' ' + callable.subsystem()) +
+            QLatin1Char(' ') + subsystemTitle(callable.subsystem());
+        const bool fits = std::all_of(words.begin(), words.end(),
+                                      [&](const QString& word) { return content.contains(word, Qt::CaseInsensitive); });
+        list_->item(row)->setHidden(!fits);
+        if (fits && first < 0) first = row;
+    }
+    const int current = list_->currentRow();
+    if (first >= 0 && (current < 0 || list_->item(current)->isHidden())) list_->setCurrentRow(first);
+}
+
+void FunctionList::accept() {
+    const QListWidgetItem* item = list_->currentItem();
+    if (item && !item->isHidden() && OnAccepted) OnAccepted();
+}
+
+bool FunctionList::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            accept();
+            return true;
+        }
+        if (watched == search_ && key == Qt::Key_Down) {
+            list_->setFocus();
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+}  // namespace basalt::host

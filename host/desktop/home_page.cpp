@@ -1,0 +1,125 @@
+#include "host/desktop/home_page.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <array>
+
+#include "host/desktop/date_text.h"
+#include "host/screens/persian_digits.h"
+#include "host/screens/theme.h"
+
+namespace basalt::host {
+namespace {
+
+constexpr int kTilesInRow = 3;
+constexpr int kRecentEntries = 8;
+
+QLabel* makeLabel(const QString& text, const char* kind) {
+    auto* label = new QLabel(text);
+    label->setProperty("kind", QString::fromLatin1(kind));
+    return label;
+}
+
+}  // namespace
+
+HomePage::HomePage(DesktopContext context, QWidget* parent) : ShellPage(parent), context_(context) {
+    setObjectName(QStringLiteral("Home_PNL"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(28, 24, 28, 24);
+    layout->setSpacing(6);
+    greeting_ = makeLabel({}, "pageTitle");
+    greeting_->setObjectName(QStringLiteral("Greeting_LBL"));
+    layout->addWidget(greeting_);
+    date_ = makeLabel({}, "hint");
+    layout->addWidget(date_);
+    layout->addSpacing(14);
+    for (QGridLayout*& tiles : tiles_) {
+        tiles = new QGridLayout;
+        tiles->setSpacing(14);
+        for (int column = 0; column < kTilesInRow; ++column)
+            tiles->setColumnStretch(column, 1);
+        layout->addLayout(tiles);
+        layout->addSpacing(8);
+    }
+    layout->addSpacing(12);
+    layout->addWidget(makeLabel(QStringLiteral("آخرین رویدادها"), "sectionTitle"));
+    layout->addSpacing(4);
+    layout->addWidget(makeRecent(), 1);
+}
+
+QWidget* HomePage::makeRecent() {
+    recent_ = new QTableWidget(0, 5);
+    recent_->setObjectName(QStringLiteral("Recent_GRD"));
+    recent_->setAccessibleName(QStringLiteral("آخرین رویدادها"));
+    recent_->setHorizontalHeaderLabels({QStringLiteral("تاریخ"), QStringLiteral("ساعت"), QStringLiteral("کاربر"),
+                                        QStringLiteral("شرح"), QStringLiteral("کد")});
+    recent_->horizontalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
+    recent_->horizontalHeader()->setSectionResizeMode(3, QHeaderView::Stretch);
+    for (const auto& [column, width] : {std::pair{0, 130}, {1, 110}, {2, 190}, {4, 90}})
+        recent_->setColumnWidth(column, width);
+    recent_->horizontalHeader()->setHighlightSections(false);
+    recent_->verticalHeader()->hide();
+    recent_->verticalHeader()->setDefaultSectionSize(36);
+    recent_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    recent_->setSelectionMode(QAbstractItemView::NoSelection);
+    recent_->setFocusPolicy(Qt::NoFocus);
+    recent_->setShowGrid(false);
+    recent_->setTabKeyNavigation(false);
+    return recent_;
+}
+
+void HomePage::addTile(Group group, const HomeTile& tile, const std::function<void()>& onClick) {
+    auto* button = new QPushButton;
+    button->setObjectName(tile.objectName);
+    button->setProperty("kind", QStringLiteral("tile"));
+    button->setAccessibleName(tile.title);
+    button->setAccessibleDescription(tile.hint);
+    // Every column is as wide as the others, whatever is written in it.
+    button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    auto* content = new QHBoxLayout(button);
+    content->setContentsMargins(18, 14, 18, 14);
+    content->setSpacing(14);
+    auto* picture = new QLabel;
+    picture->setPixmap(linePixmap(tile.icon, themeColors().accent, 30));
+    content->addWidget(picture);
+    auto* texts = new QVBoxLayout;
+    texts->setSpacing(2);
+    texts->addStretch();
+    QLabel* title = makeLabel(tile.title, "tileTitle");
+    QLabel* hint = makeLabel(tile.hint, "tileHint");
+    hint->setWordWrap(true);
+    texts->addWidget(title);
+    texts->addWidget(hint);
+    texts->addStretch();
+    content->addLayout(texts, 1);
+    // The labels are part of the button: a click on them is a click on it.
+    for (QLabel* label : {picture, title, hint})
+        label->setAttribute(Qt::WA_TransparentForMouseEvents);
+    QObject::connect(button, &QPushButton::clicked, this, onClick);
+    QGridLayout* tiles = tiles_.at(static_cast<std::size_t>(group));
+    const int count = tiles->count();
+    tiles->addWidget(button, count / kTilesInRow, count % kTilesInRow);
+    if (!firstTile_) firstTile_ = button;
+}
+
+void HomePage::enter() {
+    greeting_->setText(QStringLiteral("سلام، %1").arg(QString::fromStdString(context_.host.UserInfo().FullName)));
+    date_->setText(QStringLiteral("امروز %1").arg(longDate(context_.host.clock().now())));
+    const std::vector<UserLogEntry> entries = context_.host.userLog().latest(kRecentEntries);
+    recent_->setRowCount(static_cast<int>(entries.size()));
+    int row = 0;
+    for (const UserLogEntry& entry : entries) {
+        const std::string& what =
+            entry.description.empty() ? entry.permissionTitle + " «" + entry.partTitle + "»" : entry.description;
+        const std::array<std::string, 5> texts{entry.date, entry.time, entry.userName, what, entry.text};
+        for (std::size_t column = 0; column < texts.size(); ++column)
+            recent_->setItem(row, static_cast<int>(column),
+                             new QTableWidgetItem(persianDigits(QString::fromStdString(texts.at(column)))));
+        ++row;
+    }
+    if (firstTile_) firstTile_->setFocus();
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,43 @@
+// The first page: a greeting, a tile for each thing to open, and what was done last.
+#pragma once
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QTableWidget>
+#include <array>
+#include <functional>
+
+#include "host/desktop/desktop_context.h"
+#include "host/desktop/line_icon.h"
+#include "host/desktop/shell_page.h"
+
+namespace basalt::host {
+
+struct HomeTile {
+    QString objectName;
+    QString title;
+    QString hint;
+    LineIcon icon = LineIcon::Window;
+};
+
+class HomePage final : public ShellPage {
+public:
+    explicit HomePage(DesktopContext context, QWidget* parent = nullptr);
+
+    enum class Group { Screens, Tools };
+    void addTile(Group group, const HomeTile& tile, const std::function<void()>& onClick);
+    // Shows the date and the latest entries of the user log.
+    void enter() override;
+
+private:
+    [[nodiscard]] QWidget* makeRecent();
+
+    DesktopContext context_;
+    QLabel* greeting_;
+    QLabel* date_;
+    std::array<QGridLayout*, 2> tiles_;  // by group
+    QTableWidget* recent_ = nullptr;
+    QWidget* firstTile_ = nullptr;
+};
+
+}  // namespace basalt::host

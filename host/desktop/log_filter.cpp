@@ -1,0 +1,106 @@
+#include "host/desktop/log_filter.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QStyle>
+#include <optional>
+
+#include "host/services/jalali_calendar.h"
+
+namespace basalt::host {
+namespace {
+
+// The day in the form that the log keeps; nullopt for an empty edit and for what is no day.
+std::optional<std::string> dayIn(const QLineEdit& edit) {
+    const std::optional<JalaliDate> date = parseJalali(edit.text().trimmed().toStdString());
+    if (!date) return std::nullopt;
+    return toText(*date, "/");
+}
+
+void addCondition(std::string& filter, const std::string& condition) {
+    if (!filter.empty()) filter += " AND ";
+    filter += condition;
+}
+
+}  // namespace
+
+LogFilter::LogFilter(QWidget* parent) : TSearchFrame(parent) {
+    setObjectName(QStringLiteral("LogFilter_FRM"));
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(8);
+    auto* title = new QLabel(QStringLiteral("بخش:"));
+    layout->addWidget(title);
+    part_ = new QComboBox;
+    part_->setObjectName(QStringLiteral("Part_CMB"));
+    part_->setAccessibleName(QStringLiteral("بخش"));
+    part_->setMinimumWidth(150);
+    title->setBuddy(part_);
+    layout->addWidget(part_);
+    from_ = addDate("DateFrom_EDT", QStringLiteral("از:"));
+    to_ = addDate("DateTo_EDT", QStringLiteral("تا:"));
+    QObject::connect(part_, &QComboBox::currentIndexChanged, this, [this] {
+        if (OnChange) OnChange();
+    });
+}
+
+QLineEdit* LogFilter::addDate(const char* objectName, const QString& title) {
+    auto* label = new QLabel(title);
+    auto* edit = new QLineEdit;
+    edit->setObjectName(QString::fromLatin1(objectName));
+    edit->setAccessibleName(title.chopped(1) + QStringLiteral(" تاریخ"));
+    edit->setPlaceholderText(QStringLiteral("۱۴۰۵/۰۸/۳۰"));
+    edit->setMaxLength(10);
+    edit->setFixedWidth(110);
+    label->setBuddy(edit);
+    layout()->addWidget(label);
+    layout()->addWidget(edit);
+    QObject::connect(edit, &QLineEdit::textEdited, this, [this, edit] { dateEdited(*edit); });
+    return edit;
+}
+
+void LogFilter::dateEdited(QLineEdit& edit) {
+    const bool wrong = !edit.text().trimmed().isEmpty() && !dayIn(edit);
+    edit.setProperty("wrong", wrong);
+    edit.setToolTip(wrong ? QStringLiteral("تاریخ را مانند ۱۴۰۵/۰۸/۳۰ وارد کنید") : QString());
+    edit.style()->unpolish(&edit);
+    edit.style()->polish(&edit);
+    if (OnChange) OnChange();
+}
+
+void LogFilter::addPart(int part, const QString& title) {
+    const QSignalBlocker quiet(part_);
+    part_->addItem(title, part);
+}
+
+void LogFilter::init() {
+    const QSignalBlocker quiet(part_);
+    part_->clear();
+    part_->addItem(QStringLiteral("همهٔ بخش‌ها"), 0);
+    from_->clear();
+    to_->clear();
+}
+
+std::string LogFilter::Filter() const {
+    std::string filter;
+    const int part = part_->currentData().toInt();
+    if (part != 0) addCondition(filter, "[SoftwarePart] = " + std::to_string(part));
+    // Days of the log are texts of one length, so that their order is that of the days.
+    if (const auto day = dayIn(*from_)) addCondition(filter, "[LogDate] >= N'" + *day + "'");
+    if (const auto day = dayIn(*to_)) addCondition(filter, "[LogDate] <= N'" + *day + "'");
+    return filter;
+}
+
+void LogFilter::Clear() {
+    part_->setCurrentIndex(0);
+    for (QLineEdit* edit : {from_, to_}) {
+        edit->clear();
+        dateEdited(*edit);
+    }
+}
+
+void LogFilter::FocusFirst() {
+    part_->setFocus();
+}
+
+}  // namespace basalt::host

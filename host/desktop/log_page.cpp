@@ -1,0 +1,129 @@
+#include "host/desktop/log_page.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include "host/screens/persian_digits.h"
+#include "host/services/host_parts.h"
+
+namespace basalt::host {
+namespace {
+
+// More than anyone reads; an older entry is found by searching.
+constexpr int kMostEntries = 5000;
+
+std::string statementFor(const std::vector<std::string>& conditions) {
+    std::string where;
+    for (const std::string& condition : conditions) {
+        if (!condition.empty()) where += (where.empty() ? " WHERE (" : " AND (") + condition + ")";
+    }
+    return "SELECT TOP " + std::to_string(kMostEntries) + " * FROM (" + std::string(UserLog::listStatement()) +
+           ") AS L" + where + " ORDER BY ID DESC";
+}
+
+}  // namespace
+
+LogPage::LogPage(DesktopContext context, QWidget* parent)
+    : ShellPage(parent), context_(context), query_(context.host.connection(), "Log_QUR"), source_(&query_) {
+    setObjectName(QStringLiteral("Log_PNL"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(28, 24, 28, 20);
+    layout->setSpacing(12);
+    auto* heading = new QHBoxLayout;
+    auto* title = new QLabel(QStringLiteral("رویدادهای کاربران"));
+    title->setProperty("kind", QStringLiteral("pageTitle"));
+    heading->addWidget(title);
+    heading->addStretch();
+    count_ = new QLabel;
+    count_->setObjectName(QStringLiteral("LogCount_LBL"));
+    count_->setProperty("kind", QStringLiteral("hint"));
+    heading->addWidget(count_);
+    layout->addLayout(heading);
+    makeSearch(*layout);
+    makeGrid(*layout);
+}
+
+void LogPage::makeSearch(QBoxLayout& layout) {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(8);
+    search_ = context_.screens.createGeneralSearch("LogSearch_FRM", this);
+    search_->AddItem({"UserName", "کاربر", TSearchDataType::Text});
+    search_->AddItem({"Text", "کد", TSearchDataType::Text});
+    search_->AddItem({"Description", "شرح", TSearchDataType::Text});
+    search_->AddItem({"WorkstationName", "ایستگاه کاری", TSearchDataType::Text});
+    search_->init();
+    search_->SetItemIndex(0);
+    row->addWidget(search_, 1);
+    filter_ = new LogFilter;
+    filter_->init();
+    row->addWidget(filter_);
+    auto* refreshButton = new QPushButton(QStringLiteral("تازه‌سازی \u2066F5\u2069"));
+    refreshButton->setObjectName(QStringLiteral("Refresh_BTN"));
+    row->addWidget(refreshButton);
+    layout.addLayout(row);
+
+    const auto run = [this] { context_.handlers.guarded(this, [this] { refresh(); }); };
+    search_->OnChange = run;
+    filter_->OnChange = run;
+    QObject::connect(refreshButton, &QPushButton::clicked, this, run);
+    auto* key = new QShortcut(QKeySequence(Qt::Key_F5), this);
+    key->setContext(Qt::WidgetWithChildrenShortcut);
+    QObject::connect(key, &QShortcut::activated, this, run);
+}
+
+void LogPage::makeGrid(QBoxLayout& layout) {
+    grid_ = context_.screens.createGrid("Log_GRD", this);
+    const auto add = [this](const char* field, const char* title, int width) {
+        TGridColumn column;
+        column.FieldName = field;
+        column.Title = QString::fromUtf8(title);
+        column.Width = width;
+        grid_->AddColumn(column);
+    };
+    add("LogDate", "تاریخ", 104);
+    add("LogTime", "ساعت", 84);
+    add("UserName", "کاربر", 120);
+    add("PartTitle", "بخش", 120);
+    add("PermissionTitle", "کار", 80);
+    add("Text", "کد", 60);
+    add("Description", "شرح", 0);
+    add("WorkstationName", "ایستگاه کاری", 120);
+    grid_->SetDataSource(&source_);
+    layout.addWidget(grid_);
+}
+
+void LogPage::fillParts() {
+    // The parts of the registry and the host's own, in the order of their first appearance.
+    std::vector<TSoftwarePart> parts;
+    for (const EntryPoint& entry : context_.registry.entryPoints())
+        if (std::find(parts.begin(), parts.end(), entry.part) == parts.end()) parts.push_back(entry.part);
+    for (const TSoftwarePart part : {hpUsers, hpSettings})
+        parts.push_back(part);
+    for (const TSoftwarePart part : parts)
+        filter_->addPart(part, QString::fromStdString(context_.host.permissions().partTitle(part)));
+    partsKnown_ = true;
+}
+
+void LogPage::enter() {
+    if (!context_.host.HavePermission(context_.host.UserInfo(), hpUserLog, prOpen, true, true, "")) {
+        query_.Close();
+        count_->clear();
+        setEnabled(false);
+        return;
+    }
+    setEnabled(true);
+    if (!partsKnown_) fillParts();
+    refresh();
+    search_->FocusFirst();
+}
+
+void LogPage::refresh() {
+    query_.Close();
+    query_.SQL = statementFor({search_->Filter(), filter_->Filter()});
+    query_.Open();
+    count_->setText(persianDigits(QStringLiteral("%1 رویداد").arg(query_.RecordCount())));
+}
+
+}  // namespace basalt::host

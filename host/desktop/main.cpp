@@ -1,0 +1,68 @@
+// basalt-desktop: reads the options, makes the application and hands over to the desktop or the tour.
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "host/desktop/application.h"
+#include "host/desktop/desktop.h"
+#include "host/desktop/platform/display.h"
+#include "host/desktop/tour.h"
+#include "host/module_loader/module_loader.h"
+#include "host/screens/theme.h"
+#include "host/services/platform/user_folders.h"
+
+namespace {
+
+struct Options {
+    std::string database;
+    std::string tour;
+};
+
+basalt::host::DesktopOptions desktopOptions(const Options& options) {
+    using basalt::host::DatabaseUrl;
+    basalt::host::DesktopOptions desktop;
+    desktop.userDataFolder = basalt::host::userDataFolder().string();
+    desktop.createMissing = options.database.empty();
+    desktop.database = options.database.empty() ? DatabaseUrl::defaultDatabase() : DatabaseUrl::parse(options.database);
+    return desktop;
+}
+
+int run(int argc, char** argv, const Options& options) {
+    if (!options.tour.empty()) {
+        // Pictures do not need a display, and a display would let the user's own keys into the tour.
+        basalt::host::useOffscreenDisplay();
+    } else if (!basalt::host::hasDisplay()) {
+        std::cerr << "basalt-desktop: there is no display; --tour FOLDER takes a tour without one\n";
+        return 1;
+    }
+    basalt::host::Application application(argc, argv);
+    basalt::host::applyTheme(application);
+    basalt::Module& module = basalt::host::loadModule();
+    if (!options.tour.empty()) return basalt::host::takeTour(module, options.tour);
+    return basalt::host::Desktop(module, desktopOptions(options)).run();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app("The desktop of Basalt.", "basalt-desktop");
+    Options options;
+    app.add_option("--database", options.database,
+                   "embedded:PATH, embedded::memory: (new, with demo data) or odbc:CONNECTION STRING")
+        ->type_name("URL");
+    app.add_option("--tour", options.tour, "take a tour on a new database, without a display, and leave pictures")
+        ->type_name("FOLDER");
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : 2;
+    }
+    try {
+        return run(argc, argv, options);
+    } catch (const basalt::UsageError& error) {
+        std::cerr << "basalt-desktop: " << error.what() << '\n';
+        return 2;
+    } catch (const std::exception& error) {
+        std::cerr << "basalt-desktop: " << error.what() << '\n';
+        return 1;
+    }
+}

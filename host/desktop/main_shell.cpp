@@ -1,0 +1,180 @@
+#include "host/desktop/main_shell.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include "host/desktop/console_page.h"
+#include "host/desktop/date_text.h"
+#include "host/desktop/entry_points.h"
+#include "host/desktop/log_page.h"
+#include "host/desktop/settings_page.h"
+#include "host/desktop/shell_style.h"
+#include "host/desktop/subsystem_look.h"
+#include "host/screens/theme.h"
+
+namespace basalt::host {
+
+MainShell::MainShell(DesktopContext context, QWidget* parent) : QWidget(parent), context_(context) {
+    setObjectName(QStringLiteral("MainShell_FRM"));
+    setWindowTitle(QStringLiteral("بازالت"));
+    setStyleSheet(shellStyleSheet());
+    setAttribute(Qt::WA_StyledBackground);
+    resize(1200, 780);
+    setMinimumSize(900, 600);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(makeHeader());
+    auto* middle = new QHBoxLayout;
+    middle->setSpacing(0);
+    navigation_ = new NavigationPanel;
+    middle->addWidget(navigation_);
+    pages_ = new QStackedWidget;
+    pages_->setObjectName(QStringLiteral("Pages_PNL"));
+    middle->addWidget(pages_, 1);
+    layout->addLayout(middle, 1);
+    status_ = new StatusLine(context_.host);
+    layout->addWidget(status_);
+
+    home_ = new HomePage(context_);
+    addPage(
+        {QStringLiteral("Home"), QStringLiteral("خانه"), {}, LineIcon::Home, QKeySequence(QStringLiteral("Ctrl+0"))},
+        home_);
+    addEntries();
+    navigation_->addStretch();
+    navigation_->addHeading(QStringLiteral("ابزارها"));
+    addPage({QStringLiteral("Log"), QStringLiteral("رویدادهای کاربران"), QStringLiteral("چه کسی، چه کاری، چه زمانی"),
+             LineIcon::Log, QKeySequence(QStringLiteral("Ctrl+L"))},
+            new LogPage(context_));
+    addPage({QStringLiteral("Console"), QStringLiteral("میز فراخوانی"),
+             QStringLiteral("اجرای تابع‌ها و دیدن دستورها"), LineIcon::Console,
+             QKeySequence(QStringLiteral("Ctrl+K"))},
+            new ConsolePage(context_));
+    auto* settings = new SettingsPage(context_);
+    settings->OnSaved = [this] { status_->refresh(); };
+    addPage({QStringLiteral("Settings"), QStringLiteral("تنظیمات"), QStringLiteral("شرکت و این ایستگاه کاری"),
+             LineIcon::Settings, QKeySequence(QStringLiteral("Ctrl+,"))},
+            settings);
+}
+
+QWidget* MainShell::makeHeader() {
+    auto* header = new QFrame;
+    header->setObjectName(QStringLiteral("Header_PNL"));
+    auto* layout = new QHBoxLayout(header);
+    layout->setContentsMargins(24, 12, 24, 12);
+    layout->setSpacing(12);
+    const std::string& name = context_.host.SettingRecord().CompanyName;
+    auto* company = new QLabel(QString::fromStdString(name.empty() ? "بازالت" : name));
+    company->setObjectName(QStringLiteral("Company_LBL"));
+    company->setProperty("kind", QStringLiteral("brand"));
+    layout->addWidget(company);
+    layout->addStretch();
+    auto* date = new QLabel(longDate(context_.host.clock().now()));
+    date->setObjectName(QStringLiteral("Date_LBL"));
+    date->setProperty("kind", QStringLiteral("hint"));
+    layout->addWidget(date);
+    layout->addSpacing(12);
+    auto* signOutButton =
+        new QPushButton(lineIcon(LineIcon::SignOut, themeColors().muted), QStringLiteral("تغییر کاربر"));
+    signOutButton->setObjectName(QStringLiteral("SignOut_BTN"));
+    signOutButton->setToolTip(QStringLiteral("خروج از حساب و ورود با کاربری دیگر"));
+    layout->addWidget(signOutButton);
+    QObject::connect(signOutButton, &QPushButton::clicked, this, [this] { signOut(); });
+    return header;
+}
+
+void MainShell::addEntries() {
+    std::string subsystem;
+    int number = 0;
+    for (const EntryPoint* entry : menuEntries(context_.registry)) {
+        if (entry->subsystem != subsystem) {
+            subsystem = entry->subsystem;
+            navigation_->addHeading(subsystemTitle(subsystem));
+        }
+        ++number;
+        const QKeySequence key = number <= 9 ? QKeySequence(QStringLiteral("Ctrl+%1").arg(number)) : QKeySequence();
+        const QString name = QString::fromStdString(entry->name);
+        const auto action = [this, entry] { open(*entry); };
+        navigation_->addItem({.objectName = name + QStringLiteral("_BTN"),
+                              .title = entryTitle(*entry),
+                              .icon = partIcon(entry->part),
+                              .shortCut = key,
+                              .locked = !mayOpen(context_, *entry)},
+                             action);
+        home_->addTile(HomePage::Group::Screens,
+                       {.objectName = name + QStringLiteral("_TILE"),
+                        .title = entryTitle(*entry),
+                        .hint = subsystemTitle(subsystem),
+                        .icon = partIcon(entry->part)},
+                       action);
+        bind(key, action);
+    }
+}
+
+void MainShell::addPage(const PageItem& item, ShellPage* page) {
+    pages_->addWidget(page);
+    const auto action = [this, page] { goTo(page); };
+    QAbstractButton* button = navigation_->addItem({.objectName = item.objectName + QStringLiteral("_BTN"),
+                                                    .title = item.title,
+                                                    .icon = item.icon,
+                                                    .shortCut = item.shortCut},
+                                                   action);
+    pageButtons_.emplace_back(page, button);
+    if (page != home_)
+        home_->addTile(HomePage::Group::Tools,
+                       {item.objectName + QStringLiteral("_TILE"), item.title, item.hint, item.icon}, action);
+    bind(item.shortCut, action);
+}
+
+void MainShell::bind(const QKeySequence& key, const std::function<void()>& action) {
+    if (key.isEmpty()) return;
+    QObject::connect(new QShortcut(key, this), &QShortcut::activated, this, action);
+}
+
+void MainShell::goTo(ShellPage* page) {
+    context_.handlers.guarded(this, [this, page] {
+        auto* current = static_cast<ShellPage*>(pages_->currentWidget());
+        if (current != page && current != nullptr && !current->mayLeave()) return;
+        pages_->setCurrentWidget(page);
+        for (const auto& [known, button] : pageButtons_)
+            if (known == page) navigation_->setCurrent(button);
+        page->enter();
+    });
+}
+
+void MainShell::open(const EntryPoint& entry) {
+    openEntry(context_, entry, this);
+    // What was done there shows in the page in front.
+    if (pages_->currentWidget() == home_) context_.handlers.guarded(this, [this] { home_->enter(); });
+}
+
+void MainShell::signOut() {
+    end_ = End::SignOut;
+    if (!close()) end_ = End::Quit;
+}
+
+void MainShell::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (!event->spontaneous()) goTo(home_);
+}
+
+void MainShell::closeEvent(QCloseEvent* event) {
+    bool mayClose = false;
+    context_.handlers.guarded(this, [&] { mayClose = static_cast<ShellPage*>(pages_->currentWidget())->mayLeave(); });
+    if (!mayClose) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    if (!closed_ && OnClosed) {
+        closed_ = true;
+        OnClosed(end_);
+    }
+}
+
+}  // namespace basalt::host

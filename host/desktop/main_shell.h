@@ -1,0 +1,62 @@
+// The main window: header, navigation, pages and status line.
+//
+//   MainShell shell(context);
+//   shell.OnClosed = [&](MainShell::End end) { ... };
+//   shell.show();
+#pragma once
+
+#include <QStackedWidget>
+#include <QWidget>
+#include <functional>
+#include <vector>
+
+#include "host/desktop/desktop_context.h"
+#include "host/desktop/home_page.h"
+#include "host/desktop/navigation_panel.h"
+#include "host/desktop/shell_page.h"
+#include "host/desktop/status_line.h"
+
+namespace basalt::host {
+
+class MainShell final : public QWidget {
+public:
+    enum class End { Quit, SignOut };
+
+    // A user must be signed in.
+    explicit MainShell(DesktopContext context, QWidget* parent = nullptr);
+
+    // Called once, after the window has closed.
+    std::function<void(End)> OnClosed;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    struct PageItem {
+        QString objectName;  // of its buttons, without their endings
+        QString title;
+        QString hint;
+        LineIcon icon;
+        QKeySequence shortCut;
+    };
+
+    [[nodiscard]] QWidget* makeHeader();
+    void addEntries();
+    void addPage(const PageItem& item, ShellPage* page);
+    void goTo(ShellPage* page);
+    void open(const EntryPoint& entry);
+    void bind(const QKeySequence& key, const std::function<void()>& action);
+    void signOut();
+
+    DesktopContext context_;
+    NavigationPanel* navigation_;
+    QStackedWidget* pages_;
+    HomePage* home_;
+    StatusLine* status_;
+    std::vector<std::pair<ShellPage*, QAbstractButton*>> pageButtons_;
+    End end_ = End::Quit;
+    bool closed_ = false;
+};
+
+}  // namespace basalt::host

@@ -1,0 +1,108 @@
+#include "host/desktop/setting_editor.h"
+
+#include <QVBoxLayout>
+#include <array>
+
+#include "host/screens/persian_digits.h"
+
+namespace basalt::host {
+namespace {
+
+constexpr int kInputWidth = 360;
+
+// Without what the title says in brackets about the numbers: the inputs show that themselves.
+QString fieldTitle(const SettingField& field) {
+    const QString title = QString::fromUtf8(field.title.data(), static_cast<qsizetype>(field.title.size()));
+    return title.section(QStringLiteral(" ("), 0, 0);
+}
+
+QString objectNameOf(const SettingField& field, const char* ending) {
+    return QString::fromUtf8(field.name.data(), static_cast<qsizetype>(field.name.size())) + QLatin1String(ending);
+}
+
+// What the numbers of the policy on negative stock mean, from 0.
+constexpr std::array<const char*, 3> kNegativeTypes{"جلوگیری شود", "هشدار داده شود", "مجاز است"};
+
+}  // namespace
+
+SettingEditor::SettingEditor(const SettingField& field, QWidget* parent) : QWidget(parent), field_(field) {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(4);
+    QLabel* title = nullptr;
+    if (field_.kind != SettingKind::Flag) {
+        title = new QLabel(fieldTitle(field_));
+        title->setProperty("kind", QStringLiteral("field"));
+        layout->addWidget(title);
+    }
+    QWidget* input = makeInput();
+    input->setAccessibleName(fieldTitle(field_));
+    input->setFixedWidth(kInputWidth);
+    if (title) title->setBuddy(input);
+    layout->addWidget(input);
+    problem_ = new QLabel;
+    problem_->setObjectName(objectNameOf(field_, "_Problem"));
+    problem_->setProperty("kind", QStringLiteral("problem"));
+    problem_->hide();
+    layout->addWidget(problem_);
+}
+
+QWidget* SettingEditor::makeInput() {
+    if (field_.kind == SettingKind::Flag) {
+        box_ = new QCheckBox(fieldTitle(field_));
+        box_->setObjectName(objectNameOf(field_, "_CHK"));
+        QObject::connect(box_, &QCheckBox::clicked, this, [this] { edited(); });
+        return box_;
+    }
+    if (field_.name == "NegativeType") {
+        choice_ = new QComboBox;
+        choice_->setObjectName(objectNameOf(field_, "_CMB"));
+        for (const char* title : kNegativeTypes)
+            choice_->addItem(QString::fromUtf8(title));
+        QObject::connect(choice_, &QComboBox::activated, this, [this] { edited(); });
+        return choice_;
+    }
+    edit_ = new QLineEdit;
+    edit_->setObjectName(objectNameOf(field_, "_EDT"));
+    if (field_.kind == SettingKind::Integer) {
+        edit_->setPlaceholderText(persianDigits(QStringLiteral("%1 تا %2").arg(field_.lowest).arg(field_.highest)));
+        edit_->setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
+    }
+    QObject::connect(edit_, &QLineEdit::textEdited, this, [this] { edited(); });
+    return edit_;
+}
+
+void SettingEditor::setValue(const std::string& value) {
+    const QString text = QString::fromStdString(value);
+    if (box_) box_->setChecked(text == QLatin1String("1"));
+    if (choice_) choice_->setCurrentIndex(text.toInt());
+    if (edit_) edit_->setText(field_.kind == SettingKind::Integer ? persianDigits(text) : text);
+    problem_->hide();
+}
+
+std::string SettingEditor::value() const {
+    if (box_) return box_->isChecked() ? "1" : "0";
+    if (choice_) return std::to_string(choice_->currentIndex());
+    if (field_.kind == SettingKind::Integer) return latinDigits(edit_->text().trimmed()).toStdString();
+    return edit_->text().toStdString();
+}
+
+std::string SettingEditor::check() {
+    std::string problem = SettingsStore::problem(field_, value());
+    problem_->setText(QString::fromStdString(problem));
+    problem_->setVisible(!problem.empty());
+    return problem;
+}
+
+void SettingEditor::focusInput() {
+    for (QWidget* input : {static_cast<QWidget*>(edit_), static_cast<QWidget*>(choice_), static_cast<QWidget*>(box_)})
+        if (input) input->setFocus();
+    if (edit_) edit_->selectAll();
+}
+
+void SettingEditor::edited() {
+    check();
+    if (OnEdited) OnEdited();
+}
+
+}  // namespace basalt::host

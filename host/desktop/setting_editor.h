@@ -1,0 +1,45 @@
+// One setting on the settings page: its title, an input that fits its kind, and what is wrong with what was typed.
+//
+//   SettingEditor editor(field);
+//   editor.setValue("2");
+//   editor.problem()      empty, or why the value cannot be stored
+#pragma once
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QWidget>
+#include <functional>
+#include <string>
+
+#include "host/services/settings_store.h"
+
+namespace basalt::host {
+
+class SettingEditor final : public QWidget {
+public:
+    explicit SettingEditor(const SettingField& field, QWidget* parent = nullptr);
+
+    [[nodiscard]] const SettingField& field() const { return field_; }
+    void setValue(const std::string& value);
+    // As SettingsStore reads it; digits are made Latin in numbers.
+    [[nodiscard]] std::string value() const;
+    // Checks the value, shows what is wrong below the input and returns it.
+    std::string check();
+    void focusInput();
+
+    std::function<void()> OnEdited;  // by the user
+
+private:
+    [[nodiscard]] QWidget* makeInput();
+    void edited();
+
+    const SettingField& field_;
+    QLineEdit* edit_ = nullptr;
+    QComboBox* choice_ = nullptr;
+    QCheckBox* box_ = nullptr;
+    QLabel* problem_ = nullptr;
+};
+
+}  // namespace basalt::host

@@ -1,0 +1,236 @@
+#include "host/desktop/settings_page.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QScrollArea>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include "host/screens/theme.h"
+#include "host/services/host_parts.h"
+
+namespace basalt::host {
+namespace {
+
+constexpr int kLongestWorkstationName = 50;
+constexpr int kSmallestFont = 8;
+constexpr int kLargestFont = 16;
+
+// A panel with a title and its inputs below each other.
+QVBoxLayout* addPanel(QBoxLayout& layout, const QString& title) {
+    auto* panel = new QFrame;
+    panel->setProperty("kind", QStringLiteral("panel"));
+    auto* content = new QVBoxLayout(panel);
+    content->setContentsMargins(20, 16, 20, 18);
+    content->setSpacing(12);
+    auto* label = new QLabel(title);
+    label->setProperty("kind", QStringLiteral("sectionTitle"));
+    content->addWidget(label);
+    layout.addWidget(panel);
+    return content;
+}
+
+// An input below its title.
+void addField(QBoxLayout& panel, const QString& title, QWidget* input) {
+    auto* field = new QVBoxLayout;
+    field->setSpacing(4);
+    auto* label = new QLabel(title);
+    label->setProperty("kind", QStringLiteral("field"));
+    label->setBuddy(input);
+    input->setAccessibleName(title);
+    field->addWidget(label);
+    field->addWidget(input);
+    panel.addLayout(field);
+}
+
+}  // namespace
+
+SettingsPage::SettingsPage(DesktopContext context, QWidget* parent) : ShellPage(parent), context_(context) {
+    setObjectName(QStringLiteral("Settings_PNL"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(28, 24, 28, 20);
+    layout->setSpacing(12);
+    auto* title = new QLabel(QStringLiteral("تنظیمات"));
+    title->setProperty("kind", QStringLiteral("pageTitle"));
+    layout->addWidget(title);
+
+    auto* scroll = new QScrollArea;
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    content_ = new QWidget;
+    auto* columns = new QHBoxLayout(content_);
+    columns->setContentsMargins(0, 0, 0, 0);
+    columns->setSpacing(16);
+    columns->setAlignment(Qt::AlignTop | Qt::AlignRight);
+    makeCompany(*columns);
+    makeWorkstation(*columns);
+    scroll->setWidget(content_);
+    layout->addWidget(scroll, 1);
+    makeFooter(*layout);
+}
+
+void SettingsPage::makeCompany(QBoxLayout& layout) {
+    auto* holder = new QVBoxLayout;
+    layout.addLayout(holder);
+    QVBoxLayout* panel = addPanel(*holder, QStringLiteral("تنظیمات شرکت"));
+    holder->addStretch();
+    // Names and numbers first, switches after them.
+    for (const bool flags : {false, true}) {
+        for (const SettingField& field : SettingsStore::fields()) {
+            if ((field.kind == SettingKind::Flag) != flags) continue;
+            auto* editor = new SettingEditor(field);
+            editor->OnEdited = [this] { edited(); };
+            editors_.push_back(editor);
+            panel->addWidget(editor);
+        }
+    }
+}
+
+void SettingsPage::makeWorkstation(QBoxLayout& layout) {
+    auto* holder = new QVBoxLayout;
+    layout.addLayout(holder);
+    QVBoxLayout* panel = addPanel(*holder, QStringLiteral("این ایستگاه کاری"));
+    holder->addStretch();
+    workstation_ = new QLineEdit;
+    workstation_->setObjectName(QStringLiteral("WorkstationName_EDT"));
+    workstation_->setMaxLength(kLongestWorkstationName);
+    workstation_->setFixedWidth(280);
+    addField(*panel, QStringLiteral("نام ایستگاه"), workstation_);
+    workstationProblem_ = new QLabel(QStringLiteral("نام ایستگاه نباید خالی باشد."));
+    workstationProblem_->setObjectName(QStringLiteral("WorkstationName_Problem"));
+    workstationProblem_->setProperty("kind", QStringLiteral("problem"));
+    workstationProblem_->hide();
+    panel->addWidget(workstationProblem_);
+    fontSize_ = new QSpinBox;
+    fontSize_->setObjectName(QStringLiteral("FontSize_EDT"));
+    fontSize_->setLocale(QLocale(QLocale::Persian, QLocale::Iran));
+    fontSize_->setRange(kSmallestFont, kLargestFont);
+    fontSize_->setFixedWidth(120);
+    addField(*panel, QStringLiteral("اندازهٔ قلم"), fontSize_);
+    persianDigits_ = new QCheckBox(QStringLiteral("نمایش عددها با رقم‌های فارسی"));
+    persianDigits_->setObjectName(QStringLiteral("PersianDigits_CHK"));
+    panel->addWidget(persianDigits_);
+
+    QObject::connect(workstation_, &QLineEdit::textEdited, this, [this] {
+        workstationProblem_->setVisible(workstation_->text().trimmed().isEmpty());
+        edited();
+    });
+    QObject::connect(fontSize_, &QSpinBox::valueChanged, this, [this] { edited(); });
+    QObject::connect(persianDigits_, &QCheckBox::clicked, this, [this] { edited(); });
+}
+
+void SettingsPage::makeFooter(QBoxLayout& layout) {
+    auto* footer = new QHBoxLayout;
+    footer->setSpacing(8);
+    save_ = new QPushButton(QStringLiteral("ذخیره \u2066F3\u2069"));
+    save_->setObjectName(QStringLiteral("SaveSettings_BTN"));
+    save_->setProperty("kind", QStringLiteral("primary"));
+    undo_ = new QPushButton(QStringLiteral("بازگرداندن"));
+    undo_->setObjectName(QStringLiteral("UndoSettings_BTN"));
+    state_ = new QLabel;
+    state_->setObjectName(QStringLiteral("SettingsState_LBL"));
+    footer->addWidget(save_);
+    footer->addWidget(undo_);
+    footer->addSpacing(8);
+    footer->addWidget(state_);
+    footer->addStretch();
+    layout.addLayout(footer);
+
+    const auto run = [this] { context_.handlers.guarded(this, [this] { static_cast<void>(save()); }); };
+    QObject::connect(save_, &QPushButton::clicked, this, run);
+    QObject::connect(undo_, &QPushButton::clicked, this,
+                     [this] { context_.handlers.guarded(this, [this] { load(); }); });
+    auto* key = new QShortcut(QKeySequence(Qt::Key_F3), this);
+    key->setContext(Qt::WidgetWithChildrenShortcut);
+    QObject::connect(key, &QShortcut::activated, save_, &QPushButton::click);
+}
+
+void SettingsPage::enter() {
+    const bool allowed = context_.host.HavePermission(context_.host.UserInfo(), hpSettings, prOpen, true, true, "");
+    content_->setEnabled(allowed);
+    load();
+    if (allowed && !editors_.empty()) editors_.front()->focusInput();
+}
+
+bool SettingsPage::mayLeave() {
+    if (!unsaved_) return true;
+    MessageRequest question;
+    question.operation = "MsgUnsavedChanges";
+    question.buttons = {TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel};
+    question.defaultButton = TMessageButton::Yes;
+    question.form = window();
+    const int answer = context_.host.Messages().show(question);
+    if (answer == mrYes) return save();
+    if (answer != mrNo) return false;
+    load();
+    return true;
+}
+
+void SettingsPage::load() {
+    context_.host.settings().reload();
+    const TSettingRecord& record = context_.host.SettingRecord();
+    for (SettingEditor* editor : editors_)
+        editor->setValue(SettingsStore::text(record, editor->field()));
+    const WorkstationOptions& options = context_.host.optionFile().options();
+    workstation_->setText(QString::fromStdString(context_.host.workstationName()));
+    workstationProblem_->hide();
+    fontSize_->setValue(options.fontSize);
+    persianDigits_->setChecked(options.persianDigits);
+    state_->clear();
+    setUnsaved(false);
+}
+
+bool SettingsPage::save() {
+    SettingEditor* wrong = nullptr;
+    for (SettingEditor* editor : editors_)
+        if (!editor->check().empty() && !wrong) wrong = editor;
+    if (wrong) {
+        wrong->focusInput();
+        return false;
+    }
+    if (workstation_->text().trimmed().isEmpty()) {
+        workstationProblem_->show();
+        workstation_->setFocus();
+        return false;
+    }
+    saveCompany();
+    saveWorkstation();
+    setUnsaved(false);
+    state_->setProperty("kind", QStringLiteral("success"));
+    state_->setText(QStringLiteral("تنظیمات ذخیره شد."));
+    if (OnSaved) OnSaved();
+    return true;
+}
+
+void SettingsPage::saveCompany() {
+    TSettingRecord record = context_.host.SettingRecord();
+    for (const SettingEditor* editor : editors_)
+        SettingsStore::assign(record, editor->field().name, editor->value());
+    std::string names;
+    for (const std::string& name : context_.host.settings().store(record))
+        names += (names.empty() ? "" : ", ") + name;
+    if (!names.empty()) context_.host.SetUserEvent(hpSettings, prEdit, names, false, true);
+}
+
+void SettingsPage::saveWorkstation() {
+    WorkstationOptions& options = context_.host.optionFile().options();
+    options.fontSize = fontSize_->value();
+    options.persianDigits = persianDigits_->isChecked();
+    // Writes the option file, with the other options too.
+    context_.host.renameWorkstation(workstation_->text().trimmed().toStdString());
+    QApplication::setFont(themeFont(options.fontSize));
+}
+
+void SettingsPage::edited() {
+    state_->clear();
+    setUnsaved(true);
+}
+
+void SettingsPage::setUnsaved(bool unsaved) {
+    unsaved_ = unsaved;
+    save_->setEnabled(unsaved);
+    undo_->setEnabled(unsaved);
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,55 @@
+// The company's settings, which hold for everybody, and the options of this workstation.
+#pragma once
+
+#include <QBoxLayout>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSpinBox>
+#include <functional>
+#include <vector>
+
+#include "host/desktop/desktop_context.h"
+#include "host/desktop/setting_editor.h"
+#include "host/desktop/shell_page.h"
+
+namespace basalt::host {
+
+class SettingsPage final : public ShellPage {
+public:
+    explicit SettingsPage(DesktopContext context, QWidget* parent = nullptr);
+
+    // Shows what is stored; asks the host's permission.
+    void enter() override;
+    // Asks about unsaved changes.
+    bool mayLeave() override;
+
+    std::function<void()> OnSaved;
+
+private:
+    void makeCompany(QBoxLayout& layout);
+    void makeWorkstation(QBoxLayout& layout);
+    void makeFooter(QBoxLayout& layout);
+    void load();
+    // False when something does not fit; the first such input has the focus then.
+    [[nodiscard]] bool save();
+    void saveCompany();
+    void saveWorkstation();
+    void edited();
+    void setUnsaved(bool unsaved);
+
+    DesktopContext context_;
+    std::vector<SettingEditor*> editors_;
+    QWidget* content_ = nullptr;
+    QLineEdit* workstation_ = nullptr;
+    QLabel* workstationProblem_ = nullptr;
+    QCheckBox* persianDigits_ = nullptr;
+    QSpinBox* fontSize_ = nullptr;
+    QLabel* state_ = nullptr;
+    QPushButton* save_ = nullptr;
+    QPushButton* undo_ = nullptr;
+    bool unsaved_ = false;
+};
+
+}  // namespace basalt::host

@@ -1,0 +1,160 @@
+#include "host/desktop/sign_in_dialog.h"
+
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include "host/desktop/line_icon.h"
+#include "host/screens/theme.h"
+#include "host/services/deploy.h"
+
+namespace basalt::host {
+namespace {
+
+constexpr int kUserNameRole = Qt::UserRole;
+
+QLabel* addLabel(QBoxLayout& layout, const QString& text, const char* kind) {
+    auto* label = new QLabel(text);
+    label->setProperty("kind", QString::fromLatin1(kind));
+    label->setWordWrap(true);
+    layout.addWidget(label);
+    return label;
+}
+
+}  // namespace
+
+SignInDialog::SignInDialog(ReferenceHost& host, const QString& notice, QWidget* parent)
+    : QDialog(parent), host_(host), demo_(holdsDemoData(host.session())) {
+    setObjectName(QStringLiteral("SignIn_FRM"));
+    setWindowTitle(QStringLiteral("ورود به بازالت"));
+    setFixedWidth(420);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(32, 28, 32, 28);
+    layout->setSpacing(16);
+    buildHeader(*layout);
+    buildInputs(*layout, notice);
+    fillUsers();
+    showHint();
+    showError({});
+    password_->setFocus();
+}
+
+void SignInDialog::buildHeader(QBoxLayout& layout) {
+    auto* badge = new QLabel;
+    badge->setPixmap(linePixmap(LineIcon::User, themeColors().accent, 36));
+    badge->setAlignment(Qt::AlignHCenter);
+    layout.addWidget(badge);
+    const std::string& company = host_.SettingRecord().CompanyName;
+    QLabel* title = addLabel(layout, QString::fromStdString(company.empty() ? "بازالت" : company), "title");
+    title->setObjectName(QStringLiteral("Company_LBL"));
+    title->setAlignment(Qt::AlignHCenter);
+    QLabel* subtitle = addLabel(layout, QStringLiteral("برای ادامه وارد شوید"), "hint");
+    subtitle->setAlignment(Qt::AlignHCenter);
+}
+
+void SignInDialog::buildInputs(QBoxLayout& layout, const QString& notice) {
+    if (!notice.isEmpty()) {
+        QLabel* label = addLabel(layout, notice, "notice");
+        label->setObjectName(QStringLiteral("Notice_LBL"));
+    }
+    auto* inputs = new QVBoxLayout;
+    inputs->setSpacing(6);
+    layout.addLayout(inputs);
+
+    QLabel* userTitle = addLabel(*inputs, QStringLiteral("کاربر"), "field");
+    user_ = new QComboBox;
+    user_->setObjectName(QStringLiteral("User_CMB"));
+    user_->setAccessibleName(QStringLiteral("کاربر"));
+    userTitle->setBuddy(user_);
+    inputs->addWidget(user_);
+    inputs->addSpacing(6);
+
+    QLabel* passwordTitle = addLabel(*inputs, QStringLiteral("گذرواژه"), "field");
+    password_ = new QLineEdit;
+    password_->setObjectName(QStringLiteral("Password_EDT"));
+    password_->setAccessibleName(QStringLiteral("گذرواژه"));
+    password_->setEchoMode(QLineEdit::Password);
+    password_->setMaxLength(200);
+    // Passwords are typed from the left, whatever the interface's direction.
+    password_->setLayoutDirection(Qt::LeftToRight);
+    passwordTitle->setBuddy(password_);
+    inputs->addWidget(password_);
+
+    error_ = addLabel(*inputs, {}, "error");
+    error_->setObjectName(QStringLiteral("Error_LBL"));
+    hint_ = addLabel(*inputs, {}, "hint");
+    hint_->setObjectName(QStringLiteral("DemoHint_LBL"));
+    hint_->setVisible(demo_);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(8);
+    signIn_ = new QPushButton(QStringLiteral("ورود"));
+    signIn_->setObjectName(QStringLiteral("SignIn_BTN"));
+    signIn_->setDefault(true);
+    auto* exit = new QPushButton(QStringLiteral("خروج"));
+    exit->setObjectName(QStringLiteral("Exit_BTN"));
+    exit->setAutoDefault(false);
+    buttons->addWidget(signIn_, 2);
+    buttons->addWidget(exit, 1);
+    layout.addLayout(buttons);
+
+    QObject::connect(signIn_, &QPushButton::clicked, this, [this] { signIn(); });
+    QObject::connect(exit, &QPushButton::clicked, this, &QDialog::reject);
+    QObject::connect(password_, &QLineEdit::textEdited, this, [this] { showError({}); });
+    QObject::connect(user_, &QComboBox::currentIndexChanged, this, [this] {
+        showHint();
+        showError({});
+    });
+}
+
+void SignInDialog::fillUsers() {
+    const QString last = QString::fromStdString(host_.optionFile().options().lastUserName);
+    for (const UserListItem& user : host_.users().list()) {
+        if (!user.enabled) continue;
+        const QString name = QString::fromStdString(user.userName);
+        user_->addItem(QString::fromStdString(user.fullName.empty() ? user.userName : user.fullName), name);
+        user_->setItemData(user_->count() - 1, name, Qt::ToolTipRole);
+        if (name.compare(last, Qt::CaseInsensitive) == 0) user_->setCurrentIndex(user_->count() - 1);
+    }
+}
+
+void SignInDialog::showHint() {
+    if (!demo_) return;
+    // The demo users' passwords are their user names.
+    hint_->setText(QStringLiteral("دادهٔ این پایگاه نمایشی است؛ گذرواژهٔ این کاربر «%1» است.")
+                       .arg(user_->currentData(kUserNameRole).toString()));
+}
+
+void SignInDialog::showError(const QString& text) {
+    error_->setText(text);
+    error_->setVisible(!text.isEmpty());
+}
+
+void SignInDialog::rememberUser(const std::string& name) {
+    host_.optionFile().options().lastUserName = name;
+    try {
+        host_.optionFile().save();
+    } catch (const std::exception&) {
+        // Only a convenience for the next time: nobody is kept out because it cannot be written.
+    }
+}
+
+void SignInDialog::signIn() {
+    const std::string name = user_->currentData(kUserNameRole).toString().toStdString();
+    QString problem;
+    try {
+        if (host_.signIn(name, password_->text().toStdString())) {
+            rememberUser(name);
+            accept();
+            return;
+        }
+        problem = QStringLiteral("گذرواژه درست نیست. دوباره وارد کنید.");
+    } catch (const std::exception& error) {
+        problem = QString::fromStdString(host_.catalogue().errorText(error));
+    }
+    password_->clear();
+    password_->setFocus();
+    showError(problem);
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,44 @@
+// Signing in: who, and the password.
+//
+//   SignInDialog dialog(host);
+//   if (dialog.exec() == QDialog::Accepted) ...   // host.signedIn()
+//
+// Enter signs in, Escape leaves. A wrong password and a failing database are told inside the dialog.
+#pragma once
+
+#include <QBoxLayout>
+#include <QComboBox>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "host/services/reference_host.h"
+
+namespace basalt::host {
+
+class SignInDialog final : public QDialog {
+public:
+    // `notice` is shown above the inputs when it is not empty (a database that has just been made, for instance).
+    // Errors of the database while the users are read pass to the caller.
+    explicit SignInDialog(ReferenceHost& host, const QString& notice = {}, QWidget* parent = nullptr);
+
+private:
+    void buildHeader(QBoxLayout& layout);
+    void buildInputs(QBoxLayout& layout, const QString& notice);
+    void fillUsers();
+    void showHint();
+    void showError(const QString& text);
+    void rememberUser(const std::string& name);
+    void signIn();
+
+    ReferenceHost& host_;
+    bool demo_;
+    QComboBox* user_ = nullptr;
+    QLineEdit* password_ = nullptr;
+    QLabel* error_ = nullptr;
+    QLabel* hint_ = nullptr;
+    QPushButton* signIn_ = nullptr;
+};
+
+}  // namespace basalt::host

@@ -1,0 +1,17 @@
+// How the parts of the module appear in menus: Persian titles and icons. A subsystem or part without an entry here
+// still appears, under its own name and with a plain icon.
+#pragma once
+
+#include <QString>
+#include <string>
+
+#include "host/desktop/line_icon.h"
+#include "package/types.h"
+
+namespace basalt::host {
+
+// `subsystem` is the folder's name as in the registry.
+[[nodiscard]] QString subsystemTitle(const std::string& subsystem);
+[[nodiscard]] LineIcon partIcon(TSoftwarePart part);
+
+}  // namespace basalt::host
