@@ -20,13 +20,17 @@ DatabaseError everySlotTaken(const std::string& code) {
 CodeLock::CodeLock(CodeLocks& locks, TSoftwarePart part, Value value, int owner, int slot)
     : locks_(&locks), part_(part), value_(std::move(value)), code_(toText(value_)), owner_(owner), slot_(slot) {}
 
-CodeLock::CodeLock(CodeLock&& other) noexcept {
-    *this = std::move(other);
-}
+CodeLock::CodeLock(CodeLock&& other) noexcept
+    : locks_(std::exchange(other.locks_, nullptr)),
+      part_(other.part_),
+      value_(std::move(other.value_)),
+      code_(std::move(other.code_)),
+      owner_(other.owner_),
+      slot_(other.slot_) {}
 
 CodeLock& CodeLock::operator=(CodeLock&& other) noexcept {
     if (this == &other) return *this;
-    this->~CodeLock();
+    releaseQuietly();
     locks_ = std::exchange(other.locks_, nullptr);
     part_ = other.part_;
     value_ = std::move(other.value_);
@@ -37,6 +41,10 @@ CodeLock& CodeLock::operator=(CodeLock&& other) noexcept {
 }
 
 CodeLock::~CodeLock() {
+    releaseQuietly();
+}
+
+void CodeLock::releaseQuietly() noexcept {
     try {
         release();
     } catch (const std::exception&) {

@@ -38,6 +38,7 @@ public:
 private:
     friend class CodeLocks;
     CodeLock(CodeLocks& locks, TSoftwarePart part, Value value, int owner, int slot);
+    void releaseQuietly() noexcept;
 
     CodeLocks* locks_ = nullptr;
     TSoftwarePart part_{};

@@ -134,11 +134,14 @@ const TUserInfo& ReferenceHost::UserInfo() {
     return user_;
 }
 
+ProcessIdentity ReferenceHost::process() const {
+    return options_.process ? *options_.process : currentProcess();
+}
+
 const TIniOptions& ReferenceHost::IniOptions() {
     if (!claimed_) {
         ini_.WorkstationName = workstationName();
-        ini_.LockOwner =
-            workstations_.claim(options_.process ? *options_.process : currentProcess(), ini_.WorkstationName);
+        ini_.LockOwner = workstations_.claim(process(), ini_.WorkstationName);
         claimed_ = true;
     }
     return ini_;
@@ -171,6 +174,9 @@ bool ReferenceHost::CheckGoodUnitFormul(int goodCode) {
 }
 
 bool ReferenceHost::LocateLockCode_SoftwarePart(const std::string& code, TSoftwarePart part, int owner, bool flag) {
+    if (!codeLocks_.isHeld(code, part, owner, flag)) return false;
+    // Perhaps by a client that was killed while this one was running.
+    workstations_.removeKilled(process().machine);
     return codeLocks_.isHeld(code, part, owner, flag);
 }
 

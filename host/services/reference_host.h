@@ -102,6 +102,7 @@ public:
 
 private:
     void enter(const TUserInfo& user);
+    [[nodiscard]] ProcessIdentity process() const;
     void record(TSoftwarePart part, TPermission permission, const std::string& text, const std::string& description);
 
     Session& session_;

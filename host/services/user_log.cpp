@@ -37,18 +37,15 @@ void UserLog::add(const UserLogEntry& entry, DateTime moment) {
 
 std::string_view UserLog::listStatement() {
     return "SELECT L.ID, L.LogDate, L.LogTime, L.UserName, L.WorkstationName, L.SoftwarePart, S.Title AS PartTitle, "
-           "L.Permission, P.Title AS PermissionTitle, L.[Text], L.[Description] "
+           "L.Permission, P.Title AS PermissionTitle, L.[Text], L.[Description], L.UserCode "
            "FROM dbo.HostUserLog AS L "
            "LEFT JOIN dbo.SoftwarePart AS S ON S.Code = L.SoftwarePart "
            "LEFT JOIN dbo.HostPermissionTypes AS P ON P.Code = L.Permission";
 }
 
 std::vector<UserLogEntry> UserLog::latest(int limit) {
-    const std::string sql = "SELECT TOP " + std::to_string(limit < 0 ? 0 : limit) +
-                            " T.ID, T.LogDate, T.LogTime, T.UserName, T.WorkstationName, T.SoftwarePart, T.PartTitle, "
-                            "T.Permission, T.PermissionTitle, T.[Text], T.[Description], L.UserCode FROM (" +
-                            std::string(listStatement()) +
-                            ") AS T INNER JOIN dbo.HostUserLog AS L ON L.ID = T.ID ORDER BY T.ID DESC";
+    const std::string sql = "SELECT TOP " + std::to_string(limit < 0 ? 0 : limit) + " * FROM (" +
+                            std::string(listStatement()) + ") AS T ORDER BY T.ID DESC";
     const RowSet rows = rowsOf(session_, sql);
     const auto text = [&](std::size_t column, std::size_t row) { return textAt(rows, column, row); };
     std::vector<UserLogEntry> entries;

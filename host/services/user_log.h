@@ -36,7 +36,8 @@ public:
     [[nodiscard]] std::vector<UserLogEntry> latest(int limit);
 
     // A statement for a grid: ID, LogDate, LogTime, UserName, WorkstationName, SoftwarePart, PartTitle, Permission,
-    // PermissionTitle, Text, Description; in the order of the entries. A condition on these names may be put around it.
+    // PermissionTitle, Text, Description, UserCode; in no certain order. Conditions on these names may be put around
+    // it.
     [[nodiscard]] static std::string_view listStatement();
 
 private:

@@ -64,20 +64,20 @@ bool addOwner(Session& session, int owner, const ProcessIdentity& process, const
 
 }  // namespace
 
-int Workstations::claim(const ProcessIdentity& process, const std::string& workstationName) {
-    std::vector<int> unused;
-    for (const Client& client : clientsOf(session_, process.machine)) {
-        if (client.inUse) {
-            if (mayBeAlive(client.process)) continue;
-            HostTransaction transaction(session_);
-            if (!takeFromKilled(session_, client)) continue;
-            removeLocks(session_, client.owner);
-            transaction.commit();
-        }
-        unused.push_back(client.owner);
+void Workstations::removeKilled(const std::string& machine) {
+    for (const Client& client : clientsOf(session_, machine)) {
+        if (!client.inUse || mayBeAlive(client.process)) continue;
+        HostTransaction transaction(session_);
+        if (!takeFromKilled(session_, client)) continue;
+        removeLocks(session_, client.owner);
+        transaction.commit();
     }
-    for (const int owner : unused) {
-        if (takeUnused(session_, owner, process, workstationName)) return owner;
+}
+
+int Workstations::claim(const ProcessIdentity& process, const std::string& workstationName) {
+    removeKilled(process.machine);
+    for (const Client& client : clientsOf(session_, process.machine)) {
+        if (!client.inUse && takeUnused(session_, client.owner, process, workstationName)) return client.owner;
     }
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
         const RowSet rows = rowsOf(session_, "SELECT ISNULL(MAX(Owner), 0) + 1 FROM dbo.HostWorkstations");

@@ -16,8 +16,10 @@ class Workstations {
 public:
     explicit Workstations(Session& session) : session_(session) {}
 
-    // A number that no other client has, and the removal of what killed clients of this machine left.
+    // A number that no other client has. What killed clients of this machine left is removed first.
     [[nodiscard]] int claim(const ProcessIdentity& process, const std::string& workstationName);
+    // Removes what killed clients of this machine left.
+    void removeKilled(const std::string& machine);
     // Gives the number back and removes the owner's code locks.
     void release(int owner);
     // Shown to others at the records that are open here.

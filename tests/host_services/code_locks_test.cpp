@@ -293,6 +293,18 @@ TEST_F(ProcessesTest, whatAKilledClientHeldIsFreeAtTheNextStart) {
     EXPECT_THAT(lockRows(*session), IsEmpty());
 }
 
+TEST_F(ProcessesTest, aClientThatWasRunningMeanwhileFindsTheCodeFreeToo) {
+    const Client client(taking(1));
+    ASSERT_EQ(client.said(), "11 ");
+    const auto session = openDatabase(path());
+    ReferenceHost host(*session, workstation("دوم"));
+    const int owner = host.IniOptions().LockOwner;
+    EXPECT_TRUE(host.LocateLockCode_SoftwarePart("11", spPriceLevels, owner, false));
+    client.killNow();
+    EXPECT_FALSE(host.LocateLockCode_SoftwarePart("11", spPriceLevels, owner, false));
+    EXPECT_THAT(lockRows(*session), IsEmpty());
+}
+
 TEST_F(ProcessesTest, aKilledClientOfThisMachineIsCleanedUpNextToLivingOnes) {
     const Client living(taking(1));
     ASSERT_EQ(living.said(), "11 ");
