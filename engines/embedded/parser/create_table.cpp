@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <iterator>
 #include <limits>
 #include <utility>
 
@@ -95,7 +97,7 @@ Constraint parseConstraint(TokenCursor& cursor, bool ofColumn) {
         constraint.kind = cursor.at(Keyword::Primary) ? ConstraintKind::PrimaryKey : ConstraintKind::Unique;
         if (cursor.next(); constraint.kind == ConstraintKind::PrimaryKey) cursor.expect(Keyword::Key);
         constraint.clustered = parseClustered(cursor);
-        if (!ofColumn) constraint.columns = parseKeyColumns(cursor);
+        if (!ofColumn || cursor.at(TokenKind::LeftParenthesis)) constraint.columns = parseKeyColumns(cursor);
         skipStorageOptions(cursor);
     } else if (cursor.accept(Keyword::Check)) {
         constraint.kind = ConstraintKind::Check;
@@ -126,6 +128,7 @@ Constraint parseConstraint(TokenCursor& cursor, bool ofColumn) {
             constraint.columns = parseKeyColumns(cursor);
         } else if (cursor.accept(Keyword::Foreign)) {
             cursor.expect(Keyword::Key);
+            if (cursor.at(TokenKind::LeftParenthesis)) constraint.columns = parseKeyColumns(cursor);
         }
         parseReferences(cursor, constraint);
     }
@@ -184,6 +187,12 @@ ColumnDefinition parseColumnDefinition(TokenCursor& cursor) {
         column.type = parseDataType(cursor);
     }
     for (;;) {
+        // A name for NOT NULL is allowed and kept by nobody.
+        if (cursor.at(Keyword::Constraint) &&
+            (cursor.keyword(2) == Keyword::Not || cursor.keyword(2) == Keyword::Null)) {
+            cursor.next();
+            cursor.name();
+        }
         if (cursor.accept(Keyword::Null)) {
             column.nullable = true;
         } else if (cursor.at(Keyword::Not)) {
@@ -211,7 +220,14 @@ void parseTableElement(TokenCursor& cursor, TableDefinition& definition) {
     if (atConstraint(cursor)) {
         definition.constraints.push_back(parseConstraint(cursor, false));
     } else {
-        definition.columns.push_back(parseColumnDefinition(cursor));
+        ColumnDefinition column = parseColumnDefinition(cursor);
+        // A key that names its columns is one of the table, only the comma before it is missing.
+        const auto ofTable =
+            std::stable_partition(column.constraints.begin(), column.constraints.end(),
+                                  [](const Constraint& constraint) { return constraint.columns.empty(); });
+        std::move(ofTable, column.constraints.end(), std::back_inserter(definition.constraints));
+        column.constraints.erase(ofTable, column.constraints.end());
+        definition.columns.push_back(std::move(column));
     }
 }
 

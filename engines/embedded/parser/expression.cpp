@@ -23,6 +23,8 @@ std::unique_ptr<Node> make(SourceRange range) {
 }
 
 void requireValue(TokenCursor& cursor, const Expression& expression) {
+    if (const auto* comparison = tryAs<ComparisonExpression>(&expression))
+        cursor.failAt(comparison->operatorRange.begin);
     if (isCondition(expression.kind)) cursor.failHere();
 }
 

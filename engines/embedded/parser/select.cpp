@@ -48,11 +48,7 @@ Identifier textAlias(TokenCursor& cursor) {
     alias.text = std::string(cursor.literals()[token.literal].text);
     cursor.literals().fix(token.literal);
     cursor.next();
-    if (alias.text.empty()) {
-        cursor.fail(1038,
-                    "An object or column name is missing or empty. Aliases defined as \"\" or [] are not allowed.",
-                    alias.range);
-    }
+    cursor.requireGoodName(alias);
     return alias;
 }
 

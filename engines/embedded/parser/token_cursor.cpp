@@ -203,6 +203,12 @@ void TokenCursor::failNear(const Token& token) const {
     fail(102, "Incorrect syntax near '" + near + "'.", place);
 }
 
+void TokenCursor::failAt(std::uint32_t begin) const {
+    const auto& tokens = lexer_.tokens();
+    failNear(*std::lower_bound(tokens.begin(), tokens.end() - 1, begin,
+                               [](const Token& token, std::uint32_t offset) { return token.range.begin < offset; }));
+}
+
 void TokenCursor::fail(int number, const std::string& message, SourceRange range) const {
     throwSyntaxError(number, message, text(), range);
 }

@@ -74,6 +74,8 @@ public:
     // Errors
     [[noreturn]] void failHere() const { failNear(peek()); }
     [[noreturn]] void failNear(const Token& token) const;
+    // The token that begins there.
+    [[noreturn]] void failAt(std::uint32_t begin) const;
     [[noreturn]] void fail(int number, const std::string& message, SourceRange range) const;
     [[noreturn]] void failLimit(int number, const std::string& message, SourceRange range) const;
     [[noreturn]] void unsupported(std::string_view construct, SourceRange range) const;

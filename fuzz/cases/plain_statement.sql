@@ -1,0 +1,1 @@
+SELECT a FROM t WHERE b = N'it''s' AND c IN (1, 2.5, 1e5) -- x

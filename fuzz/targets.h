@@ -1,0 +1,13 @@
+// One function a target. Each takes any bytes, must not crash, and aborts with a message when a property does not hold.
+#pragma once
+
+#include <string_view>
+
+namespace basalt::fuzz {
+
+// Tokens lie in the text, in order, and a second scan finds the same.
+void lexer(std::string_view input);
+// What parses prints, and what prints parses to the same tree. What does not parse says where.
+void parser(std::string_view input);
+
+}  // namespace basalt::fuzz
