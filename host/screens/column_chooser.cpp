@@ -28,8 +28,8 @@ ColumnChooser::ColumnChooser(const std::vector<ColumnChoice>& choices, QWidget* 
         made->setAutoDefault(false);
         return made;
     };
-    auto* up = button("Up_BTN", QStringLiteral("&بالا"));
-    auto* down = button("Down_BTN", QStringLiteral("&پایین"));
+    auto* up = button("Up_BTN", QStringLiteral("بالا"));
+    auto* down = button("Down_BTN", QStringLiteral("پایین"));
     auto* accept = button("Ok_BTN", QStringLiteral("تأیید"));
     auto* cancel = button("Cancel_BTN", QStringLiteral("انصراف"));
     accept->setDefault(true);

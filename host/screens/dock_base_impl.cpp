@@ -89,9 +89,9 @@ void DockBaseImpl::SetSearchManager(TVaroSearchManager* manager) {
 void DockBaseImpl::addGridTools() {
     auto* tool = new QToolButton(&screen_);
     tool->setObjectName(QStringLiteral("ListTools_BTN"));
-    tool->setText(QStringLiteral("چاپ و خروجی"));
+    tool->setText(QStringLiteral("چاپ و خروجی ▾"));
     tool->setToolTip(QStringLiteral("ستون‌ها، چاپ و خروجی گرفتن از فهرست"));
-    tool->setAccessibleName(tool->text());
+    tool->setAccessibleName(tool->toolTip());
     tool->setFocusPolicy(Qt::StrongFocus);
     tool->setPopupMode(QToolButton::InstantPopup);
     auto* menu = new QMenu(tool);

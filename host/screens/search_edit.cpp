@@ -14,6 +14,8 @@ SearchEdit::SearchEdit(const QString& objectName, QWidget* parent) : InnerContro
     setObjectName(objectName);
     setMaxLength(kLongestInput);
     setClearButtonEnabled(true);
+    // Also while it is empty, when there is no text yet to tell the direction.
+    setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
 }
 
 void SearchEdit::setDataType(TSearchDataType type) {

@@ -264,7 +264,10 @@ void SmartGrid::layOutColumns() {
 }
 
 bool SmartGrid::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Resize) layOutColumns();
+    if (event->type() == QEvent::Resize) {
+        layOutColumns();
+        if (view_->currentIndex().isValid()) view_->scrollTo(view_->currentIndex());
+    }
     return TSmartDBGrid_VRO::eventFilter(watched, event);
 }
 

@@ -18,6 +18,9 @@ constexpr int kMostRows = 100'000;
 constexpr qreal kLargestFont = 9.5;
 constexpr qreal kSmallestFont = 6;
 constexpr qreal kScreenDpi = 96;
+// Sides of the paper, whatever the direction of the text.
+constexpr auto kRight = Qt::AlignRight | Qt::AlignAbsolute;
+constexpr auto kLeft = Qt::AlignLeft | Qt::AlignAbsolute;
 
 class TablePainter {
 public:
@@ -118,7 +121,7 @@ private:
         painter.setFont(font_);
         const qreal line = QFontMetricsF(font_, &printer_).height() * 1.3;
         for (const QString& text : table_.headerLines()) {
-            painter.drawText(QRectF(0, y, page_.width(), line), Qt::AlignRight | Qt::AlignVCenter, persianDigits(text));
+            painter.drawText(QRectF(0, y, page_.width(), line), kRight | Qt::AlignVCenter, persianDigits(text));
             y += line;
         }
         return y;
@@ -148,8 +151,9 @@ private:
             const bool number = isNumber(table_.columns()[column].type);
             // Isolated, so that a minus sign stays on the left of its number.
             if (number) text = QChar(0x2066) + text + QChar(0x2069);
-            painter.drawText(cell, (number ? Qt::AlignHCenter : Qt::AlignRight) | Qt::AlignVCenter | Qt::TextSingleLine,
-                             text);
+            painter.drawText(
+                cell, (number ? Qt::Alignment(Qt::AlignHCenter) : kRight) | Qt::AlignVCenter | Qt::TextSingleLine,
+                text);
         });
         painter.setPen(QPen(themeColors().border, 0));
         painter.drawLine(QPointF(0, y + rowHeight_), QPointF(page_.width(), y + rowHeight_));
@@ -160,8 +164,8 @@ private:
         painter.setFont(font_);
         painter.setPen(themeColors().muted);
         const QString number = QStringLiteral("صفحه‌ی %1 از %2").arg(page + 1).arg(pages);
-        painter.drawText(foot, Qt::AlignRight | Qt::AlignBottom, persianDigits(footer_));
-        painter.drawText(foot, Qt::AlignLeft | Qt::AlignBottom, persianDigits(number));
+        painter.drawText(foot, kRight | Qt::AlignBottom, persianDigits(footer_));
+        painter.drawText(foot, kLeft | Qt::AlignBottom, persianDigits(number));
     }
 
     // The first column is the rightmost.

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFontDatabase>
 #include <QPalette>
+#include <QProxyStyle>
 #include <QStyleFactory>
 #include <array>
 #include <utility>
@@ -15,6 +16,18 @@ static void initializeThemeResource() {
 
 namespace basalt::host {
 namespace {
+
+class ThemeStyle final : public QProxyStyle {
+public:
+    ThemeStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returned) const override {
+        // An underlined letter is drawn apart from its word, which tears joined script. The keys work all the same.
+        if (hint == SH_UnderlineShortcut) return 0;
+        return QProxyStyle::styleHint(hint, option, widget, returned);
+    }
+};
 
 void loadFonts() {
     for (const char* file : {"Regular", "Medium", "Bold"})
@@ -102,7 +115,7 @@ QFont themeFont(qreal pointSize, QFont::Weight weight) {
 void applyTheme(QApplication& application) {
     if (application.property("basaltTheme").toBool()) return;
     application.setProperty("basaltTheme", true);
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new ThemeStyle);
     QApplication::setFont(themeFont());
     QApplication::setPalette(themePalette());
     QApplication::setLayoutDirection(Qt::RightToLeft);

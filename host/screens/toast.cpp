@@ -9,6 +9,7 @@ namespace {
 constexpr int kShortest = 2500;
 constexpr int kPerCharacter = 60;
 constexpr int kMargin = 24;
+constexpr int kAboveFooter = 64;  // clear of the buttons
 }  // namespace
 
 Toast::Toast(QWidget* window) : QFrame(window), label_(new QLabel(this)) {
@@ -47,7 +48,7 @@ void Toast::place() {
     const int wanted = label_->fontMetrics().horizontalAdvance(label_->text()) + 48;
     const int width = std::min(wanted, widest);
     const int height = layout()->hasHeightForWidth() ? layout()->heightForWidth(width) : sizeHint().height();
-    setGeometry((window->width() - width) / 2, window->height() - height - kMargin, width, height);
+    setGeometry((window->width() - width) / 2, window->height() - height - kAboveFooter, width, height);
 }
 
 bool Toast::eventFilter(QObject* watched, QEvent* event) {
