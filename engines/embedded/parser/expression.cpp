@@ -23,8 +23,6 @@ std::unique_ptr<Node> make(SourceRange range) {
 }
 
 void requireValue(TokenCursor& cursor, const Expression& expression) {
-    if (const auto* comparison = tryAs<ComparisonExpression>(&expression))
-        cursor.failAt(comparison->operatorRange.begin);
     if (isCondition(expression.kind)) cursor.failHere();
 }
 
@@ -474,6 +472,10 @@ ExpressionPtr parseExpression(TokenCursor& cursor) {
 ExpressionPtr parseOperand(TokenCursor& cursor) {
     const ExpressionScope scope(cursor);
     ExpressionPtr expression = parseAdditive(cursor);
+    // (a = 1) where a value is expected: the mark belongs below the comparison, not behind it.
+    if (const auto* comparison = tryAs<ComparisonExpression>(expression.get())) {
+        cursor.failAt(comparison->operatorRange.begin);
+    }
     requireValue(cursor, *expression);
     return expression;
 }
