@@ -10,6 +10,7 @@
 
 #include "ado/error.h"
 #include "package/services.h"
+#include "tests/costlevel/level_rows.h"
 #include "tests/support/fake_host.h"
 #include "tests/support/scripted_session.h"
 #include "tests/support/tracing_session.h"
@@ -20,64 +21,12 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-struct Level {
-    int code;
-    const char* name;
-    const char* comment;  // nullptr: null
-    int costType;
-};
-
 const DatabaseError refusedByKey(ErrorCategory::Constraint, "23000", 547, "the row is referred to");
 const DatabaseError lostConnection(ErrorCategory::Connection, "08S01", 0, "the connection is lost");
 
 class CostLevelStore : public ::testing::Test {
 protected:
     CostLevelStore() { host.calls.clear(); }
-
-    static ColumnInfo column(const char* name, FieldType type, int size = 0) {
-        return {.name = name, .type = type, .size = size, .baseTable = "CostLevel", .baseColumn = name};
-    }
-
-    // Rows of the whole table, as "select *" gives them.
-    static RowSet levels(const std::vector<Level>& rows) {
-        RowSet set({column("Code", FieldType::Integer), column("Name", FieldType::Text, 50),
-                    column("Comment", FieldType::Text, 200), column("CostType", FieldType::Integer)});
-        for (const Level& row : rows) {
-            set.column(0).appendInt(row.code);
-            set.column(1).appendText(row.name);
-            if (row.comment != nullptr) {
-                set.column(2).appendText(row.comment);
-            } else {
-                set.column(2).appendNull();
-            }
-            set.column(3).appendInt(row.costType);
-            set.finishRow();
-        }
-        return set;
-    }
-
-    static RowSet names(const std::vector<const char*>& rows) {
-        RowSet set({column("Name", FieldType::Text, 50)});
-        for (const char* row : rows) {
-            set.column(0).appendText(row);
-            set.finishRow();
-        }
-        return set;
-    }
-
-    static RowSet number(std::int64_t value) {
-        RowSet set({{.name = "", .type = FieldType::BigInt}});
-        set.column(0).appendInt(value);
-        set.finishRow();
-        return set;
-    }
-
-    static TableInfo costLevelTable() {
-        return {.name = "CostLevel",
-                .columns = {column("Code", FieldType::Integer), column("Name", FieldType::Text, 50),
-                            column("Comment", FieldType::Text, 200), column("CostType", FieldType::Integer)},
-                .key = {"CostType", "Code"}};
-    }
 
     ScriptedSession script;
     TracingSession session{script, host.calls};
@@ -102,22 +51,22 @@ TEST_F(CostLevelStore, startsWithTheLevelsAndItsQueriesOnTheHostsConnection) {
 
 TEST_F(CostLevelStore, listsAllWithoutAFilter) {
     script.expect("select Code,Name,Comment from CostLevel",
-                  levels({{0, "کلیه گروه ها", "", 1}, {1, "تک‌فروشی", "", 1}}));
+                  levelRows({{0, "کلیه گروه ها", "", 1}, {1, "تک‌فروشی", "", 1}}));
     store.CostLevel_GetAll("");
     EXPECT_EQ(store.CostLevel_List_QUR.RecordCount(), 2);
 }
 
 TEST_F(CostLevelStore, listsPriceLevels) {
     script.expect("select Code,Name,Comment from CostLevel\n WHERE code > 0 AND CostType IN(1)",
-                  levels({{1, "تک‌فروشی", "", 1}}));
+                  levelRows({{1, "تک‌فروشی", "", 1}}));
     store.CostLevel_GetAll("code > 0 AND CostType IN(1)");
     EXPECT_EQ(store.CostLevel_List_QUR.RecordCount(), 1);
 }
 
 TEST_F(CostLevelStore, listsAnew) {
     script.expect("select Code,Name,Comment from CostLevel\n WHERE code > 0 AND CostType IN(1)",
-                  levels({{1, "تک‌فروشی", "", 1}}));
-    script.expect("select Code,Name,Comment from CostLevel\n WHERE code > 0 AND CostType IN(3, 4)", levels({}));
+                  levelRows({{1, "تک‌فروشی", "", 1}}));
+    script.expect("select Code,Name,Comment from CostLevel\n WHERE code > 0 AND CostType IN(3, 4)", levelRows({}));
     store.CostLevel_GetAll("code > 0 AND CostType IN(1)");
     store.CostLevel_GetAll("code > 0 AND CostType IN(3, 4)");
     EXPECT_TRUE(store.CostLevel_List_QUR.Active());
@@ -125,7 +74,7 @@ TEST_F(CostLevelStore, listsAnew) {
 }
 
 TEST_F(CostLevelStore, failedListIsClosedAndTheErrorPasses) {
-    script.expect("select Code,Name,Comment from CostLevel", levels({}));
+    script.expect("select Code,Name,Comment from CostLevel", levelRows({}));
     script.expectError("select Code,Name,Comment from CostLevel\n WHERE nonsense",
                        DatabaseError(ErrorCategory::Syntax, "42000", 102, "not understood"));
     store.CostLevel_GetAll("");
@@ -134,7 +83,7 @@ TEST_F(CostLevelStore, failedListIsClosedAndTheErrorPasses) {
 }
 
 TEST_F(CostLevelStore, opensOneLevelForEditing) {
-    script.expect("SELECT * FROM CostLevel Where Code = 4 AND CostType = 1", levels({{4, "نمایندگی", nullptr, 1}}));
+    script.expect("SELECT * FROM CostLevel Where Code = 4 AND CostType = 1", levelRows({{4, "نمایندگی", nullptr, 1}}));
     store.CostLevel_GetByID(4, 1);
     EXPECT_EQ(store.CostLevelGet_QUR.RecordCount(), 1);
     EXPECT_EQ(store.CostLevelGet_QUR.FieldByName("Name").AsString(), "نمایندگی");
@@ -142,7 +91,7 @@ TEST_F(CostLevelStore, opensOneLevelForEditing) {
 
 TEST_F(CostLevelStore, readsOneLevelIntoARecord) {
     script.expect("SELECT * FROM CostLevel Where Code = 2 AND CostType = 3",
-                  levels({{2, "تخفیف حجمی", "بیش از ده کارتن", 3}}));
+                  levelRows({{2, "تخفیف حجمی", "بیش از ده کارتن", 3}}));
     TCostLevelMapper mapper{.Code = 9, .Name = "قبلی", .Comment = "قبلی", .CostType = 9};
     store.CostLevel_GetByID(2, 3, mapper);
     EXPECT_EQ(mapper.Code, 2);
@@ -153,7 +102,7 @@ TEST_F(CostLevelStore, readsOneLevelIntoARecord) {
 }
 
 TEST_F(CostLevelStore, missingLevelAndNullsReadAsEmpty) {
-    script.expect("SELECT * FROM CostLevel Where Code = 99 AND CostType = 1", levels({}));
+    script.expect("SELECT * FROM CostLevel Where Code = 99 AND CostType = 1", levelRows({}));
     TCostLevelMapper mapper{.Code = 9, .Name = "قبلی", .Comment = "قبلی", .CostType = 9};
     store.CostLevel_GetByID(99, 1, mapper);
     EXPECT_EQ(mapper.Code, 99);
@@ -161,7 +110,7 @@ TEST_F(CostLevelStore, missingLevelAndNullsReadAsEmpty) {
     EXPECT_EQ(mapper.Comment, "");
     EXPECT_EQ(mapper.CostType, 0);
 
-    script.expect("SELECT * FROM CostLevel Where Code = 4 AND CostType = 1", levels({{4, "نمایندگی", nullptr, 1}}));
+    script.expect("SELECT * FROM CostLevel Where Code = 4 AND CostType = 1", levelRows({{4, "نمایندگی", nullptr, 1}}));
     store.CostLevel_GetByID(4, 1, mapper);
     EXPECT_EQ(mapper.Comment, "");
 }
@@ -186,9 +135,9 @@ void PrintTo(const NameLookup& row, std::ostream* out) {
 class CostLevelNames : public CostLevelStore, public ::testing::WithParamInterface<NameLookup> {};
 
 TEST_P(CostLevelNames, areLookedUpAmongTheOthersOfTheKind) {
-    script.expect(GetParam().statement, names({"یک", "دو"}));
+    script.expect(GetParam().statement, nameRows({"یک", "دو"}));
     EXPECT_EQ(store.CostLevel_ExistName(5, 1, GetParam().text), 2);
-    script.expect(GetParam().statement, names({}));
+    script.expect(GetParam().statement, nameRows({}));
     EXPECT_EQ(store.CostLevel_ExistName(5, 1, GetParam().text), 0);
 }
 
@@ -208,7 +157,8 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return row.param.name; });
 
 TEST_F(CostLevelStore, namesOfDiscountLevelsAreAKindOfTheirOwn) {
-    script.expect("select Name from CostLevel where Name = 'همکار' and Code <> 0  AND CostType = 3", names({"همکار"}));
+    script.expect("select Name from CostLevel where Name = 'همکار' and Code <> 0  AND CostType = 3",
+                  nameRows({"همکار"}));
     EXPECT_EQ(store.CostLevel_ExistName(0, 3, "همکار"), 1);
 }
 
@@ -217,13 +167,13 @@ TEST_F(CostLevelStore, newCodes) {
         "select isnull(Max(Code),0)+1 from (select isnull(Max(Code),0) as Code from CostLevel WHERE CostType = 1UNION "
         "ALL "
         "Select MAX(CAST(Code AS BIGINT)) as Code FROM CodeLock_TBL WHERE Status = 114) T1",
-        number(10));
+        numberRow(10));
     EXPECT_EQ(store.CostLevel_GetNewCode(114, 1), 10);
     script.expect(
         "select isnull(Max(Code),0)+1 from (select isnull(Max(Code),0) as Code from CostLevel WHERE CostType = 3UNION "
         "ALL "
         "Select MAX(CAST(Code AS BIGINT)) as Code FROM CodeLock_TBL WHERE Status = 134) T1",
-        number(1));
+        numberRow(1));
     EXPECT_EQ(store.CostLevel_GetNewCode(134, 3), 1);
 }
 
@@ -232,15 +182,15 @@ TEST_F(CostLevelStore, newCodeBeyondTheRangeOfCodesIsAnError) {
         "select isnull(Max(Code),0)+1 from (select isnull(Max(Code),0) as Code from CostLevel WHERE CostType = 1UNION "
         "ALL "
         "Select MAX(CAST(Code AS BIGINT)) as Code FROM CodeLock_TBL WHERE Status = 114) T1",
-        number(std::int64_t{2147483648}));
+        numberRow(std::int64_t{2147483648}));
     EXPECT_THROW((void)store.CostLevel_GetNewCode(114, 1), DatabaseError);
 }
 
 // Writing
 
 TEST_F(CostLevelStore, editWritesWhatChanged) {
-    script.setTable(costLevelTable());
-    script.expect("SELECT * FROM CostLevel Where Code = 4 AND CostType = 1", levels({{4, "نمایندگی", nullptr, 1}}));
+    script.setTable(levelTable());
+    script.expect("SELECT * FROM CostLevel Where Code = 4 AND CostType = 1", levelRows({{4, "نمایندگی", nullptr, 1}}));
     store.CostLevel_GetByID(4, 1);
     script.expectChange(
         "UPDATE [CostLevel] SET [Name] = ?, [Comment] = ? WHERE [CostType] = ? AND [Code] = ? AND [Name] = ? AND "
@@ -254,8 +204,8 @@ TEST_F(CostLevelStore, editWritesWhatChanged) {
 }
 
 TEST_F(CostLevelStore, insertWritesTheRow) {
-    script.setTable(costLevelTable());
-    script.expect("SELECT * FROM CostLevel Where Code = 5 AND CostType = 3", levels({}));
+    script.setTable(levelTable());
+    script.expect("SELECT * FROM CostLevel Where Code = 5 AND CostType = 3", levelRows({}));
     script.expectChange("INSERT INTO [CostLevel] ([Code], [Name], [Comment], [CostType]) VALUES (?, ?, ?, ?)",
                         {std::int64_t{5}, std::string("پلکانی"), std::string(""), std::int64_t{3}}, 1);
     store.CostLevel_InsUpd({.Code = 5, .Name = "پلکانی", .Comment = "", .CostType = 3}, false);
@@ -265,14 +215,14 @@ TEST_F(CostLevelStore, insertWritesTheRow) {
 
 TEST_F(CostLevelStore, editWithoutAnOpenedRowSaysSo) {
     EXPECT_THROW(store.CostLevel_InsUpd({.Code = 4, .Name = "الف", .Comment = "", .CostType = 1}, true), UsageError);
-    script.expect("SELECT * FROM CostLevel Where Code = 99 AND CostType = 1", levels({}));
+    script.expect("SELECT * FROM CostLevel Where Code = 99 AND CostType = 1", levelRows({}));
     store.CostLevel_GetByID(99, 1);
     EXPECT_THROW(store.CostLevel_InsUpd({.Code = 99, .Name = "الف", .Comment = "", .CostType = 1}, true), UsageError);
 }
 
 TEST_F(CostLevelStore, failedEditCanBeRepeated) {
-    script.setTable(costLevelTable());
-    script.expect("SELECT * FROM CostLevel Where Code = 4 AND CostType = 1", levels({{4, "نمایندگی", "", 1}}));
+    script.setTable(levelTable());
+    script.expect("SELECT * FROM CostLevel Where Code = 4 AND CostType = 1", levelRows({{4, "نمایندگی", "", 1}}));
     store.CostLevel_GetByID(4, 1);
     const char* const update = "UPDATE [CostLevel] SET [Name] = ? WHERE [CostType] = ? AND [Code] = ? AND [Name] = ?";
     const std::vector<Value> values{std::string("الف"), std::int64_t{1}, std::int64_t{4}, std::string("نمایندگی")};
@@ -286,7 +236,7 @@ TEST_F(CostLevelStore, failedEditCanBeRepeated) {
 }
 
 TEST_F(CostLevelStore, tooLongANameIsRefusedBeforeAnythingIsSent) {
-    script.expect("SELECT * FROM CostLevel Where Code = 4 AND CostType = 1", levels({{4, "نمایندگی", "", 1}}));
+    script.expect("SELECT * FROM CostLevel Where Code = 4 AND CostType = 1", levelRows({{4, "نمایندگی", "", 1}}));
     store.CostLevel_GetByID(4, 1);
     try {
         store.CostLevel_InsUpd({.Code = 4, .Name = std::string(51, 'x'), .Comment = "", .CostType = 1}, true);
@@ -298,8 +248,8 @@ TEST_F(CostLevelStore, tooLongANameIsRefusedBeforeAnythingIsSent) {
 }
 
 TEST_F(CostLevelStore, aLostUpdateIsReported) {
-    script.setTable(costLevelTable());
-    script.expect("SELECT * FROM CostLevel Where Code = 4 AND CostType = 1", levels({{4, "نمایندگی", "", 1}}));
+    script.setTable(levelTable());
+    script.expect("SELECT * FROM CostLevel Where Code = 4 AND CostType = 1", levelRows({{4, "نمایندگی", "", 1}}));
     store.CostLevel_GetByID(4, 1);
     script.expectChange("UPDATE [CostLevel] SET [Name] = ? WHERE [CostType] = ? AND [Code] = ? AND [Name] = ?",
                         {std::string("الف"), std::int64_t{1}, std::int64_t{4}, std::string("نمایندگی")}, 0);

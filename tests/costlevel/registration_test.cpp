@@ -7,6 +7,7 @@
 #include "ado/error.h"
 #include "package/registry.h"
 #include "package/services.h"
+#include "tests/costlevel/level_rows.h"
 #include "tests/support/fake_host.h"
 #include "tests/support/scripted_session.h"
 
@@ -61,16 +62,7 @@ TEST_F(CostLevelRegistration, listsEveryOperationOfTheStore) {
 }
 
 TEST_F(CostLevelRegistration, readsALevelIntoItsRecord) {
-    RowSet rows({{.name = "Code", .type = FieldType::Integer},
-                 {.name = "Name", .type = FieldType::Text, .size = 50},
-                 {.name = "Comment", .type = FieldType::Text, .size = 200},
-                 {.name = "CostType", .type = FieldType::Integer}});
-    rows.column(0).appendInt(3);
-    rows.column(1).appendText("همکار");
-    rows.column(2).appendNull();
-    rows.column(3).appendInt(1);
-    rows.finishRow();
-    script.expect("SELECT * FROM CostLevel Where Code = 3 AND CostType = 1", std::move(rows));
+    script.expect("SELECT * FROM CostLevel Where Code = 3 AND CostType = 1", levelRows({{3, "همکار", nullptr, 1}}));
     FunctionCall call(state, {{"Code", 3}, {"CostType", 1}});
     function("CostLevel_GetByID", 1).run(call);
     ASSERT_EQ(call.outputs().size(), 1U);
@@ -79,8 +71,7 @@ TEST_F(CostLevelRegistration, readsALevelIntoItsRecord) {
 }
 
 TEST_F(CostLevelRegistration, storesLiveFromCallToCall) {
-    script.expect("SELECT * FROM CostLevel Where Code = 3 AND CostType = 1",
-                  RowSet({{.name = "Code", .type = FieldType::Integer}}));
+    script.expect("SELECT * FROM CostLevel Where Code = 3 AND CostType = 1", levelRows({}));
     FunctionCall open(state, {{"Code", 3}, {"CostType", 1}});
     function("CostLevel_GetByID", 0).run(open);
     ASSERT_EQ(state.modules().size(), 1U);
