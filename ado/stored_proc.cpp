@@ -24,12 +24,12 @@ void TADOStoredProc::ProcedureName(std::string name) {
 }
 
 ProcedureInfo TADOStoredProc::describe() const {
-    if (procedure_.empty()) fail("the procedure's name is empty; set ProcedureName first");
+    if (procedure_.empty()) fail("ProcedureName: it is empty; set it first");
     return connected().session().procedure(procedure_);
 }
 
 CallResult TADOStoredProc::callProcedure() {
-    if (procedure_.empty()) fail("the procedure's name is empty; set ProcedureName first");
+    if (procedure_.empty()) fail("ProcedureName: it is empty; set it first");
     std::vector<Argument> arguments;
     for (int i = 0; i < parameters_.Count(); ++i) {
         const TParameter& parameter = parameters_.Items(i);
