@@ -15,7 +15,7 @@ ConsolePage::ConsolePage(DesktopContext context, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(28, 24, 28, 20);
     layout->setSpacing(12);
-    auto* title = new QLabel(QStringLiteral("میز فراخوانی"));
+    auto* title = new QLabel(QString::fromStdString(context_.host.permissions().partTitle(hpConsole)));
     title->setProperty("kind", QStringLiteral("pageTitle"));
     layout->addWidget(title);
     auto* parts = new QSplitter;
@@ -70,9 +70,7 @@ QWidget* ConsolePage::makeCallPanel() {
 }
 
 void ConsolePage::enter() {
-    const bool allowed = context_.host.HavePermission(context_.host.UserInfo(), hpConsole, prOpen, true, true, "");
-    setEnabled(allowed);
-    if (allowed) functions_->focusSearch();
+    functions_->focusSearch();
 }
 
 void ConsolePage::choose(const Callable& callable) {

@@ -17,7 +17,6 @@ class ConsolePage final : public ShellPage {
 public:
     explicit ConsolePage(DesktopContext context, QWidget* parent = nullptr);
 
-    // Asks the host's permission.
     void enter() override;
 
 private:

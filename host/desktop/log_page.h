@@ -16,7 +16,7 @@ class LogPage final : public ShellPage {
 public:
     explicit LogPage(DesktopContext context, QWidget* parent = nullptr);
 
-    // Reads the log anew with what is searched for; asks the host's permission.
+    // Reads the log anew with what is searched for.
     void enter() override;
 
 private:

@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QShortcut>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "host/desktop/console_page.h"
 #include "host/desktop/date_text.h"
@@ -15,6 +16,7 @@
 #include "host/desktop/shell_style.h"
 #include "host/desktop/subsystem_look.h"
 #include "host/screens/theme.h"
+#include "host/services/host_parts.h"
 
 namespace basalt::host {
 
@@ -42,24 +44,47 @@ MainShell::MainShell(DesktopContext context, QWidget* parent) : QWidget(parent),
     layout->addWidget(status_);
 
     home_ = new HomePage(context_);
-    addPage(
-        {QStringLiteral("Home"), QStringLiteral("خانه"), {}, LineIcon::Home, QKeySequence(QStringLiteral("Ctrl+0"))},
-        home_);
+    addPage({.objectName = QStringLiteral("Home"),
+             .title = QStringLiteral("خانه"),
+             .part = {},
+             .hint = {},
+             .icon = LineIcon::Home,
+             .shortCut = QKeySequence(QStringLiteral("Ctrl+0"))},
+            home_);
     addEntries();
+    addTools();
+}
+
+void MainShell::addTools() {
     navigation_->addStretch();
     navigation_->addHeading(QStringLiteral("ابزارها"));
-    addPage({QStringLiteral("Log"), QStringLiteral("رویدادهای کاربران"), QStringLiteral("چه کسی، چه کاری، چه زمانی"),
-             LineIcon::Log, QKeySequence(QStringLiteral("Ctrl+L"))},
+    addPage({.objectName = QStringLiteral("Log"),
+             .title = partTitle(hpUserLog),
+             .part = hpUserLog,
+             .hint = QStringLiteral("چه کسی، چه کاری، چه زمانی"),
+             .icon = LineIcon::Log,
+             .shortCut = QKeySequence(QStringLiteral("Ctrl+L"))},
             new LogPage(context_));
-    addPage({QStringLiteral("Console"), QStringLiteral("میز فراخوانی"),
-             QStringLiteral("اجرای تابع‌ها و دیدن دستورها"), LineIcon::Console,
-             QKeySequence(QStringLiteral("Ctrl+K"))},
+    addPage({.objectName = QStringLiteral("Console"),
+             .title = partTitle(hpConsole),
+             .part = hpConsole,
+             .hint = QStringLiteral("اجرای توابع و دیدن دستورها"),
+             .icon = LineIcon::Console,
+             .shortCut = QKeySequence(QStringLiteral("Ctrl+K"))},
             new ConsolePage(context_));
     auto* settings = new SettingsPage(context_);
     settings->OnSaved = [this] { status_->refresh(); };
-    addPage({QStringLiteral("Settings"), QStringLiteral("تنظیمات"), QStringLiteral("شرکت و این ایستگاه کاری"),
-             LineIcon::Settings, QKeySequence(QStringLiteral("Ctrl+,"))},
+    addPage({.objectName = QStringLiteral("Settings"),
+             .title = partTitle(hpSettings),
+             .part = hpSettings,
+             .hint = QStringLiteral("شرکت و این ایستگاه کاری"),
+             .icon = LineIcon::Settings,
+             .shortCut = QKeySequence(QStringLiteral("Ctrl+,"))},
             settings);
+}
+
+QString MainShell::partTitle(TSoftwarePart part) {
+    return QString::fromStdString(context_.host.permissions().partTitle(part));
 }
 
 QWidget* MainShell::makeHeader() {
@@ -119,15 +144,19 @@ void MainShell::addEntries() {
 void MainShell::addPage(const PageItem& item, ShellPage* page) {
     pages_->addWidget(page);
     const auto action = [this, page] { goTo(page); };
+    const bool locked =
+        item.part && !context_.host.permissions().holds(context_.host.UserInfo().Code, *item.part, prOpen);
     QAbstractButton* button = navigation_->addItem({.objectName = item.objectName + QStringLiteral("_BTN"),
                                                     .title = item.title,
                                                     .icon = item.icon,
-                                                    .shortCut = item.shortCut},
+                                                    .shortCut = item.shortCut,
+                                                    .locked = locked},
                                                    action);
-    pageButtons_.emplace_back(page, button);
-    if (page != home_)
+    known_.push_back({page, button, item.part});
+    if (page != home_) {
         home_->addTile(HomePage::Group::Tools,
                        {item.objectName + QStringLiteral("_TILE"), item.title, item.hint, item.icon}, action);
+    }
     bind(item.shortCut, action);
 }
 
@@ -136,14 +165,17 @@ void MainShell::bind(const QKeySequence& key, const std::function<void()>& actio
     QObject::connect(new QShortcut(key, this), &QShortcut::activated, this, action);
 }
 
-void MainShell::goTo(ShellPage* page) {
+void MainShell::goTo(const ShellPage* page) {
     context_.handlers.guarded(this, [this, page] {
+        const auto wanted =
+            std::find_if(known_.begin(), known_.end(), [page](const KnownPage& known) { return known.page == page; });
+        const TUserInfo& user = context_.host.UserInfo();
+        if (wanted->part && !context_.host.HavePermission(user, *wanted->part, prOpen, true, true, "")) return;
         auto* current = static_cast<ShellPage*>(pages_->currentWidget());
-        if (current != page && current != nullptr && !current->mayLeave()) return;
-        pages_->setCurrentWidget(page);
-        for (const auto& [known, button] : pageButtons_)
-            if (known == page) navigation_->setCurrent(button);
-        page->enter();
+        if (current != page && !current->mayLeave()) return;
+        pages_->setCurrentWidget(wanted->page);
+        navigation_->setCurrent(wanted->button);
+        wanted->page->enter();
     });
 }
 

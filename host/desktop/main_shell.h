@@ -8,6 +8,7 @@
 #include <QStackedWidget>
 #include <QWidget>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "host/desktop/desktop_context.h"
@@ -36,15 +37,24 @@ private:
     struct PageItem {
         QString objectName;  // of its buttons, without their endings
         QString title;
+        std::optional<TSoftwarePart> part;  // whose permission opens it; none: everybody's
         QString hint;
         LineIcon icon;
         QKeySequence shortCut;
     };
 
+    struct KnownPage {
+        ShellPage* page;
+        QAbstractButton* button;
+        std::optional<TSoftwarePart> part;
+    };
+
     [[nodiscard]] QWidget* makeHeader();
+    void addTools();
+    [[nodiscard]] QString partTitle(TSoftwarePart part);
     void addEntries();
     void addPage(const PageItem& item, ShellPage* page);
-    void goTo(ShellPage* page);
+    void goTo(const ShellPage* page);
     void open(const EntryPoint& entry);
     void bind(const QKeySequence& key, const std::function<void()>& action);
     void signOut();
@@ -54,7 +64,7 @@ private:
     QStackedWidget* pages_;
     HomePage* home_;
     StatusLine* status_;
-    std::vector<std::pair<ShellPage*, QAbstractButton*>> pageButtons_;
+    std::vector<KnownPage> known_;
     End end_ = End::Quit;
     bool closed_ = false;
 };

@@ -58,14 +58,14 @@ SettingsPage::SettingsPage(DesktopContext context, QWidget* parent) : ShellPage(
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidgetResizable(true);
     scroll->setFocusPolicy(Qt::NoFocus);
-    content_ = new QWidget;
-    auto* columns = new QHBoxLayout(content_);
+    auto* content = new QWidget;
+    auto* columns = new QHBoxLayout(content);
     columns->setContentsMargins(0, 0, 0, 0);
     columns->setSpacing(16);
     columns->setAlignment(Qt::AlignTop | Qt::AlignRight);
     makeCompany(*columns);
     makeWorkstation(*columns);
-    scroll->setWidget(content_);
+    scroll->setWidget(content);
     layout->addWidget(scroll, 1);
     makeFooter(*layout);
 }
@@ -147,10 +147,8 @@ void SettingsPage::makeFooter(QBoxLayout& layout) {
 }
 
 void SettingsPage::enter() {
-    const bool allowed = context_.host.HavePermission(context_.host.UserInfo(), hpSettings, prOpen, true, true, "");
-    content_->setEnabled(allowed);
     load();
-    if (allowed && !editors_.empty()) editors_.front()->focusInput();
+    editors_.front()->focusInput();
 }
 
 bool SettingsPage::mayLeave() {
@@ -182,6 +180,7 @@ void SettingsPage::load() {
 }
 
 bool SettingsPage::save() {
+    if (!context_.host.HavePermission(context_.host.UserInfo(), hpSettings, prEdit, false, true, "")) return false;
     SettingEditor* wrong = nullptr;
     for (SettingEditor* editor : editors_)
         if (!editor->check().empty() && !wrong) wrong = editor;

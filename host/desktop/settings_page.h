@@ -20,7 +20,7 @@ class SettingsPage final : public ShellPage {
 public:
     explicit SettingsPage(DesktopContext context, QWidget* parent = nullptr);
 
-    // Shows what is stored; asks the host's permission.
+    // Shows what is stored.
     void enter() override;
     // Asks about unsaved changes.
     bool mayLeave() override;
@@ -32,7 +32,7 @@ private:
     void makeWorkstation(QBoxLayout& layout);
     void makeFooter(QBoxLayout& layout);
     void load();
-    // False when something does not fit; the first such input has the focus then.
+    // False when the user may not, or when something does not fit; the first such input has the focus then.
     [[nodiscard]] bool save();
     void saveCompany();
     void saveWorkstation();
@@ -41,7 +41,6 @@ private:
 
     DesktopContext context_;
     std::vector<SettingEditor*> editors_;
-    QWidget* content_ = nullptr;
     QLineEdit* workstation_ = nullptr;
     QLabel* workstationProblem_ = nullptr;
     QCheckBox* persianDigits_ = nullptr;

@@ -1,0 +1,130 @@
+#include "host/desktop/console_page.h"
+
+#include <QListWidget>
+#include <QTabWidget>
+#include <QTableView>
+
+#include "tests/host_desktop/desktop_test.h"
+
+namespace basalt::host {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+
+class Console : public DesktopTest {
+protected:
+    Console() {
+        host.signInAs(1);
+        page = std::make_unique<ConsolePage>(context());
+        showActive(*page);
+        page->enter();
+    }
+    void choose(const char* name) {
+        type(*page, "FunctionSearch_EDT", QString::fromLatin1(name));
+        QTest::keyClick(&control(*page, "FunctionSearch_EDT"), Qt::Key_Return);
+        ASSERT_EQ(shown(*page, "FunctionName_LBL"), name);
+    }
+    // The rows of a table, cells with "|" between.
+    [[nodiscard]] std::vector<std::string> rows(const char* table) const {
+        const QAbstractItemModel& model = *control<QTableView>(*page, table).model();
+        std::vector<std::string> lines;
+        for (int row = 0; row < model.rowCount(); ++row) {
+            QStringList cells;
+            for (int column = 0; column < model.columnCount(); ++column)
+                cells << model.index(row, column).data().toString();
+            lines.push_back(cells.join('|').toStdString());
+        }
+        return lines;
+    }
+
+    std::unique_ptr<ConsolePage> page;
+};
+
+TEST_F(Console, runsAFunctionAndTellsAllThatItDid) {
+    choose("CostLevel_GetNewCode");
+    EXPECT_TRUE(control(*page, "Part_EDT").hasFocus());
+    type(*page, "Part_EDT", "۱۱۴");
+    type(*page, "CostType_EDT", "1");
+    QTest::keyClick(&control(*page, "CostType_EDT"), Qt::Key_F9);
+    EXPECT_EQ(shown(*page, "CallState_LBL"), "اجرا شد.");
+    EXPECT_THAT(rows("Result_GRD"), ElementsAre("نتیجه|11"));
+    EXPECT_THAT(
+        rows("Statements_GRD"),
+        ElementsAre("Temp_Q7777UR|open|select isnull(Max(Code),0)+1 from (select isnull(Max(Code),0) as Code from "
+                    "CostLevel WHERE CostType = 1UNION ALL Select MAX(CAST(Code AS BIGINT)) as Code FROM "
+                    "CodeLock_TBL WHERE Status = 114) T1"));
+    EXPECT_THAT(rows("Messages_GRD"), IsEmpty());
+}
+
+TEST_F(Console, showsOutputsFieldByField) {
+    choose("CostLevel_GetByID");
+    type(*page, "Code_EDT", "1");
+    type(*page, "CostType_EDT", "1");
+    click(*page, "Run_BTN");
+    EXPECT_EQ(shown(*page, "CallState_LBL"), "اجرا شد.");
+    const std::vector<std::string> result = rows("Result_GRD");
+    ASSERT_EQ(result.size(), 5U);
+    EXPECT_EQ(result.at(1), "Mapper.Code|1");
+    EXPECT_THAT(result.at(2), StartsWith("Mapper.Name|"));
+    EXPECT_EQ(result.at(4), "Mapper.CostType|1");
+}
+
+TEST_F(Console, showsTheRowsThatAQueryHolds) {
+    choose("CostLevel_GetAll");
+    type(*page, "Filter_EDT", "code > 0 AND CostType IN(1)");
+    click(*page, "Run_BTN");
+    EXPECT_EQ(control<QTableView>(*page, "Rows_GRD").model()->rowCount(), 10);
+    EXPECT_EQ(control<QComboBox>(*page, "Query_CMB").itemText(0), "CostLevel_List_QUR — ۱۰ ردیف");
+    EXPECT_EQ(control<QTabWidget>(*page, "Result_TAB").tabText(2), "ردیف‌ها (۱)");
+}
+
+TEST_F(Console, asksTheUserWhatAFunctionAsks) {
+    choose("CostLevel_Delete");
+    type(*page, "Code_EDT", "10");
+    type(*page, "CostType_EDT", "1");
+    messages.answers = {mrNo};
+    click(*page, "Run_BTN");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgDeleteRow()"));
+    EXPECT_THAT(rows("Result_GRD"), ElementsAre("نتیجه|false"));
+    EXPECT_THAT(rows("Messages_GRD"), ElementsAre(StartsWith("MsgDeleteRow|no|")));
+    EXPECT_THAT(rows("Events_GRD"), IsEmpty());
+}
+
+TEST_F(Console, tellsWhatIsWrongWithTheArguments) {
+    choose("CostLevel_GetNewCode");
+    type(*page, "Part_EDT", "114");
+    click(*page, "Run_BTN");
+    EXPECT_THAT(shown(*page, "CallState_LBL"), ::testing::HasSubstr("CostType"));
+    EXPECT_THAT(rows("Statements_GRD"), IsEmpty());
+    type(*page, "CostType_EDT", "یک");
+    click(*page, "Run_BTN");
+    EXPECT_THAT(shown(*page, "CallState_LBL"), ::testing::HasSubstr("یک"));
+}
+
+TEST_F(Console, showsAFailureWithWhatLedToIt) {
+    choose("CostLevel_GetAll");
+    type(*page, "Filter_EDT", "NoSuchColumn = 1");
+    click(*page, "Run_BTN");
+    EXPECT_THAT(shown(*page, "CallState_LBL"), StartsWith("DatabaseError: "));
+    EXPECT_THAT(
+        rows("Statements_GRD"),
+        ElementsAre("CostLevel_List_QUR|open|select Code,Name,Comment from CostLevel\r\n WHERE NoSuchColumn = 1"));
+}
+
+TEST_F(Console, narrowsTheListByWords) {
+    type(*page, "FunctionSearch_EDT", "costlevel newcode");
+    const auto& list = control<QListWidget>(*page, "Function_LST");
+    int left = 0;
+    for (int row = 0; row < list.count(); ++row)
+        left += list.item(row)->isHidden() ? 0 : 1;
+    EXPECT_EQ(left, 1);
+    EXPECT_EQ(list.currentItem()->text(), "CostLevel_GetNewCode");
+    type(*page, "FunctionSearch_EDT", "no such function");
+    QTest::keyClick(&control(*page, "FunctionSearch_EDT"), Qt::Key_Return);
+    EXPECT_TRUE(control(*page, "FunctionSearch_EDT").hasFocus());
+}
+
+}  // namespace
+}  // namespace basalt::host

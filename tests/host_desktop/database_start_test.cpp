@@ -1,0 +1,125 @@
+#include "host/desktop/database_start.h"
+
+#include <QTimer>
+#include <fstream>
+
+#include "host/desktop/database_opener.h"
+#include "host/engines/open_database.h"
+#include "tests/host_desktop/desktop_test.h"
+
+namespace basalt::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Start : public ::testing::Test {
+protected:
+    Start() : folder_(fs::temp_directory_path() / ("basalt-start-" + std::to_string(getpid()))) {
+        fs::remove_all(folder_);
+        fs::create_directories(folder_);
+    }
+    ~Start() override { fs::remove_all(folder_); }
+
+    [[nodiscard]] DatabaseUrl file(const char* name) const { return {EngineKind::Embedded, (folder_ / name).string()}; }
+    [[nodiscard]] DatabaseUrl damaged() const {
+        std::ofstream(file("damaged.db").target, std::ios::binary) << std::string(8192, 'x');
+        return file("damaged.db");
+    }
+    [[nodiscard]] DatabaseUrl empty() const {
+        static_cast<void>(openOrCreateDatabase(file("empty.db"))->run("CREATE TABLE dbo.Other (Code int NOT NULL)"));
+        return file("empty.db");
+    }
+    [[nodiscard]] DatabaseUrl newer() const {
+        createDatabase(file("newer.db"), false);
+        openDatabase(file("newer.db"))->run("INSERT INTO dbo.HostSchemaVersion (Version) VALUES (99)");
+        return file("newer.db");
+    }
+    static std::string titleFor(const DatabaseUrl& url) {
+        try {
+            static_cast<void>(openForDesktop(url));
+        } catch (const std::exception& error) {
+            return describeProblem(error).title;
+        }
+        return "(opened)";
+    }
+
+    // Presses that button of the dialog that comes up next, and notes the dialog's title.
+    void press(const char* button) {
+        QTimer::singleShot(0, [this, button] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            ASSERT_NE(dialog, nullptr);
+            titles.push_back(shown(*dialog, "ProblemTitle_LBL"));
+            click(*dialog, button);
+        });
+    }
+
+    std::vector<std::string> titles;
+
+private:
+    fs::path folder_;
+};
+
+TEST_F(Start, theFirstStartMakesADatabaseAndSaysSo) {
+    const OpenedDatabase first = openForDesktop(file("first/basalt.db"), {.createMissing = true});
+    EXPECT_EQ(first.notice, "نخستین اجرای برنامه است؛ یک پایگاه دادهٔ نمایشی برایتان ساخته شد.");
+    EXPECT_TRUE(holdsDemoData(*first.session));
+}
+
+TEST_F(Start, theSecondStartSaysNothing) {
+    static_cast<void>(openForDesktop(file("basalt.db"), {.createMissing = true}));
+    EXPECT_EQ(openForDesktop(file("basalt.db"), {.createMissing = true}).notice, "");
+}
+
+TEST_F(Start, eachProblemIsNamed) {
+    EXPECT_EQ(titleFor(file("missing.db")), "پروندهٔ پایگاه داده پیدا نشد");
+    EXPECT_EQ(titleFor(damaged()), "پروندهٔ پایگاه داده آسیب دیده است");
+    EXPECT_EQ(titleFor(empty()), "این پرونده، پایگاه دادهٔ بازالت نیست");
+    EXPECT_EQ(titleFor(newer()),
+              "این پایگاه داده از نسخهٔ تازه‌تری از برنامه است");
+    EXPECT_EQ(titleFor({EngineKind::Odbc, "Server=s;Pwd=secret"}), "پایگاه داده باز نشد");
+}
+
+TEST_F(Start, aDamagedFileIsLeftAsItIs) {
+    const DatabaseUrl url = damaged();
+    static_cast<void>(titleFor(url));
+    EXPECT_EQ(fs::file_size(url.target), 8192U);
+}
+
+TEST_F(Start, theUserLeavesWhenTheDatabaseCannotBeOpened) {
+    press("Exit_BTN");
+    EXPECT_FALSE(DatabaseOpener(damaged(), {}).open().has_value());
+    EXPECT_EQ(titles, std::vector<std::string>{"پروندهٔ پایگاه داده آسیب دیده است"});
+}
+
+TEST_F(Start, theUserChoosesAnotherFile) {
+    createDatabase(file("other.db"), true);
+    const DatabaseFileChooser files{.existing = [&] { return QString::fromStdString(file("other.db").target); },
+                                    .created = {}};
+    press("ChooseFile_BTN");
+    const auto opened = DatabaseOpener(damaged(), {}, files).open();
+    ASSERT_TRUE(opened.has_value());
+    EXPECT_TRUE(holdsDemoData(*opened->session));
+}
+
+TEST_F(Start, theUserMakesADemoDatabase) {
+    const DatabaseFileChooser files{.existing = {},
+                                    .created = [&] { return QString::fromStdString(file("new.db").target); }};
+    press("CreateDemo_BTN");
+    const auto opened = DatabaseOpener(file("missing.db"), {}, files).open();
+    ASSERT_TRUE(opened.has_value());
+    EXPECT_TRUE(fs::exists(file("new.db").target));
+    EXPECT_FALSE(fs::exists(file("missing.db").target));
+}
+
+TEST_F(Start, tryingAgainOpensWhatHasBeenPutRight) {
+    const DatabaseUrl url = damaged();
+    QTimer::singleShot(0, [&] {
+        fs::remove(url.target);
+        createDatabase(url, true);
+        click(*QApplication::activeModalWidget(), "Retry_BTN");
+    });
+    EXPECT_TRUE(DatabaseOpener(url, {}).open().has_value());
+}
+
+}  // namespace
+}  // namespace basalt::host

@@ -1,0 +1,87 @@
+#include "host/desktop/log_page.h"
+
+#include "tests/host_desktop/desktop_test.h"
+
+namespace basalt::host {
+namespace {
+
+class Log : public DesktopTest {
+protected:
+    Log() {
+        session->run("DELETE FROM dbo.HostUserLog");
+        host.signInAs(2);
+        clock.set({.year = 2026, .month = 11, .day = 19});
+        host.SetUserEvent(spTags, prInsert, "12", false, true);
+        host.signInAs(1);
+        clock.set({.year = 2026, .month = 11, .day = 21});
+        host.SetUserEvent(spPriceLevels, prEdit, "3", false, true);
+        host.SetUserEvent(spDiscountLevels, prEdit, "4", false, true);
+        page = std::make_unique<LogPage>(context());
+        showActive(*page);
+        page->enter();
+    }
+    // The codes of the entries shown, from the top.
+    [[nodiscard]] std::string codes() const {
+        auto& grid = dynamic_cast<TSmartDBGrid_VRO&>(control(*page, "Log_GRD"));
+        const QAbstractItemModel& model = *grid.View()->model();
+        int column = 0;
+        while (grid.Column(column).FieldName != "Text")
+            ++column;
+        QStringList texts;
+        for (int row = 0; row < model.rowCount(); ++row)
+            texts << model.index(row, column).data().toString();
+        return texts.join(' ').toStdString();
+    }
+
+    std::unique_ptr<LogPage> page;
+};
+
+TEST_F(Log, showsTheLatestEntryFirst) {
+    EXPECT_EQ(codes(), "4 3 12");
+    EXPECT_EQ(shown(*page, "LogCount_LBL"), "۳ رویداد");
+}
+
+TEST_F(Log, isNarrowedByUser) {
+    auto& search = dynamic_cast<TGeneral_Search_Frame&>(control(*page, "LogSearch_FRM"));
+    type(*page, "LogSearch_FRM", "كريمي");  // typed on an Arabic keyboard
+    QTRY_COMPARE(codes(), std::string("12"));
+    search.Clear();
+    QTRY_COMPARE(codes(), std::string("4 3 12"));
+}
+
+TEST_F(Log, isNarrowedByPart) {
+    auto& parts = control<QComboBox>(*page, "Part_CMB");
+    parts.setCurrentIndex(parts.findText("سطوح قیمت"));
+    EXPECT_EQ(codes(), "3");
+    EXPECT_EQ(shown(*page, "LogCount_LBL"), "۱ رویداد");
+}
+
+TEST_F(Log, isNarrowedByDays) {
+    type(*page, "DateTo_EDT", "۱۴۰۵/۰۸/۲۹");
+    EXPECT_EQ(codes(), "12");
+    type(*page, "DateTo_EDT", "");
+    type(*page, "DateFrom_EDT", "1405-8-30");
+    EXPECT_EQ(codes(), "4 3");
+}
+
+TEST_F(Log, marksADayThatDoesNotExist) {
+    type(*page, "DateFrom_EDT", "1405/12/30");
+    EXPECT_TRUE(control(*page, "DateFrom_EDT").property("wrong").toBool());
+    EXPECT_EQ(codes(), "4 3 12");
+}
+
+TEST_F(Log, isReadAnewOnRequest) {
+    host.SetUserEvent(spPriceLevels, prEdit, "9", false, true);
+    EXPECT_EQ(codes(), "4 3 12");
+    QTest::keyClick(&control(*page, "DateTo_EDT"), Qt::Key_F5);
+    EXPECT_EQ(codes(), "9 4 3 12");
+}
+
+TEST_F(Log, survivesAQuoteInTheSearch) {
+    type(*page, "LogSearch_FRM", "o'neil] %_");
+    QTRY_COMPARE(codes(), std::string());
+    EXPECT_TRUE(takeMessages().empty());
+}
+
+}  // namespace
+}  // namespace basalt::host

@@ -1,0 +1,175 @@
+#include "host/desktop/main_shell.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QTimer>
+
+#include "host/steps/step_player.h"
+#include "host/steps/steps_file.h"
+#include "tests/host_desktop/desktop_test.h"
+
+namespace basalt::host {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class Shell : public DesktopTest {
+protected:
+    MainShell& open(int user) {
+        host.signInAs(user);
+        shell = std::make_unique<MainShell>(context());
+        shell->OnClosed = [this](MainShell::End end) { ends.push_back(end); };
+        showActive(*shell);
+        return *shell;
+    }
+    // Plays steps on the shell and on the screens that it opens. What went wrong, if anything.
+    std::string play(const char* steps) {
+        StepPlayer player(parseSteps(steps, "steps"), "steps");
+        host.setMessages(player.messages());
+        QEventLoop loop;
+        shell->OnClosed = [&](MainShell::End) { loop.quit(); };
+        player.start();
+        loop.exec();
+        player.returned({});
+        player.finish();
+        host.setMessages(messages);
+        return player.failure().value_or("");
+    }
+    [[nodiscard]] bool locked(const char* button) const { return control(*shell, button).property("locked").toBool(); }
+
+    std::unique_ptr<MainShell> shell;
+    std::vector<MainShell::End> ends;
+};
+
+TEST_F(Shell, offersTheScreensThatAUserOpens) {
+    open(1);
+    EXPECT_EQ(control<QPushButton>(*shell, "Open_CostLevel_List_BTN").text(), "سطوح قیمت");
+    EXPECT_EQ(control<QPushButton>(*shell, "Open_DiscountLevel_List_BTN").text(), "سطوح تخفیف");
+    // Picks a level for another screen; nobody would know what to do with what was picked here.
+    EXPECT_EQ(shell->findChild<QWidget*>("Select_CostLevel_List_BTN"), nullptr);
+    EXPECT_FALSE(locked("Open_CostLevel_List_BTN"));
+    EXPECT_FALSE(locked("Settings_BTN"));
+}
+
+TEST_F(Shell, namesUserDatabaseEngineAndWorkstation) {
+    open(1);
+    EXPECT_EQ(shown(*shell, "Company_LBL"), "بازرگانی مهرآفرین");
+    EXPECT_EQ(shown(*shell, "Date_LBL"), "شنبه ۳۰ آبان ۱۴۰۵");
+    EXPECT_EQ(shown(*shell, "StatusUser_LBL"), "مریم رستمی");
+    EXPECT_EQ(shown(*shell, "StatusDatabase_LBL"), "\u2066" + session->location() + "\u2069");
+    EXPECT_EQ(shown(*shell, "StatusEngine_LBL"), "موتور داخلی");
+    EXPECT_EQ(shown(*shell, "StatusWorkstation_LBL"), "دفتر آزمون");
+}
+
+TEST_F(Shell, opensAScreenByMouseAndByKeyboard) {
+    open(1);
+    EXPECT_EQ(play("click Open_CostLevel_List_BTN\n"
+                   "expect screen TCostLevel_List_FRM\n"
+                   "key - Escape\n"
+                   "expect screen MainShell_FRM\n"
+                   "key - Ctrl+2\n"
+                   "expect screen TCostLevel_List_FRM\n"
+                   "key - Escape\n"
+                   "expect screen MainShell_FRM\n"
+                   "click Open_DiscountLevel_List_TILE\n"
+                   "expect screen TCostLevel_List_FRM\n"),
+              "");
+}
+
+TEST_F(Shell, tellsACashierWhatHeMayNotOpen) {
+    open(2);
+    EXPECT_FALSE(locked("Open_CostLevel_List_BTN"));
+    EXPECT_TRUE(locked("Open_DiscountLevel_List_BTN"));
+    EXPECT_TRUE(locked("Settings_BTN"));
+    click(*shell, "Open_DiscountLevel_List_BTN");
+    EXPECT_THAT(takeMessages(), ElementsAre("HavePermission(notification 0, 'سطوح تخفیف', 'مشاهده')"));
+    click(*shell, "Settings_BTN");
+    EXPECT_THAT(takeMessages(), ElementsAre("HavePermission(notification 0, 'تنظیمات', 'مشاهده')"));
+    EXPECT_TRUE(control(*shell, "Home_PNL").isVisible());
+    EXPECT_FALSE(control(*shell, "Settings_PNL").isVisible());
+}
+
+TEST_F(Shell, goesToItsPagesByKeyboard) {
+    open(1);
+    const std::vector<std::pair<Qt::Key, const char*>> pages{
+        {Qt::Key_L, "Log_PNL"}, {Qt::Key_K, "Console_PNL"}, {Qt::Key_Comma, "Settings_PNL"}, {Qt::Key_0, "Home_PNL"}};
+    for (const auto& [key, page] : pages) {
+        QTest::keyClick(shell.get(), key, Qt::ControlModifier);
+        EXPECT_TRUE(control(*shell, page).isVisible()) << page;
+    }
+}
+
+TEST_F(Shell, movesThroughTheNavigationWithTheArrowKeys) {
+    open(1);
+    QWidget& first = control(*shell, "Home_BTN");
+    first.setFocus();
+    QTest::keyClick(&first, Qt::Key_Down);
+    QWidget& second = control(*shell, "Open_CostLevel_List_BTN");
+    EXPECT_TRUE(second.hasFocus());
+    QTest::keyClick(&second, Qt::Key_Up);
+    EXPECT_TRUE(first.hasFocus());
+    QWidget& log = control(*shell, "Log_BTN");
+    log.setFocus();
+    QTest::keyClick(&log, Qt::Key_Return);
+    EXPECT_TRUE(control(*shell, "Log_PNL").isVisible());
+}
+
+TEST_F(Shell, tellsHowItWasLeft) {
+    open(1);
+    click(*shell, "SignOut_BTN");
+    EXPECT_FALSE(shell->isVisible());
+    open(1);
+    shell->close();
+    EXPECT_THAT(ends, ElementsAre(MainShell::End::SignOut, MainShell::End::Quit));
+}
+
+struct LeavingCase {
+    const char* name;
+    int answer;
+    bool leaves;
+    const char* company;  // what is stored afterwards
+};
+
+class Leaving : public Shell, public ::testing::WithParamInterface<LeavingCase> {};
+
+TEST_P(Leaving, unsavedSettingsAreAskedFor) {
+    open(1);
+    click(*shell, "Settings_BTN");
+    type(*shell, "CompanyName_EDT", "فروشگاه تازه");
+    messages.answers = {GetParam().answer};
+    click(*shell, "Home_BTN");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgUnsavedChanges()"));
+    EXPECT_EQ(control(*shell, "Home_PNL").isVisible(), GetParam().leaves);
+    host.settings().reload();
+    EXPECT_EQ(host.SettingRecord().CompanyName, GetParam().company);
+    if (GetParam().leaves) return;
+    // What was typed is still there, and closing asks as well.
+    EXPECT_EQ(control<QLineEdit>(*shell, "CompanyName_EDT").text(), "فروشگاه تازه");
+    messages.answers = {mrCancel, mrNo};
+    EXPECT_FALSE(shell->close());
+    EXPECT_THAT(ends, IsEmpty());
+    EXPECT_TRUE(shell->close());
+    EXPECT_THAT(ends, ElementsAre(MainShell::End::Quit));
+}
+
+INSTANTIATE_TEST_SUITE_P(Answers, Leaving,
+                         ::testing::Values(LeavingCase{"yesStores", mrYes, true, "فروشگاه تازه"},
+                                           LeavingCase{"noDrops", mrNo, true, "بازرگانی مهرآفرین"},
+                                           LeavingCase{"cancelStays", mrCancel, false, "بازرگانی مهرآفرین"}),
+                         [](const auto& info) { return info.param.name; });
+
+TEST_F(Shell, showsAnErrorAndLivesOn) {
+    open(1);
+    session->run("DROP TABLE dbo.HostUserLog");
+    click(*shell, "Log_BTN");
+    const std::vector<MessageRequest> shownMessages = messages.shown;
+    ASSERT_EQ(shownMessages.size(), 1U);
+    EXPECT_EQ(shownMessages.front().operation, "DatabaseError");
+    EXPECT_EQ(shownMessages.front().arguments.front(), host.catalogue().errorText(ErrorCategory::NotFound));
+    click(*shell, "Settings_BTN");
+    EXPECT_TRUE(control(*shell, "Settings_PNL").isVisible());
+}
+
+}  // namespace
+}  // namespace basalt::host

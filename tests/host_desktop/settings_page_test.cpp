@@ -1,0 +1,118 @@
+#include "host/desktop/settings_page.h"
+
+#include <QComboBox>
+
+#include "host/services/host_parts.h"
+#include "tests/host_desktop/desktop_test.h"
+
+namespace basalt::host {
+namespace {
+
+class Settings : public DesktopTest {
+protected:
+    Settings() {
+        host.signInAs(1);
+        page = std::make_unique<SettingsPage>(context());
+        page->resize(900, 1100);
+        showActive(*page);
+        page->enter();
+    }
+    ~Settings() override { page.reset(); }
+    [[nodiscard]] bool saveIsPossible() const { return control(*page, "SaveSettings_BTN").isEnabled(); }
+    [[nodiscard]] TSettingRecord stored() {
+        SettingsStore anew(*session);
+        return anew.record();
+    }
+
+    std::unique_ptr<SettingsPage> page;
+};
+
+TEST_F(Settings, areStoredForEverybodyAndLogged) {
+    EXPECT_FALSE(saveIsPossible());
+    type(*page, "CompanyName_EDT", "فروشگاه آزمون");
+    type(*page, "CurrencyDecimals_EDT", "۲");
+    control<QComboBox>(*page, "NegativeType_CMB").setFocus();
+    QTest::keyClick(&control(*page, "NegativeType_CMB"), Qt::Key_Down);
+    click(*page, "DetailTwoUnits_CHK");
+    QTest::keyClick(page.get(), Qt::Key_F3);
+    EXPECT_EQ(shown(*page, "SettingsState_LBL"), "تنظیمات ذخیره شد.");
+    EXPECT_FALSE(saveIsPossible());
+    const TSettingRecord record = stored();
+    EXPECT_EQ(record.CompanyName, "فروشگاه آزمون");
+    EXPECT_EQ(record.CurrencyDecimals, 2);
+    EXPECT_EQ(record.NegativeType, 2);
+    EXPECT_TRUE(record.DetailTwoUnits);
+    EXPECT_EQ(host.SettingRecord().CompanyName, "فروشگاه آزمون");
+    const UserLogEntry entry = host.userLog().latest(1).at(0);
+    EXPECT_EQ(entry.part, hpSettings);
+    EXPECT_EQ(entry.permission, prEdit);
+    EXPECT_EQ(entry.text, "CompanyName, CurrencyDecimals, NegativeType, DetailTwoUnits");
+}
+
+struct WrongCase {
+    const char* name;
+    const char* edit;
+    const char* problemLabel;
+    QString typed;
+    std::string problem;
+};
+
+class WrongSetting : public Settings, public ::testing::WithParamInterface<WrongCase> {};
+
+TEST_P(WrongSetting, isToldAndNotStored) {
+    const WrongCase& wrong = GetParam();
+    const TSettingRecord before = stored();
+    type(*page, "OperationBarcode3_EDT", "99");
+    type(*page, wrong.edit, wrong.typed);
+    EXPECT_EQ(shown(*page, wrong.problemLabel), wrong.problem);
+    click(*page, "SaveSettings_BTN");
+    EXPECT_TRUE(control(*page, wrong.edit).hasFocus());
+    EXPECT_TRUE(saveIsPossible());
+    const TSettingRecord after = stored();
+    EXPECT_EQ(after.OperationBarcode3, before.OperationBarcode3);
+    EXPECT_EQ(after.CurrencyDecimals, before.CurrencyDecimals);
+    EXPECT_EQ(after.CompanyName, before.CompanyName);
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, WrongSetting,
+                         ::testing::Values(WrongCase{"tooLarge", "CurrencyDecimals_EDT", "CurrencyDecimals_Problem",
+                                                     "10", "«تعداد رقم اعشار مبالغ» باید عددی صحیح از 0 تا 9 باشد."},
+                                           WrongCase{"negative", "CurrencyDecimals_EDT", "CurrencyDecimals_Problem",
+                                                     "-1", "«تعداد رقم اعشار مبالغ» باید عددی صحیح از 0 تا 9 باشد."},
+                                           WrongCase{"empty", "CurrencyDecimals_EDT", "CurrencyDecimals_Problem", "",
+                                                     "«تعداد رقم اعشار مبالغ» باید عددی صحیح از 0 تا 9 باشد."},
+                                           WrongCase{"noNumber", "CurrencyDecimals_EDT", "CurrencyDecimals_Problem",
+                                                     "دو", "«تعداد رقم اعشار مبالغ» باید عددی صحیح از 0 تا 9 باشد."},
+                                           WrongCase{"tooLong", "CompanyName_EDT", "CompanyName_Problem",
+                                                     QString(101, QChar(u'ش')), "«نام شرکت» حداکثر 100 نویسه دارد."},
+                                           WrongCase{"noWorkstation", "WorkstationName_EDT", "WorkstationName_Problem",
+                                                     "   ", "نام ایستگاه نباید خالی باشد."}),
+                         [](const auto& info) { return info.param.name; });
+
+TEST_F(Settings, areTakenBack) {
+    type(*page, "CompanyName_EDT", "نامی دیگر");
+    click(*page, "UndoSettings_BTN");
+    EXPECT_EQ(control<QLineEdit>(*page, "CompanyName_EDT").text(), "بازرگانی مهرآفرین");
+    EXPECT_FALSE(saveIsPossible());
+    EXPECT_TRUE(page->mayLeave());
+}
+
+TEST_F(Settings, theWorkstationIsRenamed) {
+    type(*page, "WorkstationName_EDT", "صندوق ۲");
+    click(*page, "SaveSettings_BTN");
+    EXPECT_EQ(host.workstationName(), "صندوق ۲");
+    // Nothing of the company's settings has changed, so nothing is logged.
+    EXPECT_NE(host.userLog().latest(1).at(0).part, hpSettings);
+}
+
+TEST_F(Settings, areNotStoredWithoutThePermission) {
+    type(*page, "CompanyName_EDT", "نامی دیگر");
+    host.signInAs(2);
+    click(*page, "SaveSettings_BTN");
+    EXPECT_EQ(takeMessages(), std::vector<std::string>{"HavePermission(notification 0, 'تنظیمات', 'ویرایش')"});
+    EXPECT_EQ(stored().CompanyName, "بازرگانی مهرآفرین");
+    EXPECT_TRUE(saveIsPossible());
+}
+
+}  // namespace
+}  // namespace basalt::host
