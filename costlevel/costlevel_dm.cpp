@@ -12,20 +12,6 @@ namespace {
 // Every installation has these two; goods and persons fall back on them.
 constexpr int kLastDefaultLevel = 2;
 
-// Puts a query that is left in the middle of an edit back into browsing.
-class EditGuard {
-public:
-    explicit EditGuard(TADOQuery& query) : query_(query) {}
-    ~EditGuard() {
-        if (query_.State() != dsBrowse && query_.State() != dsInactive) query_.Cancel();
-    }
-    EditGuard(const EditGuard&) = delete;
-    EditGuard& operator=(const EditGuard&) = delete;
-
-private:
-    TADOQuery& query_;
-};
-
 std::string decimalText(std::int64_t number) {
     return std::to_string(number);
 }
@@ -105,7 +91,8 @@ int TCostLevel_DM::CostLevel_GetNewCode(int part, int costType) {
 void TCostLevel_DM::CostLevel_InsUpd(const TCostLevelMapper& mapper, bool isEdit) {
     // A new record comes without the look-up that opens the query.
     if (!isEdit && !CostLevelGet_QUR.Active()) CostLevel_GetByID(mapper.Code, mapper.CostType);
-    const EditGuard guard(CostLevelGet_QUR);
+    // What an earlier call failed to write is given up, not written along with this.
+    CostLevelGet_QUR.Cancel();
     if (isEdit) {
         CostLevelGet_QUR.Edit();
     } else {

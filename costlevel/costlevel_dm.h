@@ -51,8 +51,8 @@ public:
     [[nodiscard]] int CostLevel_GetNewCode(int part, int costType);
 
     // Writes the level. isEdit: over the row that CostLevel_GetByID (two arguments) has opened, otherwise as a new row.
-    // UsageError when an edit has no opened row. After a failure nothing is written, CostLevelGet_QUR is back in
-    // browsing, and calling again is safe.
+    // UsageError when an edit has no opened row. After a failure nothing is written and CostLevelGet_QUR is still being
+    // edited; the next call gives that up and starts from its own mapper.
     void CostLevel_InsUpd(const TCostLevelMapper& mapper, bool isEdit);
 
     // Deletes the level after asking the user; true only when it was deleted. Price levels 1 and 2, and levels that

@@ -229,10 +229,23 @@ TEST_F(CostLevelStore, failedEditCanBeRepeated) {
     script.expectChangeError(update, values, lostConnection);
     const TCostLevelMapper mapper{.Code = 4, .Name = "الف", .Comment = "", .CostType = 1};
     EXPECT_THROW(store.CostLevel_InsUpd(mapper, true), DatabaseError);
-    EXPECT_EQ(store.CostLevelGet_QUR.State(), dsBrowse);
-    EXPECT_EQ(store.CostLevelGet_QUR.FieldByName("Name").AsString(), "نمایندگی");
+    EXPECT_EQ(store.CostLevelGet_QUR.State(), dsEdit);
     script.expectChange(update, values, 1);
     store.CostLevel_InsUpd(mapper, true);
+    EXPECT_EQ(store.CostLevelGet_QUR.State(), dsBrowse);
+}
+
+TEST_F(CostLevelStore, failedInsertIsNotWrittenAlongWithTheNext) {
+    script.setTable(levelTable());
+    script.expect("SELECT * FROM CostLevel Where Code = 5 AND CostType = 3", levelRows({}));
+    const char* const insert = "INSERT INTO [CostLevel] ([Code], [Name], [Comment], [CostType]) VALUES (?, ?, ?, ?)";
+    script.expectChangeError(insert, {std::int64_t{5}, std::string("الف"), std::string(""), std::int64_t{3}},
+                             refusedByKey);
+    EXPECT_THROW(store.CostLevel_InsUpd({.Code = 5, .Name = "الف", .Comment = "", .CostType = 3}, false),
+                 DatabaseError);
+    script.expectChange(insert, {std::int64_t{6}, std::string("ب"), std::string(""), std::int64_t{3}}, 1);
+    store.CostLevel_InsUpd({.Code = 6, .Name = "ب", .Comment = "", .CostType = 3}, false);
+    EXPECT_EQ(store.CostLevelGet_QUR.RecordCount(), 1);
 }
 
 TEST_F(CostLevelStore, tooLongANameIsRefusedBeforeAnythingIsSent) {
@@ -244,7 +257,11 @@ TEST_F(CostLevelStore, tooLongANameIsRefusedBeforeAnythingIsSent) {
     } catch (const DatabaseError& error) {
         EXPECT_EQ(error.category(), ErrorCategory::Truncation);
     }
-    EXPECT_EQ(store.CostLevelGet_QUR.State(), dsBrowse);
+    // Nothing of it is left over when the name is shortened.
+    script.setTable(levelTable());
+    script.expectChange("UPDATE [CostLevel] SET [Name] = ? WHERE [CostType] = ? AND [Code] = ? AND [Name] = ?",
+                        {std::string("کوتاه"), std::int64_t{1}, std::int64_t{4}, std::string("نمایندگی")}, 1);
+    store.CostLevel_InsUpd({.Code = 4, .Name = "کوتاه", .Comment = "", .CostType = 1}, true);
 }
 
 TEST_F(CostLevelStore, aLostUpdateIsReported) {
