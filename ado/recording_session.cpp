@@ -11,10 +11,12 @@ namespace basalt {
 
 using session_json::Json;
 
-RecordingSession::RecordingSession(Session& inner, const std::filesystem::path& file)
+RecordingSession::RecordingSession(Session& inner, const std::filesystem::path& file, const std::string& note)
     : inner_(inner), file_(file), out_(file, std::ios::binary | std::ios::trunc) {
     // Of the place only the engine's name: a location can tell about servers and people.
-    out_ << Json{{"recording", 1}, {"engine", inner_.engine()}}.dump() << '\n' << std::flush;
+    Json head{{"recording", 1}, {"engine", inner_.engine()}};
+    if (!note.empty()) head["note"] = note;
+    out_ << head.dump() << '\n' << std::flush;
     if (!out_) {
         throw std::runtime_error("the recording " + file_.string() +
                                  " cannot be written: " + std::generic_category().message(errno));

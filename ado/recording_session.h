@@ -9,6 +9,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <string>
 
 #include "ado/session.h"
 
@@ -16,8 +17,9 @@ namespace basalt {
 
 class RecordingSession final : public Session {
 public:
-    // The inner session is borrowed. std::runtime_error when the file cannot be written.
-    RecordingSession(Session& inner, const std::filesystem::path& file);
+    // The inner session is borrowed. The note is whatever else a replay has to know. std::runtime_error when the file
+    // cannot be written.
+    RecordingSession(Session& inner, const std::filesystem::path& file, const std::string& note = {});
     ~RecordingSession() override;
 
     // As the inner session's. When the last line could not be written, the next call is a DatabaseError (DiskFull) and

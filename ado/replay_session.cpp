@@ -32,6 +32,7 @@ ReplaySession::ReplaySession(const std::filesystem::path& file) {
             throw UsageError("the recording " + file.string() + " was made by a newer program");
         }
         engine_ = head.at("engine").get<std::string>();
+        note_ = head.value("note", std::string());
     } catch (const Json::exception&) {
         throw UsageError("the file " + file.string() + " is not a recording");
     }

@@ -22,6 +22,8 @@ public:
     // UsageError when the file cannot be read or is no recording.
     explicit ReplaySession(const std::filesystem::path& file);
 
+    // What the recorder left to be known; empty when nothing.
+    [[nodiscard]] const std::string& note() const { return note_; }
     // Whether every recorded call was made.
     [[nodiscard]] bool finished() const { return next_ == lines_.size(); }
     // The calls not made, one a line with its line number; empty when finished.
@@ -47,6 +49,7 @@ private:
     std::vector<std::string> lines_;  // without the first one, which tells what the file is
     std::size_t next_ = 0;
     std::string engine_;
+    std::string note_;
     bool inTransaction_ = false;
 };
 
