@@ -36,6 +36,8 @@ CallReport CallRecorder::end() {
 }
 
 void CallRecorder::sending(const SentStatement& statement) {
+    // Between calls the module works for others, as long as the program runs; none of that is kept.
+    if (!hostMessages_) return;
     report_.statements.push_back(statement);
     // The one touched last bears the name now, when two stores have a query of the same name.
     const auto owner = std::find_if(watched_.rbegin(), watched_.rend(),
@@ -62,7 +64,7 @@ void CallRecorder::leaving(TDataSet& dataSet) {
 }
 
 void CallRecorder::userEvent(TSoftwarePart part, TPermission permission, const std::string& text) {
-    report_.events.push_back({part, permission, text});
+    if (hostMessages_) report_.events.push_back({part, permission, text});
 }
 
 int CallRecorder::show(const MessageRequest& request) {
