@@ -55,6 +55,9 @@ protected:
     TADOConnection connection{session};
     TADOQuery query{connection, "List_QUR"};
     Listener listener;
+    Listener second;
+    Listener third;
+    Listener late;
     TDataSource source;
 };
 
@@ -121,9 +124,6 @@ TEST_F(DataSource, goesAwayBeforeItsDataSet) {
 
 TEST_F(DataSource, listenersComeAndGoWhileTheyAreTold) {
     open();
-    Listener second;
-    Listener third;
-    Listener late;
     source.addListener(second);
     source.addListener(third);
     source.addListener(third);
@@ -145,7 +145,6 @@ TEST_F(DataSource, listenersComeAndGoWhileTheyAreTold) {
 
 TEST_F(DataSource, aListenerThatThrowsLeavesTheListUsable) {
     open();
-    Listener second;
     source.addListener(second);
     listener.onCursorMoved = [&] {
         source.removeListener(second);

@@ -194,6 +194,13 @@ TEST_F(Recording, linesAreReadable) {
             R"({"kind":"run","text":"select 1","result":{"results":[{"columns":[{"name":"Rate","type":"decimal","scale":2}],"rows":[[{"decimal":"12.50"}]]}]}})"}));
 }
 
+TEST_F(Recording, carriesANote) {
+    { const RecordingSession recording(session, file, "کاربر 2"); }
+    EXPECT_EQ(ReplaySession(file).note(), "کاربر 2");
+    { const RecordingSession recording(session, file); }
+    EXPECT_EQ(ReplaySession(file).note(), "");
+}
+
 TEST_F(Recording, aTransactionEndedByTheDatabaseIsReplayedSo) {
     session.expectError("full", DatabaseError(ErrorCategory::DiskFull, "53100", 1105, "no room"));
     {
