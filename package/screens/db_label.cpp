@@ -21,6 +21,11 @@ void TDBText::SetDataSource(TDataSource* source) {
     refresh();
 }
 
+void TDBText::sourceGone() {
+    source_ = nullptr;
+    refresh();
+}
+
 void TDBText::SetFieldName(const std::string& field) {
     field_ = field;
     refresh();

@@ -5,8 +5,7 @@
 //   comment->SetDataSource(&store.CostLevel_List_DS);
 //   comment->SetFieldName("Comment");
 //
-// It shows nothing while the data set is closed or empty. It lets go of the data source when it is destroyed; a data
-// source that goes first is to be taken away with SetDataSource(nullptr).
+// It shows nothing while the data set is closed or empty, and after the data source has gone away.
 #pragma once
 
 #include <QLabel>
@@ -32,6 +31,7 @@ private:
     void rowChanged(std::int64_t /*row*/) override { refresh(); }
     void cursorMoved() override { refresh(); }
     void activeChanged() override { refresh(); }
+    void sourceGone() override;
 
     TDataSource* source_ = nullptr;
     std::string field_;
