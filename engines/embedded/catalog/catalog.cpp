@@ -34,6 +34,15 @@ bool isTextKind(std::string_view kind, std::string_view wanted) {
 
 }  // namespace
 
+std::string storedIndexName(std::string_view table, std::string_view index) {
+    return std::string(table) + "." + std::string(index);
+}
+
+std::string shownIndexName(std::string_view table, std::string_view stored) {
+    const std::string prefix = std::string(table) + ".";
+    return std::string(stored.starts_with(prefix) ? stored.substr(prefix.size()) : stored);
+}
+
 std::string sqlQuoted(std::string_view name) {
     return quotedWith(name, '"');
 }
@@ -67,7 +76,7 @@ void Catalog::createSystemTables(SqliteDatabase& database, bool temporary) {
          {std::string("basalt_property(name TEXT PRIMARY KEY, value TEXT) WITHOUT ROWID"),
           std::string("basalt_identity(table_name TEXT PRIMARY KEY, column_name TEXT, seed INTEGER, increment INTEGER, "
                       "last INTEGER) WITHOUT ROWID"),
-          std::string("basalt_default(table_name TEXT, column_name TEXT, name TEXT, definition TEXT, "
+          std::string("basalt_default(table_name TEXT, column_name TEXT, name TEXT, definition TEXT, kind TEXT, "
                       "PRIMARY KEY(table_name, column_name)) WITHOUT ROWID"),
           std::string("basalt_constraint(name TEXT PRIMARY KEY, table_name TEXT, kind TEXT, index_name TEXT, "
                       "definition TEXT) WITHOUT ROWID"),
@@ -154,8 +163,8 @@ void Catalog::readDetails(Table& table) {
             table.columns[static_cast<std::size_t>(position)].identity = true;
         }
     }
-    SqliteStatement defaults =
-        database_.prepare("SELECT column_name, definition FROM " + schema + "basalt_default WHERE table_name = " + key);
+    SqliteStatement defaults = database_.prepare("SELECT column_name, definition FROM " + schema +
+                                                 "basalt_default WHERE kind = 'D' AND table_name = " + key);
     while (defaults.step()) {
         if (const int position = table.find(defaults.textAt(0)); position >= 0) {
             table.columns[static_cast<std::size_t>(position)].defaultText = defaults.textAt(1);
@@ -167,7 +176,8 @@ void Catalog::readDetails(Table& table) {
     while (indexes.step()) {
         Index index;
         const std::string internalName = indexes.textAt(0);
-        index.name = internalName;
+        if (internalName.starts_with("basalt_null_")) continue;
+        index.name = indexes.textAt(1) == "c" ? shownIndexName(table.name, internalName) : internalName;
         index.primary = indexes.textAt(1) == "pk";
         index.constraint = indexes.textAt(1) != "c";
         SqliteStatement columns = database_.prepare("SELECT name FROM pragma_index_info(" + sqlText(internalName) +

@@ -126,6 +126,10 @@ private:
     SqliteStatement schemaVersionStatement_;
 };
 
+// T-SQL's index names are unique within a table, SQLite's within the database.
+[[nodiscard]] std::string storedIndexName(std::string_view table, std::string_view index);
+[[nodiscard]] std::string shownIndexName(std::string_view table, std::string_view stored);
+
 // "name" with doubled quotes inside.
 [[nodiscard]] std::string sqlQuoted(std::string_view name);
 // 'text' with doubled quotes inside.

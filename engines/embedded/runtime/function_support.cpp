@@ -23,16 +23,7 @@ void invoke(sqlite3_context* context, int count, sqlite3_value** arguments) {
         }
     }
     Call call(context, count, arguments);
-    try {
-        registration->function(call);
-    } catch (const DatabaseError& error) {
-        registration->database->setFunctionError(error);
-        sqlite3_result_error(context, error.what(), -1);
-    } catch (const std::bad_alloc&) {
-        sqlite3_result_error_nomem(context);
-    } catch (const std::exception& error) {
-        sqlite3_result_error(context, error.what(), -1);
-    }
+    guarded(context, *registration->database, [&] { registration->function(call); });
 }
 
 int compareCells(void*, int leftSize, const void* left, int rightSize, const void* right) {

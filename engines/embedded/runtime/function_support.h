@@ -71,11 +71,11 @@ void addFunction(SqliteDatabase& database, const char* name, int count, ScalarFu
 
 // Runs `body` and passes what it throws through SQLite.
 template <typename Body>
-void guarded(sqlite3_context* context, Body body) noexcept {
+void guarded(sqlite3_context* context, SqliteDatabase& database, Body body) noexcept {
     try {
         body();
     } catch (const DatabaseError& error) {
-        static_cast<SqliteDatabase*>(sqlite3_user_data(context))->setFunctionError(error);
+        database.setFunctionError(error);
         sqlite3_result_error(context, error.what(), -1);
     } catch (const std::bad_alloc&) {
         sqlite3_result_error_nomem(context);

@@ -1,0 +1,188 @@
+// Aggregates, ranking functions, and their OVER clauses.
+#include <algorithm>
+#include <array>
+
+#include "ado/names.h"
+#include "engines/embedded/binder/binder.h"
+#include "engines/embedded/binder/function_binder.h"
+#include "engines/embedded/runtime/decimal_math.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+constexpr std::array<std::string_view, 10> kAggregates = {"count", "count_big", "sum",    "avg", "min",
+                                                          "max",   "stdev",     "stdevp", "var", "varp"};
+constexpr std::array<std::string_view, 4> kRankings = {"row_number", "rank", "dense_rank", "ntile"};
+constexpr std::array<std::string_view, 4> kOffsets = {"lag", "lead", "first_value", "last_value"};
+
+template <typename Names>
+bool among(const Names& names, std::string_view name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+std::unique_ptr<BoundExpression> newAggregate(std::string name, SqlType type) {
+    auto result = std::make_unique<BoundExpression>();
+    result->kind = BoundKind::Aggregate;
+    result->name = std::move(name);
+    result->type = type;
+    return result;
+}
+
+std::string frameBound(const ast::FrameBound& bound, Binder& binder) {
+    using Kind = ast::FrameBoundKind;
+    switch (bound.kind) {
+        case Kind::UnboundedPreceding:
+            return "UNBOUNDED PRECEDING";
+        case Kind::CurrentRow:
+            return "CURRENT ROW";
+        case Kind::UnboundedFollowing:
+            return "UNBOUNDED FOLLOWING";
+        default: {
+            const std::optional<std::int64_t> offset = binder.fixedInteger(*bound.offset);
+            if (!offset || *offset < 0) {
+                binder.fail(4194, "The offset of a window frame must be a whole number that is not negative.",
+                            bound.offset->range);
+            }
+            return std::to_string(*offset) + (bound.kind == Kind::Preceding ? " PRECEDING" : " FOLLOWING");
+        }
+    }
+}
+
+}  // namespace
+
+bool isAggregate(std::string_view name) {
+    return among(kAggregates, name);
+}
+
+std::unique_ptr<BoundOver> Binder::over(const ast::OverClause& clause, Scope* scope) {
+    auto result = std::make_unique<BoundOver>();
+    for (const ast::ExpressionPtr& part : clause.partitionBy)
+        result->partitionBy.push_back(expression(*part, scope));
+    for (const ast::OrderItem& item : clause.orderBy)
+        result->orderBy.push_back({expression(*item.expression, scope), item.descending});
+    if (clause.frame != ast::FrameUnit::None) {
+        result->frame = clause.frame == ast::FrameUnit::Rows ? "ROWS " : "RANGE ";
+        const std::string start = frameBound(clause.frameStart, *this);
+        result->frame +=
+            clause.frameEnd == nullptr ? start : "BETWEEN " + start + " AND " + frameBound(*clause.frameEnd, *this);
+    }
+    return result;
+}
+
+BoundPtr Binder::aggregate(const ast::FunctionExpression& call, Scope* scope) {
+    const std::string name = foldName(call.name.last());
+    const bool windowed = call.over != nullptr;
+    if (windowed && (scope == nullptr || !scope->windowsAllowed)) {
+        fail(4108, "Windowed functions can only appear in the SELECT or ORDER BY clauses.", call.range);
+    }
+    if (!windowed && (scope == nullptr || !scope->aggregatesAllowed)) {
+        if (scope != nullptr && scope->insideAggregate) {
+            fail(130, "Cannot perform an aggregate function on an expression containing an aggregate or a subquery.",
+                 call.range);
+        }
+        fail(147,
+             "An aggregate may not appear in the WHERE clause unless it is in a subquery contained in a HAVING clause "
+             "or a "
+             "select list, and the column being aggregated is an outer reference.",
+             call.range);
+    }
+    std::vector<BoundPtr> arguments;
+    {
+        const bool allowed = scope->aggregatesAllowed;
+        const bool inside = scope->insideAggregate;
+        // The arguments of a windowed aggregate may be aggregates of the group: SUM(COUNT(*)) OVER ().
+        if (!windowed) {
+            scope->aggregatesAllowed = false;
+            scope->insideAggregate = true;
+            scope->aggregated = true;
+        }
+        for (const ast::ExpressionPtr& argument : call.arguments)
+            arguments.push_back(expression(*argument, scope));
+        scope->aggregatesAllowed = allowed;
+        scope->insideAggregate = inside;
+    }
+    const auto requireCount = [&](std::size_t fewest, std::size_t most) {
+        if (arguments.size() < fewest || arguments.size() > most) {
+            fail(174, "The " + name + " function requires " + std::to_string(fewest) + " argument(s).", call.range);
+        }
+    };
+    BoundPtr result;
+    const auto oneArgument = [&]() -> SqlType& {
+        requireCount(1, 1);
+        if (arguments[0]->type.isNull()) {
+            fail(8117, "Operand data type NULL is invalid for " + name + " operator.", call.range);
+        }
+        return arguments[0]->type;
+    };
+    if (name == "count" || name == "count_big") {
+        result = newAggregate("count", SqlType::of(name == "count" ? TypeKind::Int : TypeKind::BigInt));
+        result->nullable = false;
+        if (call.star) {
+            result->star = true;
+        } else {
+            requireCount(1, 1);
+        }
+    } else if (name == "min" || name == "max") {
+        const SqlType type = oneArgument();
+        if (type.kind == TypeKind::Bit)
+            fail(8117, "Operand data type bit is invalid for " + name + " operator.", call.range);
+        result = newAggregate(name, type);
+    } else if (name == "sum" || name == "avg") {
+        const SqlType type = oneArgument();
+        if (!type.isNumber() || type.kind == TypeKind::Bit) {
+            fail(8117, "Operand data type " + std::string(type.baseName()) + " is invalid for " + name + " operator.",
+                 call.range);
+        }
+        const bool sum = name == "sum";
+        if (type.isFloat()) {
+            arguments[0] = cast(std::move(arguments[0]), SqlType::of(TypeKind::Float));
+            result = newAggregate(sum ? "t_sum_float" : "avg", SqlType::of(TypeKind::Float));
+        } else if (type.isInteger()) {
+            const bool big = type.kind == TypeKind::BigInt;
+            result = newAggregate(!sum  ? "t_avg_int"
+                                  : big ? "t_sum_bigint"
+                                        : "t_sum_int",
+                                  SqlType::of(big ? TypeKind::BigInt : TypeKind::Int));
+        } else if (type.kind != TypeKind::Decimal) {
+            result = newAggregate(sum ? "t_sum_money" : "t_avg_decimal0", SqlType::of(TypeKind::Money));
+        } else if (sum) {
+            result = newAggregate("t_sum_decimal", SqlType::decimal(kMaxDecimalDigits, type.scale));
+        } else {
+            const int digits = std::max(0, 6 - type.scale);
+            result = newAggregate("t_avg_decimal" + std::to_string(digits),
+                                  SqlType::decimal(kMaxDecimalDigits, type.scale + digits));
+        }
+    } else if (name == "stdev" || name == "stdevp" || name == "var" || name == "varp") {
+        const SqlType type = oneArgument();
+        if (!type.isNumber()) {
+            fail(8117, "Operand data type " + std::string(type.baseName()) + " is invalid for " + name + " operator.",
+                 call.range);
+        }
+        arguments[0] = cast(std::move(arguments[0]), SqlType::of(TypeKind::Float));
+        result = newAggregate("t_" + name, SqlType::of(TypeKind::Float));
+    } else if (windowed && among(kRankings, name)) {
+        requireCount(name == "ntile" ? 1 : 0, name == "ntile" ? 1 : 0);
+        result = newAggregate(name, SqlType::of(TypeKind::BigInt));
+        result->nullable = false;
+        if (call.over->orderBy.empty()) {
+            fail(4112, "The function '" + name + "' must have an OVER clause with ORDER BY.", call.range);
+        }
+    } else if (windowed && among(kOffsets, name)) {
+        requireCount(1, name == "lag" || name == "lead" ? 3 : 1);
+        result = newAggregate(name, arguments[0]->type);
+        if (arguments.size() == 3) arguments[2] = cast(std::move(arguments[2]), result->type);
+    } else {
+        fail(195, "'" + call.name.last() + "' is not a recognized function name.", call.name.range);
+    }
+    if (call.distinct && windowed) {
+        fail(10759, "Use of DISTINCT is not allowed with the OVER clause.", call.range);
+    }
+    // MIN and MAX are the same with DISTINCT.
+    result->distinct = call.distinct && name != "min" && name != "max";
+    result->arguments = std::move(arguments);
+    if (windowed) result->over = over(*call.over, scope);
+    return result;
+}
+
+}  // namespace basalt::embedded

@@ -1,0 +1,182 @@
+// From the parsed tree to the bound one: names are resolved through the catalog, expressions get SQL Server's types,
+// and conversions are inserted where T-SQL converts by itself.
+//
+//   Binder binder(catalog, {.text = batch.text, .literals = &batch.literals});
+//   std::unique_ptr<BoundQuery> q = binder.query(*select.query, nullptr);
+//
+// Errors are DatabaseError with SQL Server's number, wording and the place in the text. The members stand in one file
+// for each statement or kind of expression.
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engines/embedded/ast/batch.h"
+#include "engines/embedded/ast/control_statement.h"
+#include "engines/embedded/ast/data_statement.h"
+#include "engines/embedded/ast/definition_statement.h"
+#include "engines/embedded/ast/expression.h"
+#include "engines/embedded/ast/query.h"
+#include "engines/embedded/ast/table_source.h"
+#include "engines/embedded/binder/bound_query.h"
+#include "engines/embedded/binder/bound_statement.h"
+#include "engines/embedded/binder/scope.h"
+#include "engines/embedded/catalog/catalog.h"
+
+namespace basalt::embedded {
+
+// The types of the variables that a statement may name.
+class VariableTypes {
+public:
+    virtual ~VariableTypes() = default;
+    // Null when no such variable is declared. The name has its @.
+    [[nodiscard]] virtual const SqlType* typeOf(std::string_view name) const = 0;
+    // The catalog's name of a table variable (@t), empty when there is none.
+    [[nodiscard]] virtual std::string tableOf(std::string_view name) const = 0;
+};
+
+struct BinderInput {
+    std::string_view text;                   // of the batch, for error messages
+    const LiteralTable* literals = nullptr;  // of the batch
+    std::span<const SqlType> markers = {};   // types of the `?`
+    const VariableTypes* variables = nullptr;
+    // Stored texts (views, defaults, checks) outlive the batch: their literals stand in the statement itself.
+    bool inlineLiterals = false;
+};
+
+class Binder {
+public:
+    Binder(Catalog& catalog, const BinderInput& input) : catalog_(catalog), input_(input) {}
+
+    // --- queries (query.cpp, select.cpp, source.cpp) ---
+    [[nodiscard]] std::unique_ptr<BoundQuery> query(const ast::QueryExpression& query, Scope* outer);
+    // A whole SELECT statement, with its variable assignments.
+    [[nodiscard]] BoundSelectStatement selectStatement(const ast::SelectStatement& statement);
+
+    // --- changes (insert.cpp, update.cpp, delete.cpp) ---
+    [[nodiscard]] BoundInsert insert(const ast::InsertStatement& statement, bool explicitIdentity);
+    [[nodiscard]] BoundUpdate update(const ast::UpdateStatement& statement);
+    [[nodiscard]] BoundDelete remove(const ast::DeleteStatement& statement);
+
+    // --- expressions (expression.cpp, arithmetic.cpp, condition.cpp, function.cpp, aggregate.cpp) ---
+    [[nodiscard]] BoundPtr expression(const ast::Expression& expression, Scope* scope);
+    [[nodiscard]] BoundPtr condition(const ast::Expression& expression, Scope* scope);
+    // A value on its way into a column: converts as an assignment does and guards the length.
+    [[nodiscard]] BoundPtr assigned(BoundPtr value, const TableColumn& column, std::string_view table,
+                                    SourceRange range);
+
+    // --- conversions (conversion.cpp) ---
+    // Converts as T-SQL does by itself; no code when the stored form is the same.
+    [[nodiscard]] BoundPtr cast(BoundPtr value, const SqlType& to);
+    [[nodiscard]] BoundPtr castExplicitly(BoundPtr value, const SqlType& to, BoundPtr style, bool tries);
+    // Both operands at their common type.
+    void unify(BoundPtr& a, BoundPtr& b);
+    void unifyForComparison(BoundPtr& a, BoundPtr& b);
+    // The plan depends on the lengths of the texts in the expression from now on.
+    void relyOnLength(const BoundExpression& value);
+    // The integer that the expression writes down, fixed for the plan; nothing when it is no literal.
+    [[nodiscard]] std::optional<std::int64_t> fixedInteger(const ast::Expression& expression);
+    [[nodiscard]] std::optional<std::string> fixedText(const ast::Expression& expression);
+    [[nodiscard]] SqlType dataType(const ast::DataType& type) const;
+
+    // --- errors ---
+    [[noreturn]] void fail(int number, const std::string& message, SourceRange range) const;
+    [[noreturn]] void unsupported(const std::string& construct, SourceRange range) const;
+
+    [[nodiscard]] Catalog& catalog() { return catalog_; }
+    // The default of a column as a value, NULL when it has none.
+    [[nodiscard]] BoundPtr defaultOf(const TableColumn& column);
+
+private:
+    struct CommonTable {
+        std::string name;
+        std::string sqlName;
+        std::vector<SourceColumn> columns;
+    };
+
+    // expression.cpp
+    BoundPtr literal(const ast::LiteralExpression& expression);
+    BoundPtr variable(const std::string& name, SourceRange range);
+    BoundPtr systemVariable(const ast::SystemVariableExpression& expression);
+    BoundPtr column(const ast::ColumnExpression& expression, Scope* scope);
+    BoundPtr caseExpression(const ast::CaseExpression& expression, Scope* scope);
+    BoundPtr subquery(const ast::SubqueryExpression& expression, Scope* scope);
+    BoundPtr chosen(std::vector<BoundPtr> conditions, std::vector<BoundPtr> values, BoundPtr otherwise);
+    // arithmetic.cpp
+    BoundPtr unary(const ast::UnaryExpression& expression, Scope* scope);
+    BoundPtr binary(const ast::BinaryExpression& expression, Scope* scope);
+    BoundPtr operation(ast::BinaryOperator op, BoundPtr left, BoundPtr right, SourceRange range);
+    BoundPtr decimalOperation(ast::BinaryOperator op, BoundPtr left, BoundPtr right);
+    BoundPtr integerOperation(ast::BinaryOperator op, BoundPtr left, BoundPtr right, TypeKind kind);
+    // condition.cpp
+    BoundPtr comparison(ast::ComparisonOperator op, BoundPtr left, BoundPtr right, SourceRange range);
+    BoundPtr in(const ast::InExpression& expression, Scope* scope);
+    BoundPtr like(const ast::LikeExpression& expression, Scope* scope);
+    BoundPtr quantified(const ast::QuantifiedExpression& expression, Scope* scope);
+    // function.cpp, aggregate.cpp
+    BoundPtr function(const ast::FunctionExpression& expression, Scope* scope);
+    BoundPtr aggregate(const ast::FunctionExpression& expression, Scope* scope);
+    std::unique_ptr<BoundOver> over(const ast::OverClause& clause, Scope* scope);
+    // query.cpp
+    void commonTables(const std::vector<ast::CommonTableExpression>& with, std::vector<BoundCommonTable>& into);
+    std::unique_ptr<BoundBody> body(const ast::QueryBody& body, Scope* outer, std::vector<OutputColumn>& columns,
+                                    BoundQuery& query, const ast::QueryExpression* whole);
+    std::unique_ptr<BoundBody> setOperation(const ast::SetOperation& operation, Scope* outer,
+                                            std::vector<OutputColumn>& columns);
+    void convertColumns(BoundBody& body, const std::vector<OutputColumn>& to);
+    // Of the column that an ORDER BY item names or numbers, counted from 1; 0 when it is another expression.
+    std::size_t outputPosition(const ast::Expression& expression, const std::vector<OutputColumn>& columns);
+    BoundOrdering ordering(const ast::OrderItem& item, Scope* scope, const std::vector<OutputColumn>& columns,
+                           const BoundSelect& select);
+    void orderByColumns(const ast::QueryExpression& whole, const std::vector<OutputColumn>& columns, BoundQuery& query);
+    // select.cpp
+    std::unique_ptr<BoundSelect> select(const ast::Select& select, Scope* outer, std::vector<OutputColumn>& columns,
+                                        BoundQuery* query, const ast::QueryExpression* whole);
+    void selectItems(const ast::Select& select, Scope& scope, BoundSelect& into, std::vector<OutputColumn>& columns);
+    void checkGrouping(const BoundSelect& select, const BoundQuery* query, const Scope& scope, SourceRange range);
+    BoundPtr rowLimit(const ast::Expression& count, Scope* scope);
+    // source.cpp
+    std::unique_ptr<BoundSource> from(const std::vector<ast::TableSourcePtr>& sources, Scope& scope);
+    std::unique_ptr<BoundSource> source(const ast::TableSource& source, Scope& scope, Scope* outer);
+    std::unique_ptr<BoundSource> namedTable(const ast::NamedTable& source, Scope& scope);
+    std::unique_ptr<BoundSource> tableSource(const Table& table, const std::string& shown, Scope& scope,
+                                             SourceRange range);
+    std::unique_ptr<BoundSource> derived(std::unique_ptr<BoundQuery> query, const ast::TableSource& source,
+                                         const std::string& name, Scope& scope);
+    std::unique_ptr<BoundSource> valuesTable(const ast::ValuesTable& source, Scope& scope);
+    std::unique_ptr<BoundSource> join(const ast::Join& join, Scope& scope, Scope* outer);
+    // An expression kept as T-SQL text.
+    BoundPtr storedExpression(const std::string& text);
+    std::unique_ptr<BoundQuery> viewQuery(const Module& view, SourceRange range);
+    void addToScope(Scope& scope, ScopeSource source, SourceRange range);
+    // change.cpp
+    const Table& target(const ast::TableTarget& target);
+    ScopeSource targetSource(const Table& table, const std::string& name, const std::string& sqlAlias);
+    void outputs(const std::optional<ast::OutputClause>& clause, const Table& table, bool deleted,
+                 std::vector<BoundItem>& items, std::vector<OutputColumn>& columns);
+    // The table that UPDATE or DELETE changes when it has a FROM, and the alias of the source that stands for it there.
+    const Table& targetIn(const ast::TableTarget& target, const std::vector<ast::TableSourcePtr>& from,
+                          const Scope& scope, std::string& sqlAlias, BoundSelect& select);
+    void addKey(const Table& table, const std::string& sqlAlias, BoundSelect& select);
+
+    [[nodiscard]] std::string newAlias() { return "s" + std::to_string(++aliases()); }
+    [[nodiscard]] int& aliases() { return sharedAliases_ != nullptr ? *sharedAliases_ : aliases_; }
+
+    Catalog& catalog_;
+    BinderInput input_;
+    std::vector<CommonTable> commonTables_;
+    int aliases_ = 0;
+    int* sharedAliases_ = nullptr;  // of the statement that a view is part of
+    int viewDepth_ = 0;
+};
+
+// The operator in +=, -= and their kin.
+[[nodiscard]] ast::BinaryOperator operatorOf(ast::AssignmentOperator op);
+
+// A value of the session as an expression, a parameter of the statement.
+[[nodiscard]] BoundPtr boundSystemValue(SystemValue value);
+
+}  // namespace basalt::embedded

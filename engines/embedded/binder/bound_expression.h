@@ -1,0 +1,139 @@
+// Expressions after binding: every name resolved, every value typed, every conversion spelt out.
+//
+// The generator prints this tree as SQLite's SQL and decides nothing about types any more. Values that change from run
+// to run are slots, which become parameters.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "ado/value.h"
+#include "engines/embedded/runtime/sql_type.h"
+
+namespace basalt::embedded {
+
+struct BoundQuery;
+
+// Values of the session that statements may ask for.
+enum class SystemValue : std::uint8_t {
+    Now,            // GETDATE(): one moment for the whole statement
+    ScopeIdentity,  // SCOPE_IDENTITY()
+    Identity,       // @@IDENTITY
+    RowCount,       // @@ROWCOUNT
+    Error,          // @@ERROR
+    TranCount,      // @@TRANCOUNT
+    FetchStatus,    // @@FETCH_STATUS
+    NestLevel,      // @@NESTLEVEL
+    ProcId,         // @@PROCID
+    SpId,           // @@SPID
+    ErrorNumber,    // ERROR_NUMBER() and its kin in a CATCH block
+    ErrorMessage,
+    ErrorSeverity,
+    ErrorState,
+    ErrorLine,
+    ErrorProcedure,
+    XactState,
+};
+
+// Where a parameter of the generated statement takes its value from.
+struct Slot {
+    enum class Source : std::uint8_t { Literal, Marker, Variable, System };
+    Source source = Source::Literal;
+    std::uint32_t index = 0;  // Literal and Marker
+    std::string variable;     // Variable, with the @
+    SystemValue system = SystemValue::Now;
+    SqlType from;  // the type of the source
+    SqlType to;    // the type that the statement wants; converted when the value is bound
+};
+
+enum class BoundKind : std::uint8_t {
+    Constant,   // `value`; NULL too
+    Slot,       // `slot`
+    Column,     // `table`.`name`: a column of a source, by the source's generated alias
+    Call,       // name(arguments...)
+    Aggregate,  // name([DISTINCT] arguments...) [OVER (...)]
+    Infix,      // a name b name c ...: AND, OR, ||, and the comparisons
+    Prefix,     // name a: NOT, -, ~
+    Postfix,    // a name: IS NULL, IS NOT NULL
+    Case,       // when, then, when, then, ..., else
+    In,         // arguments[0] [NOT] IN (the rest), or IN (query)
+    Between,
+    Subquery,  // the one value of the query, NULL when it has no row
+    Exists,
+};
+
+struct BoundExpression;
+using BoundPtr = std::unique_ptr<BoundExpression>;
+
+struct BoundOrder {
+    BoundPtr expression;
+    bool descending = false;
+};
+
+struct BoundOver {
+    std::vector<BoundPtr> partitionBy;
+    std::vector<BoundOrder> orderBy;
+    std::string frame;  // "ROWS BETWEEN ... AND ...", empty for the default
+};
+
+// The stored column that an expression shows unchanged.
+struct BaseColumn {
+    std::string table;
+    std::string column;
+    bool identity = false;
+};
+
+struct BoundExpression {
+    BoundKind kind = BoundKind::Constant;
+    SqlType type;
+    bool nullable = true;
+    bool negated = false;       // In, Between, Exists
+    bool distinct = false;      // Aggregate
+    bool star = false;          // Aggregate: count(*)
+    bool ownCollation = false;  // texts: compares by TSQL without being told
+    std::string name;
+    std::string table;
+    int depth = 0;  // Column: how many queries outward the source is
+    Value value;
+    Slot slot;
+    std::vector<BoundPtr> arguments;
+    std::unique_ptr<BoundQuery> query;
+    std::unique_ptr<BoundOver> over;
+    std::optional<BaseColumn> base;
+
+    BoundExpression();
+    ~BoundExpression();
+    BoundExpression(const BoundExpression&) = delete;
+    BoundExpression& operator=(const BoundExpression&) = delete;
+
+    [[nodiscard]] bool isNullConstant() const { return kind == BoundKind::Constant && isNull(value); }
+};
+
+[[nodiscard]] BoundPtr boundConstant(Value value, SqlType type);
+[[nodiscard]] BoundPtr boundInteger(std::int64_t value);
+[[nodiscard]] BoundPtr boundTypeCode(const SqlType& type);
+// A call whose result is NULL as soon as an argument may be.
+template <typename... Arguments>
+[[nodiscard]] BoundPtr boundCall(std::string name, SqlType type, Arguments... arguments);
+[[nodiscard]] BoundPtr boundInfix(std::string op, SqlType type, BoundPtr left, BoundPtr right);
+[[nodiscard]] BoundPtr boundPrefix(std::string op, SqlType type, BoundPtr operand);
+[[nodiscard]] BoundPtr cloned(const BoundExpression& expression);  // throws for subqueries; see canClone
+[[nodiscard]] bool canClone(const BoundExpression& expression);
+// Same tree; slots are the same when they take the same value from the same place.
+[[nodiscard]] bool sameExpression(const BoundExpression& a, const BoundExpression& b);
+
+[[nodiscard]] BoundPtr makeCall(std::string name, SqlType type, std::vector<BoundPtr> arguments);
+
+template <typename... Arguments>
+BoundPtr boundCall(std::string name, SqlType type, Arguments... arguments) {
+    std::vector<BoundPtr> list;
+    list.reserve(sizeof...(arguments));
+    (list.push_back(std::move(arguments)), ...);
+    return makeCall(std::move(name), type, std::move(list));
+}
+
+}  // namespace basalt::embedded

@@ -1,0 +1,79 @@
+// Queries after binding. Every source has an alias of the binder's ("s1", "s2", ...) and every column of a derived
+// table a name of the binder's ("c1", "c2", ...), so that no name of the user's can clash with another.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engines/embedded/binder/bound_expression.h"
+
+namespace basalt::embedded {
+
+struct OutputColumn {
+    std::string name;  // as the result shows it; may be empty
+    SqlType type;
+    bool nullable = true;
+    std::optional<BaseColumn> base;
+};
+
+enum class SourceKind : std::uint8_t { Table, Query, CommonTable, Values, Join };
+
+struct BoundSource {
+    SourceKind kind = SourceKind::Table;
+    std::string alias;                         // not for a join
+    std::string table;                         // Table: SQLite's name; CommonTable: its generated name
+    std::unique_ptr<BoundQuery> query;         // Query
+    std::vector<std::vector<BoundPtr>> rows;   // Values
+    std::string join;                          // Join: "JOIN", "LEFT JOIN", ...
+    std::unique_ptr<BoundSource> left, right;  // Join
+    BoundPtr condition;                        // Join; null for a cross join
+};
+
+struct BoundItem {
+    BoundPtr expression;
+    std::string name;
+};
+
+struct BoundSelect {
+    bool distinct = false;
+    std::vector<BoundItem> items;
+    std::unique_ptr<BoundSource> from;  // null without FROM
+    BoundPtr where;
+    std::vector<BoundPtr> groupBy;
+    BoundPtr having;
+    bool aggregated = false;
+    BoundPtr limit;  // TOP inside a set operation
+};
+
+// A SELECT or a set operation.
+struct BoundBody {
+    std::unique_ptr<BoundSelect> select;
+    std::string operation;  // "UNION", "UNION ALL", "EXCEPT", "INTERSECT"
+    std::unique_ptr<BoundBody> left, right;
+};
+
+struct BoundCommonTable {
+    std::string name;  // generated
+    std::unique_ptr<BoundQuery> query;
+};
+
+// ORDER BY: the position of an output column, or an expression when the position is 0.
+struct BoundOrdering {
+    std::size_t position = 0;
+    BoundPtr expression;
+    bool descending = false;
+};
+
+struct BoundQuery {
+    std::vector<BoundCommonTable> with;
+    std::unique_ptr<BoundBody> body;
+    std::vector<BoundOrdering> orderBy;
+    BoundPtr limit;
+    BoundPtr offset;
+    std::vector<OutputColumn> columns;
+    // At most one row whatever the data: an aggregate without GROUP BY, TOP 1, no FROM.
+    bool singleRow = false;
+};
+
+}  // namespace basalt::embedded

@@ -1,0 +1,126 @@
+// What INSERT, UPDATE and DELETE have in common: their target and OUTPUT.
+#include "ado/names.h"
+#include "engines/embedded/binder/binder.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+const Table& Binder::target(const ast::TableTarget& target) {
+    if (!target.variable.empty()) {
+        const std::string name =
+            input_.variables == nullptr ? std::string() : input_.variables->tableOf(target.variable);
+        if (name.empty()) fail(1087, "Must declare the table variable \"" + target.variable + "\".", target.range);
+        return catalog_.requireTable(name);
+    }
+    if (const Table* table = catalog_.table(target.name.last())) return *table;
+    if (catalog_.module(target.name.last()) != nullptr) {
+        unsupported("changing rows through the view " + target.name.last(), target.range);
+    }
+    fail(error::kInvalidObject, "Invalid object name '" + target.name.last() + "'.", target.range);
+}
+
+ScopeSource Binder::targetSource(const Table& table, const std::string& name, const std::string& sqlAlias) {
+    ScopeSource source{name, sqlAlias, {}};
+    for (const TableColumn& column : table.columns) {
+        source.columns.push_back(
+            {{column.name, column.type, column.nullable, BaseColumn{table.name, column.name, column.identity}},
+             sqlQuoted(column.name)});
+    }
+    return source;
+}
+
+void Binder::outputs(const std::optional<ast::OutputClause>& clause, const Table& table, bool deleted,
+                     std::vector<BoundItem>& items, std::vector<OutputColumn>& columns) {
+    if (!clause) return;
+    if (clause->into) unsupported("OUTPUT ... INTO", clause->range);
+    Scope scope(nullptr);
+    // Without an alias: RETURNING names the columns of the changed table alone.
+    scope.sources.push_back(targetSource(table, deleted ? "deleted" : "inserted", ""));
+    for (const ast::SelectItem& item : clause->items) {
+        if (item.kind == ast::SelectItemKind::Star) {
+            if (item.qualifier.empty() || !sameName(item.qualifier.last(), scope.sources[0].name)) {
+                unsupported("OUTPUT of other than " + scope.sources[0].name + " columns", item.range);
+            }
+            for (const SourceColumn& column : scope.sources[0].columns) {
+                auto value = std::make_unique<BoundExpression>();
+                value->kind = BoundKind::Column;
+                value->type = column.shown.type;
+                value->name = column.sqlName;
+                value->ownCollation = true;
+                items.push_back({std::move(value), column.shown.name});
+                columns.push_back(column.shown);
+            }
+            continue;
+        }
+        BoundPtr value = expression(*item.expression, &scope);
+        relyOnLength(*value);
+        std::string name = item.alias.text;
+        if (const auto* column = ast::tryAs<ast::ColumnExpression>(item.expression.get());
+            column != nullptr && name.empty()) {
+            name = column->name.last();
+        }
+        columns.push_back(
+            {name, value->type, value->nullable, value->kind == BoundKind::Column ? value->base : std::nullopt});
+        items.push_back({std::move(value), std::move(name)});
+    }
+}
+
+const Table& Binder::targetIn(const ast::TableTarget& target, const std::vector<ast::TableSourcePtr>& from,
+                              const Scope& scope, std::string& sqlAlias, BoundSelect& select) {
+    // The target is an alias or a table of FROM, or else a table of its own that every row of FROM meets.
+    const std::string name = target.variable.empty() ? target.name.last() : target.variable;
+    for (const ScopeSource& source : scope.sources) {
+        if (!sameName(source.name, name)) continue;
+        for (const SourceColumn& column : source.columns) {
+            if (!column.shown.base) continue;
+            sqlAlias = source.sqlAlias;
+            return catalog_.requireTable(column.shown.base->table);
+        }
+    }
+    const Table& table = this->target(target);
+    const ScopeSource* found = nullptr;
+    for (const ScopeSource& source : scope.sources) {
+        if (source.columns.empty() || !source.columns[0].shown.base ||
+            !sameName(source.columns[0].shown.base->table, table.name)) {
+            continue;
+        }
+        if (found != nullptr) fail(8154, "The table '" + table.name + "' is ambiguous.", target.range);
+        found = &source;
+    }
+    if (found != nullptr) {
+        sqlAlias = found->sqlAlias;
+        return table;
+    }
+    static_cast<void>(from);
+    auto own = std::make_unique<BoundSource>();
+    own->kind = SourceKind::Table;
+    own->alias = sqlAlias = newAlias();
+    own->table = table.sqlName();
+    auto cross = std::make_unique<BoundSource>();
+    cross->kind = SourceKind::Join;
+    cross->join = "CROSS JOIN";
+    cross->left = std::move(own);
+    cross->right = std::move(select.from);
+    select.from = std::move(cross);
+    return table;
+}
+
+void Binder::addKey(const Table& table, const std::string& sqlAlias, BoundSelect& select) {
+    const auto add = [&](const std::string& name, const SqlType& type) {
+        auto column = std::make_unique<BoundExpression>();
+        column->kind = BoundKind::Column;
+        column->type = type;
+        column->table = sqlAlias;
+        column->name = name;
+        column->ownCollation = true;
+        select.items.push_back({std::move(column), {}});
+    };
+    if (table.rowid) {
+        add("rowid", SqlType::of(TypeKind::BigInt));
+        return;
+    }
+    for (const std::size_t position : table.key)
+        add(sqlQuoted(table.columns[position].name), table.columns[position].type);
+}
+
+}  // namespace basalt::embedded

@@ -1,0 +1,259 @@
+// Conditions: comparisons, AND, OR, NOT, IN, BETWEEN, LIKE, IS NULL, EXISTS, ANY and ALL.
+#include "engines/embedded/binder/binder.h"
+#include "engines/embedded/binder/type_rules.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+const SqlType& truth() {
+    static const SqlType type = SqlType::of(TypeKind::Bit);
+    return type;
+}
+
+const char* symbol(ast::ComparisonOperator op) {
+    switch (op) {
+        case ast::ComparisonOperator::Equal:
+            return "=";
+        case ast::ComparisonOperator::NotEqual:
+            return "<>";
+        case ast::ComparisonOperator::Less:
+            return "<";
+        case ast::ComparisonOperator::LessOrEqual:
+            return "<=";
+        case ast::ComparisonOperator::Greater:
+            return ">";
+        case ast::ComparisonOperator::GreaterOrEqual:
+            return ">=";
+    }
+    return "=";
+}
+
+ast::ComparisonOperator opposite(ast::ComparisonOperator op) {
+    using Op = ast::ComparisonOperator;
+    switch (op) {
+        case Op::Equal:
+            return Op::NotEqual;
+        case Op::NotEqual:
+            return Op::Equal;
+        case Op::Less:
+            return Op::GreaterOrEqual;
+        case Op::LessOrEqual:
+            return Op::Greater;
+        case Op::Greater:
+            return Op::LessOrEqual;
+        case Op::GreaterOrEqual:
+            return Op::Less;
+    }
+    return op;
+}
+
+}  // namespace
+
+BoundPtr Binder::condition(const ast::Expression& expression, Scope* scope) {
+    using Kind = ast::ExpressionKind;
+    switch (expression.kind) {
+        case Kind::Comparison: {
+            const auto& comparison = ast::as<ast::ComparisonExpression>(expression);
+            BoundPtr left = this->expression(*comparison.left, scope);
+            BoundPtr right = this->expression(*comparison.right, scope);
+            return this->comparison(comparison.op, std::move(left), std::move(right), comparison.operatorRange);
+        }
+        case Kind::And: {
+            const auto& both = ast::as<ast::AndExpression>(expression);
+            BoundPtr left = condition(*both.left, scope);
+            return boundInfix("AND", truth(), std::move(left), condition(*both.right, scope));
+        }
+        case Kind::Or: {
+            const auto& either = ast::as<ast::OrExpression>(expression);
+            BoundPtr left = condition(*either.left, scope);
+            return boundInfix("OR", truth(), std::move(left), condition(*either.right, scope));
+        }
+        case Kind::Not:
+            return boundPrefix("NOT", truth(), condition(*ast::as<ast::NotExpression>(expression).operand, scope));
+        case Kind::IsNull: {
+            const auto& test = ast::as<ast::IsNullExpression>(expression);
+            auto result = std::make_unique<BoundExpression>();
+            result->kind = BoundKind::Postfix;
+            result->type = truth();
+            result->nullable = false;
+            result->name = test.negated ? "IS NOT NULL" : "IS NULL";
+            result->arguments.push_back(this->expression(*test.operand, scope));
+            return result;
+        }
+        case Kind::In:
+            return in(ast::as<ast::InExpression>(expression), scope);
+        case Kind::Between: {
+            const auto& between = ast::as<ast::BetweenExpression>(expression);
+            BoundPtr operand = this->expression(*between.operand, scope);
+            BoundPtr low = this->expression(*between.low, scope);
+            BoundPtr high = this->expression(*between.high, scope);
+            BoundPtr limits = boundConstant(Null{}, commonType(low->type, high->type));
+            unifyForComparison(operand, limits);
+            unifyForComparison(operand, low);
+            unifyForComparison(operand, high);
+            // A bound that brought a finer type with it moves the operand; the other bound follows.
+            unifyForComparison(operand, low);
+            auto result = std::make_unique<BoundExpression>();
+            result->kind = BoundKind::Between;
+            result->type = truth();
+            result->negated = between.negated;
+            result->arguments.push_back(std::move(operand));
+            result->arguments.push_back(std::move(low));
+            result->arguments.push_back(std::move(high));
+            return result;
+        }
+        case Kind::Like:
+            return like(ast::as<ast::LikeExpression>(expression), scope);
+        case Kind::Exists: {
+            auto result = std::make_unique<BoundExpression>();
+            result->kind = BoundKind::Exists;
+            result->type = truth();
+            result->nullable = false;
+            result->query = query(*ast::as<ast::ExistsExpression>(expression).query, scope);
+            return result;
+        }
+        case Kind::Quantified:
+            return quantified(ast::as<ast::QuantifiedExpression>(expression), scope);
+        default:
+            fail(4145, "An expression of non-boolean type specified in a context where a condition is expected.",
+                 expression.range);
+    }
+}
+
+BoundPtr Binder::comparison(ast::ComparisonOperator op, BoundPtr left, BoundPtr right, SourceRange range) {
+    const SqlType a = left->type;
+    const SqlType b = right->type;
+    if ((a.kind == TypeKind::Time && b.isNumber()) || (b.kind == TypeKind::Time && a.isNumber()) ||
+        (a.kind == TypeKind::Date && b.isNumber()) || (b.kind == TypeKind::Date && a.isNumber())) {
+        fail(206,
+             "Operand type clash: " + std::string(a.baseName()) + " is incompatible with " + std::string(b.baseName()),
+             range);
+    }
+    unifyForComparison(left, right);
+    return boundInfix(symbol(op), truth(), std::move(left), std::move(right));
+}
+
+BoundPtr Binder::in(const ast::InExpression& expression, Scope* scope) {
+    auto result = std::make_unique<BoundExpression>();
+    result->kind = BoundKind::In;
+    result->type = truth();
+    result->negated = expression.negated;
+    BoundPtr operand = this->expression(*expression.operand, scope);
+    if (expression.query != nullptr) {
+        result->query = query(*expression.query, scope);
+        if (result->query->columns.size() != 1) {
+            fail(116,
+                 "Only one expression can be specified in the select list when the subquery is not introduced with "
+                 "EXISTS.",
+                 expression.query->range);
+        }
+        const SqlType inner = result->query->columns[0].type;
+        BoundPtr sample = boundConstant(Null{}, inner);
+        unifyForComparison(operand, sample);
+        if (!isSameStored(inner, sample->type) && !(inner.isText() && sample->type.isText())) {
+            std::vector<OutputColumn> columns = result->query->columns;
+            columns[0].type = sample->type;
+            convertColumns(*result->query->body, columns);
+            result->query->columns = std::move(columns);
+        }
+        result->arguments.push_back(std::move(operand));
+        return result;
+    }
+    std::vector<BoundPtr> list;
+    for (const ast::ExpressionPtr& item : expression.list)
+        list.push_back(this->expression(*item, scope));
+    for (BoundPtr& item : list)
+        unifyForComparison(operand, item);
+    // The operand may have moved to a finer type with a later item.
+    for (BoundPtr& item : list)
+        unifyForComparison(operand, item);
+    result->arguments.push_back(std::move(operand));
+    for (BoundPtr& item : list)
+        result->arguments.push_back(std::move(item));
+    return result;
+}
+
+BoundPtr Binder::like(const ast::LikeExpression& expression, Scope* scope) {
+    const auto text = [&](const ast::Expression& part) {
+        BoundPtr value = this->expression(part, scope);
+        if (value->type.isText()) return value;
+        return cast(std::move(value), SqlType::text(TypeKind::VarChar, 8000));
+    };
+    BoundPtr operand = text(*expression.operand);
+    BoundPtr pattern = text(*expression.pattern);
+    const bool unicode = operand->type.isUnicode() || pattern->type.isUnicode();
+    BoundPtr escape = expression.escape == nullptr ? boundConstant(std::string(), SqlType::text(TypeKind::VarChar, 1))
+                                                   : text(*expression.escape);
+    BoundPtr match = boundCall("t_like", truth(), std::move(operand), std::move(pattern), std::move(escape),
+                               boundInteger(unicode ? 1 : 0));
+    if (!expression.negated) return match;
+    return boundPrefix("NOT", truth(), std::move(match));
+}
+
+// x op ANY (q): some row compares so. x op ALL (q): no row compares otherwise, and none is unknown.
+BoundPtr Binder::quantified(const ast::QuantifiedExpression& expression, Scope* scope) {
+    using Op = ast::ComparisonOperator;
+    const bool anyEqual = !expression.all && expression.op == Op::Equal;
+    const bool allDifferent = expression.all && expression.op == Op::NotEqual;
+    auto result = std::make_unique<BoundExpression>();
+    result->type = truth();
+    result->query = query(*expression.query, scope);
+    if (result->query->columns.size() != 1) {
+        fail(116,
+             "Only one expression can be specified in the select list when the subquery is not introduced with EXISTS.",
+             expression.query->range);
+    }
+    BoundPtr operand = this->expression(*expression.operand, scope);
+    const SqlType inner = result->query->columns[0].type;
+    BoundPtr sample = boundConstant(Null{}, inner);
+    unifyForComparison(operand, sample);
+    if (!isSameStored(inner, sample->type) && !(inner.isText() && sample->type.isText())) {
+        std::vector<OutputColumn> columns = result->query->columns;
+        columns[0].type = sample->type;
+        convertColumns(*result->query->body, columns);
+        result->query->columns = std::move(columns);
+    }
+    if (anyEqual || allDifferent) {
+        result->kind = BoundKind::In;
+        result->negated = allDifferent;
+        result->arguments.push_back(std::move(operand));
+        return result;
+    }
+    // EXISTS (SELECT 1 FROM (query) AS s WHERE NOT/ x op s.c1): with ALL the rows that refute it are looked for.
+    result->kind = BoundKind::Exists;
+    result->nullable = false;
+    result->negated = expression.all;
+    auto item = std::make_unique<BoundExpression>();
+    item->kind = BoundKind::Column;
+    item->type = sample->type;
+    item->table = newAlias();
+    item->name = "c1";
+    item->ownCollation = true;
+    auto source = std::make_unique<BoundSource>();
+    source->kind = SourceKind::Query;
+    source->alias = item->table;
+    source->query = std::move(result->query);
+    auto select = std::make_unique<BoundSelect>();
+    select->items.push_back({boundInteger(1), {}});
+    select->from = std::move(source);
+    BoundPtr unknown;
+    if (expression.all) {
+        unknown = std::make_unique<BoundExpression>();
+        unknown->kind = BoundKind::Postfix;
+        unknown->type = truth();
+        unknown->name = "IS NULL";
+        unknown->arguments.push_back(cloned(*item));
+    }
+    select->where = boundInfix(symbol(expression.all ? opposite(expression.op) : expression.op), truth(),
+                               std::move(operand), std::move(item));
+    if (unknown) select->where = boundInfix("OR", truth(), std::move(select->where), std::move(unknown));
+    auto wrapped = std::make_unique<BoundQuery>();
+    wrapped->body = std::make_unique<BoundBody>();
+    wrapped->body->select = std::move(select);
+    wrapped->columns.push_back({{}, SqlType::of(TypeKind::Int), false, {}});
+    result->query = std::move(wrapped);
+    return result;
+}
+
+}  // namespace basalt::embedded

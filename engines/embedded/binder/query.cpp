@@ -1,0 +1,234 @@
+// Whole queries: common tables, set operations, ORDER BY, OFFSET and FETCH, and the SELECT statement.
+#include "ado/names.h"
+#include "engines/embedded/binder/binder.h"
+#include "engines/embedded/binder/type_rules.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+const char* nameOf(ast::SetOperator op) {
+    switch (op) {
+        case ast::SetOperator::Union:
+            return "UNION";
+        case ast::SetOperator::UnionAll:
+            return "UNION ALL";
+        case ast::SetOperator::Except:
+            return "EXCEPT";
+        case ast::SetOperator::Intersect:
+            return "INTERSECT";
+    }
+    return "";
+}
+
+}  // namespace
+
+std::unique_ptr<BoundQuery> Binder::query(const ast::QueryExpression& query, Scope* outer) {
+    auto result = std::make_unique<BoundQuery>();
+    const std::size_t visible = commonTables_.size();
+    commonTables(query.with, result->with);
+    if (query.forXml) unsupported("FOR XML", query.forXml->range);
+    result->body = body(*query.body, outer, result->columns, *result, &query);
+    if (query.offset != nullptr) result->offset = rowLimit(*query.offset, nullptr);
+    if (query.fetch != nullptr) result->limit = rowLimit(*query.fetch, nullptr);
+    if (outer != nullptr && !query.orderBy.empty() && result->limit == nullptr && result->offset == nullptr) {
+        fail(1033,
+             "The ORDER BY clause is invalid in views, inline functions, derived tables, subqueries, and common table "
+             "expressions, unless TOP, OFFSET or FOR XML is also specified.",
+             query.range);
+    }
+    commonTables_.resize(visible);
+    return result;
+}
+
+std::unique_ptr<BoundBody> Binder::body(const ast::QueryBody& body, Scope* outer, std::vector<OutputColumn>& columns,
+                                        BoundQuery& query, const ast::QueryExpression* whole) {
+    auto result = std::make_unique<BoundBody>();
+    if (body.kind == ast::QueryBodyKind::Select) {
+        result->select = select(ast::as<ast::Select>(body), outer, columns, &query, whole);
+        return result;
+    }
+    result = setOperation(ast::as<ast::SetOperation>(body), outer, columns);
+    orderByColumns(*whole, columns, query);
+    return result;
+}
+
+std::unique_ptr<BoundBody> Binder::setOperation(const ast::SetOperation& operation, Scope* outer,
+                                                std::vector<OutputColumn>& columns) {
+    const auto side = [&](const ast::QueryBody& part, std::vector<OutputColumn>& shown) {
+        if (part.kind == ast::QueryBodyKind::SetOperation) {
+            return setOperation(ast::as<ast::SetOperation>(part), outer, shown);
+        }
+        auto result = std::make_unique<BoundBody>();
+        result->select = select(ast::as<ast::Select>(part), outer, shown, nullptr, nullptr);
+        return result;
+    };
+    auto result = std::make_unique<BoundBody>();
+    result->operation = nameOf(operation.op);
+    std::vector<OutputColumn> right;
+    result->left = side(*operation.left, columns);
+    result->right = side(*operation.right, right);
+    if (columns.size() != right.size()) {
+        fail(205,
+             "All queries combined using a UNION, INTERSECT or EXCEPT operator must have an equal number of "
+             "expressions in "
+             "their target lists.",
+             operation.range);
+    }
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        columns[i].type = commonType(columns[i].type, right[i].type);
+        columns[i].nullable = columns[i].nullable || right[i].nullable;
+        columns[i].base.reset();
+    }
+    convertColumns(*result->left, columns);
+    convertColumns(*result->right, columns);
+    return result;
+}
+
+void Binder::convertColumns(BoundBody& body, const std::vector<OutputColumn>& to) {
+    if (body.select == nullptr) {
+        convertColumns(*body.left, to);
+        convertColumns(*body.right, to);
+        return;
+    }
+    for (std::size_t i = 0; i < to.size(); ++i) {
+        BoundPtr& item = body.select->items[i].expression;
+        const bool texts = item->type.isText() && to[i].type.isText() && !to[i].type.isFixedText();
+        if (!texts) item = cast(std::move(item), to[i].type);
+    }
+}
+
+std::size_t Binder::outputPosition(const ast::Expression& expression, const std::vector<OutputColumn>& columns) {
+    if (const std::optional<std::int64_t> position =
+            expression.kind == ast::ExpressionKind::Literal ? fixedInteger(expression) : std::nullopt) {
+        if (*position < 1 || *position > static_cast<std::int64_t>(columns.size())) {
+            fail(108,
+                 "The ORDER BY position number " + std::to_string(*position) +
+                     " is out of range of the number of items in the select list.",
+                 expression.range);
+        }
+        return static_cast<std::size_t>(*position);
+    }
+    const auto* column = ast::tryAs<ast::ColumnExpression>(&expression);
+    if (column == nullptr || column->name.parts.size() != 1) return 0;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (sameName(columns[i].name, column->name.last())) return i + 1;
+    }
+    return 0;
+}
+
+void Binder::orderByColumns(const ast::QueryExpression& whole, const std::vector<OutputColumn>& columns,
+                            BoundQuery& query) {
+    for (const ast::OrderItem& item : whole.orderBy) {
+        BoundOrdering order;
+        order.descending = item.descending;
+        order.position = outputPosition(*item.expression, columns);
+        if (order.position == 0) {
+            fail(104,
+                 "ORDER BY items must appear in the select list if the statement contains a UNION, INTERSECT or EXCEPT "
+                 "operator.",
+                 item.expression->range);
+        }
+        query.orderBy.push_back(std::move(order));
+    }
+}
+
+void Binder::commonTables(const std::vector<ast::CommonTableExpression>& with, std::vector<BoundCommonTable>& into) {
+    for (const ast::CommonTableExpression& table : with) {
+        const std::string sqlName = "w" + std::to_string(++aliases());
+        const auto columnsOf = [&](const std::vector<OutputColumn>& outputs) {
+            if (!table.columns.empty() && table.columns.size() != outputs.size()) {
+                fail(table.columns.size() > outputs.size() ? 8158 : 8159,
+                     "'" + table.name.text +
+                         "' has a different number of columns than were specified in the column list.",
+                     table.range);
+            }
+            std::vector<SourceColumn> columns;
+            for (std::size_t i = 0; i < outputs.size(); ++i) {
+                SourceColumn column{outputs[i], "c" + std::to_string(i + 1)};
+                if (!table.columns.empty()) column.shown.name = table.columns[i].text;
+                columns.push_back(std::move(column));
+            }
+            return columns;
+        };
+        BoundCommonTable bound;
+        bound.name = sqlName;
+        const auto* operation = table.query->body->kind == ast::QueryBodyKind::SetOperation
+                                    ? &ast::as<ast::SetOperation>(*table.query->body)
+                                    : nullptr;
+        if (operation != nullptr && operation->op == ast::SetOperator::UnionAll) {
+            // The part behind UNION ALL may name the table itself; the part before it settles the columns.
+            bound.query = std::make_unique<BoundQuery>();
+            Scope none(nullptr);
+            bound.query->body = std::make_unique<BoundBody>();
+            BoundBody& body = *bound.query->body;
+            body.operation = "UNION ALL";
+            std::vector<OutputColumn> columns;
+            if (operation->left->kind == ast::QueryBodyKind::Select) {
+                body.left = std::make_unique<BoundBody>();
+                body.left->select = select(ast::as<ast::Select>(*operation->left), &none, columns, nullptr, nullptr);
+            } else {
+                body.left = setOperation(ast::as<ast::SetOperation>(*operation->left), &none, columns);
+            }
+            commonTables_.push_back({table.name.text, sqlName, columnsOf(columns)});
+            std::vector<OutputColumn> right;
+            if (operation->right->kind == ast::QueryBodyKind::Select) {
+                body.right = std::make_unique<BoundBody>();
+                body.right->select = select(ast::as<ast::Select>(*operation->right), &none, right, nullptr, nullptr);
+            } else {
+                body.right = setOperation(ast::as<ast::SetOperation>(*operation->right), &none, right);
+            }
+            if (columns.size() != right.size()) {
+                fail(205,
+                     "All queries combined using a UNION, INTERSECT or EXCEPT operator must have an equal number of "
+                     "expressions in their target lists.",
+                     operation->range);
+            }
+            for (std::size_t i = 0; i < columns.size(); ++i) {
+                columns[i].type = commonType(columns[i].type, right[i].type);
+                columns[i].nullable = columns[i].nullable || right[i].nullable;
+                columns[i].base.reset();
+            }
+            convertColumns(*body.left, columns);
+            convertColumns(*body.right, columns);
+            commonTables_.back().columns = columnsOf(columns);
+            bound.query->columns = std::move(columns);
+        } else {
+            Scope none(nullptr);
+            bound.query = query(*table.query, &none);
+            commonTables_.push_back({table.name.text, sqlName, columnsOf(bound.query->columns)});
+        }
+        into.push_back(std::move(bound));
+    }
+}
+
+BoundSelectStatement Binder::selectStatement(const ast::SelectStatement& statement) {
+    BoundSelectStatement result;
+    result.query = query(*statement.query, nullptr);
+    const ast::Select& first = ast::firstSelect(*statement.query->body);
+    if (!first.into.empty()) result.into = first.into.last();
+    bool reads = false;
+    bool assigns = false;
+    for (const ast::SelectItem& item : first.items) {
+        if (item.kind != ast::SelectItemKind::Assignment) {
+            reads = true;
+            continue;
+        }
+        assigns = true;
+        const SqlType* type = input_.variables == nullptr ? nullptr : input_.variables->typeOf(item.variable);
+        if (type == nullptr) fail(137, "Must declare the scalar variable \"" + item.variable + "\".", item.range);
+        result.assignments.push_back({item.variable, {}, *type});
+    }
+    if (assigns && reads) {
+        fail(141,
+             "A SELECT statement that assigns a value to a variable must not be combined with data-retrieval "
+             "operations.",
+             statement.range);
+    }
+    for (std::size_t i = 0; i < result.assignments.size(); ++i)
+        result.assignments[i].from = result.query->columns[i].type;
+    return result;
+}
+
+}  // namespace basalt::embedded

@@ -1,0 +1,187 @@
+// One SELECT: its items, conditions and grouping.
+#include <algorithm>
+
+#include "ado/names.h"
+#include "engines/embedded/binder/binder.h"
+#include "engines/embedded/binder/type_rules.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+BoundPtr columnOf(const ScopeSource& source, const SourceColumn& column) {
+    auto result = std::make_unique<BoundExpression>();
+    result->kind = BoundKind::Column;
+    result->type = column.shown.type;
+    result->nullable = column.shown.nullable;
+    result->table = source.sqlAlias;
+    result->name = column.sqlName;
+    result->base = column.shown.base;
+    result->ownCollation = true;
+    return result;
+}
+
+std::string nameOf(const ast::SelectItem& item) {
+    if (!item.alias.empty()) return item.alias.text;
+    if (const auto* column = ast::tryAs<ast::ColumnExpression>(item.expression.get())) return column->name.last();
+    return {};
+}
+
+OutputColumn outputOf(const BoundExpression& expression, std::string name) {
+    return {std::move(name), expression.type, expression.nullable,
+            expression.kind == BoundKind::Column ? expression.base : std::nullopt};
+}
+
+// The first column that stands neither in an aggregate nor in GROUP BY; null when there is none.
+const BoundExpression* ungrouped(const BoundExpression& expression, const std::vector<BoundPtr>& groups,
+                                 const Scope& scope) {
+    for (const BoundPtr& group : groups) {
+        if (sameExpression(expression, *group)) return nullptr;
+    }
+    if (expression.kind == BoundKind::Aggregate && expression.over == nullptr) return nullptr;
+    if (expression.kind == BoundKind::Column) return scope.owns(expression.table) ? &expression : nullptr;
+    for (const BoundPtr& argument : expression.arguments) {
+        if (const BoundExpression* found = ungrouped(*argument, groups, scope)) return found;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+void Binder::selectItems(const ast::Select& select, Scope& scope, BoundSelect& into,
+                         std::vector<OutputColumn>& columns) {
+    const auto add = [&](BoundPtr expression, std::string name) {
+        relyOnLength(*expression);
+        if (expression->type.isNull()) expression->type = SqlType::of(TypeKind::Int);
+        columns.push_back(outputOf(*expression, name));
+        into.items.push_back({std::move(expression), std::move(name)});
+    };
+    for (const ast::SelectItem& item : select.items) {
+        if (item.kind != ast::SelectItemKind::Star) {
+            BoundPtr value = expression(*item.expression, &scope);
+            if (item.kind == ast::SelectItemKind::Assignment && item.op != ast::AssignmentOperator::Set) {
+                value =
+                    operation(operatorOf(item.op), variable(item.variable, item.range), std::move(value), item.range);
+            }
+            add(std::move(value), nameOf(item));
+            continue;
+        }
+        bool found = false;
+        for (const ScopeSource& source : scope.sources) {
+            if (!item.qualifier.empty() && !sameName(source.name, item.qualifier.last())) continue;
+            found = true;
+            for (const SourceColumn& column : source.columns)
+                add(columnOf(source, column), column.shown.name);
+        }
+        if (found) continue;
+        if (!item.qualifier.empty()) {
+            fail(107,
+                 "The column prefix '" + item.qualifier.last() +
+                     "' does not match with a table name or alias name used in the query.",
+                 item.range);
+        }
+        fail(263, "Must specify table to select from.", item.range);
+    }
+}
+
+std::unique_ptr<BoundSelect> Binder::select(const ast::Select& select, Scope* outer, std::vector<OutputColumn>& columns,
+                                            BoundQuery* query, const ast::QueryExpression* whole) {
+    Scope scope(outer);
+    auto result = std::make_unique<BoundSelect>();
+    result->distinct = select.distinct;
+    if (!select.from.empty()) result->from = from(select.from, scope);
+    if (select.where != nullptr) result->where = condition(*select.where, &scope);
+    for (const ast::ExpressionPtr& group : select.groupBy) {
+        if (group->kind == ast::ExpressionKind::Literal) {
+            fail(164, "Each GROUP BY expression must contain at least one column that is not an outer reference.",
+                 group->range);
+        }
+        result->groupBy.push_back(expression(*group, &scope));
+    }
+    scope.aggregatesAllowed = true;
+    scope.windowsAllowed = true;
+    selectItems(select, scope, *result, columns);
+    scope.windowsAllowed = false;
+    if (select.having != nullptr) {
+        result->having = condition(*select.having, &scope);
+        scope.aggregated = true;
+    }
+    if (query != nullptr && whole != nullptr) {
+        scope.windowsAllowed = true;
+        for (const ast::OrderItem& item : whole->orderBy)
+            query->orderBy.push_back(ordering(item, &scope, columns, *result));
+        scope.windowsAllowed = false;
+    }
+    result->aggregated = scope.aggregated || !result->groupBy.empty();
+    if (result->aggregated) checkGrouping(*result, query, scope, select.range);
+    if (query != nullptr) {
+        query->singleRow = (scope.aggregated && result->groupBy.empty()) || (result->from == nullptr);
+    }
+    if (select.top) {
+        if (select.top->percent) unsupported("TOP ... PERCENT", select.top->range);
+        if (select.top->withTies) unsupported("WITH TIES", select.top->range);
+        BoundPtr limit = rowLimit(*select.top->count, nullptr);
+        if (const auto* literal = ast::tryAs<ast::LiteralExpression>(select.top->count.get());
+            literal != nullptr && query != nullptr && !input_.inlineLiterals) {
+            const Literal& value = (*input_.literals)[literal->literal];
+            // TOP 1 in a subquery proves that there is one row; the proof holds for this number only.
+            if (value.type == LiteralType::Int && value.integer == 1 && outer != nullptr) {
+                input_.literals->fix(literal->literal);
+                query->singleRow = true;
+            }
+        }
+        (query != nullptr ? query->limit : result->limit) = std::move(limit);
+    }
+    return result;
+}
+
+BoundPtr Binder::rowLimit(const ast::Expression& count, Scope* scope) {
+    BoundPtr limit = expression(count, scope);
+    if (!limit->type.isInteger() && !limit->type.isNull()) {
+        limit = cast(std::move(limit), SqlType::of(TypeKind::BigInt));
+    }
+    return boundCall("t_limit", SqlType::of(TypeKind::BigInt), std::move(limit));
+}
+
+BoundOrdering Binder::ordering(const ast::OrderItem& item, Scope* scope, const std::vector<OutputColumn>& columns,
+                               const BoundSelect& select) {
+    BoundOrdering result;
+    result.descending = item.descending;
+    result.position = outputPosition(*item.expression, columns);
+    if (result.position != 0) return result;
+    result.expression = expression(*item.expression, scope);
+    for (std::size_t i = 0; i < select.items.size(); ++i) {
+        if (sameExpression(*result.expression, *select.items[i].expression)) {
+            result.position = i + 1;
+            result.expression.reset();
+            return result;
+        }
+    }
+    if (select.distinct) {
+        fail(145, "ORDER BY items must appear in the select list if SELECT DISTINCT is specified.",
+             item.expression->range);
+    }
+    return result;
+}
+
+void Binder::checkGrouping(const BoundSelect& select, const BoundQuery* query, const Scope& scope, SourceRange range) {
+    const auto check = [&](const BoundExpression& expression, const char* place) {
+        const BoundExpression* found = ungrouped(expression, select.groupBy, scope);
+        if (found == nullptr) return;
+        std::string name = found->base ? found->base->table + "." + found->base->column : found->name;
+        fail(8120,
+             "Column '" + name + "' is invalid in the " + place +
+                 " because it is not contained in either an aggregate function or the GROUP BY clause.",
+             range);
+    };
+    for (const BoundItem& item : select.items)
+        check(*item.expression, "select list");
+    if (select.having) check(*select.having, "HAVING clause");
+    if (query == nullptr) return;
+    for (const BoundOrdering& order : query->orderBy) {
+        if (order.expression) check(*order.expression, "ORDER BY clause");
+    }
+}
+
+}  // namespace basalt::embedded

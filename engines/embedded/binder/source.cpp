@@ -1,0 +1,249 @@
+// What stands in FROM: tables, views, common tables, derived tables, VALUES and joins.
+#include "ado/names.h"
+#include "engines/embedded/binder/binder.h"
+#include "engines/embedded/binder/type_rules.h"
+#include "engines/embedded/parser/parser.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+// Views that name each other in a circle would never end.
+constexpr int kDeepestViews = 32;
+
+void makeNullable(std::vector<ScopeSource>& sources, std::size_t begin, std::size_t end) {
+    for (std::size_t i = begin; i < end; ++i) {
+        for (SourceColumn& column : sources[i].columns)
+            column.shown.nullable = true;
+    }
+}
+
+}  // namespace
+
+void Binder::addToScope(Scope& scope, ScopeSource source, SourceRange range) {
+    for (const ScopeSource& other : scope.sources) {
+        if (!source.name.empty() && sameName(other.name, source.name)) {
+            fail(1011, "The correlation name '" + source.name + "' is specified multiple times in a FROM clause.",
+                 range);
+        }
+    }
+    scope.sources.push_back(std::move(source));
+}
+
+std::unique_ptr<BoundSource> Binder::from(const std::vector<ast::TableSourcePtr>& sources, Scope& scope) {
+    std::unique_ptr<BoundSource> result;
+    for (const ast::TableSourcePtr& item : sources) {
+        std::unique_ptr<BoundSource> next = source(*item, scope, scope.parent);
+        if (result == nullptr) {
+            result = std::move(next);
+            continue;
+        }
+        auto cross = std::make_unique<BoundSource>();
+        cross->kind = SourceKind::Join;
+        cross->join = "CROSS JOIN";
+        cross->left = std::move(result);
+        cross->right = std::move(next);
+        result = std::move(cross);
+    }
+    return result;
+}
+
+std::unique_ptr<BoundSource> Binder::source(const ast::TableSource& source, Scope& scope, Scope* outer) {
+    using Kind = ast::TableSourceKind;
+    switch (source.kind) {
+        case Kind::Table:
+            return namedTable(ast::as<ast::NamedTable>(source), scope);
+        case Kind::Variable: {
+            const auto& variable = ast::as<ast::VariableTable>(source);
+            const std::string name =
+                input_.variables == nullptr ? std::string() : input_.variables->tableOf(variable.name);
+            if (name.empty()) fail(1087, "Must declare the table variable \"" + variable.name + "\".", source.range);
+            return tableSource(catalog_.requireTable(name), source.alias.empty() ? variable.name : source.alias.text,
+                               scope, source.range);
+        }
+        case Kind::Derived: {
+            const auto& table = ast::as<ast::DerivedTable>(source);
+            Scope none(outer);
+            return derived(query(*table.query, &none), source, source.alias.text, scope);
+        }
+        case Kind::Values:
+            return valuesTable(ast::as<ast::ValuesTable>(source), scope);
+        case Kind::Function:
+            unsupported("table-valued function " + ast::as<ast::FunctionTable>(source).name.last(), source.range);
+        case Kind::Join:
+            return join(ast::as<ast::Join>(source), scope, outer);
+    }
+    return nullptr;
+}
+
+std::unique_ptr<BoundSource> Binder::namedTable(const ast::NamedTable& source, Scope& scope) {
+    const std::string& name = source.name.last();
+    const std::string shown = source.alias.empty() ? name : source.alias.text;
+    if (source.name.parts.size() == 1) {
+        for (auto table = commonTables_.rbegin(); table != commonTables_.rend(); ++table) {
+            if (!sameName(table->name, name)) continue;
+            auto result = std::make_unique<BoundSource>();
+            result->kind = SourceKind::CommonTable;
+            result->alias = newAlias();
+            result->table = table->sqlName;
+            addToScope(scope, {shown, result->alias, table->columns}, source.range);
+            return result;
+        }
+    }
+    if (const Table* table = catalog_.table(name)) return tableSource(*table, shown, scope, source.range);
+    if (const Module* module = catalog_.module(name); module != nullptr && module->kind == ModuleKind::View) {
+        return derived(viewQuery(*module, source.range), source, shown, scope);
+    }
+    std::string full;
+    for (const ast::Identifier& part : source.name.parts)
+        full += (full.empty() ? "" : ".") + part.text;
+    fail(error::kInvalidObject, "Invalid object name '" + full + "'.", source.name.range);
+}
+
+std::unique_ptr<BoundSource> Binder::tableSource(const Table& table, const std::string& shown, Scope& scope,
+                                                 SourceRange range) {
+    auto result = std::make_unique<BoundSource>();
+    result->kind = SourceKind::Table;
+    result->alias = newAlias();
+    result->table = table.sqlName();
+    ScopeSource entry{shown, result->alias, {}};
+    for (const TableColumn& column : table.columns) {
+        entry.columns.push_back(
+            {{column.name, column.type, column.nullable, BaseColumn{table.name, column.name, column.identity}},
+             sqlQuoted(column.name)});
+    }
+    addToScope(scope, std::move(entry), range);
+    return result;
+}
+
+std::unique_ptr<BoundSource> Binder::derived(std::unique_ptr<BoundQuery> query, const ast::TableSource& source,
+                                             const std::string& name, Scope& scope) {
+    auto result = std::make_unique<BoundSource>();
+    result->kind = SourceKind::Query;
+    result->alias = newAlias();
+    if (!source.columnAliases.empty() && source.columnAliases.size() != query->columns.size()) {
+        fail(source.columnAliases.size() > query->columns.size() ? 8158 : 8159,
+             "'" + name + "' has a different number of columns than were specified in the column list.", source.range);
+    }
+    ScopeSource entry{name, result->alias, {}};
+    for (std::size_t i = 0; i < query->columns.size(); ++i) {
+        SourceColumn column{query->columns[i], "c" + std::to_string(i + 1)};
+        if (!source.columnAliases.empty()) column.shown.name = source.columnAliases[i].text;
+        if (column.shown.name.empty()) {
+            fail(8155, "No column name was specified for column " + std::to_string(i + 1) + " of '" + name + "'.",
+                 source.range);
+        }
+        for (const SourceColumn& other : entry.columns) {
+            if (sameName(other.shown.name, column.shown.name)) {
+                fail(8156, "The column '" + column.shown.name + "' was specified multiple times for '" + name + "'.",
+                     source.range);
+            }
+        }
+        entry.columns.push_back(std::move(column));
+    }
+    addToScope(scope, std::move(entry), source.range);
+    result->query = std::move(query);
+    return result;
+}
+
+std::unique_ptr<BoundSource> Binder::valuesTable(const ast::ValuesTable& source, Scope& scope) {
+    auto result = std::make_unique<BoundSource>();
+    result->kind = SourceKind::Values;
+    result->alias = newAlias();
+    std::vector<SqlType> types(source.rows.front().size());
+    for (const auto& row : source.rows) {
+        if (row.size() != types.size()) {
+            fail(10709, "The number of columns for each row in a table value constructor must be the same.",
+                 source.range);
+        }
+        std::vector<BoundPtr> values;
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            values.push_back(expression(*row[i], nullptr));
+            relyOnLength(*values.back());
+            types[i] = commonType(types[i], values.back()->type);
+        }
+        result->rows.push_back(std::move(values));
+    }
+    for (auto& row : result->rows) {
+        for (std::size_t i = 0; i < row.size(); ++i)
+            row[i] = cast(std::move(row[i]), types[i]);
+    }
+    if (source.columnAliases.size() != types.size()) {
+        fail(8155, "No column name was specified for column 1 of '" + source.alias.text + "'.", source.range);
+    }
+    ScopeSource entry{source.alias.text, result->alias, {}};
+    for (std::size_t i = 0; i < types.size(); ++i) {
+        if (types[i].isNull()) types[i] = SqlType::of(TypeKind::Int);
+        entry.columns.push_back({{source.columnAliases[i].text, types[i], true, {}}, "column" + std::to_string(i + 1)});
+    }
+    addToScope(scope, std::move(entry), source.range);
+    return result;
+}
+
+std::unique_ptr<BoundSource> Binder::join(const ast::Join& join, Scope& scope, Scope* outer) {
+    using Kind = ast::JoinKind;
+    if (join.joinKind == Kind::CrossApply || join.joinKind == Kind::OuterApply) unsupported("APPLY", join.range);
+    auto result = std::make_unique<BoundSource>();
+    result->kind = SourceKind::Join;
+    const std::size_t first = scope.sources.size();
+    result->left = source(*join.left, scope, outer);
+    const std::size_t second = scope.sources.size();
+    result->right = source(*join.right, scope, outer);
+    if (join.condition != nullptr) {
+        // ON sees the two sides of its own join.
+        Scope on(scope.parent);
+        on.sources.assign(scope.sources.begin() + static_cast<std::ptrdiff_t>(first), scope.sources.end());
+        result->condition = condition(*join.condition, &on);
+        scope.correlated = scope.correlated || on.correlated;
+    }
+    switch (join.joinKind) {
+        case Kind::Left:
+            result->join = "LEFT JOIN";
+            makeNullable(scope.sources, second, scope.sources.size());
+            break;
+        case Kind::Right:
+            result->join = "RIGHT JOIN";
+            makeNullable(scope.sources, first, second);
+            break;
+        case Kind::Full:
+            result->join = "FULL JOIN";
+            makeNullable(scope.sources, first, scope.sources.size());
+            break;
+        case Kind::Cross:
+            result->join = "CROSS JOIN";
+            break;
+        default:
+            result->join = "JOIN";
+            break;
+    }
+    return result;
+}
+
+std::unique_ptr<BoundQuery> Binder::viewQuery(const Module& view, SourceRange range) {
+    if (viewDepth_ >= kDeepestViews) {
+        fail(217, "Maximum view nesting level exceeded (limit " + std::to_string(kDeepestViews) + ").", range);
+    }
+    const ast::Batch batch = parse(view.text);
+    const auto* definition =
+        batch.statements.empty() ? nullptr : ast::tryAs<ast::CreateViewStatement>(batch.statements.front().get());
+    if (definition == nullptr) fail(error::kInvalidObject, "Invalid object name '" + view.name + "'.", range);
+    Binder inner(catalog_, {.text = batch.text, .literals = &batch.literals, .inlineLiterals = true});
+    inner.sharedAliases_ = &aliases();
+    inner.viewDepth_ = viewDepth_ + 1;
+    Scope none(nullptr);
+    std::unique_ptr<BoundQuery> result = inner.query(*definition->query, &none);
+    for (std::size_t i = 0; i < definition->columns.size() && i < result->columns.size(); ++i)
+        result->columns[i].name = definition->columns[i].text;
+    return result;
+}
+
+BoundPtr Binder::storedExpression(const std::string& text) {
+    const ast::Batch batch = parse("SELECT " + text);
+    Binder inner(catalog_, {.text = batch.text, .literals = &batch.literals, .inlineLiterals = true});
+    inner.sharedAliases_ = &aliases();
+    const auto& statement = ast::as<ast::SelectStatement>(*batch.statements.front());
+    return inner.expression(*ast::firstSelect(*statement.query->body).items.front().expression, nullptr);
+}
+
+}  // namespace basalt::embedded

@@ -1,0 +1,231 @@
+#include "engines/embedded/embedded_session.h"
+
+#include <algorithm>
+
+#include "engines/embedded/catalog/catalog.h"
+#include "engines/embedded/catalog/object_name.h"
+#include "engines/embedded/executor/executor.h"
+#include "engines/embedded/lexer/error_context.h"
+#include "engines/embedded/lexer/lexer.h"
+#include "engines/embedded/open_database.h"
+#include "engines/embedded/parser/parser.h"
+#include "engines/embedded/plan_cache.h"
+#include "engines/embedded/runtime/convert.h"
+#include "engines/embedded/runtime/dates.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+// The type of a `?` as plans are kept by it: wide enough that texts and numbers of all sizes share one plan.
+SqlType markerType(const Value& value) {
+    const SqlType type = typeOfValue(value);
+    if (type.isText()) return SqlType::text(TypeKind::NVarChar, type.length == kMaxLength ? kMaxLength : 4000);
+    if (type.isBinary()) return SqlType::text(TypeKind::VarBinary, type.length == kMaxLength ? kMaxLength : 8000);
+    if (type.isDecimal()) return SqlType::decimal(kMaxDecimalDigits, type.scale);
+    if (type.isInteger() && type.kind != TypeKind::Bit) return SqlType::of(TypeKind::BigInt);
+    return type;
+}
+
+}  // namespace
+
+class EmbeddedSession::Core {
+public:
+    Core(const std::string& path, const EmbeddedOptions& options)
+        : path_(path),
+          database_(openDatabase(path, options)),
+          catalog_(*database_),
+          executor_(*database_, catalog_, options.clock ? options.clock : currentLocalTicks),
+          cache_(options.planCacheSize) {}
+
+    BatchResult run(std::string_view sql, std::span<const Value> parameters) {
+        lexer_.scan(sql);
+        markerTypes_.clear();
+        for (const Value& value : parameters)
+            markerTypes_.push_back(markerType(value));
+        try {
+            // A plan may turn out to be stale when it is used; the next round then plans anew.
+            while (true) {
+                BatchResult result;
+                CompiledBatch* found =
+                    cache_.find(lexer_.key(), lexer_.literals(), markerTypes_, catalog_.generation());
+                if (found == nullptr) {
+                    ++statistics_.misses;
+                    runNew(parameters, result);
+                    return result;
+                }
+                if (runAgain(*found, parameters, result)) {
+                    ++statistics_.hits;
+                    return result;
+                }
+            }
+        } catch (const DatabaseError& error) {
+            throw withStatement(error, sql);
+        }
+    }
+
+    SqliteDatabase& database() { return *database_; }
+    Catalog& catalog() { return catalog_; }
+    Executor& executor() { return executor_; }
+    [[nodiscard]] const std::string& path() const { return path_; }
+    [[nodiscard]] const PlanStatistics& statistics() const { return statistics_; }
+
+private:
+    void runNew(std::span<const Value> parameters, BatchResult& result) {
+        auto compiled = std::make_unique<CompiledBatch>();
+        compiled->batch = parse(lexer_);
+        compiled->markerTypes = markerTypes_;
+        compiled->generation = catalog_.generation();
+        CompiledBatch& kept = cache_.keep(lexer_.key(), std::move(compiled));
+        try {
+            const ast::Batch& batch = kept.batch;
+            runStatements(kept, {.table = &batch.literals, .markers = parameters, .markerTypes = markerTypes_}, result);
+            kept.complete = std::ranges::all_of(batch.statements, [](const ast::StatementPtr& statement) {
+                return Executor::isPlanned(statement->kind);
+            });
+            if (kept.complete && batch.statements.size() == 1)
+                kept.single = kept.plans.find(batch.statements.front().get());
+            kept.generation = catalog_.generation();
+        } catch (...) {
+            cache_.remove(&kept);
+            throw;
+        }
+    }
+
+    // False when the schema turned out to have changed under the plans.
+    bool runAgain(CompiledBatch& compiled, std::span<const Value> parameters, BatchResult& result) {
+        if (compiled.single == nullptr) {
+            if (catalog_.refresh()) return false;
+            // A batch that is not planned throughout was found by its literals, all of them.
+            const std::vector<Literal>* scanned = compiled.complete ? &lexer_.literals() : nullptr;
+            runStatements(compiled,
+                          {.scanned = scanned,
+                           .table = &compiled.batch.literals,
+                           .markers = parameters,
+                           .markerTypes = markerTypes_},
+                          result);
+            compiled.generation = catalog_.generation();
+            return true;
+        }
+        Plan& plan = *compiled.single;
+        if (plan.writes() && catalog_.refresh()) return false;
+        executor_.run(plan, {.scanned = &lexer_.literals(), .markers = parameters, .markerTypes = markerTypes_},
+                      result);
+        if (!Executor::isStale(plan)) return true;
+        // SQLite has prepared the statement anew by itself: another program has changed the schema, and the rows were
+        // read by a plan that knew the old one.
+        catalog_.invalidate();
+        result = {};
+        return false;
+    }
+
+    void runStatements(CompiledBatch& compiled, const Environment& environment, BatchResult& result) {
+        const ast::Batch& batch = compiled.batch;
+        for (const ast::StatementPtr& statement : batch.statements) {
+            if (!Executor::takes(statement->kind)) throwUnsupported("This statement", batch.text, statement->range);
+            executor_.execute(batch, *statement, compiled.plans, environment, result);
+        }
+    }
+
+    std::string path_;
+    std::unique_ptr<SqliteDatabase> database_;
+    Catalog catalog_;
+    Executor executor_;
+    PlanCache cache_;
+    Lexer lexer_;
+    std::vector<SqlType> markerTypes_;
+    PlanStatistics statistics_;
+};
+
+EmbeddedSession::EmbeddedSession(std::unique_ptr<Core> core) : core_(std::move(core)) {}
+
+EmbeddedSession::~EmbeddedSession() = default;
+
+std::unique_ptr<EmbeddedSession> EmbeddedSession::open(const std::string& path, const EmbeddedOptions& options) {
+    return std::unique_ptr<EmbeddedSession>(new EmbeddedSession(std::make_unique<Core>(path, options)));
+}
+
+BatchResult EmbeddedSession::run(std::string_view sql) {
+    return core_->run(sql, {});
+}
+
+BatchResult EmbeddedSession::run(std::string_view sql, std::span<const Value> parameters) {
+    return core_->run(sql, parameters);
+}
+
+ProcedureInfo EmbeddedSession::procedure(std::string_view name) {
+    throwSqlError(2812, "Could not find stored procedure '" + std::string(name) + "'.");
+}
+
+CallResult EmbeddedSession::call(std::string_view name, std::span<const Argument>) {
+    throwSqlError(2812, "Could not find stored procedure '" + std::string(name) + "'.");
+}
+
+void EmbeddedSession::begin() {
+    core_->executor().begin();
+}
+
+void EmbeddedSession::commit() {
+    core_->executor().commit();
+}
+
+void EmbeddedSession::rollback() {
+    core_->executor().rollback();
+}
+
+bool EmbeddedSession::inTransaction() const {
+    return core_->executor().inTransaction();
+}
+
+TableInfo EmbeddedSession::table(std::string_view name) {
+    core_->catalog().refresh();
+    const Table& table = core_->catalog().requireTable(objectPart(name));
+    TableInfo result;
+    result.name = table.name;
+    for (const TableColumn& column : table.columns) {
+        ColumnInfo info;
+        info.name = column.name;
+        column.type.describe(info);
+        info.nullable = column.nullable;
+        info.identity = column.identity;
+        info.baseTable = table.name;
+        info.baseColumn = column.name;
+        result.columns.push_back(std::move(info));
+    }
+    for (const std::size_t position : table.key)
+        result.key.push_back(table.columns[position].name);
+    return result;
+}
+
+std::string EmbeddedSession::location() const {
+    return core_->path();
+}
+
+PlanStatistics EmbeddedSession::planStatistics() const {
+    return core_->statistics();
+}
+
+std::vector<std::string> EmbeddedSession::integrityCheck() {
+    SqliteStatement check = core_->database().prepare("PRAGMA integrity_check");
+    std::vector<std::string> problems;
+    while (check.step()) {
+        if (check.textAt(0) != "ok") problems.push_back(check.textAt(0));
+    }
+    SqliteStatement references = core_->database().prepare("PRAGMA foreign_key_check");
+    while (references.step())
+        problems.push_back("A row of " + references.textAt(0) + " refers to a row of " + references.textAt(2) +
+                           " that is not there");
+    return problems;
+}
+
+int EmbeddedSession::schemaVersion() {
+    const std::string text = core_->catalog().property(kSchemaVersionProperty);
+    return text.empty() ? 0 : std::stoi(text);
+}
+
+void EmbeddedSession::setSchemaVersion(int version) {
+    core_->catalog().setProperty(kSchemaVersionProperty, std::to_string(version));
+}
+
+}  // namespace basalt::embedded

@@ -1,0 +1,147 @@
+#include "engines/embedded/executor/constraint_error.h"
+
+#include <algorithm>
+
+#include "ado/names.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+std::string verbOf(PlanKind kind) {
+    switch (kind) {
+        case PlanKind::Insert:
+            return "INSERT";
+        case PlanKind::Update:
+            return "UPDATE";
+        case PlanKind::Delete:
+            return "DELETE";
+        case PlanKind::Select:
+            return "SELECT";
+    }
+    return {};
+}
+
+// Behind "... constraint failed: " in SQLite's message.
+std::string detailOf(const std::string& message) {
+    const std::size_t at = message.find(": ");
+    return at == std::string::npos ? std::string() : message.substr(at + 2);
+}
+
+// The column names in "T.a, T.b".
+std::vector<std::string> columnsOf(const std::string& detail, const std::string& table) {
+    std::vector<std::string> columns;
+    const std::string prefix = table + ".";
+    for (std::size_t at = 0; at < detail.size();) {
+        std::size_t end = detail.find(", " + prefix, at);
+        if (end == std::string::npos) end = detail.size();
+        std::string part = detail.substr(at, end - at);
+        if (part.starts_with(prefix)) part.erase(0, prefix.size());
+        columns.push_back(std::move(part));
+        at = end + 2;
+    }
+    return columns;
+}
+
+DatabaseError duplicate(const Table* table, const std::string& tableName, const std::string& detail) {
+    const Index* found = nullptr;
+    // Indexes that keep NULLs single are named "basalt_null_<n>_<name of the constraint or index>".
+    if (const std::size_t at = detail.find("basalt_null_"); at != std::string::npos && table != nullptr) {
+        const std::size_t name = detail.find('_', at + 12);
+        std::string shown = detail.substr(name + 1);
+        while (!shown.empty() && shown.back() == '\'')
+            shown.pop_back();
+        for (const Index& index : table->uniques) {
+            if (sameName(index.name, shown)) found = &index;
+        }
+    } else if (table != nullptr) {
+        const std::vector<std::string> columns = columnsOf(detail, table->name);
+        for (const Index& index : table->uniques) {
+            if (std::equal(index.columns.begin(), index.columns.end(), columns.begin(), columns.end(), sameName))
+                found = &index;
+        }
+    }
+    const std::string object = "object 'dbo." + tableName + "'";
+    if (found != nullptr && !found->constraint) {
+        return sqlError(error::kDuplicateInIndex,
+                        "Cannot insert duplicate key row in " + object + " with unique index '" + found->name + "'.");
+    }
+    const bool primary = found == nullptr || found->primary;
+    return sqlError(error::kDuplicateKey, std::string("Violation of ") + (primary ? "PRIMARY" : "UNIQUE") +
+                                              " KEY constraint '" +
+                                              (found == nullptr ? "PK_" + tableName : found->name) +
+                                              "'. Cannot insert duplicate key in " + object + ".");
+}
+
+DatabaseError foreignKey(Catalog& catalog, const Table* table, const Plan& plan) {
+    // SQLite does not tell which reference failed. A change of the referencing table names its only reference; a change
+    // of the referenced one names the only table that refers to it.
+    const std::string verb = verbOf(plan.kind);
+    struct Found {
+        std::string constraint, table, column;
+        bool own = false;
+    };
+    std::vector<Found> found;
+    if (plan.kind != PlanKind::Delete && table != nullptr) {
+        for (const ForeignKey& key : table->foreignKeys)
+            found.push_back({key.name, key.referencedTable, key.columns.front(), true});
+    }
+    if (plan.kind != PlanKind::Insert) {
+        for (const std::string& name : catalog.tableNames()) {
+            const Table* other = catalog.table(name);
+            if (other == nullptr) continue;
+            for (const ForeignKey& key : other->foreignKeys) {
+                if (sameName(key.referencedTable, plan.table))
+                    found.push_back({key.name, name, key.columns.front(), false});
+            }
+        }
+    }
+    const bool own = !found.empty() && std::all_of(found.begin(), found.end(), [](const Found& f) { return f.own; });
+    std::string message = "The " + verb + " statement conflicted with " +
+                          (own                             ? "the FOREIGN KEY"
+                           : plan.kind == PlanKind::Insert ? "the FOREIGN KEY"
+                                                           : "the REFERENCE") +
+                          " constraint";
+    if (found.size() == 1) {
+        message += " \"" + found[0].constraint + "\". The conflict occurred in database \"basalt\", table \"dbo." +
+                   found[0].table + "\", column '" + found[0].column + "'.";
+    } else {
+        message += " of table \"dbo." + plan.table +
+                   "\": other rows refer to the row, or it refers to a row that is not there.";
+    }
+    return sqlError(error::kConstraintConflict, message);
+}
+
+}  // namespace
+
+bool sameTable(std::string_view a, std::string_view b) {
+    return sameName(a, b);
+}
+
+DatabaseError constraintError(SqliteDatabase& database, Catalog& catalog, const Plan& plan, int code) {
+    const std::string message = sqlite3_errmsg(database.handle());
+    const std::string detail = detailOf(message);
+    switch (code) {
+        case SQLITE_CONSTRAINT_NOTNULL: {
+            const std::string column = columnsOf(detail, plan.table).front();
+            return sqlError(error::kNullIntoColumn,
+                            "Cannot insert the value NULL into column '" + column + "', table 'basalt.dbo." +
+                                plan.table + "'; column does not allow nulls. " + verbOf(plan.kind) + " fails.");
+        }
+        case SQLITE_CONSTRAINT_PRIMARYKEY:
+        case SQLITE_CONSTRAINT_UNIQUE:
+        case SQLITE_CONSTRAINT_ROWID:
+            return duplicate(catalog.table(plan.table), plan.table, detail);
+        case SQLITE_CONSTRAINT_FOREIGNKEY:
+            return foreignKey(catalog, catalog.table(plan.table), plan);
+        case SQLITE_CONSTRAINT_CHECK:
+            return sqlError(error::kConstraintConflict,
+                            "The " + verbOf(plan.kind) + " statement conflicted with the CHECK constraint \"" + detail +
+                                "\". The conflict occurred in database \"basalt\", table \"dbo." + plan.table + "\".");
+        default:
+            return sqlError(error::kConstraintConflict, message);
+    }
+}
+
+}  // namespace basalt::embedded

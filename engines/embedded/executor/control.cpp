@@ -1,0 +1,221 @@
+// SELECT ... INTO, transactions as statements, and SET options.
+#include <algorithm>
+
+#include "ado/names.h"
+#include "engines/embedded/executor/definition/table_design.h"
+#include "engines/embedded/executor/executor.h"
+#include "engines/embedded/executor/statement_guard.h"
+#include "engines/embedded/generator/sql_writer.h"
+#include "engines/embedded/lexer/error_context.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+void Executor::selectInto(const ast::Batch& batch, const ast::SelectStatement& statement,
+                          const Environment& environment, BatchResult& into) {
+    try {
+        StatementGuard guard(*this, true);
+        catalog_.refresh();
+        const ast::ObjectName& name = ast::firstSelect(*statement.query->body).into;
+        requireFreeName(batch, name);
+        Binder binder(catalog_, binderInput(batch, environment));
+        const BoundSelectStatement bound = binder.selectStatement(statement);
+        TableDesign design;
+        design.name = bound.into;
+        design.temporary = name.isTemporary();
+        std::string columns;
+        bool identity = false;
+        for (const OutputColumn& column : bound.query->columns) {
+            if (column.name.empty()) {
+                binder.fail(1038,
+                            "An object or column name is missing or empty. For SELECT INTO statements, verify each "
+                            "column has a name.",
+                            statement.range);
+            }
+            if (design.find(column.name) != nullptr) {
+                binder.fail(2705,
+                            "Column names in each table must be unique. Column name '" + column.name + "' in table '" +
+                                bound.into + "' is specified more than once.",
+                            statement.range);
+            }
+            DesignColumn copy;
+            copy.name = column.name;
+            copy.type = column.type;
+            copy.nullable = column.nullable;
+            // The identity of a plain column comes along, as in SQL Server.
+            if (column.base && column.base->identity && !identity) {
+                copy.identity = IdentityState{};
+                identity = true;
+            }
+            columns += (columns.empty() ? "" : ", ") + sqlQuoted(column.name);
+            design.columns.push_back(std::move(copy));
+        }
+        if (design.temporary) Catalog::createSystemTables(database_, true);
+        design.create(database_, catalog_);
+        SqlWriter writer;
+        writer.query(*bound.query);
+        const std::string target = (design.temporary ? "temp." : "main.") + sqlQuoted(bound.into);
+        SqliteStatement insert = database_.prepare("INSERT INTO " + target + "(" + columns + ") " + writer.sql());
+        const std::vector<Slot> slots = writer.takeSlots();
+        for (std::size_t i = 0; i < slots.size(); ++i)
+            bindSlot(insert, static_cast<int>(i + 1), slots[i], environment);
+        insert.run();
+        state_.rowCount = sqlite3_changes64(database_.handle());
+        catalog_.invalidate();
+        if (identity) {
+            const Table& table = catalog_.requireTable(bound.into);
+            IdentityState state = catalog_.identity(table);
+            SqliteStatement last =
+                database_.prepare("SELECT max(" + sqlQuoted(table.identityColumn()->name) + ") FROM " + target);
+            if (last.step() && !last.isNullAt(0)) state.last = last.integerAt(0);
+            last.reset();
+            catalog_.setIdentity(table, state);
+        }
+        guard.succeed();
+        catalog_.invalidate();
+        state_.error = 0;
+        if (!state_.noCount) into.results.push_back({std::nullopt, state_.rowCount});
+    } catch (const DatabaseError& error) {
+        catalog_.invalidate();
+        afterFailure(error);
+        throw;
+    }
+}
+
+void Executor::clearTable(const std::string& name) {
+    const Table* table = catalog_.table(name);
+    if (table != nullptr) database_.execute(("DELETE FROM " + table->sqlName()).c_str());
+}
+
+void Executor::atomically(const std::function<void()>& change) {
+    StatementGuard guard(*this, true);
+    try {
+        change();
+    } catch (const DatabaseError& error) {
+        afterFailure(error);
+        throw;
+    }
+    guard.succeed();
+}
+
+void Executor::begin() {
+    try {
+        if (!inTransaction()) beginImmediate_.run();
+        ++state_.tranCount;
+        catalog_.refresh();
+    } catch (const DatabaseError& error) {
+        afterFailure(error);
+        throw;
+    }
+}
+
+void Executor::commit() {
+    if (!inTransaction()) {
+        throwSqlError(3902, "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");
+    }
+    if (state_.tranCount > 1) {
+        --state_.tranCount;
+        return;
+    }
+    try {
+        commit_.run();
+        state_.tranCount = 0;
+    } catch (const DatabaseError& error) {
+        afterFailure(error);
+        throw;
+    }
+}
+
+void Executor::rollback() {
+    if (!inTransaction()) {
+        throwSqlError(3903, "The ROLLBACK TRANSACTION request has no corresponding BEGIN TRANSACTION.");
+    }
+    rollback_.run();
+    state_.tranCount = 0;
+    // What was created in the transaction is gone again.
+    catalog_.invalidate();
+}
+
+void Executor::transaction(const ast::Batch& batch, const ast::TransactionStatement& statement,
+                           const Environment& environment) {
+    std::string name = statement.name.text;
+    if (!statement.variable.empty()) {
+        if (environment.variables == nullptr || environment.variables->typeOf(statement.variable) == nullptr) {
+            throw statementError(ErrorCategory::Syntax, 137,
+                                 "Must declare the scalar variable \"" + statement.variable + "\".", batch.text,
+                                 statement.range);
+        }
+        name = toText(environment.variables->valueOf(statement.variable));
+    }
+    using Action = ast::TransactionStatement::Action;
+    const std::string savepoint = sqlQuoted("basalt_save_" + foldName(name));
+    switch (statement.action) {
+        case Action::Begin:
+            begin();
+            break;
+        case Action::Commit:
+            commit();
+            break;
+        case Action::Save:
+            if (!inTransaction())
+                throwSqlError(628, "Cannot issue SAVE TRANSACTION when there is no active transaction.");
+            database_.execute(("SAVEPOINT " + savepoint).c_str());
+            savepoints_.push_back(foldName(name));
+            break;
+        case Action::Rollback:
+            if (!name.empty() && inTransaction() &&
+                std::find(savepoints_.begin(), savepoints_.end(), foldName(name)) != savepoints_.end()) {
+                database_.execute(("ROLLBACK TO " + savepoint).c_str());
+                catalog_.invalidate();
+                break;
+            }
+            rollback();
+            break;
+    }
+    if (!inTransaction()) savepoints_.clear();
+    state_.error = 0;
+}
+
+void Executor::setOption(const ast::Batch& batch, const ast::SetOptionStatement& statement) {
+    for (const std::string& option : statement.options) {
+        const bool on = statement.on.value_or(false);
+        if (option == "NOCOUNT") {
+            state_.noCount = on;
+        } else if (option == "XACT_ABORT") {
+            state_.abortOnError = on;
+        } else if (option == "IDENTITY_INSERT") {
+            if (catalog_.table(statement.table.last()) == nullptr) {
+                throw statementError(ErrorCategory::NotFound, 1088,
+                                     "Cannot find the object \"" + statement.table.last() +
+                                         "\" because it does not exist or you do not have permissions.",
+                                     batch.text, statement.table.range);
+            }
+            if (on && !state_.identityInsert.empty() && !sameName(state_.identityInsert, statement.table.last())) {
+                throwSqlError(8107, "IDENTITY_INSERT is already ON for table '" + state_.identityInsert +
+                                        "'. Cannot perform SET operation for table '" + statement.table.last() + "'.");
+            }
+            if (catalog_.table(statement.table.last())->identityColumn() == nullptr) {
+                throwSqlError(8106, "Table '" + statement.table.last() +
+                                        "' does not have the identity property. Cannot perform SET operation.");
+            }
+            state_.identityInsert = on ? statement.table.last() : std::string();
+            // The same INSERT means something else now.
+            catalog_.invalidate();
+        } else if (option == "ANSI_NULLS" || option == "ANSI_WARNINGS" || option == "QUOTED_IDENTIFIER" ||
+                   option == "ANSI_PADDING" || option == "ARITHABORT" || option == "CONCAT_NULL_YIELDS_NULL" ||
+                   option == "ANSI_NULL_DFLT_ON" || option == "ANSI_DEFAULTS") {
+            // These are always on here.
+            if (!on) throwUnsupported("SET " + option + " OFF", batch.text, statement.range);
+        } else if (option == "NUMERIC_ROUNDABORT" || option == "IMPLICIT_TRANSACTIONS") {
+            if (on) throwUnsupported("SET " + option + " ON", batch.text, statement.range);
+        } else if (option == "TRANSACTION ISOLATION LEVEL" || option == "LOCK_TIMEOUT" ||
+                   option == "DEADLOCK_PRIORITY") {
+            // Every transaction is serializable here; waiting has a limit of its own.
+            continue;
+        } else {
+            throwUnsupported("SET " + option, batch.text, statement.range);
+        }
+    }
+}
+
+}  // namespace basalt::embedded

@@ -1,0 +1,223 @@
+// ALTER TABLE: the table is built anew from its changed design, with its rows.
+#include <algorithm>
+
+#include "ado/names.h"
+#include "engines/embedded/executor/definition/table_design.h"
+#include "engines/embedded/executor/executor.h"
+#include "engines/embedded/generator/sql_writer.h"
+#include "engines/embedded/lexer/error_context.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+// What the rows that are there already take for a column: the old value, converted, or the default.
+std::string valueFor(const DesignColumn& column, const Table& before, Binder& binder) {
+    BoundPtr value;
+    if (const int position = before.find(column.name); position >= 0) {
+        value = std::make_unique<BoundExpression>();
+        value->kind = BoundKind::Column;
+        value->type = before.columns[static_cast<std::size_t>(position)].type;
+        value->name = sqlQuoted(column.name);
+    } else if (!column.nullable && !column.defaultText.empty()) {
+        TableColumn shown;
+        shown.defaultText = column.defaultText;
+        value = binder.defaultOf(shown);
+    } else {
+        return "NULL";
+    }
+    TableColumn target;
+    target.name = column.name;
+    target.type = column.type;
+    SqlWriter writer;
+    writer.expression(*binder.assigned(std::move(value), target, before.name, {}));
+    return writer.sql();
+}
+
+bool erase(std::vector<DesignKey>& keys, std::string_view name) {
+    return std::erase_if(keys, [&](const DesignKey& key) { return sameName(key.name, name); }) != 0;
+}
+
+bool dropConstraint(TableDesign& design, std::string_view name) {
+    if (erase(design.keys, name)) return true;
+    if (std::erase_if(design.foreignKeys, [&](const DesignForeignKey& key) { return sameName(key.name, name); }) != 0)
+        return true;
+    if (std::erase_if(design.checks, [&](const DesignCheck& check) { return sameName(check.name, name); }) != 0)
+        return true;
+    for (DesignColumn& column : design.columns) {
+        if (!sameName(column.defaultName, name)) continue;
+        column.defaultName.clear();
+        column.defaultText.clear();
+        return true;
+    }
+    return false;
+}
+
+// What keeps a column from being dropped; empty when nothing does.
+std::string userOf(const TableDesign& design, std::string_view column) {
+    for (const DesignKey& key : design.keys) {
+        for (const DesignKeyColumn& each : key.columns) {
+            if (sameName(each.name, column)) return key.name;
+        }
+    }
+    for (const DesignForeignKey& key : design.foreignKeys) {
+        for (const std::string& each : key.columns) {
+            if (sameName(each, column)) return key.name;
+        }
+    }
+    for (const DesignColumn& each : design.columns) {
+        if (sameName(each.name, column)) return each.defaultName;
+    }
+    return {};
+}
+
+struct StoredIndex {
+    std::string name, sql;
+};
+
+std::vector<StoredIndex> indexesOf(const Table& table, SqliteDatabase& database) {
+    SqliteStatement list =
+        database.prepare(std::string("SELECT name, sql FROM ") + (table.temporary ? "temp" : "main") +
+                         ".sqlite_schema WHERE type = 'index' AND tbl_name = ?1 AND sql IS NOT NULL");
+    list.bind(1, std::string_view(table.name));
+    std::vector<StoredIndex> result;
+    while (list.step())
+        result.push_back({list.textAt(0), list.textAt(1)});
+    return result;
+}
+
+bool exists(SqliteDatabase& database, const Table& table, const std::string& index) {
+    SqliteStatement find = database.prepare(std::string("SELECT 1 FROM ") + (table.temporary ? "temp" : "main") +
+                                            ".sqlite_schema WHERE name = ?1");
+    find.bind(1, std::string_view(index));
+    return find.step();
+}
+
+void rebuild(const Table& before, const TableDesign& after, SqliteDatabase& database, Catalog& catalog) {
+    const std::vector<StoredIndex> indexes = indexesOf(before, database);
+    std::string columns;
+    std::string values;
+    Binder binder(catalog, {});
+    for (const DesignColumn& column : after.columns) {
+        if (!column.computedText.empty()) continue;
+        columns += (columns.empty() ? "" : ", ") + sqlQuoted(column.name);
+        values += (values.empty() ? "" : ", ") + valueFor(column, before, binder);
+    }
+    // Rows that refer to this table miss it for a moment only.
+    database.execute("PRAGMA defer_foreign_keys = ON");
+    database.execute(("CREATE TEMP TABLE basalt_rebuild AS SELECT * FROM " + before.sqlName()).c_str());
+    database.execute(("DROP TABLE " + before.sqlName()).c_str());
+    TableDesign::forget(before.name, before.temporary, database);
+    after.create(database, catalog);
+    database.execute(
+        ("INSERT INTO " + before.sqlName() + "(" + columns + ") SELECT " + values + " FROM temp.basalt_rebuild")
+            .c_str());
+    database.execute("DROP TABLE temp.basalt_rebuild");
+    for (const StoredIndex& index : indexes) {
+        if (!exists(database, before, index.name)) database.execute(index.sql.c_str());
+    }
+}
+
+// Whether other tables follow a deletion here: dropping the old table inside a transaction would set that off.
+bool hasFollowers(SqliteDatabase& database, Catalog& catalog, const Table& table) {
+    for (const std::string& name : catalog.tableNames()) {
+        SqliteStatement list =
+            database.prepare("SELECT \"table\", on_delete FROM pragma_foreign_key_list(" + sqlText(name) + ")");
+        while (list.step()) {
+            if (sameName(list.textAt(0), table.name) && list.textAt(1) != "NO ACTION") return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+void Executor::alterTable(const ast::Batch& batch, const ast::AlterTableStatement& statement) {
+    const Table* found = catalog_.table(statement.name.last());
+    if (found == nullptr) {
+        throw statementError(ErrorCategory::NotFound, 4902,
+                             "Cannot find the object \"" + statement.name.last() +
+                                 "\" because it does not exist or you do not have permissions.",
+                             batch.text, statement.name.range);
+    }
+    const Table table = *found;
+    Binder binder(catalog_, {.text = batch.text, .literals = &batch.literals, .inlineLiterals = true});
+    TableDesign design = TableDesign::of(table, database_, catalog_);
+    using Action = ast::AlterTableStatement::Action;
+    switch (statement.action) {
+        case Action::Add: {
+            const std::size_t count = design.columns.size();
+            design.add(statement.added, batch.literals, binder);
+            const bool filled =
+                database_.integer(("SELECT EXISTS(SELECT 1 FROM " + table.sqlName() + ")").c_str()) != 0;
+            for (std::size_t i = count; i < design.columns.size(); ++i) {
+                const DesignColumn& column = design.columns[i];
+                if (!filled || column.nullable || column.identity || !column.defaultText.empty() ||
+                    !column.computedText.empty())
+                    continue;
+                throwSqlError(
+                    4901,
+                    "ALTER TABLE only allows columns to be added that can contain nulls, or have a DEFAULT definition "
+                    "specified. Column '" +
+                        column.name + "' cannot be added to non-empty table '" + table.name +
+                        "' because it does not satisfy these conditions.");
+            }
+            break;
+        }
+        case Action::AlterColumn: {
+            DesignColumn* column = design.find(statement.altered->name.text);
+            if (column == nullptr) {
+                throw statementError(ErrorCategory::NotFound, 4924,
+                                     "ALTER TABLE ALTER COLUMN failed because column '" + statement.altered->name.text +
+                                         "' does not exist in table '" + table.name + "'.",
+                                     batch.text, statement.altered->name.range);
+            }
+            column->type = binder.dataType(statement.altered->type);
+            column->nullable = statement.altered->nullable.value_or(true);
+            for (const DesignKey& key : design.keys) {
+                for (const DesignKeyColumn& each : key.columns) {
+                    if (key.primary && sameName(each.name, column->name)) column->nullable = false;
+                }
+            }
+            break;
+        }
+        case Action::Drop:
+            for (const ast::AlterTableStatement::DropItem& item : statement.dropped) {
+                if (!item.column) {
+                    if (!dropConstraint(design, item.name.text) && !item.ifExists) {
+                        throw statementError(ErrorCategory::NotFound, 3728,
+                                             "'" + item.name.text + "' is not a constraint.", batch.text,
+                                             item.name.range);
+                    }
+                    continue;
+                }
+                if (design.find(item.name.text) == nullptr) {
+                    if (item.ifExists) continue;
+                    throw statementError(ErrorCategory::NotFound, 4924,
+                                         "ALTER TABLE DROP COLUMN failed because column '" + item.name.text +
+                                             "' does not exist in table '" + table.name + "'.",
+                                         batch.text, item.name.range);
+                }
+                if (const std::string user = userOf(design, item.name.text); !user.empty()) {
+                    throw statementError(ErrorCategory::Constraint, 5074,
+                                         "The object '" + user + "' is dependent on column '" + item.name.text + "'.",
+                                         batch.text, item.name.range);
+                }
+                std::erase_if(design.columns,
+                              [&](const DesignColumn& column) { return sameName(column.name, item.name.text); });
+            }
+            break;
+        case Action::EnableConstraints:
+            return;  // constraints are always on
+        case Action::DisableConstraints:
+            throwUnsupported("NOCHECK CONSTRAINT", batch.text, statement.range);
+    }
+    if (hasFollowers(database_, catalog_, table)) {
+        throwUnsupported("ALTER TABLE on a table that others refer to with ON DELETE CASCADE or SET NULL", batch.text,
+                         statement.name.range);
+    }
+    rebuild(table, design, database_, catalog_);
+}
+
+}  // namespace basalt::embedded

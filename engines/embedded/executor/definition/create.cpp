@@ -1,0 +1,164 @@
+// CREATE TABLE, CREATE INDEX, CREATE VIEW, CREATE PROCEDURE, CREATE FUNCTION, and where all definitions part.
+#include "ado/names.h"
+#include "engines/embedded/executor/definition/table_design.h"
+#include "engines/embedded/executor/executor.h"
+#include "engines/embedded/executor/statement_guard.h"
+#include "engines/embedded/lexer/error_context.h"
+#include "engines/embedded/printer/printer.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+void Executor::define(const ast::Batch& batch, const ast::Statement& statement, const Environment& environment) {
+    using ast::StatementKind;
+    try {
+        StatementGuard guard(*this, true);
+        catalog_.refresh();
+        switch (statement.kind) {
+            case StatementKind::CreateTable: {
+                const auto& create = ast::as<ast::CreateTableStatement>(statement);
+                requireFreeName(batch, create.name);
+                createTable(create.name.last(), create.definition, batch, environment);
+                break;
+            }
+            case StatementKind::AlterTable:
+                alterTable(batch, ast::as<ast::AlterTableStatement>(statement));
+                break;
+            case StatementKind::CreateIndex:
+                createIndex(batch, ast::as<ast::CreateIndexStatement>(statement));
+                break;
+            case StatementKind::CreateView:
+                createView(batch, ast::as<ast::CreateViewStatement>(statement), environment);
+                break;
+            case StatementKind::CreateProcedure: {
+                const auto& create = ast::as<ast::CreateProcedureStatement>(statement);
+                createModule(batch, statement, create.name, create.mode, ModuleKind::Procedure);
+                break;
+            }
+            case StatementKind::CreateFunction: {
+                const auto& create = ast::as<ast::CreateFunctionStatement>(statement);
+                createModule(batch, statement, create.name, create.mode, ModuleKind::Function);
+                break;
+            }
+            case StatementKind::Drop:
+                drop(batch, ast::as<ast::DropStatement>(statement));
+                break;
+            default:
+                throwUnsupported("This statement", batch.text, statement.range);
+        }
+        guard.succeed();
+        catalog_.invalidate();
+        state_.rowCount = 0;
+        state_.error = 0;
+    } catch (const DatabaseError& error) {
+        catalog_.invalidate();
+        afterFailure(error);
+        throw;
+    }
+}
+
+void Executor::requireFreeName(const ast::Batch& batch, const ast::ObjectName& name) {
+    if (catalog_.objectId(name.last(), {})) {
+        throw statementError(ErrorCategory::Other, 2714,
+                             "There is already an object named '" + name.last() + "' in the database.", batch.text,
+                             name.range);
+    }
+}
+
+void Executor::createTable(const std::string& name, const ast::TableDefinition& definition, const ast::Batch& batch,
+                           const Environment& environment) {
+    Binder binder(catalog_, binderInput(batch, environment));
+    TableDesign design;
+    design.name = name;
+    design.temporary = name.starts_with('#');
+    if (design.temporary) Catalog::createSystemTables(database_, true);
+    design.add(definition, batch.literals, binder);
+    design.create(database_, catalog_);
+    catalog_.invalidate();
+}
+
+void Executor::createIndex(const ast::Batch& batch, const ast::CreateIndexStatement& statement) {
+    const Table* found = catalog_.table(statement.table.last());
+    if (found == nullptr) {
+        throw statementError(ErrorCategory::NotFound, 1088,
+                             "Cannot find the object \"" + statement.table.last() +
+                                 "\" because it does not exist or you do not have permissions.",
+                             batch.text, statement.table.range);
+    }
+    const Table table = *found;
+    const std::string stored = storedIndexName(table.name, statement.name.text);
+    std::string columns;
+    std::vector<std::string> names;
+    for (const ast::KeyColumn& key : statement.columns) {
+        const int position = table.find(key.name.text);
+        if (position < 0) {
+            throw statementError(ErrorCategory::NotFound, 1911,
+                                 "Column name '" + key.name.text + "' does not exist in the target table or view.",
+                                 batch.text, key.name.range);
+        }
+        names.push_back(table.columns[static_cast<std::size_t>(position)].name);
+        columns += (columns.empty() ? "" : ", ") + sqlQuoted(names.back()) + (key.descending ? " DESC" : "");
+    }
+    SqliteStatement taken = database_.prepare(std::string("SELECT 1 FROM ") + (table.temporary ? "temp" : "main") +
+                                              ".sqlite_schema WHERE type = 'index' AND name = ?1 COLLATE NOCASE");
+    taken.bind(1, std::string_view(stored));
+    if (taken.step()) {
+        throw statementError(ErrorCategory::Other, 1913,
+                             "The operation failed because an index or statistics with name '" + statement.name.text +
+                                 "' already exists on table '" + table.name + "'.",
+                             batch.text, statement.name.range);
+    }
+    taken.reset();
+    std::string sql = std::string("CREATE ") + (statement.unique ? "UNIQUE " : "") + "INDEX " +
+                      (table.temporary ? "temp." : "main.") + sqlQuoted(stored) + " ON " + sqlQuoted(table.name) + "(" +
+                      columns + ")";
+    if (statement.where != nullptr) {
+        sql += " WHERE " + storedCondition(catalog_, table, print(*statement.where, batch.literals));
+    }
+    const int code = sqlite3_exec(database_.handle(), sql.c_str(), nullptr, nullptr, nullptr);
+    if ((code & 0xFF) == SQLITE_CONSTRAINT) {
+        throwSqlError(
+            1505,
+            "The CREATE UNIQUE INDEX statement terminated because a duplicate key was found for the object name 'dbo." +
+                table.name + "' and the index name '" + statement.name.text + "'.");
+    }
+    if (code != SQLITE_OK) throw database_.failure(code);
+    if (statement.unique && statement.where == nullptr) createNullGuards(database_, table, statement.name.text, names);
+}
+
+void Executor::createView(const ast::Batch& batch, const ast::CreateViewStatement& statement,
+                          const Environment& environment) {
+    // A view that cannot be read is refused now, not when it is first used.
+    Binder binder(catalog_, {.text = batch.text, .literals = &batch.literals, .inlineLiterals = true});
+    Scope none(nullptr);
+    const std::unique_ptr<BoundQuery> query = binder.query(*statement.query, &none);
+    static_cast<void>(environment);
+    if (!statement.columns.empty() && statement.columns.size() != query->columns.size()) {
+        throw statementError(
+            ErrorCategory::Syntax, statement.columns.size() > query->columns.size() ? 8158 : 8159,
+            "'" + statement.name.last() + "' has a different number of columns than were specified in the column list.",
+            batch.text, statement.name.range);
+    }
+    for (std::size_t i = 0; statement.columns.empty() && i < query->columns.size(); ++i) {
+        if (!query->columns[i].name.empty()) continue;
+        throw statementError(ErrorCategory::Syntax, 4511,
+                             "Create View or Function failed because no column name was specified for column " +
+                                 std::to_string(i + 1) + ".",
+                             batch.text, statement.name.range);
+    }
+    createModule(batch, statement, statement.name, statement.mode, ModuleKind::View);
+}
+
+void Executor::createModule(const ast::Batch& batch, const ast::Statement& statement, const ast::ObjectName& name,
+                            ast::DefinitionMode mode, ModuleKind kind) {
+    const Module* existing = catalog_.module(name.last());
+    if (mode == ast::DefinitionMode::Alter && (existing == nullptr || existing->kind != kind)) {
+        throw statementError(ErrorCategory::NotFound, 208, "Invalid object name '" + name.last() + "'.", batch.text,
+                             name.range);
+    }
+    const bool replaces = mode != ast::DefinitionMode::Create && existing != nullptr && existing->kind == kind;
+    if (!replaces) requireFreeName(batch, name);
+    catalog_.saveModule({name.last(), kind, std::string(batch.textOf(statement.range)), name.isTemporary()});
+}
+
+}  // namespace basalt::embedded

@@ -1,0 +1,155 @@
+// DROP TABLE, VIEW, PROCEDURE, FUNCTION and INDEX; TRUNCATE TABLE.
+#include "ado/names.h"
+#include "engines/embedded/executor/definition/table_design.h"
+#include "engines/embedded/executor/executor.h"
+#include "engines/embedded/executor/statement_guard.h"
+#include "engines/embedded/lexer/error_context.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+const char* nameOf(ast::ObjectType type) {
+    switch (type) {
+        case ast::ObjectType::Table:
+            return "table";
+        case ast::ObjectType::View:
+            return "view";
+        case ast::ObjectType::Procedure:
+            return "procedure";
+        case ast::ObjectType::Function:
+            return "function";
+        case ast::ObjectType::Index:
+            return "index";
+        case ast::ObjectType::Trigger:
+            return "trigger";
+    }
+    return "";
+}
+
+// The table that refers to this one, empty when none does.
+std::string referrerOf(Catalog& catalog, const Table& table) {
+    for (const std::string& name : catalog.tableNames()) {
+        const Table* other = catalog.table(name);
+        if (other == nullptr || sameName(name, table.name)) continue;
+        for (const ForeignKey& key : other->foreignKeys) {
+            if (sameName(key.referencedTable, table.name)) return name;
+        }
+    }
+    return {};
+}
+
+}  // namespace
+
+void Executor::drop(const ast::Batch& batch, const ast::DropStatement& statement) {
+    for (const ast::DropStatement::Item& item : statement.items) {
+        const std::string& name = item.name.last();
+        const auto missing = [&] {
+            if (statement.ifExists) return;
+            throw statementError(ErrorCategory::NotFound, 3701,
+                                 std::string("Cannot drop the ") + nameOf(statement.type) + " '" + name +
+                                     "', because it does not exist or you do not have permission.",
+                                 batch.text, item.name.range);
+        };
+        switch (statement.type) {
+            case ast::ObjectType::Table: {
+                const Table* table = catalog_.table(name);
+                if (table == nullptr) {
+                    missing();
+                    break;
+                }
+                if (!referrerOf(catalog_, *table).empty()) {
+                    throw statementError(
+                        ErrorCategory::Constraint, 3726,
+                        "Could not drop object '" + name + "' because it is referenced by a FOREIGN KEY constraint.",
+                        batch.text, item.name.range);
+                }
+                dropTable(table->name);
+                break;
+            }
+            case ast::ObjectType::Index: {
+                const Table* table = item.table.empty() ? nullptr : catalog_.table(item.table.last());
+                bool dropped = false;
+                if (table != nullptr) {
+                    const std::string schema = table->temporary ? "temp" : "main";
+                    SqliteStatement find =
+                        database_.prepare("SELECT name FROM " + schema +
+                                          ".sqlite_schema WHERE type = 'index' AND tbl_name = ?1 AND "
+                                          "(name = ?2 COLLATE NOCASE OR name LIKE 'basalt\\_null\\_%' ESCAPE '\\')");
+                    find.bind(1, std::string_view(table->name));
+                    find.bind(2, std::string_view(storedIndexName(table->name, name)));
+                    std::vector<std::string> names;
+                    while (find.step()) {
+                        const std::string stored = find.textAt(0);
+                        const bool guard = stored.starts_with("basalt_null_");
+                        if (guard && !sameName(stored.substr(stored.find('_', 12) + 1), name)) continue;
+                        dropped = dropped || !guard;
+                        names.push_back(stored);
+                    }
+                    find.reset();
+                    if (dropped) {
+                        for (const std::string& stored : names)
+                            database_.execute(("DROP INDEX " + schema + "." + sqlQuoted(stored)).c_str());
+                    }
+                }
+                if (!dropped) missing();
+                break;
+            }
+            case ast::ObjectType::Trigger:
+                throwUnsupported("DROP TRIGGER", batch.text, statement.range);
+            default: {
+                const Module* module = catalog_.module(name);
+                const ModuleKind kind = statement.type == ast::ObjectType::View        ? ModuleKind::View
+                                        : statement.type == ast::ObjectType::Procedure ? ModuleKind::Procedure
+                                                                                       : ModuleKind::Function;
+                if (module == nullptr || module->kind != kind) {
+                    missing();
+                    break;
+                }
+                catalog_.dropModule(name);
+            }
+        }
+    }
+}
+
+void Executor::dropTable(const std::string& name) {
+    const Table table = catalog_.requireTable(name);
+    database_.execute(("DROP TABLE " + table.sqlName()).c_str());
+    TableDesign::forget(table.name, table.temporary, database_);
+    catalog_.invalidate();
+}
+
+void Executor::truncate(const ast::Batch& batch, const ast::TruncateStatement& statement) {
+    try {
+        StatementGuard guard(*this, true);
+        catalog_.refresh();
+        const Table* table = catalog_.table(statement.table.last());
+        if (table == nullptr) {
+            throw statementError(ErrorCategory::NotFound, 4701,
+                                 "Cannot find the object \"" + statement.table.last() +
+                                     "\" because it does not exist or you do not have permissions.",
+                                 batch.text, statement.table.range);
+        }
+        if (!referrerOf(catalog_, *table).empty()) {
+            throw statementError(ErrorCategory::Constraint, 4712,
+                                 "Cannot truncate table '" + table->name +
+                                     "' because it is being referenced by a FOREIGN KEY constraint.",
+                                 batch.text, statement.table.range);
+        }
+        database_.execute(("DELETE FROM " + table->sqlName()).c_str());
+        if (table->identityColumn() != nullptr) {
+            IdentityState state = catalog_.identity(*table);
+            state.last.reset();
+            catalog_.setIdentity(*table, state);
+        }
+        guard.succeed();
+        state_.rowCount = 0;
+        state_.error = 0;
+    } catch (const DatabaseError& error) {
+        afterFailure(error);
+        throw;
+    }
+}
+
+}  // namespace basalt::embedded

@@ -1,0 +1,465 @@
+#include "engines/embedded/executor/definition/table_design.h"
+
+#include <algorithm>
+
+#include "ado/names.h"
+#include "engines/embedded/generator/sql_writer.h"
+#include "engines/embedded/parser/parser.h"
+#include "engines/embedded/printer/printer.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+const char* nameOf(ast::ReferentialAction action) {
+    switch (action) {
+        case ast::ReferentialAction::Cascade:
+            return "CASCADE";
+        case ast::ReferentialAction::SetNull:
+            return "SET NULL";
+        case ast::ReferentialAction::SetDefault:
+            return "SET DEFAULT";
+        default:
+            return "NO ACTION";
+    }
+}
+
+std::string joined(const std::vector<std::string>& columns) {
+    std::string result;
+    for (const std::string& column : columns)
+        result += (result.empty() ? "" : ",") + foldName(column);
+    return result;
+}
+
+std::string quotedList(const std::vector<std::string>& columns) {
+    std::string result;
+    for (const std::string& column : columns)
+        result += (result.empty() ? "" : ", ") + sqlQuoted(column);
+    return result;
+}
+
+std::vector<std::string> namesOf(const std::vector<DesignKeyColumn>& columns) {
+    std::vector<std::string> names;
+    for (const DesignKeyColumn& column : columns)
+        names.push_back(column.name);
+    return names;
+}
+
+void insertInto(SqliteDatabase& database, const std::string& table, std::initializer_list<std::string> values) {
+    std::string sql = "INSERT INTO " + table + " VALUES (";
+    for (std::size_t i = 1; i <= values.size(); ++i)
+        sql += (i == 1 ? "?" : ", ?") + std::to_string(i);
+    SqliteStatement statement = database.prepare(sql + ")");
+    int index = 1;
+    for (const std::string& value : values)
+        statement.bind(index++, std::string_view(value));
+    statement.run();
+}
+
+BoundPtr boundOver(Binder& binder, const Table& table, const ast::Expression& expression) {
+    Scope scope(nullptr);
+    ScopeSource source{table.name, "", {}};
+    for (const TableColumn& column : table.columns)
+        source.columns.push_back({{column.name, column.type, column.nullable, {}}, sqlQuoted(column.name)});
+    scope.sources.push_back(std::move(source));
+    return ast::isCondition(expression.kind) ? binder.condition(expression, &scope)
+                                             : binder.expression(expression, &scope);
+}
+
+// Parses "SELECT x" or "SELECT 1 WHERE x" and hands the one expression on.
+template <typename Use>
+auto withExpression(Catalog& catalog, const std::string& text, bool condition, Use use) {
+    const ast::Batch batch = parse((condition ? "SELECT 1 WHERE " : "SELECT ") + text);
+    Binder binder(catalog, {.text = batch.text, .literals = &batch.literals, .inlineLiterals = true});
+    const ast::Select& select = ast::firstSelect(*ast::as<ast::SelectStatement>(*batch.statements.front()).query->body);
+    return use(binder, condition ? *select.where : *select.items.front().expression);
+}
+
+}  // namespace
+
+std::string storedCondition(Catalog& catalog, const Table& table, const std::string& text) {
+    return withExpression(catalog, text, true, [&](Binder& binder, const ast::Expression& expression) {
+        SqlWriter writer;
+        writer.expression(*boundOver(binder, table, expression));
+        return writer.sql();
+    });
+}
+
+DesignColumn* TableDesign::find(std::string_view column) {
+    for (DesignColumn& candidate : columns) {
+        if (sameName(candidate.name, column)) return &candidate;
+    }
+    return nullptr;
+}
+
+bool TableDesign::isNullable(std::string_view column) const {
+    for (const DesignColumn& candidate : columns) {
+        if (sameName(candidate.name, column)) return candidate.nullable;
+    }
+    return true;
+}
+
+Table TableDesign::shape() const {
+    Table table;
+    table.name = name;
+    table.temporary = temporary;
+    for (const DesignColumn& column : columns)
+        table.columns.push_back(
+            {column.name, column.type, column.nullable, column.identity.has_value(), {}, !column.computedText.empty()});
+    return table;
+}
+
+void TableDesign::add(const ast::TableDefinition& definition, const LiteralTable& literals, Binder& binder) {
+    for (const ast::ColumnDefinition& column : definition.columns)
+        addColumn(column, literals, binder);
+    for (const ast::Constraint& constraint : definition.constraints)
+        addConstraint(constraint, {}, literals, binder);
+}
+
+void TableDesign::addColumn(const ast::ColumnDefinition& column, const LiteralTable& literals, Binder& binder) {
+    if (find(column.name.text) != nullptr) {
+        binder.fail(2705,
+                    "Column names in each table must be unique. Column name '" + column.name.text + "' in table '" +
+                        name + "' is specified more than once.",
+                    column.name.range);
+    }
+    DesignColumn design;
+    design.name = column.name.text;
+    if (column.computed != nullptr) {
+        design.computedText = print(*column.computed, literals);
+        const Table so = shape();
+        design.type =
+            withExpression(binder.catalog(), design.computedText, false,
+                           [&](Binder& inner, const ast::Expression& e) { return boundOver(inner, so, e)->type; });
+        columns.push_back(std::move(design));
+        return;
+    }
+    design.type = binder.dataType(column.type);
+    design.nullable = column.nullable.value_or(true);
+    if (column.identity) {
+        for (const DesignColumn& other : columns) {
+            if (other.identity) {
+                binder.fail(2744,
+                            "Multiple identity columns specified for table '" + name +
+                                "'. Only one identity column per table is allowed.",
+                            column.range);
+            }
+        }
+        const bool whole = (design.type.isInteger() && design.type.kind != TypeKind::Bit) ||
+                           (design.type.kind == TypeKind::Decimal && design.type.scale == 0);
+        if (!whole) {
+            binder.fail(2749,
+                        "Identity column '" + design.name +
+                            "' must be of data type int, bigint, smallint, tinyint, or decimal or numeric with a scale "
+                            "of 0, and "
+                            "constrained to be nonnullable.",
+                        column.range);
+        }
+        design.identity = IdentityState{column.identity->seed, column.identity->increment, std::nullopt};
+        design.nullable = false;
+    }
+    columns.push_back(std::move(design));
+    for (const ast::Constraint& constraint : column.constraints)
+        addConstraint(constraint, column.name.text, literals, binder);
+}
+
+void TableDesign::addConstraint(const ast::Constraint& constraint, const std::string& column,
+                                const LiteralTable& literals, Binder& binder) {
+    const std::string& given = constraint.name.text;
+    std::vector<DesignKeyColumn> keyColumns;
+    for (const ast::KeyColumn& key : constraint.columns)
+        keyColumns.push_back({key.name.text, key.descending});
+    if (keyColumns.empty() && !column.empty()) keyColumns.push_back({column, false});
+    for (DesignKeyColumn& key : keyColumns) {
+        const DesignColumn* found = find(key.name);
+        if (found == nullptr) {
+            binder.fail(1911, "Column name '" + key.name + "' does not exist in the target table or view.",
+                        constraint.range);
+        }
+        key.name = found->name;
+    }
+    switch (constraint.kind) {
+        case ast::ConstraintKind::PrimaryKey:
+        case ast::ConstraintKind::Unique: {
+            const bool primary = constraint.kind == ast::ConstraintKind::PrimaryKey;
+            std::string joinedNames;
+            for (const DesignKeyColumn& key : keyColumns) {
+                joinedNames += "_" + key.name;
+                if (primary) find(key.name)->nullable = false;
+            }
+            for (const DesignKey& other : keys) {
+                if (primary && other.primary) {
+                    binder.fail(1779, "Table '" + name + "' already has a primary key defined on it.",
+                                constraint.range);
+                }
+            }
+            keys.push_back({primary,
+                            !given.empty() ? given
+                            : primary      ? "PK_" + name
+                                           : "UQ_" + name + joinedNames,
+                            keyColumns});
+            break;
+        }
+        case ast::ConstraintKind::ForeignKey: {
+            DesignForeignKey key;
+            key.columns = namesOf(keyColumns);
+            const std::string& wanted = constraint.referencedTable.last();
+            const bool self = sameName(wanted, name);
+            const Table* referenced = self ? nullptr : binder.catalog().table(wanted);
+            if (referenced == nullptr && !self) {
+                binder.fail(1767, "Foreign key '" + given + "' references invalid table '" + wanted + "'.",
+                            constraint.referencedTable.range);
+            }
+            key.table = self ? name : referenced->name;
+            for (const ast::Identifier& other : constraint.referencedColumns)
+                key.referenced.push_back(other.text);
+            if (key.referenced.empty() && referenced != nullptr) {
+                for (const std::size_t position : referenced->key)
+                    key.referenced.push_back(referenced->columns[position].name);
+            } else if (key.referenced.empty()) {
+                for (const DesignKey& own : keys) {
+                    if (own.primary) key.referenced = namesOf(own.columns);
+                }
+            }
+            if (key.referenced.size() != key.columns.size()) {
+                binder.fail(
+                    8139,
+                    "Number of referencing columns in foreign key differs from number of referenced columns, table '" +
+                        name + "'.",
+                    constraint.range);
+            }
+            bool unique = false;
+            const auto matches = [&](const std::vector<std::string>& other) {
+                return std::is_permutation(other.begin(), other.end(), key.referenced.begin(), key.referenced.end(),
+                                           sameName);
+            };
+            if (referenced != nullptr) {
+                for (const Index& index : referenced->uniques)
+                    unique = unique || matches(index.columns);
+            } else {
+                for (const DesignKey& own : keys)
+                    unique = unique || matches(namesOf(own.columns));
+            }
+            if (!unique) {
+                binder.fail(1776,
+                            "There are no primary or candidate keys in the referenced table '" + key.table +
+                                "' that match the referencing column list in the foreign key '" + given + "'.",
+                            constraint.range);
+            }
+            key.onDelete = nameOf(constraint.onDelete);
+            key.onUpdate = nameOf(constraint.onUpdate);
+            key.name = given;
+            if (given.empty()) {
+                key.name = "FK_" + name;
+                for (const std::string& each : key.columns)
+                    key.name += "_" + each;
+            }
+            foreignKeys.push_back(std::move(key));
+            break;
+        }
+        case ast::ConstraintKind::Check:
+            checks.push_back({given.empty() ? "CK_" + name + "_" + std::to_string(checks.size() + 1) : given,
+                              print(*constraint.expression, literals)});
+            break;
+        case ast::ConstraintKind::Default: {
+            const std::string& target = constraint.forColumn.empty() ? column : constraint.forColumn.text;
+            DesignColumn* found = find(target);
+            if (found == nullptr) {
+                binder.fail(
+                    1752,
+                    "Column '" + target + "' in table '" + name + "' is invalid for creating a default constraint.",
+                    constraint.range);
+            }
+            if (!found->defaultText.empty()) {
+                binder.fail(1781, "Column already has a DEFAULT bound to it.", constraint.range);
+            }
+            found->defaultName = given.empty() ? "DF_" + name + "_" + found->name : given;
+            found->defaultText = print(*constraint.expression, literals);
+            break;
+        }
+    }
+}
+
+TableDesign TableDesign::of(const Table& table, SqliteDatabase& database, Catalog& catalog) {
+    TableDesign design;
+    design.name = table.name;
+    design.temporary = table.temporary;
+    const std::string schema = table.temporary ? "temp" : "main";
+    const std::string key = sqlText(foldName(table.name));
+    for (const TableColumn& column : table.columns) {
+        DesignColumn copy;
+        copy.name = column.name;
+        copy.type = column.type;
+        copy.nullable = column.nullable;
+        if (column.identity) copy.identity = catalog.identity(table);
+        design.columns.push_back(std::move(copy));
+    }
+    SqliteStatement defaults = database.prepare("SELECT column_name, name, definition, kind FROM " + schema +
+                                                ".basalt_default WHERE table_name = " + key);
+    while (defaults.step()) {
+        DesignColumn* column = design.find(defaults.textAt(0));
+        if (column == nullptr) continue;
+        if (defaults.textAt(3) == "D") {
+            column->defaultName = defaults.textAt(1);
+            column->defaultText = defaults.textAt(2);
+        } else {
+            column->computedText = defaults.textAt(2);
+        }
+    }
+    for (const Index& index : table.uniques) {
+        if (!index.constraint) continue;
+        DesignKey unique{index.primary, index.name, {}};
+        for (const std::string& column : index.columns)
+            unique.columns.push_back({column, false});
+        // A primary key's index lists the columns in key order.
+        design.keys.push_back(std::move(unique));
+    }
+    SqliteStatement foreign =
+        database.prepare("SELECT id, \"from\", \"to\", on_delete, on_update, \"table\" FROM pragma_foreign_key_list(" +
+                         sqlText(table.name) + ", '" + schema + "') ORDER BY id, seq");
+    std::int64_t current = -1;
+    while (foreign.step()) {
+        if (foreign.integerAt(0) != current) {
+            current = foreign.integerAt(0);
+            DesignForeignKey reference;
+            reference.table = foreign.textAt(5);
+            reference.onDelete = foreign.textAt(3);
+            reference.onUpdate = foreign.textAt(4);
+            reference.name = table.foreignKeys[design.foreignKeys.size()].name;
+            design.foreignKeys.push_back(std::move(reference));
+        }
+        design.foreignKeys.back().columns.push_back(foreign.textAt(1));
+        design.foreignKeys.back().referenced.push_back(foreign.textAt(2));
+    }
+    SqliteStatement checks = database.prepare("SELECT name, definition FROM " + schema +
+                                              ".basalt_constraint WHERE kind = 'C' AND table_name = " + key);
+    while (checks.step())
+        design.checks.push_back({checks.textAt(0), checks.textAt(1)});
+    return design;
+}
+
+void TableDesign::create(SqliteDatabase& database, Catalog& catalog) const {
+    const std::string schema = temporary ? "temp." : "main.";
+    const Table table = shape();
+    bool clustered = false;
+    std::string sql = "CREATE TABLE " + table.sqlName() + "(";
+    bool first = true;
+    const auto next = [&]() -> std::string& {
+        if (!first) sql += ", ";
+        first = false;
+        return sql;
+    };
+    for (const DesignColumn& column : columns) {
+        next() += sqlQuoted(column.name) + " " + column.type.columnDeclaration();
+        if (!column.computedText.empty()) {
+            sql += " GENERATED ALWAYS AS (" +
+                   withExpression(catalog, column.computedText, false,
+                                  [&](Binder& binder, const ast::Expression& expression) {
+                                      SqlWriter writer;
+                                      writer.expression(*boundOver(binder, table, expression));
+                                      return writer.sql();
+                                  }) +
+                   ") STORED";
+        } else if (!column.nullable) {
+            sql += " NOT NULL";
+        }
+    }
+    for (const DesignKey& key : keys) {
+        clustered = clustered || key.primary;
+        next() += key.primary ? "PRIMARY KEY(" : "UNIQUE(";
+        for (std::size_t i = 0; i < key.columns.size(); ++i) {
+            sql += (i == 0 ? "" : ", ") + sqlQuoted(key.columns[i].name) + (key.columns[i].descending ? " DESC" : "");
+        }
+        sql += ")";
+    }
+    for (const DesignForeignKey& key : foreignKeys) {
+        next() += "FOREIGN KEY(" + quotedList(key.columns) + ") REFERENCES " + sqlQuoted(key.table) + "(" +
+                  quotedList(key.referenced) + ") ON DELETE " + key.onDelete + " ON UPDATE " + key.onUpdate;
+    }
+    for (const DesignCheck& check : checks)
+        next() +=
+            "CONSTRAINT " + sqlQuoted(check.name) + " CHECK (" + storedCondition(catalog, table, check.text) + ")";
+    // A table with a primary key is stored in the key's order, as SQL Server's clustered tables are.
+    sql += clustered ? ") WITHOUT ROWID" : ")";
+    database.execute(sql.c_str());
+
+    const std::string key = foldName(name);
+    for (const DesignColumn& column : columns) {
+        if (column.identity) {
+            SqliteStatement insert =
+                database.prepare("INSERT INTO " + schema + "basalt_identity VALUES (?1, ?2, ?3, ?4, ?5)");
+            insert.bind(1, std::string_view(key));
+            insert.bind(2, std::string_view(column.name));
+            insert.bind(3, column.identity->seed);
+            insert.bind(4, column.identity->increment);
+            if (column.identity->last) insert.bind(5, *column.identity->last);
+            insert.run();
+        }
+        if (!column.defaultText.empty()) {
+            insertInto(database, schema + "basalt_default",
+                       {key, column.name, column.defaultName, column.defaultText, "D"});
+        }
+        if (!column.computedText.empty()) {
+            insertInto(database, schema + "basalt_default", {key, column.name, "", column.computedText, "C"});
+        }
+    }
+    const auto constraint = [&](const std::string& constraintName, const char* kind, const std::string& definition) {
+        SqliteStatement taken = database.prepare("SELECT 1 FROM " + schema + "basalt_constraint WHERE name = ?1");
+        taken.bind(1, std::string_view(constraintName));
+        if (taken.step()) {
+            throwSqlError(2714, "There is already an object named '" + constraintName + "' in the database.");
+        }
+        insertInto(database, schema + "basalt_constraint", {constraintName, key, kind, "", definition});
+    };
+    for (const DesignKey& each : keys) {
+        const std::vector<std::string> names = namesOf(each.columns);
+        constraint(each.name, each.primary ? "PK" : "UQ", joined(names));
+        if (!each.primary) createNullGuards(database, table, each.name, names);
+    }
+    for (const DesignForeignKey& each : foreignKeys)
+        constraint(each.name, "F", foldName(each.table) + "," + joined(each.columns));
+    for (const DesignCheck& each : checks)
+        constraint(each.name, "C", each.text);
+}
+
+void TableDesign::forget(const std::string& table, bool temporary, SqliteDatabase& database) {
+    for (const char* system : {"basalt_identity", "basalt_default", "basalt_constraint"}) {
+        SqliteStatement remove = database.prepare(std::string("DELETE FROM ") + (temporary ? "temp." : "main.") +
+                                                  system + " WHERE table_name = ?1");
+        remove.bind(1, std::string_view(foldName(table)));
+        remove.run();
+    }
+}
+
+void createNullGuards(SqliteDatabase& database, const Table& table, const std::string& indexName,
+                      const std::vector<std::string>& columns) {
+    std::vector<std::string> nullable;
+    for (const std::string& column : columns) {
+        const int position = table.find(column);
+        if (position >= 0 && table.columns[static_cast<std::size_t>(position)].nullable) nullable.push_back(column);
+    }
+    // One index for each set of columns that may be NULL together; beyond a few columns only the set of all.
+    constexpr std::size_t most = 4;
+    const std::size_t sets = std::size_t{1} << std::min(nullable.size(), most);
+    for (std::size_t set = 1; set < sets; ++set) {
+        std::string where;
+        std::string indexed;
+        for (const std::string& column : columns) {
+            const auto found = std::find(nullable.begin(), nullable.end(), column);
+            const auto bit = static_cast<std::size_t>(found - nullable.begin());
+            if (found != nullable.end() && bit < most && (set >> bit & 1U) != 0) {
+                where += (where.empty() ? "" : " AND ") + sqlQuoted(column) + " IS NULL";
+            } else {
+                indexed += (indexed.empty() ? "" : ", ") + sqlQuoted(column);
+            }
+        }
+        if (indexed.empty()) indexed = sqlQuoted(nullable[0]) + " IS NULL";
+        database.execute(("CREATE UNIQUE INDEX " + std::string(table.temporary ? "temp." : "main.") +
+                          sqlQuoted("basalt_null_" + std::to_string(set) + "_" + indexName) + " ON " +
+                          sqlQuoted(table.name) + "(" + indexed + ") WHERE " + where)
+                             .c_str());
+    }
+}
+
+}  // namespace basalt::embedded

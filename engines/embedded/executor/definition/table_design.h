@@ -1,0 +1,87 @@
+// The whole design of a table, from which its SQLite statements are made: read from CREATE TABLE, or from the database
+// when ALTER TABLE has to build the table anew.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "engines/embedded/ast/table_definition.h"
+#include "engines/embedded/binder/binder.h"
+#include "engines/embedded/catalog/catalog.h"
+
+namespace basalt::embedded {
+
+struct DesignColumn {
+    std::string name;
+    SqlType type;
+    bool nullable = true;
+    std::optional<IdentityState> identity;
+    std::string defaultName, defaultText;  // T-SQL; empty when there is none
+    std::string computedText;              // T-SQL; empty for an ordinary column
+};
+
+struct DesignKeyColumn {
+    std::string name;
+    bool descending = false;
+};
+
+struct DesignKey {
+    bool primary = false;
+    std::string name;
+    std::vector<DesignKeyColumn> columns;
+};
+
+struct DesignForeignKey {
+    std::string name;
+    std::vector<std::string> columns;
+    std::string table;
+    std::vector<std::string> referenced;
+    std::string onDelete = "NO ACTION";
+    std::string onUpdate = "NO ACTION";
+};
+
+struct DesignCheck {
+    std::string name;
+    std::string text;  // T-SQL
+};
+
+class TableDesign {
+public:
+    std::string name;
+    bool temporary = false;
+    std::vector<DesignColumn> columns;
+    std::vector<DesignKey> keys;
+    std::vector<DesignForeignKey> foreignKeys;
+    std::vector<DesignCheck> checks;
+
+    // From the tree. `binder` gives types their meaning and errors their place; references are looked up in its
+    // catalog.
+    void add(const ast::TableDefinition& definition, const LiteralTable& literals, Binder& binder);
+    void addColumn(const ast::ColumnDefinition& column, const LiteralTable& literals, Binder& binder);
+    void addConstraint(const ast::Constraint& constraint, const std::string& column, const LiteralTable& literals,
+                       Binder& binder);
+    // From the database.
+    [[nodiscard]] static TableDesign of(const Table& table, SqliteDatabase& database, Catalog& catalog);
+
+    // Creates the table with its indexes and its entries in the system tables. Not atomic by itself.
+    void create(SqliteDatabase& database, Catalog& catalog) const;
+    // Removes a table's entries from the system tables.
+    static void forget(const std::string& table, bool temporary, SqliteDatabase& database);
+
+    [[nodiscard]] DesignColumn* find(std::string_view column);
+
+private:
+    [[nodiscard]] Table shape() const;
+    [[nodiscard]] bool isNullable(std::string_view column) const;
+};
+
+// Statements that keep NULL single in a unique index over nullable columns: SQLite holds NULLs apart, SQL Server does
+// not.
+void createNullGuards(SqliteDatabase& database, const Table& table, const std::string& indexName,
+                      const std::vector<std::string>& columns);
+
+// A condition over a table's columns, as SQLite's SQL without parameters.
+[[nodiscard]] std::string storedCondition(Catalog& catalog, const Table& table, const std::string& text);
+
+}  // namespace basalt::embedded

@@ -1,0 +1,485 @@
+#include "engines/embedded/executor/executor.h"
+
+#include "engines/embedded/executor/constraint_error.h"
+#include "engines/embedded/executor/identity_run.h"
+#include "engines/embedded/executor/statement_guard.h"
+#include "engines/embedded/generator/sql_writer.h"
+#include "engines/embedded/lexer/error_context.h"
+#include "engines/embedded/runtime/convert.h"
+#include "engines/embedded/runtime/dates.h"
+#include "engines/embedded/runtime/sql_error.h"
+#include "engines/embedded/runtime/value_codec.h"
+
+namespace basalt::embedded {
+
+using ast::StatementKind;
+
+Executor::Executor(SqliteDatabase& database, Catalog& catalog, std::function<std::int64_t()> clock)
+    : database_(database), catalog_(catalog), clock_(std::move(clock)), identity_(std::make_unique<IdentityRun>()) {
+    savepoint_ = database_.prepare("SAVEPOINT basalt_statement");
+    release_ = database_.prepare("RELEASE basalt_statement");
+    rollbackTo_ = database_.prepare("ROLLBACK TO basalt_statement");
+    beginImmediate_ = database_.prepare("BEGIN IMMEDIATE");
+    commit_ = database_.prepare("COMMIT");
+    rollback_ = database_.prepare("ROLLBACK");
+    registerFunctions();
+}
+
+Executor::~Executor() = default;
+
+bool Executor::takes(StatementKind kind) {
+    return isPlanned(kind) || kind == StatementKind::Truncate || kind == StatementKind::CreateTable ||
+           kind == StatementKind::AlterTable || kind == StatementKind::CreateIndex ||
+           kind == StatementKind::CreateView || kind == StatementKind::CreateProcedure ||
+           kind == StatementKind::CreateFunction || kind == StatementKind::Drop || kind == StatementKind::SetOption ||
+           kind == StatementKind::Transaction;
+}
+
+bool Executor::isPlanned(StatementKind kind) {
+    return kind == StatementKind::Select || kind == StatementKind::Insert || kind == StatementKind::Update ||
+           kind == StatementKind::Delete;
+}
+
+BinderInput Executor::binderInput(const ast::Batch& batch, const Environment& environment) const {
+    return {.text = batch.text,
+            .literals = &batch.literals,
+            .markers = environment.markerTypes,
+            .variables = environment.variables};
+}
+
+void Executor::execute(const ast::Batch& batch, const ast::Statement& statement, PlanSet& plans,
+                       const Environment& environment, BatchResult& into) {
+    switch (statement.kind) {
+        case StatementKind::Select:
+            if (const auto& select = ast::as<ast::SelectStatement>(statement);
+                !ast::firstSelect(*select.query->body).into.empty()) {
+                return selectInto(batch, select, environment, into);
+            }
+            [[fallthrough]];
+        case StatementKind::Insert:
+        case StatementKind::Update:
+        case StatementKind::Delete:
+            return run(*planOf(batch, statement, plans, environment), environment, into);
+        case StatementKind::Truncate:
+            return truncate(batch, ast::as<ast::TruncateStatement>(statement));
+        case StatementKind::Transaction:
+            return transaction(batch, ast::as<ast::TransactionStatement>(statement), environment);
+        case StatementKind::SetOption:
+            return setOption(batch, ast::as<ast::SetOptionStatement>(statement));
+        default:
+            define(batch, statement, environment);
+    }
+}
+
+Plan* Executor::planOf(const ast::Batch& batch, const ast::Statement& statement, PlanSet& plans,
+                       const Environment& environment) {
+    Plan* found = plans.find(&statement);
+    // A change has to know the schema that other programs may have changed before it writes. Literals that were scanned
+    // belong to plans that the session has just found fresh.
+    if (statement.kind != StatementKind::Select && environment.scanned == nullptr) catalog_.refresh();
+    if (found != nullptr && found->generation == catalog_.generation()) return found;
+    return &plans.keep(&statement, plan(batch, statement, environment));
+}
+
+std::unique_ptr<Plan> Executor::prepared(SqlWriter& writer) {
+    auto plan = std::make_unique<Plan>();
+    plan->statement = database_.prepare(writer.sql());
+    plan->slots = writer.takeSlots();
+    plan->generation = catalog_.generation();
+    return plan;
+}
+
+void Executor::describe(Plan& plan, const std::vector<OutputColumn>& columns) {
+    for (const OutputColumn& column : columns) {
+        ColumnInfo info;
+        info.name = column.name;
+        column.type.describe(info);
+        info.nullable = column.nullable;
+        if (column.base) {
+            info.baseTable = column.base->table;
+            info.baseColumn = column.base->column;
+            info.identity = column.base->identity;
+        }
+        plan.columns.push_back(std::move(info));
+        plan.types.push_back(column.type);
+        switch (column.type.storage()) {
+            case Storage::Integer:
+                plan.readers.push_back(CellReader::Integer);
+                break;
+            case Storage::Real:
+                plan.readers.push_back(CellReader::Real);
+                break;
+            case Storage::Decimal:
+                plan.readers.push_back(CellReader::Decimal);
+                break;
+            case Storage::Text:
+                plan.readers.push_back(CellReader::Text);
+                break;
+            case Storage::Blob:
+                plan.readers.push_back(CellReader::Bytes);
+                break;
+            case Storage::Ticks:
+                plan.readers.push_back(column.type.kind == TypeKind::Time ? CellReader::Time : CellReader::Ticks);
+                break;
+        }
+    }
+}
+
+std::unique_ptr<Plan> Executor::plan(const ast::Batch& batch, const ast::Statement& statement,
+                                     const Environment& environment) {
+    // The first reading of the schema fixes the version that later ones are compared with.
+    catalog_.refresh();
+    Binder binder(catalog_, binderInput(batch, environment));
+    SqlWriter writer;
+    std::unique_ptr<Plan> result;
+    switch (statement.kind) {
+        case StatementKind::Select: {
+            BoundSelectStatement bound = binder.selectStatement(ast::as<ast::SelectStatement>(statement));
+            writer.query(*bound.query);
+            result = prepared(writer);
+            if (bound.assignments.empty()) describe(*result, bound.query->columns);
+            result->assignments = std::move(bound.assignments);
+            break;
+        }
+        case StatementKind::Insert: {
+            const auto& insert = ast::as<ast::InsertStatement>(statement);
+            const bool explicitIdentity = !state_.identityInsert.empty() && insert.target.variable.empty() &&
+                                          sameTable(state_.identityInsert, insert.target.name.last());
+            BoundInsert bound = binder.insert(insert, explicitIdentity);
+            // The identity value comes back with each row, for SCOPE_IDENTITY() and the next number.
+            if (bound.setsIdentity) {
+                auto identity = std::make_unique<BoundExpression>();
+                identity->kind = BoundKind::Column;
+                identity->name = sqlQuoted(bound.table->identityColumn()->name);
+                bound.returning.push_back({std::move(identity), {}});
+            }
+            writer.insert(bound);
+            result = prepared(writer);
+            result->kind = PlanKind::Insert;
+            result->table = bound.table->name;
+            result->generatesIdentity = bound.generatesIdentity;
+            result->setsIdentity = bound.setsIdentity;
+            result->identityOutput = bound.returning.empty() ? 0 : bound.returning.size() - 1;
+            describe(*result, bound.outputs);
+            break;
+        }
+        case StatementKind::Update: {
+            BoundUpdate bound = binder.update(ast::as<ast::UpdateStatement>(statement));
+            writer.update(bound);
+            result = prepared(writer);
+            result->kind = PlanKind::Update;
+            result->table = bound.table->name;
+            result->assignments = std::move(bound.assignments);
+            describe(*result, bound.outputs);
+            break;
+        }
+        default: {
+            BoundDelete bound = binder.remove(ast::as<ast::DeleteStatement>(statement));
+            writer.remove(bound);
+            result = prepared(writer);
+            result->kind = PlanKind::Delete;
+            result->table = bound.table->name;
+            describe(*result, bound.outputs);
+            break;
+        }
+    }
+    return result;
+}
+
+Value Executor::systemValue(SystemValue value) {
+    const CaughtError* caught = state_.caught;
+    switch (value) {
+        case SystemValue::Now:
+            return DateTime{roundedTo(clock_(), SqlType::of(TypeKind::DateTime))};
+        case SystemValue::ScopeIdentity:
+            return state_.scopeIdentity;
+        case SystemValue::Identity:
+            return state_.identity;
+        case SystemValue::RowCount:
+            return state_.rowCount;
+        case SystemValue::Error:
+            return state_.error;
+        case SystemValue::TranCount:
+            return state_.tranCount;
+        case SystemValue::FetchStatus:
+            return std::int64_t{-1};
+        case SystemValue::NestLevel:
+            return state_.nestLevel;
+        case SystemValue::ProcId:
+            return std::int64_t{0};
+        case SystemValue::SpId:
+            return std::int64_t{51};
+        case SystemValue::ErrorNumber:
+            return caught == nullptr ? Value(Null{}) : Value(std::int64_t{caught->number});
+        case SystemValue::ErrorMessage:
+            return caught == nullptr ? Value(Null{}) : Value(caught->message);
+        case SystemValue::ErrorSeverity:
+            return caught == nullptr ? Value(Null{}) : Value(std::int64_t{caught->severity});
+        case SystemValue::ErrorState:
+            return caught == nullptr ? Value(Null{}) : Value(std::int64_t{caught->state});
+        case SystemValue::ErrorLine:
+            return caught == nullptr ? Value(Null{}) : Value(std::int64_t{caught->line});
+        case SystemValue::ErrorProcedure:
+            return caught == nullptr || caught->procedure.empty() ? Value(Null{}) : Value(caught->procedure);
+        case SystemValue::XactState:
+            return std::int64_t{inTransaction() ? 1 : 0};
+    }
+    return Null{};
+}
+
+namespace {
+
+Value literalValue(const Literal& literal) {
+    switch (literal.type) {
+        case LiteralType::Int:
+            return literal.integer;
+        case LiteralType::Decimal:
+            return Decimal(literal.coefficient, literal.scale);
+        case LiteralType::Float:
+            return literal.real;
+        case LiteralType::Varbinary:
+            return Bytes(literal.text.begin(), literal.text.end());
+        default:
+            return std::string(literal.text);
+    }
+}
+
+}  // namespace
+
+void Executor::bindSlot(SqliteStatement& statement, int index, const Slot& slot, const Environment& environment) {
+    const bool plain =
+        slot.from == slot.to || (slot.from.storage() == slot.to.storage() && slot.from.scale == slot.to.scale &&
+                                 slot.from.storage() != Storage::Integer);
+    switch (slot.source) {
+        case Slot::Source::Literal: {
+            const Literal& literal = environment.literal(slot.index);
+            switch (literal.type) {
+                case LiteralType::Int:
+                    if (slot.to.isInteger() && slot.to.kind != TypeKind::Bit)
+                        return statement.bind(index, literal.integer);
+                    if (slot.to.isDecimal()) {
+                        return statement.bindDecimal(index, literal.integer * powerOfTen(slot.to.scale));
+                    }
+                    break;
+                case LiteralType::Varchar:
+                case LiteralType::NVarchar:
+                    // The text outlives the run, so that SQLite need not copy it.
+                    if (slot.to.storage() == Storage::Text) {
+                        sqlite3_bind_text64(statement.handle(), index,
+                                            literal.text.data() == nullptr ? "" : literal.text.data(),
+                                            literal.text.size(), SQLITE_STATIC, SQLITE_UTF8);
+                        return;
+                    }
+                    break;
+                default:
+                    break;
+            }
+            const Value value = literalValue(literal);
+            return statement.bindValue(index, plain ? value : convert(value, slot.from, slot.to));
+        }
+        case Slot::Source::Marker: {
+            const Value& value = environment.markers[slot.index];
+            // A marker's own scale may differ from that of the plan's type only when the plan is another's.
+            return statement.bindValue(index, plain ? value : convert(value, slot.from, slot.to));
+        }
+        case Slot::Source::Variable: {
+            const Value& value = environment.variables->valueOf(slot.variable);
+            return statement.bindValue(index, plain ? value : convert(value, slot.from, slot.to));
+        }
+        case Slot::Source::System: {
+            const Value value = systemValue(slot.system);
+            const bool integral = std::holds_alternative<std::int64_t>(value) && slot.from.isDecimal();
+            return statement.bindValue(index,
+                                       convert(value, integral ? SqlType::of(TypeKind::BigInt) : slot.from, slot.to));
+        }
+    }
+}
+
+void Executor::bind(Plan& plan, const Environment& environment) {
+    for (std::size_t i = 0; i < plan.slots.size(); ++i)
+        bindSlot(plan.statement, static_cast<int>(i + 1), plan.slots[i], environment);
+}
+
+DatabaseError Executor::failureOf(const Plan& plan, int code) {
+    if ((code & 0xFF) == SQLITE_CONSTRAINT) return constraintError(database_, catalog_, plan, code);
+    return database_.failure(code);
+}
+
+bool Executor::step(Plan& plan) {
+    const int code = sqlite3_step(plan.statement.handle());
+    if (code == SQLITE_ROW) return true;
+    if (code == SQLITE_DONE) return false;
+    const DatabaseError error = failureOf(plan, code);
+    plan.statement.reset();
+    throw error;
+}
+
+void Executor::afterFailure(const DatabaseError& error) {
+    state_.error = error.nativeCode();
+    const ErrorCategory category = error.category();
+    const bool deadly = category == ErrorCategory::Connection || category == ErrorCategory::Corrupt ||
+                        category == ErrorCategory::DiskFull;
+    if (deadly && inTransaction()) sqlite3_exec(database_.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    if (!inTransaction()) state_.tranCount = 0;
+}
+
+void Executor::run(Plan& plan, const Environment& environment, BatchResult& into) {
+    try {
+        bind(plan, environment);
+        if (plan.writes()) {
+            runChange(plan, into, environment);
+        } else {
+            runSelect(plan, into, environment);
+        }
+        state_.error = 0;
+    } catch (const DatabaseError& error) {
+        plan.statement.reset();
+        afterFailure(error);
+        throw;
+    }
+}
+
+void Executor::readRow(const Plan& plan, RowSet& rows) {
+    sqlite3_stmt* statement = plan.statement.handle();
+    const int count = static_cast<int>(plan.readers.size());
+    for (int i = 0; i < count; ++i) {
+        Column& column = rows.column(static_cast<std::size_t>(i));
+        sqlite3_value* cell = sqlite3_column_value(statement, i);
+        if (sqlite3_value_type(cell) == SQLITE_NULL) {
+            column.appendNull();
+            continue;
+        }
+        switch (plan.readers[static_cast<std::size_t>(i)]) {
+            case CellReader::Integer:
+                column.appendInt(sqlite3_value_int64(cell));
+                break;
+            case CellReader::Real:
+                column.appendDouble(sqlite3_value_double(cell));
+                break;
+            case CellReader::Decimal: {
+                const void* data = sqlite3_value_blob(cell);
+                column.appendDecimal(decodeDecimal(data, sqlite3_value_bytes(cell)));
+                break;
+            }
+            case CellReader::Text: {
+                const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(cell));
+                column.appendText({text, static_cast<std::size_t>(sqlite3_value_bytes(cell))});
+                break;
+            }
+            case CellReader::Bytes: {
+                const void* data = sqlite3_value_blob(cell);
+                column.appendBytes(data, static_cast<std::size_t>(sqlite3_value_bytes(cell)));
+                break;
+            }
+            case CellReader::Ticks:
+                column.appendDateTime({sqlite3_value_int64(cell)});
+                break;
+            case CellReader::Time:
+                column.appendText(formatDate(sqlite3_value_int64(cell), plan.types[static_cast<std::size_t>(i)], 121));
+                break;
+        }
+    }
+    rows.finishRow();
+}
+
+void Executor::assignRow(const Plan& plan, const Environment& environment) {
+    const int count = sqlite3_column_count(plan.statement.handle());
+    const auto assigned = static_cast<int>(plan.assignments.size());
+    for (int i = 0; i < assigned; ++i) {
+        const SelectAssignment& assignment = plan.assignments[static_cast<std::size_t>(i)];
+        sqlite3_value* cell = sqlite3_column_value(plan.statement.handle(), count - assigned + i);
+        environment.variables->assign(assignment.variable,
+                                      convert(readValue(cell, assignment.from), assignment.from, assignment.to));
+    }
+}
+
+void Executor::runSelect(Plan& plan, BatchResult& into, const Environment& environment) {
+    std::int64_t count = 0;
+    if (plan.assignments.empty()) {
+        StatementResult& result = into.results.emplace_back();
+        RowSet& rows = result.rows.emplace(plan.columns);
+        try {
+            while (step(plan))
+                readRow(plan, rows);
+        } catch (...) {
+            into.results.pop_back();
+            throw;
+        }
+        count = static_cast<std::int64_t>(rows.rowCount());
+    } else {
+        for (; step(plan); ++count)
+            assignRow(plan, environment);
+    }
+    plan.statement.reset();
+    state_.rowCount = count;
+}
+
+void Executor::runChange(Plan& plan, BatchResult& into, const Environment& environment) {
+    const bool identity = plan.generatesIdentity || plan.setsIdentity;
+    StatementGuard guard(*this, identity);
+    StatementResult result;
+    if (!plan.columns.empty()) result.rows.emplace(plan.columns);
+    if (identity) identity_->start(catalog_, catalog_.requireTable(plan.table));
+    while (step(plan)) {
+        if (result.rows) readRow(plan, *result.rows);
+        if (!plan.assignments.empty()) assignRow(plan, environment);
+        if (plan.setsIdentity) {
+            identity_->given(sqlite3_column_int64(plan.statement.handle(), static_cast<int>(plan.identityOutput)));
+        }
+    }
+    const std::int64_t changed = sqlite3_changes64(database_.handle());
+    plan.statement.reset();
+    if (identity) {
+        identity_->finish(catalog_);
+        if (const std::optional<std::int64_t> last = identity_->last()) {
+            state_.identity = state_.scopeIdentity = *last;
+        }
+    } else if (plan.kind == PlanKind::Insert) {
+        state_.identity = state_.scopeIdentity = Null{};
+    }
+    guard.succeed();
+    state_.rowCount = changed;
+    result.affectedRows = state_.noCount ? -1 : changed;
+    if (result.rows || !state_.noCount) into.results.push_back(std::move(result));
+}
+
+TypedValue Executor::evaluate(const ast::Batch& batch, const ast::Expression& expression, PlanSet& plans,
+                              const Environment& environment) {
+    Plan* plan = plans.find(&expression);
+    if (plan == nullptr || plan->generation != catalog_.generation()) {
+        catalog_.refresh();
+        Binder binder(catalog_, binderInput(batch, environment));
+        auto query = std::make_unique<BoundQuery>();
+        BoundPtr bound = ast::isCondition(expression.kind) ? binder.condition(expression, nullptr)
+                                                           : binder.expression(expression, nullptr);
+        const SqlType type = bound->type;
+        SqlWriter writer;
+        auto select = std::make_unique<BoundSelect>();
+        select->items.push_back({std::move(bound), {}});
+        query->body = std::make_unique<BoundBody>();
+        query->body->select = std::move(select);
+        writer.query(*query);
+        std::unique_ptr<Plan> made = prepared(writer);
+        made->types.push_back(type);
+        plan = &plans.keep(&expression, std::move(made));
+    }
+    try {
+        bind(*plan, environment);
+        TypedValue result{Null{}, plan->types[0]};
+        if (step(*plan)) result.value = readValue(sqlite3_column_value(plan->statement.handle(), 0), result.type);
+        plan->statement.reset();
+        return result;
+    } catch (const DatabaseError& error) {
+        plan->statement.reset();
+        afterFailure(error);
+        throw;
+    }
+}
+
+bool Executor::test(const ast::Batch& batch, const ast::Expression& condition, PlanSet& plans,
+                    const Environment& environment) {
+    const TypedValue result = evaluate(batch, condition, plans, environment);
+    return !isNull(result.value) && toBool(result.value);
+}
+
+}  // namespace basalt::embedded

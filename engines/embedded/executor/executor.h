@@ -1,0 +1,127 @@
+// Carries out statements of a parsed batch: binds each once, keeps its plan, runs it with the values at hand.
+//
+//   Executor executor(db, catalog, options);
+//   PlanSet plans;                                  lives as long as the batch
+//   Environment environment{.table = &batch.literals};
+//   executor.execute(batch, *batch.statements[0], plans, environment, result);
+//
+// Everything that reads or changes the database is here; variables, flow of control and procedures are the
+// interpreter's, which runs their statements and values through this class.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "ado/session.h"
+#include "engines/embedded/ast/batch.h"
+#include "engines/embedded/ast/control_statement.h"
+#include "engines/embedded/ast/data_statement.h"
+#include "engines/embedded/ast/definition_statement.h"
+#include "engines/embedded/executor/environment.h"
+#include "engines/embedded/executor/plan.h"
+
+namespace basalt::embedded {
+
+struct TypedValue {
+    Value value;
+    SqlType type;
+};
+
+class Executor {
+public:
+    // `clock` tells the moment for GETDATE() in ticks.
+    Executor(SqliteDatabase& database, Catalog& catalog, std::function<std::int64_t()> clock);
+    Executor(const Executor&) = delete;
+    Executor& operator=(const Executor&) = delete;
+    ~Executor();
+
+    // SELECT, INSERT, UPDATE, DELETE, TRUNCATE, definitions, BEGIN/COMMIT/ROLLBACK/SAVE TRANSACTION, SET options.
+    // True for the kinds that execute() takes.
+    [[nodiscard]] static bool takes(ast::StatementKind kind);
+    // Whether the statement keeps a plan that serves other literals too.
+    [[nodiscard]] static bool isPlanned(ast::StatementKind kind);
+
+    // Appends the statement's results to `into`. A statement that fails changes nothing; the error carries no statement
+    // text yet. Errors that lose the transaction (Connection, Corrupt, DiskFull) have rolled it back.
+    void execute(const ast::Batch& batch, const ast::Statement& statement, PlanSet& plans,
+                 const Environment& environment, BatchResult& into);
+    // The value of an expression outside of a statement: SET @v = ..., RETURN ..., an argument.
+    [[nodiscard]] TypedValue evaluate(const ast::Batch& batch, const ast::Expression& expression, PlanSet& plans,
+                                      const Environment& environment);
+    // The condition of IF and WHILE; unknown counts as false.
+    [[nodiscard]] bool test(const ast::Batch& batch, const ast::Expression& condition, PlanSet& plans,
+                            const Environment& environment);
+    // A plan that run() can carry out again and again; null when the statement keeps none.
+    Plan* planOf(const ast::Batch& batch, const ast::Statement& statement, PlanSet& plans,
+                 const Environment& environment);
+    void run(Plan& plan, const Environment& environment, BatchResult& into);
+    // Whether SQLite has prepared the plan's statement anew since, because the schema changed.
+    [[nodiscard]] static bool isStale(const Plan& plan) {
+        return sqlite3_stmt_status(plan.statement.handle(), SQLITE_STMTSTATUS_REPREPARE, 0) != 0;
+    }
+
+    void begin();
+    void commit();
+    void rollback();
+    [[nodiscard]] bool inTransaction() const { return database_.inTransaction(); }
+
+    [[nodiscard]] SessionState& state() { return state_; }
+    [[nodiscard]] Catalog& catalog() { return catalog_; }
+    // Creates the table of a table variable under the name; the caller drops it by dropTable.
+    void createTable(const std::string& name, const ast::TableDefinition& definition, const ast::Batch& batch,
+                     const Environment& environment);
+    void dropTable(const std::string& name);
+    // Removes all rows of a table variable's table.
+    void clearTable(const std::string& name);
+    // Runs `change`, which may be several statements, and undoes all of it when it throws.
+    void atomically(const std::function<void()>& change);
+
+private:
+    class StatementGuard;
+    struct IdentityRun;
+
+    std::unique_ptr<Plan> plan(const ast::Batch& batch, const ast::Statement& statement,
+                               const Environment& environment);
+    std::unique_ptr<Plan> prepared(class SqlWriter& writer);
+    void describe(Plan& plan, const std::vector<OutputColumn>& columns);
+    void bind(Plan& plan, const Environment& environment);
+    void bindSlot(SqliteStatement& statement, int index, const Slot& slot, const Environment& environment);
+    [[nodiscard]] Value systemValue(SystemValue value);
+    void runSelect(Plan& plan, BatchResult& into, const Environment& environment);
+    void runChange(Plan& plan, BatchResult& into, const Environment& environment);
+    bool step(Plan& plan);
+    void readRow(const Plan& plan, RowSet& rows);
+    void assignRow(const Plan& plan, const Environment& environment);
+    [[nodiscard]] DatabaseError failureOf(const Plan& plan, int code);
+    void afterFailure(const DatabaseError& error);
+
+    void selectInto(const ast::Batch& batch, const ast::SelectStatement& statement, const Environment& environment,
+                    BatchResult& into);
+    void truncate(const ast::Batch& batch, const ast::TruncateStatement& statement);
+    void transaction(const ast::Batch& batch, const ast::TransactionStatement& statement,
+                     const Environment& environment);
+    void setOption(const ast::Batch& batch, const ast::SetOptionStatement& statement);
+    void define(const ast::Batch& batch, const ast::Statement& statement, const Environment& environment);
+
+    void createView(const ast::Batch& batch, const ast::CreateViewStatement& statement, const Environment& environment);
+    void createModule(const ast::Batch& batch, const ast::Statement& statement, const ast::ObjectName& name,
+                      ast::DefinitionMode mode, ModuleKind kind);
+    void createIndex(const ast::Batch& batch, const ast::CreateIndexStatement& statement);
+    void alterTable(const ast::Batch& batch, const ast::AlterTableStatement& statement);
+    void drop(const ast::Batch& batch, const ast::DropStatement& statement);
+    void requireFreeName(const ast::Batch& batch, const ast::ObjectName& name);
+
+    void registerFunctions();
+    [[nodiscard]] BinderInput binderInput(const ast::Batch& batch, const Environment& environment) const;
+
+    SqliteDatabase& database_;
+    Catalog& catalog_;
+    std::function<std::int64_t()> clock_;
+    SessionState state_;
+    std::unique_ptr<IdentityRun> identity_;
+    std::vector<std::string> savepoints_;  // names of SAVE TRANSACTION
+    SqliteStatement savepoint_, release_, rollbackTo_, beginImmediate_, commit_, rollback_;
+};
+
+}  // namespace basalt::embedded

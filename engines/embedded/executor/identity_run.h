@@ -1,0 +1,52 @@
+// The numbers that one INSERT gives to the identity column of its table.
+#pragma once
+
+#include "engines/embedded/executor/executor.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+struct Executor::IdentityRun {
+    void start(Catalog& catalog, const Table& table) {
+        table_ = &table;
+        // Reading behind the first lock for writing keeps two programs from giving the same number.
+        state_ = catalog.identity(table);
+        kind_ = table.identityColumn()->type;
+        last_.reset();
+    }
+
+    std::int64_t next() {
+        std::int64_t value = state_.seed;
+        if (state_.last && __builtin_add_overflow(*state_.last, state_.increment, &value)) overflow();
+        const std::int64_t highestValue = kind_.isInteger() ? highest(kind_.kind) : highest(TypeKind::BigInt);
+        if (value > highestValue) overflow();
+        state_.last = last_ = value;
+        return value;
+    }
+
+    // A number that the statement brought itself.
+    void given(std::int64_t value) {
+        last_ = value;
+        if (!state_.last || (state_.increment > 0 ? value > *state_.last : value < *state_.last)) state_.last = value;
+    }
+
+    void finish(Catalog& catalog) {
+        if (last_) catalog.setIdentity(*table_, state_);
+    }
+
+    [[nodiscard]] std::optional<std::int64_t> last() const { return last_; }
+    [[nodiscard]] const SqlType& type() const { return kind_; }
+
+private:
+    [[noreturn]] void overflow() const {
+        throwSqlError(error::kArithmeticOverflow, "Arithmetic overflow error converting IDENTITY to data type " +
+                                                      std::string(kind_.baseName()) + ".");
+    }
+
+    const Table* table_ = nullptr;
+    IdentityState state_;
+    SqlType kind_;
+    std::optional<std::int64_t> last_;
+};
+
+}  // namespace basalt::embedded

@@ -1,0 +1,52 @@
+// Prepared statements with all that running them again needs, and the sets of them that belong to one batch.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "ado/rowset.h"
+#include "engines/embedded/binder/bound_statement.h"
+#include "engines/embedded/runtime/sqlite.h"
+
+namespace basalt::embedded {
+
+enum class CellReader : std::uint8_t { Integer, Real, Decimal, Text, Bytes, Ticks, Time };
+
+// What a statement does to rows; for messages and for what happens after it.
+enum class PlanKind : std::uint8_t { Select, Insert, Update, Delete };
+
+struct Plan {
+    PlanKind kind = PlanKind::Select;
+    SqliteStatement statement;
+    std::vector<Slot> slots;
+    std::vector<ColumnInfo> columns;  // of the result set; empty when there is none
+    std::vector<CellReader> readers;
+    std::vector<SqlType> types;
+    std::vector<SelectAssignment> assignments;  // variables that take the last columns of each row
+    std::string table;                          // the changed table
+    bool generatesIdentity = false;
+    bool setsIdentity = false;
+    std::size_t identityOutput = 0;
+    std::uint64_t generation = 0;  // of the catalog
+    bool usesNow = false;
+
+    [[nodiscard]] bool writes() const { return kind != PlanKind::Select; }
+};
+
+// The plans of one batch, procedure or function, by the node of its tree that they carry out.
+class PlanSet {
+public:
+    [[nodiscard]] Plan* find(const void* node) const {
+        const auto found = plans_.find(node);
+        return found == plans_.end() ? nullptr : found->second.get();
+    }
+    Plan& keep(const void* node, std::unique_ptr<Plan> plan) { return *(plans_[node] = std::move(plan)); }
+
+private:
+    std::unordered_map<const void*, std::unique_ptr<Plan>> plans_;
+};
+
+}  // namespace basalt::embedded

@@ -1,0 +1,122 @@
+// The functions of generated statements that need the session: identity numbers, look-ups in the catalog, and the
+// guards of subqueries and row limits.
+#include <random>
+
+#include "engines/embedded/catalog/object_name.h"
+#include "engines/embedded/executor/executor.h"
+#include "engines/embedded/executor/identity_run.h"
+#include "engines/embedded/runtime/function_support.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+std::string newGuid() {
+    static std::random_device device;
+    std::uint32_t words[4] = {device(), device(), device(), device()};
+    words[1] = (words[1] & 0xFFFF0FFFU) | 0x00004000U;  // version 4
+    words[2] = (words[2] & 0x3FFFFFFFU) | 0x80000000U;
+    char text[37];
+    std::snprintf(text, sizeof text, "%08X-%04X-%04X-%04X-%04X%08X", words[0], words[1] >> 16, words[1] & 0xFFFF,
+                  words[2] >> 16, words[2] & 0xFFFF, words[3]);
+    return text;
+}
+
+// Registers a function that differs from call to call and knows its owner.
+template <typename Owner>
+void addOwned(SqliteDatabase& database, const char* name, int count, Owner* owner,
+              void (*function)(sqlite3_context*, int, sqlite3_value**)) {
+    const int code = sqlite3_create_function_v2(database.handle(), name, count, SQLITE_UTF8, owner, function, nullptr,
+                                                nullptr, nullptr);
+    if (code != SQLITE_OK) throw database.failure(code);
+}
+
+}  // namespace
+
+void Executor::registerFunctions() {
+    addOwned(database_, "t_identity", 0, this, [](sqlite3_context* context, int, sqlite3_value**) {
+        auto* self = static_cast<Executor*>(sqlite3_user_data(context));
+        guarded(context, self->database_, [&] {
+            const std::int64_t value = self->identity_->next();
+            if (self->identity_->type().isDecimal()) return returnDecimal(context, value);
+            sqlite3_result_int64(context, value);
+        });
+    });
+    addOwned(database_, "t_object_id", 2, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {
+        auto* self = static_cast<Executor*>(sqlite3_user_data(context));
+        const Call call(context, count, arguments);
+        if (call.isNull(0) || call.isNull(1)) return;
+        guarded(context, self->database_, [&] {
+            if (const auto id = self->catalog_.objectId(objectPart(call.text(0)), call.text(1))) {
+                sqlite3_result_int64(context, *id);
+            }
+        });
+    });
+    addOwned(database_, "t_col_length", 2, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {
+        auto* self = static_cast<Executor*>(sqlite3_user_data(context));
+        const Call call(context, count, arguments);
+        if (call.isNull(0) || call.isNull(1)) return;
+        guarded(context, self->database_, [&] {
+            const Table* table = self->catalog_.table(objectPart(call.text(0)));
+            const int position = table == nullptr ? -1 : table->find(objectPart(call.text(1)));
+            if (position < 0) return;
+            const SqlType& type = table->columns[static_cast<std::size_t>(position)].type;
+            int bytes = 8;
+            if (type.isText() && type.length != kMaxLength) {
+                bytes = type.length * (type.isUnicode() ? 2 : 1);
+            } else if (type.isText() || (type.isBinary() && type.length == kMaxLength)) {
+                bytes = -1;
+            } else if (type.isBinary()) {
+                bytes = type.length;
+            } else if (type.kind == TypeKind::Int) {
+                bytes = 4;
+            } else if (type.kind == TypeKind::SmallInt) {
+                bytes = 2;
+            } else if (type.kind == TypeKind::TinyInt || type.kind == TypeKind::Bit) {
+                bytes = 1;
+            }
+            sqlite3_result_int(context, bytes);
+        });
+    });
+    addOwned(database_, "t_ident_current", 1, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {
+        auto* self = static_cast<Executor*>(sqlite3_user_data(context));
+        const Call call(context, count, arguments);
+        if (call.isNull(0)) return;
+        guarded(context, self->database_, [&] {
+            const Table* table = self->catalog_.table(objectPart(call.text(0)));
+            if (table == nullptr || table->identityColumn() == nullptr) return;
+            const IdentityState state = self->catalog_.identity(*table);
+            sqlite3_result_int64(context, state.last ? *state.last : state.seed);
+        });
+    });
+    addOwned(database_, "t_newid", 0, this, [](sqlite3_context* context, int, sqlite3_value**) {
+        const std::string text = newGuid();
+        sqlite3_result_text64(context, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+    });
+    addFunction(
+        database_, "t_one", 2,
+        [](Call& call) {
+            if (call.integer(1) > 1) {
+                throwSqlError(
+                    error::kSubqueryManyRows,
+                    "Subquery returned more than 1 value. This is not permitted when the subquery follows =, !=, <, "
+                    "<= , >, >= or when the subquery is used as an expression.");
+            }
+            call.resultArgument(0);
+        },
+        NullRule::Pass);
+    addFunction(
+        database_, "t_limit", 1,
+        [](Call& call) {
+            if (call.isNull(0) || call.integer(0) < 0) {
+                throwSqlError(
+                    1060,
+                    "The number of rows provided for a TOP or FETCH clauses row count parameter must be an integer.");
+            }
+            call.resultArgument(0);
+        },
+        NullRule::Pass);
+}
+
+}  // namespace basalt::embedded

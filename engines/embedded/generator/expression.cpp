@@ -1,0 +1,223 @@
+#include <cstdio>
+
+#include "engines/embedded/catalog/catalog.h"
+#include "engines/embedded/generator/sql_writer.h"
+#include "engines/embedded/runtime/decimal_codec.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+std::string hexadecimal(const void* data, std::size_t size) {
+    static constexpr char digits[] = "0123456789abcdef";
+    std::string result = "x'";
+    for (std::size_t i = 0; i < size; ++i) {
+        const std::uint8_t byte = static_cast<const std::uint8_t*>(data)[i];
+        result += digits[byte >> 4];
+        result += digits[byte & 15];
+    }
+    return result + "'";
+}
+
+bool isComparison(std::string_view op) {
+    return op == "=" || op == "<>" || op == "<" || op == "<=" || op == ">" || op == ">=";
+}
+
+bool isText(const BoundExpression& expression) {
+    return expression.type.storage() == Storage::Text;
+}
+
+bool sameSlot(const Slot& a, const Slot& b) {
+    return a.source == b.source && a.index == b.index && a.variable == b.variable && a.system == b.system &&
+           a.to == b.to;
+}
+
+}  // namespace
+
+void SqlWriter::constant(const BoundExpression& expression) {
+    struct Visitor {
+        std::string operator()(Null) const { return "NULL"; }
+        std::string operator()(bool flag) const { return flag ? "1" : "0"; }
+        std::string operator()(std::int64_t number) const { return std::to_string(number); }
+        std::string operator()(double number) const {
+            char buffer[40];
+            std::snprintf(buffer, sizeof buffer, "%.17e", number);
+            return buffer;
+        }
+        std::string operator()(const Decimal& number) const {
+            const EncodedDecimal encoded = encodeDecimal(number.coefficient());
+            return hexadecimal(encoded.bytes.data(), static_cast<std::size_t>(encoded.size));
+        }
+        std::string operator()(const std::string& text) const {
+            // A text literal of SQLite ends at a zero byte.
+            if (text.find('\0') == std::string::npos) return sqlText(text);
+            return "CAST(" + hexadecimal(text.data(), text.size()) + " AS TEXT)";
+        }
+        std::string operator()(const Bytes& bytes) const { return hexadecimal(bytes.data(), bytes.size()); }
+        std::string operator()(DateTime time) const { return std::to_string(time.ticks); }
+    };
+    *this << std::visit(Visitor{}, expression.value);
+}
+
+void SqlWriter::slot(const Slot& slot) {
+    std::size_t number = 0;
+    while (number < slots_.size() && !sameSlot(slots_[number], slot))
+        ++number;
+    if (number == slots_.size()) slots_.push_back(slot);
+    *this << "?" << std::to_string(number + 1);
+}
+
+void SqlWriter::collated(const BoundExpression& expression) {
+    this->expression(expression);
+    if (isText(expression) && !expression.ownCollation) *this << " COLLATE TSQL";
+}
+
+void SqlWriter::list(const std::vector<BoundPtr>& expressions) {
+    for (std::size_t i = 0; i < expressions.size(); ++i) {
+        if (i > 0) *this << ", ";
+        expression(*expressions[i]);
+    }
+}
+
+void SqlWriter::expression(const BoundExpression& expression) {
+    switch (expression.kind) {
+        case BoundKind::Constant:
+            return constant(expression);
+        case BoundKind::Slot:
+            return slot(expression.slot);
+        case BoundKind::Column:
+            if (!expression.table.empty()) *this << expression.table << ".";
+            *this << expression.name;
+            return;
+        case BoundKind::Call:
+            *this << expression.name << "(";
+            list(expression.arguments);
+            *this << ")";
+            return;
+        case BoundKind::Aggregate:
+            return aggregate(expression);
+        case BoundKind::Infix:
+            return infix(expression);
+        case BoundKind::Prefix:
+            *this << "(" << expression.name << " ";
+            this->expression(*expression.arguments[0]);
+            *this << ")";
+            return;
+        case BoundKind::Postfix:
+            *this << "(";
+            this->expression(*expression.arguments[0]);
+            *this << " " << expression.name << ")";
+            return;
+        case BoundKind::Case:
+            return caseExpression(expression);
+        case BoundKind::In:
+            return in(expression);
+        case BoundKind::Between:
+            *this << "(";
+            collated(*expression.arguments[0]);
+            *this << (expression.negated ? " NOT BETWEEN " : " BETWEEN ");
+            this->expression(*expression.arguments[1]);
+            *this << " AND ";
+            this->expression(*expression.arguments[2]);
+            *this << ")";
+            return;
+        case BoundKind::Subquery:
+            if (expression.query->singleRow) {
+                *this << "(";
+                query(*expression.query);
+            } else {
+                // t_one refuses a second row; without it SQLite would take the first and say nothing.
+                *this << "(SELECT t_one(c1, count(*)) FROM (SELECT * FROM (";
+                query(*expression.query);
+                *this << ") LIMIT 2)";
+            }
+            *this << ")";
+            return;
+        case BoundKind::Exists:
+            *this << (expression.negated ? "(NOT EXISTS (" : "(EXISTS (");
+            query(*expression.query);
+            *this << "))";
+            return;
+    }
+}
+
+// Long chains of AND, OR and || are written as balanced trees: SQLite bounds the height of an expression.
+void SqlWriter::chain(const BoundExpression& expression, std::size_t begin, std::size_t end) {
+    if (end - begin == 1) return this->expression(*expression.arguments[begin]);
+    const std::size_t middle = begin + (end - begin + 1) / 2;
+    *this << "(";
+    chain(expression, begin, middle);
+    *this << " " << expression.name << " ";
+    chain(expression, middle, end);
+    *this << ")";
+}
+
+void SqlWriter::infix(const BoundExpression& expression) {
+    if (!isComparison(expression.name)) return chain(expression, 0, expression.arguments.size());
+    const BoundExpression& left = *expression.arguments[0];
+    const BoundExpression& right = *expression.arguments[1];
+    *this << "(";
+    if (isText(left) && isText(right) && !right.ownCollation) {
+        collated(left);
+    } else {
+        this->expression(left);
+    }
+    *this << " " << expression.name << " ";
+    this->expression(right);
+    *this << ")";
+}
+
+void SqlWriter::aggregate(const BoundExpression& expression) {
+    *this << expression.name << "(";
+    if (expression.distinct) *this << "DISTINCT ";
+    if (expression.star) *this << "*";
+    for (std::size_t i = 0; i < expression.arguments.size(); ++i) {
+        if (i > 0) *this << ", ";
+        collated(*expression.arguments[i]);
+    }
+    *this << ")";
+    if (expression.over == nullptr) return;
+    *this << " OVER (";
+    const BoundOver& over = *expression.over;
+    for (std::size_t i = 0; i < over.partitionBy.size(); ++i) {
+        *this << (i == 0 ? "PARTITION BY " : ", ");
+        collated(*over.partitionBy[i]);
+    }
+    for (std::size_t i = 0; i < over.orderBy.size(); ++i) {
+        *this << (i == 0 ? " ORDER BY " : ", ");
+        collated(*over.orderBy[i].expression);
+        if (over.orderBy[i].descending) *this << " DESC";
+    }
+    if (!over.frame.empty()) *this << " " << over.frame;
+    *this << ")";
+}
+
+void SqlWriter::caseExpression(const BoundExpression& expression) {
+    *this << "CASE";
+    for (std::size_t i = 0; i + 1 < expression.arguments.size(); i += 2) {
+        *this << " WHEN ";
+        this->expression(*expression.arguments[i]);
+        *this << " THEN ";
+        this->expression(*expression.arguments[i + 1]);
+    }
+    *this << " ELSE ";
+    this->expression(*expression.arguments.back());
+    *this << " END";
+}
+
+void SqlWriter::in(const BoundExpression& expression) {
+    *this << "(";
+    collated(*expression.arguments[0]);
+    *this << (expression.negated ? " NOT IN (" : " IN (");
+    if (expression.query != nullptr) {
+        query(*expression.query);
+    } else {
+        for (std::size_t i = 1; i < expression.arguments.size(); ++i) {
+            if (i > 1) *this << ", ";
+            this->expression(*expression.arguments[i]);
+        }
+    }
+    *this << "))";
+}
+
+}  // namespace basalt::embedded

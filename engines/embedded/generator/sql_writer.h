@@ -1,0 +1,60 @@
+// Prints bound statements as SQLite's SQL and collects the slots that become its parameters.
+//
+//   SqlWriter writer;
+//   writer.query(*bound);
+//   db.prepare(writer.sql());      parameter ?n takes writer.slots()[n - 1]
+//
+// All decisions about types have been made by the binder; here is only the knowledge of how SQLite writes things, and
+// which of its comparisons need to be told the collation.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engines/embedded/binder/bound_query.h"
+#include "engines/embedded/binder/bound_statement.h"
+
+namespace basalt::embedded {
+
+class SqlWriter {
+public:
+    // expression.cpp
+    void expression(const BoundExpression& expression);
+    // query.cpp
+    void query(const BoundQuery& query);
+    // insert.cpp, update.cpp, delete.cpp
+    void insert(const BoundInsert& insert);
+    void update(const BoundUpdate& update);
+    void remove(const BoundDelete& remove);
+
+    [[nodiscard]] const std::string& sql() const { return sql_; }
+    [[nodiscard]] std::vector<Slot> takeSlots() { return std::move(slots_); }
+
+private:
+    void collated(const BoundExpression& expression);
+    void constant(const BoundExpression& expression);
+    void slot(const Slot& slot);
+    void chain(const BoundExpression& expression, std::size_t begin, std::size_t end);
+    void infix(const BoundExpression& expression);
+    void aggregate(const BoundExpression& expression);
+    void caseExpression(const BoundExpression& expression);
+    void in(const BoundExpression& expression);
+    void list(const std::vector<BoundPtr>& expressions);
+
+    void with(const std::vector<BoundCommonTable>& tables);
+    void body(const BoundBody& body);
+    void select(const BoundSelect& select);
+    void source(const BoundSource& source);
+    void returning(const std::vector<BoundItem>& items);
+
+    SqlWriter& operator<<(std::string_view text) {
+        sql_ += text;
+        return *this;
+    }
+
+    std::string sql_;
+    std::vector<Slot> slots_;
+};
+
+}  // namespace basalt::embedded

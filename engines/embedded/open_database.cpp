@@ -1,0 +1,77 @@
+#include "engines/embedded/open_database.h"
+
+#include <filesystem>
+
+#include "engines/embedded/catalog/catalog.h"
+#include "engines/embedded/runtime/collation.h"
+#include "engines/embedded/runtime/function_support.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+// How the engine keeps values and system tables; a file of a later number is not for this program.
+constexpr int kFormatVersion = 1;
+
+[[noreturn]] void refuseNewer(const std::string& path) {
+    throw DatabaseError(
+        ErrorCategory::Version, "HY000", 948,
+        "The database '" + path +
+            "' was made by a newer release of the program. Update this computer's program, then open it again.");
+}
+
+int number(const std::string& text) {
+    return text.empty() ? 0 : std::stoi(text);
+}
+
+}  // namespace
+
+std::unique_ptr<SqliteDatabase> openDatabase(const std::string& path, const EmbeddedOptions& options) {
+    const bool inMemory = path == ":memory:";
+    if (!inMemory && !options.createIfMissing) {
+        std::error_code problem;
+        if (!std::filesystem::exists(std::filesystem::path(std::u8string(path.begin(), path.end())), problem)) {
+            throw DatabaseError(
+                ErrorCategory::NotFound, "08001", 5120,
+                "The database file '" + path + "' does not exist. Check the path, or create the database first.");
+        }
+    }
+    auto database = std::make_unique<SqliteDatabase>(path, inMemory || options.createIfMissing, options.busyTimeoutMs);
+    addRuntime(*database);
+    // The first reading finds a file that is damaged or something else.
+    const std::int64_t objects = database->integer("SELECT count(*) FROM sqlite_schema");
+    if (!inMemory && sqlite3_db_readonly(database->handle(), "main") == 1) {
+        throw DatabaseError(
+            ErrorCategory::Connection, "08001", 3906,
+            "The database file '" + path + "' cannot be written. Check that you may write to it and to its folder.");
+    }
+    database->execute("PRAGMA journal_mode = WAL");
+    database->execute("PRAGMA synchronous = FULL");
+    database->execute("PRAGMA foreign_keys = ON");
+    database->execute("PRAGMA temp_store = MEMORY");
+    database->execute("PRAGMA cache_size = -32768");
+    Catalog catalog(*database);
+    if (objects == 0) {
+        database->execute("BEGIN IMMEDIATE");
+        // Another program may have been first.
+        Catalog::createSystemTables(*database, false);
+        catalog.setProperty("format_version", std::to_string(kFormatVersion));
+        catalog.setProperty("collation_version", collationVersion());
+        database->execute("COMMIT");
+    } else if (database->integer("SELECT count(*) FROM sqlite_schema WHERE name = 'basalt_property'") == 0) {
+        throw DatabaseError(ErrorCategory::Corrupt, "08001", 5171,
+                            "The file '" + path + "' is a database, but not one of this program. Check the path.");
+    }
+    if (number(catalog.property("format_version")) > kFormatVersion) refuseNewer(path);
+    if (number(catalog.property(kSchemaVersionProperty)) > options.knownSchemaVersion) refuseNewer(path);
+    if (catalog.property("collation_version") != collationVersion()) {
+        // The order of texts has changed with the system's Unicode data: indexes built by the old order are wrong.
+        database->execute("BEGIN IMMEDIATE");
+        database->execute("REINDEX TSQL");
+        catalog.setProperty("collation_version", collationVersion());
+        database->execute("COMMIT");
+    }
+    return database;
+}
+
+}  // namespace basalt::embedded
