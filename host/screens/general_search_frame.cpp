@@ -22,7 +22,6 @@ GeneralSearchFrame::GeneralSearchFrame(ScreenContext& context, const QString& ob
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(fields_);
     layout->addWidget(input_, 1);
-    setFocusProxy(input_);
     QWidget::setTabOrder(fields_, input_);
 
     QObject::connect(input_, &QLineEdit::textChanged, this, [this] { change_.typed(); });

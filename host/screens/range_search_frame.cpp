@@ -27,7 +27,6 @@ RangeSearchFrame::RangeSearchFrame(ScreenContext& context, const QString& object
     layout->addWidget(from_, 1);
     layout->addWidget(new QLabel(QStringLiteral("تا"), this));
     layout->addWidget(to_, 1);
-    setFocusProxy(from_);
     adaptInputs();
 
     for (SearchEdit* edit : {from_, to_})

@@ -149,6 +149,12 @@ protected:
     TDataSource source{&query};
 };
 
+// Types a text of any script, which QTest::keyClicks does not.
+inline void type(QWidget* widget, const QString& text) {
+    for (const QChar character : text)
+        QTest::sendKeyEvent(QTest::Click, widget, Qt::Key_unknown, QString(character), Qt::NoModifier);
+}
+
 // A control of that name inside a widget; fails the test when there is none.
 template <class Widget>
 Widget* control(QWidget& parent, const char* objectName) {

@@ -1,0 +1,143 @@
+// Messages as the user sees and answers them.
+#include "host/screens/message_box.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QToolButton>
+
+#include "host/screens/qt_message_service.h"
+#include "host/screens/toast.h"
+#include "tests/ado/named_case.h"
+#include "tests/host_screens/screen_test.h"
+
+namespace basalt::host {
+namespace {
+
+class Messages : public ScreenTest {
+protected:
+    // Acts on the message box when it is open; fails when none opens.
+    static void onBox(std::function<void(MessageBox&)> act) {
+        whenShown([act = std::move(act)] {
+            auto* box = dynamic_cast<MessageBox*>(QApplication::activeModalWidget());
+            ASSERT_NE(box, nullptr);
+            act(*box);
+        });
+    }
+    static QPushButton& button(QDialog& box, const char* name) { return *control<QPushButton>(box, name); }
+
+    static MessageRequest question(TMessageButtons buttons, TMessageButton standard) {
+        MessageRequest request;
+        request.operation = "MsgDeleteRow";
+        request.buttons = std::move(buttons);
+        request.defaultButton = standard;
+        return request;
+    }
+
+    QtMessageService service{host.catalogue()};
+};
+
+struct AnswerCase {
+    const char* name;
+    const char* buttonName;
+    const char* text;
+    int answer;
+};
+class Answers : public Messages, public ::testing::WithParamInterface<AnswerCase> {};
+
+TEST_P(Answers, areTheButtonPressed) {
+    onBox([](MessageBox& box) {
+        EXPECT_EQ(button(box, GetParam().buttonName).text().toStdString(), GetParam().text);
+        QTest::mouseClick(&button(box, GetParam().buttonName), Qt::LeftButton);
+    });
+    EXPECT_EQ(
+        service.show(question({TMessageButton::Ok, TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel},
+                              TMessageButton::No)),
+        GetParam().answer);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Answers,
+                         ::testing::Values(AnswerCase{"ok", "Ok_BTN", "تأیید", mrOk},
+                                           AnswerCase{"cancel", "Cancel_BTN", "انصراف", mrCancel},
+                                           AnswerCase{"yes", "Yes_BTN", "بله", mrYes},
+                                           AnswerCase{"no", "No_BTN", "خیر", mrNo}),
+                         NameOfCase());
+
+TEST_F(Messages, aQuestionShowsItsTextRightToLeft) {
+    onBox([](MessageBox& box) {
+        EXPECT_EQ(box.objectName().toStdString(), "MessageBox");
+        EXPECT_EQ(box.layoutDirection(), Qt::RightToLeft);
+        EXPECT_EQ(control<QLabel>(box, "MessageText_LBL")->text().toStdString(), "آیا از حذف این سطر مطمئن هستید؟");
+        box.reject();
+    });
+    service.show(question({TMessageButton::Yes, TMessageButton::No}, TMessageButton::No));
+}
+
+TEST_F(Messages, enterGivesTheDefaultAndEscapeRefuses) {
+    onBox([](MessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); });
+    EXPECT_EQ(service.show(question({TMessageButton::Yes, TMessageButton::No}, TMessageButton::No)), mrNo);
+    onBox([](MessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); });
+    EXPECT_EQ(service.show(question({TMessageButton::Yes, TMessageButton::No}, TMessageButton::Yes)), mrYes);
+    onBox([](MessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+    EXPECT_EQ(service.show(question({TMessageButton::Yes, TMessageButton::No}, TMessageButton::Yes)), mrNo);
+    onBox([](MessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+    EXPECT_EQ(
+        service.show(question({TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel}, TMessageButton::Yes)),
+        mrCancel);
+}
+
+TEST_F(Messages, aNoteHasOneButtonAndNoAnswer) {
+    MessageRequest request;
+    request.operation = "MsgRequiredField";
+    request.arguments = {"نام"};
+    onBox([](MessageBox& box) {
+        EXPECT_EQ(box.findChildren<QPushButton*>().size(), 1);
+        QTest::mouseClick(&button(box, "Ok_BTN"), Qt::LeftButton);
+    });
+    EXPECT_EQ(service.show(request), mrNone);
+}
+
+TEST_F(Messages, anErrorKeepsItsDetailForThoseWhoAsk) {
+    const DatabaseError error(ErrorCategory::NotFound, "42S02", 208, "Invalid object name 'CostLevel'.");
+    onBox([](MessageBox& box) {
+        auto* detail = control<QPlainTextEdit>(box, "MessageDetail_EDT");
+        EXPECT_EQ(detail->toPlainText().toStdString(), "Invalid object name 'CostLevel'.");
+        EXPECT_FALSE(detail->isVisible());
+        QTest::mouseClick(control<QToolButton>(box, "Detail_BTN"), Qt::LeftButton);
+        EXPECT_TRUE(detail->isVisible());
+        box.reject();
+    });
+    service.show(host.catalogue().errorRequest(error));
+}
+
+TEST_F(Messages, markupInAnArgumentIsShownAsText) {
+    MessageRequest request;
+    request.operation = "NotEditable";
+    request.arguments = {"<b>x</b>"};
+    onBox([](MessageBox& box) {
+        EXPECT_EQ(control<QLabel>(box, "MessageText_LBL")->textFormat(), Qt::PlainText);
+        EXPECT_TRUE(control<QLabel>(box, "MessageText_LBL")->text().contains(QStringLiteral("<b>x</b>")));
+        box.reject();
+    });
+    service.show(request);
+}
+
+TEST_F(Messages, flashMessagesWaitForNobody) {
+    QWidget window;
+    window.resize(400, 300);
+    window.show();
+    MessageRequest request;
+    request.operation = "ShowFlashMessage";
+    request.arguments = {"بارکد شناخته شد"};
+    request.form = &window;
+    EXPECT_EQ(service.show(request), mrNone);
+    auto* toast = control<QFrame>(window, "Toast");
+    EXPECT_TRUE(toast->isVisible());
+    EXPECT_EQ(control<QLabel>(*toast, "ToastText_LBL")->text().toStdString(), "بارکد شناخته شد");
+    // A second note takes the place of the first and the last one goes away by itself.
+    Toast::show(&window, QStringLiteral("دوم"), 30);
+    EXPECT_EQ(window.findChildren<QFrame*>(QStringLiteral("Toast")).size(), 1);
+    QTRY_VERIFY2(window.findChildren<QFrame*>(QStringLiteral("Toast")).isEmpty(), "the note stays");
+}
+
+}  // namespace
+}  // namespace basalt::host

@@ -1,0 +1,180 @@
+// Search frames and the search manager, typed into like a user does.
+#include <QComboBox>
+#include <QLineEdit>
+#include <QTabBar>
+
+#include "tests/host_screens/screen_test.h"
+
+namespace basalt::host {
+namespace {
+
+class SearchFrames : public ScreenTest {
+protected:
+    TGeneral_Search_Frame* general() {
+        auto* frame = screens.createGeneralSearch("General", &window);
+        frame->AddItem({"Code", "کد", TSearchDataType::Digits});
+        frame->AddItem({"Name", "عنوان", TSearchDataType::Text});
+        frame->SetItemIndex(1);
+        frame->init();
+        return frame;
+    }
+    QWidget window;
+};
+
+TEST_F(SearchFrames, typingNarrowsAtEachLetter) {
+    auto* frame = general();
+    std::vector<std::string> filters;
+    frame->OnChange = [&] { filters.push_back(frame->Filter()); };
+    type(control<QLineEdit>(window, "General_EDT"), QStringLiteral("ab"));
+    EXPECT_EQ(filters, (std::vector<std::string>{"[Name] LIKE N'%a%'", "[Name] LIKE N'%ab%'"}));
+}
+
+TEST_F(SearchFrames, keysGivenToTheFrameReachItsInput) {
+    auto* frame = general();
+    type(frame, QStringLiteral("x"));
+    EXPECT_EQ(frame->Filter(), "[Name] LIKE N'%x%'");
+    // A key that the input does not want is not handed to it a second time.
+    QTest::keyClick(frame, Qt::Key_F5);
+    EXPECT_EQ(frame->Filter(), "[Name] LIKE N'%x%'");
+}
+
+TEST_F(SearchFrames, aDigitsItemTakesDigitsOnly) {
+    auto* frame = general();
+    auto* input = control<QLineEdit>(window, "General_EDT");
+    type(input, QStringLiteral("name 5"));
+    int changes = 0;
+    frame->OnChange = [&] { ++changes; };
+    control<QComboBox>(window, "General_CMB")->setCurrentIndex(0);
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(input->text().toStdString(), "");
+    type(input, QStringLiteral("1a۲-"));
+    EXPECT_EQ(input->text().toStdString(), "1۲");
+    EXPECT_EQ(frame->Filter(), "CAST([Code] AS NVARCHAR(40)) LIKE N'12%'");
+}
+
+TEST_F(SearchFrames, settingUpTellsNothing) {
+    int changes = 0;
+    auto* frame = screens.createGeneralSearch("General", &window);
+    frame->OnChange = [&] { ++changes; };
+    frame->AddItem({"Code", "کد", TSearchDataType::Digits});
+    frame->AddItem({"Name", "عنوان", TSearchDataType::Text});
+    frame->SetItemIndex(1);
+    frame->init();
+    frame->Clear();
+    EXPECT_EQ(changes, 0);
+    EXPECT_EQ(frame->ItemIndex(), 1);
+    EXPECT_EQ(frame->Filter(), "");
+    EXPECT_THROW(frame->SetItemIndex(2), UsageError);
+}
+
+TEST_F(SearchFrames, aRangeBoundsTheChosenItem) {
+    auto* frame = screens.createCostRangeSearch("Range", &window);
+    frame->AddItem({"F1", "همکار", TSearchDataType::Amount});
+    frame->AddItem({"ConsumerPrice", "مصرف‌کننده", TSearchDataType::Amount});
+    frame->init();
+    type(control<QLineEdit>(window, "Range_From_EDT"), QStringLiteral("۱۰۰x0"));
+    type(control<QLineEdit>(window, "Range_To_EDT"), QStringLiteral("2,500.5"));
+    EXPECT_EQ(frame->Filter(), "[F1] >= 1000 AND [F1] <= 2500.5");
+    control<QComboBox>(window, "Range_CMB")->setCurrentIndex(1);
+    EXPECT_EQ(frame->Filter(), "[ConsumerPrice] >= 1000 AND [ConsumerPrice] <= 2500.5");
+    frame->DeleteItem(1);
+    EXPECT_EQ(frame->ItemCount(), 1);
+    EXPECT_EQ(frame->Item(0).FieldName, "F1");
+    EXPECT_EQ(frame->Filter(), "");
+    EXPECT_THROW(frame->DeleteItem(1), UsageError);
+}
+
+TEST_F(SearchFrames, aRangeWithoutItemsNarrowsNothing) {
+    auto* frame = screens.createDigitRangeSearch("Range", &window);
+    frame->init();
+    EXPECT_EQ(frame->Filter(), "");
+    EXPECT_FALSE(control<QLineEdit>(window, "Range_From_EDT")->isEnabled());
+}
+
+TEST_F(SearchFrames, aTabStandsForAValue) {
+    auto* frame = screens.createTabSearch("Tab", &window);
+    frame->SetFieldName("Status");
+    frame->AddTab("&خرید  ", "1");
+    frame->AddTab("&فروش  ", "2");
+    frame->init();
+    EXPECT_EQ(frame->Filter(), "[Status] = 1");
+    std::vector<std::string> calls;
+    frame->OnChange = [&] { calls.push_back(frame->Filter()); };
+    frame->SetTabIndex(1);
+    EXPECT_EQ(calls, std::vector<std::string>{"[Status] = 2"});
+    // A screen that listens to the tabs decides itself when the frame reacts.
+    frame->OnTabChange = [&] { calls.push_back("screen"); };
+    control<QTabBar>(window, "Tab_TBC")->setCurrentIndex(0);
+    EXPECT_EQ(calls, (std::vector<std::string>{"[Status] = 2", "screen"}));
+    frame->Search_TBCChange();
+    EXPECT_EQ(calls.back(), "[Status] = 1");
+}
+
+TEST_F(SearchFrames, theManagerRunsTheNarrowedStatement) {
+    auto* frame = general();
+    open(priceRows({{1, "عمده", {}}, {2, "همکار", {}}}));
+    auto manager = screens.createSearchManager();
+    manager->SetDataSource(&source);
+    manager->SetSQLScript("select Code,Name from CostLevel");
+    manager->AddFrame(frame);
+    int searches = 0;
+    manager->AfterSearch = [&] { ++searches; };
+
+    session.expect("SELECT * FROM (select Code,Name from CostLevel) AS T WHERE [Name] LIKE N'%a%'",
+                   priceRows({{2, "همکار", {}}}));
+    type(control<QLineEdit>(window, "General_EDT"), QStringLiteral("a"));
+    EXPECT_EQ(query.RecordCount(), 1);
+    EXPECT_EQ(searches, 1);
+
+    session.expect("select Code,Name from CostLevel", priceRows({{1, "عمده", {}}, {2, "همکار", {}}}));
+    QTest::keyClick(control<QLineEdit>(window, "General_EDT"), Qt::Key_Backspace);
+    EXPECT_EQ(query.RecordCount(), 2);
+    EXPECT_EQ(query.SQL.Text(), "select Code,Name from CostLevel");
+    EXPECT_EQ(searches, 2);
+}
+
+TEST_F(SearchFrames, severalFramesNarrowTogether) {
+    auto* frame = general();
+    auto* tab = screens.createTabSearch("Tab", &window);
+    tab->SetFieldName("Status");
+    tab->AddTab("خرید", "1");
+    tab->init();
+    open(priceRows({{1, "عمده", {}}}));
+    auto manager = screens.createSearchManager();
+    manager->SetDataSource(&source);
+    manager->SetSQLScript("select * from T1");
+    manager->AddFrame(frame);
+    manager->AddFrame(tab);
+    session.expect("SELECT * FROM (select * from T1) AS T WHERE ([Name] LIKE N'%b%') AND ([Status] = 1)",
+                   priceRows({}));
+    type(control<QLineEdit>(window, "General_EDT"), QStringLiteral("b"));
+    EXPECT_EQ(query.RecordCount(), 0);
+}
+
+TEST_F(SearchFrames, afterAFailureTheListIsWhatItWas) {
+    auto* frame = general();
+    open(priceRows({{1, "عمده", {}}}));
+    auto manager = screens.createSearchManager();
+    manager->SetDataSource(&source);
+    manager->SetSQLScript("select * from T1");
+    manager->AddFrame(frame);
+    session.expectError("SELECT * FROM (select * from T1) AS T WHERE [Name] LIKE N'%b%'",
+                        DatabaseError(ErrorCategory::Busy, "HYT00", 1222, "Lock request time out period exceeded."));
+    session.expect("select rows", priceRows({{1, "عمده", {}}}));
+    messages.expect("DatabaseError");
+    type(control<QLineEdit>(window, "General_EDT"), QStringLiteral("b"));
+    ASSERT_EQ(messages.shown.size(), 1U);
+    EXPECT_EQ(messages.shown[0].arguments.back(), "Lock request time out period exceeded.");
+    EXPECT_EQ(query.SQL.Text(), "select rows");
+    EXPECT_EQ(query.RecordCount(), 1);
+}
+
+TEST_F(SearchFrames, aManagerWithoutQueryOrStatementSaysSo) {
+    auto manager = screens.createSearchManager();
+    EXPECT_THROW(manager->ExecuteFilter_DataSet(), UsageError);
+    manager->SetDataSource(&source);
+    EXPECT_THROW(manager->ExecuteFilter_DataSet(), UsageError);
+}
+
+}  // namespace
+}  // namespace basalt::host

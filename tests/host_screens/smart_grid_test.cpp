@@ -1,0 +1,302 @@
+// The grid over a data set: cursor, sort, columns, copy and exports.
+#include "host/screens/smart_grid.h"
+
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QHeaderView>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTemporaryDir>
+
+#include "tests/host_screens/screen_test.h"
+
+namespace basalt::host {
+namespace {
+
+class Grid : public ScreenTest {
+protected:
+    Grid() {
+        grid.AddColumn(column("Code", "کد"));
+        grid.AddColumn(column("Name", "عنوان"));
+        TGridColumn price = column("Price", "قیمت فروش");
+        price.DisplayFormat = "#,#0.##;-#,#0.##;0";
+        grid.AddColumn(price);
+        grid.SetDataSource(&source);
+        grid.resize(500, 300);
+        grid.show();
+    }
+    static TGridColumn column(const char* field, const char* title) {
+        TGridColumn made;
+        made.FieldName = field;
+        made.Title = QString::fromUtf8(title);
+        return made;
+    }
+    void openThree() { open(priceRows({{3, "پنیر", "12500.50"}, {1, "آب", std::nullopt}, {2, "بادام", "-300"}})); }
+    [[nodiscard]] std::string cell(int row, int column) const {
+        return grid.model().index(row, column).data().toString().toStdString();
+    }
+    [[nodiscard]] std::vector<std::string> codes() const {
+        std::vector<std::string> all;
+        for (int row = 0; row < grid.model().rowCount(); ++row)
+            all.push_back(cell(row, 0));
+        return all;
+    }
+    [[nodiscard]] QTableView& view() { return *static_cast<QTableView*>(grid.View()); }
+    void clickTitle(int column) {
+        QHeaderView* header = view().horizontalHeader();
+        const QPoint middle(header->sectionViewportPosition(column) + header->sectionSize(column) / 2,
+                            header->height() / 2);
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, middle);
+    }
+
+    SmartGrid grid{screens.context(), QStringLiteral("List_GRD"), nullptr};
+};
+
+TEST_F(Grid, showsNumbersInPersianDigitsAndKeepsTheDataAsItIs) {
+    openThree();
+    EXPECT_EQ(cell(0, 0), "۳");
+    EXPECT_EQ(cell(0, 1), "پنیر");
+    EXPECT_EQ(cell(0, 2), "۱۲,۵۰۰.۵");
+    EXPECT_EQ(cell(1, 2), "");
+    EXPECT_EQ(cell(2, 2), "-۳۰۰");
+    EXPECT_EQ(grid.model().index(0, 2).data(Qt::EditRole).toString().toStdString(), "12500.50");
+}
+
+TEST_F(Grid, aColumnWithoutItsFieldIsEmpty) {
+    grid.AddColumn(column("Nowhere", "هیچ"));
+    openThree();
+    EXPECT_EQ(cell(0, 3), "");
+}
+
+TEST_F(Grid, followsTheDataSetsCursorAndLeadsIt) {
+    openThree();
+    EXPECT_EQ(grid.CurrentRow(), 0);
+    query.Last();
+    EXPECT_EQ(view().currentIndex().row(), 2);
+    QTest::keyClick(&grid, Qt::Key_Up);
+    EXPECT_EQ(query.RecNo(), 2);
+    QTest::keyClick(&grid, Qt::Key_Home);
+    EXPECT_EQ(query.RecNo(), 1);
+    QTest::keyClick(&grid, Qt::Key_End);
+    EXPECT_EQ(query.RecNo(), 3);
+    const QRect second = view().visualRect(grid.model().index(1, 1));
+    QTest::mouseClick(view().viewport(), Qt::LeftButton, {}, second.center());
+    EXPECT_EQ(query.RecNo(), 2);
+    EXPECT_EQ(grid.CurrentRow(), 1);
+}
+
+TEST_F(Grid, hasNoCurrentRowWhileEmptyOrClosed) {
+    EXPECT_EQ(grid.CurrentRow(), -1);
+    open(priceRows({}));
+    EXPECT_EQ(grid.CurrentRow(), -1);
+    EXPECT_TRUE(grid.SelectedRows().empty());
+    openThree();
+    query.Close();
+    EXPECT_EQ(grid.CurrentRow(), -1);
+    EXPECT_EQ(grid.model().rowCount(), 0);
+}
+
+TEST_F(Grid, sortsByTitleAndKeepsTheRecord) {
+    openThree();
+    query.RecNo(3);  // code 2
+    clickTitle(0);
+    EXPECT_EQ(codes(), (std::vector<std::string>{"۱", "۲", "۳"}));
+    EXPECT_EQ(query.RecNo(), 3);
+    EXPECT_EQ(view().currentIndex().row(), 1);
+    EXPECT_EQ(grid.CurrentRow(), 2);
+    clickTitle(0);
+    EXPECT_EQ(codes(), (std::vector<std::string>{"۳", "۲", "۱"}));
+    clickTitle(1);
+    EXPECT_EQ(codes(), (std::vector<std::string>{"۱", "۲", "۳"}));
+    // The cursor moves as the eye does.
+    QTest::keyClick(&grid, Qt::Key_Up);
+    EXPECT_EQ(query.FieldByName("Code").AsInteger(), 1);
+    // New rows come in the chosen order.
+    open(priceRows({{7, "هل", {}}, {8, "آش", {}}}));
+    EXPECT_EQ(codes(), (std::vector<std::string>{"۸", "۷"}));
+}
+
+TEST_F(Grid, aTitleThatIsNoButtonDoesNotSort) {
+    TGridColumn still = grid.Column(0);
+    still.TitleButton = false;
+    grid.SetColumn(0, still);
+    openThree();
+    clickTitle(0);
+    EXPECT_EQ(codes(), (std::vector<std::string>{"۳", "۱", "۲"}));
+}
+
+TEST_F(Grid, columnsComeChangeAndGo) {
+    openThree();
+    TGridColumn hidden = grid.Column(1);
+    hidden.Visible = false;
+    grid.SetColumn(1, hidden);
+    EXPECT_TRUE(view().isColumnHidden(1));
+    TGridColumn rebound = column("Name", "نام");
+    grid.SetColumn(0, rebound);
+    EXPECT_EQ(cell(0, 0), "پنیر");
+    grid.RemoveColumn(2);
+    EXPECT_EQ(grid.ColumnCount(), 2);
+    EXPECT_EQ(grid.AddColumn(column("Price", "قیمت")), 2);
+    EXPECT_THROW(grid.RemoveColumn(3), UsageError);
+    EXPECT_THROW(static_cast<void>(grid.Column(-1)), UsageError);
+}
+
+TEST_F(Grid, aDoubleClickIsOnlyForRows) {
+    int clicks = 0;
+    grid.OnDblClick = [&] { ++clicks; };
+    openThree();
+    const QPoint row = view().visualRect(grid.model().index(1, 1)).center();
+    QTest::mouseClick(view().viewport(), Qt::LeftButton, {}, row);
+    QTest::mouseDClick(view().viewport(), Qt::LeftButton, {}, row);
+    EXPECT_EQ(clicks, 1);
+    QTest::mouseDClick(view().viewport(), Qt::LeftButton, {}, QPoint(10, view().viewport()->height() - 5));
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(Grid, selectsSeveralRowsWhenAsked) {
+    grid.SetMultiSelect(true);
+    openThree();
+    QTest::keyClick(&grid, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(grid.SelectedRows(), (std::vector<int>{0, 1, 2}));
+    grid.sortBy(0, true);
+    QTest::keyClick(&grid, Qt::Key_Home);
+    EXPECT_EQ(grid.SelectedRows(), std::vector<int>{0});
+}
+
+TEST_F(Grid, copiesWhatSpreadsheetsPaste) {
+    openThree();
+    grid.copySelection();
+    EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "کد\tعنوان\tقیمت فروش\n3\tپنیر\t12500.5\n");
+    grid.SetMultiSelect(true);
+    TGridColumn hidden = grid.Column(1);
+    hidden.Visible = false;
+    grid.SetColumn(1, hidden);
+    QTest::keyClick(&grid, Qt::Key_A, Qt::ControlModifier);
+    grid.copySelection();
+    EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "کد\tقیمت فروش\n3\t12500.5\n1\t\n2\t-300\n");
+}
+
+TEST_F(Grid, columnsAreChosenAndMovedByTheUser) {
+    openThree();
+    whenShown([] {
+        auto* chooser = static_cast<QDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(chooser, nullptr);
+        auto* list = control<QListWidget>(*chooser, "Columns_LST");
+        ASSERT_EQ(list->count(), 3);
+        list->item(0)->setCheckState(Qt::Unchecked);
+        list->setCurrentRow(2);
+        QTest::mouseClick(control<QPushButton>(*chooser, "Up_BTN"), Qt::LeftButton);
+        QTest::mouseClick(control<QPushButton>(*chooser, "Ok_BTN"), Qt::LeftButton);
+    });
+    grid.chooseColumns();
+    EXPECT_FALSE(grid.Column(0).Visible);
+    EXPECT_EQ(view().horizontalHeader()->visualIndex(2), 1);
+    EXPECT_EQ(view().horizontalHeader()->visualIndex(1), 2);
+}
+
+TEST_F(Grid, atLeastOneColumnStays) {
+    whenShown([] {
+        auto* chooser = static_cast<QDialog*>(QApplication::activeModalWidget());
+        auto* list = control<QListWidget>(*chooser, "Columns_LST");
+        for (int row = 0; row < list->count(); ++row)
+            list->item(row)->setCheckState(Qt::Unchecked);
+        EXPECT_FALSE(control<QPushButton>(*chooser, "Ok_BTN")->isEnabled());
+        chooser->reject();
+    });
+    grid.chooseColumns();
+    EXPECT_TRUE(grid.Column(0).Visible);
+}
+
+TEST_F(Grid, anArrangementComesBack) {
+    openThree();
+    view().horizontalHeader()->resizeSection(1, 222);
+    view().horizontalHeader()->moveSection(2, 0);
+    TGridColumn hidden = grid.Column(0);
+    hidden.Visible = false;
+    grid.SetColumn(0, hidden);
+    grid.sortBy(1, true);
+    const QJsonObject kept = grid.arrangement();
+
+    SmartGrid other(screens.context(), QStringLiteral("Other_GRD"), nullptr);
+    other.AddColumn(column("Code", "کد"));
+    other.AddColumn(column("Name", "عنوان"));
+    other.AddColumn(column("New", "تازه"));
+    other.AddColumn(column("Price", "قیمت فروش"));
+    other.SetDataSource(&source);
+    other.arrange(kept);
+    auto& otherView = *static_cast<QTableView*>(other.View());
+    EXPECT_EQ(otherView.horizontalHeader()->visualIndex(3), 0);
+    EXPECT_EQ(other.Column(1).Width, 222);
+    EXPECT_FALSE(other.Column(0).Visible);
+    EXPECT_TRUE(other.Column(2).Visible);
+    EXPECT_EQ(other.model().index(0, 1).data().toString().toStdString(), "پنیر");
+    EXPECT_EQ(other.model().index(2, 1).data().toString().toStdString(), "آب");
+    other.arrange(QJsonObject{{QStringLiteral("columns"), 5}, {QStringLiteral("sort"), QStringLiteral("Gone")}});
+    EXPECT_EQ(other.ColumnCount(), 4);
+}
+
+TEST_F(Grid, writesFilesWhereTheUserSays) {
+    openThree();
+    QTemporaryDir folder;
+    output.files = {folder.filePath("list.csv"), std::nullopt};
+    grid.exportCsv();
+    QFile file(folder.filePath("list.csv"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll().toStdString(),
+              "\xEF\xBB\xBFکد,عنوان,قیمت فروش\r\n3,پنیر,12500.5\r\n1,آب,\r\n2,بادام,-300\r\n");
+    grid.exportWorkbook();  // thought better of it
+    EXPECT_EQ(folder.path().isEmpty(), false);
+    EXPECT_EQ(output.asked.at(0).toStdString(), "خروجی CSV|فهرست.csv");
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{QStringLiteral("list.csv")});
+}
+
+TEST_F(Grid, aFileThatCannotBeWrittenIsAMessage) {
+    openThree();
+    output.files = {QStringLiteral("/nowhere/at/all.csv"), QStringLiteral("/nowhere/at/all.xlsx"),
+                    QStringLiteral("/nowhere/at/all.pdf")};
+    for (const char* action : {"GridCsv_ACT", "GridXlsx_ACT", "GridPdf_ACT"}) {
+        messages.expect("ProgramError");
+        grid.findChild<QAction*>(QString::fromLatin1(action))->trigger();
+    }
+    EXPECT_NE(messages.shown.at(0).arguments.at(1).find("/nowhere/at/all.csv"), std::string::npos);
+}
+
+TEST_F(Grid, forgetsASourceThatGoesFirst) {
+    auto own = std::make_unique<TDataSource>(&query);
+    grid.SetDataSource(own.get());
+    openThree();
+    EXPECT_EQ(grid.model().rowCount(), 3);
+    own.reset();
+    EXPECT_EQ(grid.model().rowCount(), 0);
+    query.Close();
+}
+
+TEST_F(Grid, aMillionRowsScrollSmoothly) {
+    ColumnInfo code;
+    code.name = "Code";
+    code.type = FieldType::Integer;
+    ColumnInfo name;
+    name.name = "Name";
+    RowSet rows({code, name});
+    for (int i = 0; i < 1'000'000; ++i) {
+        rows.column(0).appendInt(i);
+        rows.column(1).appendText("کالا");
+        rows.finishRow();
+    }
+    QElapsedTimer timer;
+    timer.start();
+    open(std::move(rows));
+    grid.grab();
+    EXPECT_LT(timer.restart(), 5'000);
+    for (int page = 0; page < 20; ++page) {
+        QTest::keyClick(&grid, Qt::Key_PageDown);
+        view().viewport()->grab();
+    }
+    EXPECT_LT(timer.elapsed(), 5'000);
+    query.Last();
+    EXPECT_EQ(view().currentIndex().row(), 999'999);
+}
+
+}  // namespace
+}  // namespace basalt::host

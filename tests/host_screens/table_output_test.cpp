@@ -1,0 +1,168 @@
+// Tables as text, workbook and pages.
+#include <zlib.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <map>
+
+#include "host/screens/output_error.h"
+#include "host/screens/record_content.h"
+#include "host/screens/table_printer.h"
+#include "host/screens/table_text.h"
+#include "host/screens/table_workbook.h"
+#include "tests/host_screens/screen_test.h"
+
+namespace basalt::host {
+namespace {
+
+class Table final : public TableContent {
+public:
+    std::vector<TableColumn> columnList;
+    std::vector<std::vector<Value>> rows;
+
+    [[nodiscard]] QString title() const override { return QStringLiteral("سطوح قیمت"); }
+    [[nodiscard]] std::vector<QString> headerLines() const override { return {QStringLiteral("شرکت نمونه")}; }
+    [[nodiscard]] const std::vector<TableColumn>& columns() const override { return columnList; }
+    [[nodiscard]] int rowCount() const override { return static_cast<int>(rows.size()); }
+    [[nodiscard]] Value value(int row, int column) const override {
+        return rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
+    }
+    [[nodiscard]] QString shown(int row, int column) const override {
+        return QString::fromStdString(toText(value(row, column)));
+    }
+};
+
+Table sample() {
+    Table table;
+    table.columnList = {{QStringLiteral("کد"), FieldType::Integer, {}, 60},
+                        {QStringLiteral("عنوان, \"شرح\""), FieldType::Text, {}, 200},
+                        {QStringLiteral("قیمت"), FieldType::Decimal, "#,#0.##;-#,#0.##;0", 120},
+                        {QStringLiteral("تاریخ"), FieldType::Date, {}, 100}};
+    table.rows = {{std::int64_t{1}, std::string("ساده"), *Decimal::parse("12500.50"),
+                   fromCivil({.year = 2026, .month = 11, .day = 21})},
+                  {std::int64_t{2}, std::string("با \"گیومه\", ویرگول\nو سطر"), Value{}, Value{}},
+                  {std::int64_t{-3}, std::string("تب\tدارد"), *Decimal::parse("1234567890123456.78"), Value{}}};
+    return table;
+}
+
+QByteArray contents(const QString& path) {
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    return file.readAll();
+}
+
+// The files of a zip archive, read by its central directory.
+std::map<std::string, std::string> unzipped(const QByteArray& zip) {
+    const auto number = [&](qsizetype at, int bytes) {
+        std::uint32_t value = 0;
+        for (int i = bytes; i-- > 0;)
+            value = value << 8 | static_cast<std::uint8_t>(zip[at + i]);
+        return value;
+    };
+    std::map<std::string, std::string> files;
+    for (qsizetype at = zip.indexOf("PK\x01\x02"); at >= 0; at = zip.indexOf("PK\x01\x02", at + 4)) {
+        const std::uint32_t packed = number(at + 20, 4);
+        const std::uint32_t size = number(at + 24, 4);
+        const std::string name = zip.mid(at + 46, number(at + 28, 2)).toStdString();
+        const std::uint32_t local = number(at + 42, 4);
+        const qsizetype data = local + 30 + number(local + 26, 2) + number(local + 28, 2);
+        std::string text(size, '\0');
+        if (number(at + 10, 2) == 0) {
+            text = zip.mid(data, size).toStdString();
+        } else {
+            z_stream stream{};
+            inflateInit2(&stream, -MAX_WBITS);
+            stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(zip.constData() + data));
+            stream.avail_in = packed;
+            stream.next_out = reinterpret_cast<Bytef*>(text.data());
+            stream.avail_out = size;
+            EXPECT_EQ(inflate(&stream, Z_FINISH), Z_STREAM_END) << name;
+            inflateEnd(&stream);
+        }
+        files[name] = text;
+    }
+    return files;
+}
+
+bool holds(const std::string& text, const char* piece) {
+    return text.find(piece) != std::string::npos;
+}
+
+class TableOutput : public ScreenTest {
+protected:
+    QTemporaryDir folder;
+};
+
+TEST_F(TableOutput, tabSeparatedKeepsOneLineARow) {
+    const int rows[]{2, 1};
+    EXPECT_EQ(tabSeparated(sample(), rows).toStdString(),
+              "کد\tعنوان, \"شرح\"\tقیمت\tتاریخ\n"
+              "-3\tتب دارد\t1234567890123456.78\t\n"
+              "2\tبا \"گیومه\", ویرگول و سطر\t\t\n");
+}
+
+TEST_F(TableOutput, csvQuotesWhatMustBeQuoted) {
+    const QString path = folder.filePath("t.csv");
+    writeCsv(sample(), path);
+    EXPECT_EQ(contents(path).toStdString(),
+              "\xEF\xBB\xBF"
+              "کد,\"عنوان, \"\"شرح\"\"\",قیمت,تاریخ\r\n"
+              "1,ساده,12500.5,2026-11-21\r\n"
+              "2,\"با \"\"گیومه\"\", ویرگول\nو سطر\",,\r\n"
+              "-3,تب\tدارد,1234567890123456.78,\r\n");
+}
+
+TEST_F(TableOutput, csvLeavesTheOldFileWhenItFails) {
+    EXPECT_THROW(writeCsv(sample(), QStringLiteral("/nowhere/t.csv")), OutputError);
+}
+
+TEST_F(TableOutput, aWorkbookHoldsNumbersDatesAndFormats) {
+    const QString path = folder.filePath("t.xlsx");
+    writeWorkbook(sample(), path);
+    const auto files = unzipped(contents(path));
+    const std::string& sheet = files.at("xl/worksheets/sheet1.xml");
+    EXPECT_TRUE(holds(sheet, "rightToLeft=\"1\""));
+    EXPECT_TRUE(holds(sheet, "<c r=\"A2\"><v>1</v></c>")) << sheet;
+    EXPECT_TRUE(holds(sheet, "<v>12500.5</v>"));
+    EXPECT_TRUE(holds(sheet, "<v>46347</v>")) << "2026-11-21 as a date of a spreadsheet";
+    EXPECT_TRUE(holds(sheet, "<t>ساده</t>"));
+    EXPECT_TRUE(holds(sheet, "<t>1234567890123456.78</t>")) << "too many digits for a spreadsheet's number";
+    EXPECT_TRUE(holds(files.at("xl/styles.xml"), "#,#0.##;-#,#0.##;0"));
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+              QStringList{QStringLiteral("t.xlsx")});
+}
+
+TEST_F(TableOutput, aWorkbookReplacesTheOneBefore) {
+    const QString path = folder.filePath("t.xlsx");
+    QFile old(path);
+    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+    old.write("old");
+    old.close();
+    writeWorkbook(sample(), path);
+    EXPECT_TRUE(contents(path).startsWith("PK"));
+    EXPECT_THROW(writeWorkbook(sample(), QStringLiteral("/nowhere/t.xlsx")), OutputError);
+}
+
+TEST_F(TableOutput, pagesRepeatTheTitlesAndCountThemselves) {
+    Table table = sample();
+    for (int i = 0; i < 200; ++i)
+        table.rows.push_back({std::int64_t{i}, std::string("سطر"), Value{}, Value{}});
+    const QString path = folder.filePath("t.pdf");
+    writePdf(table, QStringLiteral("1405/08/30"), path);
+    const QByteArray pdf = contents(path);
+    EXPECT_TRUE(pdf.startsWith("%PDF"));
+    const auto pages = pdf.count("/Type /Page\n");
+    EXPECT_GE(pages, 4);
+    EXPECT_LE(pages, 8);
+    EXPECT_THROW(writePdf(table, {}, QStringLiteral("/nowhere/t.pdf")), OutputError);
+}
+
+TEST_F(TableOutput, aHugeListIsNotPrinted) {
+    Table table = sample();
+    EXPECT_NO_THROW(checkPrintable(table));
+    table.rows.resize(100'001);
+    EXPECT_THROW(checkPrintable(table), OutputError);
+}
+
+}  // namespace
+}  // namespace basalt::host
