@@ -23,10 +23,9 @@ struct DeclareStatement : StatementOf<StatementKind::Declare> {
     std::vector<Variable> variables;
 };
 
-// SET @v = e, SET @v += e
+// SET @v = e. SET @v += e is read as SET @v = @v + e.
 struct SetVariableStatement : StatementOf<StatementKind::SetVariable> {
     std::string name;
-    AssignmentOperator op = AssignmentOperator::Set;
     ExpressionPtr value;
 };
 

@@ -11,14 +11,50 @@ using namespace ast;
 
 namespace {
 
+BinaryOperator operationOf(AssignmentOperator op) {
+    switch (op) {
+        case AssignmentOperator::Subtract:
+            return BinaryOperator::Subtract;
+        case AssignmentOperator::Multiply:
+            return BinaryOperator::Multiply;
+        case AssignmentOperator::Divide:
+            return BinaryOperator::Divide;
+        case AssignmentOperator::Modulo:
+            return BinaryOperator::Modulo;
+        case AssignmentOperator::BitAnd:
+            return BinaryOperator::BitAnd;
+        case AssignmentOperator::BitOr:
+            return BinaryOperator::BitOr;
+        case AssignmentOperator::BitXor:
+            return BinaryOperator::BitXor;
+        case AssignmentOperator::Set:
+        case AssignmentOperator::Add:
+            break;
+    }
+    return BinaryOperator::Add;
+}
+
 StatementPtr parseSetVariable(TokenCursor& cursor, std::uint32_t start) {
     auto statement = std::make_unique<SetVariableStatement>();
+    const SourceRange variableRange = cursor.peek().range;
     statement->name = cursor.variable();
+    const SourceRange operatorRange = cursor.peek().range;
     const std::optional<AssignmentOperator> op = acceptAssignment(cursor);
     if (!op) cursor.failHere();
     if (cursor.at(Keyword::Cursor)) cursor.unsupportedHere("CURSOR");
-    statement->op = *op;
     statement->value = parseExpression(cursor);
+    if (*op != AssignmentOperator::Set) {
+        auto variable = std::make_unique<VariableExpression>();
+        variable->name = statement->name;
+        variable->range = variableRange;
+        auto operation = std::make_unique<BinaryExpression>();
+        operation->op = operationOf(*op);
+        operation->operatorRange = operatorRange;
+        operation->left = std::move(variable);
+        operation->right = std::move(statement->value);
+        operation->range = cursor.from(start);
+        statement->value = std::move(operation);
+    }
     return finish(cursor, std::move(statement), start);
 }
 
@@ -46,7 +82,7 @@ void parseOptionValue(TokenCursor& cursor, SetOptionStatement& statement) {
         expectOnOff(cursor, statement);
     } else if (cursor.at(TokenKind::Word)) {
         statement.word = cursor.capitalWord();
-    } else if (atExpression(cursor)) {
+    } else if (cursor.at(TokenKind::Literal) || cursor.at(TokenKind::Variable) || cursor.at(TokenKind::Minus)) {
         statement.value = parseOperand(cursor);
     } else {
         cursor.failHere();

@@ -176,7 +176,7 @@ void writeControlStatement(Writer& writer, const Statement& statement) {
             break;
         case StatementKind::SetVariable: {
             const auto& set = as<SetVariableStatement>(statement);
-            writer << "SET " << set.name << spellingOf(set.op);
+            writer << "SET " << set.name << " = ";
             write(writer, *set.value);
             break;
         }

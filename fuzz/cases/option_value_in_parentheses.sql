@@ -1,0 +1,1 @@
+select dateadd(day, 1, a), datediff(month, a, b), datepart(yy, a), dtimsetamp, eomon SET  ExitthGoodDeta(ia)
