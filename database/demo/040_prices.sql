@@ -159,24 +159,25 @@ END
 go
 
 -- Price lists of a few goods; they use the levels 1 to 3.
-IF NOT EXISTS (SELECT 1 FROM dbo.costlist)
-BEGIN
-    INSERT INTO dbo.costlist ([Type], [Status], TypeCode, CostLevelCode, Cost, [Default])
-    VALUES
-        (3, 0, 1, 1, 15340000, 1),
-        (3, 0, 1, 2, 14160000, 0),
-        (3, 0, 1, 3, 13688000, 0),
-        (3, 0, 2, 1, 14170000, 1),
-        (3, 0, 2, 2, 13080000, 0),
-        (3, 0, 2, 3, 12644000, 0),
-        (3, 0, 7, 1, 793000, 1),
-        (3, 0, 7, 2, 732000, 0),
-        (3, 0, 7, 3, 707500, 0),
-        (3, 0, 13, 1, 1495000, 1),
-        (3, 0, 13, 2, 1380000, 0),
-        (3, 0, 13, 3, 1334000, 0),
-        (3, 0, 22, 1, 4160000, 1),
-        (3, 0, 22, 2, 3840000, 0),
-        (3, 0, 22, 3, 3712000, 0)
-END
+INSERT INTO dbo.costlist ([Type], [Status], TypeCode, CostLevelCode, Cost, [Default])
+SELECT N.[Type], N.[Status], N.TypeCode, N.CostLevelCode, N.Cost, N.[Default]
+FROM (
+    SELECT 3 AS [Type], 0 AS [Status], 1 AS TypeCode, 1 AS CostLevelCode, 15340000 AS Cost, 1 AS [Default]
+    UNION ALL SELECT 3, 0, 1, 2, 14160000, 0
+    UNION ALL SELECT 3, 0, 1, 3, 13688000, 0
+    UNION ALL SELECT 3, 0, 2, 1, 14170000, 1
+    UNION ALL SELECT 3, 0, 2, 2, 13080000, 0
+    UNION ALL SELECT 3, 0, 2, 3, 12644000, 0
+    UNION ALL SELECT 3, 0, 7, 1, 793000, 1
+    UNION ALL SELECT 3, 0, 7, 2, 732000, 0
+    UNION ALL SELECT 3, 0, 7, 3, 707500, 0
+    UNION ALL SELECT 3, 0, 13, 1, 1495000, 1
+    UNION ALL SELECT 3, 0, 13, 2, 1380000, 0
+    UNION ALL SELECT 3, 0, 13, 3, 1334000, 0
+    UNION ALL SELECT 3, 0, 22, 1, 4160000, 1
+    UNION ALL SELECT 3, 0, 22, 2, 3840000, 0
+    UNION ALL SELECT 3, 0, 22, 3, 3712000, 0
+) AS N
+INNER JOIN dbo.CostLevel AS L ON L.Code = N.CostLevelCode AND L.CostType = 1
+WHERE NOT EXISTS (SELECT 1 FROM dbo.costlist)
 go
