@@ -14,6 +14,7 @@ constexpr std::int64_t kTicksPerDay = 864'000'000'000;
 // A point query has a row or two; a chunk that starts small and grows in a few steps costs neither much.
 constexpr std::uint32_t kFirstCapacity = 4;
 constexpr std::uint32_t kGrowth = 4;
+constexpr std::size_t kFirstArena = 64;
 
 constexpr std::uint8_t cellWidth(FieldType type) {
     switch (type) {
@@ -134,20 +135,32 @@ namespace detail {
 
 void Block::resize(std::size_t size) {
     if (size == 0) {
-        std::free(data_);
-        data_ = nullptr;
-    } else {
-        void* moved = std::realloc(data_, size);
-        if (moved == nullptr) throw std::bad_alloc();
-        data_ = static_cast<std::byte*>(moved);
+        *this = Block();
+        return;
     }
+    void* moved = std::realloc(lent_ ? nullptr : data_, size);
+    if (moved == nullptr) throw std::bad_alloc();
+    if (lent_) std::memcpy(moved, data_, std::min(size, size_));
+    data_ = static_cast<std::byte*>(moved);
     size_ = size;
+    lent_ = false;
 }
 
 }  // namespace detail
 
-Column::Column(ColumnInfo info) : info_(std::move(info)), width_(cellWidth(info_.type)) {
+Column::Column(const ColumnInfo& info) : info_(&info), width_(cellWidth(info.type)) {
     tail_.width = width_;
+}
+
+std::size_t Column::firstRoom() const {
+    return std::size_t{kFirstCapacity} * width_ + (inArena(info_->type) ? kFirstArena : 0);
+}
+
+void Column::lend(std::byte* memory) {
+    const std::size_t cells = std::size_t{kFirstCapacity} * width_;
+    tail_.cells.borrow(memory, cells);
+    tail_.capacity = kFirstCapacity;
+    if (inArena(info_->type)) tail_.arena.borrow(memory + cells, kFirstArena);
 }
 
 Value convertValue(const ColumnInfo& column, const Value& value) {
@@ -182,13 +195,13 @@ Value convertValue(const ColumnInfo& column, const Value& value) {
 }
 
 void Column::failRange(std::int64_t value) const {
-    basalt::failRange(info_, value);
+    basalt::failRange(*info_, value);
 }
 
 void Column::grow() {
     std::uint32_t capacity = tail_.capacity == 0 ? kFirstCapacity : tail_.capacity * kGrowth;
     if (tail_.count == Chunk::kRows) {
-        const std::size_t arenaUsed = inArena(info_.type) ? tail_.end(tail_.count - 1) : 0;
+        const std::size_t arenaUsed = inArena(info_->type) ? tail_.end(tail_.count - 1) : 0;
         if (tail_.arena.size() != arenaUsed) tail_.arena.resize(arenaUsed);
         full_.push_back(std::move(tail_));
         tail_ = Chunk();
@@ -209,7 +222,7 @@ void Column::grow() {
 void Column::growArena(std::size_t needed) {
     if (needed > UINT32_MAX) {
         throw DatabaseError(ErrorCategory::Limit, "HY001", 0,
-                            "column " + info_.name + ": more than 4 GB of text in 4096 rows");
+                            "column " + info_->name + ": more than 4 GB of text in 4096 rows");
     }
     // Large values in doublings would waste what the values themselves take; half again keeps both bounds.
     const std::size_t wanted = std::max<std::size_t>({needed, tail_.arena.size() + tail_.arena.size() / 2, 32});
@@ -238,7 +251,7 @@ void Column::markNull(Chunk& chunk, std::size_t row, bool null) {
 void Column::appendNull() {
     const std::uint32_t row = nextRow();
     markNull(tail_, row, true);
-    if (inArena(info_.type)) {
+    if (inArena(info_->type)) {
         tail_.put(row, tail_.begin(row));
     } else {
         std::memset(tail_.cells.data() + std::size_t{row} * tail_.width, 0, tail_.width);
@@ -247,9 +260,9 @@ void Column::appendNull() {
 }
 
 void Column::appendDateTime(DateTime value) {
-    assert(info_.type == FieldType::Date || info_.type == FieldType::DateTime);
+    assert(info_->type == FieldType::Date || info_->type == FieldType::DateTime);
     const std::uint32_t row = nextRow();
-    if (info_.type == FieldType::Date) {
+    if (info_->type == FieldType::Date) {
         tail_.put(row, dayOf(value));
     } else {
         tail_.put(row, value.ticks);
@@ -258,28 +271,28 @@ void Column::appendDateTime(DateTime value) {
 }
 
 double Column::doubleAt(std::size_t row) const {
-    assert(row < size() && info_.type == FieldType::Float);
+    assert(row < size() && info_->type == FieldType::Float);
     return chunkOf(row).get<double>(row % Chunk::kRows);
 }
 
 Int128 Column::coefficientAt(std::size_t row) const {
-    assert(row < size() && info_.type == FieldType::Decimal);
+    assert(row < size() && info_->type == FieldType::Decimal);
     const Chunk& chunk = chunkOf(row);
     row %= Chunk::kRows;
     return chunk.width == 8 ? chunk.get<std::int64_t>(row) : chunk.get<Int128>(row);
 }
 
 DateTime Column::dateTimeAt(std::size_t row) const {
-    assert(row < size() && (info_.type == FieldType::Date || info_.type == FieldType::DateTime));
+    assert(row < size() && (info_->type == FieldType::Date || info_->type == FieldType::DateTime));
     const Chunk& chunk = chunkOf(row);
     row %= Chunk::kRows;
-    if (info_.type == FieldType::Date) return {chunk.get<std::int32_t>(row) * kTicksPerDay};
+    if (info_->type == FieldType::Date) return {chunk.get<std::int32_t>(row) * kTicksPerDay};
     return {chunk.get<std::int64_t>(row)};
 }
 
 Value Column::valueAt(std::size_t row) const {
     if (isNull(row)) return Null{};
-    switch (info_.type) {
+    switch (info_->type) {
         case FieldType::Boolean:
             return intAt(row) != 0;
         case FieldType::TinyInt:
@@ -290,7 +303,7 @@ Value Column::valueAt(std::size_t row) const {
         case FieldType::Float:
             return doubleAt(row);
         case FieldType::Decimal:
-            return Decimal(coefficientAt(row), info_.scale);
+            return Decimal(coefficientAt(row), info_->scale);
         case FieldType::Text:
             return std::string(textAt(row));
         case FieldType::Binary: {
@@ -306,8 +319,8 @@ Value Column::valueAt(std::size_t row) const {
 
 void Column::appendValue(const Value& value) {
     if (basalt::isNull(value)) return appendNull();
-    const Value fitted = convertValue(info_, value);
-    switch (info_.type) {
+    const Value fitted = convertValue(*info_, value);
+    switch (info_->type) {
         case FieldType::Boolean:
             return appendInt(std::get<bool>(fitted) ? 1 : 0);
         case FieldType::TinyInt:
@@ -336,7 +349,7 @@ void Column::writeFixed(Chunk& chunk, std::size_t row, const Value& value) {
         std::memset(chunk.cells.data() + row * chunk.width, 0, chunk.width);
         return;
     }
-    switch (info_.type) {
+    switch (info_->type) {
         case FieldType::Boolean:
             return chunk.put(row, static_cast<std::uint8_t>(std::get<bool>(value) ? 1 : 0));
         case FieldType::TinyInt:
@@ -374,7 +387,7 @@ void Column::writeBytes(Chunk& chunk, std::size_t row, std::string_view value) {
     const std::size_t total = used - (end - begin) + value.size();
     if (total > UINT32_MAX) {
         throw DatabaseError(ErrorCategory::Limit, "HY001", 0,
-                            "column " + info_.name + ": more than 4 GB of text in 4096 rows");
+                            "column " + info_->name + ": more than 4 GB of text in 4096 rows");
     }
     if (total > chunk.arena.size()) chunk.arena.resize(total);
     if (used != end) std::memmove(chunk.arena.data() + begin + value.size(), chunk.arena.data() + end, used - end);
@@ -386,10 +399,10 @@ void Column::writeBytes(Chunk& chunk, std::size_t row, std::string_view value) {
 
 void Column::set(std::size_t row, const Value& value) {
     assert(row < size());
-    const Value fitted = convertValue(info_, value);
+    const Value fitted = convertValue(*info_, value);
     Chunk& chunk = chunkOf(row);
     row %= Chunk::kRows;
-    if (!inArena(info_.type)) {
+    if (!inArena(info_->type)) {
         writeFixed(chunk, row, fitted);
     } else if (const auto* text = std::get_if<std::string>(&fitted)) {
         writeBytes(chunk, row, *text);
@@ -408,7 +421,7 @@ void Column::remove(std::size_t row) {
         const bool last = index >= full_.size();
         Chunk& chunk = last ? tail_ : full_[index];
         const std::size_t at = index == row / Chunk::kRows ? row % Chunk::kRows : 0;
-        if (inArena(info_.type)) writeBytes(chunk, at, {});
+        if (inArena(info_->type)) writeBytes(chunk, at, {});
         const std::size_t behind = chunk.count - at - 1;
         std::byte* const cell = chunk.cells.data() + at * chunk.width;
         std::memmove(cell, cell + chunk.width, behind * chunk.width);
@@ -429,14 +442,14 @@ void Column::remove(std::size_t row) {
         const Value moved = valueAt(taken);
         ++chunk.count;
         const std::size_t end = chunk.count - 1;
-        if (inArena(info_.type)) chunk.put(end, chunk.begin(end));
+        if (inArena(info_->type)) chunk.put(end, chunk.begin(end));
         set(index * Chunk::kRows + end, moved);
     }
 }
 
 std::size_t Column::memory() const {
     const auto chunkMemory = [](const Chunk& chunk) {
-        return sizeof(Chunk) + chunk.cells.size() + chunk.arena.size() + chunk.nulls.size();
+        return sizeof(Chunk) + chunk.cells.memory() + chunk.arena.memory() + chunk.nulls.memory();
     };
     std::size_t bytes = sizeof(Column) - sizeof(Chunk) + chunkMemory(tail_);
     for (const Chunk& chunk : full_)
@@ -444,10 +457,23 @@ std::size_t Column::memory() const {
     return bytes + (full_.capacity() - full_.size()) * sizeof(Chunk);
 }
 
-RowSet::RowSet(std::vector<ColumnInfo> columns) {
-    columns_.reserve(columns.size());
-    for (ColumnInfo& info : columns)
-        columns_.emplace_back(std::move(info));
+RowSet::RowSet(std::vector<ColumnInfo> columns)
+    : RowSet(std::make_shared<const std::vector<ColumnInfo>>(std::move(columns))) {}
+
+RowSet::RowSet(std::shared_ptr<const std::vector<ColumnInfo>> columns) : infos_(std::move(columns)) {
+    columns_.reserve(infos_->size());
+    std::size_t room = 0;
+    for (const ColumnInfo& info : *infos_) {
+        columns_.push_back(Column(info));
+        room += columns_.back().firstRoom();
+    }
+    if (room == 0) return;
+    first_.resize(room);
+    std::byte* memory = first_.data();
+    for (Column& column : columns_) {
+        column.lend(memory);
+        memory += column.firstRoom();
+    }
 }
 
 int RowSet::indexOf(std::string_view name) const {
@@ -464,7 +490,7 @@ void RowSet::removeRow(std::size_t row) {
 }
 
 std::size_t RowSet::memory() const {
-    std::size_t bytes = sizeof(RowSet);
+    std::size_t bytes = sizeof(RowSet) + first_.memory();
     for (const Column& column : columns_)
         bytes += column.memory();
     return bytes;

@@ -16,6 +16,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -65,26 +66,39 @@ struct ColumnInfo {
 
 namespace detail {
 
-// Memory without initial contents that grows in place where the allocator can.
+// Memory without initial contents that grows in place where the allocator can. It may begin with memory lent by another
+// block, which it gives up when it grows.
 class Block {
 public:
     Block() = default;
-    Block(Block&& other) noexcept : data_(std::exchange(other.data_, nullptr)), size_(std::exchange(other.size_, 0)) {}
+    Block(Block&& other) noexcept { *this = std::move(other); }
     Block& operator=(Block&& other) noexcept {
         std::swap(data_, other.data_);
         std::swap(size_, other.size_);
+        std::swap(lent_, other.lent_);
         return *this;
     }
-    ~Block() { std::free(data_); }
+    ~Block() {
+        if (!lent_) std::free(data_);
+    }
 
     [[nodiscard]] std::byte* data() const { return data_; }
     [[nodiscard]] std::size_t size() const { return size_; }
+    // Bytes that it holds itself.
+    [[nodiscard]] std::size_t memory() const { return lent_ ? 0 : size_; }
     // Keeps the first min(old, new) bytes; throws std::bad_alloc and stays as it is when there is no memory.
     void resize(std::size_t size);
+    // Only while empty. The memory must outlive the block or its next resize.
+    void borrow(std::byte* data, std::size_t size) {
+        data_ = data;
+        size_ = size;
+        lent_ = true;
+    }
 
 private:
     std::byte* data_ = nullptr;
     std::size_t size_ = 0;
+    bool lent_ = false;
 };
 
 // Up to kRows cells of one column. Cells of one width stand side by side; of texts and bytes the cell is the end of the
@@ -119,11 +133,10 @@ struct Chunk {
 
 }  // namespace detail
 
+// One column of a row set, which owns it.
 class Column {
 public:
-    explicit Column(ColumnInfo info);
-
-    [[nodiscard]] const ColumnInfo& info() const { return info_; }
+    [[nodiscard]] const ColumnInfo& info() const { return *info_; }
     [[nodiscard]] std::size_t size() const { return full_.size() * detail::Chunk::kRows + tail_.count; }
 
     // Filling. One append a row, of the column's own type. DatabaseError (Conversion) for a number that the type cannot
@@ -158,6 +171,11 @@ private:
     friend class RowSet;
     using Chunk = detail::Chunk;
 
+    explicit Column(const ColumnInfo& info);
+    // Room for the first rows of a small result: bytes wanted, and the place of them.
+    [[nodiscard]] std::size_t firstRoom() const;
+    void lend(std::byte* memory);
+
     [[nodiscard]] const Chunk& chunkOf(std::size_t row) const {
         const std::size_t index = row / Chunk::kRows;
         return index < full_.size() ? full_[index] : tail_;
@@ -178,9 +196,9 @@ private:
     void remove(std::size_t row);
     [[noreturn]] void failRange(std::int64_t value) const;
 
-    ColumnInfo info_;
-    std::uint8_t width_;  // bytes of a cell; of a decimal the width at which a chunk starts
-    Chunk tail_;          // the chunk being filled
+    const ColumnInfo* info_;  // the row set's
+    std::uint8_t width_;      // bytes of a cell; of a decimal the width at which a chunk starts
+    Chunk tail_;              // the chunk being filled
     std::vector<Chunk> full_;
 };
 
@@ -188,6 +206,10 @@ class RowSet {
 public:
     RowSet() = default;
     explicit RowSet(std::vector<ColumnInfo> columns);
+    // The same without a copy: an engine that runs a statement again shares the description of its columns.
+    explicit RowSet(std::shared_ptr<const std::vector<ColumnInfo>> columns);
+    RowSet(RowSet&&) noexcept = default;
+    RowSet& operator=(RowSet&&) noexcept = default;
 
     [[nodiscard]] std::size_t rowCount() const { return rows_; }
     [[nodiscard]] std::size_t columnCount() const { return columns_.size(); }
@@ -202,6 +224,8 @@ public:
     [[nodiscard]] std::size_t memory() const;
 
 private:
+    std::shared_ptr<const std::vector<ColumnInfo>> infos_;
+    detail::Block first_;  // the first rows of all columns in one piece
     std::vector<Column> columns_;
     std::size_t rows_ = 0;
 };
@@ -209,7 +233,7 @@ private:
 // What an engine calls once a cell.
 
 inline void Column::appendInt(std::int64_t value) {
-    assert(isIntegral(info_.type));
+    assert(isIntegral(info_->type));
     const std::uint32_t row = nextRow();
     switch (width_) {
         case 1:
@@ -234,14 +258,14 @@ inline void Column::appendInt(std::int64_t value) {
 }
 
 inline void Column::appendDouble(double value) {
-    assert(info_.type == FieldType::Float);
+    assert(info_->type == FieldType::Float);
     const std::uint32_t row = nextRow();
     tail_.put(row, value);
     tail_.count = row + 1;
 }
 
 inline void Column::appendDecimal(Int128 coefficient) {
-    assert(info_.type == FieldType::Decimal);
+    assert(info_->type == FieldType::Decimal);
     const std::uint32_t row = nextRow();
     const auto narrow = static_cast<std::int64_t>(coefficient);
     if (tail_.width == 8 && narrow != coefficient) [[unlikely]]
@@ -259,7 +283,7 @@ inline void Column::appendText(std::string_view value) {
 }
 
 inline void Column::appendBytes(const void* data, std::size_t size) {
-    assert(info_.type == FieldType::Text || info_.type == FieldType::Binary);
+    assert(info_->type == FieldType::Text || info_->type == FieldType::Binary);
     const std::uint32_t row = nextRow();
     const std::uint32_t begin = tail_.begin(row);
     if (tail_.arena.size() - begin < size) [[unlikely]]
@@ -275,7 +299,7 @@ inline bool Column::isNull(std::size_t row) const {
 }
 
 inline std::int64_t Column::intAt(std::size_t row) const {
-    assert(row < size() && isIntegral(info_.type));
+    assert(row < size() && isIntegral(info_->type));
     const Chunk& chunk = chunkOf(row);
     row %= Chunk::kRows;
     switch (width_) {
@@ -291,7 +315,7 @@ inline std::int64_t Column::intAt(std::size_t row) const {
 }
 
 inline std::string_view Column::bytesAt(std::size_t row) const {
-    assert(row < size() && (info_.type == FieldType::Text || info_.type == FieldType::Binary));
+    assert(row < size() && (info_->type == FieldType::Text || info_->type == FieldType::Binary));
     const Chunk& chunk = chunkOf(row);
     row %= Chunk::kRows;
     const std::uint32_t begin = chunk.begin(row);

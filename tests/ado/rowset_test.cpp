@@ -222,7 +222,8 @@ struct RefusedCase {
 class RefusedValue : public ::testing::TestWithParam<RefusedCase> {};
 
 TEST_P(RefusedValue, leavesTheColumnAsItWas) {
-    Column cells(GetParam().column);
+    RowSet cellsSet({GetParam().column});
+    Column& cells = cellsSet.column(0);
     cells.appendNull();
     for (const bool append : {true, false}) {
         try {
@@ -260,7 +261,8 @@ INSTANTIATE_TEST_SUITE_P(
     NameOfCase());
 
 TEST(RowSet, appendedIntegersOutOfRangeAreRefused) {
-    Column cells(column("Code", FieldType::Integer));
+    RowSet cellsSet({column("Code", FieldType::Integer)});
+    Column& cells = cellsSet.column(0);
     EXPECT_THROW(cells.appendInt(std::numeric_limits<std::int64_t>::max()), DatabaseError);
     EXPECT_EQ(cells.size(), 0U);
     cells.appendInt(5);
@@ -268,17 +270,20 @@ TEST(RowSet, appendedIntegersOutOfRangeAreRefused) {
 }
 
 TEST(RowSet, convertsWhatFits) {
-    Column price(ColumnInfo{.name = "Cost", .type = FieldType::Decimal, .precision = 23, .scale = 9});
+    RowSet priceSet({ColumnInfo{.name = "Cost", .type = FieldType::Decimal, .precision = 23, .scale = 9}});
+    Column& price = priceSet.column(0);
     price.appendValue(0.1);
     price.appendValue(std::string("12500.5"));
     price.appendValue(std::int64_t{3});
     EXPECT_EQ(toText(price.valueAt(0)), "0.100000000");
     EXPECT_EQ(toText(price.valueAt(1)), "12500.500000000");
     EXPECT_EQ(toText(price.valueAt(2)), "3.000000000");
-    Column name(column("Name", FieldType::Text));
+    RowSet nameSet({column("Name", FieldType::Text)});
+    Column& name = nameSet.column(0);
     name.appendValue(std::int64_t{7});
     EXPECT_EQ(name.textAt(0), "7");
-    Column day(column("Day", FieldType::Date));
+    RowSet daySet({column("Day", FieldType::Date)});
+    Column& day = daySet.column(0);
     day.appendValue(std::string("2024-02-29 13:00"));
     EXPECT_EQ(toText(day.valueAt(0)), "2024-02-29");
 }
