@@ -29,7 +29,7 @@ std::string textOf(const fs::path& path) {
                         "this program was built without an engine for odbc: databases; use embedded:PATH");
 }
 
-std::unique_ptr<Session> openEmbedded(const std::string& path, bool create) {
+std::unique_ptr<embedded::EmbeddedSession> openEmbedded(const std::string& path, bool create) {
     if (create && path != memory) {
         const fs::path folder = pathOf(path).parent_path();
         std::error_code failure;
@@ -40,6 +40,15 @@ std::unique_ptr<Session> openEmbedded(const std::string& path, bool create) {
         }
     }
     return embedded::EmbeddedSession::open(path, {.createIfMissing = create});
+}
+
+std::unique_ptr<embedded::EmbeddedSession> openFile(const DatabaseUrl& url) {
+    std::error_code failure;
+    if (!fs::exists(pathOf(url.target), failure)) {
+        throw MissingDatabase("there is no database at " + url.target +
+                              "; make one with: basalt db create --demo --database \"" + url.display() + "\"");
+    }
+    return openEmbedded(url.target, false);
 }
 
 // The half-made file of a database and what the engine keeps beside it; gone at the end unless it became the database.
@@ -73,17 +82,19 @@ std::unique_ptr<Session> openDatabase(const DatabaseUrl& url) {
         deployDatabase(*session, {.demo = true});
         return session;
     }
-    std::error_code failure;
-    if (!fs::exists(pathOf(url.target), failure)) {
-        throw MissingDatabase("there is no database at " + url.target +
-                              "; make one with: basalt db create --demo --database \"" + url.display() + "\"");
-    }
-    return openEmbedded(url.target, false);
+    return openFile(url);
 }
 
 std::unique_ptr<Session> openOrCreateDatabase(const DatabaseUrl& url) {
     if (url.engine == EngineKind::Odbc) refuseOdbc();
     return openEmbedded(url.target, true);
+}
+
+std::vector<std::string> findDamage(const DatabaseUrl& url) {
+    if (url.engine == EngineKind::Odbc)
+        throw UsageError("a database on a server is checked with the server's own means");
+    if (url.inMemory()) return {};
+    return openFile(url)->integrityCheck();
 }
 
 void createDatabase(const DatabaseUrl& url, bool demo) {

@@ -5,6 +5,8 @@
 
 #include <memory>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "ado/session.h"
 #include "host/engines/database_url.h"
@@ -23,6 +25,10 @@ public:
 
 // The same for a database that is to be deployed: a missing file is made, with its folder, and nothing is put into it.
 [[nodiscard]] std::unique_ptr<Session> openOrCreateDatabase(const DatabaseUrl& url);
+
+// What a full check of an embedded database finds, in words; empty when it is sound. UsageError for a database on a
+// server, which has means of its own.
+[[nodiscard]] std::vector<std::string> findDamage(const DatabaseUrl& url);
 
 // Makes the file of a new embedded database, whole or not at all. UsageError when there is a file already.
 void createDatabase(const DatabaseUrl& url, bool demo);

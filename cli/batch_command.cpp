@@ -1,0 +1,89 @@
+// basalt batch: a call in JSON on each line of the standard input, its reply on a line of the standard output.
+#include <iostream>
+#include <memory>
+
+#include "ado/error.h"
+#include "cli/commands.h"
+#include "cli/workspace.h"
+#include "host/calls/function_caller.h"
+
+namespace basalt::cli {
+
+namespace {
+
+struct BatchCall {
+    std::string function;
+    host::CallArguments arguments;
+    std::vector<host::Answer> answers;
+};
+
+host::Answer parseAnswer(const Datum& word) {
+    const std::optional<host::Answer> answer = host::Answer::parse(word.asText());
+    if (!answer) throw UsageError("an answer is yes, no, cancel, ok or a number, not " + word.toJson());
+    return *answer;
+}
+
+// {"call":NAME,"args":{...} or [...],"answers":[...]}
+BatchCall parseCall(const std::string& line) {
+    const Datum request = Datum::parseJson(line);
+    if (!request.isRecord()) throw UsageError("a call is an object like {\"call\":NAME,\"args\":{},\"answers\":[]}");
+    BatchCall call;
+    for (const auto& [key, value] : request.asRecord()) {
+        if (key == "call" && value.isText()) {
+            call.function = value.asText();
+        } else if (key == "args" && value.isRecord()) {
+            call.arguments.named = value.asRecord();
+        } else if (key == "args" && value.isList()) {
+            call.arguments.positional = value.asList();
+        } else if (key == "answers" && value.isList()) {
+            for (const Datum& word : value.asList())
+                call.answers.push_back(parseAnswer(word));
+        } else {
+            throw UsageError(
+                "a call has \"call\" with a name, \"args\" with an object or a list, and \"answers\" with a list; \"" +
+                key + "\": " + value.toJson() + " is none of them");
+        }
+    }
+    if (call.function.empty()) throw UsageError("the call names no function: \"call\" is missing");
+    return call;
+}
+
+host::CallReport answer(host::FunctionCaller& caller, const std::string& line) {
+    host::CallReport report;
+    try {
+        const BatchCall call = parseCall(line);
+        report = caller.call(call.function, call.arguments, call.answers);
+    } catch (const std::exception& error) {
+        report.error = host::describeError(error);
+    }
+    return report;
+}
+
+// False when a call failed.
+bool answerAll(Workspace& workspace) {
+    host::FunctionCaller caller(workspace.module().registry(), workspace.host());
+    bool well = true;
+    for (std::string line; std::getline(std::cin, line);) {
+        if (line.find_first_not_of(" \t\r") == std::string::npos) continue;
+        const host::CallReport report = answer(caller, line);
+        well = well && !report.error;
+        std::cout << host::toDatum(report).toJson() << std::endl;
+    }
+    return well;
+}
+
+int run(const CommonOptions& common) {
+    Workspace workspace(common);
+    // What failed is in the replies; the batch itself has gone through.
+    if (answerAll(workspace)) workspace.finish();
+    return 0;
+}
+
+}  // namespace
+
+void addBatchCommand(Program& program) {
+    (void)program.command(program.app, "batch", "calls functions given in JSON, one a line, and replies likewise",
+                          [&common = program.options] { return run(common); });
+}
+
+}  // namespace basalt::cli

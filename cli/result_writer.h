@@ -1,0 +1,37 @@
+// Shows the results of a batch of statements.
+//
+//   ResultWriter writer(std::cout, ResultFormat::Table, outputIsTerminal());
+//   writer.write(session.run("select Code, Name from CostLevel"));
+//
+// Tables are aligned by the columns that characters take, whatever their script; numbers stand to the right. CSV is RFC
+// 4180 with a line of titles. JSON is one line a result set, a list of objects; {"affectedRows":n} for a statement
+// without rows.
+#pragma once
+
+#include <ostream>
+
+#include "ado/session.h"
+
+namespace basalt::cli {
+
+enum class ResultFormat { Table, Csv, Json };
+
+class ResultWriter {
+public:
+    // On a terminal, right-to-left cells are kept in their columns by invisible marks.
+    ResultWriter(std::ostream& out, ResultFormat format, bool terminal)
+        : out_(out), format_(format), terminal_(terminal) {}
+
+    void write(const BatchResult& batch);
+
+private:
+    void writeTable(const RowSet& rows);
+    void writeCsv(const RowSet& rows);
+    void writeJson(const RowSet& rows);
+
+    std::ostream& out_;
+    ResultFormat format_;
+    bool terminal_;
+};
+
+}  // namespace basalt::cli

@@ -1,0 +1,136 @@
+// basalt screen ENTRY [ARG ...] [--steps FILE]: an entry point on the screen, by hand or played from a script.
+#include <QApplication>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <memory>
+
+#include "cli/commands.h"
+#include "cli/terminal.h"
+#include "cli/workspace.h"
+#include "cli/wrong_usage.h"
+#include "host/calls/function_caller.h"
+#include "host/screens/qt_message_service.h"
+#include "host/screens/screen_services_impl.h"
+#include "host/steps/step_player.h"
+#include "host/steps/steps_file.h"
+
+namespace basalt::cli {
+
+namespace {
+
+struct ScreenOptions {
+    std::string entry;
+    std::vector<std::string> arguments;
+    std::string steps;
+};
+
+std::string readFile(const std::string& name) {
+    std::ifstream stream(name, std::ios::binary);
+    if (!stream) throw WrongUsage("the file " + name + " cannot be read");
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+const EntryPoint& findEntry(const Registry& registry, const std::string& name) {
+    if (const EntryPoint* entry = registry.findEntryPoint(name)) return *entry;
+    std::string message = "there is no screen " + name + "; there are:";
+    for (const EntryPoint& entry : registry.entryPoints())
+        message += "\n  " + entry.name;
+    throw WrongUsage(message);
+}
+
+host::BoundArguments bind(const EntryPoint& entry, const std::vector<std::string>& words) {
+    try {
+        return host::bindArguments(entry.parameters, entry.name, host::argumentsFromWords(entry.parameters, words));
+    } catch (const UsageError& error) {
+        throw WrongUsage(error.what());
+    }
+}
+
+// Qt reads its own options from the arguments; those of this program are not for it.
+// Qt's own words for developers go to the standard error; one that the offscreen display repeats for every window does
+// not.
+void tell(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (message.contains("propagateSizeHints")) return;
+    std::cerr << qFormatLogMessage(type, context, message).toStdString() << std::endl;
+}
+
+class Application {
+public:
+    Application() : application_(count_, arguments_) { qInstallMessageHandler(tell); }
+
+private:
+    char name_[7] = "basalt";
+    char* arguments_[2] = {name_, nullptr};
+    int count_ = 1;
+    QApplication application_;
+};
+
+void requireDisplay(bool played) {
+    if (hasDisplay()) return;
+    if (!played) throw std::runtime_error("there is no display to show a screen on; --steps FILE plays one without");
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+int report(const host::CallReport& report, const std::optional<std::string>& failure) {
+    std::cout << host::toDatum(report).toJson() << std::endl;
+    if (failure) std::cerr << *failure << '\n';
+    if (report.error) std::cerr << "basalt: " << report.error->message << '\n';
+    return failure || report.error ? 1 : 0;
+}
+
+int play(Workspace& workspace, const EntryPoint& entry, const host::BoundArguments& arguments,
+         std::vector<host::Step> steps, const std::string& file) {
+    host::FunctionCaller caller(workspace.module().registry(), workspace.host());
+    host::StepPlayer player(std::move(steps), file);
+    // Steps may ask for statements after the call has returned and its report has been taken.
+    std::optional<host::CallReport> done;
+    player.setStatements(
+        [&]() -> const std::vector<SentStatement>& { return done ? done->statements : caller.statements(); });
+    player.start();
+    done = caller.show(entry, arguments, player.messages());
+    player.returned(done->result);
+    player.finish();
+    return report(*done, player.failure());
+}
+
+int showByHand(Workspace& workspace, const EntryPoint& entry, const host::BoundArguments& arguments) {
+    host::FunctionCaller caller(workspace.module().registry(), workspace.host());
+    host::QtMessageService messages(workspace.host().catalogue());
+    return report(caller.show(entry, arguments, messages), std::nullopt);
+}
+
+int openScreen(Workspace& workspace, const ScreenOptions& options, std::vector<host::Step> steps) {
+    const EntryPoint& entry = findEntry(workspace.module().registry(), options.entry);
+    const host::BoundArguments arguments = bind(entry, options.arguments);
+    host::HostScreenServices screens(workspace.host());
+    workspace.host().setScreens(&screens);
+    if (options.steps.empty()) return showByHand(workspace, entry, arguments);
+    return play(workspace, entry, arguments, std::move(steps), options.steps);
+}
+
+int run(const CommonOptions& common, const ScreenOptions& options) {
+    const bool played = !options.steps.empty();
+    std::vector<host::Step> steps;
+    if (played) steps = host::parseSteps(readFile(options.steps), options.steps);
+    requireDisplay(played);
+    Application application;
+    Workspace workspace(common);
+    const int status = openScreen(workspace, options, std::move(steps));
+    if (status == 0) workspace.finish();
+    return status;
+}
+
+}  // namespace
+
+void addScreenCommand(Program& program) {
+    const auto options = std::make_shared<ScreenOptions>();
+    CLI::App& command = program.command(program.app, "screen", "opens a screen and tells in JSON what was done on it",
+                                        [&common = program.options, options] { return run(common, *options); });
+    command.add_option("ENTRY", options->entry, "the entry point, as in: basalt functions")->required();
+    command.add_option("ARGUMENT", options->arguments, "VALUE in the order of the inputs, or NAME=VALUE");
+    command.add_option("--steps", options->steps, "play the steps of a file instead of waiting for a person")
+        ->type_name("FILE");
+}
+
+}  // namespace basalt::cli

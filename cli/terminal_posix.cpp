@@ -1,0 +1,36 @@
+#include <unistd.h>
+
+#include <clocale>
+#include <cstdlib>
+
+#include "cli/terminal.h"
+
+namespace basalt::cli {
+
+namespace {
+
+bool isSet(const char* variable) {
+    const char* value = std::getenv(variable);
+    return value && *value;
+}
+
+}  // namespace
+
+void prepareTerminal() {
+    // Only how characters are written; numbers stay as programs read them.
+    std::setlocale(LC_CTYPE, "");
+}
+
+bool inputIsTerminal() {
+    return isatty(STDIN_FILENO) != 0;
+}
+
+bool outputIsTerminal() {
+    return isatty(STDOUT_FILENO) != 0;
+}
+
+bool hasDisplay() {
+    return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
+}
+
+}  // namespace basalt::cli

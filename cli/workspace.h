@@ -1,0 +1,77 @@
+// What the commands stand on: the database, the host over it and the module, as the common options want them.
+//
+//   Workspace workspace(options);
+//   FunctionCaller caller(workspace.module().registry(), workspace.host());
+//   ...
+//   workspace.finish();
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "ado/session.h"
+#include "cli/options.h"
+#include "cli/run_identity.h"
+#include "host/engines/database_url.h"
+#include "host/module_loader/module_loader.h"
+#include "host/services/reference_host.h"
+
+namespace basalt {
+class ReplaySession;
+}
+
+namespace basalt::cli {
+
+// The database that the options name, this user's own when they name none. WrongUsage for a URL that is none.
+[[nodiscard]] host::DatabaseUrl databaseOf(const CommonOptions& options);
+
+// DatabaseError that tells what to do when the database is not the reference database of this program.
+void requireDeployed(Session& session, const host::DatabaseUrl& url);
+
+// Any: as it is. Deployed: only a database with the tables that the host and the module work on.
+enum class DatabaseNeed { Any, Deployed };
+
+// An open database, recorded or replayed as the options want.
+class Database {
+public:
+    Database(const CommonOptions& options, DatabaseNeed need);
+    ~Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    [[nodiscard]] Session& session() { return *used_; }
+    // When and as whom the host is to act: now and this process, or as recorded, so that a replay sends what was
+    // recorded.
+    [[nodiscard]] const RunIdentity& identity() const { return identity_; }
+    // At the end of a run that went well: UsageError when the replayed file holds more than was asked for.
+    void finish();
+
+private:
+    RunIdentity identity_;
+    std::unique_ptr<Session> database_;  // null when replaying
+    std::unique_ptr<Session> wrapper_;   // null when neither recording nor replaying
+    ReplaySession* replay_ = nullptr;
+    Session* used_ = nullptr;
+};
+
+class Workspace {
+public:
+    // The user is signed in and the settings of the options are set.
+    explicit Workspace(const CommonOptions& options);
+    Workspace(const Workspace&) = delete;
+    Workspace& operator=(const Workspace&) = delete;
+
+    [[nodiscard]] host::ReferenceHost& host() { return *host_; }
+    [[nodiscard]] Module& module() { return module_; }
+    // At the end of a run that went well: lets go of host and module, and then as Database::finish.
+    void finish();
+
+private:
+    Module& module_;
+    Database database_;
+    host::FixedClock clock_;
+    std::optional<host::ReferenceHost> host_;
+    std::optional<host::AttachedModule> attached_;
+};
+
+}  // namespace basalt::cli

@@ -1,0 +1,270 @@
+// The player on real widgets: a small list screen that opens an editor, as the module's screens do.
+#include "host/steps/step_player.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QFile>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QShortcut>
+#include <QStandardItemModel>
+#include <QTabBar>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QVBoxLayout>
+
+#include "host/steps/steps_file.h"
+
+namespace basalt::host {
+namespace {
+
+class Editor : public QDialog {
+public:
+    Editor(const QString& name, MessageService& messages) : messages_(messages) {
+        setObjectName("Editor_FRM");
+        auto* layout = new QVBoxLayout(this);
+        name_.setObjectName("Name_EDT");
+        name_.setText(name);
+        save_.setObjectName("Save_BTN");
+        save_.setText("Save");
+        layout->addWidget(&name_);
+        layout->addWidget(&save_);
+        connect(&save_, &QPushButton::clicked, this, &QDialog::accept);
+        original_ = name;
+    }
+
+    [[nodiscard]] QString name() const { return name_.text(); }
+
+    void reject() override {
+        if (name_.text() != original_) {
+            MessageRequest question{.operation = "MsgUnsavedChanges",
+                                    .buttons = {TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel}};
+            const int answer = messages_.show(question);
+            if (answer == mrCancel) return;
+            if (answer == mrYes) return accept();
+        }
+        QDialog::reject();
+    }
+
+private:
+    MessageService& messages_;
+    QLineEdit name_;
+    QPushButton save_;
+    QString original_;
+};
+
+class List : public QDialog {
+public:
+    explicit List(MessageService& messages) : messages_(messages), model_(3, 2) {
+        setObjectName("List_FRM");
+        const char* names[] = {"یک", "دو", "سه"};
+        for (int row = 0; row < 3; ++row) {
+            model_.setItem(row, 0, new QStandardItem(QString(QChar(0x06F1 + row))));
+            model_.setItem(row, 1, new QStandardItem(QString::fromUtf8(names[row])));
+        }
+        model_.setHorizontalHeaderLabels({"کد", "عنوان"});
+        grid_.setObjectName("List_GRD");
+        grid_.setModel(&model_);
+        grid_.setSelectionBehavior(QAbstractItemView::SelectRows);
+        grid_.setEditTriggers(QAbstractItemView::NoEditTriggers);
+        edit_.setObjectName("Edit_BTN");
+        edit_.setText("Edit");
+        disabled_.setObjectName("New_BTN");
+        disabled_.setEnabled(false);
+        hidden_.setObjectName("Delete_BTN");
+        combo_.setObjectName("Type_CMB");
+        combo_.addItems({"خرید", "فروش", "هر دو"});
+        tabs_.setObjectName("Tab_TBC");
+        tabs_.addTab("first");
+        tabs_.addTab("second");
+        auto* layout = new QVBoxLayout(this);
+        for (QWidget* widget : std::initializer_list<QWidget*>{&tabs_, &combo_, &grid_, &edit_, &disabled_, &hidden_}) {
+            layout->addWidget(widget);
+        }
+        hidden_.hide();
+        connect(&edit_, &QPushButton::clicked, this, [this] { edit(); });
+        connect(&grid_, &QTableView::doubleClicked, this, [this] { edit(); });
+        connect(new QShortcut(QKeySequence("F5"), this), &QShortcut::activated, this, [this] { edit(); });
+        connect(&tabs_, &QTabBar::currentChanged, this,
+                [this](int tab) { messages_.show({.operation = "TabChanged", .arguments = {std::to_string(tab)}}); });
+    }
+
+    int chosen = 0;
+
+    void accept() override {
+        chosen = grid_.currentIndex().row() + 1;
+        QDialog::accept();
+    }
+
+private:
+    void edit() {
+        const int row = grid_.currentIndex().row();
+        if (row < 0) return;
+        Editor editor(model_.item(row, 1)->text(), messages_);
+        if (editor.exec() == QDialog::Accepted) model_.item(row, 1)->setText(editor.name());
+    }
+
+    MessageService& messages_;
+    QStandardItemModel model_;
+    QTabBar tabs_;
+    QComboBox combo_;
+    QTableView grid_;
+    QPushButton edit_, disabled_, hidden_;
+};
+
+// Plays the steps on the list and gives the failure, or the empty text.
+std::string play(const std::string& text, const std::vector<SentStatement>& statements = {}) {
+    StepPlayer player(parseSteps(text, "t.steps"), "t.steps",
+                      {.step = std::chrono::milliseconds(300), .standstill = std::chrono::seconds(30)});
+    player.setStatements([&]() -> const std::vector<SentStatement>& { return statements; });
+    player.start();
+    int chosen = 0;
+    {
+        List list(player.messages());
+        list.exec();
+        chosen = list.chosen;
+    }
+    player.returned(chosen);
+    player.finish();
+    EXPECT_TRUE(player.finished());
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    return player.failure().value_or("");
+}
+
+TEST(StepPlayer, renamesThroughTheEditor) {
+    EXPECT_EQ(play(R"(expect screen List_FRM
+expect rows List_GRD 3
+row List_GRD 2
+click Edit_BTN
+expect screen Editor_FRM
+expect text Name_EDT دو
+clear Name_EDT
+type Name_EDT همکار ۲ (New)
+expect text Name_EDT همکار 2 (New)
+click Save_BTN
+expect screen List_FRM
+expect cell List_GRD 2 عنوان همکار ۲ (New)
+expect cell List_GRD 2 2 همکار ۲ (New)
+expect cell List_GRD 2 کد 2
+key - Esc
+expect result 0
+)"),
+              "");
+}
+
+TEST(StepPlayer, doubleClickAndShortCutOpenTheEditorOfTheCurrentRow) {
+    EXPECT_EQ(
+        play("row List_GRD 3\ndblclick List_GRD\nexpect text Name_EDT سه\nkey - Esc\nexpect screen List_FRM\n"
+             "row List_GRD 1\nkey List_GRD F5\nexpect text Name_EDT یک\nkey Name_EDT Esc\nexpect screen List_FRM\n"),
+        "");
+}
+
+TEST(StepPlayer, statesTabsAndCombos) {
+    EXPECT_EQ(
+        play("expect disabled New_BTN\nexpect enabled Edit_BTN\nexpect visible Edit_BTN\nexpect hidden Delete_BTN\n"
+             "choose Type_CMB 3\nexpect text Type_CMB هر دو\nchoose Type_CMB 1\nexpect text Type_CMB خرید\n"
+             "tab Tab_TBC 2\nexpect message TabChanged 1\nclick Edit_BTN\nexpect focused Edit_BTN\n"),
+        "");
+}
+
+TEST(StepPlayer, answersAheadAndBefore) {
+    const std::string change = "row List_GRD 1\nclick Edit_BTN\ntype Name_EDT x\n";
+    EXPECT_EQ(
+        play(change + "key - Esc\nexpect message MsgUnsavedChanges\nanswer cancel\nexpect screen Editor_FRM\n"
+                      "answer yes\nkey - Esc\nexpect message MsgUnsavedChanges\nexpect cell List_GRD 1 عنوان یکx\n"),
+        "");
+}
+
+TEST(StepPlayer, leavesScreensOpenAtTheEndClosedWithoutSaving) {
+    EXPECT_EQ(play("row List_GRD 1\nclick Edit_BTN\ntype Name_EDT x\n"),
+              "t.steps:3: expected no message, found MsgUnsavedChanges");
+}
+
+TEST(StepPlayer, statementsAreClaimedInOrder) {
+    std::vector<SentStatement> sent(3);
+    sent[0].text = "select 1";
+    sent[1].text = "update a\nset b";
+    sent[2].procedure = "GetNext";
+    EXPECT_EQ(play("expect statement update a\\nset b\nexpect statement GetNext\n", sent), "");
+    EXPECT_EQ(play("expect statement GetNext\nexpect statement select 1\n", sent),
+              "t.steps:2: expected the statement\n  select 1\n, found no further statement");
+}
+
+TEST(StepPlayer, takesPictures) {
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("deep/list.png");
+    EXPECT_EQ(play("shot " + file.toStdString() + "\n"), "");
+    EXPECT_FALSE(QImage(file).isNull());
+}
+
+TEST(StepPlayer, slowScreensAreWaitedFor) {
+    // The editor is looked for before the event that opens it has been handled.
+    StepPlayer player(parseSteps("expect screen Late_FRM\n", "t.steps"), "t.steps");
+    QDialog list;
+    list.setObjectName("List_FRM");
+    QDialog late;
+    late.setObjectName("Late_FRM");
+    QTimer::singleShot(200, &late, [&] { late.exec(); });
+    player.start();
+    list.exec();
+    player.returned({});
+    player.finish();
+    EXPECT_EQ(player.failure().value_or(""), "");
+}
+
+struct Failing {
+    std::string name;
+    std::string steps;
+    std::string failure;
+};
+
+class FailingSteps : public ::testing::TestWithParam<Failing> {};
+
+TEST_P(FailingSteps, nameLineExpectedAndFound) {
+    EXPECT_EQ(play(GetParam().steps), "t.steps:" + GetParam().failure);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, FailingSteps,
+    ::testing::Values(
+        Failing{"wrongScreen", "expect screen Editor_FRM", "1: expected the screen Editor_FRM, found List_FRM"},
+        Failing{"wrongCount", "\nexpect rows List_GRD 4", "2: expected 4 rows in List_GRD, found 3"},
+        Failing{"wrongCell", "expect cell List_GRD 1 2 دو",
+                "1: expected \"دو\" in row 1, column 2 of List_GRD, found \"یک\""},
+        Failing{"noSuchRow", "row List_GRD 4", "1: expected row 4, found 3 rows"},
+        Failing{"noSuchColumn", "expect cell List_GRD 1 3 x", "1: expected column 3, found 2 columns"},
+        Failing{"noSuchTitle", "expect cell List_GRD 1 نام x", "1: expected column نام, found the columns کد, عنوان"},
+        Failing{"noSuchObject", "click Save_BTN",
+                "1: expected an object Save_BTN on List_FRM, found none of that name"},
+        Failing{"clickOnDisabled", "click New_BTN", "1: expected New_BTN to be enabled, found it disabled"},
+        Failing{"clickOnHidden", "click Delete_BTN", "1: expected Delete_BTN to be visible, found it hidden"},
+        Failing{"stateIsOther", "expect enabled New_BTN", "1: expected New_BTN to be enabled, found it not enabled"},
+        Failing{"typeIntoButton", "type Edit_BTN x",
+                "1: expected Edit_BTN to take text, found another kind of control"},
+        Failing{"noSuchTab", "tab Tab_TBC 3", "1: expected tab 3, found 2 tabs"},
+        Failing{"noSuchItem", "choose Type_CMB 4", "1: expected item 4, found 3 items"},
+        Failing{"noSuchKey", "key - Hyperdrive", "1: expected a key, found \"Hyperdrive\""},
+        Failing{"noMessage", "expect message MsgDeleteRow", "1: expected message MsgDeleteRow, found none"},
+        Failing{"otherMessage", "tab Tab_TBC 2\nexpect message TabChanged 5",
+                "2: expected message TabChanged (5), found TabChanged (1)"},
+        Failing{"unclaimedMessage", "tab Tab_TBC 2", "1: expected no message, found TabChanged (1)"},
+        Failing{"noStatement", "expect statement x", "1: expected the statement\n  x\n, found no further statement"},
+        Failing{"unansweredQuestion",
+                "row List_GRD 1\nclick Edit_BTN\ntype Name_EDT x\nkey - Esc\nclick Save_BTN\nanswer yes",
+                "4: expected an answer to MsgUnsavedChanges (yes, no, cancel), found none"},
+        Failing{"answerThatDoesNotFit", "row List_GRD 1\nclick Edit_BTN\ntype Name_EDT x\nkey - Esc\nanswer ok",
+                "4: expected an answer to MsgUnsavedChanges (yes, no, cancel), found ok"},
+        Failing{"answerNobodyAskedFor", "answer yes\nexpect rows List_GRD 3",
+                "1: expected a question for the answer yes, found none"},
+        Failing{"wrongResult", "key - Esc\nexpect result 3", "2: expected the result 3, found 0"},
+        Failing{"resultTooEarly", "expect result 0", "1: expected the result 0, found the call still running"}),
+    [](const auto& test) { return test.param.name; });
+
+}  // namespace
+}  // namespace basalt::host
