@@ -5,6 +5,7 @@
 #include "engines/embedded/catalog/catalog.h"
 #include "engines/embedded/catalog/object_name.h"
 #include "engines/embedded/executor/executor.h"
+#include "engines/embedded/interpreter/interpreter.h"
 #include "engines/embedded/lexer/error_context.h"
 #include "engines/embedded/lexer/lexer.h"
 #include "engines/embedded/open_database.h"
@@ -37,6 +38,7 @@ public:
           database_(openDatabase(path, options)),
           catalog_(*database_),
           executor_(*database_, catalog_, options.clock ? options.clock : currentLocalTicks),
+          interpreter_(executor_, catalog_),
           cache_(options.planCacheSize) {}
 
     BatchResult run(std::string_view sql, std::span<const Value> parameters) {
@@ -68,6 +70,7 @@ public:
     SqliteDatabase& database() { return *database_; }
     Catalog& catalog() { return catalog_; }
     Executor& executor() { return executor_; }
+    Interpreter& interpreter() { return interpreter_; }
     [[nodiscard]] const std::string& path() const { return path_; }
     [[nodiscard]] const PlanStatistics& statistics() const { return statistics_; }
 
@@ -76,14 +79,14 @@ private:
         auto compiled = std::make_unique<CompiledBatch>();
         compiled->batch = parse(lexer_);
         compiled->markerTypes = markerTypes_;
+        compiled->layout.addDeclarations(compiled->batch, compiled->batch.statements, catalog_);
+        compiled->plain = Interpreter::isPlain(compiled->batch);
         compiled->generation = catalog_.generation();
         CompiledBatch& kept = cache_.keep(lexer_.key(), std::move(compiled));
         try {
             const ast::Batch& batch = kept.batch;
             runStatements(kept, {.table = &batch.literals, .markers = parameters, .markerTypes = markerTypes_}, result);
-            kept.complete = std::ranges::all_of(batch.statements, [](const ast::StatementPtr& statement) {
-                return Executor::isPlanned(statement->kind);
-            });
+            kept.complete = Interpreter::isStraight(batch);
             if (kept.complete && batch.statements.size() == 1)
                 kept.single = kept.plans.find(batch.statements.front().get());
             kept.generation = catalog_.generation();
@@ -122,16 +125,16 @@ private:
 
     void runStatements(CompiledBatch& compiled, const Environment& environment, BatchResult& result) {
         const ast::Batch& batch = compiled.batch;
-        for (const ast::StatementPtr& statement : batch.statements) {
-            if (!Executor::takes(statement->kind)) throwUnsupported("This statement", batch.text, statement->range);
+        if (!compiled.plain) return interpreter_.run(batch, compiled.layout, compiled.plans, environment, result);
+        for (const ast::StatementPtr& statement : batch.statements)
             executor_.execute(batch, *statement, compiled.plans, environment, result);
-        }
     }
 
     std::string path_;
     std::unique_ptr<SqliteDatabase> database_;
     Catalog catalog_;
     Executor executor_;
+    Interpreter interpreter_;
     PlanCache cache_;
     Lexer lexer_;
     std::vector<SqlType> markerTypes_;
@@ -155,11 +158,11 @@ BatchResult EmbeddedSession::run(std::string_view sql, std::span<const Value> pa
 }
 
 ProcedureInfo EmbeddedSession::procedure(std::string_view name) {
-    throwSqlError(2812, "Could not find stored procedure '" + std::string(name) + "'.");
+    return core_->interpreter().procedure(name);
 }
 
-CallResult EmbeddedSession::call(std::string_view name, std::span<const Argument>) {
-    throwSqlError(2812, "Could not find stored procedure '" + std::string(name) + "'.");
+CallResult EmbeddedSession::call(std::string_view name, std::span<const Argument> arguments) {
+    return core_->interpreter().call(name, arguments);
 }
 
 void EmbeddedSession::begin() {

@@ -12,16 +12,20 @@
 
 #include "engines/embedded/ast/batch.h"
 #include "engines/embedded/executor/plan.h"
+#include "engines/embedded/interpreter/layout.h"
 
 namespace basalt::embedded {
 
 struct CompiledBatch {
     ast::Batch batch;
+    Layout layout;  // its variables
     PlanSet plans;
     std::vector<SqlType> markerTypes;
     std::uint64_t generation = 0;  // of the catalog when it was planned
     // One planned statement and nothing else: the plan that carries the whole batch out.
     Plan* single = nullptr;
+    // Whether the executor alone runs it; otherwise it is the interpreter's.
+    bool plain = false;
     // Whether every statement is planned, so that the plans say which literals they depend on. Otherwise the batch
     // serves only texts with all the same literals.
     bool complete = false;

@@ -244,19 +244,21 @@ INSTANTIATE_TEST_SUITE_P(
                  "DECLARE @GoodCode int;\nSELECT @GoodCode = 57;\nSELECT @GoodCode AS g;"},
         TreeCase{"DeclareTable", "declare @t table (a int, primary key (a)), @i as int = 5",
                  "DECLARE @t TABLE (a int, PRIMARY KEY (a)), @i int = 5;"},
-        TreeCase{"SetForms",
-                 "set @a = 1 set @a += 2; set nocount, xact_abort on set identity_insert t off set transaction "
-                 "isolation level read committed set dateformat dmy set rowcount 5 set lock_timeout -1",
-                 "SET @a = 1;\nSET @a = (@a + 2);\nSET NOCOUNT, XACT_ABORT ON;\nSET IDENTITY_INSERT t OFF;\nSET TRANSACTION "
-                 "ISOLATION LEVEL "
-                 "READ COMMITTED;\nSET DATEFORMAT DMY;\nSET ROWCOUNT 5;\nSET LOCK_TIMEOUT (-1);"},
+        TreeCase{
+            "SetForms",
+            "set @a = 1 set @a += 2; set nocount, xact_abort on set identity_insert t off set transaction "
+            "isolation level read committed set dateformat dmy set rowcount 5 set lock_timeout -1",
+            "SET @a = 1;\nSET @a = (@a + 2);\nSET NOCOUNT, XACT_ABORT ON;\nSET IDENTITY_INSERT t OFF;\nSET TRANSACTION "
+            "ISOLATION LEVEL "
+            "READ COMMITTED;\nSET DATEFORMAT DMY;\nSET ROWCOUNT 5;\nSET LOCK_TIMEOUT (-1);"},
         TreeCase{"DanglingElse", "if 1=1 if 2=2 print 1 else print 2",
                  "IF (1 = 1)\n    IF (2 = 2)\n        PRINT 1\n    ELSE\n        PRINT 2;"},
         TreeCase{"ElseBehindSemicolon", "if exists(select 1) print 1; else begin print 2 end",
                  "IF EXISTS (SELECT 1)\n    PRINT 1\nELSE\n    BEGIN\n        PRINT 2;\n    END;"},
-        TreeCase{"While", "while @i < 5 begin set @i += 1 if @i = 3 break continue end",
-                 "WHILE (@i < 5)\n    BEGIN\n        SET @i = (@i + 1);\n        IF (@i = 3)\n            BREAK;\n        "
-                 "CONTINUE;\n    END;"},
+        TreeCase{
+            "While", "while @i < 5 begin set @i += 1 if @i = 3 break continue end",
+            "WHILE (@i < 5)\n    BEGIN\n        SET @i = (@i + 1);\n        IF (@i = 3)\n            BREAK;\n        "
+            "CONTINUE;\n    END;"},
         TreeCase{"TryCatch", "begin try print 1 end try begin catch throw end catch",
                  "BEGIN TRY\n    PRINT 1;\nEND TRY\nBEGIN CATCH\n    THROW;\nEND CATCH;"},
         TreeCase{"Raise", "raiserror('x %d',16,1,@a) with nowait; throw 50001, 'x', 1",

@@ -45,7 +45,7 @@ INSTANTIATE_TEST_SUITE_P(
         ErrorCase{"Keyword", "select * from where x = 1", 156, "Incorrect syntax near the keyword 'where'.",
                   "Line 1, column 15:"},
         ErrorCase{"SecondLine", "select *\nfrom t\nwhere = 1", 102, "Incorrect syntax near '='.", "Line 3, column 7:"},
-        ErrorCase{"EndOfText", "select * from", 156, "Incorrect syntax near the keyword 'from'.", "Line 1, column 14:"},
+        ErrorCase{"EndOfText", "select * from", 102, "Incorrect syntax near 'from'.", "Line 1, column 14:"},
         ErrorCase{"EndAfterOperator", "select 1 +", 102, "Incorrect syntax near '+'.", "Line 1, column 11:"},
         ErrorCase{"Unclosed parenthesis", "select (1", 102, "Incorrect syntax near '1'.", "Line 1, column 10:"},
         ErrorCase{"Extra parenthesis", "select 1)", 102, "Incorrect syntax near ')'.", "Line 1, column 9:"},

@@ -197,7 +197,7 @@ void TokenCursor::failNear(const Token& token) const {
     std::string near(full.substr(0, utf8Prefix(full, kShownBytes)));
     if (near.size() < full.size()) near += "...";
     const SourceRange place = ended ? SourceRange{shown.range.end, shown.range.end} : shown.range;
-    if (isReserved(keywords_[index])) {
+    if (!ended && isReserved(keywords_[index])) {
         fail(156, "Incorrect syntax near the keyword '" + near + "'.", place);
     }
     fail(102, "Incorrect syntax near '" + near + "'.", place);

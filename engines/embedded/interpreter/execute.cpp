@@ -1,0 +1,535 @@
+// EXEC, the call escape, sp_executesql, INSERT ... EXEC, and the calls of the seam.
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "ado/names.h"
+#include "engines/embedded/binder/binder.h"
+#include "engines/embedded/interpreter/interpreter.h"
+#include "engines/embedded/parser/parser.h"
+#include "engines/embedded/runtime/convert.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+// Texts of EXEC that keep their plans.
+constexpr std::size_t kKeptTexts = 64;
+
+[[noreturn]] void noProcedure(std::string_view name) {
+    throwSqlError(2812, "Could not find stored procedure '" + std::string(name) + "'.");
+}
+
+TypedValue literalValue(const Literal& literal) {
+    const auto length = [](std::size_t size, std::size_t longest) {
+        return size > longest ? kMaxLength : static_cast<int>(std::max<std::size_t>(size, 1));
+    };
+    switch (literal.type) {
+        case LiteralType::Int:
+            return {literal.integer, SqlType::of(TypeKind::Int)};
+        case LiteralType::Decimal:
+            return {Decimal(literal.coefficient, literal.scale), SqlType::decimal(literal.precision, literal.scale)};
+        case LiteralType::Float:
+            return {literal.real, SqlType::of(TypeKind::Float)};
+        case LiteralType::Varbinary:
+            return {Bytes(literal.text.begin(), literal.text.end()),
+                    SqlType::text(TypeKind::VarBinary, length(literal.text.size(), 8000))};
+        case LiteralType::Varchar:
+            return {std::string(literal.text), SqlType::text(TypeKind::VarChar, length(literal.text.size(), 8000))};
+        case LiteralType::NVarchar:
+            return {std::string(literal.text), SqlType::text(TypeKind::NVarChar, length(literal.text.size(), 4000))};
+    }
+    return {};
+}
+
+TypedValue textValue(std::string text) {
+    const SqlType type = SqlType::text(TypeKind::NVarChar, kMaxLength);
+    return {std::move(text), type};
+}
+
+void negate(TypedValue& value) {
+    if (auto* integer = std::get_if<std::int64_t>(&value.value)) {
+        *integer = -*integer;
+    } else if (auto* real = std::get_if<double>(&value.value)) {
+        *real = -*real;
+    } else if (auto* decimal = std::get_if<Decimal>(&value.value)) {
+        *decimal = Decimal(-decimal->coefficient(), decimal->scale());
+    } else {
+        throwSqlError(403, "Invalid operator for data type. Operator equals minus, type equals " +
+                               std::string(value.type.baseName()) + ".");
+    }
+}
+
+// What may stand for a default: a constant, a signed constant, NULL, or a bare word for its text.
+TypedValue constantOf(const ast::Expression& expression, const LiteralTable& literals) {
+    switch (expression.kind) {
+        case ast::ExpressionKind::Literal:
+            return literalValue(literals[ast::as<ast::LiteralExpression>(expression).literal]);
+        case ast::ExpressionKind::Unary: {
+            const auto& unary = ast::as<ast::UnaryExpression>(expression);
+            TypedValue value = constantOf(*unary.operand, literals);
+            if (unary.op == ast::UnaryOperator::Minus) negate(value);
+            return value;
+        }
+        case ast::ExpressionKind::Column:
+            return textValue(ast::as<ast::ColumnExpression>(expression).name.last());
+        default:
+            return {Null{}, SqlType::of(TypeKind::Int)};
+    }
+}
+
+// A type that takes every value of the column.
+SqlType typeOf(const ColumnInfo& info) {
+    switch (info.type) {
+        case FieldType::Boolean:
+            return SqlType::of(TypeKind::Bit);
+        case FieldType::TinyInt:
+        case FieldType::SmallInt:
+        case FieldType::Integer:
+        case FieldType::BigInt:
+            return SqlType::of(TypeKind::BigInt);
+        case FieldType::Float:
+            return SqlType::of(TypeKind::Float);
+        case FieldType::Decimal:
+            return SqlType::decimal(info.precision, info.scale);
+        case FieldType::Text:
+            return SqlType::text(TypeKind::NVarChar, kMaxLength);
+        case FieldType::Binary:
+            return SqlType::text(TypeKind::VarBinary, kMaxLength);
+        case FieldType::Date:
+            return SqlType::of(TypeKind::Date);
+        case FieldType::DateTime:
+            return SqlType::of(TypeKind::DateTime2);
+    }
+    return {};
+}
+
+// An argument as its parameter holds it. A failure names the types only, unlike that of a conversion in a statement.
+Value passedValue(const Value& value, const SqlType& from, const SqlType& to) {
+    try {
+        return convert(value, from, to);
+    } catch (const DatabaseError& failure) {
+        if (failure.nativeCode() != error::kConversionFailed && failure.nativeCode() != error::kDateConversion) throw;
+        throwSqlError(error::kConvertingType, "Error converting data type " + std::string(from.baseName()) + " to " +
+                                                  std::string(to.baseName()) + ".");
+    }
+}
+
+std::string lastPartOf(std::string_view name) {
+    // Through the parser, because a name may come with brackets and schemas.
+    const ast::Batch batch = parse("EXEC " + std::string(name));
+    const auto* execute =
+        batch.statements.size() == 1 ? ast::tryAs<ast::ExecuteStatement>(batch.statements.front().get()) : nullptr;
+    if (execute == nullptr || execute->procedure.empty()) noProcedure(name);
+    return execute->procedure.last();
+}
+
+}  // namespace
+
+// What a procedure changes for its own duration.
+class Interpreter::ProcedureScope {
+public:
+    explicit ProcedureScope(Interpreter& interpreter)
+        : interpreter_(interpreter),
+          state_(interpreter.executor_.state()),
+          scopeIdentity_(state_.scopeIdentity),
+          noCount_(state_.noCount),
+          abortOnError_(state_.abortOnError) {
+        if (interpreter_.calls_ >= kDeepestCall) {
+            throw DatabaseError(ErrorCategory::Limit, "42000", 217,
+                                "Maximum stored procedure, function, trigger, or view nesting level exceeded (limit " +
+                                    std::to_string(kDeepestCall) + ").");
+        }
+        ++interpreter_.calls_;
+        ++state_.nestLevel;
+        state_.scopeIdentity = Null{};
+    }
+    ProcedureScope(const ProcedureScope&) = delete;
+    ProcedureScope& operator=(const ProcedureScope&) = delete;
+    ~ProcedureScope() {
+        --interpreter_.calls_;
+        --state_.nestLevel;
+        state_.scopeIdentity = scopeIdentity_;
+        state_.noCount = noCount_;
+        state_.abortOnError = abortOnError_;
+    }
+
+private:
+    Interpreter& interpreter_;
+    SessionState& state_;
+    Value scopeIdentity_;
+    bool noCount_;
+    bool abortOnError_;
+};
+
+// Drops the temporary tables that a procedure has made when it ends, however it ends.
+class Interpreter::TemporaryTables {
+public:
+    TemporaryTables(Interpreter& interpreter, Activation& activation)
+        : interpreter_(interpreter), activation_(activation) {}
+    TemporaryTables(const TemporaryTables&) = delete;
+    TemporaryTables& operator=(const TemporaryTables&) = delete;
+    ~TemporaryTables() {
+        for (const std::string& name : activation_.temporaryTables) {
+            try {
+                if (interpreter_.catalog_.table(name) != nullptr) interpreter_.executor_.dropTable(name);
+            } catch (const DatabaseError&) {
+                // A table that cannot be dropped now goes away with the session.
+                continue;
+            }
+        }
+    }
+
+private:
+    Interpreter& interpreter_;
+    Activation& activation_;
+};
+
+std::shared_ptr<Program> Interpreter::findProcedure(std::string_view name) {
+    const Module* module = catalog_.module(name);
+    if (module == nullptr || module->kind != ModuleKind::Procedure) return nullptr;
+    std::shared_ptr<Program>& kept = procedures_[foldName(name)];
+    // The text tells whether it is still the same procedure, whoever changed it.
+    if (!kept || kept->batch().text != module->text) {
+        kept = Program::ofProcedure(parse(module->text), catalog_);
+    }
+    return kept;
+}
+
+TypedValue Interpreter::constant(Activation& activation, const ast::Expression& expression) {
+    switch (expression.kind) {
+        case ast::ExpressionKind::Literal:
+            return literalValue(activation.environment.literal(ast::as<ast::LiteralExpression>(expression).literal));
+        case ast::ExpressionKind::Unary: {
+            const auto& unary = ast::as<ast::UnaryExpression>(expression);
+            TypedValue value = constant(activation, *unary.operand);
+            if (unary.op == ast::UnaryOperator::Minus) negate(value);
+            return value;
+        }
+        case ast::ExpressionKind::ParameterMarker: {
+            const std::uint32_t ordinal = ast::as<ast::ParameterMarker>(expression).ordinal;
+            if (ordinal < activation.environment.markers.size()) {
+                return {activation.environment.markers[ordinal], activation.environment.markerTypes[ordinal]};
+            }
+            break;
+        }
+        case ast::ExpressionKind::Variable: {
+            const std::string& name = ast::as<ast::VariableExpression>(expression).name;
+            const SqlType* type = activation.frame.typeOf(name);
+            if (type != nullptr) return {activation.frame.valueOf(name), *type};
+            break;
+        }
+        case ast::ExpressionKind::Column:
+            return textValue(ast::as<ast::ColumnExpression>(expression).name.last());
+        default:
+            break;
+    }
+    // System variables, and the errors of markers and variables that are not there.
+    return evaluate(activation, expression);
+}
+
+std::vector<Interpreter::PassedArgument> Interpreter::passedArguments(Activation& activation,
+                                                                      const ast::ExecuteStatement& statement) {
+    std::vector<PassedArgument> arguments;
+    arguments.reserve(statement.arguments.size());
+    for (const ast::ExecuteArgument& argument : statement.arguments) {
+        PassedArgument passed;
+        passed.name = argument.name;
+        passed.output = argument.output;
+        if (argument.value->kind == ast::ExpressionKind::Default) {
+            passed.isDefault = true;
+        } else if (argument.value->kind != ast::ExpressionKind::Null) {
+            TypedValue value = constant(activation, *argument.value);
+            passed.value = std::move(value.value);
+            passed.type = value.type;
+        }
+        if (const auto* variable = ast::tryAs<ast::VariableExpression>(argument.value.get())) {
+            passed.variable = variable->name;
+        } else if (argument.output && !statement.call) {
+            throwSqlError(179, "Cannot use the OUTPUT option when passing a constant to a stored procedure.");
+        }
+        arguments.push_back(std::move(passed));
+    }
+    return arguments;
+}
+
+void Interpreter::execute(Activation& activation, const ast::ExecuteStatement& statement) {
+    if (statement.text) {
+        const TypedValue text = evaluate(activation, *statement.text);
+        if (!isNull(text.value)) {
+            runText(toText(convert(text.value, text.type, SqlType::text(TypeKind::NVarChar, kMaxLength))),
+                    *activation.into);
+        }
+        return;
+    }
+    std::string name;
+    if (!statement.procedureVariable.empty()) {
+        if (activation.frame.typeOf(statement.procedureVariable) == nullptr) {
+            throwSqlError(137, "Must declare the scalar variable \"" + statement.procedureVariable + "\".");
+        }
+        name = lastPartOf(toText(activation.frame.valueOf(statement.procedureVariable)));
+    } else {
+        name = statement.procedure.last();
+    }
+    std::vector<PassedArgument> arguments = passedArguments(activation, statement);
+    CallOutcome outcome;
+    if (const std::shared_ptr<Program> program = findProcedure(name)) {
+        outcome = callProgram(*program, arguments, *activation.into);
+        returnOutputs(activation, *program, arguments, outcome);
+    } else if (sameName(name, "sp_executesql")) {
+        outcome.returnValue = executeSql(activation, std::move(arguments));
+    } else {
+        noProcedure(statement.procedure.empty() ? name : activation.batch.textOf(statement.procedure.range));
+    }
+    if (!statement.returnVariable.empty()) {
+        const SqlType* type = activation.frame.typeOf(statement.returnVariable);
+        if (type == nullptr)
+            throwSqlError(137, "Must declare the scalar variable \"" + statement.returnVariable + "\".");
+        activation.frame.assign(statement.returnVariable,
+                                convert(outcome.returnValue, SqlType::of(TypeKind::Int), *type));
+    }
+}
+
+void Interpreter::returnOutputs(Activation& activation, const Program& program,
+                                std::span<const PassedArgument> arguments, const CallOutcome& outcome) {
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const PassedArgument& argument = arguments[i];
+        if (!argument.output || argument.variable.empty()) continue;
+        const std::size_t position = argument.name.empty() ? i : program.layout().find(argument.name);
+        const Value& value = outcome.parameters[position];
+        const SqlType& to = *activation.frame.typeOf(argument.variable);
+        activation.frame.assign(argument.variable,
+                                isNull(value) ? Value(Null{}) : convert(value, program.layout()[position].type, to));
+    }
+}
+
+void Interpreter::bindArguments(const Program& program, std::span<const PassedArgument> arguments, Frame& frame) {
+    const ast::CreateProcedureStatement& procedure = *program.procedure();
+    const auto& parameters = procedure.parameters;
+    const std::string name = procedure.name.last();
+    if (arguments.size() > parameters.size()) {
+        if (parameters.empty()) {
+            throwSqlError(8146, "Procedure " + name + " has no parameters and arguments were supplied.");
+        }
+        throwSqlError(8144, "Procedure or function " + name + " has too many arguments specified.");
+    }
+    std::vector<bool> supplied(parameters.size());
+    bool byName = false;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const PassedArgument& argument = arguments[i];
+        std::size_t position = i;
+        if (!argument.name.empty()) {
+            byName = true;
+            position = program.layout().find(argument.name);
+            if (position >= parameters.size()) {
+                throwSqlError(8145, argument.name + " is not a parameter for procedure " + name + ".");
+            }
+        } else if (byName) {
+            throwSqlError(
+                119,
+                "Must pass parameter number " + std::to_string(i + 1) +
+                    " and subsequent parameters as '@name = value'. After the form '@name = value' has been used, all "
+                    "subsequent parameters must be passed in the form '@name = value'.");
+        }
+        if (supplied[position]) {
+            throwSqlError(8143, "Parameter '" + parameters[position].name + "' was supplied multiple times.");
+        }
+        if (argument.output && !parameters[position].output) {
+            throwSqlError(
+                8162,
+                "The formal parameter \"" + parameters[position].name +
+                    "\" was not declared as an OUTPUT parameter, but the actual parameter passed in requested output.");
+        }
+        if (argument.isDefault) continue;
+        supplied[position] = true;
+        if (isNull(argument.value)) continue;
+        frame.set(position, passedValue(argument.value, argument.type, program.layout()[position].type));
+    }
+    for (std::size_t i = 0; i < parameters.size(); ++i) {
+        if (supplied[i]) continue;
+        if (!parameters[i].defaultValue) {
+            throwSqlError(201, "Procedure or function '" + name + "' expects parameter '" + parameters[i].name +
+                                   "', which was not supplied.");
+        }
+        const TypedValue value = constantOf(*parameters[i].defaultValue, program.batch().literals);
+        if (!isNull(value.value)) frame.set(i, convert(value.value, value.type, program.layout()[i].type));
+    }
+}
+
+Interpreter::CallOutcome Interpreter::callProgram(Program& program, std::span<const PassedArgument> arguments,
+                                                  BatchResult& into) {
+    const Program::Run run(program);
+    Frame frame(program.layout());
+    bindArguments(program, arguments, frame);
+    const ProcedureScope scope(*this);
+    Activation activation{.batch = program.batch(),
+                          .plans = run.plans(),
+                          .frame = frame,
+                          .environment = {.table = &program.batch().literals, .variables = &frame},
+                          .into = &into,
+                          .procedure = program.procedure()->name.last(),
+                          .depth = run.depth()};
+    const TemporaryTables temporaryTables(*this, activation);
+    runList(activation, program.body());
+    CallOutcome outcome;
+    outcome.returnValue = activation.returnValue;
+    for (std::size_t i = 0; i < program.procedure()->parameters.size(); ++i)
+        outcome.parameters.push_back(frame[i]);
+    return outcome;
+}
+
+void Interpreter::runText(std::string_view text, BatchResult& into) {
+    std::shared_ptr<Program> program;
+    if (const auto found = texts_.find(text); found != texts_.end()) {
+        program = found->second;
+    } else {
+        program = std::make_shared<Program>(parse(text), catalog_);
+        if (texts_.size() >= kKeptTexts) texts_.clear();
+        texts_.emplace(text, program);
+    }
+    const Program::Run run(*program);
+    const ProcedureScope scope(*this);
+    Frame frame(program->layout());
+    Activation activation{.batch = program->batch(),
+                          .plans = run.plans(),
+                          .frame = frame,
+                          .environment = {.table = &program->batch().literals, .variables = &frame},
+                          .into = &into,
+                          .procedure = "EXEC",
+                          .depth = run.depth()};
+    const TemporaryTables temporaryTables(*this, activation);
+    runList(activation, program->body());
+}
+
+std::int64_t Interpreter::executeSql(Activation& activation, std::vector<PassedArgument> arguments) {
+    const auto textOf = [&](std::size_t index) -> std::string {
+        if (index >= arguments.size()) return {};
+        const PassedArgument& argument = arguments[index];
+        if (!argument.type.isUnicode() && !isNull(argument.value)) {
+            throwSqlError(214, std::string("Procedure expects parameter '") + (index == 0 ? "@statement" : "@params") +
+                                   "' of type 'ntext/nchar/nvarchar'.");
+        }
+        return isNull(argument.value) ? std::string() : toText(argument.value);
+    };
+    if (arguments.empty())
+        throwSqlError(201,
+                      "Procedure or function 'sp_executesql' expects parameter '@statement', which was not supplied.");
+    const std::string statement = textOf(0);
+    const std::string declarations = textOf(1);
+    if (declarations.find_first_not_of(" \t\r\n") == std::string::npos) {
+        runText(statement, *activation.into);
+        return 0;
+    }
+    // The declarations are those of a procedure, so they are read as one; the statement becomes its body.
+    const std::string key = declarations + '\0' + statement;
+    std::shared_ptr<Program> program;
+    if (const auto found = texts_.find(key); found != texts_.end()) {
+        program = found->second;
+    } else {
+        program = Program::ofProcedure(parse("CREATE PROCEDURE sp_executesql " + declarations + " AS\n" + statement),
+                                       catalog_);
+        if (texts_.size() >= kKeptTexts) texts_.clear();
+        texts_.emplace(key, program);
+    }
+    const std::span<const PassedArgument> values = std::span(arguments).subspan(2);
+    const CallOutcome outcome = callProgram(*program, values, *activation.into);
+    returnOutputs(activation, *program, values, outcome);
+    return outcome.returnValue;
+}
+
+void Interpreter::insertExecute(Activation& activation, const ast::InsertStatement& statement) {
+    BatchResult produced;
+    BatchResult* const into = std::exchange(activation.into, &produced);
+    try {
+        execute(activation, *statement.execute);
+    } catch (...) {
+        activation.into = into;
+        throw;
+    }
+    activation.into = into;
+    std::ranges::move(produced.messages, std::back_inserter(into->messages));
+    std::int64_t count = 0;
+    executor_.atomically([&] {
+        for (const StatementResult& result : produced.results) {
+            if (!result.rows) continue;
+            insertRows(activation, statement, *result.rows);
+            count += static_cast<std::int64_t>(result.rows->rowCount());
+        }
+    });
+    executor_.state().rowCount = count;
+    if (!executor_.state().noCount) into->results.push_back({std::nullopt, count});
+}
+
+void Interpreter::insertRows(Activation& activation, const ast::InsertStatement& statement, const RowSet& rows) {
+    // One ordinary INSERT for each row, so that everything that an INSERT looks at is looked at.
+    std::string text = "INSERT INTO " + std::string(activation.batch.textOf(statement.target.range));
+    std::string separator = " (";
+    for (const ast::Identifier& column : statement.columns)
+        text += std::exchange(separator, ", ") + quotedName(column.text);
+    if (!statement.columns.empty()) text += ")";
+    separator = " VALUES (";
+    for (std::size_t i = 0; i < rows.columnCount(); ++i)
+        text += std::exchange(separator, ", ") + "?";
+    const ast::Batch insert = parse(text + ")");
+    std::vector<SqlType> types;
+    for (std::size_t i = 0; i < rows.columnCount(); ++i)
+        types.push_back(typeOf(rows.column(i).info()));
+    PlanSet plans;
+    BatchResult ignored;
+    std::vector<Value> values(rows.columnCount());
+    Environment environment{
+        .table = &insert.literals, .markers = values, .markerTypes = types, .variables = &activation.frame};
+    for (std::size_t row = 0; row < rows.rowCount(); ++row) {
+        for (std::size_t i = 0; i < values.size(); ++i)
+            values[i] = rows.column(i).valueAt(row);
+        executor_.execute(insert, *insert.statements.front(), plans, environment, ignored);
+        ignored.results.clear();
+    }
+}
+
+ProcedureInfo Interpreter::procedure(std::string_view name) {
+    catalog_.refresh();
+    const std::shared_ptr<Program> program = findProcedure(lastPartOf(name));
+    if (!program) noProcedure(name);
+    ProcedureInfo info;
+    info.name = program->procedure()->name.last();
+    for (std::size_t i = 0; i < program->procedure()->parameters.size(); ++i) {
+        const ast::ParameterDefinition& parameter = program->procedure()->parameters[i];
+        ParameterInfo described;
+        described.name = parameter.name;
+        described.direction = parameter.output ? ParameterDirection::InputOutput : ParameterDirection::Input;
+        program->layout()[i].type.describe(described.type);
+        described.type.name = parameter.name;
+        described.hasDefault = parameter.defaultValue != nullptr;
+        info.parameters.push_back(std::move(described));
+    }
+    return info;
+}
+
+CallResult Interpreter::call(std::string_view name, std::span<const Argument> arguments) {
+    catalog_.refresh();
+    startAfresh();
+    const std::shared_ptr<Program> program = findProcedure(lastPartOf(name));
+    if (!program) noProcedure(name);
+    std::vector<PassedArgument> passed;
+    for (const Argument& argument : arguments) {
+        PassedArgument& next = passed.emplace_back();
+        next.name = argument.name;
+        next.value = argument.value;
+        next.type = typeOfValue(argument.value);
+        next.output = argument.output;
+    }
+    CallResult result;
+    const CallOutcome outcome = callProgram(*program, passed, result.batch);
+    throwPending();
+    result.returnValue = outcome.returnValue;
+    for (std::size_t i = 0; i < passed.size(); ++i) {
+        if (!passed[i].output) continue;
+        const std::size_t position = passed[i].name.empty() ? i : program->layout().find(passed[i].name);
+        result.outputs.push_back({passed[i].name, outcome.parameters[position], true});
+    }
+    return result;
+}
+
+}  // namespace basalt::embedded

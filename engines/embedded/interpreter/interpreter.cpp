@@ -1,0 +1,243 @@
+#include "engines/embedded/interpreter/interpreter.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "ado/names.h"
+#include "engines/embedded/lexer/error_context.h"
+#include "engines/embedded/runtime/convert.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+using ast::StatementKind;
+
+namespace {
+
+bool isStraightStatement(const ast::Statement& statement) {
+    switch (statement.kind) {
+        case StatementKind::Insert:
+            return ast::as<ast::InsertStatement>(statement).source != ast::InsertStatement::Source::Execute;
+        case StatementKind::Select:
+            return ast::firstSelect(*ast::as<ast::SelectStatement>(statement).query->body).into.empty();
+        case StatementKind::Update:
+        case StatementKind::Delete:
+        case StatementKind::SetVariable:
+        case StatementKind::Print:
+            return true;
+        case StatementKind::Execute:
+            return !ast::as<ast::ExecuteStatement>(statement).text;
+        case StatementKind::Declare: {
+            const auto& variables = ast::as<ast::DeclareStatement>(statement).variables;
+            return std::ranges::none_of(variables, [](const auto& variable) { return variable.table.has_value(); });
+        }
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
+bool Interpreter::isPlain(const ast::Batch& batch) {
+    return batch.statements.empty() ||
+           (batch.statements.size() == 1 && Executor::isPlanned(batch.statements.front()->kind) &&
+            isStraightStatement(*batch.statements.front()));
+}
+
+bool Interpreter::isStraight(const ast::Batch& batch) {
+    return std::ranges::all_of(batch.statements,
+                               [](const ast::StatementPtr& statement) { return isStraightStatement(*statement); });
+}
+
+void Interpreter::run(const ast::Batch& batch, const Layout& layout, PlanSet& plans, const Environment& environment,
+                      BatchResult& into) {
+    Frame frame(layout);
+    Activation activation{.batch = batch, .plans = plans, .frame = frame, .environment = environment, .into = &into};
+    activation.environment.variables = &frame;
+    startAfresh();
+    runList(activation, batch.statements);
+    throwPending();
+}
+
+void Interpreter::startAfresh() {
+    // A run that failed may have left these.
+    pending_ = nullptr;
+    located_ = nullptr;
+    tries_ = 0;
+    calls_ = 0;
+    executor_.state().caught = nullptr;
+    executor_.state().nestLevel = 0;
+}
+
+void Interpreter::runList(Activation& activation, const ast::Statements& statements) {
+    createTableVariables(activation);
+    const Flow flow = runStatements(activation, statements);
+    emptyTableVariables(activation);
+    if (flow == Flow::Goto) {
+        throwSqlError(133, "A GOTO statement references the label '" + activation.label +
+                               "' but the label has not been declared.");
+    }
+}
+
+Interpreter::Flow Interpreter::runStatements(Activation& activation, const ast::Statements& statements) {
+    for (std::size_t i = 0; i < statements.size(); ++i) {
+        const Flow flow = runStatement(activation, *statements[i]);
+        if (flow == Flow::Next) continue;
+        if (flow != Flow::Goto) return flow;
+        const auto target = std::ranges::find_if(statements, [&](const ast::StatementPtr& statement) {
+            const auto* label = ast::tryAs<ast::LabelStatement>(statement.get());
+            return label != nullptr && sameName(label->label.text, activation.label);
+        });
+        // A label further out is found by the lists around this one.
+        if (target == statements.end()) return flow;
+        i = static_cast<std::size_t>(target - statements.begin());
+    }
+    return Flow::Next;
+}
+
+Interpreter::Flow Interpreter::runStatement(Activation& activation, const ast::Statement& statement) {
+    try {
+        return dispatch(activation, statement);
+    } catch (const DatabaseError& error) {
+        if (!goesOn(activation, statement, error)) throw;
+        return Flow::Next;
+    }
+}
+
+Interpreter::Flow Interpreter::dispatch(Activation& activation, const ast::Statement& statement) {
+    switch (statement.kind) {
+        case StatementKind::Declare:
+            declare(activation, ast::as<ast::DeclareStatement>(statement));
+            return Flow::Next;
+        case StatementKind::SetVariable: {
+            const auto& set = ast::as<ast::SetVariableStatement>(statement);
+            assign(activation, set.name, *set.value);
+            executor_.state().error = 0;
+            return Flow::Next;
+        }
+        case StatementKind::If:
+            return runIf(activation, ast::as<ast::IfStatement>(statement));
+        case StatementKind::While:
+            return runWhile(activation, ast::as<ast::WhileStatement>(statement));
+        case StatementKind::Block:
+            return runStatements(activation, ast::as<ast::BlockStatement>(statement).statements);
+        case StatementKind::Break:
+            return Flow::Break;
+        case StatementKind::Continue:
+            return Flow::Continue;
+        case StatementKind::Return:
+            if (const ast::ExpressionPtr& value = ast::as<ast::ReturnStatement>(statement).value) {
+                const TypedValue result = evaluate(activation, *value);
+                // A procedure returns a number; NULL counts as 0.
+                const Value number = isNull(result.value)
+                                         ? Value(std::int64_t{0})
+                                         : convert(result.value, result.type, SqlType::of(TypeKind::Int));
+                activation.returnValue = toInt64(number);
+            }
+            return Flow::Return;
+        case StatementKind::Goto:
+            activation.label = ast::as<ast::GotoStatement>(statement).label.text;
+            return Flow::Goto;
+        case StatementKind::Label:
+            return Flow::Next;
+        case StatementKind::Print:
+            print(activation, ast::as<ast::PrintStatement>(statement));
+            return Flow::Next;
+        case StatementKind::RaisError:
+            raise(activation, ast::as<ast::RaisErrorStatement>(statement));
+            return Flow::Next;
+        case StatementKind::Throw:
+            throwError(activation, ast::as<ast::ThrowStatement>(statement));
+            return Flow::Next;
+        case StatementKind::TryCatch:
+            return runTryCatch(activation, ast::as<ast::TryCatchStatement>(statement));
+        case StatementKind::Execute:
+            execute(activation, ast::as<ast::ExecuteStatement>(statement));
+            return Flow::Next;
+        case StatementKind::Insert:
+            if (const auto& insert = ast::as<ast::InsertStatement>(statement);
+                insert.source == ast::InsertStatement::Source::Execute) {
+                insertExecute(activation, insert);
+                return Flow::Next;
+            }
+            break;
+        default:
+            break;
+    }
+    executor_.execute(activation.batch, statement, activation.plans, activation.environment, *activation.into);
+    noteTemporaryTable(activation, statement);
+    return Flow::Next;
+}
+
+Interpreter::Flow Interpreter::runIf(Activation& activation, const ast::IfStatement& statement) {
+    if (executor_.test(activation.batch, *statement.condition, activation.plans, activation.environment)) {
+        return runStatement(activation, *statement.then);
+    }
+    return statement.otherwise ? runStatement(activation, *statement.otherwise) : Flow::Next;
+}
+
+Interpreter::Flow Interpreter::runWhile(Activation& activation, const ast::WhileStatement& statement) {
+    while (executor_.test(activation.batch, *statement.condition, activation.plans, activation.environment)) {
+        const Flow flow = runStatement(activation, *statement.body);
+        if (flow == Flow::Break) break;
+        if (flow == Flow::Return || flow == Flow::Goto) return flow;
+    }
+    return Flow::Next;
+}
+
+TypedValue Interpreter::evaluate(Activation& activation, const ast::Expression& expression) {
+    return executor_.evaluate(activation.batch, expression, activation.plans, activation.environment);
+}
+
+void Interpreter::assign(Activation& activation, const std::string& variable, const ast::Expression& value) {
+    const std::size_t index = activation.frame.layout().find(variable);
+    if (index == Layout::kNone || activation.frame.layout()[index].table != nullptr) {
+        throwSqlError(137, "Must declare the scalar variable \"" + variable + "\".");
+    }
+    TypedValue result = evaluate(activation, value);
+    const SqlType& type = activation.frame.layout()[index].type;
+    activation.frame.set(index, isNull(result.value) ? Value(Null{}) : convert(result.value, result.type, type));
+}
+
+void Interpreter::declare(Activation& activation, const ast::DeclareStatement& statement) {
+    for (const ast::DeclareStatement::Variable& variable : statement.variables) {
+        if (variable.initial) assign(activation, variable.name, *variable.initial);
+    }
+}
+
+void Interpreter::createTableVariables(Activation& activation) {
+    const Layout& layout = activation.frame.layout();
+    for (std::size_t i = 0; i < layout.size(); ++i) {
+        if (layout[i].table == nullptr) continue;
+        // The table of an earlier run is used again, because a new table would make every plan stale.
+        std::string& name = tableVariables_[{layout[i].table, activation.depth}];
+        if (name.empty()) name = "#@" + std::to_string(++nextTableNumber_);
+        if (catalog_.table(name) == nullptr) {
+            executor_.createTable(name, *layout[i].table, activation.batch, activation.environment);
+        }
+        activation.frame.setTable(i, name);
+    }
+    // A run that failed may have left rows.
+    emptyTableVariables(activation);
+}
+
+void Interpreter::emptyTableVariables(Activation& activation) {
+    for (std::size_t i = 0; i < activation.frame.layout().size(); ++i) {
+        if (!activation.frame.table(i).empty()) executor_.clearTable(activation.frame.table(i));
+    }
+}
+
+void Interpreter::noteTemporaryTable(Activation& activation, const ast::Statement& statement) {
+    if (activation.procedure.empty()) return;
+    const ast::ObjectName* name = nullptr;
+    if (statement.kind == StatementKind::CreateTable) {
+        name = &ast::as<ast::CreateTableStatement>(statement).name;
+    } else if (statement.kind == StatementKind::Select) {
+        name = &ast::firstSelect(*ast::as<ast::SelectStatement>(statement).query->body).into;
+    }
+    if (name != nullptr && name->isTemporary() && !name->last().starts_with("##")) {
+        activation.temporaryTables.push_back(name->last());
+    }
+}
+
+}  // namespace basalt::embedded

@@ -1,0 +1,144 @@
+// Runs whole batches and procedures: variables, flow of control, errors and calls. Single statements are the
+// executor's.
+//
+//   Interpreter interpreter(executor, catalog);
+//   Layout layout;
+//   layout.addDeclarations(batch, batch.statements, catalog);       once a batch
+//   interpreter.run(batch, layout, plans, environment, result);     each time it runs
+//
+// Errors follow SQL Server. Outside of TRY, one that ends only its statement (a broken key, RAISERROR, division by
+// zero) lets the statements after it run and is thrown when the batch has ended; one that ends the batch (a failed
+// conversion, a table that is not there, THROW, any with XACT_ABORT on) is thrown at once. In both cases the caller
+// gets the first error of the batch, and the results of the batch are lost with it. Errors that lose the connection or
+// the transaction are thrown at once and pass by every CATCH.
+#pragma once
+
+#include <exception>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ado/session.h"
+#include "engines/embedded/executor/executor.h"
+#include "engines/embedded/interpreter/frame.h"
+#include "engines/embedded/interpreter/program.h"
+
+namespace basalt::embedded {
+
+// As in SQL Server.
+inline constexpr int kDeepestCall = 32;
+
+class Interpreter {
+public:
+    Interpreter(Executor& executor, Catalog& catalog) : executor_(executor), catalog_(catalog) {}
+    Interpreter(const Interpreter&) = delete;
+    Interpreter& operator=(const Interpreter&) = delete;
+
+    // Whether the executor alone can run the batch: nothing but statements of its own, and one at most, so that no
+    // statement has to run after a failed one.
+    [[nodiscard]] static bool isPlain(const ast::Batch& batch);
+    // Whether the batch runs all its statements in their order, each planned after the first run, so that it may run
+    // again with other literals.
+    [[nodiscard]] static bool isStraight(const ast::Batch& batch);
+
+    // `environment` brings the literals and the markers; its variables are ignored.
+    void run(const ast::Batch& batch, const Layout& layout, PlanSet& plans, const Environment& environment,
+             BatchResult& into);
+
+    // The seam's procedure() and call().
+    [[nodiscard]] ProcedureInfo procedure(std::string_view name);
+    [[nodiscard]] CallResult call(std::string_view name, std::span<const Argument> arguments);
+
+private:
+    // How a statement ended, and where to go on.
+    enum class Flow : std::uint8_t { Next, Break, Continue, Return, Goto };
+
+    // One run of a batch or procedure.
+    struct Activation {
+        const ast::Batch& batch;
+        PlanSet& plans;
+        Frame& frame;
+        Environment environment;
+        BatchResult* into;
+        std::string procedure = {};  // empty for a batch
+        std::int64_t returnValue = 0;
+        std::string label = {};                         // where Flow::Goto goes
+        std::size_t depth = 0;                          // of recursion into the same program
+        std::vector<std::string> temporaryTables = {};  // made here, dropped at the end of a procedure
+    };
+
+    struct PassedArgument {
+        std::string name;  // with the leading @; empty when passed by position
+        Value value;
+        SqlType type;
+        bool isDefault = false;
+        bool output = false;
+        std::string variable;  // of the caller, that takes the output
+    };
+
+    struct CallOutcome {
+        std::int64_t returnValue = 0;
+        std::vector<Value> parameters;  // final values, in the order of the parameters
+    };
+
+    class TemporaryTables;
+    class ProcedureScope;
+
+    // interpreter.cpp
+    // All of a batch or procedure, with its table variables.
+    void runList(Activation& activation, const ast::Statements& statements);
+    Flow runStatements(Activation& activation, const ast::Statements& statements);
+    Flow runStatement(Activation& activation, const ast::Statement& statement);
+    Flow dispatch(Activation& activation, const ast::Statement& statement);
+    Flow runIf(Activation& activation, const ast::IfStatement& statement);
+    Flow runWhile(Activation& activation, const ast::WhileStatement& statement);
+    void declare(Activation& activation, const ast::DeclareStatement& statement);
+    void createTableVariables(Activation& activation);
+    void emptyTableVariables(Activation& activation);
+    void noteTemporaryTable(Activation& activation, const ast::Statement& statement);
+    void assign(Activation& activation, const std::string& variable, const ast::Expression& value);
+    [[nodiscard]] TypedValue evaluate(Activation& activation, const ast::Expression& expression);
+
+    // raise.cpp
+    Flow runTryCatch(Activation& activation, const ast::TryCatchStatement& statement);
+    void print(Activation& activation, const ast::PrintStatement& statement);
+    void raise(Activation& activation, const ast::RaisErrorStatement& statement);
+    void throwError(Activation& activation, const ast::ThrowStatement& statement);
+    // Whether the batch goes on behind a statement that failed so; the error is kept for its end then.
+    bool goesOn(Activation& activation, const ast::Statement& statement, const DatabaseError& error);
+    void throwPending();
+
+    // execute.cpp
+    void execute(Activation& activation, const ast::ExecuteStatement& statement);
+    void insertExecute(Activation& activation, const ast::InsertStatement& statement);
+    [[nodiscard]] std::vector<PassedArgument> passedArguments(Activation& activation,
+                                                              const ast::ExecuteStatement& statement);
+    [[nodiscard]] TypedValue constant(Activation& activation, const ast::Expression& expression);
+    CallOutcome callProgram(Program& program, std::span<const PassedArgument> arguments, BatchResult& into);
+    void bindArguments(const Program& program, std::span<const PassedArgument> arguments, Frame& frame);
+    void runText(std::string_view text, BatchResult& into);
+    void insertRows(Activation& activation, const ast::InsertStatement& statement, const RowSet& rows);
+    std::int64_t executeSql(Activation& activation, std::vector<PassedArgument> arguments);
+    [[nodiscard]] std::shared_ptr<Program> findProcedure(std::string_view name);
+    void returnOutputs(Activation& activation, const Program& program, std::span<const PassedArgument> arguments,
+                       const CallOutcome& outcome);
+    void startAfresh();
+
+    Executor& executor_;
+    Catalog& catalog_;
+    std::map<std::string, std::shared_ptr<Program>, std::less<>> procedures_;  // by folded name
+    std::map<std::string, std::shared_ptr<Program>, std::less<>> texts_;       // of EXEC and sp_executesql, by text
+    int calls_ = 0;                                                            // procedures inside each other
+    int tries_ = 0;                                                            // TRY blocks inside each other
+    std::exception_ptr pending_;     // the first error that did not end the batch
+    const void* located_ = nullptr;  // the error whose place is known
+    int errorLine_ = 0;
+    std::string errorProcedure_;
+    std::uint64_t nextTableNumber_ = 0;
+    std::map<std::pair<const void*, std::size_t>, std::string> tableVariables_;  // by definition and depth
+};
+
+}  // namespace basalt::embedded

@@ -1,0 +1,32 @@
+#include "engines/embedded/interpreter/program.h"
+
+#include "engines/embedded/lexer/error_context.h"
+
+namespace basalt::embedded {
+
+Program::Program(ast::Batch batch, Catalog& catalog, const std::vector<ast::ParameterDefinition>* parameters,
+                 const ast::Batch* parameterBatch)
+    : batch_(std::move(batch)) {
+    if (parameters) layout_.addParameters(*parameterBatch, *parameters, catalog);
+    layout_.addDeclarations(batch_, batch_.statements, catalog);
+}
+
+Program::Program(ProcedureTag /*tag*/, ast::Batch batch, Catalog& catalog) : batch_(std::move(batch)) {
+    if (batch_.statements.size() == 1) {
+        procedure_ = ast::tryAs<ast::CreateProcedureStatement>(batch_.statements.front().get());
+    }
+    if (!procedure_) throwUnsupported("This procedure", batch_.text, {0, 0});
+    layout_.addParameters(batch_, procedure_->parameters, catalog);
+    layout_.addDeclarations(batch_, procedure_->body, catalog);
+}
+
+std::unique_ptr<Program> Program::ofProcedure(ast::Batch batch, Catalog& catalog) {
+    return std::unique_ptr<Program>(new Program(ProcedureTag{}, std::move(batch), catalog));
+}
+
+PlanSet& Program::plans() {
+    if (plans_.empty()) plans_.push_back(std::make_unique<PlanSet>());
+    return *plans_.front();
+}
+
+}  // namespace basalt::embedded

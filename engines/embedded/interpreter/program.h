@@ -1,0 +1,66 @@
+// A parsed text that is ready to run, again and again: its tree, its variables, and the plans of its statements.
+//
+//   Program batch(parse(sql), catalog);
+//   Program procedure = Program::ofProcedure(parse(module.text), catalog);
+//
+// Each level of recursion has plans of its own, because a statement that is still being stepped cannot be run again.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "engines/embedded/ast/batch.h"
+#include "engines/embedded/ast/definition_statement.h"
+#include "engines/embedded/executor/plan.h"
+#include "engines/embedded/interpreter/layout.h"
+
+namespace basalt::embedded {
+
+class Program {
+public:
+    // A batch. `parameters` are those that sp_executesql gives it.
+    Program(ast::Batch batch, Catalog& catalog, const std::vector<ast::ParameterDefinition>* parameters = nullptr,
+            const ast::Batch* parameterBatch = nullptr);
+    // Of a text that holds one CREATE PROCEDURE statement.
+    static std::unique_ptr<Program> ofProcedure(ast::Batch batch, Catalog& catalog);
+
+    [[nodiscard]] const ast::Batch& batch() const { return batch_; }
+    [[nodiscard]] const Layout& layout() const { return layout_; }
+    [[nodiscard]] const ast::Statements& body() const { return procedure_ ? procedure_->body : batch_.statements; }
+    // Null for a batch.
+    [[nodiscard]] const ast::CreateProcedureStatement* procedure() const { return procedure_; }
+
+    // Held while the program runs.
+    class Run {
+    public:
+        explicit Run(Program& program) : program_(program), depth_(program.depth_++) {
+            if (program_.plans_.size() <= depth_) program_.plans_.push_back(std::make_unique<PlanSet>());
+        }
+        Run(const Run&) = delete;
+        Run& operator=(const Run&) = delete;
+        ~Run() { --program_.depth_; }
+        [[nodiscard]] PlanSet& plans() const { return *program_.plans_[depth_]; }
+        // 0 for the outermost.
+        [[nodiscard]] std::size_t depth() const { return depth_; }
+
+    private:
+        Program& program_;
+        std::size_t depth_;
+    };
+    // Being run at this moment; it must not go away.
+    [[nodiscard]] bool running() const { return depth_ > 0; }
+    // The plans of the outermost run, for a caller that runs a statement of the program itself.
+    [[nodiscard]] PlanSet& plans();
+
+private:
+    struct ProcedureTag {};
+    Program(ProcedureTag, ast::Batch batch, Catalog& catalog);
+
+    ast::Batch batch_;
+    const ast::CreateProcedureStatement* procedure_ = nullptr;
+    Layout layout_;
+    std::vector<std::unique_ptr<PlanSet>> plans_;
+    std::size_t depth_ = 0;
+};
+
+}  // namespace basalt::embedded

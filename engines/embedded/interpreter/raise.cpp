@@ -1,0 +1,215 @@
+// Errors and messages: PRINT, RAISERROR, THROW, TRY ... CATCH, and which errors end what.
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "engines/embedded/interpreter/interpreter.h"
+#include "engines/embedded/interpreter/message_format.h"
+#include "engines/embedded/interpreter/raised_error.h"
+#include "engines/embedded/lexer/error_context.h"
+#include "engines/embedded/runtime/convert.h"
+#include "engines/embedded/runtime/sql_error.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+// The number of errors that have no number of their own.
+constexpr int kUserError = 50000;
+// The line of an error before the statement that it came from is known.
+constexpr int kNowhere = 0;
+
+// Errors that end their statement only; every other ends the batch.
+bool endsStatementOnly(int number) {
+    constexpr std::array kNumbers = {
+        201,   // a parameter was not supplied
+        220,   // arithmetic overflow for a small integer type
+        512,   // a subquery with more than one row
+        515,   // NULL into a column that takes none
+        547,   // foreign key or check
+        2601,  // unique index
+        2627,  // primary key or unique constraint
+        2628,  // a text too long for its column
+        2812,  // no such procedure
+        3902,  // COMMIT without BEGIN
+        3903,  // ROLLBACK without BEGIN
+        8115,  // arithmetic overflow
+        8134,  // division by zero
+        8143,  // a parameter supplied twice
+        8144,  // too many arguments
+        8145,  // no such parameter
+        8146,  // arguments for a procedure without parameters
+        8152,  // a text too long for its column
+        8162,  // an output asked of a parameter that is none
+    };
+    return std::ranges::find(kNumbers, number) != kNumbers.end();
+}
+
+bool losesTheTransaction(const DatabaseError& error) {
+    return error.category() == ErrorCategory::Connection || error.category() == ErrorCategory::Corrupt ||
+           error.category() == ErrorCategory::DiskFull;
+}
+
+int severityOf(const DatabaseError& error) {
+    switch (error.nativeCode()) {
+        case 2601:
+        case 2627:
+            return 14;
+        case 102:
+        case 156:
+            return 15;
+        default:
+            return 16;
+    }
+}
+
+// The server's own words, without the place that this engine adds below them.
+std::string firstLineOf(const DatabaseError& error) {
+    const std::string_view what = error.what();
+    const std::size_t context = what.find("\nLine ");
+    return std::string(what.substr(0, context));
+}
+
+std::string textOf(const TypedValue& value) {
+    if (isNull(value.value)) return {};
+    return toText(convert(value.value, value.type, SqlType::text(TypeKind::NVarChar, kMaxLength)));
+}
+
+int integerOf(const TypedValue& value) {
+    if (isNull(value.value)) return 0;
+    return static_cast<int>(toInt64(convert(value.value, value.type, SqlType::of(TypeKind::Int))));
+}
+
+}  // namespace
+
+bool Interpreter::goesOn(Activation& activation, const ast::Statement& statement, const DatabaseError& error) {
+    if (located_ != &error) {
+        // The innermost statement is where it happened.
+        located_ = &error;
+        errorLine_ = static_cast<int>(locate(activation.batch.text, statement.range.begin).line);
+        errorProcedure_ = activation.procedure;
+    }
+    SessionState& state = executor_.state();
+    state.error = error.nativeCode();
+    const auto* raised = dynamic_cast<const RaisedError*>(&error);
+    const bool endsBatch = raised ? raised->ends() : state.abortOnError || !endsStatementOnly(error.nativeCode());
+    if (losesTheTransaction(error) || tries_ > 0) return false;
+    if (!endsBatch) {
+        if (!pending_) pending_ = std::current_exception();
+        located_ = nullptr;
+        return true;
+    }
+    if (state.abortOnError && executor_.inTransaction()) executor_.rollback();
+    // An earlier error is the one that the caller hears of.
+    if (pending_) throwPending();
+    return false;
+}
+
+void Interpreter::throwPending() {
+    if (!pending_) return;
+    const std::exception_ptr error = std::exchange(pending_, nullptr);
+    std::rethrow_exception(error);
+}
+
+Interpreter::Flow Interpreter::runTryCatch(Activation& activation, const ast::TryCatchStatement& statement) {
+    CaughtError caught;
+    const int tries = tries_;
+    try {
+        ++tries_;
+        const Flow flow = runStatements(activation, statement.tries);
+        --tries_;
+        return flow;
+    } catch (const DatabaseError& error) {
+        tries_ = tries;
+        if (losesTheTransaction(error)) throw;
+        if (const auto* raised = dynamic_cast<const RaisedError*>(&error)) {
+            caught = raised->error();
+        } else {
+            caught.number = error.nativeCode();
+            caught.severity = severityOf(error);
+            caught.message = firstLineOf(error);
+            caught.line = kNowhere;
+        }
+        if (caught.line == kNowhere && located_ == &error) {
+            caught.line = errorLine_;
+            caught.procedure = errorProcedure_;
+        }
+        caught.original = std::current_exception();
+        located_ = nullptr;
+    }
+    struct Restore {
+        SessionState& state;
+        const CaughtError* outer;
+        ~Restore() { state.caught = outer; }
+    } const restore{executor_.state(), executor_.state().caught};
+    executor_.state().caught = &caught;
+    executor_.state().error = caught.number;
+    return runStatements(activation, statement.catches);
+}
+
+void Interpreter::print(Activation& activation, const ast::PrintStatement& statement) {
+    activation.into->messages.push_back(textOf(evaluate(activation, *statement.message)));
+    executor_.state().error = 0;
+}
+
+void Interpreter::raise(Activation& activation, const ast::RaisErrorStatement& statement) {
+    const TypedValue message = evaluate(activation, *statement.message);
+    CaughtError error;
+    error.number = kUserError;
+    error.line = kNowhere;
+    error.severity = std::clamp(integerOf(evaluate(activation, *statement.severity)), 0, 25);
+    error.state = std::clamp(integerOf(evaluate(activation, *statement.state)), 0, 255);
+    if (message.type.isNumber()) {
+        error.number = 18054;
+        error.message = "Error " + textOf(message) + ", severity " + std::to_string(error.severity) + ", state " +
+                        std::to_string(error.state) +
+                        " was raised, but no message with that error number was found in sys.messages.";
+    } else {
+        std::vector<Value> values;
+        for (const ast::ExpressionPtr& argument : statement.arguments) {
+            values.push_back(evaluate(activation, *argument).value);
+        }
+        error.message = formatMessage(textOf(message), values);
+    }
+    const bool setsError = std::ranges::find(statement.options, "SETERROR") != statement.options.end();
+    // Up to severity 10 it is a message, not an error.
+    if (error.severity <= 10) {
+        activation.into->messages.push_back(error.message);
+        executor_.state().error = setsError ? error.number : 0;
+        return;
+    }
+    throw RaisedError(ErrorCategory::Other, "42000", error, false);
+}
+
+void Interpreter::throwError(Activation& activation, const ast::ThrowStatement& statement) {
+    if (!statement.number) {
+        const CaughtError* caught = executor_.state().caught;
+        if (caught == nullptr) {
+            throwSqlError(10704,
+                          "To rethrow an error, a THROW statement must be used inside a CATCH block. Insert the THROW "
+                          "statement inside a CATCH block, or add error parameters to the THROW statement.");
+        }
+        // The same error again, of the same category; only that now it ends the batch whatever its number.
+        try {
+            std::rethrow_exception(caught->original);
+        } catch (const DatabaseError& original) {
+            CaughtError again = *caught;
+            again.original = nullptr;
+            throw RaisedError(original.category(), original.sqlState(), again, true);
+        }
+    }
+    CaughtError error;
+    error.line = kNowhere;
+    error.number = integerOf(evaluate(activation, *statement.number));
+    error.message = textOf(evaluate(activation, *statement.message));
+    error.state = std::clamp(integerOf(evaluate(activation, *statement.state)), 0, 255);
+    if (error.number < kUserError) {
+        throwSqlError(
+            35100, "Error number " + std::to_string(error.number) +
+                       " in the THROW statement is outside the valid range. Specify an error number in the valid range "
+                       "of 50000 to 2147483647.");
+    }
+    throw RaisedError(ErrorCategory::Other, "42000", error, true);
+}
+
+}  // namespace basalt::embedded

@@ -1,0 +1,26 @@
+// Errors that the program raised itself, with RAISERROR or THROW, and those raised again: what DatabaseError does not
+// carry.
+#pragma once
+
+#include <string>
+
+#include "ado/error.h"
+#include "engines/embedded/executor/environment.h"
+
+namespace basalt::embedded {
+
+class RaisedError : public DatabaseError {
+public:
+    // `ends`: whether the batch ends with it even outside of TRY, as it does for THROW and does not for RAISERROR.
+    RaisedError(ErrorCategory category, std::string sqlState, const CaughtError& error, bool ends)
+        : DatabaseError(category, std::move(sqlState), error.number, error.message), error_(error), ends_(ends) {}
+
+    [[nodiscard]] const CaughtError& error() const { return error_; }
+    [[nodiscard]] bool ends() const { return ends_; }
+
+private:
+    CaughtError error_;
+    bool ends_;
+};
+
+}  // namespace basalt::embedded
