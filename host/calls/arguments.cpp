@@ -59,9 +59,9 @@ std::size_t editDistance(const std::string& a, const std::string& b) {
     return row.back();
 }
 
-bool isInput(const std::vector<FunctionParameter>& parameters, std::string_view name) {
+bool isParameter(const std::vector<FunctionParameter>& parameters, std::string_view name) {
     return std::any_of(parameters.begin(), parameters.end(),
-                       [&](const FunctionParameter& p) { return p.input && sameName(p.name, name); });
+                       [&](const FunctionParameter& p) { return sameName(p.name, name); });
 }
 
 [[noreturn]] void failUnknown(const Registry& registry, std::string_view function) {
@@ -82,24 +82,33 @@ BoundArguments bindArguments(const std::vector<FunctionParameter>& parameters, c
                              const CallArguments& given) {
     std::map<std::string, const Datum*> byName;  // folded
     for (const auto& [argument, value] : given.named) {
-        if (!isInput(parameters, argument)) throw UsageError(name + " has no input " + argument);
-        if (!byName.emplace(foldName(argument), &value).second)
+        if (!isParameter(parameters, argument)) throw UsageError(name + " has no parameter " + argument);
+        if (!byName.emplace(foldName(argument), &value).second) {
             throw UsageError("argument " + argument + " is given twice");
-    }
-    BoundArguments bound;
-    std::size_t next = 0;
-    for (const FunctionParameter& parameter : parameters) {
-        if (!parameter.input) continue;
-        const auto found = byName.find(foldName(parameter.name));
-        if (found == byName.end() && next == given.positional.size()) {
-            throw UsageError(name + " needs the argument " + parameter.name);
         }
-        bound.emplace(parameter.name,
-                      fitted(parameter, found != byName.end() ? *found->second : given.positional[next++]));
     }
-    if (next < given.positional.size()) {
-        throw UsageError(name + " takes " + std::to_string(bound.size()) + " arguments; " +
-                         std::to_string(given.positional.size() + given.named.size()) + " are given");
+    std::vector<const FunctionParameter*> open;
+    for (const FunctionParameter& parameter : parameters) {
+        if (byName.find(foldName(parameter.name)) == byName.end()) open.push_back(&parameter);
+    }
+    // Without a value for each, the outputs go without.
+    if (given.positional.size() != open.size())
+        std::erase_if(open, [](const auto* parameter) { return !parameter->input; });
+    if (given.positional.size() < open.size()) {
+        throw UsageError(name + " needs the argument " + open[given.positional.size()]->name);
+    }
+    if (given.positional.size() > open.size()) {
+        throw UsageError(name + " takes " + std::to_string(open.size() + byName.size()) + " arguments; " +
+                         std::to_string(given.positional.size() + byName.size()) + " are given");
+    }
+    for (std::size_t i = 0; i < open.size(); ++i)
+        byName.emplace(foldName(open[i]->name), &given.positional[i]);
+
+    BoundArguments bound;
+    for (const FunctionParameter& parameter : parameters) {
+        const auto found = byName.find(foldName(parameter.name));
+        if (found == byName.end()) continue;
+        bound.emplace(parameter.name, parameter.input ? fitted(parameter, *found->second) : *found->second);
     }
     return bound;
 }
@@ -134,7 +143,8 @@ CallArguments argumentsFromWords(const std::vector<FunctionParameter>& parameter
     CallArguments arguments;
     for (const std::string& word : words) {
         const std::size_t equals = word.find('=');
-        const bool named = equals != std::string::npos && isInput(parameters, std::string_view(word).substr(0, equals));
+        const bool named =
+            equals != std::string::npos && isParameter(parameters, std::string_view(word).substr(0, equals));
         if (named) {
             arguments.named.emplace_back(word.substr(0, equals), word.substr(equals + 1));
         } else {

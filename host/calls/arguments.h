@@ -15,7 +15,9 @@
 
 namespace basalt::host {
 
-// By name, by position (the inputs in their order), or both: positions then fill the inputs that are not named.
+// By name, by position, or both: positions fill the inputs that are not named, in their order, or all parameters that
+// are not named when there are so many. An output need not be given; one that is given chooses the overload that has
+// it.
 struct CallArguments {
     std::vector<std::pair<std::string, Datum>> named;
     std::vector<Datum> positional;
@@ -36,8 +38,8 @@ struct BoundCall {
 [[nodiscard]] BoundArguments bindArguments(const std::vector<FunctionParameter>& parameters, const std::string& name,
                                            const CallArguments& given);
 
-// Takes VALUE and NAME=VALUE apart. NAME counts only when it is the name of an input of `function`; otherwise the whole
-// word is a value.
+// Takes VALUE and NAME=VALUE apart. NAME counts only when it is the name of a parameter of `function`; otherwise the
+// whole word is a value.
 [[nodiscard]] CallArguments argumentsFromWords(const Registry& registry, std::string_view function,
                                                const std::vector<std::string>& words);
 [[nodiscard]] CallArguments argumentsFromWords(const std::vector<FunctionParameter>& parameters,
