@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <array>
+#include <utility>
 
 #include "host/desktop/date_text.h"
 #include "host/screens/persian_digits.h"
@@ -14,7 +15,7 @@ namespace basalt::host {
 namespace {
 
 constexpr int kTilesInRow = 3;
-constexpr int kRecentEntries = 8;
+constexpr int kRecentEntries = 7;
 
 QLabel* makeLabel(const QString& text, const char* kind) {
     auto* label = new QLabel(text);
@@ -35,15 +36,12 @@ HomePage::HomePage(DesktopContext context, QWidget* parent) : ShellPage(parent),
     date_ = makeLabel({}, "hint");
     layout->addWidget(date_);
     layout->addSpacing(14);
-    for (QGridLayout*& tiles : tiles_) {
-        tiles = new QGridLayout;
-        tiles->setSpacing(14);
-        for (int column = 0; column < kTilesInRow; ++column)
-            tiles->setColumnStretch(column, 1);
-        layout->addLayout(tiles);
-        layout->addSpacing(8);
-    }
-    layout->addSpacing(12);
+    tiles_ = new QGridLayout;
+    tiles_->setSpacing(14);
+    for (int column = 0; column < kTilesInRow; ++column)
+        tiles_->setColumnStretch(column, 1);
+    layout->addLayout(tiles_);
+    layout->addSpacing(20);
     layout->addWidget(makeLabel(QStringLiteral("آخرین رویدادها"), "sectionTitle"));
     layout->addSpacing(4);
     layout->addWidget(makeRecent(), 1);
@@ -98,9 +96,9 @@ void HomePage::addTile(Group group, const HomeTile& tile, const std::function<vo
     for (QLabel* label : {picture, title, hint})
         label->setAttribute(Qt::WA_TransparentForMouseEvents);
     QObject::connect(button, &QPushButton::clicked, this, onClick);
-    QGridLayout* tiles = tiles_.at(static_cast<std::size_t>(group));
-    const int count = tiles->count();
-    tiles->addWidget(button, count / kTilesInRow, count % kTilesInRow);
+    if (group != std::exchange(lastGroup_, group)) nextCell_ += (kTilesInRow - nextCell_ % kTilesInRow) % kTilesInRow;
+    tiles_->addWidget(button, nextCell_ / kTilesInRow, nextCell_ % kTilesInRow);
+    ++nextCell_;
     if (!firstTile_) firstTile_ = button;
 }
 

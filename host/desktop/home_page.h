@@ -4,7 +4,6 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QTableWidget>
-#include <array>
 #include <functional>
 
 #include "host/desktop/desktop_context.h"
@@ -24,6 +23,7 @@ class HomePage final : public ShellPage {
 public:
     explicit HomePage(DesktopContext context, QWidget* parent = nullptr);
 
+    // Tiles of one group stand together; another group begins a new row.
     enum class Group { Screens, Tools };
     void addTile(Group group, const HomeTile& tile, const std::function<void()>& onClick);
     // Shows the date and the latest entries of the user log.
@@ -35,7 +35,9 @@ private:
     DesktopContext context_;
     QLabel* greeting_;
     QLabel* date_;
-    std::array<QGridLayout*, 2> tiles_;  // by group
+    QGridLayout* tiles_;
+    Group lastGroup_ = Group::Screens;
+    int nextCell_ = 0;
     QTableWidget* recent_ = nullptr;
     QWidget* firstTile_ = nullptr;
 };

@@ -157,7 +157,7 @@ INSTANTIATE_TEST_SUITE_P(Answers, Leaving,
                          ::testing::Values(LeavingCase{"yesStores", mrYes, true, "فروشگاه تازه"},
                                            LeavingCase{"noDrops", mrNo, true, "بازرگانی مهرآفرین"},
                                            LeavingCase{"cancelStays", mrCancel, false, "بازرگانی مهرآفرین"}),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& each) { return each.param.name; });
 
 TEST_F(Shell, showsAnErrorAndLivesOn) {
     open(1);

@@ -87,7 +87,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, WrongSetting,
                                                      QString(101, QChar(u'ش')), "«نام شرکت» حداکثر 100 نویسه دارد."},
                                            WrongCase{"noWorkstation", "WorkstationName_EDT", "WorkstationName_Problem",
                                                      "   ", "نام ایستگاه نباید خالی باشد."}),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& each) { return each.param.name; });
 
 TEST_F(Settings, areTakenBack) {
     type(*page, "CompanyName_EDT", "نامی دیگر");
