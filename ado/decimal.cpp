@@ -217,7 +217,7 @@ std::strong_ordering Decimal::compare(const Decimal& a, const Decimal& b) {
     const Int128 powerA = kPowers[a.scale_];
     const Int128 powerB = kPowers[b.scale_];
     const auto whole = a.coefficient_ / powerA <=> b.coefficient_ / powerB;
-    if (whole != 0) return whole;
+    if (std::is_neq(whole)) return whole;
     Int128 restA = a.coefficient_ % powerA;
     Int128 restB = b.coefficient_ % powerB;
     if (a.scale_ < b.scale_) {

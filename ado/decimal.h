@@ -50,7 +50,7 @@ public:
     [[nodiscard]] std::optional<std::int64_t> toInt64() const;
 
     // By value: 1.5 == 1.50.
-    [[nodiscard]] friend bool operator==(const Decimal& a, const Decimal& b) { return (a <=> b) == 0; }
+    [[nodiscard]] friend bool operator==(const Decimal& a, const Decimal& b) { return std::is_eq(a <=> b); }
     [[nodiscard]] friend std::strong_ordering operator<=>(const Decimal& a, const Decimal& b) { return compare(a, b); }
 
 private:

@@ -81,17 +81,17 @@ bool holds(Operator op, const Value& a, const Value& b) {
     const std::partial_ordering order = compareValues(a, b);
     switch (op) {
         case Operator::Equal:
-            return order == 0;
+            return std::is_eq(order);
         case Operator::NotEqual:
-            return order != 0;
+            return std::is_neq(order);
         case Operator::Less:
-            return order < 0;
+            return std::is_lt(order);
         case Operator::LessEqual:
-            return order <= 0;
+            return std::is_lteq(order);
         case Operator::Greater:
-            return order > 0;
+            return std::is_gt(order);
         default:
-            return order >= 0;
+            return std::is_gteq(order);
     }
 }
 
@@ -366,12 +366,9 @@ private:
             node->field = requireField(left).index;
             return node;
         }
-        node->op = comparisonOperator();
+        const Operator op = comparisonOperator();
         const Operand right = operand();
-        if (!left.field && right.field) {
-            return complete(std::move(node), right, left, mirrored(node->op, left));
-        }
-        const Operator op = node->op;
+        if (!left.field && right.field) return complete(std::move(node), right, left, mirrored(op, left));
         return complete(std::move(node), left, right, op);
     }
 
