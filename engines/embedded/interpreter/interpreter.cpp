@@ -161,6 +161,14 @@ Interpreter::Flow Interpreter::dispatch(Activation& activation, const ast::State
                 return Flow::Next;
             }
             break;
+        case StatementKind::CreateProcedure: {
+            // What its variables get wrong is said now, not at the first call.
+            const auto& procedure = ast::as<ast::CreateProcedureStatement>(statement);
+            Layout layout;
+            layout.addParameters(activation.batch, procedure.parameters, catalog_);
+            layout.addDeclarations(activation.batch, procedure.body, catalog_);
+            break;
+        }
         default:
             break;
     }
