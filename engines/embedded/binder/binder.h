@@ -82,6 +82,9 @@ public:
     [[nodiscard]] std::optional<std::string> fixedText(const ast::Expression& expression);
     [[nodiscard]] SqlType dataType(const ast::DataType& type) const;
 
+    // Whether both say the same. Literals that have to be equal for it are fixed for the plan.
+    [[nodiscard]] bool sameExpression(const BoundExpression& a, const BoundExpression& b) const;
+
     // --- errors ---
     [[noreturn]] void fail(int number, const std::string& message, SourceRange range) const;
     [[noreturn]] void unsupported(const std::string& construct, SourceRange range) const;
@@ -100,6 +103,7 @@ private:
     // expression.cpp
     BoundPtr literal(const ast::LiteralExpression& expression);
     BoundPtr variable(const std::string& name, SourceRange range);
+    BoundPtr runningVariable(const std::string& name, SourceRange range);
     BoundPtr systemVariable(const ast::SystemVariableExpression& expression);
     BoundPtr column(const ast::ColumnExpression& expression, Scope* scope);
     BoundPtr caseExpression(const ast::CaseExpression& expression, Scope* scope);
@@ -136,8 +140,14 @@ private:
     std::unique_ptr<BoundSelect> select(const ast::Select& select, Scope* outer, std::vector<OutputColumn>& columns,
                                         BoundQuery* query, const ast::QueryExpression* whole);
     void selectItems(const ast::Select& select, Scope& scope, BoundSelect& into, std::vector<OutputColumn>& columns);
+    // The first column that stands neither in an aggregate nor in GROUP BY; null when there is none.
+    const BoundExpression* ungrouped(const BoundExpression& expression, const std::vector<BoundPtr>& groups,
+                                     const Scope& scope) const;
     void checkGrouping(const BoundSelect& select, const BoundQuery* query, const Scope& scope, SourceRange range);
     BoundPtr rowLimit(const ast::Expression& count, Scope* scope);
+    // select_assignment.cpp
+    BoundPtr assignedItem(const ast::SelectItem& item, Scope& scope);
+    void settleRunningValues(BoundSelectStatement& statement, SourceRange range);
     // source.cpp
     std::unique_ptr<BoundSource> from(const std::vector<ast::TableSourcePtr>& sources, Scope& scope);
     std::unique_ptr<BoundSource> source(const ast::TableSource& source, Scope& scope, Scope* outer);
@@ -154,6 +164,7 @@ private:
     void addToScope(Scope& scope, ScopeSource source, SourceRange range);
     // change.cpp
     const Table& target(const ast::TableTarget& target);
+    BoundSelectStatement valuesBefore(const ast::UpdateStatement& statement);
     ScopeSource targetSource(const Table& table, const std::string& name, const std::string& sqlAlias);
     void outputs(const std::optional<ast::OutputClause>& clause, const Table& table, bool deleted,
                  std::vector<BoundItem>& items, std::vector<OutputColumn>& columns);
@@ -168,6 +179,13 @@ private:
     Catalog& catalog_;
     BinderInput input_;
     std::vector<CommonTable> commonTables_;
+    // While the items of SELECT @v = ... are read: the variables that the statement assigns, with the values that items
+    // read so far give them in the same row.
+    struct RunningVariable {
+        std::string name;
+        BoundPtr value;  // null before its item
+    };
+    std::vector<RunningVariable> running_;
     int aliases_ = 0;
     int* sharedAliases_ = nullptr;  // of the statement that a view is part of
     int viewDepth_ = 0;

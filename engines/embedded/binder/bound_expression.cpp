@@ -92,22 +92,4 @@ BoundPtr cloned(const BoundExpression& expression) {
     return result;
 }
 
-bool sameExpression(const BoundExpression& a, const BoundExpression& b) {
-    if (a.kind != b.kind || a.name != b.name || a.table != b.table || a.type != b.type || a.negated != b.negated ||
-        a.distinct != b.distinct || a.star != b.star || a.query || b.query || a.over || b.over ||
-        a.arguments.size() != b.arguments.size()) {
-        return false;
-    }
-    if (a.kind == BoundKind::Constant && !(isNull(a.value) ? isNull(b.value) : sameValue(a.value, b.value)))
-        return false;
-    if (a.kind == BoundKind::Slot && (a.slot.source != b.slot.source || a.slot.index != b.slot.index ||
-                                      a.slot.variable != b.slot.variable || a.slot.system != b.slot.system)) {
-        return false;
-    }
-    for (std::size_t i = 0; i < a.arguments.size(); ++i) {
-        if (!sameExpression(*a.arguments[i], *b.arguments[i])) return false;
-    }
-    return true;
-}
-
 }  // namespace basalt::embedded

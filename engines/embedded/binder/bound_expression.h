@@ -123,8 +123,6 @@ template <typename... Arguments>
 [[nodiscard]] BoundPtr boundPrefix(std::string op, SqlType type, BoundPtr operand);
 [[nodiscard]] BoundPtr cloned(const BoundExpression& expression);  // throws for subqueries; see canClone
 [[nodiscard]] bool canClone(const BoundExpression& expression);
-// Same tree; slots are the same when they take the same value from the same place.
-[[nodiscard]] bool sameExpression(const BoundExpression& a, const BoundExpression& b);
 
 [[nodiscard]] BoundPtr makeCall(std::string name, SqlType type, std::vector<BoundPtr> arguments);
 

@@ -56,6 +56,7 @@ struct BoundBody {
 struct BoundCommonTable {
     std::string name;  // generated
     std::unique_ptr<BoundQuery> query;
+    bool materialized = false;  // worked out before the rest
 };
 
 // ORDER BY: the position of an output column, or an expression when the position is 0.

@@ -49,6 +49,8 @@ struct BoundUpdate {
     std::vector<BoundItem> returning;
     std::vector<OutputColumn> outputs;
     std::vector<SelectAssignment> assignments;  // from the last returned columns
+    // SET @v = expression: what the rows give before they change; no query when there is none.
+    BoundSelectStatement before;
 };
 
 struct BoundDelete {

@@ -96,8 +96,11 @@ BoundPtr Binder::expression(const ast::Expression& expression, Scope* scope) {
             slot.from = input_.markers[marker.ordinal];
             return boundSlot(std::move(slot));
         }
-        case Kind::Variable:
-            return variable(ast::as<ast::VariableExpression>(expression).name, expression.range);
+        case Kind::Variable: {
+            const auto& name = ast::as<ast::VariableExpression>(expression).name;
+            const bool running = scope != nullptr && scope->parent == nullptr && !scope->insideAggregate;
+            return running ? runningVariable(name, expression.range) : variable(name, expression.range);
+        }
         case Kind::SystemVariable:
             return systemVariable(ast::as<ast::SystemVariableExpression>(expression));
         case Kind::Column:

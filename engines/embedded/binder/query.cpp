@@ -22,6 +22,13 @@ const char* nameOf(ast::SetOperator op) {
     return "";
 }
 
+// A column of nothing but untyped NULLs is an int.
+void settleNulls(std::vector<OutputColumn>& columns) {
+    for (OutputColumn& column : columns) {
+        if (column.type.isNull()) column.type = SqlType::of(TypeKind::Int);
+    }
+}
+
 }  // namespace
 
 std::unique_ptr<BoundQuery> Binder::query(const ast::QueryExpression& query, Scope* outer) {
@@ -30,6 +37,7 @@ std::unique_ptr<BoundQuery> Binder::query(const ast::QueryExpression& query, Sco
     commonTables(query.with, result->with);
     if (query.forXml) unsupported("FOR XML", query.forXml->range);
     result->body = body(*query.body, outer, result->columns, *result, &query);
+    settleNulls(result->columns);
     if (query.offset != nullptr) result->offset = rowLimit(*query.offset, nullptr);
     if (query.fetch != nullptr) result->limit = rowLimit(*query.fetch, nullptr);
     if (outer != nullptr && !query.orderBy.empty() && result->limit == nullptr && result->offset == nullptr) {
@@ -192,6 +200,7 @@ void Binder::commonTables(const std::vector<ast::CommonTableExpression>& with, s
             }
             convertColumns(*body.left, columns);
             convertColumns(*body.right, columns);
+            settleNulls(columns);
             commonTables_.back().columns = columnsOf(columns);
             bound.query->columns = std::move(columns);
         } else {
@@ -201,34 +210,6 @@ void Binder::commonTables(const std::vector<ast::CommonTableExpression>& with, s
         }
         into.push_back(std::move(bound));
     }
-}
-
-BoundSelectStatement Binder::selectStatement(const ast::SelectStatement& statement) {
-    BoundSelectStatement result;
-    result.query = query(*statement.query, nullptr);
-    const ast::Select& first = ast::firstSelect(*statement.query->body);
-    if (!first.into.empty()) result.into = first.into.last();
-    bool reads = false;
-    bool assigns = false;
-    for (const ast::SelectItem& item : first.items) {
-        if (item.kind != ast::SelectItemKind::Assignment) {
-            reads = true;
-            continue;
-        }
-        assigns = true;
-        const SqlType* type = input_.variables == nullptr ? nullptr : input_.variables->typeOf(item.variable);
-        if (type == nullptr) fail(137, "Must declare the scalar variable \"" + item.variable + "\".", item.range);
-        result.assignments.push_back({item.variable, {}, *type});
-    }
-    if (assigns && reads) {
-        fail(141,
-             "A SELECT statement that assigns a value to a variable must not be combined with data-retrieval "
-             "operations.",
-             statement.range);
-    }
-    for (std::size_t i = 0; i < result.assignments.size(); ++i)
-        result.assignments[i].from = result.query->columns[i].type;
-    return result;
 }
 
 }  // namespace basalt::embedded

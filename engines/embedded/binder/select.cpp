@@ -33,38 +33,20 @@ OutputColumn outputOf(const BoundExpression& expression, std::string name) {
             expression.kind == BoundKind::Column ? expression.base : std::nullopt};
 }
 
-// The first column that stands neither in an aggregate nor in GROUP BY; null when there is none.
-const BoundExpression* ungrouped(const BoundExpression& expression, const std::vector<BoundPtr>& groups,
-                                 const Scope& scope) {
-    for (const BoundPtr& group : groups) {
-        if (sameExpression(expression, *group)) return nullptr;
-    }
-    if (expression.kind == BoundKind::Aggregate && expression.over == nullptr) return nullptr;
-    if (expression.kind == BoundKind::Column) return scope.owns(expression.table) ? &expression : nullptr;
-    for (const BoundPtr& argument : expression.arguments) {
-        if (const BoundExpression* found = ungrouped(*argument, groups, scope)) return found;
-    }
-    return nullptr;
-}
-
 }  // namespace
 
 void Binder::selectItems(const ast::Select& select, Scope& scope, BoundSelect& into,
                          std::vector<OutputColumn>& columns) {
     const auto add = [&](BoundPtr expression, std::string name) {
         relyOnLength(*expression);
-        if (expression->type.isNull()) expression->type = SqlType::of(TypeKind::Int);
         columns.push_back(outputOf(*expression, name));
         into.items.push_back({std::move(expression), std::move(name)});
     };
     for (const ast::SelectItem& item : select.items) {
         if (item.kind != ast::SelectItemKind::Star) {
-            BoundPtr value = expression(*item.expression, &scope);
-            if (item.kind == ast::SelectItemKind::Assignment && item.op != ast::AssignmentOperator::Set) {
-                value =
-                    operation(operatorOf(item.op), variable(item.variable, item.range), std::move(value), item.range);
-            }
-            add(std::move(value), nameOf(item));
+            add(item.kind == ast::SelectItemKind::Assignment ? assignedItem(item, scope)
+                                                             : expression(*item.expression, &scope),
+                nameOf(item));
             continue;
         }
         bool found = false;
@@ -163,6 +145,19 @@ BoundOrdering Binder::ordering(const ast::OrderItem& item, Scope* scope, const s
              item.expression->range);
     }
     return result;
+}
+
+const BoundExpression* Binder::ungrouped(const BoundExpression& expression, const std::vector<BoundPtr>& groups,
+                                         const Scope& scope) const {
+    for (const BoundPtr& group : groups) {
+        if (sameExpression(expression, *group)) return nullptr;
+    }
+    if (expression.kind == BoundKind::Aggregate && expression.over == nullptr) return nullptr;
+    if (expression.kind == BoundKind::Column) return scope.owns(expression.table) ? &expression : nullptr;
+    for (const BoundPtr& argument : expression.arguments) {
+        if (const BoundExpression* found = ungrouped(*argument, groups, scope)) return found;
+    }
+    return nullptr;
 }
 
 void Binder::checkGrouping(const BoundSelect& select, const BoundQuery* query, const Scope& scope, SourceRange range) {

@@ -32,9 +32,7 @@ BoundUpdate Binder::update(const ast::UpdateStatement& statement) {
     const Table& table = *result.table;
     std::vector<std::pair<std::string, std::size_t>> variables;
     for (const ast::SetClause& clause : statement.assignments) {
-        if (clause.column.empty()) {
-            unsupported("an assignment to a variable without a column in UPDATE", clause.range);
-        }
+        if (clause.column.empty()) continue;  // bound below
         const int position = table.find(clause.column.last());
         if (position < 0) {
             fail(error::kInvalidColumn, "Invalid column name '" + clause.column.last() + "'.", clause.column.range);
@@ -98,7 +96,36 @@ BoundUpdate Binder::update(const ast::UpdateStatement& statement) {
         result.assignments.push_back({variable, value->type, *type});
         result.returning.push_back({std::move(value), {}});
     }
+    result.before = valuesBefore(statement);
     commonTables_.resize(visible);
+    return result;
+}
+
+BoundSelectStatement Binder::valuesBefore(const ast::UpdateStatement& statement) {
+    BoundSelectStatement result;
+    auto select = std::make_unique<BoundSelect>();
+    Scope scope(nullptr);
+    for (const ast::SetClause& clause : statement.assignments) {
+        if (!clause.column.empty()) continue;
+        if (select->from == nullptr) {
+            select->from = statement.from.empty() ? tableSource(target(statement.target), statement.target.name.last(),
+                                                                scope, statement.target.range)
+                                                  : from(statement.from, scope);
+            if (statement.where != nullptr) select->where = condition(*statement.where, &scope);
+        }
+        BoundPtr value = expression(*clause.value, &scope);
+        const SqlType type = variable(clause.variable, clause.range)->type;
+        if (clause.op != ast::AssignmentOperator::Set) {
+            value = operation(operatorOf(clause.op), variable(clause.variable, clause.range), std::move(value),
+                              clause.range);
+        }
+        result.assignments.push_back({clause.variable, value->type, type});
+        select->items.push_back({std::move(value), {}});
+    }
+    if (result.assignments.empty()) return result;
+    result.query = std::make_unique<BoundQuery>();
+    result.query->body = std::make_unique<BoundBody>();
+    result.query->body->select = std::move(select);
     return result;
 }
 

@@ -90,6 +90,8 @@ std::unique_ptr<Plan> Executor::prepared(SqlWriter& writer) {
 }
 
 void Executor::describe(Plan& plan, const std::vector<OutputColumn>& columns) {
+    if (columns.empty()) return;
+    auto infos = std::make_shared<std::vector<ColumnInfo>>();
     for (const OutputColumn& column : columns) {
         ColumnInfo info;
         info.name = column.name;
@@ -100,7 +102,7 @@ void Executor::describe(Plan& plan, const std::vector<OutputColumn>& columns) {
             info.baseColumn = column.base->column;
             info.identity = column.base->identity;
         }
-        plan.columns.push_back(std::move(info));
+        infos->push_back(std::move(info));
         plan.types.push_back(column.type);
         switch (column.type.storage()) {
             case Storage::Integer:
@@ -123,6 +125,7 @@ void Executor::describe(Plan& plan, const std::vector<OutputColumn>& columns) {
                 break;
         }
     }
+    plan.columns = std::move(infos);
 }
 
 std::unique_ptr<Plan> Executor::plan(const ast::Batch& batch, const ast::Statement& statement,
@@ -171,6 +174,12 @@ std::unique_ptr<Plan> Executor::plan(const ast::Batch& batch, const ast::Stateme
             result->table = bound.table->name;
             result->assignments = std::move(bound.assignments);
             describe(*result, bound.outputs);
+            if (bound.before.query != nullptr) {
+                SqlWriter before;
+                before.query(*bound.before.query);
+                result->before = prepared(before);
+                result->before->assignments = std::move(bound.before.assignments);
+            }
             break;
         }
         default: {
@@ -407,6 +416,7 @@ void Executor::runSelect(Plan& plan, BatchResult& into, const Environment& envir
         }
         count = static_cast<std::int64_t>(rows.rowCount());
     } else {
+        running_ = &environment;
         for (; step(plan); ++count)
             assignRow(plan, environment);
     }
@@ -416,9 +426,15 @@ void Executor::runSelect(Plan& plan, BatchResult& into, const Environment& envir
 
 void Executor::runChange(Plan& plan, BatchResult& into, const Environment& environment) {
     const bool identity = plan.generatesIdentity || plan.setsIdentity;
-    StatementGuard guard(*this, identity);
+    StatementGuard guard(*this, identity || plan.before != nullptr);
+    if (plan.before != nullptr) {
+        bind(*plan.before, environment);
+        while (step(*plan.before))
+            assignRow(*plan.before, environment);
+        plan.before->statement.reset();
+    }
     StatementResult result;
-    if (!plan.columns.empty()) result.rows.emplace(plan.columns);
+    if (plan.columns != nullptr) result.rows.emplace(plan.columns);
     if (identity) identity_->start(catalog_, catalog_.requireTable(plan.table));
     while (step(plan)) {
         if (result.rows) readRow(plan, *result.rows);

@@ -120,7 +120,8 @@ private:
     std::function<std::int64_t()> clock_;
     SessionState state_;
     std::unique_ptr<IdentityRun> identity_;
-    std::vector<std::string> savepoints_;  // names of SAVE TRANSACTION
+    const Environment* running_ = nullptr;  // of the SELECT that assigns variables
+    std::vector<std::string> savepoints_;   // names of SAVE TRANSACTION
     SqliteStatement savepoint_, release_, rollbackTo_, beginImmediate_, commit_, rollback_;
 };
 

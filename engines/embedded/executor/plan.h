@@ -22,7 +22,7 @@ struct Plan {
     PlanKind kind = PlanKind::Select;
     SqliteStatement statement;
     std::vector<Slot> slots;
-    std::vector<ColumnInfo> columns;  // of the result set; empty when there is none
+    std::shared_ptr<const std::vector<ColumnInfo>> columns;  // of the result set; null when there is none
     std::vector<CellReader> readers;
     std::vector<SqlType> types;
     std::vector<SelectAssignment> assignments;  // variables that take the last columns of each row
@@ -31,7 +31,7 @@ struct Plan {
     bool setsIdentity = false;
     std::size_t identityOutput = 0;
     std::uint64_t generation = 0;  // of the catalog
-    bool usesNow = false;
+    std::unique_ptr<Plan> before;  // of UPDATE: assigns variables from the rows before they change
 
     [[nodiscard]] bool writes() const { return kind != PlanKind::Select; }
 };

@@ -43,6 +43,12 @@ void Executor::registerFunctions() {
             sqlite3_result_int64(context, value);
         });
     });
+    addOwned(database_, "t_variable", 1, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {
+        auto* self = static_cast<Executor*>(sqlite3_user_data(context));
+        const Call call(context, count, arguments);
+        guarded(context, self->database_,
+                [&] { returnValue(context, self->running_->variables->valueOf(call.text(0))); });
+    });
     addOwned(database_, "t_object_id", 2, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {
         auto* self = static_cast<Executor*>(sqlite3_user_data(context));
         const Call call(context, count, arguments);

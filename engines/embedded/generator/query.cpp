@@ -12,7 +12,7 @@ void SqlWriter::with(const std::vector<BoundCommonTable>& tables) {
         *this << tables[i].name << "(";
         for (std::size_t c = 0; c < tables[i].query->columns.size(); ++c)
             *this << (c == 0 ? "c" : ", c") << std::to_string(c + 1);
-        *this << ") AS (";
+        *this << (tables[i].materialized ? ") AS MATERIALIZED (" : ") AS (");
         query(*tables[i].query);
         *this << ")";
     }

@@ -158,22 +158,30 @@ void reverse(Call& call) {
     call.result(std::string_view(result));
 }
 
+// Digits with the given count behind the point; halves go away from zero.
+std::string fixedText(double value, std::int64_t decimals) {
+    const long double unit = std::pow(10.0L, static_cast<long double>(decimals));
+    const long double scaled = static_cast<long double>(value) * unit;
+    char buffer[400];
+    const bool exact = std::fabs(scaled) < 1e18L;
+    const int size = std::snprintf(buffer, sizeof buffer, "%.*Lf", static_cast<int>(decimals),
+                                   exact ? std::round(scaled) / unit : static_cast<long double>(value));
+    return std::string(buffer, static_cast<std::size_t>(size));
+}
+
 // STR(float, length, decimals)
 void str(Call& call) {
     const std::int64_t width = call.integer(1);
     const std::int64_t decimals = std::min<std::int64_t>(call.integer(2), 16);
     if (width <= 0 || decimals < 0) return call.resultNull();
-    char buffer[400];
-    int size = std::snprintf(buffer, sizeof buffer, "%.*f", static_cast<int>(decimals), call.real(0));
-    std::string text(buffer, static_cast<std::size_t>(size));
+    std::string text = fixedText(call.real(0), decimals);
     const std::size_t point = std::min(text.find('.'), text.size());
     if (static_cast<std::int64_t>(point) > width) {
         text.assign(static_cast<std::size_t>(width), '*');
     } else if (static_cast<std::int64_t>(text.size()) > width) {
         // Decimals give way to the length, properly rounded.
         const std::int64_t kept = std::max<std::int64_t>(0, width - static_cast<std::int64_t>(point) - 1);
-        size = std::snprintf(buffer, sizeof buffer, "%.*f", static_cast<int>(kept), call.real(0));
-        text.assign(buffer, static_cast<std::size_t>(size));
+        text = fixedText(call.real(0), kept);
     }
     if (static_cast<std::int64_t>(text.size()) < width) {
         text.insert(0, static_cast<std::size_t>(width) - text.size(), ' ');

@@ -1,0 +1,48 @@
+// Whether two expressions say the same: GROUP BY K % 2 and SELECT K % 2.
+#include "engines/embedded/binder/binder.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+using LiteralPairs = std::vector<std::pair<LiteralIndex, LiteralIndex>>;
+
+bool sameSlot(const Slot& a, const Slot& b, const LiteralTable* literals, LiteralPairs& pairs) {
+    if (a.source != b.source || a.to != b.to) return false;
+    if (a.source == Slot::Source::Literal && a.index != b.index) {
+        if (literals == nullptr || !sameLiteral((*literals)[a.index], (*literals)[b.index])) return false;
+        pairs.emplace_back(a.index, b.index);
+        return true;
+    }
+    return a.index == b.index && a.variable == b.variable && a.system == b.system;
+}
+
+bool same(const BoundExpression& a, const BoundExpression& b, const LiteralTable* literals, LiteralPairs& pairs) {
+    if (a.kind != b.kind || a.name != b.name || a.table != b.table || a.type != b.type || a.negated != b.negated ||
+        a.distinct != b.distinct || a.star != b.star || a.query || b.query || a.over || b.over ||
+        a.arguments.size() != b.arguments.size()) {
+        return false;
+    }
+    if (a.kind == BoundKind::Constant && !(isNull(a.value) ? isNull(b.value) : sameValue(a.value, b.value)))
+        return false;
+    if (a.kind == BoundKind::Slot && !sameSlot(a.slot, b.slot, literals, pairs)) return false;
+    for (std::size_t i = 0; i < a.arguments.size(); ++i) {
+        if (!same(*a.arguments[i], *b.arguments[i], literals, pairs)) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+bool Binder::sameExpression(const BoundExpression& a, const BoundExpression& b) const {
+    LiteralPairs pairs;
+    if (!same(a, b, input_.literals, pairs)) return false;
+    // Two literals that happen to be equal make them the same: the plan holds for these values only.
+    for (const auto& [first, second] : pairs) {
+        input_.literals->fix(first);
+        input_.literals->fix(second);
+    }
+    return true;
+}
+
+}  // namespace basalt::embedded

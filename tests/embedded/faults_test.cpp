@@ -1,0 +1,175 @@
+// Files that are missing, something else, damaged, newer, not writable, and disks that are full.
+#include <gmock/gmock.h>
+#include <sqlite3.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <fstream>
+
+#include "engines/embedded/embedded_session.h"
+#include "temp_folder.h"
+
+namespace basalt::embedded {
+namespace {
+
+using testing::HasSubstr;
+
+class Faults : public testing::Test {
+protected:
+    [[nodiscard]] std::string path() const { return folder_.file("shop.basalt"); }
+
+    static DatabaseError errorOf(const std::string& path, const EmbeddedOptions& options) {
+        try {
+            const auto session = EmbeddedSession::open(path, options);
+        } catch (const DatabaseError& error) {
+            return error;
+        }
+        return DatabaseError(ErrorCategory::Other, "", 0, "no error");
+    }
+
+    void fill(int rows) {
+        const auto session = EmbeddedSession::open(path(), {.createIfMissing = true});
+        session->run("create table T(ID int not null primary key, A nvarchar(200))");
+        session->begin();
+        for (int i = 1; i <= rows; ++i)
+            session->run("insert into T values(" + std::to_string(i) + ", N'" + std::string(150, 'x') + "')");
+        session->commit();
+    }
+
+    test::TempFolder folder_;
+};
+
+TEST_F(Faults, aMissingFile) {
+    const DatabaseError error = errorOf(path(), {});
+    EXPECT_EQ(error.category(), ErrorCategory::NotFound);
+    EXPECT_EQ(std::string(error.what()),
+              "The database file '" + path() + "' does not exist. Check the path, or create the database first.");
+    EXPECT_FALSE(std::filesystem::exists(path()));
+}
+
+TEST_F(Faults, aMissingFolder) {
+    const DatabaseError error = errorOf(folder_.file("no/such/folder/shop.basalt"), {.createIfMissing = true});
+    EXPECT_EQ(error.category(), ErrorCategory::Connection);
+    EXPECT_THAT(error.what(), HasSubstr("Check that its folder exists and that you may write to it."));
+}
+
+TEST_F(Faults, aFileThatIsNoDatabase) {
+    std::ofstream(path()) << std::string(5000, 'z');
+    EXPECT_EQ(errorOf(path(), {}).category(), ErrorCategory::Corrupt);
+}
+
+TEST_F(Faults, aDatabaseOfAnotherProgram) {
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(path().c_str(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(other, "create table x(a)", nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(other);
+    const DatabaseError error = errorOf(path(), {});
+    EXPECT_EQ(error.category(), ErrorCategory::Corrupt);
+    EXPECT_EQ(std::string(error.what()),
+              "The file '" + path() + "' is a database, but not one of this program. Check the path.");
+}
+
+TEST_F(Faults, aDamagedFile) {
+    fill(2000);
+    {
+        std::fstream file(path(), std::ios::in | std::ios::out | std::ios::binary);
+        const auto size = static_cast<long>(std::filesystem::file_size(path()));
+        for (long at = 8 * 4096; at < size; at += 4096) {
+            file.seekp(at);
+            file << std::string(600, '\xFF');
+        }
+    }
+    const auto session = EmbeddedSession::open(path(), {});
+    try {
+        session->run("select COUNT(A) from T");
+        FAIL() << "no error";
+    } catch (const DatabaseError& error) {
+        EXPECT_EQ(error.category(), ErrorCategory::Corrupt) << error.what();
+        EXPECT_THAT(error.what(), HasSubstr("Restore it from a backup."));
+    }
+    EXPECT_THAT(session->integrityCheck(), testing::Not(testing::IsEmpty()));
+}
+
+TEST_F(Faults, aNewerSchema) {
+    EmbeddedSession::open(path(), {.createIfMissing = true})->setSchemaVersion(7);
+    EXPECT_EQ(EmbeddedSession::open(path(), {.knownSchemaVersion = 7})->schemaVersion(), 7);
+    const DatabaseError error = errorOf(path(), {.knownSchemaVersion = 6});
+    EXPECT_EQ(error.category(), ErrorCategory::Version);
+    EXPECT_EQ(std::string(error.what()),
+              "The database '" + path() +
+                  "' was made by a newer release of the program. Update this computer's program, then open it again.");
+}
+
+TEST_F(Faults, aLockedFile) {
+    fill(1);
+    const auto writer = EmbeddedSession::open(path(), {});
+    writer->begin();
+    // Opening and reading go on; only writing waits.
+    const auto reader = EmbeddedSession::open(path(), {.busyTimeoutMs = 50});
+    EXPECT_EQ(reader->run("select ID from T").results.at(0).rows.value().rowCount(), 1U);
+    EXPECT_THROW(reader->run("delete from T"), DatabaseError);
+}
+
+// A child process with other rights tells by its exit status which category the error had.
+TEST_F(Faults, aFolderThatMayNotBeWritten) {
+    fill(1);
+    std::filesystem::remove(path() + "-wal");
+    std::filesystem::remove(path() + "-shm");
+    const std::string closed = folder_.file("closed");
+    std::filesystem::create_directory(closed);
+    std::filesystem::copy(path(), closed + "/shop.basalt");
+    ASSERT_EQ(chmod((closed + "/shop.basalt").c_str(), 0444), 0);
+    ASSERT_EQ(chmod(closed.c_str(), 0555), 0);
+    ASSERT_EQ(chmod(folder_.path().c_str(), 0755), 0);
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        if (geteuid() == 0 && setuid(65534) != 0) _exit(100);
+        const ErrorCategory existing = errorOf(closed + "/shop.basalt", {}).category();
+        const ErrorCategory fresh = errorOf(closed + "/new.basalt", {.createIfMissing = true}).category();
+        _exit(existing == ErrorCategory::Connection && fresh == ErrorCategory::Connection
+                  ? 0
+                  : 10 + static_cast<int>(existing));
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    ASSERT_EQ(chmod(closed.c_str(), 0755), 0);
+}
+
+// The limit on the size of files stands in for a full disk.
+TEST_F(Faults, aFullDisk) {
+    fill(10);
+    const auto session = EmbeddedSession::open(path(), {});
+    rlimit old{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &old), 0);
+    const auto ignored = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit small = old;
+    small.rlim_cur = 200'000;
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    session->begin();
+    ErrorCategory category = ErrorCategory::Other;
+    try {
+        for (int i = 100; i < 20'000; ++i)
+            session->run("insert into T values(" + std::to_string(i) + ", N'" + std::string(200, 'y') + "')");
+        session->commit();
+    } catch (const DatabaseError& error) {
+        category = error.category();
+    }
+    setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, ignored);
+    EXPECT_EQ(category, ErrorCategory::DiskFull);
+    EXPECT_FALSE(session->inTransaction());
+    // Nothing of the transaction was kept, and the session works again.
+    EXPECT_EQ(session->run("select ID from T").results.at(0).rows.value().rowCount(), 10U);
+    session->run("insert into T values(11, N'z')");
+    EXPECT_THAT(session->integrityCheck(), testing::IsEmpty());
+    EXPECT_EQ(EmbeddedSession::open(path(), {})->run("select ID from T").results.at(0).rows.value().rowCount(), 11U);
+}
+
+}  // namespace
+}  // namespace basalt::embedded
