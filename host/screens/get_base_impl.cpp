@@ -116,7 +116,6 @@ void GetBaseImpl::showTitle() {
 
 void GetBaseImpl::SetIsSaved(bool saved) {
     isSaved_ = saved;
-    editor_.setWindowModified(!saved);
 }
 
 void GetBaseImpl::OpenRecord() {
