@@ -7,7 +7,9 @@ namespace basalt {
 namespace {
 
 std::string withAt(std::string_view name) {
-    return !name.empty() && name.front() == '@' ? std::string(name) : "@" + std::string(name);
+    std::string full;
+    if (name.empty() || name.front() != '@') full += '@';
+    return full.append(name);
 }
 
 }  // namespace
