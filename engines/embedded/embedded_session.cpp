@@ -210,15 +210,23 @@ PlanStatistics EmbeddedSession::planStatistics() const {
 }
 
 std::vector<std::string> EmbeddedSession::integrityCheck() {
-    SqliteStatement check = core_->database().prepare("PRAGMA integrity_check");
     std::vector<std::string> problems;
-    while (check.step()) {
-        if (check.textAt(0) != "ok") problems.push_back(check.textAt(0));
+    try {
+        SqliteStatement check = core_->database().prepare("PRAGMA integrity_check");
+        while (check.step()) {
+            if (check.textAt(0) != "ok") problems.push_back(check.textAt(0));
+        }
+        // References of damaged tables would only repeat what is known.
+        if (!problems.empty()) return problems;
+        SqliteStatement references = core_->database().prepare("PRAGMA foreign_key_check");
+        while (references.step()) {
+            problems.push_back("A row of " + references.textAt(0) + " refers to a row of " + references.textAt(2) +
+                               " that is not there");
+        }
+    } catch (const DatabaseError& error) {
+        if (error.category() != ErrorCategory::Corrupt) throw;
+        problems.emplace_back(error.what());
     }
-    SqliteStatement references = core_->database().prepare("PRAGMA foreign_key_check");
-    while (references.step())
-        problems.push_back("A row of " + references.textAt(0) + " refers to a row of " + references.textAt(2) +
-                           " that is not there");
     return problems;
 }
 

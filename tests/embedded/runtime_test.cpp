@@ -5,6 +5,7 @@
 #include <cstring>
 #include <random>
 
+#include "ado/error.h"
 #include "engines/embedded/runtime/collation.h"
 #include "engines/embedded/runtime/convert.h"
 #include "engines/embedded/runtime/dates.h"
