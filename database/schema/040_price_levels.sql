@@ -8,7 +8,7 @@ BEGIN
         Name nvarchar(50) NOT NULL,
         Comment nvarchar(500) NULL,
         CostType int NOT NULL,
-        CONSTRAINT PK_CostLevel PRIMARY KEY (Code, CostType)
+        CONSTRAINT PK_CostLevel PRIMARY KEY (CostType, Code)
     )
     CREATE INDEX IX_CostLevel_Name ON dbo.CostLevel (CostType, Name)
 END
@@ -67,7 +67,7 @@ BEGIN
         Cost decimal(23, 9) NULL,
         [Default] bit NULL,
         CostLevelType int NOT NULL CONSTRAINT DF_costlist_CostLevelType DEFAULT 1,
-        CONSTRAINT FK_costlist_CostLevel FOREIGN KEY (CostLevelCode, CostLevelType) REFERENCES dbo.CostLevel (Code, CostType)
+        CONSTRAINT FK_costlist_CostLevel FOREIGN KEY (CostLevelType, CostLevelCode) REFERENCES dbo.CostLevel (CostType, Code)
     )
     CREATE INDEX IX_costlist_TypeCode ON dbo.costlist ([Type], TypeCode)
     CREATE INDEX IX_costlist_CostLevel ON dbo.costlist (CostLevelCode, CostLevelType)

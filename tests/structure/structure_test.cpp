@@ -94,8 +94,8 @@ TEST_P(FolderRules, includesPointDownwardOnly) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(House, FolderRules, ::testing::ValuesIn(rules), [](const auto& info) {
-    return std::regex_replace(info.param.folder, std::regex("/"), "_");
+INSTANTIATE_TEST_SUITE_P(House, FolderRules, ::testing::ValuesIn(rules), [](const auto& rule) {
+    return std::regex_replace(rule.param.folder, std::regex("/"), "_");
 });
 
 // Screens are the only files of the module that may know Qt.
