@@ -10,4 +10,7 @@ void lexer(std::string_view input);
 // What parses prints, and what prints parses to the same tree. What does not parse says where.
 void parser(std::string_view input);
 
+// Any batch on a small database: it answers or throws DatabaseError, and the session stays usable.
+void engine(std::string_view input);
+
 }  // namespace basalt::fuzz

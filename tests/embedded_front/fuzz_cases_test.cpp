@@ -21,6 +21,7 @@ TEST(FuzzCases, HoldTheirProperties) {
         // A property that does not hold ends the program, with its name on the standard error.
         lexer(content.str());
         parser(content.str());
+        engine(content.str());
         ++files;
     }
     EXPECT_GT(files, 0);

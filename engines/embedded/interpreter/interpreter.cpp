@@ -65,6 +65,7 @@ void Interpreter::startAfresh() {
     located_ = nullptr;
     tries_ = 0;
     calls_ = 0;
+    statements_ = 0;
     executor_.state().caught = nullptr;
     executor_.state().nestLevel = 0;
 }
@@ -96,6 +97,15 @@ Interpreter::Flow Interpreter::runStatements(Activation& activation, const ast::
 }
 
 Interpreter::Flow Interpreter::runStatement(Activation& activation, const ast::Statement& statement) {
+    struct Depth {
+        int& count;
+        ~Depth() { --count; }
+    } const depth{++statements_};
+    if (statements_ > kDeepestStatement) {
+        throw DatabaseError(
+            ErrorCategory::Limit, "42000", 217,
+            "Statements and procedures are nested more than " + std::to_string(kDeepestStatement) + " deep.");
+    }
     try {
         return dispatch(activation, statement);
     } catch (const DatabaseError& error) {

@@ -30,6 +30,8 @@ namespace basalt::embedded {
 
 // As in SQL Server.
 inline constexpr int kDeepestCall = 32;
+// Statements inside each other, through all procedures that are being called; each takes stack.
+inline constexpr int kDeepestStatement = 1000;
 
 class Interpreter {
 public:
@@ -131,6 +133,7 @@ private:
     Catalog& catalog_;
     std::map<std::string, std::shared_ptr<Program>, std::less<>> procedures_;  // by folded name
     std::map<std::string, std::shared_ptr<Program>, std::less<>> texts_;       // of EXEC and sp_executesql, by text
+    int statements_ = 0;                                                       // inside each other
     int calls_ = 0;                                                            // procedures inside each other
     int tries_ = 0;                                                            // TRY blocks inside each other
     std::exception_ptr pending_;     // the first error that did not end the batch
@@ -138,7 +141,8 @@ private:
     int errorLine_ = 0;
     std::string errorProcedure_;
     std::uint64_t nextTableNumber_ = 0;
-    std::map<std::pair<const void*, std::size_t>, std::string> tableVariables_;  // by definition and depth
+    // The tables behind table variables, by definition and depth of recursion.
+    std::map<std::pair<const void*, std::size_t>, std::string> tableVariables_;
 };
 
 }  // namespace basalt::embedded
