@@ -28,7 +28,7 @@ void CallRecorder::begin(MessageService& messages) {
 
 CallReport CallRecorder::end() {
     for (const Watched& watched : watched_) {
-        if (watched.touched) report(*watched.dataSet);
+        if (watched.touched && watched.used) report(*watched.dataSet);
     }
     host_.setMessages(*std::exchange(hostMessages_, nullptr));
     shown_ = nullptr;
@@ -42,14 +42,14 @@ void CallRecorder::sending(const SentStatement& statement) {
     // The one touched last bears the name now, when two stores have a query of the same name.
     const auto owner = std::find_if(watched_.rbegin(), watched_.rend(),
                                     [&](const Watched& w) { return w.dataSet->Name() == statement.component; });
-    if (owner != watched_.rend()) owner->touched = true;
+    if (owner != watched_.rend()) owner->touched = owner->used = true;
 }
 
 void CallRecorder::touched(TDataSet& dataSet) {
     const auto known =
         std::find_if(watched_.begin(), watched_.end(), [&](const Watched& w) { return w.dataSet == &dataSet; });
     if (known == watched_.end()) {
-        watched_.push_back({&dataSet, true});
+        watched_.push_back({.dataSet = &dataSet, .touched = true, .used = false});
     } else {
         known->touched = true;
     }
@@ -59,7 +59,7 @@ void CallRecorder::leaving(TDataSet& dataSet) {
     const auto known =
         std::find_if(watched_.begin(), watched_.end(), [&](const Watched& w) { return w.dataSet == &dataSet; });
     if (known == watched_.end()) return;
-    if (known->touched && hostMessages_) report(dataSet);
+    if (known->touched && known->used && hostMessages_) report(dataSet);
     watched_.erase(known);
 }
 

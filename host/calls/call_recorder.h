@@ -36,6 +36,7 @@ private:
     struct Watched {
         TDataSet* dataSet;
         bool touched;  // since begin()
+        bool used;     // ever sent its statement; the statement that a store is made with says nothing about a call
     };
 
     void sending(const SentStatement& statement) override;

@@ -25,7 +25,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct Run {
+struct ProgramRun {
     int line = 0;
     std::string words, input, output, errors;
     int status = 0;
@@ -41,8 +41,8 @@ void write(const fs::path& file, const std::string& text) {
     std::ofstream(file, std::ios::binary) << text;
 }
 
-std::vector<Run> runsOf(const fs::path& file) {
-    std::vector<Run> runs;
+std::vector<ProgramRun> runsOf(const fs::path& file) {
+    std::vector<ProgramRun> runs;
     std::ifstream stream(file);
     int number = 0;
     for (std::string line; std::getline(stream, line);) {
@@ -95,9 +95,9 @@ protected:
 };
 
 TEST_P(Program, runsAsTheCaseSays) {
-    const std::vector<Run> runs = runsOf(GetParam());
+    const std::vector<ProgramRun> runs = runsOf(GetParam());
     ASSERT_FALSE(runs.empty());
-    for (const Run& run : runs) {
+    for (const ProgramRun& run : runs) {
         SCOPED_TRACE(GetParam().filename().string() + ":" + std::to_string(run.line) + ": basalt " + run.words);
         write(folder_ / "in", run.input);
         const std::string command = "cd '" + folder_.string() + "' && XDG_DATA_HOME='" + (folder_ / "data").string() +
