@@ -64,12 +64,12 @@ void TCostLevel_DM::CostLevel_GetByID(int code, int costType) {
 }
 
 void TCostLevel_DM::CostLevel_GetByID(int code, int costType, TCostLevelMapper& mapper) {
-    open(Temp_Q7777UR, levelStatement(code, costType));
+    CostLevel_GetByID(code, costType);
     TCostLevelMapper level;
     level.Code = code;
-    level.Name = Temp_Q7777UR.FieldByName("Name").AsString();
-    level.Comment = Temp_Q7777UR.FieldByName("Comment").AsString();
-    level.CostType = static_cast<int>(Temp_Q7777UR.FieldByName("CostType").AsInteger());
+    level.Name = CostLevelGet_QUR.FieldByName("Name").AsString();
+    level.Comment = CostLevelGet_QUR.FieldByName("Comment").AsString();
+    level.CostType = static_cast<int>(CostLevelGet_QUR.FieldByName("CostType").AsInteger());
     mapper = std::move(level);
 }
 

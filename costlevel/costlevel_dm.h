@@ -39,8 +39,8 @@ public:
     // Opens CostLevelGet_QUR on one level, for CostLevel_InsUpd to edit; it is empty when there is no such level. After
     // a failure it is closed.
     void CostLevel_GetByID(int code, int costType);
-    // Reads one level without touching CostLevelGet_QUR. When there is no such level mapper holds `code`, empty texts
-    // and kind 0. After a failure mapper is unchanged.
+    // The same, and reads the level into mapper. When there is no such level mapper holds `code`, empty texts and kind
+    // 0. After a failure mapper is unchanged.
     void CostLevel_GetByID(int code, int costType, TCostLevelMapper& mapper);
 
     // How many other levels of that kind bear the name; the level of that code does not count.
@@ -50,7 +50,7 @@ public:
     // part.
     [[nodiscard]] int CostLevel_GetNewCode(int part, int costType);
 
-    // Writes the level. isEdit: over the row that CostLevel_GetByID (two arguments) has opened, otherwise as a new row.
+    // Writes the level. isEdit: over the row that CostLevel_GetByID has opened, otherwise as a new row.
     // UsageError when an edit has no opened row. After a failure nothing is written and CostLevelGet_QUR is still being
     // edited; the next call gives that up and starts from its own mapper.
     void CostLevel_InsUpd(const TCostLevelMapper& mapper, bool isEdit);

@@ -59,10 +59,7 @@ void registerCostLevel(Registry& registry) {
     registry.add(operation(
         "CostLevel_GetAll", "Opens the list of the levels that meet a condition; all when it is empty.",
         {in("Filter", "text")}, "", [](FunctionCall& call) { levels(call).CostLevel_GetAll(call.text("Filter")); }));
-    registry.add(operation(
-        "CostLevel_GetByID", "Opens one level for editing.", {in("Code", "integer"), in("CostType", "integer")}, "",
-        [](FunctionCall& call) { levels(call).CostLevel_GetByID(call.integer("Code"), call.integer("CostType")); }));
-    registry.add(operation("CostLevel_GetByID", "Reads one level into a record.",
+    registry.add(operation("CostLevel_GetByID", "Reads one level into a record and opens it for editing.",
                            {in("Code", "integer"), in("CostType", "integer"), out("Mapper", "record")}, "",
                            [](FunctionCall& call) {
                                TCostLevelMapper mapper;

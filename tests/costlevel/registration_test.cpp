@@ -49,22 +49,21 @@ TEST_F(CostLevelRegistration, listsEveryOperationOfTheStore) {
         EXPECT_FALSE(entry.summary.empty()) << entry.name;
         signatures.push_back(signature(entry));
     }
-    EXPECT_THAT(signatures,
-                ElementsAre("CostLevel_GetAll(Filter text)", "CostLevel_GetByID(Code integer, CostType integer)",
-                            "CostLevel_GetByID(Code integer, CostType integer, out Mapper record)",
-                            "CostLevel_ExistName(Code integer, CostType integer, Name text) integer",
-                            "CostLevel_GetNewCode(Part integer, CostType integer) integer",
-                            "CostLevel_InsUpd(Mapper record, IsEdit flag)",
-                            "CostLevel_Delete(Code integer, CostType integer) flag",
-                            "CostLevel_Update(Kind integer, GoodCode integer, Level integer, Price amount)",
-                            "ClearCostList(TypeCode integer, ListType integer)",
-                            "ClearTempCostList(TypeCode integer, ListType integer)"));
+    EXPECT_THAT(signatures, ElementsAre("CostLevel_GetAll(Filter text)",
+                                        "CostLevel_GetByID(Code integer, CostType integer, out Mapper record)",
+                                        "CostLevel_ExistName(Code integer, CostType integer, Name text) integer",
+                                        "CostLevel_GetNewCode(Part integer, CostType integer) integer",
+                                        "CostLevel_InsUpd(Mapper record, IsEdit flag)",
+                                        "CostLevel_Delete(Code integer, CostType integer) flag",
+                                        "CostLevel_Update(Kind integer, GoodCode integer, Level integer, Price amount)",
+                                        "ClearCostList(TypeCode integer, ListType integer)",
+                                        "ClearTempCostList(TypeCode integer, ListType integer)"));
 }
 
 TEST_F(CostLevelRegistration, readsALevelIntoItsRecord) {
     script.expect("SELECT * FROM CostLevel Where Code = 3 AND CostType = 1", levelRows({{3, "همکار", nullptr, 1}}));
     FunctionCall call(state, {{"Code", 3}, {"CostType", 1}});
-    function("CostLevel_GetByID", 1).run(call);
+    function("CostLevel_GetByID").run(call);
     ASSERT_EQ(call.outputs().size(), 1U);
     EXPECT_EQ(call.outputs()[0].first, "Mapper");
     EXPECT_EQ(call.outputs()[0].second.toJson(), R"({"Code":3,"Name":"همکار","Comment":"","CostType":1})");
@@ -73,7 +72,7 @@ TEST_F(CostLevelRegistration, readsALevelIntoItsRecord) {
 TEST_F(CostLevelRegistration, storesLiveFromCallToCall) {
     script.expect("SELECT * FROM CostLevel Where Code = 3 AND CostType = 1", levelRows({}));
     FunctionCall open(state, {{"Code", 3}, {"CostType", 1}});
-    function("CostLevel_GetByID", 0).run(open);
+    function("CostLevel_GetByID").run(open);
     ASSERT_EQ(state.modules().size(), 1U);
     EXPECT_EQ(state.modules()[0]->name(), "TCostLevel_DM");
     EXPECT_TRUE(state.modules()[0]->queries()[1]->Active());
