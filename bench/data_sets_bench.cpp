@@ -1,0 +1,173 @@
+// Point queries and large results through the data sets, against other ways to read the same file.
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "ado/query.h"
+#include "bench/peak_memory.h"
+#include "bench/ratios.h"
+#include "bench/readers.h"
+#include "bench/sample_database.h"
+#include "engines/embedded/embedded_session.h"
+
+namespace basalt::bench {
+namespace {
+
+class Readers {
+public:
+    explicit Readers(const std::string& file)
+        : session(embedded::EmbeddedSession::open(file)), connection(*session), plain(file), qt(file), soci(file) {}
+
+    std::unique_ptr<embedded::EmbeddedSession> session;
+    TADOConnection connection;
+    PlainReader plain;
+    QtReader qt;
+    SociReader soci;
+};
+
+std::size_t pointQuery(TADOQuery& query, int code) {
+    query.Close();
+    query.SQL = levelStatement(code);
+    query.Open();
+    return static_cast<std::size_t>(query.FieldByName("Code").AsInteger()) +
+           query.FieldByName("Name").AsString().size() + query.FieldByName("Comment").AsString().size();
+}
+
+std::size_t openGoods(TADOConnection& connection) {
+    TADOQuery query(connection, "Goods_QUR");
+    query.SQL = kGoodsStatement;
+    query.Open();
+    return static_cast<std::size_t>(query.RecordCount());
+}
+
+// What the values of a row set take by themselves: numbers at the width of their type, texts their bytes.
+std::size_t valueBytes(const RowSet& rows) {
+    std::size_t bytes = 0;
+    for (std::size_t i = 0; i < rows.columnCount(); ++i) {
+        const Column& column = rows.column(i);
+        switch (column.info().type) {
+            case FieldType::Boolean:
+            case FieldType::TinyInt:
+                bytes += column.size();
+                break;
+            case FieldType::SmallInt:
+                bytes += column.size() * 2;
+                break;
+            case FieldType::Integer:
+            case FieldType::Date:
+                bytes += column.size() * 4;
+                break;
+            case FieldType::Text:
+            case FieldType::Binary:
+                for (std::size_t row = 0; row < column.size(); ++row)
+                    bytes += column.bytesAt(row).size();
+                break;
+            default:
+                bytes += column.size() * 8;
+        }
+    }
+    return bytes;
+}
+
+double memoryRatio(TADOConnection& connection) {
+    TADOQuery query(connection, "Goods_QUR");
+    query.SQL = kGoodsStatement;
+    const auto peak = peakMemoryOf([&] { query.Open(); });
+    if (!peak) return 0;
+    const std::size_t values = valueBytes(query.rowSet());
+    std::printf("\nvalues %.1f MB, row set %.1f MB, peak %.1f MB\n", static_cast<double>(values) / 1e6,
+                static_cast<double>(query.rowSet().memory()) / 1e6, static_cast<double>(*peak) / 1e6);
+    return static_cast<double>(*peak) / static_cast<double>(values);
+}
+
+void registerBenchmarks(Readers& readers) {
+    const auto nextCode = [](int& code) { return code = code % kLevels + 1; };
+    const auto query = std::make_shared<TADOQuery>(readers.connection, "Get_QUR");
+    benchmark::RegisterBenchmark("point/data_set", [=](benchmark::State& state) {
+        int code = 0;
+        for (auto _ : state)
+            benchmark::DoNotOptimize(pointQuery(*query, nextCode(code)));
+    });
+    benchmark::RegisterBenchmark("point/plain", [&readers, nextCode](benchmark::State& state) {
+        int code = 0;
+        for (auto _ : state)
+            benchmark::DoNotOptimize(readers.plain.readOne(levelStatement(nextCode(code))));
+    });
+    const auto large = [](const char* name, auto read) {
+        benchmark::RegisterBenchmark(name,
+                                     [read](benchmark::State& state) {
+                                         for (auto _ : state)
+                                             benchmark::DoNotOptimize(read());
+                                     })
+            ->Unit(benchmark::kMillisecond)
+            ->Iterations(1);
+    };
+    large("open/data_set", [&readers] { return openGoods(readers.connection); });
+    large("open/plain", [&readers] { return readers.plain.readAll(kGoodsStatement).size(); });
+    large("open/qt_sql", [&readers] { return readers.qt.readAll(kGoodsStatement); });
+    large("open/soci", [&readers] { return readers.soci.readAll(kGoodsStatementUndeclared); });
+}
+
+// Takes --rows=N out of the arguments.
+int takeRows(int& count, char** arguments) {
+    int rows = 1'000'000;
+    int kept = 0;
+    for (int i = 0; i < count; ++i) {
+        if (std::strncmp(arguments[i], "--rows=", 7) == 0) {
+            rows = std::atoi(arguments[i] + 7);
+        } else {
+            arguments[kept++] = arguments[i];
+        }
+    }
+    count = kept;
+    return rows;
+}
+
+double quotient(double a, double b) {
+    return b == 0 ? 0 : a / b;
+}
+
+int run(int count, char** arguments) {
+    const int rows = takeRows(count, arguments);
+    std::vector<char*> all(arguments, arguments + count);
+    std::string repetitions = "--benchmark_repetitions=5";
+    std::string interleave = "--benchmark_enable_random_interleaving=true";
+    all.insert(all.begin() + 1, {repetitions.data(), interleave.data()});
+    int allCount = static_cast<int>(all.size());
+    all.push_back(nullptr);
+    benchmark::Initialize(&allCount, all.data());
+
+    const SampleDatabase database(rows);
+    Readers readers(database.file());
+    const double memory = memoryRatio(readers.connection);
+    registerBenchmarks(readers);
+    SmallestTimes times;
+    benchmark::RunSpecifiedBenchmarks(&times);
+    const bool good = report(
+        {{"point query: data set / plain SQLite with literals",
+          quotient(times.of("point/data_set"), times.of("point/plain")), 1.0},
+         {"open: data set / plain step and copy", quotient(times.of("open/data_set"), times.of("open/plain")), 1.3},
+         {"open: data set / QtSql", quotient(times.of("open/data_set"), times.of("open/qt_sql")), 1.0},
+         {"open: data set / SOCI", quotient(times.of("open/data_set"), times.of("open/soci")), 1.0},
+         {"open: peak memory / bytes of the values", memory, 1.5}});
+    benchmark::ClearRegisteredBenchmarks();
+    benchmark::Shutdown();
+    return good ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+}  // namespace
+}  // namespace basalt::bench
+
+int main(int count, char** arguments) {
+    try {
+        return basalt::bench::run(count, arguments);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return EXIT_FAILURE;
+    }
+}
