@@ -64,8 +64,8 @@ int requireColumn(const QAbstractItemView& table, const std::string& column) {
     const auto [end, failure] = std::from_chars(column.data(), column.data() + column.size(), number);
     const std::vector<int> shown = columnsInOrder(table);
     if (failure == std::errc() && end == column.data() + column.size()) {
-        if (number >= 1 && static_cast<std::size_t>(number) <= shown.size())
-            return shown[static_cast<std::size_t>(number) - 1];
+        if (number >= 0 && static_cast<std::size_t>(number) < shown.size())
+            return shown[static_cast<std::size_t>(number)];
         throw StepFailure("column " + column, std::to_string(shown.size()) + " columns");
     }
     const TSmartDBGrid_VRO* grid = gridOf(table);
@@ -104,10 +104,10 @@ QAbstractItemView& requireTable(const std::string& name) {
 
 QModelIndex requireRow(QAbstractItemView& table, int row) {
     const int count = table.model() ? table.model()->rowCount() : 0;
-    if (row > count) throw StepFailure("row " + std::to_string(row), std::to_string(count) + " rows");
+    if (row >= count) throw StepFailure("row " + std::to_string(row), std::to_string(count) + " rows");
     const std::vector<int> columns = columnsInOrder(table);
     if (columns.empty()) throw StepFailure("a visible column", "none");
-    return table.model()->index(row - 1, columns.front());
+    return table.model()->index(row, columns.front());
 }
 
 QModelIndex requireCell(const std::string& grid, int row, const std::string& column) {

@@ -15,9 +15,9 @@ namespace basalt::host {
 
 // The table of a grid, or the table itself. StepFailure for anything else.
 [[nodiscard]] QAbstractItemView& requireTable(const std::string& name);
-// A row, from 1, of a table. StepFailure when there are fewer rows.
+// A row, from 0, of a table. StepFailure when there are fewer rows.
 [[nodiscard]] QModelIndex requireRow(QAbstractItemView& table, int row);
-// A cell by row from 1 and column: its number among the visible columns from 1, its field name or its title.
+// A cell by row from 0 and column: its number among the visible columns from 0, its field name or its title.
 [[nodiscard]] QModelIndex requireCell(const std::string& grid, int row, const std::string& column);
 
 [[nodiscard]] bool hasState(const QWidget& widget, ObjectState state);

@@ -29,7 +29,7 @@ struct ClearStep {
 struct RowStep {
     std::string grid;
     int row;
-};  // rows, tabs and items count from 1
+};  // rows, tabs and items count from 0
 struct TabStep {
     std::string object;
     int tab;
@@ -57,7 +57,7 @@ struct ExpectCell {
     std::string grid;
     int row;
     std::string column, text;
-};  // column: number from 1, field name or title
+};  // column: number from 0, field name or title
 enum class ObjectState { Enabled, Disabled, Visible, Hidden, Focused };
 struct ExpectState {
     ObjectState state;

@@ -153,7 +153,7 @@ const std::map<std::string, Parser, std::less<>>& expectations() {
          [](Line& line) -> StepAction {
              ExpectCell step;
              step.grid = line.word("a grid");
-             step.row = line.number("a row", 1);
+             step.row = line.number("a row", 0);
              step.column = line.word("a column");
              step.text = line.text();
              return step;
@@ -191,17 +191,17 @@ const std::map<std::string, Parser, std::less<>>& actions() {
         {"row",
          [](Line& line) -> StepAction {
              std::string grid = line.word("a grid");
-             return RowStep{std::move(grid), line.number("a row", 1)};
+             return RowStep{std::move(grid), line.number("a row", 0)};
          }},
         {"tab",
          [](Line& line) -> StepAction {
              std::string object = line.word("an object");
-             return TabStep{std::move(object), line.number("a tab", 1)};
+             return TabStep{std::move(object), line.number("a tab", 0)};
          }},
         {"choose",
          [](Line& line) -> StepAction {
              std::string combo = line.word("a combo box");
-             return ChooseStep{std::move(combo), line.number("an item", 1)};
+             return ChooseStep{std::move(combo), line.number("an item", 0)};
          }},
         {"answer",
          [](Line& line) -> StepAction {

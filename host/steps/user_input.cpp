@@ -96,7 +96,7 @@ void pressOn(QWidget& widget, QKeyCombination key) {
 void typeCharacter(QWidget& widget, const QString& character) {
     const char32_t code = character.toUcs4().front();
     // Letters of the keyboard have their key's code, as in QKeyEvent; of other scripts the letter itself is the code.
-    const auto key = static_cast<Qt::Key>(code < 0x10000 ? character.toUpper().front().unicode() : Qt::Key_unknown + 0);
+    const Qt::Key key = code < 0x10000 ? static_cast<Qt::Key>(character.toUpper().front().unicode()) : Qt::Key_unknown;
     const bool shifted = code < 0x80 && character.front().isUpper();
     QTest::sendKeyEvent(QTest::Click, &widget, key, character, shifted ? Qt::ShiftModifier : Qt::NoModifier);
 }
@@ -187,9 +187,9 @@ UserAction clickTab(const std::string& object, int tab) {
     auto* bar = qobject_cast<QTabBar*>(&widget);
     if (!bar) bar = widget.findChild<QTabBar*>();
     if (!bar) throw StepFailure(object + " to have tabs", "another kind of control");
-    if (tab > bar->count()) throw StepFailure("tab " + std::to_string(tab), std::to_string(bar->count()) + " tabs");
-    if (!bar->isTabEnabled(tab - 1)) throw StepFailure("tab " + std::to_string(tab) + " to be enabled", "it disabled");
-    return [bar, tab] { QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(tab - 1).center()); };
+    if (tab >= bar->count()) throw StepFailure("tab " + std::to_string(tab), std::to_string(bar->count()) + " tabs");
+    if (!bar->isTabEnabled(tab)) throw StepFailure("tab " + std::to_string(tab) + " to be enabled", "it disabled");
+    return [bar, tab] { QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(tab).center()); };
 }
 
 UserAction chooseItem(const std::string& name, int item) {
@@ -198,14 +198,14 @@ UserAction chooseItem(const std::string& name, int item) {
     auto* combo = qobject_cast<QComboBox*>(&widget);
     if (!combo) combo = widget.findChild<QComboBox*>();
     if (!combo) throw StepFailure(name + " to be a combo box", "another kind of control");
-    if (item > combo->count())
+    if (item >= combo->count())
         throw StepFailure("item " + std::to_string(item), std::to_string(combo->count()) + " items");
     return [combo, item] {
         focus(*combo);
         // An arrow key moves by one item, so the way there is as many presses long.
-        while (combo->currentIndex() != item - 1) {
+        while (combo->currentIndex() != item) {
             const int before = combo->currentIndex();
-            pressOn(*combo, before < item - 1 ? Qt::Key_Down : Qt::Key_Up);
+            pressOn(*combo, before < item ? Qt::Key_Down : Qt::Key_Up);
             if (combo->currentIndex() == before)
                 throw std::runtime_error("item " + std::to_string(item) + " cannot be chosen");
         }

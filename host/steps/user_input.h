@@ -19,7 +19,7 @@ using UserAction = std::function<void()>;
 // Key by key at the cursor of the control, which gets the focus first.
 [[nodiscard]] UserAction typeText(const std::string& object, const std::string& text);
 [[nodiscard]] UserAction clearText(const std::string& object);
-// Clicks a row of a grid; rows, tabs and items count from 1.
+// Clicks a row of a grid; rows, tabs and items count from 0.
 [[nodiscard]] UserAction clickRow(const std::string& grid, int row);
 [[nodiscard]] UserAction clickTab(const std::string& object, int tab);
 [[nodiscard]] UserAction chooseItem(const std::string& combo, int item);

@@ -101,7 +101,9 @@ TEST_P(Program, runsAsTheCaseSays) {
         SCOPED_TRACE(GetParam().filename().string() + ":" + std::to_string(run.line) + ": basalt " + run.words);
         write(folder_ / "in", run.input);
         const std::string command = "cd '" + folder_.string() + "' && XDG_DATA_HOME='" + (folder_ / "data").string() +
-                                    "' DISPLAY= WAYLAND_DISPLAY= '" BASALT_PROGRAM "' " + run.words + " <in >out 2>err";
+                                    "' XDG_RUNTIME_DIR='" + folder_.string() +
+                                    "' DISPLAY= WAYLAND_DISPLAY= QT_QPA_PLATFORM= '" BASALT_PROGRAM "' " + run.words +
+                                    " <in >out 2>err";
         const int status = std::system(command.c_str());
         ASSERT_TRUE(WIFEXITED(status));
         EXPECT_EQ(read(folder_ / "out"), run.output);

@@ -140,7 +140,7 @@ std::string play(const std::string& text, const std::vector<SentStatement>& stat
 TEST(StepPlayer, renamesThroughTheEditor) {
     EXPECT_EQ(play(R"(expect screen List_FRM
 expect rows List_GRD 3
-row List_GRD 2
+row List_GRD 1
 click Edit_BTN
 expect screen Editor_FRM
 expect text Name_EDT دو
@@ -149,9 +149,9 @@ type Name_EDT همکار ۲ (New)
 expect text Name_EDT همکار 2 (New)
 click Save_BTN
 expect screen List_FRM
-expect cell List_GRD 2 عنوان همکار ۲ (New)
-expect cell List_GRD 2 2 همکار ۲ (New)
-expect cell List_GRD 2 کد 2
+expect cell List_GRD 1 عنوان همکار ۲ (New)
+expect cell List_GRD 1 1 همکار ۲ (New)
+expect cell List_GRD 1 کد 2
 key - Esc
 expect result 0
 )"),
@@ -160,29 +160,29 @@ expect result 0
 
 TEST(StepPlayer, doubleClickAndShortCutOpenTheEditorOfTheCurrentRow) {
     EXPECT_EQ(
-        play("row List_GRD 3\ndblclick List_GRD\nexpect text Name_EDT سه\nkey - Esc\nexpect screen List_FRM\n"
-             "row List_GRD 1\nkey List_GRD F5\nexpect text Name_EDT یک\nkey Name_EDT Esc\nexpect screen List_FRM\n"),
+        play("row List_GRD 2\ndblclick List_GRD\nexpect text Name_EDT سه\nkey - Esc\nexpect screen List_FRM\n"
+             "row List_GRD 0\nkey List_GRD F5\nexpect text Name_EDT یک\nkey Name_EDT Esc\nexpect screen List_FRM\n"),
         "");
 }
 
 TEST(StepPlayer, statesTabsAndCombos) {
     EXPECT_EQ(
         play("expect disabled New_BTN\nexpect enabled Edit_BTN\nexpect visible Edit_BTN\nexpect hidden Delete_BTN\n"
-             "choose Type_CMB 3\nexpect text Type_CMB هر دو\nchoose Type_CMB 1\nexpect text Type_CMB خرید\n"
-             "tab Tab_TBC 2\nexpect message TabChanged 1\nclick Edit_BTN\nexpect focused Edit_BTN\n"),
+             "choose Type_CMB 2\nexpect text Type_CMB هر دو\nchoose Type_CMB 0\nexpect text Type_CMB خرید\n"
+             "tab Tab_TBC 1\nexpect message TabChanged 1\nclick Edit_BTN\nexpect focused Edit_BTN\n"),
         "");
 }
 
 TEST(StepPlayer, answersAheadAndBefore) {
-    const std::string change = "row List_GRD 1\nclick Edit_BTN\ntype Name_EDT x\n";
+    const std::string change = "row List_GRD 0\nclick Edit_BTN\ntype Name_EDT x\n";
     EXPECT_EQ(
         play(change + "key - Esc\nexpect message MsgUnsavedChanges\nanswer cancel\nexpect screen Editor_FRM\n"
-                      "answer yes\nkey - Esc\nexpect message MsgUnsavedChanges\nexpect cell List_GRD 1 عنوان یکx\n"),
+                      "answer yes\nkey - Esc\nexpect message MsgUnsavedChanges\nexpect cell List_GRD 0 عنوان یکx\n"),
         "");
 }
 
 TEST(StepPlayer, leavesScreensOpenAtTheEndClosedWithoutSaving) {
-    EXPECT_EQ(play("row List_GRD 1\nclick Edit_BTN\ntype Name_EDT x\n"),
+    EXPECT_EQ(play("row List_GRD 0\nclick Edit_BTN\ntype Name_EDT x\n"),
               "t.steps:3: expected no message, found MsgUnsavedChanges");
 }
 
@@ -235,11 +235,11 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         Failing{"wrongScreen", "expect screen Editor_FRM", "1: expected the screen Editor_FRM, found List_FRM"},
         Failing{"wrongCount", "\nexpect rows List_GRD 4", "2: expected 4 rows in List_GRD, found 3"},
-        Failing{"wrongCell", "expect cell List_GRD 1 2 دو",
-                "1: expected \"دو\" in row 1, column 2 of List_GRD, found \"یک\""},
-        Failing{"noSuchRow", "row List_GRD 4", "1: expected row 4, found 3 rows"},
-        Failing{"noSuchColumn", "expect cell List_GRD 1 3 x", "1: expected column 3, found 2 columns"},
-        Failing{"noSuchTitle", "expect cell List_GRD 1 نام x", "1: expected column نام, found the columns کد, عنوان"},
+        Failing{"wrongCell", "expect cell List_GRD 0 1 دو",
+                "1: expected \"دو\" in row 0, column 1 of List_GRD, found \"یک\""},
+        Failing{"noSuchRow", "row List_GRD 3", "1: expected row 3, found 3 rows"},
+        Failing{"noSuchColumn", "expect cell List_GRD 0 2 x", "1: expected column 2, found 2 columns"},
+        Failing{"noSuchTitle", "expect cell List_GRD 0 نام x", "1: expected column نام, found the columns کد, عنوان"},
         Failing{"noSuchObject", "click Save_BTN",
                 "1: expected an object Save_BTN on List_FRM, found none of that name"},
         Failing{"clickOnDisabled", "click New_BTN", "1: expected New_BTN to be enabled, found it disabled"},
@@ -247,18 +247,18 @@ INSTANTIATE_TEST_SUITE_P(
         Failing{"stateIsOther", "expect enabled New_BTN", "1: expected New_BTN to be enabled, found it not enabled"},
         Failing{"typeIntoButton", "type Edit_BTN x",
                 "1: expected Edit_BTN to take text, found another kind of control"},
-        Failing{"noSuchTab", "tab Tab_TBC 3", "1: expected tab 3, found 2 tabs"},
-        Failing{"noSuchItem", "choose Type_CMB 4", "1: expected item 4, found 3 items"},
+        Failing{"noSuchTab", "tab Tab_TBC 2", "1: expected tab 2, found 2 tabs"},
+        Failing{"noSuchItem", "choose Type_CMB 3", "1: expected item 3, found 3 items"},
         Failing{"noSuchKey", "key - Hyperdrive", "1: expected a key, found \"Hyperdrive\""},
         Failing{"noMessage", "expect message MsgDeleteRow", "1: expected message MsgDeleteRow, found none"},
-        Failing{"otherMessage", "tab Tab_TBC 2\nexpect message TabChanged 5",
+        Failing{"otherMessage", "tab Tab_TBC 1\nexpect message TabChanged 5",
                 "2: expected message TabChanged (5), found TabChanged (1)"},
-        Failing{"unclaimedMessage", "tab Tab_TBC 2", "1: expected no message, found TabChanged (1)"},
+        Failing{"unclaimedMessage", "tab Tab_TBC 1", "1: expected no message, found TabChanged (1)"},
         Failing{"noStatement", "expect statement x", "1: expected the statement\n  x\n, found no further statement"},
         Failing{"unansweredQuestion",
-                "row List_GRD 1\nclick Edit_BTN\ntype Name_EDT x\nkey - Esc\nclick Save_BTN\nanswer yes",
+                "row List_GRD 0\nclick Edit_BTN\ntype Name_EDT x\nkey - Esc\nclick Save_BTN\nanswer yes",
                 "4: expected an answer to MsgUnsavedChanges (yes, no, cancel), found none"},
-        Failing{"answerThatDoesNotFit", "row List_GRD 1\nclick Edit_BTN\ntype Name_EDT x\nkey - Esc\nanswer ok",
+        Failing{"answerThatDoesNotFit", "row List_GRD 0\nclick Edit_BTN\ntype Name_EDT x\nkey - Esc\nanswer ok",
                 "4: expected an answer to MsgUnsavedChanges (yes, no, cancel), found ok"},
         Failing{"answerNobodyAskedFor", "answer yes\nexpect rows List_GRD 3",
                 "1: expected a question for the answer yes, found none"},

@@ -30,9 +30,9 @@ TEST(StepsFile, actions) {
     EXPECT_EQ(only<DoubleClickStep>("dblclick GroupList_GRD").object, "GroupList_GRD");
     EXPECT_EQ(only<KeyStep>("key - Ctrl+C").object, "-");
     EXPECT_EQ(only<KeyStep>("key - Ctrl+C").key, "Ctrl+C");
-    EXPECT_EQ(only<RowStep>("row GroupList_GRD 4").row, 4);
-    EXPECT_EQ(only<TabStep>("tab Tab_TBC 2").tab, 2);
-    EXPECT_EQ(only<ChooseStep>("choose Type_CMB 3").item, 3);
+    EXPECT_EQ(only<RowStep>("row GroupList_GRD 3").row, 3);
+    EXPECT_EQ(only<TabStep>("tab Tab_TBC 1").tab, 1);
+    EXPECT_EQ(only<ChooseStep>("choose Type_CMB 2").item, 2);
     EXPECT_EQ(only<AnswerStep>("answer cancel").answer.value, mrCancel);
     EXPECT_EQ(only<AnswerStep>("answer 7").answer.value, 7);
     EXPECT_EQ(only<ShotStep>("shot out/first picture.png").file, "out/first picture.png");
@@ -42,8 +42,8 @@ TEST(StepsFile, freeTextIsKeptToTheLetterBehindOneBlank) {
     EXPECT_EQ(only<TypeStep>("type Name_EDT  سطح ویژه ").text, " سطح ویژه ");
     EXPECT_EQ(only<ExpectText>("expect text Name_EDT").text, "");
     EXPECT_EQ(only<ExpectText>("expect text Name_EDT a # b").text, "a # b");
-    const auto cell = only<ExpectCell>("expect cell GroupList_GRD 2 Name عمده فروشی");
-    EXPECT_EQ(cell.row, 2);
+    const auto cell = only<ExpectCell>("expect cell GroupList_GRD 1 Name عمده فروشی");
+    EXPECT_EQ(cell.row, 1);
     EXPECT_EQ(cell.column, "Name");
     EXPECT_EQ(cell.text, "عمده فروشی");
 }
@@ -97,11 +97,11 @@ INSTANTIATE_TEST_SUITE_P(
         Malformed{"unknownExpectation", "expect color A red", "a.steps:1: expected what to expect (cell, disabled"},
         Malformed{"nothingToClick", "\nclick ", "a.steps:2: expected an object, found the end of the line"},
         Malformed{"tooMuch", "click A B", "a.steps:1: expected the end of the line, found \"B\""},
-        Malformed{"rowZero", "row G 0", "a.steps:1: expected a row (a number from 1), found \"0\""},
-        Malformed{"rowNoNumber", "row G x", "a.steps:1: expected a row (a number from 1), found \"x\""},
+        Malformed{"rowNegative", "row G -1", "a.steps:1: expected a row (a number from 0), found \"-1\""},
+        Malformed{"rowNoNumber", "row G x", "a.steps:1: expected a row (a number from 0), found \"x\""},
         Malformed{"negativeCount", "expect rows G -1",
                   "a.steps:1: expected a count of rows (a number from 0), found \"-1\""},
-        Malformed{"hugeNumber", "row G 99999999999", "a.steps:1: expected a row (a number from 1)"},
+        Malformed{"hugeNumber", "row G 99999999999", "a.steps:1: expected a row (a number from 0)"},
         Malformed{"badAnswer", "answer maybe", "a.steps:1: expected an answer (yes, no, cancel, ok or a number)"},
         Malformed{"nothingToType", "type A", "a.steps:1: expected the text to type"}),
     [](const auto& test) { return test.param.name; });
