@@ -91,7 +91,8 @@ std::string MessageCatalogue::errorText(ErrorCategory category) const {
 std::string MessageCatalogue::errorText(const std::exception& error) const {
     if (const auto* database = dynamic_cast<const DatabaseError*>(&error)) return errorText(database->category());
     if (dynamic_cast<const std::bad_alloc*>(&error)) {
-        return "حافظهٔ کافی برای این کار نیست. برنامه‌های دیگر را ببندید یا محدودهٔ کوچک‌تری "
+        return "حافظهٔ کافی برای این کار نیست. برنامه‌های دیگر را ببندید یا محدودهٔ "
+               "کوچک‌تری "
                "انتخاب "
                "کنید.";
     }

@@ -186,7 +186,6 @@ bool ReferenceHost::HavePermission(const TUserInfo& user, TSoftwarePart part, TP
     if (tellUser) {
         MessageRequest request;
         request.operation = "HavePermission";
-        request.kind = MessageKind::Notification;
         request.arguments = {permissions_.partTitle(part), permissions_.permissionTitle(permission)};
         if (!text.empty()) request.arguments.push_back(text);
         messages_->show(request);

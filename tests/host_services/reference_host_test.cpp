@@ -94,6 +94,7 @@ TEST_F(ReferenceHostTest, theCashierOpensPriceLevelsAndNothingMore) {
     ASSERT_EQ(messages.shown.size(), 1U);
     EXPECT_EQ(messages.shown[0].operation, "HavePermission");
     EXPECT_EQ(messages.shown[0].arguments, (std::vector<std::string>{"سطوح تخفیف", "مشاهده"}));
+    EXPECT_EQ(messages.shown[0].kind, MessageKind::None);
     EXPECT_FALSE(messages.shown[0].isQuestion());
 }
 
