@@ -173,6 +173,7 @@ void GetBaseImpl::lockCodeControl() {
     if (!codeControl_) return;
     if (auto* spin = qobject_cast<QAbstractSpinBox*>(codeControl_.data())) {
         spin->setReadOnly(true);
+        spin->setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
     } else if (auto* line = qobject_cast<QLineEdit*>(codeControl_.data())) {
         line->setReadOnly(true);
     } else {

@@ -101,6 +101,7 @@ void SmartButton::fillMenu() {
         variants_->setAccessibleName(variants_->toolTip());
         variants_->setPopupMode(QToolButton::InstantPopup);
         variants_->setFocusPolicy(Qt::StrongFocus);
+        variants_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Ignored);  // as high as the button
         menu_ = new QMenu(variants_);
         variants_->setMenu(menu_);
         layout()->addWidget(variants_);
