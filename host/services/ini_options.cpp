@@ -44,12 +44,10 @@ void IniOptionsFile::load() {
         std::filesystem::path kept = path();
         kept += ".damaged";
         std::filesystem::rename(path(), kept, ignored);
-        warning_ =
-            "پروندهٔ تنظیمات ایستگاه خوانده نشد و تنظیمات پیش‌فرض به کار رفت. نسخهٔ خراب در این نشانی "
-            "نگه "
-            "داشته "
-            "شد: " +
-            kept.string();
+        // The formatter would cut the sentence to pieces.
+        // clang-format off
+        warning_ = "پروندهٔ تنظیمات ایستگاه خوانده نشد و تنظیمات پیش‌فرض به کار رفت. نسخهٔ خراب در این نشانی نگه داشته شد: " + kept.string();
+        // clang-format on
         return;
     }
     options_ = std::move(read);

@@ -91,10 +91,10 @@ std::string MessageCatalogue::errorText(ErrorCategory category) const {
 std::string MessageCatalogue::errorText(const std::exception& error) const {
     if (const auto* database = dynamic_cast<const DatabaseError*>(&error)) return errorText(database->category());
     if (dynamic_cast<const std::bad_alloc*>(&error)) {
-        return "حافظهٔ کافی برای این کار نیست. برنامه‌های دیگر را ببندید یا محدودهٔ "
-               "کوچک‌تری "
-               "انتخاب "
-               "کنید.";
+        // The formatter would cut the sentence to pieces.
+        // clang-format off
+        return "حافظهٔ کافی برای این کار نیست. برنامه‌های دیگر را ببندید یا محدودهٔ کوچک‌تری انتخاب کنید.";
+        // clang-format on
     }
     return "خطایی در برنامه رخ داد و این کار انجام نشد. جزئیات آن را به پشتیبانی بدهید.";
 }

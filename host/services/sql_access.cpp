@@ -48,8 +48,9 @@ HostTransaction::~HostTransaction() {
     if (!mine_ || !session_.inTransaction()) return;
     try {
         session_.rollback();
-    } catch (const DatabaseError&) {
-        // A lost connection has rolled back already; the error that led here is the one to report.
+    } catch (const std::exception&) {
+        // A lost connection has rolled back already, and a replay does not know of this rollback; the error that led
+        // here is the one to report.
     }
 }
 
