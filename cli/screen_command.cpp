@@ -57,9 +57,13 @@ void tell(QtMsgType type, const QMessageLogContext& context, const QString& mess
 
 class Application {
 public:
-    Application() : application_(count_, arguments_) { qInstallMessageHandler(tell); }
+    Application() : handler_(qInstallMessageHandler(tell)), application_(count_, arguments_) {}
+    ~Application() { qInstallMessageHandler(handler_); }
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
 
 private:
+    QtMessageHandler handler_;
     char name_[7] = "basalt";
     char* arguments_[2] = {name_, nullptr};
     int count_ = 1;

@@ -44,6 +44,7 @@ void TCostLevel_Get_FRM::CreateControls() {
     codeEdit_->setRange(0, std::numeric_limits<int>::max());
     // Codes read as every other number on the screen.
     codeEdit_->setLocale(QLocale(QLocale::Persian, QLocale::Iran));
+    codeEdit_->setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
     codeEdit_->setButtonSymbols(QAbstractSpinBox::NoButtons);
     codeEdit_->findChild<QLineEdit*>()->setMaxLength(kCodeCharacters);
     addField(*form, QStringLiteral("کد :"), *codeEdit_, "Code_EDT");

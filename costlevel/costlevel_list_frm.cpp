@@ -1,6 +1,6 @@
 #include "costlevel/costlevel_list_frm.h"
 
-#include <QGroupBox>
+#include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
@@ -36,14 +36,14 @@ void TCostLevel_List_FRM::CreateControls() {
     search_->SetItemIndex(1);
     place(*base().SearchPanel(), *search_);
 
-    auto* group = new QGroupBox(QStringLiteral("نام گروه"), base().ListPanel());
-    group->setObjectName("Group_GBX");
-    grid_ = attachedScreens().createGrid("GroupList_GRD", group);
+    auto* groupTitle = new QLabel(QStringLiteral("نام گروه"), base().ListPanel());
+    groupTitle->setObjectName("Group_LBL");
+    place(*base().ListPanel(), *groupTitle);
+    grid_ = attachedScreens().createGrid("GroupList_GRD", base().ListPanel());
     grid_->AddColumn({.FieldName = "Code", .Title = QStringLiteral("کد")});
     grid_->AddColumn({.FieldName = "Name", .Title = QStringLiteral("عنوان")});
     grid_->OnDblClick = [this] { GroupList_GRDDblClick(); };
-    place(*group, *grid_);
-    place(*base().ListPanel(), *group);
+    place(*base().ListPanel(), *grid_);
 
     auto* panel = new QFrame(base().DetailPanel());
     panel->setObjectName("Comment_CXGB");

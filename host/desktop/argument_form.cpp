@@ -62,6 +62,9 @@ void ArgumentForm::setParameters(const std::vector<FunctionParameter>& parameter
         label->setProperty("kind", QStringLiteral("field"));
         label->setBuddy(editor);
         layout_->addRow(label, editor);
+        // At once, so that the first one can take the focus.
+        label->show();
+        editor->show();
         inputs_.push_back(input);
     }
     if (inputs_.empty()) {

@@ -56,7 +56,8 @@ OpenedDatabase openForDesktop(const DatabaseUrl& url, StartOptions options) {
 DatabaseProblem describeProblem(const std::exception& error) {
     if (dynamic_cast<const MissingDatabase*>(&error))
         return {"پروندهٔ پایگاه داده پیدا نشد",
-                "شاید جابه‌جا یا پاک شده باشد. پروندهٔ دیگری برگزینید یا یک "
+                "شاید جابه‌جا یا پاک شده باشد. پروندهٔ دیگری برگزینید یا "
+                "یک "
                 "پایگاه "
                 "دادهٔ "
                 "نمایشی "

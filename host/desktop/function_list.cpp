@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "host/desktop/subsystem_look.h"
 
@@ -32,7 +33,7 @@ FunctionList::FunctionList(const Registry& registry, QWidget* parent) : QWidget(
     list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list_->installEventFilter(this);
     for (const Callable& callable : callables_) {
-        auto* item = new QListWidgetItem(QString::fromStdString(callable.name()), list_);
+        auto* item = new QListWidgetItem(title(callable), list_);
         item->setToolTip(QString::fromStdString(callable.summary()));
     }
     layout->addWidget(list_, 1);
@@ -41,6 +42,18 @@ FunctionList::FunctionList(const Registry& registry, QWidget* parent) : QWidget(
         if (row >= 0 && OnChosen) OnChosen(callables_.at(static_cast<std::size_t>(row)));
     });
     QObject::connect(list_, &QListWidget::itemDoubleClicked, this, [this] { accept(); });
+}
+
+QString FunctionList::title(const Callable& callable) const {
+    QString text = QString::fromStdString(callable.name());
+    const auto named = std::count_if(callables_.begin(), callables_.end(),
+                                     [&](const Callable& other) { return other.name() == callable.name(); });
+    if (named == 1) return text;
+    // Overloads are told apart by their parameters.
+    QStringList parameters;
+    for (const FunctionParameter& parameter : callable.parameters())
+        parameters << QString::fromStdString(parameter.name);
+    return text + QStringLiteral(" (%1)").arg(parameters.join(QStringLiteral(", ")));
 }
 
 void FunctionList::focusSearch() {
@@ -54,9 +67,9 @@ void FunctionList::narrow(const QString& text) {
     int first = -1;
     for (int row = 0; row < list_->count(); ++row) {
         const Callable& callable = callables_.at(static_cast<std::size_t>(row));
-        const QString content =
-            QString::fromStdString(callable.name() + ' ' + callable.summary() + ' ' + callable.subsystem()) +
-            QLatin1Char(' ') + subsystemTitle(callable.subsystem());
+        const QString content = list_->item(row)->text() +
+                                QString::fromStdString(' ' + callable.summary() + ' ' + callable.subsystem() + ' ') +
+                                subsystemTitle(callable.subsystem());
         const bool fits = std::all_of(words.begin(), words.end(),
                                       [&](const QString& word) { return content.contains(word, Qt::CaseInsensitive); });
         list_->item(row)->setHidden(!fits);

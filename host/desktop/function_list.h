@@ -41,6 +41,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    [[nodiscard]] QString title(const Callable& callable) const;
     void narrow(const QString& text);
     void accept();
 

@@ -37,9 +37,10 @@ SettingEditor::SettingEditor(const SettingField& field, QWidget* parent) : QWidg
     }
     QWidget* input = makeInput();
     input->setAccessibleName(fieldTitle(field_));
-    input->setFixedWidth(kInputWidth);
     if (title) title->setBuddy(input);
-    layout->addWidget(input);
+    // A switch is as wide as its words: a click beside them does nothing.
+    if (!box_) input->setFixedWidth(kInputWidth);
+    layout->addWidget(input, 0, Qt::AlignLeft);
     problem_ = new QLabel;
     problem_->setObjectName(objectNameOf(field_, "_Problem"));
     problem_->setProperty("kind", QStringLiteral("problem"));

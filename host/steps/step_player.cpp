@@ -1,5 +1,6 @@
 #include "host/steps/step_player.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
@@ -118,7 +119,11 @@ void StepPlayer::closeScreens() {
         popup->close();
     } else if (QWidget* screen = topScreen()) {
         auto* dialog = qobject_cast<QDialog*>(screen);
-        if (dialog) {
+        if (auto* refusal = screen->findChild<QAbstractButton*>(QStringLiteral("No_BTN"))) {
+            // A question of the host's own boxes, about unsaved changes for instance: backing out of it would keep the
+            // screen below open for ever.
+            refusal->click();
+        } else if (dialog) {
             dialog->reject();
         } else {
             screen->close();

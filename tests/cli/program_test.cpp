@@ -100,10 +100,11 @@ TEST_P(Program, runsAsTheCaseSays) {
     for (const ProgramRun& run : runs) {
         SCOPED_TRACE(GetParam().filename().string() + ":" + std::to_string(run.line) + ": basalt " + run.words);
         write(folder_ / "in", run.input);
-        const std::string command = "cd '" + folder_.string() + "' && XDG_DATA_HOME='" + (folder_ / "data").string() +
-                                    "' XDG_RUNTIME_DIR='" + folder_.string() +
-                                    "' DISPLAY= WAYLAND_DISPLAY= QT_QPA_PLATFORM= '" BASALT_PROGRAM "' " + run.words +
-                                    " <in >out 2>err";
+        // In a group, so that words may go on with commands that look at what the program has left.
+        const std::string at = folder_.string();
+        const std::string command = "cd '" + at + "' && export XDG_DATA_HOME='" + at + "/data' XDG_RUNTIME_DIR='" + at +
+                                    "' DISPLAY= WAYLAND_DISPLAY= QT_QPA_PLATFORM= && ( '" BASALT_PROGRAM "' " +
+                                    run.words + " ) <in >out 2>err";
         const int status = std::system(command.c_str());
         ASSERT_TRUE(WIFEXITED(status));
         EXPECT_EQ(read(folder_ / "out"), run.output);

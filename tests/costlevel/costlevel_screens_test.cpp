@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <QComboBox>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
@@ -93,7 +92,7 @@ TEST_F(CostLevelScreens, listHasItsControls) {
     EXPECT_EQ(grid.columns[0].Title, "کد");
     EXPECT_EQ(grid.columns[1].FieldName, "Name");
     EXPECT_EQ(grid.columns[1].Title, "عنوان");
-    EXPECT_EQ(list->findChild<QGroupBox*>()->title(), "نام گروه");
+    EXPECT_EQ(control<QLabel>(*list, "Group_LBL").text(), "نام گروه");
     EXPECT_EQ(control<QWidget>(*list, "Comment_CXGB").findChild<QLabel*>(QString(), Qt::FindDirectChildrenOnly)->text(),
               "توضیحات :");
 

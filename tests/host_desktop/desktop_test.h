@@ -65,12 +65,15 @@ inline void click(const QWidget& window, const char* objectName) {
 
 // Replaces what an edit holds, key by key.
 inline void type(const QWidget& window, const char* objectName, const QString& text) {
-    QWidget& edit = control(window, objectName);
-    ASSERT_TRUE(edit.isVisible() && edit.isEnabled()) << objectName;
-    edit.setFocus();
+    QWidget& outer = control(window, objectName);
+    ASSERT_TRUE(outer.isVisible() && outer.isEnabled()) << objectName;
+    outer.setFocus();
+    QWidget& edit = outer.focusProxy() ? *outer.focusProxy() : outer;
     QTest::keyClick(&edit, Qt::Key_A, Qt::ControlModifier);
     QTest::keyClick(&edit, Qt::Key_Delete);
-    QTest::keyClicks(&edit, text);
+    // Letters of other scripts than the Latin one are their own key codes.
+    for (const QChar letter : text)
+        QTest::sendKeyEvent(QTest::Click, &edit, static_cast<Qt::Key>(letter.toUpper().unicode()), QString(letter), {});
 }
 
 inline std::string shown(const QWidget& window, const char* objectName) {

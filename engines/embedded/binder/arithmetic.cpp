@@ -188,7 +188,7 @@ BoundPtr Binder::decimalOperation(ast::BinaryOperator op, BoundPtr left, BoundPt
     const bool money = left->type.kind == TypeKind::Money || left->type.kind == TypeKind::SmallMoney ||
                        right->type.kind == TypeKind::Money || right->type.kind == TypeKind::SmallMoney;
     const bool decimal = left->type.kind == TypeKind::Decimal || right->type.kind == TypeKind::Decimal;
-    const auto toDecimal = [&](BoundPtr value) {
+    const auto toDecimal = [&](BoundPtr value, const SqlType& other) {
         SqlType type = decimalOf(value->type);
         if (value->type.isText()) type = money && !decimal ? SqlType::of(TypeKind::Money) : SqlType::decimal(38, 8);
         if (value->type.isInteger() && money && !decimal) type = SqlType::of(TypeKind::Money);
@@ -202,14 +202,14 @@ BoundPtr Binder::decimalOperation(ast::BinaryOperator op, BoundPtr left, BoundPt
             value->slot.to = value->type = type;
             return value;
         }
-        if (value->type.isText() && !money) {
-            const SqlType& other = value == left ? right->type : left->type;
-            type = other.isDecimal() ? other : type;
-        }
+        // A text beside a decimal takes the decimal's type.
+        if (value->type.isText() && !money && other.isDecimal()) type = other;
         return cast(std::move(value), type);
     };
-    left = toDecimal(std::move(left));
-    right = toDecimal(std::move(right));
+    const SqlType leftType = left->type;
+    const SqlType rightType = right->type;
+    left = toDecimal(std::move(left), rightType);
+    right = toDecimal(std::move(right), leftType);
     const SqlType a = left->type;
     const SqlType b = right->type;
     const auto call = [&](const char* name, const SqlType& type) {

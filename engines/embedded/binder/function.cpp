@@ -29,8 +29,8 @@ BoundPtr FunctionBinder::as(std::size_t i, TypeKind kind) {
 BoundPtr FunctionBinder::text(std::size_t i) {
     BoundPtr result = value(i);
     if (result->type.isText()) return result;
-    return binder_.cast(std::move(result),
-                        SqlType::text(TypeKind::VarChar, result->type.isBinary() ? kMaxLength : 8000));
+    const SqlType type = SqlType::text(TypeKind::VarChar, result->type.isBinary() ? kMaxLength : 8000);
+    return binder_.cast(std::move(result), type);
 }
 
 DatePart FunctionBinder::datePart(std::size_t i) {
@@ -45,8 +45,9 @@ DatePart FunctionBinder::datePart(std::size_t i) {
 BoundPtr FunctionBinder::date(std::size_t i) {
     BoundPtr result = value(i);
     if (result->type.isDate()) return result;
-    return binder_.cast(std::move(result),
-                        SqlType::of(result->type.isText() ? TypeKind::DateTime2 : TypeKind::DateTime));
+    // Read before the move: the order in which arguments are worked out is the compiler's.
+    const SqlType type = SqlType::of(result->type.isText() ? TypeKind::DateTime2 : TypeKind::DateTime);
+    return binder_.cast(std::move(result), type);
 }
 
 void FunctionBinder::refuse(std::size_t i, const SqlType& type) const {

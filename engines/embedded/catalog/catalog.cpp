@@ -287,10 +287,10 @@ bool Catalog::refresh() {
     return stale;
 }
 
-IdentityState Catalog::identity(const Table& table) {
-    SqliteStatement query = database_.prepare("SELECT seed, increment, last FROM " + schemaOf(table.name) +
+IdentityState Catalog::identity(std::string_view table) {
+    SqliteStatement query = database_.prepare("SELECT seed, increment, last FROM " + schemaOf(table) +
                                               "basalt_identity WHERE table_name = ?1");
-    query.bind(1, std::string_view(foldName(table.name)));
+    query.bind(1, std::string_view(foldName(table)));
     IdentityState state;
     if (query.step()) {
         state.seed = query.integerAt(0);
@@ -300,10 +300,10 @@ IdentityState Catalog::identity(const Table& table) {
     return state;
 }
 
-void Catalog::setIdentity(const Table& table, const IdentityState& state) {
+void Catalog::setIdentity(std::string_view table, const IdentityState& state) {
     SqliteStatement update =
-        database_.prepare("UPDATE " + schemaOf(table.name) + "basalt_identity SET last = ?2 WHERE table_name = ?1");
-    update.bind(1, std::string_view(foldName(table.name)));
+        database_.prepare("UPDATE " + schemaOf(table) + "basalt_identity SET last = ?2 WHERE table_name = ?1");
+    update.bind(1, std::string_view(foldName(table)));
     if (state.last) {
         update.bind(2, *state.last);
     } else {

@@ -102,8 +102,8 @@ public:
     void saveModule(const Module& module);
     void dropModule(std::string_view name);
 
-    [[nodiscard]] IdentityState identity(const Table& table);
-    void setIdentity(const Table& table, const IdentityState& state);
+    [[nodiscard]] IdentityState identity(std::string_view table);
+    void setIdentity(std::string_view table, const IdentityState& state);
 
     // The number by which OBJECT_ID tells an object of the kind ("U", "P", "V", "FN", ... or empty for any);
     // nullopt when there is none.

@@ -64,12 +64,12 @@ void Executor::selectInto(const ast::Batch& batch, const ast::SelectStatement& s
         catalog_.invalidate();
         if (identity) {
             const Table& table = catalog_.requireTable(bound.into);
-            IdentityState state = catalog_.identity(table);
+            IdentityState state = catalog_.identity(table.name);
             SqliteStatement last =
                 database_.prepare("SELECT max(" + sqlQuoted(table.identityColumn()->name) + ") FROM " + target);
             if (last.step() && !last.isNullAt(0)) state.last = last.integerAt(0);
             last.reset();
-            catalog_.setIdentity(table, state);
+            catalog_.setIdentity(table.name, state);
         }
         guard.succeed();
         catalog_.invalidate();

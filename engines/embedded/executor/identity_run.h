@@ -8,9 +8,9 @@ namespace basalt::embedded {
 
 struct Executor::IdentityRun {
     void start(Catalog& catalog, const Table& table) {
-        table_ = &table;
+        table_ = table.name;
         // Reading behind the first lock for writing keeps two programs from giving the same number.
-        state_ = catalog.identity(table);
+        state_ = catalog.identity(table.name);
         kind_ = table.identityColumn()->type;
         last_.reset();
     }
@@ -31,7 +31,7 @@ struct Executor::IdentityRun {
     }
 
     void finish(Catalog& catalog) {
-        if (last_) catalog.setIdentity(*table_, state_);
+        if (last_) catalog.setIdentity(table_, state_);
     }
 
     [[nodiscard]] std::optional<std::int64_t> last() const { return last_; }
@@ -43,7 +43,7 @@ private:
                                                       std::string(kind_.baseName()) + ".");
     }
 
-    const Table* table_ = nullptr;
+    std::string table_;
     IdentityState state_;
     SqlType kind_;
     std::optional<std::int64_t> last_;

@@ -54,6 +54,8 @@ void Executor::registerFunctions() {
         const Call call(context, count, arguments);
         if (call.isNull(0) || call.isNull(1)) return;
         guarded(context, self->database_, [&] {
+            // Another program may have made or dropped the object since.
+            self->catalog_.refresh();
             if (const auto id = self->catalog_.objectId(objectPart(call.text(0)), call.text(1))) {
                 sqlite3_result_int64(context, *id);
             }
@@ -92,7 +94,7 @@ void Executor::registerFunctions() {
         guarded(context, self->database_, [&] {
             const Table* table = self->catalog_.table(objectPart(call.text(0)));
             if (table == nullptr || table->identityColumn() == nullptr) return;
-            const IdentityState state = self->catalog_.identity(*table);
+            const IdentityState state = self->catalog_.identity(table->name);
             sqlite3_result_int64(context, state.last ? *state.last : state.seed);
         });
     });

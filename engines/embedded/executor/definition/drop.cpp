@@ -139,9 +139,9 @@ void Executor::truncate(const ast::Batch& batch, const ast::TruncateStatement& s
         }
         database_.execute(("DELETE FROM " + table->sqlName()).c_str());
         if (table->identityColumn() != nullptr) {
-            IdentityState state = catalog_.identity(*table);
+            IdentityState state = catalog_.identity(table->name);
             state.last.reset();
-            catalog_.setIdentity(*table, state);
+            catalog_.setIdentity(table->name, state);
         }
         guard.succeed();
         state_.rowCount = 0;

@@ -292,7 +292,7 @@ TableDesign TableDesign::of(const Table& table, SqliteDatabase& database, Catalo
         copy.name = column.name;
         copy.type = column.type;
         copy.nullable = column.nullable;
-        if (column.identity) copy.identity = catalog.identity(table);
+        if (column.identity) copy.identity = catalog.identity(table.name);
         design.columns.push_back(std::move(copy));
     }
     SqliteStatement defaults = database.prepare("SELECT column_name, name, definition, kind FROM " + schema +

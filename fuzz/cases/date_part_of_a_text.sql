@@ -1,0 +1,1 @@
+select dateadd(day, a, d), datediff(month, d, '2025-01-01'), year(d), month(d), datename(weekday, d) from t
