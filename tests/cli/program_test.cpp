@@ -88,6 +88,7 @@ protected:
     Program() : folder_(fs::temp_directory_path() / ("basalt-case-" + std::to_string(getpid()))) {
         fs::remove_all(folder_);
         fs::create_directories(folder_);
+        fs::permissions(folder_, fs::perms::owner_all);  // as a run-time folder has to be
     }
     ~Program() override { fs::remove_all(folder_); }
 
