@@ -83,9 +83,9 @@ TEST_F(Shell, tellsACashierWhatHeMayNotOpen) {
     EXPECT_TRUE(locked("Open_DiscountLevel_List_BTN"));
     EXPECT_TRUE(locked("Settings_BTN"));
     click(*shell, "Open_DiscountLevel_List_BTN");
-    EXPECT_THAT(takeMessages(), ElementsAre("HavePermission(notification 0, 'سطوح تخفیف', 'مشاهده')"));
+    EXPECT_THAT(takeMessages(), ElementsAre("HavePermission('سطوح تخفیف', 'مشاهده')"));
     click(*shell, "Settings_BTN");
-    EXPECT_THAT(takeMessages(), ElementsAre("HavePermission(notification 0, 'تنظیمات', 'مشاهده')"));
+    EXPECT_THAT(takeMessages(), ElementsAre("HavePermission('تنظیمات', 'مشاهده')"));
     EXPECT_TRUE(control(*shell, "Home_PNL").isVisible());
     EXPECT_FALSE(control(*shell, "Settings_PNL").isVisible());
 }

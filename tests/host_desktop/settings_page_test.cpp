@@ -109,7 +109,7 @@ TEST_F(Settings, areNotStoredWithoutThePermission) {
     type(*page, "CompanyName_EDT", "نامی دیگر");
     host.signInAs(2);
     click(*page, "SaveSettings_BTN");
-    EXPECT_EQ(takeMessages(), std::vector<std::string>{"HavePermission(notification 0, 'تنظیمات', 'ویرایش')"});
+    EXPECT_EQ(takeMessages(), std::vector<std::string>{"HavePermission('تنظیمات', 'ویرایش')"});
     EXPECT_EQ(stored().CompanyName, "بازرگانی مهرآفرین");
     EXPECT_TRUE(saveIsPossible());
 }
