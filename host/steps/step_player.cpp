@@ -231,6 +231,8 @@ std::function<void()> StepPlayer::prepareStep(const ExpectState& step) {
     if (hasState(requireObject(step.object), step.state)) return {};
     std::string found = "it not " + stateName(step.state);
     if (step.state == ObjectState::Focused) {
+        // Where no window manager does it, the screen behind a closed box is not made active again.
+        if (!QApplication::activeWindow()) requireObject(step.object).window()->activateWindow();
         const QWidget* focused = QApplication::focusWidget();
         found = "the focus on " + (focused ? focused->objectName().toStdString() : "nothing");
     }
