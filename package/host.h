@@ -20,8 +20,8 @@ namespace basalt {
 
 class ScreenServices;  // package/screens/screen_services.h
 
-// The host's data module: the one connection and three components on it that the data functions borrow. A borrower closes
-// the component, sets its statement, runs it and reads the result before it returns.
+// The host's data module: the one connection and three components on it that the data functions borrow. A borrower
+// closes the component, sets its statement, runs it and reads the result before it returns.
 struct TDM {
     TADOConnection& ADOConnection1;
     TADOQuery& SharedQuery;      // named "DM.SharedQuery"
@@ -54,10 +54,10 @@ public:
     // an entry point or a check alike; the caller then does nothing more.
     virtual bool HavePermission(const TUserInfo& user, TSoftwarePart part, TPermission permission, bool entryPoint,
                                 bool tellUser, const std::string& text) = 0;
-    // Writes one entry to the user activity log. `insideTransaction` says that the caller has begun a transaction that the
-    // entry belongs to; `withDescription` asks for the part's title in the entry.
-    virtual void SetUserEvent(TSoftwarePart part, TPermission permission, const std::string& text, bool insideTransaction,
-                              bool withDescription) = 0;
+    // Writes one entry to the user activity log. `insideTransaction` says that the caller has begun a transaction that
+    // the entry belongs to; `withDescription` asks for the part's title in the entry.
+    virtual void SetUserEvent(TSoftwarePart part, TPermission permission, const std::string& text,
+                              bool insideTransaction, bool withDescription) = 0;
 
     // Today in the application's calendar, its fields joined by `separator`: NowDate("/") is "1405/08/30".
     virtual std::string NowDate(const std::string& separator) = 0;

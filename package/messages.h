@@ -24,9 +24,15 @@ namespace basalt {
 enum class MessageKind { None, Confirmation, Notification, Error };
 
 // The three kinds of numbered messages.
-struct TConfirmationMessage { int number; };
-struct TNotificationMessage { int number; };
-struct TErrorMessage { int number; };
+struct TConfirmationMessage {
+    int number;
+};
+struct TNotificationMessage {
+    int number;
+};
+struct TErrorMessage {
+    int number;
+};
 
 // A set of buttons, in the order of their display.
 enum class TMessageButton { Ok, Cancel, Yes, No };
@@ -34,16 +40,17 @@ using TMessageButtons = std::vector<TMessageButton>;
 
 // One message as the host receives it.
 struct MessageRequest {
-    std::string operation;                // "MsgRequiredField", "ShowSmartMessage", ...
-    MessageKind kind = MessageKind::None; // ShowSmartMessage only
-    int number = 0;                       // ShowSmartMessage only; 0 for the named operations
-    std::vector<std::string> arguments = {};  // the variable words, or the placeholders' texts; trailing empty ones dropped
-    TMessageButtons buttons = {};         // empty: nothing to answer
+    std::string operation;                 // "MsgRequiredField", "ShowSmartMessage", ...
+    MessageKind kind = MessageKind::None;  // ShowSmartMessage only
+    int number = 0;                        // ShowSmartMessage only; 0 for the named operations
+    std::vector<std::string> arguments =
+        {};                        // the variable words, or the placeholders' texts; trailing empty ones dropped
+    TMessageButtons buttons = {};  // empty: nothing to answer
     TMessageButton defaultButton = TMessageButton::Ok;
     ::QWidget* control = nullptr;
     ::QWidget* form = nullptr;
-    int displayMilliseconds = 0;          // a note that goes away by itself; 0 stays until answered
-    std::uintptr_t controlHandle = 0;     // ShowTooltipMessage only: the native window id that it points at
+    int displayMilliseconds = 0;       // a note that goes away by itself; 0 stays until answered
+    std::uintptr_t controlHandle = 0;  // ShowTooltipMessage only: the native window id that it points at
 
     [[nodiscard]] bool isQuestion() const { return !buttons.empty(); }
 };
@@ -70,8 +77,8 @@ void MsgNotSelected(const std::string& entityTitle, ::QWidget* control = nullptr
 int ShowSmartMessage(TConfirmationMessage message, const std::vector<std::string>& texts = {},
                      TMessageButtons buttons = {TMessageButton::Yes, TMessageButton::No},
                      TMessageButton defaultButton = TMessageButton::No);
-void ShowSmartMessage(TNotificationMessage message, const std::vector<std::string>& texts = {}, ::QWidget* control = nullptr,
-                      ::QWidget* form = nullptr, int displayMilliseconds = 0);
+void ShowSmartMessage(TNotificationMessage message, const std::vector<std::string>& texts = {},
+                      ::QWidget* control = nullptr, ::QWidget* form = nullptr, int displayMilliseconds = 0);
 void ShowSmartMessage(TErrorMessage message, const std::vector<std::string>& texts = {}, ::QWidget* control = nullptr,
                       ::QWidget* form = nullptr, int displayMilliseconds = 0);
 // A short note that does not wait for an answer.

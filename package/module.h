@@ -1,7 +1,7 @@
 // How a host takes hold of the module.
 //
-// The module is a shared library. A host loads it, looks up the C symbol Basalt_Module, lends it a Host and may then call
-// the entry points by their plain names and the functions of the registry:
+// The module is a shared library. A host loads it, looks up the C symbol Basalt_Module, lends it a Host and may then
+// call the entry points by their plain names and the functions of the registry:
 //
 //   auto get = reinterpret_cast<basalt::Module* (*)()>(library.resolve("Basalt_Module"));
 //   basalt::Module& module = *get();

@@ -12,8 +12,8 @@
 
 namespace basalt {
 
-// Plain fixed-point text: at most nine digits after the point (rounded half away from zero), no trailing zeros, never an
-// exponent, "." whatever the locale, "0" for negative zero. A value that is not finite is a UsageError.
+// Plain fixed-point text: at most nine digits after the point (rounded half away from zero), no trailing zeros, never
+// an exponent, "." whatever the locale, "0" for negative zero. A value that is not finite is a UsageError.
 [[nodiscard]] std::string FloatToStr_VRO(Extended value);
 
 // Reads the same back: optional sign, digits, optional fraction, blanks around. Persian and Arabic digits, the Arabic
@@ -27,7 +27,8 @@ namespace basalt {
 // The text between single quotes, inner quotes doubled.
 [[nodiscard]] std::string QuotedStr(std::string_view text);
 
-// Fills "%d" and "%s" in order with the given texts ("%%" is a percent sign). A count that does not match is a UsageError.
+// Fills "%d" and "%s" in order with the given texts ("%%" is a percent sign). A count that does not match is a
+// UsageError.
 [[nodiscard]] std::string Format(std::string_view pattern, std::initializer_list<std::string> arguments);
 
 }  // namespace basalt

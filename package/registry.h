@@ -7,7 +7,8 @@
 //                 .summary = "The next free code of a kind of level.",
 //                 .parameters = {in("Part", "integer"), in("CostType", "integer")}, .result = "integer",
 //                 .run = [](FunctionCall& call) {
-//                     call.result(call.store<TCostLevel_DM>().CostLevel_GetNewCode(call.integer("Part"), call.integer("CostType")));
+//                     call.result(call.store<TCostLevel_DM>().CostLevel_GetNewCode(call.integer("Part"),
+//                     call.integer("CostType")));
 //                 }});
 #pragma once
 
@@ -31,9 +32,15 @@ struct FunctionParameter {
     bool input = true;
     bool output = false;
 };
-[[nodiscard]] inline FunctionParameter in(std::string name, std::string type) { return {std::move(name), std::move(type), true, false}; }
-[[nodiscard]] inline FunctionParameter out(std::string name, std::string type) { return {std::move(name), std::move(type), false, true}; }
-[[nodiscard]] inline FunctionParameter inOut(std::string name, std::string type) { return {std::move(name), std::move(type), true, true}; }
+[[nodiscard]] inline FunctionParameter in(std::string name, std::string type) {
+    return {std::move(name), std::move(type), true, false};
+}
+[[nodiscard]] inline FunctionParameter out(std::string name, std::string type) {
+    return {std::move(name), std::move(type), false, true};
+}
+[[nodiscard]] inline FunctionParameter inOut(std::string name, std::string type) {
+    return {std::move(name), std::move(type), true, true};
+}
 
 // Stores that live from call to call, as they would in a host's document screen.
 class FunctionState {
@@ -70,7 +77,9 @@ public:
     [[nodiscard]] const Datum& argument(std::string_view name) const;
 
     template <class Store>
-    [[nodiscard]] Store& store() { return state_.store<Store>(); }
+    [[nodiscard]] Store& store() {
+        return state_.store<Store>();
+    }
 
     void result(Datum value) { result_ = std::move(value); }
     // Outputs are kept in the order in which they are set; setting one again replaces it.

@@ -35,8 +35,8 @@ private:
 void ResetDataset(TADOQuery& query);
 [[nodiscard]] bool CheckGoodUnitFormul(int goodCode);
 [[nodiscard]] bool LocateLockCode_SoftwarePart(const std::string& code, TSoftwarePart part, int owner, bool flag);
-[[nodiscard]] bool HavePermission(const TUserInfo& user, TSoftwarePart part, TPermission permission, bool flag1, bool flag2,
-                                  const std::string& text);
+[[nodiscard]] bool HavePermission(const TUserInfo& user, TSoftwarePart part, TPermission permission, bool flag1,
+                                  bool flag2, const std::string& text);
 void SetUserEvent(TSoftwarePart part, TPermission permission, const std::string& text, bool flag1, bool flag2);
 [[nodiscard]] std::string NowDate(const std::string& separator);
 

@@ -1,7 +1,8 @@
 // Enumerations and records that the host and the module share.
 //
-// The ordinals are the contract with the host, with its tables and with its user log; they never change. The enumerations
-// are unscoped because hosts pass them as plain integers, and open: a value that is not named here is still legal.
+// The ordinals are the contract with the host, with its tables and with its user log; they never change. The
+// enumerations are unscoped because hosts pass them as plain integers, and open: a value that is not named here is
+// still legal.
 #pragma once
 
 #include <cstdint>
@@ -50,7 +51,8 @@ enum TComponentSoftwarePart : int {
     csPriceReport = 162,
 };
 
-// Which kind of level a CostLevel row is. Rows of kind 4 are listed with the discount levels and written by nothing here.
+// Which kind of level a CostLevel row is. Rows of kind 4 are listed with the discount levels and written by nothing
+// here.
 enum TCostType : int { ctPriceLevel = 1, ctDiscountLevel = 3 };
 
 // Results of modal screens and message boxes.

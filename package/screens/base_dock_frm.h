@@ -44,7 +44,8 @@ public:
     [[nodiscard]] virtual QWidget* ListPanel() = 0;
     [[nodiscard]] virtual QWidget* DetailPanel() = 0;
     // A button of the footer, in the order of the calls. Its click calls the matching handler of the screen.
-    virtual TSmartButton_VRO* AddButton(const std::string& objectName, const std::string& caption, TListButton role) = 0;
+    virtual TSmartButton_VRO* AddButton(const std::string& objectName, const std::string& caption,
+                                        TListButton role) = 0;
     // The screen's main grid and search manager, for buttons, short cuts, printing and layout.
     virtual void SetGrid(TSmartDBGrid_VRO* grid) = 0;
     virtual void SetSearchManager(TVaroSearchManager* manager) = 0;

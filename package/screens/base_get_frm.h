@@ -11,8 +11,9 @@
 //   saving:       IsValid; when it answers true BeforeSave, OnSave, AfterSave, then the base marks the editor saved;
 //                 after save and new the base opens a new record again
 //
-// A record is new when the mode is fmNew or IsNewRecordMode answers true. The base holds the record's code in CodeLock_TBL
-// from opening to closing. An error in OnSave is shown by the base; the editor stays open with what was typed.
+// A record is new when the mode is fmNew or IsNewRecordMode answers true. The base holds the record's code in
+// CodeLock_TBL from opening to closing. An error in OnSave is shown by the base; the editor stays open with what was
+// typed.
 #pragma once
 
 #include <QDialog>
@@ -34,7 +35,8 @@ public:
     virtual ~GetBase() = default;
 
     [[nodiscard]] virtual QWidget* FormPanel() = 0;  // the screen lays out its inputs here
-    virtual TSmartButton_VRO* AddButton(const std::string& objectName, const std::string& caption, TEditorButton role) = 0;
+    virtual TSmartButton_VRO* AddButton(const std::string& objectName, const std::string& caption,
+                                        TEditorButton role) = 0;
     virtual void SetCodeControl(QWidget* control) = 0;  // shows the code; locked while a record is edited
     virtual void SetSaveControl(TSmartButton_VRO* button, int saveMode) = 0;
 
@@ -56,7 +58,8 @@ public:
 
 class TBaseGet_FRM : public QDialog {
 public:
-    TBaseGet_FRM(TSoftwarePart part, Value code, TFormMode mode, Value param = {}, bool flag1 = false, bool flag2 = false);
+    TBaseGet_FRM(TSoftwarePart part, Value code, TFormMode mode, Value param = {}, bool flag1 = false,
+                 bool flag2 = false);
     ~TBaseGet_FRM() override;
 
     [[nodiscard]] TSoftwarePart SoftwarePart() const { return part_; }

@@ -1,7 +1,7 @@
 // The host's controls, as the module's screens use them.
 //
-// The host makes them (ScreenServices) and owns their looks; the module sees these interfaces. They carry no Q_OBJECT and
-// report events through callbacks, because host and module are separate libraries that each compile this header.
+// The host makes them (ScreenServices) and owns their looks; the module sees these interfaces. They carry no Q_OBJECT
+// and report events through callbacks, because host and module are separate libraries that each compile this header.
 // Plain edits, labels, combo boxes and panels are Qt's own.
 #pragma once
 
@@ -54,8 +54,8 @@ public:
 // What "save" does after the record is written.
 enum class TSaveKind { Save, SaveAndNew, SaveAndClose, SaveAndPrint };
 
-// A button with its caption, whose last word names the short-cut key ("حذف F7"), and for save buttons a drop-down of the
-// variants of saving.
+// A button with its caption, whose last word names the short-cut key ("حذف F7"), and for save buttons a drop-down of
+// the variants of saving.
 class TSmartButton_VRO : public QWidget {
 public:
     using QWidget::QWidget;
@@ -63,15 +63,17 @@ public:
     virtual void SetCaption(const std::string& caption) = 0;  // also sets the short cut
     [[nodiscard]] virtual std::string Caption() const = 0;
     virtual void Click() = 0;  // as a user would: nothing when disabled
-    // Which variant the plain button does: 0 save, 1 save and new, 2 save and close, 3 save and print. The others are in
-    // the drop-down. Only for the save control of an editor.
+    // Which variant the plain button does: 0 save, 1 save and new, 2 save and close, 3 save and print. The others are
+    // in the drop-down. Only for the save control of an editor.
     virtual void SetSaveMode(int mode) = 0;
 
     std::function<void()> OnClick;
 };
 
 // A button that is shown and enabled.
-[[nodiscard]] inline bool isUsable(const QWidget* control) { return control && control->isVisibleTo(control->window()) && control->isEnabled(); }
+[[nodiscard]] inline bool isUsable(const QWidget* control) {
+    return control && control->isVisibleTo(control->window()) && control->isEnabled();
+}
 
 enum class TSearchDataType { Digits, Text, Amount };
 

@@ -20,7 +20,8 @@ public:
     // Controls are owned by their parent and bear the object name given.
     [[nodiscard]] virtual TSmartDBGrid_VRO* createGrid(const char* objectName, QWidget* parent) = 0;
     [[nodiscard]] virtual TGeneral_Search_Frame* createGeneralSearch(const char* objectName, QWidget* parent) = 0;
-    [[nodiscard]] virtual TRange_Digit_Search_Frame* createDigitRangeSearch(const char* objectName, QWidget* parent) = 0;
+    [[nodiscard]] virtual TRange_Digit_Search_Frame* createDigitRangeSearch(const char* objectName,
+                                                                            QWidget* parent) = 0;
     [[nodiscard]] virtual TRange_Cost_Search_Frame* createCostRangeSearch(const char* objectName, QWidget* parent) = 0;
     [[nodiscard]] virtual TTab_Search_Frame* createTabSearch(const char* objectName, QWidget* parent) = 0;
     [[nodiscard]] virtual std::unique_ptr<TVaroSearchManager> createSearchManager() = 0;

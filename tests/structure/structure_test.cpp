@@ -26,7 +26,9 @@ std::string read(const fs::path& file) {
     return text.str();
 }
 
-bool startsWith(const std::string& text, const std::string& prefix) { return text.rfind(prefix, 0) == 0; }
+bool startsWith(const std::string& text, const std::string& prefix) {
+    return text.rfind(prefix, 0) == 0;
+}
 
 std::vector<fs::path> sourcesUnder(const std::string& folder) {
     std::vector<fs::path> files;
@@ -40,7 +42,8 @@ std::vector<fs::path> sourcesUnder(const std::string& folder) {
 
 std::vector<std::string> matches(const std::string& text, const std::regex& pattern) {
     std::vector<std::string> found;
-    for (std::sregex_iterator it(text.begin(), text.end(), pattern), end; it != end; ++it) found.push_back((*it)[1].str());
+    for (std::sregex_iterator it(text.begin(), text.end(), pattern), end; it != end; ++it)
+        found.push_back((*it)[1].str());
     return found;
 }
 
@@ -50,7 +53,8 @@ std::string output(const std::string& command) {
     EXPECT_NE(pipe, nullptr) << command;
     if (!pipe) return text;
     std::array<char, 4096> buffer{};
-    while (std::size_t n = fread(buffer.data(), 1, buffer.size(), pipe)) text.append(buffer.data(), n);
+    while (std::size_t n = fread(buffer.data(), 1, buffer.size(), pipe))
+        text.append(buffer.data(), n);
     EXPECT_EQ(pclose(pipe), 0) << command;
     return text;
 }
@@ -94,15 +98,15 @@ TEST_P(FolderRules, includesPointDownwardOnly) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(House, FolderRules, ::testing::ValuesIn(rules), [](const auto& rule) {
-    return std::regex_replace(rule.param.folder, std::regex("/"), "_");
-});
+INSTANTIATE_TEST_SUITE_P(House, FolderRules, ::testing::ValuesIn(rules),
+                         [](const auto& rule) { return std::regex_replace(rule.param.folder, std::regex("/"), "_"); });
 
 // Screens are the only files of the module that may know Qt.
 bool mayUseQt(const fs::path& file) {
     const std::string path = fs::relative(file, root).generic_string();
     if (startsWith(path, "ado/") || startsWith(path, "engines/") || startsWith(path, "host/services/")) return false;
-    if (startsWith(path, "package/")) return startsWith(path, "package/screens/") || startsWith(path, "package/basalt_interface_unt");
+    if (startsWith(path, "package/"))
+        return startsWith(path, "package/screens/") || startsWith(path, "package/basalt_interface_unt");
     const std::string stem = file.stem().string();
     return stem.find("_dm") == std::string::npos && stem.find("_unt") == std::string::npos;
 }
@@ -142,7 +146,8 @@ TEST(House, moduleExportsExactlyTheCheckedInSymbols) {
     ASSERT_FALSE(expected.empty());
     std::set<std::string> exported;
     std::istringstream symbols(output(std::string("nm -D --defined-only ") + BASALT_MODULE_FILE));
-    for (std::string address, kind, name; symbols >> address >> kind >> name;) exported.insert(name);
+    for (std::string address, kind, name; symbols >> address >> kind >> name;)
+        exported.insert(name);
     EXPECT_EQ(exported, expected);
 }
 
@@ -179,7 +184,8 @@ TEST(House, documentsNamePathsThatExist) {
 }
 
 TEST(House, everyFolderSaysWhatLivesThere) {
-    for (const char* folder : {"ado", "package", "costlevel", "engines/embedded", "host", "cli", "database", "tests", "bench"}) {
+    for (const char* folder :
+         {"ado", "package", "costlevel", "engines/embedded", "host", "cli", "database", "tests", "bench"}) {
         EXPECT_TRUE(fs::exists(root / folder / "README.md")) << folder;
     }
 }

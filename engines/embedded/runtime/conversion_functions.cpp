@@ -30,7 +30,8 @@ void tryCast(Call& call) {
 void fitColumn(Call& call) {
     const SqlType type = call.type(1);
     // No UTF-8 text has more UTF-16 units than bytes.
-    if (!type.isFixedText() && type.kind != TypeKind::Binary && sqlite3_value_bytes(call.raw(0)) <= type.length) return call.resultArgument(0);
+    if (!type.isFixedText() && type.kind != TypeKind::Binary && sqlite3_value_bytes(call.raw(0)) <= type.length)
+        return call.resultArgument(0);
     const Value value = call.value(0, type);
     requireLength(value, type, call.text(2), call.text(3));
     call.result(convert(value, type, type));

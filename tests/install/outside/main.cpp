@@ -1,5 +1,5 @@
-// The smallest host there can be: a database with one table, a user, and nobody to show a screen to. It loads the module,
-// lends it the connection, calls a data function and an entry point, and says what came back.
+// The smallest host there can be: a database with one table, a user, and nobody to show a screen to. It loads the
+// module, lends it the connection, calls a data function and an entry point, and says what came back.
 #include <dlfcn.h>
 
 #include <cstdio>
@@ -36,11 +36,14 @@ public:
     const TUserInfo& UserInfo() override { return user_; }
     const TIniOptions& IniOptions() override { return options_; }
     const TSettingRecord& SettingRecord() override { return settings_; }
-    Value ScalerQuery(const std::string&, const std::string&, const std::string&, const std::string&) override { return {}; }
+    Value ScalerQuery(const std::string&, const std::string&, const std::string&, const std::string&) override {
+        return {};
+    }
     void ResetDataset(TADOQuery& query) override { query.Requery(); }
     bool CheckGoodUnitFormul(int) override { return true; }
     bool LocateLockCode_SoftwarePart(const std::string&, TSoftwarePart, int, bool) override { return false; }
-    bool HavePermission(const TUserInfo&, TSoftwarePart part, TPermission permission, bool, bool, const std::string&) override {
+    bool HavePermission(const TUserInfo&, TSoftwarePart part, TPermission permission, bool, bool,
+                        const std::string&) override {
         std::printf("permission %d asked on part %d\n", static_cast<int>(permission), static_cast<int>(part));
         return false;  // nobody may open a screen here
     }
@@ -65,8 +68,9 @@ private:
 
 int main() {
     auto session = embedded::EmbeddedSession::open(":memory:");
-    session->run("create table CostLevel (Code int not null, Name nvarchar(50), Comment nvarchar(200), CostType int not null, "
-                 "primary key (CostType, Code))");
+    session->run(
+        "create table CostLevel (Code int not null, Name nvarchar(50), Comment nvarchar(200), CostType int not null, "
+        "primary key (CostType, Code))");
     session->run("create table CodeLock_TBL (Code nvarchar(30) not null, Status int not null)");
     session->run("insert into CostLevel (Code, Name, CostType) values (1, N'مصرف کننده', 1), (4, N'همکار', 1)");
     OutsideHost host(*session);
