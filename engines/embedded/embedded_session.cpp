@@ -116,6 +116,11 @@ private:
         executor_.run(plan, {.scanned = &lexer_.literals(), .markers = parameters, .markerTypes = markerTypes_},
                       result);
         if (!Executor::isStale(plan)) return true;
+        if (plan.writes()) {
+            // Done is done: only what is kept for the next time is stale.
+            catalog_.invalidate();
+            return true;
+        }
         // SQLite has prepared the statement anew by itself: another program has changed the schema, and the rows were
         // read by a plan that knew the old one.
         catalog_.invalidate();

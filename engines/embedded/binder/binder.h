@@ -123,6 +123,12 @@ private:
     // function.cpp, aggregate.cpp
     BoundPtr function(const ast::FunctionExpression& expression, Scope* scope);
     BoundPtr aggregate(const ast::FunctionExpression& expression, Scope* scope);
+    // user_function.cpp
+    BoundPtr userFunction(const ast::FunctionExpression& call, Scope* scope);
+    // One value a parameter, converted to its type.
+    std::vector<BoundPtr> userArguments(const ast::CreateFunctionStatement& function, const ast::Batch& definition,
+                                        const std::vector<ast::ExpressionPtr>& arguments, const ast::ObjectName& name,
+                                        Scope* scope, SourceRange range);
     std::unique_ptr<BoundOver> over(const ast::OverClause& clause, Scope* scope);
     // query.cpp
     void commonTables(const std::vector<ast::CommonTableExpression>& with, std::vector<BoundCommonTable>& into);

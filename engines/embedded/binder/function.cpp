@@ -616,9 +616,8 @@ const std::map<std::string, Entry, std::less<>>& functions() {
 
 BoundPtr Binder::function(const ast::FunctionExpression& expression, Scope* scope) {
     const std::string name = foldName(expression.name.last());
-    if (expression.name.parts.size() > 1 && functions().find(name) == functions().end()) {
-        unsupported("user-defined function " + expression.name.last(), expression.range);
-    }
+    // A function of a user is called by its schema, and a built-in one never is.
+    if (expression.name.parts.size() > 1) return userFunction(expression, scope);
     if (isAggregate(name) || expression.over != nullptr) return aggregate(expression, scope);
     const auto found = functions().find(name);
     if (found == functions().end()) {

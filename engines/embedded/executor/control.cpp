@@ -8,6 +8,7 @@
 #include "engines/embedded/generator/sql_writer.h"
 #include "engines/embedded/lexer/error_context.h"
 #include "engines/embedded/runtime/sql_error.h"
+#include "engines/embedded/runtime/value_codec.h"
 
 namespace basalt::embedded {
 
@@ -85,6 +86,21 @@ void Executor::selectInto(const ast::Batch& batch, const ast::SelectStatement& s
 void Executor::clearTable(const std::string& name) {
     const Table* table = catalog_.table(name);
     if (table != nullptr) database_.execute(("DELETE FROM " + table->sqlName()).c_str());
+}
+
+std::vector<std::vector<Value>> Executor::rowsOf(const std::string& name) {
+    const Table& table = catalog_.requireTable(name);
+    std::string columns;
+    for (const TableColumn& column : table.columns)
+        columns += (columns.empty() ? "" : ", ") + sqlQuoted(column.name);
+    SqliteStatement list = database_.prepare("SELECT " + columns + " FROM " + table.sqlName());
+    std::vector<std::vector<Value>> rows;
+    while (list.step()) {
+        std::vector<Value>& row = rows.emplace_back();
+        for (std::size_t i = 0; i < table.columns.size(); ++i)
+            row.push_back(readValue(sqlite3_column_value(list.handle(), static_cast<int>(i)), table.columns[i].type));
+    }
+    return rows;
 }
 
 void Executor::atomically(const std::function<void()>& change) {

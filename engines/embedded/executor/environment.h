@@ -43,6 +43,7 @@ struct SessionState {
     Value scopeIdentity = Null{};  // SCOPE_IDENTITY(); the interpreter saves it around a procedure
     std::int64_t tranCount = 0;    // @@TRANCOUNT
     std::int64_t nestLevel = 0;    // @@NESTLEVEL
+    int functionDepth = 0;         // functions of users inside each other
     bool noCount = false;          // SET NOCOUNT
     bool abortOnError = false;     // SET XACT_ABORT
     std::string identityInsert;    // the table of SET IDENTITY_INSERT ... ON

@@ -416,6 +416,12 @@ void Executor::runSelect(Plan& plan, BatchResult& into, const Environment& envir
         }
         count = static_cast<std::int64_t>(rows.rowCount());
     } else {
+        // A function that the statement calls may assign variables of its own meanwhile.
+        struct Running {
+            const Environment*& place;
+            const Environment* outer;
+            ~Running() { place = outer; }
+        } const restore{running_, running_};
         running_ = &environment;
         for (; step(plan); ++count)
             assignRow(plan, environment);

@@ -19,6 +19,7 @@
 #include "engines/embedded/ast/data_statement.h"
 #include "engines/embedded/ast/definition_statement.h"
 #include "engines/embedded/executor/environment.h"
+#include "engines/embedded/executor/function_caller.h"
 #include "engines/embedded/executor/plan.h"
 
 namespace basalt::embedded {
@@ -65,6 +66,11 @@ public:
     void commit();
     void rollback();
     [[nodiscard]] bool inTransaction() const { return database_.inTransaction(); }
+
+    // Who runs the functions of users; it outlives its use here.
+    void setFunctionCaller(FunctionCaller* caller) { functions_ = caller; }
+    // All rows of a table, each with all its columns.
+    [[nodiscard]] std::vector<std::vector<Value>> rowsOf(const std::string& table);
 
     [[nodiscard]] SessionState& state() { return state_; }
     [[nodiscard]] Catalog& catalog() { return catalog_; }
@@ -120,6 +126,7 @@ private:
     std::function<std::int64_t()> clock_;
     SessionState state_;
     std::unique_ptr<IdentityRun> identity_;
+    FunctionCaller* functions_ = nullptr;
     const Environment* running_ = nullptr;  // of the SELECT that assigns variables
     std::vector<std::string> savepoints_;   // names of SAVE TRANSACTION
     SqliteStatement savepoint_, release_, rollbackTo_, beginImmediate_, commit_, rollback_;

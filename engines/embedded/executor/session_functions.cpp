@@ -102,6 +102,14 @@ void Executor::registerFunctions() {
         const std::string text = newGuid();
         sqlite3_result_text64(context, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
     });
+    addOwned(database_, "t_call", -1, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {
+        auto* self = static_cast<Executor*>(sqlite3_user_data(context));
+        const Call call(context, count, arguments);
+        guarded(context, self->database_, [&] {
+            const std::span<sqlite3_value* const> values(arguments + 1, static_cast<std::size_t>(count - 1));
+            returnValue(context, self->functions_->callScalar(call.text(0), values));
+        });
+    });
     addFunction(
         database_, "t_one", 2,
         [](Call& call) {

@@ -9,6 +9,8 @@ class Executor::StatementGuard {
 public:
     // A change that is one statement of SQLite's needs no transaction of its own; `several` says that it is more.
     StatementGuard(Executor& executor, bool several) : executor_(executor) {
+        // A function works inside a statement that is guarded itself, and SQLite lets no savepoint begin there.
+        if (executor_.state_.functionDepth > 0) return;
         if (executor_.inTransaction()) {
             executor_.savepoint_.run();
             mode_ = Mode::Savepoint;

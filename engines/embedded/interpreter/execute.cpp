@@ -6,6 +6,7 @@
 #include "ado/names.h"
 #include "engines/embedded/binder/binder.h"
 #include "engines/embedded/interpreter/interpreter.h"
+#include "engines/embedded/interpreter/procedure_scope.h"
 #include "engines/embedded/parser/parser.h"
 #include "engines/embedded/runtime/convert.h"
 #include "engines/embedded/runtime/sql_error.h"
@@ -127,42 +128,6 @@ std::string lastPartOf(std::string_view name) {
 
 }  // namespace
 
-// What a procedure changes for its own duration.
-class Interpreter::ProcedureScope {
-public:
-    explicit ProcedureScope(Interpreter& interpreter)
-        : interpreter_(interpreter),
-          state_(interpreter.executor_.state()),
-          scopeIdentity_(state_.scopeIdentity),
-          noCount_(state_.noCount),
-          abortOnError_(state_.abortOnError) {
-        if (interpreter_.calls_ >= kDeepestCall) {
-            throw DatabaseError(ErrorCategory::Limit, "42000", 217,
-                                "Maximum stored procedure, function, trigger, or view nesting level exceeded (limit " +
-                                    std::to_string(kDeepestCall) + ").");
-        }
-        ++interpreter_.calls_;
-        ++state_.nestLevel;
-        state_.scopeIdentity = Null{};
-    }
-    ProcedureScope(const ProcedureScope&) = delete;
-    ProcedureScope& operator=(const ProcedureScope&) = delete;
-    ~ProcedureScope() {
-        --interpreter_.calls_;
-        --state_.nestLevel;
-        state_.scopeIdentity = scopeIdentity_;
-        state_.noCount = noCount_;
-        state_.abortOnError = abortOnError_;
-    }
-
-private:
-    Interpreter& interpreter_;
-    SessionState& state_;
-    Value scopeIdentity_;
-    bool noCount_;
-    bool abortOnError_;
-};
-
 // Drops the temporary tables that a procedure has made when it ends, however it ends.
 class Interpreter::TemporaryTables {
 public:
@@ -186,13 +151,13 @@ private:
     Activation& activation_;
 };
 
-std::shared_ptr<Program> Interpreter::findProcedure(std::string_view name) {
+std::shared_ptr<Program> Interpreter::findModule(std::string_view name, ModuleKind kind) {
     const Module* module = catalog_.module(name);
-    if (module == nullptr || module->kind != ModuleKind::Procedure) return nullptr;
-    std::shared_ptr<Program>& kept = procedures_[foldName(name)];
-    // The text tells whether it is still the same procedure, whoever changed it.
+    if (module == nullptr || module->kind != kind) return nullptr;
+    std::shared_ptr<Program>& kept = modules_[foldName(name)];
+    // The text tells whether it is still the same one, whoever changed it.
     if (!kept || kept->batch().text != module->text) {
-        kept = Program::ofProcedure(parse(module->text), catalog_);
+        kept = Program::ofModule(parse(module->text), catalog_);
     }
     return kept;
 }
@@ -255,6 +220,10 @@ std::vector<Interpreter::PassedArgument> Interpreter::passedArguments(Activation
 }
 
 void Interpreter::execute(Activation& activation, const ast::ExecuteStatement& statement) {
+    if (activation.function != nullptr) {
+        throwSqlError(557,
+                      "Only functions and some extended stored procedures can be executed from within a function.");
+    }
     if (statement.text) {
         const TypedValue text = evaluate(activation, *statement.text);
         if (!isNull(text.value)) {
@@ -274,7 +243,7 @@ void Interpreter::execute(Activation& activation, const ast::ExecuteStatement& s
     }
     std::vector<PassedArgument> arguments = passedArguments(activation, statement);
     CallOutcome outcome;
-    if (const std::shared_ptr<Program> program = findProcedure(name)) {
+    if (const std::shared_ptr<Program> program = findModule(name, ModuleKind::Procedure)) {
         outcome = callProgram(*program, arguments, *activation.into);
         returnOutputs(activation, *program, arguments, outcome);
     } else if (sameName(name, "sp_executesql")) {
@@ -305,9 +274,8 @@ void Interpreter::returnOutputs(Activation& activation, const Program& program,
 }
 
 void Interpreter::bindArguments(const Program& program, std::span<const PassedArgument> arguments, Frame& frame) {
-    const ast::CreateProcedureStatement& procedure = *program.procedure();
-    const auto& parameters = procedure.parameters;
-    const std::string name = procedure.name.last();
+    const auto& parameters = program.parameters();
+    const std::string& name = program.name();
     if (arguments.size() > parameters.size()) {
         if (parameters.empty()) {
             throwSqlError(8146, "Procedure " + name + " has no parameters and arguments were supplied.");
@@ -368,13 +336,13 @@ Interpreter::CallOutcome Interpreter::callProgram(Program& program, std::span<co
                           .frame = frame,
                           .environment = {.table = &program.batch().literals, .variables = &frame},
                           .into = &into,
-                          .procedure = program.procedure()->name.last(),
+                          .procedure = program.name(),
                           .depth = run.depth()};
     const TemporaryTables temporaryTables(*this, activation);
     runList(activation, program.body());
     CallOutcome outcome;
     outcome.returnValue = activation.returnValue;
-    for (std::size_t i = 0; i < program.procedure()->parameters.size(); ++i)
+    for (std::size_t i = 0; i < program.parameters().size(); ++i)
         outcome.parameters.push_back(frame[i]);
     return outcome;
 }
@@ -427,8 +395,8 @@ std::int64_t Interpreter::executeSql(Activation& activation, std::vector<PassedA
     if (const auto found = texts_.find(key); found != texts_.end()) {
         program = found->second;
     } else {
-        program = Program::ofProcedure(parse("CREATE PROCEDURE sp_executesql " + declarations + " AS\n" + statement),
-                                       catalog_);
+        program =
+            Program::ofModule(parse("CREATE PROCEDURE sp_executesql " + declarations + " AS\n" + statement), catalog_);
         if (texts_.size() >= kKeptTexts) texts_.clear();
         texts_.emplace(key, program);
     }
@@ -490,12 +458,12 @@ void Interpreter::insertRows(Activation& activation, const ast::InsertStatement&
 
 ProcedureInfo Interpreter::procedure(std::string_view name) {
     catalog_.refresh();
-    const std::shared_ptr<Program> program = findProcedure(lastPartOf(name));
+    const std::shared_ptr<Program> program = findModule(lastPartOf(name), ModuleKind::Procedure);
     if (!program) noProcedure(name);
     ProcedureInfo info;
-    info.name = program->procedure()->name.last();
-    for (std::size_t i = 0; i < program->procedure()->parameters.size(); ++i) {
-        const ast::ParameterDefinition& parameter = program->procedure()->parameters[i];
+    info.name = program->name();
+    for (std::size_t i = 0; i < program->parameters().size(); ++i) {
+        const ast::ParameterDefinition& parameter = program->parameters()[i];
         ParameterInfo described;
         described.name = parameter.name;
         described.direction = parameter.output ? ParameterDirection::InputOutput : ParameterDirection::Input;
@@ -510,7 +478,7 @@ ProcedureInfo Interpreter::procedure(std::string_view name) {
 CallResult Interpreter::call(std::string_view name, std::span<const Argument> arguments) {
     catalog_.refresh();
     startAfresh();
-    const std::shared_ptr<Program> program = findProcedure(lastPartOf(name));
+    const std::shared_ptr<Program> program = findModule(lastPartOf(name), ModuleKind::Procedure);
     if (!program) noProcedure(name);
     std::vector<PassedArgument> passed;
     for (const Argument& argument : arguments) {

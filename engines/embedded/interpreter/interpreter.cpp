@@ -70,9 +70,11 @@ void Interpreter::startAfresh() {
     executor_.state().nestLevel = 0;
 }
 
-void Interpreter::runList(Activation& activation, const ast::Statements& statements) {
+void Interpreter::runList(Activation& activation, const ast::Statements& statements,
+                          const std::function<void()>& atEnd) {
     createTableVariables(activation);
     const Flow flow = runStatements(activation, statements);
+    if (atEnd) atEnd();
     emptyTableVariables(activation);
     if (flow == Flow::Goto) {
         throwSqlError(133, "A GOTO statement references the label '" + activation.label +
@@ -137,6 +139,12 @@ Interpreter::Flow Interpreter::dispatch(Activation& activation, const ast::State
             return Flow::Continue;
         case StatementKind::Return:
             if (const ast::ExpressionPtr& value = ast::as<ast::ReturnStatement>(statement).value) {
+                if (activation.function != nullptr) {
+                    TypedValue result = evaluate(activation, *value);
+                    const SqlType& type = activation.function->resultType();
+                    activation.result = isNull(result.value) ? Value(Null{}) : convert(result.value, result.type, type);
+                    return Flow::Return;
+                }
                 const TypedValue result = evaluate(activation, *value);
                 // A procedure returns a number; NULL counts as 0.
                 const Value number = isNull(result.value)
@@ -179,6 +187,9 @@ Interpreter::Flow Interpreter::dispatch(Activation& activation, const ast::State
             layout.addDeclarations(activation.batch, procedure.body, catalog_);
             break;
         }
+        case StatementKind::CreateFunction:
+            checkFunction(activation.batch, ast::as<ast::CreateFunctionStatement>(statement));
+            break;
         default:
             break;
     }

@@ -14,6 +14,7 @@
 #pragma once
 
 #include <exception>
+#include <functional>
 #include <map>
 #include <memory>
 #include <span>
@@ -23,6 +24,7 @@
 
 #include "ado/session.h"
 #include "engines/embedded/executor/executor.h"
+#include "engines/embedded/executor/function_caller.h"
 #include "engines/embedded/interpreter/frame.h"
 #include "engines/embedded/interpreter/program.h"
 
@@ -33,11 +35,14 @@ inline constexpr int kDeepestCall = 32;
 // Statements inside each other, through all procedures that are being called; each takes stack.
 inline constexpr int kDeepestStatement = 1000;
 
-class Interpreter {
+class Interpreter : private FunctionCaller {
 public:
-    Interpreter(Executor& executor, Catalog& catalog) : executor_(executor), catalog_(catalog) {}
+    Interpreter(Executor& executor, Catalog& catalog) : executor_(executor), catalog_(catalog) {
+        executor_.setFunctionCaller(this);
+    }
     Interpreter(const Interpreter&) = delete;
     Interpreter& operator=(const Interpreter&) = delete;
+    ~Interpreter() override { executor_.setFunctionCaller(nullptr); }
 
     // Whether the executor alone can run the batch: nothing but statements of its own, and one at most, so that no
     // statement has to run after a failed one.
@@ -70,6 +75,8 @@ private:
         std::string label = {};                         // where Flow::Goto goes
         std::size_t depth = 0;                          // of recursion into the same program
         std::vector<std::string> temporaryTables = {};  // made here, dropped at the end of a procedure
+        const Program* function = nullptr;              // when it is one that runs
+        Value result = Null{};                          // of a scalar function
     };
 
     struct PassedArgument {
@@ -88,10 +95,11 @@ private:
 
     class TemporaryTables;
     class ProcedureScope;
+    class FunctionScope;
 
     // interpreter.cpp
-    // All of a batch or procedure, with its table variables.
-    void runList(Activation& activation, const ast::Statements& statements);
+    // All of a batch or procedure, with its table variables. `atEnd` runs while these still have their rows.
+    void runList(Activation& activation, const ast::Statements& statements, const std::function<void()>& atEnd = {});
     Flow runStatements(Activation& activation, const ast::Statements& statements);
     Flow runStatement(Activation& activation, const ast::Statement& statement);
     Flow dispatch(Activation& activation, const ast::Statement& statement);
@@ -124,18 +132,28 @@ private:
     void runText(std::string_view text, BatchResult& into);
     void insertRows(Activation& activation, const ast::InsertStatement& statement, const RowSet& rows);
     std::int64_t executeSql(Activation& activation, std::vector<PassedArgument> arguments);
-    [[nodiscard]] std::shared_ptr<Program> findProcedure(std::string_view name);
+    [[nodiscard]] std::shared_ptr<Program> findModule(std::string_view name, ModuleKind kind);
     void returnOutputs(Activation& activation, const Program& program, std::span<const PassedArgument> arguments,
                        const CallOutcome& outcome);
     void startAfresh();
 
+    // function.cpp
+    [[nodiscard]] Value callScalar(std::string_view name, std::span<sqlite3_value* const> arguments) override;
+    [[nodiscard]] std::vector<std::vector<Value>> callTable(std::string_view name,
+                                                            std::span<sqlite3_value* const> arguments) override;
+    [[nodiscard]] std::shared_ptr<Program> requireFunction(std::string_view name);
+    void runFunction(Program& program, std::span<sqlite3_value* const> arguments,
+                     const std::function<void(Activation&)>& read);
+    // function_rules.cpp: throws for what a function may not do.
+    void checkFunction(const ast::Batch& batch, const ast::CreateFunctionStatement& function);
+
     Executor& executor_;
     Catalog& catalog_;
-    std::map<std::string, std::shared_ptr<Program>, std::less<>> procedures_;  // by folded name
-    std::map<std::string, std::shared_ptr<Program>, std::less<>> texts_;       // of EXEC and sp_executesql, by text
-    int statements_ = 0;                                                       // inside each other
-    int calls_ = 0;                                                            // procedures inside each other
-    int tries_ = 0;                                                            // TRY blocks inside each other
+    std::map<std::string, std::shared_ptr<Program>, std::less<>> modules_;  // by folded name
+    std::map<std::string, std::shared_ptr<Program>, std::less<>> texts_;    // of EXEC and sp_executesql, by text
+    int statements_ = 0;                                                    // inside each other
+    int calls_ = 0;                                                         // procedures inside each other
+    int tries_ = 0;                                                         // TRY blocks inside each other
     std::exception_ptr pending_;     // the first error that did not end the batch
     const void* located_ = nullptr;  // the error whose place is known
     int errorLine_ = 0;

@@ -22,6 +22,10 @@ void Layout::addDeclarations(const ast::Batch& batch, const ast::Statements& sta
         addFrom(batch, *statement, catalog);
 }
 
+void Layout::addResultTable(const ast::Batch& batch, const ast::CreateFunctionStatement& function) {
+    add(batch, {function.variable, {}, &function.table}, function.range);
+}
+
 void Layout::addFrom(const ast::Batch& batch, const ast::Statement& statement, Catalog& catalog) {
     switch (statement.kind) {
         case StatementKind::Declare: {

@@ -31,6 +31,8 @@ public:
     void addParameters(const ast::Batch& batch, const std::vector<ast::ParameterDefinition>& parameters,
                        Catalog& catalog);
     void addDeclarations(const ast::Batch& batch, const ast::Statements& statements, Catalog& catalog);
+    // The table variable that a function returns; it follows the parameters.
+    void addResultTable(const ast::Batch& batch, const ast::CreateFunctionStatement& function);
 
     [[nodiscard]] std::size_t size() const { return variables_.size(); }
     [[nodiscard]] const Variable& operator[](std::size_t index) const { return variables_[index]; }

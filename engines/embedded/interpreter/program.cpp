@@ -1,5 +1,6 @@
 #include "engines/embedded/interpreter/program.h"
 
+#include "engines/embedded/binder/binder.h"
 #include "engines/embedded/lexer/error_context.h"
 
 namespace basalt::embedded {
@@ -11,17 +12,24 @@ Program::Program(ast::Batch batch, Catalog& catalog, const std::vector<ast::Para
     layout_.addDeclarations(batch_, batch_.statements, catalog);
 }
 
-Program::Program(ProcedureTag /*tag*/, ast::Batch batch, Catalog& catalog) : batch_(std::move(batch)) {
+Program::Program(ModuleTag /*tag*/, ast::Batch batch, Catalog& catalog) : batch_(std::move(batch)) {
     if (batch_.statements.size() == 1) {
         procedure_ = ast::tryAs<ast::CreateProcedureStatement>(batch_.statements.front().get());
+        function_ = ast::tryAs<ast::CreateFunctionStatement>(batch_.statements.front().get());
     }
-    if (!procedure_) throwUnsupported("This procedure", batch_.text, {0, 0});
-    layout_.addParameters(batch_, procedure_->parameters, catalog);
-    layout_.addDeclarations(batch_, procedure_->body, catalog);
+    if (!procedure_ && !function_) throwUnsupported("This procedure", batch_.text, {0, 0});
+    layout_.addParameters(batch_, parameters(), catalog);
+    if (function_ && function_->returns == ast::CreateFunctionStatement::Returns::TableVariable) {
+        layout_.addResultTable(batch_, *function_);
+    }
+    if (function_ && function_->returns == ast::CreateFunctionStatement::Returns::Scalar) {
+        resultType_ = Binder(catalog, {.text = batch_.text, .literals = &batch_.literals}).dataType(function_->type);
+    }
+    layout_.addDeclarations(batch_, body(), catalog);
 }
 
-std::unique_ptr<Program> Program::ofProcedure(ast::Batch batch, Catalog& catalog) {
-    return std::unique_ptr<Program>(new Program(ProcedureTag{}, std::move(batch), catalog));
+std::unique_ptr<Program> Program::ofModule(ast::Batch batch, Catalog& catalog) {
+    return std::unique_ptr<Program>(new Program(ModuleTag{}, std::move(batch), catalog));
 }
 
 PlanSet& Program::plans() {

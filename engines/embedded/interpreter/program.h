@@ -1,7 +1,7 @@
 // A parsed text that is ready to run, again and again: its tree, its variables, and the plans of its statements.
 //
 //   Program batch(parse(sql), catalog);
-//   Program procedure = Program::ofProcedure(parse(module.text), catalog);
+//   Program procedure = Program::ofModule(parse(module.text), catalog);
 //
 // Each level of recursion has plans of its own, because a statement that is still being stepped cannot be run again.
 #pragma once
@@ -21,14 +21,25 @@ public:
     // A batch. `parameters` are those that sp_executesql gives it.
     Program(ast::Batch batch, Catalog& catalog, const std::vector<ast::ParameterDefinition>* parameters = nullptr,
             const ast::Batch* parameterBatch = nullptr);
-    // Of a text that holds one CREATE PROCEDURE statement.
-    static std::unique_ptr<Program> ofProcedure(ast::Batch batch, Catalog& catalog);
+    // Of a text that holds one CREATE PROCEDURE or CREATE FUNCTION statement.
+    static std::unique_ptr<Program> ofModule(ast::Batch batch, Catalog& catalog);
 
     [[nodiscard]] const ast::Batch& batch() const { return batch_; }
     [[nodiscard]] const Layout& layout() const { return layout_; }
-    [[nodiscard]] const ast::Statements& body() const { return procedure_ ? procedure_->body : batch_.statements; }
-    // Null for a batch.
-    [[nodiscard]] const ast::CreateProcedureStatement* procedure() const { return procedure_; }
+    [[nodiscard]] const ast::Statements& body() const {
+        return procedure_ ? procedure_->body : function_ ? function_->body : batch_.statements;
+    }
+    // Null for a batch and for a procedure.
+    [[nodiscard]] const ast::CreateFunctionStatement* function() const { return function_; }
+    // Only of a procedure or function.
+    [[nodiscard]] const std::string& name() const {
+        return function_ ? function_->name.last() : procedure_->name.last();
+    }
+    [[nodiscard]] const std::vector<ast::ParameterDefinition>& parameters() const {
+        return function_ ? function_->parameters : procedure_->parameters;
+    }
+    // What a scalar function returns.
+    [[nodiscard]] const SqlType& resultType() const { return resultType_; }
 
     // Held while the program runs.
     class Run {
@@ -53,11 +64,13 @@ public:
     [[nodiscard]] PlanSet& plans();
 
 private:
-    struct ProcedureTag {};
-    Program(ProcedureTag, ast::Batch batch, Catalog& catalog);
+    struct ModuleTag {};
+    Program(ModuleTag, ast::Batch batch, Catalog& catalog);
 
     ast::Batch batch_;
     const ast::CreateProcedureStatement* procedure_ = nullptr;
+    const ast::CreateFunctionStatement* function_ = nullptr;
+    SqlType resultType_;
     Layout layout_;
     std::vector<std::unique_ptr<PlanSet>> plans_;
     std::size_t depth_ = 0;

@@ -93,7 +93,8 @@ bool Interpreter::goesOn(Activation& activation, const ast::Statement& statement
     state.error = error.nativeCode();
     const auto* raised = dynamic_cast<const RaisedError*>(&error);
     const bool endsBatch = raised ? raised->ends() : state.abortOnError || !endsStatementOnly(error.nativeCode());
-    if (losesTheTransaction(error) || tries_ > 0) return false;
+    // An error in a function ends the statement that has called it.
+    if (losesTheTransaction(error) || tries_ > 0 || activation.function != nullptr) return false;
     if (!endsBatch) {
         if (!pending_) pending_ = std::current_exception();
         located_ = nullptr;
