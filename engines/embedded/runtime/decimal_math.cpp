@@ -52,13 +52,12 @@ bool small(const Decimal& value) {
     return value.coefficient() < limit && value.coefficient() > -limit;
 }
 
-// Beyond 38 digits SQL Server gives digits after the point up, keeping those before it.
-SqlType cappedSum(int precision, int scale) {
-    if (precision > kMaxDecimalDigits) {
-        scale = std::max(0, std::min(scale, kMaxDecimalDigits - (precision - scale)));
-        precision = kMaxDecimalDigits;
-    }
-    return SqlType::decimal(precision, scale);
+// Beyond 38 digits SQL Server gives digits after the point up, keeping those before it that the operands have; the one
+// that a carry may need is not among these.
+SqlType cappedSum(int integral, int scale, int carry) {
+    const int precision = integral + scale + carry;
+    if (precision <= kMaxDecimalDigits) return SqlType::decimal(precision, scale);
+    return SqlType::decimal(kMaxDecimalDigits, std::max(0, std::min(scale, kMaxDecimalDigits - integral)));
 }
 
 // Beyond 38 digits, but six digits after the point are kept at the expense of those before it.
@@ -80,7 +79,7 @@ bool bothMoney(const SqlType& a, const SqlType& b) {
 SqlType sumType(const SqlType& a, const SqlType& b) {
     if (bothMoney(a, b)) return SqlType::of(TypeKind::Money);
     const int scale = std::max(a.scale, b.scale);
-    return cappedSum(scale + std::max(a.precision - a.scale, b.precision - b.scale) + 1, scale);
+    return cappedSum(std::max(a.precision - a.scale, b.precision - b.scale), scale, 1);
 }
 
 SqlType productType(const SqlType& a, const SqlType& b) {
@@ -104,7 +103,7 @@ SqlType moduloType(const SqlType& a, const SqlType& b) {
 SqlType commonDecimal(const SqlType& a, const SqlType& b) {
     if (bothMoney(a, b)) return SqlType::of(std::max(a.kind, b.kind));
     const int scale = std::max(a.scale, b.scale);
-    return cappedSum(scale + std::max(a.precision - a.scale, b.precision - b.scale), scale);
+    return cappedSum(std::max(a.precision - a.scale, b.precision - b.scale), scale, 0);
 }
 
 SqlType decimalOf(const SqlType& type) {
