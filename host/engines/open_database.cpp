@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "engines/embedded/embedded_session.h"
+#include "engines/odbc/odbc_session.h"
 #include "host/services/deploy.h"
 
 namespace basalt::host {
@@ -22,11 +23,6 @@ fs::path pathOf(const std::string& text) {
 std::string textOf(const fs::path& path) {
     const std::u8string text = path.u8string();
     return {text.begin(), text.end()};
-}
-
-[[noreturn]] void refuseOdbc() {
-    throw DatabaseError(ErrorCategory::Connection, "IM002", 0,
-                        "this program was built without an engine for odbc: databases; use embedded:PATH");
 }
 
 std::unique_ptr<embedded::EmbeddedSession> openEmbedded(const std::string& path, bool create) {
@@ -76,7 +72,7 @@ private:
 }  // namespace
 
 std::unique_ptr<Session> openDatabase(const DatabaseUrl& url) {
-    if (url.engine == EngineKind::Odbc) refuseOdbc();
+    if (url.engine == EngineKind::Odbc) return odbc::OdbcSession::open(url.target);
     if (url.inMemory()) {
         std::unique_ptr<Session> session = openEmbedded(memory, true);
         deployDatabase(*session, {.demo = true});
@@ -86,7 +82,7 @@ std::unique_ptr<Session> openDatabase(const DatabaseUrl& url) {
 }
 
 std::unique_ptr<Session> openOrCreateDatabase(const DatabaseUrl& url) {
-    if (url.engine == EngineKind::Odbc) refuseOdbc();
+    if (url.engine == EngineKind::Odbc) return odbc::OdbcSession::open(url.target);
     return openEmbedded(url.target, true);
 }
 

@@ -20,10 +20,11 @@ public:
 };
 
 // An existing database. One in memory is new and holds the demo data. MissingDatabase, or DatabaseError when it cannot
-// be opened, is damaged, or was made by a newer program, and for an engine that this program was built without.
+// be opened or reached, is damaged, or was made by a newer program.
 [[nodiscard]] std::unique_ptr<Session> openDatabase(const DatabaseUrl& url);
 
 // The same for a database that is to be deployed: a missing file is made, with its folder, and nothing is put into it.
+// A database on a server must be there.
 [[nodiscard]] std::unique_ptr<Session> openOrCreateDatabase(const DatabaseUrl& url);
 
 // What a full check of an embedded database finds, in words; empty when it is sound. UsageError for a database on a

@@ -4,7 +4,7 @@
 #include <thread>
 
 #include "engines/embedded/embedded_session.h"
-#include "temp_folder.h"
+#include "tests/support/temp_folder.h"
 
 namespace basalt::embedded {
 namespace {

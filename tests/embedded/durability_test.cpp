@@ -7,7 +7,7 @@
 #include <random>
 
 #include "engines/embedded/embedded_session.h"
-#include "temp_folder.h"
+#include "tests/support/temp_folder.h"
 
 namespace basalt::embedded {
 namespace {

@@ -10,7 +10,7 @@
 #include <fstream>
 
 #include "engines/embedded/embedded_session.h"
-#include "temp_folder.h"
+#include "tests/support/temp_folder.h"
 
 namespace basalt::embedded {
 namespace {

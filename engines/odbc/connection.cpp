@@ -1,0 +1,124 @@
+#include "engines/odbc/connection.h"
+
+#include "engines/odbc/diagnostics.h"
+#include "engines/odbc/result_reader.h"
+#include "engines/odbc/utf16.h"
+
+namespace basalt::odbc {
+
+namespace {
+
+SQLPOINTER attribute(SQLULEN value) {
+    return reinterpret_cast<SQLPOINTER>(value);
+}
+
+// Walks over everything that one execution brings: result sets, counts, messages, errors.
+class ResultWalk {
+public:
+    ResultWalk(SQLHSTMT statement, const DriverTraits& traits, std::string_view sql)
+        : statement_(statement), traits_(traits), sql_(sql) {}
+
+    BatchResult walk(SQLRETURN executed) {
+        SQLRETURN rc = executed;
+        while (true) {
+            listen(rc);
+            // An update of no rows is told as "no data", which is a result all the same.
+            if (SQL_SUCCEEDED(rc) || rc == SQL_NO_DATA) take();
+            if (lost()) break;
+            rc = SQLMoreResults(statement_);
+            if (rc == SQL_NO_DATA || rc == SQL_INVALID_HANDLE) break;
+        }
+        if (rc == SQL_NO_DATA) listen(rc);
+        if (error_) throw *error_;
+        return std::move(result_);
+    }
+
+private:
+    void listen(SQLRETURN rc) {
+        if (rc == SQL_SUCCESS) return;
+        const std::vector<Diagnostic> records = diagnosticsOf(SQL_HANDLE_STMT, statement_);
+        bool failed = rc == SQL_ERROR;
+        for (const Diagnostic& record : records) {
+            if (record.isMessage()) result_.messages.push_back(record.message);
+            failed = failed || !record.informs();
+        }
+        if (failed && !error_) error_ = errorOf(records, sql_);
+    }
+
+    void take() {
+        SQLSMALLINT columns = 0;
+        if (!SQL_SUCCEEDED(SQLNumResultCols(statement_, &columns))) return listen(SQL_ERROR);
+        if (columns > 0) {
+            try {
+                result_.results.push_back({.rows = ResultReader(statement_, traits_, sql_).read(result_.messages)});
+            } catch (const DatabaseError& error) {
+                // What follows is still to be read off the connection.
+                if (!error_) error_ = error;
+            }
+            return;
+        }
+        SQLLEN count = -1;
+        if (SQL_SUCCEEDED(SQLRowCount(statement_, &count)) && count >= 0) {
+            result_.results.push_back({.rows = std::nullopt, .affectedRows = count});
+        }
+    }
+
+    [[nodiscard]] bool lost() const { return error_ && error_->category() == ErrorCategory::Connection; }
+
+    SQLHSTMT statement_;
+    const DriverTraits& traits_;
+    std::string_view sql_;
+    BatchResult result_;
+    std::optional<DatabaseError> error_;
+};
+
+}  // namespace
+
+Connection::Connection(const ConnectionString& text, const OdbcOptions& options)
+    : environment_(SQL_NULL_HANDLE), queryTimeoutSeconds_(options.queryTimeoutSeconds) {
+    SQLSetEnvAttr(environment_.get(), SQL_ATTR_ODBC_VERSION, attribute(SQL_OV_ODBC3), 0);
+    connection_ = ConnectionHandle(environment_.get());
+    if (connection_.get() == SQL_NULL_HANDLE) {
+        throw DatabaseError(ErrorCategory::Connection, "HY001", 0, "the ODBC driver manager cannot be used");
+    }
+    SQLSetConnectAttrW(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT,
+                       attribute(static_cast<SQLULEN>(options.loginTimeoutSeconds)), 0);
+    const std::u16string wideText = toUtf16(text.text());
+    const SQLRETURN rc =
+        SQLDriverConnectW(connection_.get(), nullptr, wide(wideText), static_cast<SQLSMALLINT>(wideText.size()),
+                          nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
+    if (!SQL_SUCCEEDED(rc)) {
+        const DatabaseError error = errorOf(diagnosticsOf(SQL_HANDLE_DBC, connection_.get()), {});
+        throw DatabaseError(ErrorCategory::Connection, error.sqlState(), error.nativeCode(),
+                            text.withoutSecrets("cannot connect to " + text.publicParts() + ": " + error.what()));
+    }
+    traits_ = DriverTraits::of(connection_.get());
+}
+
+Connection::~Connection() {
+    // Answers with an error when the connection is lost or was never made, which is as well.
+    SQLDisconnect(connection_.get());
+}
+
+BatchResult Connection::execute(std::string_view sql, Parameters& parameters) {
+    const StatementHandle statement(connection_.get());
+    if (statement.get() == SQL_NULL_HANDLE) {
+        throw errorOf(diagnosticsOf(SQL_HANDLE_DBC, connection_.get()), sql);
+    }
+    if (queryTimeoutSeconds_ > 0) {
+        SQLSetStmtAttrW(statement.get(), SQL_ATTR_QUERY_TIMEOUT, attribute(static_cast<SQLULEN>(queryTimeoutSeconds_)),
+                        0);
+    }
+    parameters.bind(statement.get(), sql);
+    const std::u16string text = toUtf16(sql);
+    const SQLRETURN rc = SQLExecDirectW(statement.get(), wide(text), static_cast<SQLINTEGER>(text.size()));
+    return ResultWalk(statement.get(), traits_, sql).walk(rc);
+}
+
+bool Connection::isDead() const {
+    SQLUINTEGER dead = SQL_CD_FALSE;
+    const SQLRETURN rc = SQLGetConnectAttrW(connection_.get(), SQL_ATTR_CONNECTION_DEAD, &dead, sizeof(dead), nullptr);
+    return SQL_SUCCEEDED(rc) && dead == SQL_CD_TRUE;
+}
+
+}  // namespace basalt::odbc

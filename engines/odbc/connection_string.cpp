@@ -1,0 +1,103 @@
+#include "engines/odbc/connection_string.h"
+
+#include <algorithm>
+#include <array>
+
+#include "ado/names.h"
+
+namespace basalt::odbc {
+
+namespace {
+
+std::string_view trimmed(std::string_view text) {
+    while (!text.empty() && text.front() == ' ')
+        text.remove_prefix(1);
+    while (!text.empty() && text.back() == ' ')
+        text.remove_suffix(1);
+    return text;
+}
+
+// The length of a value in braces, braces included; a closing brace within is doubled.
+std::size_t bracedLength(std::string_view text) {
+    std::size_t i = 1;
+    while (i < text.size()) {
+        if (text[i++] != '}') continue;
+        if (i >= text.size() || text[i] != '}') break;
+        ++i;
+    }
+    return i;
+}
+
+std::string withoutBraces(std::string_view written) {
+    if (!written.starts_with('{')) return std::string(written);
+    std::string value;
+    for (std::size_t i = 1; i < written.size(); ++i) {
+        if (written[i] == '}') {
+            if (i + 1 >= written.size() || written[i + 1] != '}') break;
+            ++i;
+        }
+        value += written[i];
+    }
+    return value;
+}
+
+bool isPublic(std::string_view key) {
+    constexpr std::array<std::string_view, 4> kPublic = {"server", "servername", "dsn", "database"};
+    return std::any_of(kPublic.begin(), kPublic.end(), [&](std::string_view name) { return sameName(name, key); });
+}
+
+bool isSecret(std::string_view key) {
+    const std::string folded = foldName(key);
+    constexpr std::array<std::string_view, 4> kWords = {"pwd", "password", "secret", "token"};
+    return std::any_of(kWords.begin(), kWords.end(),
+                       [&](std::string_view word) { return folded.find(foldName(word)) != std::string::npos; });
+}
+
+void blot(std::string& message, std::string_view secret) {
+    if (secret.empty()) return;
+    constexpr std::string_view kBlot = "***";
+    for (std::size_t at = 0; (at = message.find(secret, at)) != std::string::npos; at += kBlot.size())
+        message.replace(at, secret.size(), kBlot);
+}
+
+}  // namespace
+
+ConnectionString::ConnectionString(std::string text) : text_(std::move(text)) {
+    std::string_view rest = text_;
+    while (!rest.empty()) {
+        const std::size_t equals = rest.find('=');
+        if (equals == std::string_view::npos) break;
+        std::string_view key = rest.substr(0, equals);
+        // Empty parts ("a=b;;c=d") belong to no key.
+        if (const std::size_t last = key.rfind(';'); last != std::string_view::npos) key.remove_prefix(last + 1);
+        rest.remove_prefix(equals + 1);
+        while (!rest.empty() && rest.front() == ' ')
+            rest.remove_prefix(1);
+        const std::size_t braced = rest.starts_with('{') ? bracedLength(rest) : 0;
+        const std::size_t end = std::min(rest.find(';', braced), rest.size());
+        const std::string_view written = trimmed(rest.substr(0, end));
+        parts_.push_back({std::string(trimmed(key)), std::string(written), withoutBraces(written)});
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+}
+
+std::string ConnectionString::publicParts() const {
+    std::string result;
+    for (const Part& part : parts_) {
+        if (!isPublic(part.key)) continue;
+        if (!result.empty()) result += ';';
+        result += part.key + "=" + part.written;
+    }
+    return result;
+}
+
+std::string ConnectionString::withoutSecrets(std::string message) const {
+    for (const Part& part : parts_) {
+        if (!isSecret(part.key)) continue;
+        blot(message, part.written);
+        blot(message, part.value);
+    }
+    return message;
+}
+
+}  // namespace basalt::odbc

@@ -1,0 +1,35 @@
+// What may be told about an ODBC connection string, and what may not.
+//
+//   const ConnectionString text("Driver=FreeTDS;Server=shop;Database=Basalt;UID=sa;PWD={a;b}");
+//   text.publicParts()                       "Server=shop;Database=Basalt"
+//   text.withoutSecrets("login a;b failed")  "login *** failed"
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace basalt::odbc {
+
+class ConnectionString {
+public:
+    explicit ConnectionString(std::string text);
+
+    // The text as given, for the driver alone.
+    [[nodiscard]] const std::string& text() const { return text_; }
+    // Server, DSN and database; nothing else is known to be free of secrets.
+    [[nodiscard]] std::string publicParts() const;
+    // The message of a driver with the values of all passwords blotted out.
+    [[nodiscard]] std::string withoutSecrets(std::string message) const;
+
+private:
+    struct Part {
+        std::string key;
+        std::string written;  // with its braces
+        std::string value;    // without
+    };
+    std::string text_;
+    std::vector<Part> parts_;
+};
+
+}  // namespace basalt::odbc

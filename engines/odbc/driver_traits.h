@@ -1,0 +1,26 @@
+// In what drivers and their servers differ, each difference by its name. Nothing else asks which driver it has.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "engines/odbc/odbc_api.h"
+
+namespace basalt::odbc {
+
+struct DriverTraits {
+    // The server speaks T-SQL: @@TRANCOUNT, XACT_STATE(), conditional ROLLBACK. Taken for granted unless the server is
+    // one that is known not to, because a server that is compatible with SQL Server may go by any name.
+    bool speaksTransactSql = true;
+    // A column that SQLGetData reads may stand before bound ones (SQL_GD_ANY_COLUMN). Without it everything from the
+    // first long column on is read with SQLGetData.
+    bool readsAnyColumn = false;
+
+    [[nodiscard]] static DriverTraits of(SQLHDBC connection);
+};
+
+// The message without the labels of its source: "[FreeTDS][SQL Server]Invalid object name" is "Invalid object name".
+// Brackets that belong to the message itself stay.
+[[nodiscard]] std::string_view withoutSource(std::string_view message);
+
+}  // namespace basalt::odbc

@@ -1,0 +1,58 @@
+// Values bound to the markers of a statement or of a procedure call.
+//
+//   Parameters parameters;
+//   parameters.addMarker(value);
+//   parameters.bind(statement, sql);     // the buffers must outlive the execution
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ado/rowset.h"
+#include "engines/odbc/odbc_api.h"
+
+namespace basalt::odbc {
+
+class Parameters {
+public:
+    // A value for a `?` whose place tells the server its type. A time travels as ISO text: compared with a datetime
+    // column, a datetime2 parameter would never equal what was read from it. A null travels as a text, which every type
+    // but the binary ones takes.
+    void addMarker(const Value& value);
+    // A procedure's parameter, with the procedure's own type. DatabaseError (Conversion) when the value is none of it.
+    void addArgument(const ColumnInfo& type, const Value& value, bool output, std::string name);
+    void addReturnValue();
+
+    // DatabaseError when the driver refuses.
+    void bind(SQLHSTMT statement, std::string_view sql);
+
+    // After all results have been read. `index` counts in the order of adding, from 0. Null when nothing came back.
+    // DatabaseError (Truncation) when the value was longer than its room.
+    [[nodiscard]] Value valueAt(std::size_t index) const;
+
+private:
+    struct Slot {
+        SQLSMALLINT direction = SQL_PARAM_INPUT;
+        SQLSMALLINT cType = SQL_C_WCHAR;
+        SQLSMALLINT sqlType = SQL_WVARCHAR;
+        SQLULEN size = 1;
+        SQLSMALLINT digits = 0;
+        std::vector<std::byte> data = {};
+        SQLLEN length = SQL_NULL_DATA;
+        ColumnInfo type = {};  // of an argument
+        std::string name = {};
+    };
+
+    static void put(Slot& slot, const Value& value);
+    static void putText(Slot& slot, const std::string& text);
+    static void putBytes(Slot& slot, const void* data, std::size_t size);
+    static void takeType(Slot& slot, const ColumnInfo& type);
+    static void makeRoom(Slot& slot);
+    void nameArguments(SQLHSTMT statement, std::string_view sql) const;
+
+    std::vector<Slot> slots_;
+};
+
+}  // namespace basalt::odbc
