@@ -22,9 +22,21 @@ void EditorDataSets::leaving(TDataSet& dataSet) {
     if (opened_ == &dataSet) opened_ = nullptr;
 }
 
+namespace {
+
+bool isEntering(const TDataSet* dataSet) {
+    return dataSet->State() == dsEdit || dataSet->State() == dsInsert;
+}
+
+}  // namespace
+
+bool EditorDataSets::entering() const {
+    return std::any_of(known_.begin(), known_.end(), isEntering);
+}
+
 void EditorDataSets::cancelEdits() {
     for (TDataSet* dataSet : known_)
-        if (dataSet->State() == dsEdit || dataSet->State() == dsInsert) dataSet->Cancel();
+        if (isEntering(dataSet)) dataSet->Cancel();
 }
 
 }  // namespace basalt::host

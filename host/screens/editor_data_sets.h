@@ -20,6 +20,8 @@ public:
     void forgetOpened() { opened_ = nullptr; }
     [[nodiscard]] const TDataSet* opened() const { return opened_ && opened_->Active() ? opened_ : nullptr; }
 
+    // True when a record is being entered or changed in any of them.
+    [[nodiscard]] bool entering() const;
     // Drops what is being entered in any of them.
     void cancelEdits();
 

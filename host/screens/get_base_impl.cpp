@@ -239,9 +239,9 @@ bool GetBaseImpl::write() {
 
 void GetBaseImpl::afterFailedWrite() {
     // A record that did not reach the table is still being entered; the next attempt starts from the inputs again. One
-    // that did reach it and was rolled back shows values that the table does not have.
-    const TDataSet* record = dataSets_.opened();
-    const bool entering = record && (record->State() == dsEdit || record->State() == dsInsert);
+    // that did reach it and was rolled back shows values that the table does not have. The check of a name may have
+    // opened another data set since, so all of them count: a record read anew would hide what another user changed.
+    const bool entering = dataSets_.entering();
     dataSets_.cancelEdits();
     reopen_ = editor_.Mode() != fmNew && !entering;
 }

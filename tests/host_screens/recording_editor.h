@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ado/query.h"
+#include "package/numbers.h"
 #include "package/screens/base_get_frm.h"
 #include "package/services.h"
 
@@ -79,6 +80,10 @@ public:
     void AfterFill(const Value&) override { calls_.push_back("AfterFill"); }
     bool IsValid() override {
         calls_.push_back("IsValid");
+        // A check asks the database, so the data set that was opened last is not the record's.
+        check.Close();
+        check.SQL = "select Name from CostLevel where Name = " + QuotedStr(name->text().toStdString());
+        check.Open();
         return valid;
     }
     void BeforeSave() override { calls_.push_back("BeforeSave"); }
@@ -112,6 +117,7 @@ public:
     bool valid = true;
     std::function<void()> afterPost;
     TADOQuery record{DM().ADOConnection1, "Record_QUR"};
+    TADOQuery check{DM().ADOConnection1, "Check_QUR"};
     QLineEdit* code = nullptr;
     QLineEdit* name = nullptr;
     QLineEdit* comment = nullptr;
