@@ -5,19 +5,29 @@
 
 namespace basalt::bench {
 
+namespace {
+
+void keepSmaller(std::map<std::string, double>& times, const std::string& name, double seconds,
+                 std::int64_t iterations) {
+    const double time = seconds / static_cast<double>(iterations) * 1e9;
+    double& smallest = times.try_emplace(name, time).first->second;
+    smallest = std::min(smallest, time);
+}
+
+}  // namespace
+
 void SmallestTimes::ReportRuns(const std::vector<Run>& runs) {
     for (const Run& run : runs) {
-        if (run.run_type != Run::RT_Iteration || run.iterations == 0) continue;
-        const double time = run.cpu_accumulated_time / static_cast<double>(run.iterations) * 1e9;
-        double& smallest = smallest_.try_emplace(run.run_name.function_name, time).first->second;
-        smallest = std::min(smallest, time);
+        if (run.run_type != Run::RT_Iteration || run.iterations == 0 || run.error_occurred) continue;
+        keepSmaller(processor_, run.run_name.function_name, run.cpu_accumulated_time, run.iterations);
+        keepSmaller(elapsed_, run.run_name.function_name, run.real_accumulated_time, run.iterations);
     }
     ConsoleReporter::ReportRuns(runs);
 }
 
-double SmallestTimes::of(const std::string& name) const {
-    const auto found = smallest_.find(name);
-    return found == smallest_.end() ? 0 : found->second;
+double SmallestTimes::smallest(const Times& times, const std::string& name) {
+    const auto found = times.find(name);
+    return found == times.end() ? 0 : found->second;
 }
 
 bool report(const std::vector<Ratio>& ratios) {

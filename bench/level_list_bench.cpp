@@ -1,0 +1,120 @@
+// From the entry point of the price levels to the first painted row of its list, against what its statement costs.
+#include <QApplication>
+#include <QDialog>
+#include <QEvent>
+#include <QTableView>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+
+#include "ado/query.h"
+#include "bench/ratios.h"
+#include "engines/embedded/embedded_session.h"
+#include "host/screens/screen_services_impl.h"
+#include "host/services/deploy.h"
+#include "host/services/reference_host.h"
+#include "package/basalt_interface_unt.h"
+#include "package/services.h"
+
+namespace basalt::bench {
+namespace {
+
+constexpr int kLevels = 10'000;
+constexpr double kAllowance = 50e6;  // nanoseconds beside twice the statement
+const char* const kListStatement = "select Code,Name,Comment from CostLevel\n WHERE code > 0 AND CostType IN(1)";
+
+void fill(Session& session) {
+    host::deployDatabase(session, {.demo = true});
+    std::string insert;
+    for (int code = 1000; code < 1000 + kLevels; ++code) {
+        insert += insert.empty() ? "INSERT INTO CostLevel (Code, Name, Comment, CostType) VALUES " : ", ";
+        insert += "(" + std::to_string(code) + ", N'سطح " + std::to_string(code) + "', N'برای آزمون سرعت', 1)";
+        if (code % 500 == 499) {
+            session.run(insert);
+            insert.clear();
+        }
+    }
+}
+
+// Closes a list as soon as its grid has painted something.
+class CloseAfterFirstPaint final : public QObject {
+public:
+    int painted = 0;
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::Paint) return false;
+        auto* widget = qobject_cast<QWidget*>(watched);
+        auto* table = widget ? qobject_cast<QTableView*>(widget->parentWidget()) : nullptr;
+        if (!table || table->viewport() != widget || table->model()->rowCount() < kLevels) return false;
+        ++painted;
+        // The paint itself counts: the screen closes once it is done.
+        QMetaObject::invokeMethod(
+            widget->window(), [window = widget->window()] { window->close(); }, Qt::QueuedConnection);
+        return false;
+    }
+};
+
+std::size_t runStatement(TADOQuery& query) {
+    query.Close();
+    query.SQL = kListStatement;
+    query.Open();
+    return static_cast<std::size_t>(query.RecordCount());
+}
+
+int run(int count, char** arguments) {
+    std::vector<char*> all(arguments, arguments + count);
+    std::string repetitions = "--benchmark_repetitions=9";
+    all.insert(all.begin() + 1, repetitions.data());
+    int allCount = static_cast<int>(all.size());
+    all.push_back(nullptr);
+    benchmark::Initialize(&allCount, all.data());
+
+    const auto session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
+    fill(*session);
+    host::HostOptions options;
+    options.persistOptions = false;
+    host::ReferenceHost host(*session, options);
+    host.signInAs(1);
+    host::HostScreenServices screens(host);
+    host.setScreens(&screens);
+    const AttachedHost attached(host);
+    CloseAfterFirstPaint closer;
+    qApp->installEventFilter(&closer);
+
+    TADOQuery query(host.DM().ADOConnection1, "List_QUR");
+    benchmark::RegisterBenchmark("levels/statement", [&query](benchmark::State& state) {
+        for (auto _ : state)
+            benchmark::DoNotOptimize(runStatement(query));
+    })->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("levels/screen", [&closer](benchmark::State& state) {
+        for (auto _ : state) {
+            closer.painted = 0;
+            Open_CostLevel_List();
+            if (closer.painted == 0) state.SkipWithError("the list closed without painting its rows");
+        }
+    })->Unit(benchmark::kMillisecond);
+    SmallestTimes times;
+    benchmark::RunSpecifiedBenchmarks(&times);
+    const double statement = times.elapsed("levels/statement");
+    const double screen = times.elapsed("levels/screen");
+    const bool good = report({{"10,000 levels: screen to first paint / (2 x statement + 50 ms)",
+                               screen / (2 * statement + kAllowance), 1.0}});
+    benchmark::ClearRegisteredBenchmarks();
+    benchmark::Shutdown();
+    return good ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+}  // namespace
+}  // namespace basalt::bench
+
+int main(int count, char** arguments) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(count, arguments);
+    try {
+        return basalt::bench::run(count, arguments);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return EXIT_FAILURE;
+    }
+}
