@@ -33,7 +33,36 @@ const std::vector<std::string> kTables = {"HostSchemaVersion",
                                           "costlist",
                                           "tmpcostlist",
                                           "CostReport",
-                                          "PrintsSettings"};
+                                          "PrintsSettings",
+                                          "Stores",
+                                          "OperationTypes",
+                                          "Currencies",
+                                          "Zone",
+                                          "PerInf",
+                                          "category",
+                                          "DefaultUserCategory",
+                                          "Kala_category",
+                                          "person_category",
+                                          "colors",
+                                          "Tags",
+                                          "SelectedLists",
+                                          "SelectedList_Detail",
+                                          "Kardex",
+                                          "BarCodeFormul",
+                                          "Scales",
+                                          "Scales_Groups",
+                                          "Items",
+                                          "[Group-PLU]",
+                                          "DetailTypes",
+                                          "GoodDetailRelation",
+                                          "GoodDetailValues",
+                                          "GoodDetailValueDetails",
+                                          "GoodDetailKardex",
+                                          "GoodDetailKardexExit_Temp",
+                                          "Accounts",
+                                          "Sanad",
+                                          "SanadDetail",
+                                          "PersonOperations"};
 
 std::vector<std::string> everything(Session& session) {
     std::vector<std::string> all;
@@ -51,7 +80,7 @@ TEST(Deploy, anEmptyDatabaseBecomesCurrent) {
     deployDatabase(*session);
     EXPECT_EQ(schemaState(*session), SchemaState::Current);
     EXPECT_FALSE(holdsDemoData(*session));
-    EXPECT_THAT(linesOf(*session, "SELECT Version FROM dbo.HostSchemaVersion"), ElementsAre("1"));
+    EXPECT_THAT(linesOf(*session, "SELECT Version FROM dbo.HostSchemaVersion"), ElementsAre("2"));
 }
 
 TEST(Deploy, withoutDemoDataOnlyTheManagerIsThere) {
@@ -144,6 +173,7 @@ TEST_F(DemoDataTest, barcodesHaveRightCheckDigitsAndAreUnique) {
         ASSERT_EQ(list.back(), '!') << list;
         std::istringstream codes(list.substr(1));
         for (std::string code; std::getline(codes, code, '!');) {
+            if (code.size() == 5) continue;  // the good's number on the scales
             ASSERT_EQ(code.size(), 13U) << list;
             int sum = 0;
             for (std::size_t i = 0; i < 13; ++i)
@@ -152,7 +182,7 @@ TEST_F(DemoDataTest, barcodesHaveRightCheckDigitsAndAreUnique) {
             EXPECT_TRUE(seen.insert(code).second) << code;
         }
     }
-    EXPECT_GE(seen.size(), 90U);
+    EXPECT_GE(seen.size(), 300U);
 }
 
 TEST_F(DemoDataTest, pricesBelongToGoods) {

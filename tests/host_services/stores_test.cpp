@@ -41,7 +41,7 @@ TEST_F(SettingsTest, storedForEverybody) {
 TEST_F(SettingsTest, aWholeRecordStoresWhatDiffers) {
     TSettingRecord record = settings.record();
     record.NegativeType = 0;
-    record.MetreMorabaUnit = 9;
+    record.MetreMorabaUnit = 8;
     EXPECT_THAT(settings.store(record), ElementsAre("NegativeType", "MetreMorabaUnit"));
     EXPECT_THAT(settings.store(record), IsEmpty());
     EXPECT_THAT(linesOf(*session, "SELECT Value FROM dbo.HostSettings WHERE Name = N'NegativeType'"), ElementsAre("0"));

@@ -1,0 +1,12 @@
+-- The stores of the demo company.
+
+INSERT INTO dbo.Stores (Code, Name)
+SELECT N.Code, N.Name
+FROM (
+    SELECT 1 AS Code, N'انبار مرکزی' AS Name
+    UNION ALL SELECT 2, N'فروشگاه'
+    UNION ALL SELECT 3, N'انبار سرد'
+    UNION ALL SELECT 4, N'انبار برگشتی'
+) AS N
+WHERE NOT EXISTS (SELECT 1 FROM dbo.Stores)
+go
