@@ -33,7 +33,8 @@ if(BASALT_WERROR)
 endif()
 if(BASALT_SANITIZE)
   target_compile_options(basalt_options INTERFACE
-    $<BUILD_INTERFACE:-fsanitize=${BASALT_SANITIZE};-fno-sanitize-recover=all;-fno-omit-frame-pointer>)
+    # Line tables are all that a report shows.
+    $<BUILD_INTERFACE:-fsanitize=${BASALT_SANITIZE};-fno-sanitize-recover=all;-fno-omit-frame-pointer;-g1>)
   target_link_options(basalt_options INTERFACE $<BUILD_INTERFACE:-fsanitize=${BASALT_SANITIZE}>)
 endif()
 if(BASALT_COVERAGE)
