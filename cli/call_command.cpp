@@ -1,8 +1,11 @@
-// basalt call NAME [VALUE ...|NAME=VALUE ...]: one function, and all that it did in one line of JSON.
+// basalt call NAME [VALUE ...|NAME=VALUE ...] [--json]: one function, and all that it did, for people or in one line of
+// JSON.
 #include <iostream>
 #include <memory>
 
 #include "cli/commands.h"
+#include "cli/report_writer.h"
+#include "cli/terminal.h"
 #include "cli/workspace.h"
 #include "cli/wrong_usage.h"
 #include "host/calls/function_caller.h"
@@ -39,7 +42,12 @@ int run(const CommonOptions& common, const CallOptions& options) {
     const std::vector<host::Answer> answers = parseAnswers(options.answers);
     Workspace workspace(common);
     const host::CallReport report = call(workspace, options, answers);
-    std::cout << host::toDatum(report).toJson() << std::endl;
+    if (options.json) {
+        std::cout << host::toDatum(report).toJson() << std::endl;
+    } else if (report.started) {
+        writeReport(std::cout, report, outputIsTerminal());
+        std::cout.flush();
+    }
     if (!report.error) {
         workspace.finish();
         return 0;
@@ -52,7 +60,7 @@ int run(const CommonOptions& common, const CallOptions& options) {
 
 void addCallCommand(Program& program) {
     const auto options = std::make_shared<CallOptions>();
-    CLI::App& command = program.command(program.app, "call", "calls a function and tells in JSON what it did",
+    CLI::App& command = program.command(program.app, "call", "calls a function and tells what it did",
                                         [&common = program.options, options] { return run(common, *options); });
     command.add_option("FUNCTION", options->function, "its name, as in: basalt functions")->required();
     command.add_option("ARGUMENT", options->arguments,
@@ -62,7 +70,7 @@ void addCallCommand(Program& program) {
         ->type_name("ANSWER")
         ->expected(1, -1)
         ->take_all();
-    command.add_flag("--json", options->json, "the reply is JSON with or without this");
+    command.add_flag("--json", options->json, "the reply as one line of JSON");
 }
 
 }  // namespace basalt::cli

@@ -1,15 +1,33 @@
-// basalt db create | deploy | check: makes databases, brings them up to date, and looks whether they are sound.
+// basalt db create | deploy | check | backup | dump | load: makes databases, looks after them and moves them.
+#include <filesystem>
+#include <fstream>
+#include <functional>
 #include <iostream>
 #include <memory>
 
+#include "ado/error.h"
 #include "cli/commands.h"
 #include "cli/workspace.h"
+#include "cli/wrong_usage.h"
 #include "host/engines/open_database.h"
 #include "host/services/deploy.h"
+#include "host/transfer/database_dump.h"
+#include "host/transfer/database_load.h"
 
 namespace basalt::cli {
 
 namespace {
+
+namespace fs = std::filesystem;
+
+struct DatabaseCommandOptions {
+    bool demo = false;
+    std::string file;  // empty: the standard input or output
+};
+
+fs::path pathOf(const std::string& text) {
+    return fs::path(std::u8string(text.begin(), text.end()));
+}
 
 int create(const CommonOptions& common, bool demo) {
     const host::DatabaseUrl url = databaseOf(common);
@@ -38,22 +56,91 @@ int check(const CommonOptions& common) {
     return 0;
 }
 
+int backUp(const CommonOptions& common, const std::string& file) {
+    const host::DatabaseUrl url = databaseOf(common);
+    host::backUpDatabase(url, file);
+    std::cout << "copied " << url.display() << " to " << file << '\n';
+    return 0;
+}
+
+int dump(const CommonOptions& common, const std::string& file) {
+    const std::unique_ptr<Session> session = host::openDatabase(databaseOf(common));
+    const DatabaseSchema schema = host::readSchema(*session);
+    if (file.empty()) {
+        host::dumpDatabase(*session, schema, std::cout);
+        return 0;
+    }
+    // Under another name until it is whole.
+    const fs::path path = pathOf(file);
+    fs::path draft = path;
+    draft += ".new";
+    try {
+        std::ofstream out(draft, std::ios::binary);
+        if (!out) throw std::runtime_error("the file " + file + " cannot be written");
+        host::dumpDatabase(*session, schema, out);
+    } catch (...) {
+        std::error_code ignored;
+        fs::remove(draft, ignored);
+        throw;
+    }
+    fs::rename(draft, path);
+    return 0;
+}
+
+// A database that holds nothing yet, as a script that makes everything needs it.
+void requireEmpty(Session& session, const host::DatabaseUrl& url) {
+    const DatabaseSchema schema = host::readSchema(session);
+    if (schema.tables.empty() && schema.modules.empty()) return;
+    throw UsageError(url.display() + " is not empty; load into a new database");
+}
+
+int load(const CommonOptions& common, const std::string& file) {
+    const host::DatabaseUrl url = databaseOf(common);
+    std::ifstream stream;
+    if (!file.empty()) {
+        stream.open(pathOf(file), std::ios::binary);
+        if (!stream) throw WrongUsage("the file " + file + " cannot be read");
+    }
+    std::istream& script = file.empty() ? std::cin : stream;
+    std::size_t batches = 0;
+    const auto fill = [&](Session& session) { batches = host::loadScript(session, script); };
+    std::error_code failure;
+    if (url.engine == host::EngineKind::Embedded && !url.inMemory() && !fs::exists(pathOf(url.target), failure)) {
+        host::createDatabase(url, fill);
+    } else {
+        const std::unique_ptr<Session> session = host::openOrCreateDatabase(url);
+        requireEmpty(*session, url);
+        fill(*session);
+    }
+    std::cout << "loaded " << batches << " batches into " << url.display() << '\n';
+    return 0;
+}
+
 }  // namespace
 
 void addDatabaseCommand(Program& program) {
     CLI::App& group = *program.app.add_subcommand("db", "makes and looks after databases");
     group.fallthrough();
     group.require_subcommand(1);
-    const auto demo = std::make_shared<bool>(false);
+    const auto options = std::make_shared<DatabaseCommandOptions>();
     const CommonOptions& common = program.options;
 
     CLI::App& createCommand = program.command(group, "create", "makes the file of a new database",
-                                              [&common, demo] { return create(common, *demo); });
-    createCommand.add_flag("--demo", *demo, "with demo data");
+                                              [&common, options] { return create(common, options->demo); });
+    createCommand.add_flag("--demo", options->demo, "with demo data");
     CLI::App& deployCommand = program.command(group, "deploy", "makes missing tables, procedures and functions",
-                                              [&common, demo] { return deploy(common, *demo); });
-    deployCommand.add_flag("--demo", *demo, "demo data too, into tables that are empty");
+                                              [&common, options] { return deploy(common, options->demo); });
+    deployCommand.add_flag("--demo", options->demo, "demo data too, into tables that are empty");
     (void)program.command(group, "check", "looks for damage", [&common] { return check(common); });
+    CLI::App& backUpCommand = program.command(group, "backup", "copies the file while others work with it",
+                                              [&common, options] { return backUp(common, options->file); });
+    backUpCommand.add_option("FILE", options->file, "the copy; there must be none yet")->required();
+    CLI::App& dumpCommand = program.command(group, "dump", "writes everything down as T-SQL",
+                                            [&common, options] { return dump(common, options->file); });
+    dumpCommand.add_option("FILE", options->file, "the standard output when left out");
+    CLI::App& loadCommand = program.command(group, "load", "runs a dump in a new database, whole or not at all",
+                                            [&common, options] { return load(common, options->file); });
+    loadCommand.add_option("FILE", options->file, "the standard input when left out");
 }
 
 }  // namespace basalt::cli

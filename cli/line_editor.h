@@ -1,16 +1,25 @@
-// Lines from a person at a terminal, with editing and a history that lasts from run to run.
+// Lines from a person at a terminal, with editing, completion by Tab, and a history that lasts from run to run.
+//
+//   LineEditor editor("sql_history", [](const std::string& word) { return namesThatBeginWith(word); });
+//   while (const auto line = editor.readLine("basalt> ")) ...
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace basalt::cli {
 
+// What the word before the cursor can become, the whole words.
+using Completer = std::function<std::vector<std::string>(const std::string& word)>;
+
+// One at a time: the terminal is one.
 class LineEditor {
 public:
     // The history is a file of that name in the user's data folder.
-    explicit LineEditor(const std::string& historyName);
+    LineEditor(const std::string& historyName, Completer completer);
     ~LineEditor();
     LineEditor(const LineEditor&) = delete;
     LineEditor& operator=(const LineEditor&) = delete;

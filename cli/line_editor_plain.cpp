@@ -1,11 +1,11 @@
-// Where libedit is not at hand: the system's own line input, without a history.
+// Where libedit is not at hand: the system's own line input, without a history and completion.
 #include <iostream>
 
 #include "cli/line_editor.h"
 
 namespace basalt::cli {
 
-LineEditor::LineEditor(const std::string&) {}
+LineEditor::LineEditor(const std::string&, Completer) {}
 
 LineEditor::~LineEditor() = default;
 

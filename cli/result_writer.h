@@ -1,11 +1,12 @@
 // Shows the results of a batch of statements.
 //
-//   ResultWriter writer(std::cout, ResultFormat::Table, outputIsTerminal());
+//   ResultWriter writer(std::cout, std::cerr, ResultFormat::Table, outputIsTerminal());
 //   writer.write(session.run("select Code, Name from CostLevel"));
 //
 // Tables are aligned by the columns that characters take, whatever their script; numbers stand to the right. CSV is RFC
-// 4180 with a line of titles. JSON is one line a result set, a list of objects; {"affectedRows":n} for a statement
-// without rows.
+// 4180 with a line of titles, an empty line between two results, and an empty field for NULL where an empty text is "".
+// JSON is one line a result set, a list of objects; {"affectedRows":n} for a statement without rows. What statements
+// print is part of tables and goes to the notes otherwise.
 #pragma once
 
 #include <ostream>
@@ -19,8 +20,8 @@ enum class ResultFormat { Table, Csv, Json };
 class ResultWriter {
 public:
     // On a terminal, right-to-left cells are kept in their columns by invisible marks.
-    ResultWriter(std::ostream& out, ResultFormat format, bool terminal)
-        : out_(out), format_(format), terminal_(terminal) {}
+    ResultWriter(std::ostream& out, std::ostream& notes, ResultFormat format, bool terminal)
+        : out_(out), notes_(notes), format_(format), terminal_(terminal) {}
 
     void write(const BatchResult& batch);
 
@@ -30,8 +31,10 @@ private:
     void writeJson(const RowSet& rows);
 
     std::ostream& out_;
+    std::ostream& notes_;
     ResultFormat format_;
     bool terminal_;
+    bool written_ = false;  // a result in CSV
 };
 
 }  // namespace basalt::cli

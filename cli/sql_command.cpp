@@ -1,17 +1,19 @@
 // basalt sql "SELECT ..." | basalt sql: statements straight to the database, with their results as tables, CSV or JSON.
+#include <filesystem>
+#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <memory>
-#include <optional>
+#include <sstream>
 
-#include "ado/names.h"
+#include "ado/error.h"
 #include "cli/commands.h"
-#include "cli/line_editor.h"
 #include "cli/result_writer.h"
+#include "cli/sql_console.h"
+#include "cli/sql_prompt.h"
 #include "cli/terminal.h"
 #include "cli/workspace.h"
 #include "cli/wrong_usage.h"
-#include "host/services/deploy.h"
+#include "host/services/script_batches.h"
 
 namespace basalt::cli {
 
@@ -19,6 +21,7 @@ namespace {
 
 struct SqlOptions {
     std::string statement;
+    std::string file;
     bool csv = false;
     bool json = false;
 };
@@ -28,60 +31,63 @@ ResultFormat formatOf(const SqlOptions& options) {
     return options.csv ? ResultFormat::Csv : options.json ? ResultFormat::Json : ResultFormat::Table;
 }
 
-void runScript(Session& session, const std::string& script, ResultWriter& writer) {
-    for (const std::string& batch : host::splitBatches(script))
-        writer.write(session.run(batch));
+// The message of a batch that is not the first of its script tells where the batch begins.
+void runBatch(SqlConsole& console, const host::BatchSplitter::Batch& batch, const std::string& name) {
+    try {
+        console.run(batch.text);
+    } catch (const std::exception& error) {
+        if (name.empty() && batch.firstLine == 1) throw;
+        throw std::runtime_error((name.empty() ? "" : name + ": ") + "in the batch that begins at line " +
+                                 std::to_string(batch.firstLine) + ": " + error.what());
+    }
 }
 
-bool endsStatement(const std::string& line) {
-    const std::size_t last = line.find_last_not_of(" \t");
-    return last != std::string::npos && line[last] == ';';
-}
-
-bool isWord(const std::string& line, const char* word) {
-    const std::size_t first = line.find_first_not_of(" \t");
-    if (first == std::string::npos) return false;
-    const std::size_t last = line.find_last_not_of(" \t;");
-    if (last == std::string::npos) return false;
-    return sameName(std::string_view(line).substr(first, last - first + 1), word);
-}
-
-int prompt(Session& session, ResultWriter& writer) {
-    LineEditor editor("sql_history");
-    std::cout << "Connected to " << session.engine() << ":" << session.location()
-              << "\nA statement ends with ; at the end of a line or with a line GO. exit leaves.\n";
-    std::string statement;
-    while (const std::optional<std::string> line = editor.readLine(statement.empty() ? "basalt> " : "     -> ")) {
-        if (statement.empty() && (isWord(*line, "exit") || isWord(*line, "quit"))) break;
-        const bool go = isWord(*line, "go");
-        if (!go) statement += *line + "\n";
-        if ((!go && !endsStatement(*line)) || statement.find_first_not_of(" \t\n;") == std::string::npos) {
-            if (go || statement.find_first_not_of(" \t\n") == std::string::npos) statement.clear();
+// Each batch is run as soon as its end has been read, so that a program can be on the other side of a pipe.
+void runScript(SqlConsole& console, std::istream& script, const std::string& name) {
+    host::BatchSplitter splitter;
+    const auto run = [&](const std::optional<host::BatchSplitter::Batch>& batch) {
+        if (batch) runBatch(console, *batch, name);
+    };
+    for (std::string line; std::getline(script, line);) {
+        if (splitter.atBegin() && SqlConsole::isCommand(line)) {
+            console.run(line);
             continue;
         }
-        statement.pop_back();
-        editor.remember(statement);
-        try {
-            writer.write(session.run(statement));
-        } catch (const std::exception& error) {
-            std::cerr << error.what() << '\n';
-        }
-        statement.clear();
+        if (!script.eof()) line += '\n';
+        run(splitter.add(line));
     }
-    if (session.inTransaction()) {
-        session.rollback();
-        std::cerr << "The open transaction has been rolled back.\n";
-    }
-    return 0;
+    run(splitter.finish());
+}
+
+std::ifstream openScript(const std::string& file) {
+    std::ifstream stream(std::filesystem::path(std::u8string(file.begin(), file.end())), std::ios::binary);
+    if (!stream) throw WrongUsage("the file " + file + " cannot be read");
+    return stream;
 }
 
 int run(const CommonOptions& common, const SqlOptions& options) {
-    ResultWriter writer(std::cout, formatOf(options), outputIsTerminal());
+    if (!options.statement.empty() && !options.file.empty())
+        throw WrongUsage("statements come from the command line or from a file, not from both");
+    ResultWriter writer(std::cout, std::cerr, formatOf(options), outputIsTerminal());
+    std::ifstream file;
+    if (!options.file.empty()) file = openScript(options.file);
     Database database(common, DatabaseNeed::Any);
-    if (options.statement.empty() && inputIsTerminal()) return prompt(database.session(), writer);
-    std::string script = options.statement;
-    if (script.empty()) script.assign(std::istreambuf_iterator<char>(std::cin), {});
-    runScript(database.session(), script, writer);
+    SqlConsole console(database, writer, std::cout);
+    if (!options.file.empty()) {
+        runScript(console, file, options.file);
+    } else if (!options.statement.empty()) {
+        std::istringstream statement(options.statement);
+        runScript(console, statement, {});
+    } else if (inputIsTerminal()) {
+        promptForStatements(database.session(), console);
+        return 0;
+    } else {
+        runScript(console, std::cin, {});
+    }
+    if (database.session().inTransaction()) {
+        database.session().rollback();
+        throw UsageError("the statements have left a transaction open; it has been rolled back");
+    }
     database.finish();
     return 0;
 }
@@ -93,6 +99,7 @@ void addSqlCommand(Program& program) {
     CLI::App& command = program.command(program.app, "sql", "runs T-SQL and shows the results",
                                         [&common = program.options, options] { return run(common, *options); });
     command.add_option("STATEMENT", options->statement, "the statements; read from the standard input when left out");
+    command.add_option("-f,--file", options->file, "read the statements from a file")->type_name("FILE");
     command.add_flag("--csv", options->csv, "results as CSV");
     command.add_flag("--json", options->json, "results as JSON, one result set a line");
 }

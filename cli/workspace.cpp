@@ -74,6 +74,11 @@ Database::Database(const CommonOptions& options, DatabaseNeed need) : identity_(
 
 Database::~Database() = default;
 
+DatabaseSchema Database::schema() const {
+    if (!database_) throw UsageError("a recording does not hold what the database is made of");
+    return host::readSchema(*database_);
+}
+
 void Database::finish() {
     if (replay_ && !replay_->finished()) {
         throw UsageError("the recorded run asked the database for more:\n" + replay_->leftover());

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 
+#include "ado/schema.h"
 #include "ado/session.h"
 #include "cli/options.h"
 #include "cli/run_identity.h"
@@ -40,6 +41,8 @@ public:
     Database& operator=(const Database&) = delete;
 
     [[nodiscard]] Session& session() { return *used_; }
+    // What the database is made of; UsageError when replaying, as there is none then.
+    [[nodiscard]] DatabaseSchema schema() const;
     // When and as whom the host is to act: now and this process, or as recorded, so that a replay sends what was
     // recorded.
     [[nodiscard]] const RunIdentity& identity() const { return identity_; }

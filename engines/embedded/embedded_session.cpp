@@ -2,9 +2,12 @@
 
 #include <algorithm>
 
+#include "engines/embedded/backup.h"
 #include "engines/embedded/catalog/catalog.h"
 #include "engines/embedded/catalog/object_name.h"
+#include "engines/embedded/executor/definition/schema_reader.h"
 #include "engines/embedded/executor/executor.h"
+#include "engines/embedded/integrity.h"
 #include "engines/embedded/interpreter/interpreter.h"
 #include "engines/embedded/lexer/error_context.h"
 #include "engines/embedded/lexer/lexer.h"
@@ -215,24 +218,15 @@ PlanStatistics EmbeddedSession::planStatistics() const {
 }
 
 std::vector<std::string> EmbeddedSession::integrityCheck() {
-    std::vector<std::string> problems;
-    try {
-        SqliteStatement check = core_->database().prepare("PRAGMA integrity_check");
-        while (check.step()) {
-            if (check.textAt(0) != "ok") problems.push_back(check.textAt(0));
-        }
-        // References of damaged tables would only repeat what is known.
-        if (!problems.empty()) return problems;
-        SqliteStatement references = core_->database().prepare("PRAGMA foreign_key_check");
-        while (references.step()) {
-            problems.push_back("A row of " + references.textAt(0) + " refers to a row of " + references.textAt(2) +
-                               " that is not there");
-        }
-    } catch (const DatabaseError& error) {
-        if (error.category() != ErrorCategory::Corrupt) throw;
-        problems.emplace_back(error.what());
-    }
-    return problems;
+    return findProblems(core_->database());
+}
+
+DatabaseSchema EmbeddedSession::schema() {
+    return readSchema(core_->database(), core_->catalog());
+}
+
+void EmbeddedSession::backUp(const std::string& path) {
+    backUpDatabase(core_->database(), path);
 }
 
 int EmbeddedSession::schemaVersion() {

@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "ado/schema.h"
 #include "ado/session.h"
 
 namespace basalt::embedded {
@@ -59,6 +60,11 @@ public:
     [[nodiscard]] PlanStatistics planStatistics() const;
     // Problems that a full check of the file finds, in words; empty when it is sound.
     [[nodiscard]] std::vector<std::string> integrityCheck();
+    // All that was created in the database, without temporary tables.
+    [[nodiscard]] DatabaseSchema schema();
+    // Copies the database, as its last commit left it, into a new file, while others go on writing. Throws
+    // DatabaseError (DiskFull, Connection) and leaves a file of no use behind when it cannot be written whole.
+    void backUp(const std::string& path);
     // A number that the application keeps for its own schema; 0 in a new file.
     [[nodiscard]] int schemaVersion();
     void setSchemaVersion(int version);

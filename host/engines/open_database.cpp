@@ -56,6 +56,14 @@ public:
     DraftFile& operator=(const DraftFile&) = delete;
 
     [[nodiscard]] const fs::path& path() const { return path_; }
+    // The file under its own name; the engine has let go of it. DatabaseError when that cannot be.
+    void become(const fs::path& name) const {
+        std::error_code failure;
+        fs::rename(path_, name, failure);
+        if (!failure) return;
+        throw DatabaseError(ErrorCategory::Connection, "08001", 0,
+                            textOf(name) + " cannot be made: " + failure.message());
+    }
 
 private:
     void remove() const {
@@ -93,7 +101,7 @@ std::vector<std::string> findDamage(const DatabaseUrl& url) {
     return openFile(url)->integrityCheck();
 }
 
-void createDatabase(const DatabaseUrl& url, bool demo) {
+void createDatabase(const DatabaseUrl& url, const std::function<void(Session&)>& fill) {
     if (url.engine == EngineKind::Odbc) {
         throw UsageError("only an embedded database is a file to be made; db deploy fills one on a server");
     }
@@ -106,12 +114,38 @@ void createDatabase(const DatabaseUrl& url, bool demo) {
     }
     fs::path draftPath = path;
     const DraftFile draft(draftPath += ".new");
-    deployDatabase(*openEmbedded(textOf(draft.path()), true), {.demo = demo});
-    fs::rename(draft.path(), path, failure);
-    if (failure) {
-        throw DatabaseError(ErrorCategory::Connection, "08001", 0,
-                            url.target + " cannot be made: " + failure.message());
+    fill(*openEmbedded(textOf(draft.path()), true));
+    draft.become(path);
+}
+
+void createDatabase(const DatabaseUrl& url, bool demo) {
+    createDatabase(url, [demo](Session& session) { deployDatabase(session, {.demo = demo}); });
+}
+
+void backUpDatabase(const DatabaseUrl& url, const std::string& file) {
+    if (url.engine == EngineKind::Odbc) {
+        throw UsageError(
+            "a database on a server is backed up by the server, which writes the file on its own computer: BACKUP "
+            "DATABASE name TO DISK = 'path'");
     }
+    if (url.inMemory()) throw UsageError("a database in memory is new whenever it is opened; there is nothing to keep");
+    const fs::path path = pathOf(file);
+    std::error_code failure;
+    if (fs::exists(path, failure)) throw UsageError("there is a file at " + file + " already");
+    const std::unique_ptr<embedded::EmbeddedSession> source = openFile(url);
+    fs::path draftPath = path;
+    const DraftFile draft(draftPath += ".new");
+    source->backUp(textOf(draft.path()));
+    const std::vector<std::string> problems = openEmbedded(textOf(draft.path()), false)->integrityCheck();
+    if (!problems.empty()) {
+        throw DatabaseError(ErrorCategory::Corrupt, "HY000", 0, "the copy is not sound: " + problems.front());
+    }
+    draft.become(path);
+}
+
+DatabaseSchema readSchema(Session& session) {
+    if (auto* own = dynamic_cast<embedded::EmbeddedSession*>(&session)) return own->schema();
+    throw UsageError("the objects of a database on a server are listed by the server's own tools");
 }
 
 }  // namespace basalt::host

@@ -3,11 +3,13 @@
 //   std::unique_ptr<Session> session = openDatabase(DatabaseUrl::parse("embedded::memory:"));
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "ado/schema.h"
 #include "ado/session.h"
 #include "host/engines/database_url.h"
 
@@ -33,5 +35,16 @@ public:
 
 // Makes the file of a new embedded database, whole or not at all. UsageError when there is a file already.
 void createDatabase(const DatabaseUrl& url, bool demo);
+// The same with contents of the caller's.
+void createDatabase(const DatabaseUrl& url, const std::function<void(Session&)>& fill);
+
+// Copies an embedded database into a new file, whole or not at all, while others work with it, and looks whether the
+// copy is sound. UsageError when there is such a file already and for a database on a server, which makes its own
+// backups; DatabaseError when the copy cannot be written or is not sound.
+void backUpDatabase(const DatabaseUrl& url, const std::string& file);
+
+// What the database of an open session is made of. The session is one of openDatabase's itself, not wrapped; UsageError
+// for an engine that cannot tell.
+[[nodiscard]] DatabaseSchema readSchema(Session& session);
 
 }  // namespace basalt::host

@@ -1,97 +1,12 @@
 #include "host/services/deploy.h"
 
-#include <algorithm>
-#include <cctype>
-
 #include "database/scripts.h"
+#include "host/services/script_batches.h"
 #include "host/services/sql_access.h"
 
 namespace basalt::host {
 
 namespace {
-
-// Walks a script and knows where texts, names and comments begin and end.
-class ScriptReader {
-public:
-    explicit ScriptReader(std::string_view text) : text_(text) {}
-
-    [[nodiscard]] bool atEnd() const { return at_ >= text_.size(); }
-    [[nodiscard]] std::size_t position() const { return at_; }
-    [[nodiscard]] bool insideText() const { return state_ != State::Plain; }
-
-    // Past the end of this line.
-    void skipLine() {
-        while (!atEnd()) {
-            const char c = text_[at_];
-            step();
-            if (c == '\n') return;
-        }
-    }
-
-private:
-    enum class State { Plain, Quoted, Bracketed, DoubleQuoted, LineComment, BlockComment };
-
-    [[nodiscard]] bool sees(std::string_view word) const { return text_.substr(at_, word.size()) == word; }
-
-    void step() {
-        const char c = text_[at_];
-        std::size_t length = 1;
-        switch (state_) {
-            case State::Plain:
-                if (c == '\'') state_ = State::Quoted;
-                if (c == '[') state_ = State::Bracketed;
-                if (c == '"') state_ = State::DoubleQuoted;
-                if (sees("--")) state_ = State::LineComment;
-                if (sees("/*")) {
-                    state_ = State::BlockComment;
-                    depth_ = 1;
-                    length = 2;
-                }
-                break;
-            // A doubled end mark closes and opens again, which comes to the same.
-            case State::Quoted:
-                if (c == '\'') state_ = State::Plain;
-                break;
-            case State::Bracketed:
-                if (c == ']') state_ = State::Plain;
-                break;
-            case State::DoubleQuoted:
-                if (c == '"') state_ = State::Plain;
-                break;
-            case State::LineComment:
-                if (c == '\n') state_ = State::Plain;
-                break;
-            case State::BlockComment:
-                if (sees("/*")) {
-                    ++depth_;
-                    length = 2;
-                } else if (sees("*/")) {
-                    if (--depth_ == 0) state_ = State::Plain;
-                    length = 2;
-                }
-                break;
-        }
-        at_ += length;
-    }
-
-    std::string_view text_;
-    std::size_t at_ = 0;
-    State state_ = State::Plain;
-    int depth_ = 0;
-};
-
-std::string_view trimmed(std::string_view text) {
-    while (!text.empty() && std::isspace(static_cast<unsigned char>(text.front())))
-        text.remove_prefix(1);
-    while (!text.empty() && std::isspace(static_cast<unsigned char>(text.back())))
-        text.remove_suffix(1);
-    return text;
-}
-
-bool isSeparator(std::string_view line) {
-    line = trimmed(line);
-    return line.size() == 2 && (line[0] == 'g' || line[0] == 'G') && (line[1] == 'o' || line[1] == 'O');
-}
 
 DatabaseError inScript(const DatabaseError& error, std::string_view name) {
     return DatabaseError(error.category(), error.sqlState(), error.nativeCode(),
@@ -118,26 +33,6 @@ int deployedVersion(Session& session) {
 }
 
 }  // namespace
-
-std::vector<std::string> splitBatches(std::string_view script) {
-    std::vector<std::string> batches;
-    std::size_t begin = 0;
-    const auto add = [&](std::size_t end) {
-        const std::string_view batch = script.substr(begin, end - begin);
-        if (!trimmed(batch).empty()) batches.emplace_back(batch);
-    };
-    ScriptReader reader(script);
-    while (!reader.atEnd()) {
-        const std::size_t line = reader.position();
-        const bool insideText = reader.insideText();
-        reader.skipLine();
-        if (insideText || !isSeparator(script.substr(line, reader.position() - line))) continue;
-        add(line);
-        begin = reader.position();
-    }
-    add(script.size());
-    return batches;
-}
 
 SchemaState schemaState(Session& session) {
     const int version = deployedVersion(session);

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "ado/session.h"
@@ -32,8 +31,5 @@ enum class SchemaState {
 // Runs the scripts in their order, each in a transaction of its own. Deploying again changes nothing. Errors name the
 // script; scripts before it stay done. Returns the names of the scripts.
 std::vector<std::string> deployDatabase(Session& session, DeployOptions options = {});
-
-// The batches of a script: the text between lines that say only GO. A GO inside a quoted text or a comment is text.
-[[nodiscard]] std::vector<std::string> splitBatches(std::string_view script);
 
 }  // namespace basalt::host

@@ -27,8 +27,9 @@ BatchResult sample() {
 }
 
 std::string written(ResultFormat format, bool terminal = false) {
-    std::ostringstream out;
-    ResultWriter(out, format, terminal).write(sample());
+    std::ostringstream out, notes;
+    ResultWriter(out, notes, format, terminal).write(sample());
+    EXPECT_EQ(notes.str(), format == ResultFormat::Table ? "" : "made\n");
     return out.str();
 }
 
@@ -56,6 +57,45 @@ TEST(ResultWriter, jsonIsOneLineAResult) {
     EXPECT_EQ(written(ResultFormat::Json),
               "[{\"Code\":1,\"Name\":\"عمده\u200Cفروشی\",\"COLUMN3\":12.5},"
               "{\"Code\":200,\"Name\":\"a, \\\"b\\\"\\nc\",\"COLUMN3\":null}]\n{\"affectedRows\":3}\n");
+}
+
+// A result of one column and the given cells.
+BatchResult column(ColumnInfo info, const std::vector<Value>& cells) {
+    RowSet rows({std::move(info)});
+    for (const Value& cell : cells) {
+        rows.column(0).appendValue(cell);
+        rows.finishRow();
+    }
+    BatchResult batch;
+    batch.results.push_back({.rows = std::move(rows), .affectedRows = -1});
+    return batch;
+}
+
+TEST(ResultWriter, csvTellsEmptyTextsFromNullAndResultsFromEachOther) {
+    std::ostringstream out, notes;
+    ResultWriter writer(out, notes, ResultFormat::Csv, false);
+    writer.write(column({.name = "A", .type = FieldType::Text}, {std::string(), Null()}));
+    writer.write(column({.name = "B", .type = FieldType::Integer}, {std::int64_t{7}}));
+    EXPECT_EQ(out.str(), "A\r\n\"\"\r\n\r\n\r\nB\r\n7\r\n");
+}
+
+TEST(ResultWriter, jsonKeepsFloatsWhole) {
+    std::ostringstream out, notes;
+    ResultWriter(out, notes, ResultFormat::Json, false)
+        .write(column({.name = "A", .type = FieldType::Float}, {1e-12, 1e300, 0.1, -2.0}));
+    EXPECT_EQ(out.str(), "[{\"A\":1e-12},{\"A\":1e+300},{\"A\":0.1},{\"A\":-2}]\n");
+}
+
+TEST(ResultWriter, jsonKeepsColumnsOfOneNameApart) {
+    RowSet rows({{.name = "A", .type = FieldType::Integer}, {.name = "A", .type = FieldType::Integer}});
+    rows.column(0).appendInt(1);
+    rows.column(1).appendInt(2);
+    rows.finishRow();
+    BatchResult batch;
+    batch.results.push_back({.rows = std::move(rows), .affectedRows = -1});
+    std::ostringstream out, notes;
+    ResultWriter(out, notes, ResultFormat::Json, false).write(batch);
+    EXPECT_EQ(out.str(), "[{\"A\":1,\"A_2\":2}]\n");
 }
 
 }  // namespace

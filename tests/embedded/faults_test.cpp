@@ -72,6 +72,49 @@ TEST_F(Faults, aDatabaseOfAnotherProgram) {
               "The file '" + path() + "' is a database, but not one of this program. Check the path.");
 }
 
+// SQLite 3.40 reports NULLs that are not there in tables of this shape.
+TEST_F(Faults, aSoundTableWithAKeyOfSeveralColumnsIsSound) {
+    const auto session = EmbeddedSession::open(path(), {.createIfMissing = true});
+    session->run(
+        "create table L(Code int not null, Name nvarchar(50) not null, Comment nvarchar(50), Kind int not null, "
+        "constraint PK_L primary key (Kind, Code)) "
+        "insert into L values (1, N'a', null, 3), (2, N'b', N'c', 3)");
+    EXPECT_THAT(session->integrityCheck(), testing::IsEmpty());
+}
+
+TEST_F(Faults, aNullWhereNoneMayBeIsFound) {
+    {
+        const auto session = EmbeddedSession::open(path(), {.createIfMissing = true});
+        session->run("create table L(Code int not null primary key, Name nvarchar(50)) insert into L values (1, null)");
+    }
+    sqlite3* file = nullptr;
+    ASSERT_EQ(sqlite3_open(path().c_str(), &file), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(file,
+                           "pragma writable_schema = on; update sqlite_schema set sql = replace(sql, '\"Name\" "
+                           "nvarchar(50)', '\"Name\" nvarchar(50) NOT NULL') where name = 'L'",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    ASSERT_EQ(sqlite3_changes(file), 1);
+    sqlite3_close(file);
+    const auto session = EmbeddedSession::open(path());
+    EXPECT_THAT(session->integrityCheck(), testing::ElementsAre("NULL value in L.Name"));
+}
+
+TEST_F(Faults, aReferenceToARowThatIsNotThereIsFound) {
+    {
+        const auto session = EmbeddedSession::open(path(), {.createIfMissing = true});
+        session->run(
+            "create table P(ID int not null primary key) create table C(ID int not null primary key, P int references "
+            "P(ID)) insert into P values (1) insert into C values (1, 1)");
+    }
+    sqlite3* file = nullptr;
+    ASSERT_EQ(sqlite3_open(path().c_str(), &file), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(file, "pragma foreign_keys = off; delete from P", nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(file);
+    const auto session = EmbeddedSession::open(path());
+    EXPECT_THAT(session->integrityCheck(), testing::ElementsAre("A row of C refers to a row of P that is not there"));
+}
+
 TEST_F(Faults, aDamagedFile) {
     fill(2000);
     {

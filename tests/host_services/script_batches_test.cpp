@@ -1,10 +1,11 @@
+#include "host/services/script_batches.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <set>
 
 #include "database/scripts.h"
-#include "host/services/deploy.h"
 
 namespace basalt::host {
 namespace {

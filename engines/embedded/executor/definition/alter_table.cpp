@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "ado/names.h"
+#include "engines/embedded/executor/definition/schema_reader.h"
 #include "engines/embedded/executor/definition/table_design.h"
 #include "engines/embedded/executor/executor.h"
 #include "engines/embedded/generator/sql_writer.h"
@@ -74,6 +75,7 @@ std::string userOf(const TableDesign& design, std::string_view column) {
 
 struct StoredIndex {
     std::string name, sql;
+    std::string condition;  // T-SQL
 };
 
 std::vector<StoredIndex> indexesOf(const Table& table, SqliteDatabase& database) {
@@ -83,7 +85,11 @@ std::vector<StoredIndex> indexesOf(const Table& table, SqliteDatabase& database)
     list.bind(1, std::string_view(table.name));
     std::vector<StoredIndex> result;
     while (list.step())
-        result.push_back({list.textAt(0), list.textAt(1)});
+        result.push_back({list.textAt(0), list.textAt(1), {}});
+    list.reset();
+    for (StoredIndex& index : result) {
+        if (!table.temporary) index.condition = indexCondition(database, table, index.name);
+    }
     return result;
 }
 
@@ -116,6 +122,7 @@ void rebuild(const Table& before, const TableDesign& after, SqliteDatabase& data
     database.execute("DROP TABLE temp.basalt_rebuild");
     for (const StoredIndex& index : indexes) {
         if (!exists(database, before, index.name)) database.execute(index.sql.c_str());
+        if (!index.condition.empty()) keepIndexCondition(database, before, index.name, index.condition);
     }
 }
 

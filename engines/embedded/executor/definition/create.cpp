@@ -1,5 +1,6 @@
 // CREATE TABLE, CREATE INDEX, CREATE VIEW, CREATE PROCEDURE, CREATE FUNCTION, and where all definitions part.
 #include "ado/names.h"
+#include "engines/embedded/executor/definition/schema_reader.h"
 #include "engines/embedded/executor/definition/table_design.h"
 #include "engines/embedded/executor/executor.h"
 #include "engines/embedded/executor/statement_guard.h"
@@ -112,9 +113,8 @@ void Executor::createIndex(const ast::Batch& batch, const ast::CreateIndexStatem
     std::string sql = std::string("CREATE ") + (statement.unique ? "UNIQUE " : "") + "INDEX " +
                       (table.temporary ? "temp." : "main.") + sqlQuoted(stored) + " ON " + sqlQuoted(table.name) + "(" +
                       columns + ")";
-    if (statement.where != nullptr) {
-        sql += " WHERE " + storedCondition(catalog_, table, print(*statement.where, batch.literals));
-    }
+    const std::string condition = statement.where != nullptr ? print(*statement.where, batch.literals) : std::string();
+    if (!condition.empty()) sql += " WHERE " + storedCondition(catalog_, table, condition);
     const int code = sqlite3_exec(database_.handle(), sql.c_str(), nullptr, nullptr, nullptr);
     if ((code & 0xFF) == SQLITE_CONSTRAINT) {
         throwSqlError(
@@ -123,6 +123,7 @@ void Executor::createIndex(const ast::Batch& batch, const ast::CreateIndexStatem
                 table.name + "' and the index name '" + statement.name.text + "'.");
     }
     if (code != SQLITE_OK) throw database_.failure(code);
+    if (!condition.empty() && !table.temporary) keepIndexCondition(database_, table, stored, condition);
     if (statement.unique && statement.where == nullptr) createNullGuards(database_, table, statement.name.text, names);
 }
 

@@ -1,5 +1,6 @@
 // DROP TABLE, VIEW, PROCEDURE, FUNCTION and INDEX; TRUNCATE TABLE.
 #include "ado/names.h"
+#include "engines/embedded/executor/definition/schema_reader.h"
 #include "engines/embedded/executor/definition/table_design.h"
 #include "engines/embedded/executor/executor.h"
 #include "engines/embedded/executor/statement_guard.h"
@@ -89,8 +90,10 @@ void Executor::drop(const ast::Batch& batch, const ast::DropStatement& statement
                     }
                     find.reset();
                     if (dropped) {
-                        for (const std::string& stored : names)
+                        for (const std::string& stored : names) {
                             database_.execute(("DROP INDEX " + schema + "." + sqlQuoted(stored)).c_str());
+                            if (!table->temporary) forgetIndexCondition(database_, *table, stored);
+                        }
                     }
                 }
                 if (!dropped) missing();

@@ -1,0 +1,76 @@
+#include "cli/sql_prompt.h"
+
+#include <iostream>
+
+#include "ado/names.h"
+#include "cli/line_editor.h"
+#include "cli/name_completion.h"
+#include "cli/statement_end.h"
+
+namespace basalt::cli {
+
+namespace {
+
+bool isWord(const std::string& line, const char* word) {
+    const std::size_t first = line.find_first_not_of(" \t");
+    if (first == std::string::npos) return false;
+    const std::size_t last = line.find_last_not_of(" \t;");
+    if (last == std::string::npos || last < first) return false;
+    return sameName(std::string_view(line).substr(first, last - first + 1), word);
+}
+
+bool leaves(const std::string& line) {
+    return isWord(line, "exit") || isWord(line, "quit") || isWord(line, ".exit") || isWord(line, ".quit");
+}
+
+bool isBlank(const std::string& text) {
+    return text.find_first_not_of(" \t\r\n;") == std::string::npos;
+}
+
+// The batch that the next lines make; nullopt at the end of the input or when the person leaves.
+std::optional<std::string> readBatch(LineEditor& editor) {
+    std::string batch;
+    StatementEnd end;
+    while (const std::optional<std::string> line = editor.readLine(batch.empty() ? "basalt> " : "     -> ")) {
+        if (batch.empty() && leaves(*line)) return std::nullopt;
+        if (batch.empty() && SqlConsole::isCommand(*line)) {
+            editor.remember(*line);
+            return line;
+        }
+        if (batch.empty() && isBlank(*line)) continue;
+        if (!end.insideText() && isWord(*line, "go")) {
+            if (isBlank(batch)) continue;
+            editor.remember(end.oneLine());
+            return batch;
+        }
+        if (!batch.empty()) batch += '\n';
+        batch += *line;
+        end.read(*line);
+        if (end.reached()) {
+            editor.remember(end.oneLine());
+            return batch;
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+void promptForStatements(Session& session, SqlConsole& console) {
+    LineEditor editor("sql_history", [&](const std::string& word) { return completions(word, console.schema()); });
+    std::cout << "Connected to " << session.engine() << ":" << session.location()
+              << "\nA statement ends with ; at the end of a line or with a line GO. .help tells more, exit leaves.\n";
+    while (const std::optional<std::string> batch = readBatch(editor)) {
+        try {
+            console.run(*batch);
+        } catch (const std::exception& error) {
+            std::cerr << error.what() << '\n';
+        }
+    }
+    if (session.inTransaction()) {
+        session.rollback();
+        std::cerr << "The open transaction has been rolled back.\n";
+    }
+}
+
+}  // namespace basalt::cli

@@ -1,0 +1,131 @@
+#include "host/transfer/database_dump.h"
+
+#include <stdexcept>
+
+#include "host/services/sql_access.h"
+#include "host/transfer/definition_order.h"
+#include "host/transfer/definition_text.h"
+#include "host/transfer/row_order.h"
+#include "host/transfer/sql_literal.h"
+
+namespace basalt::host {
+
+namespace {
+
+// A server takes at most a thousand rows in one VALUES list; shorter lists are planned faster.
+constexpr std::size_t kRowsInStatement = 100;
+constexpr std::size_t kBytesInStatement = 32 * 1024;
+
+// What a module or a table's filtered indexes mean depends on these, and tools do not agree on them.
+constexpr const char* kHead =
+    "SET NOCOUNT ON\n"
+    "SET ANSI_NULLS ON\n"
+    "SET QUOTED_IDENTIFIER ON\n";
+
+class DumpWriter {
+public:
+    DumpWriter(Session& session, std::ostream& out) : session_(session), out_(out) {}
+
+    void write(const DatabaseSchema& schema) {
+        const DefinitionOrder order = definitionOrder(schema);
+        batch(kHead);
+        const auto isProcedure = [](const DefinitionOrder::Item& item) {
+            return item.module && item.module->kind == ModuleSchema::Kind::Procedure;
+        };
+        for (const DefinitionOrder::Item& item : order.items) {
+            if (item.table) define(*item.table, order);
+            if (item.module && !isProcedure(item)) batch(moduleText(*item.module));
+        }
+        for (const DefinitionOrder::Item& item : order.items) {
+            if (item.table) rowsOfTable(*item.table);
+        }
+        for (const TableSchema& table : schema.tables) {
+            for (const ForeignKeySchema& reference : table.foreignKeys) {
+                if (order.late.count(&reference) != 0) batch(referenceText(table, reference));
+            }
+        }
+        for (const DefinitionOrder::Item& item : order.items) {
+            if (isProcedure(item)) batch(moduleText(*item.module));
+        }
+        out_.flush();
+        if (!out_) throw std::runtime_error("the dump cannot be written");
+    }
+
+private:
+    void batch(const std::string& text) {
+        out_ << text << (text.ends_with('\n') ? "GO\n" : "\nGO\n");
+        // A full disk is noticed here and not after the last of a million rows.
+        if (!out_) throw std::runtime_error("the dump cannot be written");
+    }
+
+    void define(const TableSchema& table, const DefinitionOrder& order) {
+        std::vector<ForeignKeySchema> references;
+        for (const ForeignKeySchema& reference : table.foreignKeys) {
+            if (order.late.count(&reference) == 0) references.push_back(reference);
+        }
+        batch(tableText(table, references));
+        for (const IndexSchema& index : table.indexes)
+            batch(indexText(table, index));
+    }
+
+    void rowsOfTable(const TableSchema& table) {
+        std::string columns;
+        std::vector<std::string> types;
+        bool identity = false;
+        for (const ColumnSchema& column : table.columns) {
+            if (!column.computedText.empty()) continue;
+            columns += (columns.empty() ? "" : ", ") + bracketed(column.name);
+            types.push_back(column.type);
+            identity = identity || column.identity.has_value();
+        }
+        const RowSet rows =
+            rowsOf(session_, "SELECT " + columns + " FROM dbo." + bracketed(table.name) + keyOrder(table));
+        if (rows.rowCount() == 0) return;
+        const std::string name = "dbo." + bracketed(table.name);
+        const std::string head = "INSERT INTO " + name + " (" + columns + ") VALUES\n";
+        if (identity) batch("SET IDENTITY_INSERT " + name + " ON");
+        std::string statement;
+        std::size_t inStatement = 0;
+        for (const std::size_t row : rowOrder(table, rows)) {
+            if (inStatement == kRowsInStatement || statement.size() > kBytesInStatement) {
+                batch(statement);
+                statement.clear();
+                inStatement = 0;
+            }
+            statement += inStatement == 0 ? head : ",\n";
+            statement += rowText(rows, row, types);
+            ++inStatement;
+        }
+        batch(statement);
+        if (identity) batch("SET IDENTITY_INSERT " + name + " OFF");
+    }
+
+    static std::string keyOrder(const TableSchema& table) {
+        std::string columns;
+        for (const KeySchema& key : table.keys) {
+            if (!key.primary) continue;
+            for (const KeyColumnSchema& column : key.columns)
+                columns += (columns.empty() ? " ORDER BY " : ", ") + bracketed(column.name);
+        }
+        return columns;
+    }
+
+    static std::string rowText(const RowSet& rows, std::size_t row, const std::vector<std::string>& types) {
+        std::string text;
+        for (std::size_t c = 0; c < types.size(); ++c)
+            text += (c == 0 ? "(" : ", ") + sqlLiteral(rows.column(c).valueAt(row), types[c]);
+        return text + ")";
+    }
+
+    Session& session_;
+    std::ostream& out_;
+};
+
+}  // namespace
+
+void dumpDatabase(Session& session, const DatabaseSchema& schema, std::ostream& out) {
+    const HostTransaction moment(session);
+    DumpWriter(session, out).write(schema);
+}
+
+}  // namespace basalt::host

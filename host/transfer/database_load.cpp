@@ -1,0 +1,41 @@
+#include "host/transfer/database_load.h"
+
+#include "host/services/script_batches.h"
+#include "host/services/sql_access.h"
+
+namespace basalt::host {
+
+namespace {
+
+void runBatch(Session& session, const BatchSplitter::Batch& batch) {
+    const std::string place = "in the batch that begins at line " + std::to_string(batch.firstLine);
+    try {
+        static_cast<void>(session.run(batch.text));
+    } catch (const DatabaseError& error) {
+        throw DatabaseError(error.category(), error.sqlState(), error.nativeCode(), place + ": " + error.what(),
+                            error.statement());
+    }
+    if (!session.inTransaction()) throw UsageError(place + ": the script may not end the transaction that it runs in");
+}
+
+}  // namespace
+
+std::size_t loadScript(Session& session, std::istream& script) {
+    HostTransaction whole(session);
+    BatchSplitter splitter;
+    std::size_t count = 0;
+    const auto run = [&](const std::optional<BatchSplitter::Batch>& batch) {
+        if (!batch) return;
+        runBatch(session, *batch);
+        ++count;
+    };
+    for (std::string line; std::getline(script, line);) {
+        if (!script.eof()) line += '\n';
+        run(splitter.add(line));
+    }
+    run(splitter.finish());
+    whole.commit();
+    return count;
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,18 @@
+// Runs a script of T-SQL, for instance a dump, whole or not at all.
+//
+//   std::ifstream script("shop.sql", std::ios::binary);
+//   loadScript(session, script);
+#pragma once
+
+#include <cstddef>
+#include <istream>
+
+#include "ado/session.h"
+
+namespace basalt::host {
+
+// All batches in one transaction; the number of them. After a failure nothing of it is in the database: DatabaseError
+// that names the batch by its first line, UsageError when the script ended the transaction itself.
+std::size_t loadScript(Session& session, std::istream& script);
+
+}  // namespace basalt::host
