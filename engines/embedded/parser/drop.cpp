@@ -35,9 +35,10 @@ DropStatement::Item parseItem(TokenCursor& cursor, ObjectType type) {
     DropStatement::Item item;
     item.name = cursor.objectName();
     if (type != ObjectType::Index) return item;
+    const std::size_t parts = item.name.parts.size();
     if (cursor.accept(Keyword::On)) {
         item.table = cursor.objectName();
-    } else if (item.name.parts.size() > 1) {
+    } else if (parts > 1 && !item.name.parts[parts - 2].empty()) {
         // DROP INDEX table.index
         Identifier index = std::move(item.name.parts.back());
         item.name.parts.pop_back();
