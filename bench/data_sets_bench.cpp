@@ -10,7 +10,7 @@
 
 #include "ado/query.h"
 #include "bench/peak_memory.h"
-#include "bench/ratios.h"
+#include "bench/program.h"
 #include "bench/readers.h"
 #include "bench/sample_database.h"
 #include "engines/embedded/embedded_session.h"
@@ -132,42 +132,25 @@ double quotient(double a, double b) {
     return b == 0 ? 0 : a / b;
 }
 
-int run(int count, char** arguments) {
+bool run(int count, char** arguments) {
     const int rows = takeRows(count, arguments);
-    std::vector<char*> all(arguments, arguments + count);
-    std::string repetitions = "--benchmark_repetitions=5";
-    std::string interleave = "--benchmark_enable_random_interleaving=true";
-    all.insert(all.begin() + 1, {repetitions.data(), interleave.data()});
-    int allCount = static_cast<int>(all.size());
-    all.push_back(nullptr);
-    benchmark::Initialize(&allCount, all.data());
-
     const SampleDatabase database(rows);
     Readers readers(database.file());
     const double memory = memoryRatio(readers.connection);
     registerBenchmarks(readers);
-    SmallestTimes times;
-    benchmark::RunSpecifiedBenchmarks(&times);
-    const bool good = report(
+    const SmallestTimes times = runRegistered(count, arguments, 5);
+    return report(
         {{"point query: data set / plain SQLite with literals",
           quotient(times.of("point/data_set"), times.of("point/plain")), 1.0},
          {"open: data set / plain step and copy", quotient(times.of("open/data_set"), times.of("open/plain")), 1.3},
          {"open: data set / QtSql", quotient(times.of("open/data_set"), times.of("open/qt_sql")), 1.0},
          {"open: data set / SOCI", quotient(times.of("open/data_set"), times.of("open/soci")), 1.0},
          {"open: peak memory / bytes of the values", memory, 1.5}});
-    benchmark::ClearRegisteredBenchmarks();
-    benchmark::Shutdown();
-    return good ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 }  // namespace
 }  // namespace basalt::bench
 
 int main(int count, char** arguments) {
-    try {
-        return basalt::bench::run(count, arguments);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s\n", error.what());
-        return EXIT_FAILURE;
-    }
+    return basalt::bench::program([&] { return basalt::bench::run(count, arguments); });
 }

@@ -3,13 +3,11 @@
 #include <QDialog>
 #include <QEvent>
 #include <QTableView>
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <memory>
 
 #include "ado/query.h"
-#include "bench/ratios.h"
+#include "bench/program.h"
 #include "engines/embedded/embedded_session.h"
 #include "host/screens/screen_services_impl.h"
 #include "host/services/deploy.h"
@@ -62,14 +60,7 @@ std::size_t runStatement(TADOQuery& query) {
     return static_cast<std::size_t>(query.RecordCount());
 }
 
-int run(int count, char** arguments) {
-    std::vector<char*> all(arguments, arguments + count);
-    std::string repetitions = "--benchmark_repetitions=9";
-    all.insert(all.begin() + 1, repetitions.data());
-    int allCount = static_cast<int>(all.size());
-    all.push_back(nullptr);
-    benchmark::Initialize(&allCount, all.data());
-
+bool run(int count, char** arguments) {
     const auto session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
     fill(*session);
     host::HostOptions options;
@@ -94,15 +85,11 @@ int run(int count, char** arguments) {
             if (closer.painted == 0) state.SkipWithError("the list closed without painting its rows");
         }
     })->Unit(benchmark::kMillisecond);
-    SmallestTimes times;
-    benchmark::RunSpecifiedBenchmarks(&times);
+    const SmallestTimes times = runRegistered(count, arguments, 9);
     const double statement = times.elapsed("levels/statement");
     const double screen = times.elapsed("levels/screen");
-    const bool good = report({{"10,000 levels: screen to first paint / (2 x statement + 50 ms)",
-                               screen / (2 * statement + kAllowance), 1.0}});
-    benchmark::ClearRegisteredBenchmarks();
-    benchmark::Shutdown();
-    return good ? EXIT_SUCCESS : EXIT_FAILURE;
+    return report({{"10,000 levels: screen to first paint / (2 x statement + 50 ms)",
+                    screen / (2 * statement + kAllowance), 1.0}});
 }
 
 }  // namespace
@@ -111,10 +98,5 @@ int run(int count, char** arguments) {
 int main(int count, char** arguments) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(count, arguments);
-    try {
-        return basalt::bench::run(count, arguments);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s\n", error.what());
-        return EXIT_FAILURE;
-    }
+    return basalt::bench::program([&] { return basalt::bench::run(count, arguments); });
 }
