@@ -23,13 +23,25 @@ TCostLevel_DM::TCostLevel_DM()
       CostLevel_List_QUR(connection(), "CostLevel_List_QUR"),
       CostLevelGet_QUR(connection(), "CostLevelGet_QUR"),
       Temp_Q7777UR(connection(), "Temp_Q7777UR"),
-      Temp1_QUR(connection(), "Temp1_QUR") {
+      Temp1_QUR(connection(), "Temp1_QUR"),
+      CostReport_QUR(connection(), "CostReport_QUR"),
+      SetCost_QUR(connection(), "SetCost_QUR"),
+      SetCostGet_QUR(connection(), "SetCostGet_QUR"),
+      OfferCost_QUR(connection(), "OfferCost_QUR") {
     own(CostLevel_List_QUR);
     own(CostLevelGet_QUR);
     own(Temp_Q7777UR);
     own(Temp1_QUR);
+    own(CostReport_QUR);
+    own(SetCost_QUR);
+    own(SetCostGet_QUR);
+    own(OfferCost_QUR);
     CostLevel_List_QUR.SQL = "select * from costLevel where code>0";
     CostLevel_List_DS.SetDataSet(&CostLevel_List_QUR);
+    CostReport_DS.SetDataSet(&CostReport_QUR);
+    SetCost_DS.SetDataSet(&SetCost_QUR);
+    SetCost_QUR.AddCalculatedField("Row", FieldType::Integer);
+    SetCost_QUR.OnCalcFields = [this](TDataSet& list) { SetCost_QURCalcFields(list); };
 }
 
 void TCostLevel_DM::open(TADOQuery& query, const std::string& statement) {

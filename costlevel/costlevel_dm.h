@@ -14,6 +14,7 @@
 #include "ado/data_source.h"
 #include "ado/query.h"
 #include "costlevel/costlevel_mapper.h"
+#include "costlevel/goodcost_unt.h"
 #include "package/data_module.h"
 #include "package/types.h"
 
@@ -31,6 +32,16 @@ public:
     // For statements that are read or run and done with; what they hold between calls means nothing.
     TADOQuery Temp_Q7777UR;
     TADOQuery Temp1_QUR;
+    // The price report, a row a good and direction.
+    TADOQuery CostReport_QUR;
+    TDataSource CostReport_DS;
+    // A price list as it is edited: ID, Type, Status, TypeCode, CostLevelCode, Cost, Default, title, deftitle and the
+    // calculated Row. The screen that edits the list sets the statement.
+    TADOQuery SetCost_QUR;
+    TDataSource SetCost_DS;
+    TADOQuery SetCostGet_QUR;
+    // A good's prices by level, see OfferCost_GetAll.
+    TADOQuery OfferCost_QUR;
 
     // Opens the list on the levels that meet `filter`, a condition of T-SQL without WHERE; the empty text lists every
     // row, level 0 included. After a failure the list is closed.
@@ -67,6 +78,33 @@ public:
     // Removes a good's (or group's) price list, and the one being edited.
     void ClearCostList(int typeCode, std::uint8_t listType);
     void ClearTempCostList(int typeCode, std::uint8_t listType);
+
+    // A good's prices, discounts and default levels. All are 0 when the good has none; a null price is 0.
+    [[nodiscard]] TCostDiscount GetGoodCostDiscount(int goodCode);
+
+    // Reads the names of all levels into GoodCostDiscountTitles. A level that is not there has a general title. After a
+    // failure the titles are as they were.
+    void LoadCostDiscountTitles();
+
+    // Opens OfferCost_QUR on a good's prices, a row a level that exists: Code (the level), TypeCode (the good), Type 3,
+    // Cost, Name (the level's) and deftitle, which marks the default level.
+    //   kind 0  the purchase prices, 1 the sale prices; the other numbers mean nothing
+    //   kind 2  the sale prices offered to a person, 3 the purchase prices offered to one (perCode)
+    //   kind 4  the prices offered to a person in a currency (currCode): for sale when direction is 1, else for
+    //   purchase
+    // The procedures of kinds 2 to 4 take the good, the person and the currency, in this order. UsageError for another
+    // kind. After a failure of the database the query is closed.
+    void OfferCost_GetAll(int kind, int goodCode, int perCode, int currCode, int direction);
+
+    // Numbers the records of a price list in Row, from 1.
+    void SetCost_QURCalcFields(TDataSet& dataSet);
+
+    // Opens CostReport_QUR on all goods, each with its sale prices (Status 2) and its purchase prices (Status 1): Code,
+    // Name, AbbName, Status, F1 to F10, ConsumerPrice. After a failure it is closed.
+    void CostReport_Get();
+
+    // Adds the column of a level, given by its number, to the price report's table.
+    void AddCostReportColumn(const Value& level);
 
 private:
     [[nodiscard]] bool deletePriceLevel(int code);

@@ -35,6 +35,35 @@ Datum mapperRecord(const TCostLevelMapper& mapper) {
         {{"Code", mapper.Code}, {"Name", mapper.Name}, {"Comment", mapper.Comment}, {"CostType", mapper.CostType}});
 }
 
+Datum costDiscountRecord(const TCostDiscount& row) {
+    Datum::Fields fields;
+    const auto addDefaults = [&](std::size_t first) {
+        for (const CostDiscountDefault& level : costDiscountDefaults().subspan(first, 2)) {
+            fields.emplace_back(level.name, row.*level.member);
+        }
+    };
+    constexpr std::size_t kDiscounts = 2 * kDiscountLevels;
+    for (const CostDiscountAmount& amount : costDiscountAmounts()) {
+        if (fields.size() == kDiscounts) addDefaults(0);
+        fields.emplace_back(amount.name, row.*amount.member);
+    }
+    addDefaults(2);
+    return Datum::record(std::move(fields));
+}
+
+Datum titleRecord(const TCostDiscountTitle& titles) {
+    Datum::Fields fields;
+    const auto add = [&](const std::string& begin, const auto& group) {
+        for (std::size_t i = 0; i < group.size(); ++i) {
+            fields.emplace_back(begin + std::to_string(i + 1), group[i]);
+        }
+    };
+    add("Discount_Sell_", titles.Discount_Sell);
+    add("Discount_Buy_", titles.Discount_Buy);
+    add("CostLevel_", titles.CostLevel);
+    return Datum::record(std::move(fields));
+}
+
 std::uint8_t byteArgument(FunctionCall& call, std::string_view name) {
     const int value = call.integer(name);
     if (value < 0 || value > std::numeric_limits<std::uint8_t>::max()) {
@@ -102,6 +131,30 @@ void registerCostLevel(Registry& registry) {
                            {in("TypeCode", "integer"), in("ListType", "integer")}, "", [](FunctionCall& call) {
                                levels(call).ClearTempCostList(call.integer("TypeCode"), byteArgument(call, "ListType"));
                            }));
+    registry.add(
+        operation("GetGoodCostDiscount", "A good's prices, discounts and default levels; zeros when it has none.",
+                  {in("GoodCode", "integer")}, "record", [](FunctionCall& call) {
+                      call.result(costDiscountRecord(levels(call).GetGoodCostDiscount(call.integer("GoodCode"))));
+                  }));
+    registry.add(operation("LoadCostDiscountTitles", "Reads the titles of all levels for every screen of the process.",
+                           {out("GoodCostDiscountTitles", "record")}, "", [](FunctionCall& call) {
+                               levels(call).LoadCostDiscountTitles();
+                               call.output("GoodCostDiscountTitles", titleRecord(GoodCostDiscountTitles));
+                           }));
+    registry.add(operation(
+        "OfferCost_GetAll",
+        "Opens a good's prices by level: 0 purchase, 1 sale, 2 sale to and 3 purchase from a person, 4 in a currency.",
+        {in("Kind", "integer"), in("GoodCode", "integer"), in("PerCode", "integer"), in("CurrCode", "integer"),
+         in("Direction", "integer")},
+        "", [](FunctionCall& call) {
+            levels(call).OfferCost_GetAll(call.integer("Kind"), call.integer("GoodCode"), call.integer("PerCode"),
+                                          call.integer("CurrCode"), call.integer("Direction"));
+        }));
+    registry.add(operation("CostReport_Get", "Opens the price report: every good with its sale and purchase prices.",
+                           {}, "", [](FunctionCall& call) { levels(call).CostReport_Get(); }));
+    registry.add(operation(
+        "AddCostReportColumn", "Adds the column of a level to the price report's table.", {in("V", "integer")}, "",
+        [](FunctionCall& call) { levels(call).AddCostReportColumn(Value{std::int64_t{call.integer("V")}}); }));
 }
 
 }  // namespace basalt

@@ -44,7 +44,8 @@ TEST_F(CostLevelStore, startsWithTheLevelsAndItsQueriesOnTheHostsConnection) {
         EXPECT_FALSE(query->Active());
         queries.push_back(query->Name());
     }
-    EXPECT_THAT(queries, ElementsAre("CostLevel_List_QUR", "CostLevelGet_QUR", "Temp_Q7777UR", "Temp1_QUR"));
+    EXPECT_THAT(queries, ElementsAre("CostLevel_List_QUR", "CostLevelGet_QUR", "Temp_Q7777UR", "Temp1_QUR",
+                                     "CostReport_QUR", "SetCost_QUR", "SetCostGet_QUR", "OfferCost_QUR"));
 }
 
 // Reading

@@ -57,7 +57,12 @@ TEST_F(CostLevelRegistration, listsEveryOperationOfTheStore) {
                                         "CostLevel_Delete(Code integer, CostType integer) flag",
                                         "CostLevel_Update(Kind integer, GoodCode integer, Level integer, Price amount)",
                                         "ClearCostList(TypeCode integer, ListType integer)",
-                                        "ClearTempCostList(TypeCode integer, ListType integer)"));
+                                        "ClearTempCostList(TypeCode integer, ListType integer)",
+                                        "GetGoodCostDiscount(GoodCode integer) record",
+                                        "LoadCostDiscountTitles(out GoodCostDiscountTitles record)",
+                                        "OfferCost_GetAll(Kind integer, GoodCode integer, PerCode integer, "
+                                        "CurrCode integer, Direction integer)",
+                                        "CostReport_Get()", "AddCostReportColumn(V integer)"));
 }
 
 TEST_F(CostLevelRegistration, readsALevelIntoItsRecord) {
@@ -95,6 +100,36 @@ TEST_F(CostLevelRegistration, writesPricesExactly) {
     FunctionCall call(state, {{"Kind", 1}, {"GoodCode", 57}, {"Level", 3}, {"Price", Datum::parseJson("12500.1")}});
     function("CostLevel_Update").run(call);
     EXPECT_TRUE(call.resultValue().isNull());
+}
+
+TEST_F(CostLevelRegistration, givesAGoodsPricesInTheRecordsOrder) {
+    script.expect("select * from GoodCostDiscount Where GoodCode = 39 ", levelRows({}));
+    FunctionCall call(state, {{"GoodCode", 39}});
+    function("GetGoodCostDiscount").run(call);
+    EXPECT_EQ(call.resultValue().toJson(),
+              R"({"Discount_Sell_1":0,"Discount_Sell_2":0,"Discount_Sell_3":0,"Discount_Sell_4":0,)"
+              R"("Discount_Buy_1":0,"Discount_Buy_2":0,"Discount_Buy_3":0,"Discount_Buy_4":0,)"
+              R"("Default_Discount_Sell_Number":0,"Default_Discount_Buy_Number":0,)"
+              R"("CostLevel_Sell_1":0,"CostLevel_Sell_2":0,"CostLevel_Sell_3":0,"CostLevel_Sell_4":0,)"
+              R"("CostLevel_Sell_5":0,"CostLevel_Sell_6":0,"CostLevel_Sell_7":0,"CostLevel_Sell_8":0,)"
+              R"("CostLevel_Sell_9":0,"CostLevel_Sell_10":0,)"
+              R"("CostLevel_Buy_1":0,"CostLevel_Buy_2":0,"CostLevel_Buy_3":0,"CostLevel_Buy_4":0,)"
+              R"("CostLevel_Buy_5":0,"CostLevel_Buy_6":0,"CostLevel_Buy_7":0,"CostLevel_Buy_8":0,)"
+              R"("CostLevel_Buy_9":0,"CostLevel_Buy_10":0,)"
+              R"("Default_CostLevel_Sell_Number":0,"Default_CostLevel_Buy_Number":0})");
+}
+
+TEST_F(CostLevelRegistration, givesTheTitlesOfEighteenLevels) {
+    script.expect("Select * From CostLevel", levelRows({{10, "صادرات", nullptr, 1}}));
+    FunctionCall call(state, {});
+    function("LoadCostDiscountTitles").run(call);
+    ASSERT_EQ(call.outputs().size(), 1U);
+    const Datum& titles = call.outputs()[0].second;
+    ASSERT_EQ(titles.asRecord().size(), 18U);
+    EXPECT_EQ(titles["Discount_Sell_1"].asText(), "تخفيف نوع 1");
+    EXPECT_EQ(titles["Discount_Buy_4"].asText(), "تخفيف نوع 4");
+    EXPECT_EQ(titles["CostLevel_9"].asText(), "سطح قيمت ساير");
+    EXPECT_EQ(titles["CostLevel_10"].asText(), "صادرات");
 }
 
 TEST_F(CostLevelRegistration, refusesAListTypeThatIsNoByte) {
