@@ -128,10 +128,6 @@ int takeRows(int& count, char** arguments) {
     return rows;
 }
 
-double quotient(double a, double b) {
-    return b == 0 ? 0 : a / b;
-}
-
 bool run(int count, char** arguments) {
     const int rows = takeRows(count, arguments);
     const SampleDatabase database(rows);

@@ -33,6 +33,11 @@ struct Ratio {
     double limit;
 };
 
+// 0 when the peer was not measured.
+[[nodiscard]] inline double quotient(double own, double peer) {
+    return peer == 0 ? 0 : own / peer;
+}
+
 // Prints the table; false when a ratio is above its limit. A ratio of 0 was not measured and is said to be so.
 [[nodiscard]] bool report(const std::vector<Ratio>& ratios);
 

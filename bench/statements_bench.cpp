@@ -231,8 +231,8 @@ bool run(int count, char** arguments) {
         peer += times.of(std::string("plain/") + name);
     }
     return report({{"procedure of a look-up, an insert and an update / plain, cached",
-                    times.of("call/procedure") / times.of("call/plain"), 2.0},
-                   {"10,000 point statements / each prepared anew by plain SQLite", own / peer, 0.2}});
+                    quotient(times.of("call/procedure"), times.of("call/plain")), 2.0},
+                   {"10,000 point statements / each prepared anew by plain SQLite", quotient(own, peer), 0.2}});
 }
 
 }  // namespace

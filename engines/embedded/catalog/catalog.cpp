@@ -278,6 +278,8 @@ void Catalog::invalidate() {
 }
 
 bool Catalog::refresh() {
+    // Nobody else can change the schema while this connection writes.
+    if (schemaVersion_ != -1 && sqlite3_txn_state(database_.handle(), "main") == SQLITE_TXN_WRITE) return false;
     if (!schemaVersionStatement_) schemaVersionStatement_ = database_.prepare("PRAGMA main.schema_version");
     const std::int64_t version = schemaVersionStatement_.step() ? schemaVersionStatement_.integerAt(0) : 0;
     schemaVersionStatement_.reset();
@@ -288,8 +290,7 @@ bool Catalog::refresh() {
 }
 
 IdentityState Catalog::identity(std::string_view table) {
-    SqliteStatement query = database_.prepare("SELECT seed, increment, last FROM " + schemaOf(table) +
-                                              "basalt_identity WHERE table_name = ?1");
+    SqliteStatement& query = identityStatements(table).read;
     query.bind(1, std::string_view(foldName(table)));
     IdentityState state;
     if (query.step()) {
@@ -297,12 +298,12 @@ IdentityState Catalog::identity(std::string_view table) {
         state.increment = query.integerAt(1);
         if (!query.isNullAt(2)) state.last = query.integerAt(2);
     }
+    query.reset();
     return state;
 }
 
 void Catalog::setIdentity(std::string_view table, const IdentityState& state) {
-    SqliteStatement update =
-        database_.prepare("UPDATE " + schemaOf(table) + "basalt_identity SET last = ?2 WHERE table_name = ?1");
+    SqliteStatement& update = identityStatements(table).write;
     update.bind(1, std::string_view(foldName(table)));
     if (state.last) {
         update.bind(2, *state.last);
@@ -310,6 +311,17 @@ void Catalog::setIdentity(std::string_view table, const IdentityState& state) {
         update.bindNull(2);
     }
     update.run();
+}
+
+Catalog::IdentityStatements& Catalog::identityStatements(std::string_view table) {
+    IdentityStatements& statements = isTemporaryName(table) ? temporaryIdentity_ : identity_;
+    if (!statements.read) {
+        const std::string identities = schemaOf(table) + "basalt_identity";
+        statements.read =
+            database_.prepare("SELECT seed, increment, last FROM " + identities + " WHERE table_name = ?1");
+        statements.write = database_.prepare("UPDATE " + identities + " SET last = ?2 WHERE table_name = ?1");
+    }
+    return statements;
 }
 
 std::optional<std::int64_t> Catalog::objectId(std::string_view name, std::string_view kind) {

@@ -124,6 +124,14 @@ private:
     std::uint64_t generation_ = 1;
     std::int64_t schemaVersion_ = -1;
     SqliteStatement schemaVersionStatement_;
+    // Kept, because every row that takes a number needs them.
+    struct IdentityStatements {
+        SqliteStatement read;
+        SqliteStatement write;
+    };
+    IdentityStatements& identityStatements(std::string_view table);
+    IdentityStatements identity_;
+    IdentityStatements temporaryIdentity_;
 };
 
 // T-SQL's index names are unique within a table, SQLite's within the database.

@@ -117,7 +117,14 @@ Value passedValue(const Value& value, const SqlType& from, const SqlType& to) {
     }
 }
 
+bool isPlainName(std::string_view name) {
+    return !name.empty() && std::ranges::all_of(name, [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+    });
+}
+
 std::string lastPartOf(std::string_view name) {
+    if (isPlainName(name)) return std::string(name);
     // Through the parser, because a name may come with brackets and schemas.
     const ast::Batch batch = parse("EXEC " + std::string(name));
     const auto* execute =
