@@ -20,12 +20,12 @@ struct ColumnSchema {
         std::int64_t increment = 1;
     };
 
-    std::string name;
-    std::string type;  // "decimal(23,9)"
+    std::string name{};
+    std::string type{};  // "decimal(23,9)"
     bool nullable = true;
-    std::optional<Identity> identity;
-    std::string defaultName, defaultText;  // empty when there is none
-    std::string computedText;              // empty for a column that is stored
+    std::optional<Identity> identity{};
+    std::string defaultName{}, defaultText{};  // empty when there is none
+    std::string computedText{};                // empty for a column that is stored
 };
 
 struct KeyColumnSchema {
@@ -58,7 +58,7 @@ struct IndexSchema {
     std::string name;
     bool unique = false;
     std::vector<KeyColumnSchema> columns;
-    std::string condition;  // of a filtered index; empty when it holds every row
+    std::string condition{};  // of a filtered index; empty when it holds every row
 };
 
 struct TableSchema {

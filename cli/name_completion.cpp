@@ -52,6 +52,29 @@ void addObjects(const DatabaseSchema& schema, std::string_view begun, const std:
     }
 }
 
+char smallLetter(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+// What all names begin with is written as the first of them writes it, so that the editor sees how far they agree.
+// Names mean the same in any case.
+std::vector<std::string> inOneSpelling(std::vector<std::string> names) {
+    if (names.empty()) return names;
+    std::size_t common = names.front().size();
+    for (const std::string& name : names) {
+        std::size_t same = 0;
+        while (same < common && same < name.size() && smallLetter(name[same]) == smallLetter(names.front()[same]))
+            ++same;
+        common = same;
+    }
+    const std::string beginning = names.front().substr(0, common);
+    for (std::string& name : names)
+        name.replace(0, common, beginning);
+    std::sort(names.begin(), names.end());
+    names.erase(std::unique(names.begin(), names.end()), names.end());
+    return names;
+}
+
 }  // namespace
 
 std::vector<std::string> completions(std::string_view word, const DatabaseSchema& schema) {
@@ -81,7 +104,7 @@ std::vector<std::string> completions(std::string_view word, const DatabaseSchema
             if (begins(keyword, word)) found.insert(inCaseOf(keyword, word));
         }
     }
-    return {found.begin(), found.end()};
+    return inOneSpelling({found.begin(), found.end()});
 }
 
 }  // namespace basalt::cli

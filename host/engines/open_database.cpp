@@ -96,7 +96,7 @@ std::unique_ptr<Session> openOrCreateDatabase(const DatabaseUrl& url) {
 
 std::vector<std::string> findDamage(const DatabaseUrl& url) {
     if (url.engine == EngineKind::Odbc)
-        throw UsageError("a database on a server is checked with the server's own means");
+        throw UsageError("a database on a server is checked by the server: DBCC CHECKDB");
     if (url.inMemory()) return {};
     return openFile(url)->integrityCheck();
 }
