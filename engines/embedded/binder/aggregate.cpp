@@ -121,7 +121,7 @@ BoundPtr Binder::aggregate(const ast::FunctionExpression& call, Scope* scope) {
         if (call.star) {
             result->star = true;
         } else {
-            requireCount(1, 1);
+            static_cast<void>(oneArgument());
         }
     } else if (name == "min" || name == "max") {
         const SqlType type = oneArgument();

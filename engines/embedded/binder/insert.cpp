@@ -13,6 +13,14 @@ BoundInsert Binder::insert(const ast::InsertStatement& statement, bool explicitI
     const Table& table = target(statement.target);
     result.table = &table;
     std::vector<bool> given(table.columns.size(), false);
+    const TableColumn* const identity = table.identityColumn();
+    const auto refuseUnnamedIdentity = [&] {
+        fail(8101,
+             "An explicit value for the identity column in table '" + table.name +
+                 "' can only be specified when a column list is used and IDENTITY_INSERT is ON.",
+             statement.range);
+    };
+    if (explicitIdentity && identity != nullptr && statement.columns.empty()) refuseUnnamedIdentity();
     if (statement.columns.empty()) {
         if (statement.source != ast::InsertStatement::Source::DefaultValues) {
             for (std::size_t i = 0; i < table.columns.size(); ++i) {
@@ -49,6 +57,13 @@ BoundInsert Binder::insert(const ast::InsertStatement& statement, bool explicitI
         const TableColumn& column = table.columns[i];
         if (given[i] || column.computed) continue;
         if (column.identity) {
+            if (explicitIdentity) {
+                fail(545,
+                     "Explicit value must be specified for identity column in table '" + table.name +
+                         "' either when IDENTITY_INSERT is set to ON or when a replication user is inserting into a "
+                         "NOT FOR REPLICATION identity column.",
+                     statement.range);
+            }
             result.generatesIdentity = true;
         } else if (!column.defaultText.empty()) {
             defaulted.push_back(i);
@@ -60,6 +75,7 @@ BoundInsert Binder::insert(const ast::InsertStatement& statement, bool explicitI
     const auto mismatch = [&](std::size_t count) {
         if (count == written) return;
         if (statement.columns.empty()) {
+            if (identity != nullptr && count == written + 1) refuseUnnamedIdentity();
             fail(213, "Column name or number of supplied values does not match table definition.", statement.range);
         }
         fail(count < written ? 109 : 110,

@@ -190,9 +190,11 @@ void Executor::transaction(const ast::Batch& batch, const ast::TransactionStatem
     }
     if (!inTransaction()) savepoints_.clear();
     state_.error = 0;
+    state_.rowCount = 0;
 }
 
 void Executor::setOption(const ast::Batch& batch, const ast::SetOptionStatement& statement) {
+    state_.rowCount = 0;
     for (const std::string& option : statement.options) {
         const bool on = statement.on.value_or(false);
         if (option == "NOCOUNT") {

@@ -1,5 +1,6 @@
 #include "engines/embedded/executor/executor.h"
 
+#include "ado/names.h"
 #include "engines/embedded/executor/constraint_error.h"
 #include "engines/embedded/executor/identity_run.h"
 #include "engines/embedded/executor/statement_guard.h"
@@ -430,6 +431,21 @@ void Executor::runSelect(Plan& plan, BatchResult& into, const Environment& envir
     state_.rowCount = count;
 }
 
+void Executor::startIdentity(const std::string& table) {
+    std::optional<std::int64_t> used;
+    if (!usedIdentities_.empty()) {
+        if (const auto found = usedIdentities_.find(foldName(table)); found != usedIdentities_.end())
+            used = found->second;
+    }
+    identity_->start(catalog_, catalog_.requireTable(table), used);
+}
+
+void Executor::keepIdentity(const std::string& table) {
+    // A change that has lasted is in the database already.
+    if (!inTransaction() || !identity_->last()) return;
+    usedIdentities_[foldName(table)] = *identity_->last();
+}
+
 void Executor::runChange(Plan& plan, BatchResult& into, const Environment& environment) {
     const bool identity = plan.generatesIdentity || plan.setsIdentity;
     StatementGuard guard(*this, identity || plan.before != nullptr);
@@ -441,7 +457,14 @@ void Executor::runChange(Plan& plan, BatchResult& into, const Environment& envir
     }
     StatementResult result;
     if (plan.columns != nullptr) result.rows.emplace(plan.columns);
-    if (identity) identity_->start(catalog_, catalog_.requireTable(plan.table));
+    if (identity) startIdentity(plan.table);
+    struct Keep {
+        Executor& executor;
+        const Plan* plan;
+        ~Keep() {
+            if (plan != nullptr) executor.keepIdentity(plan->table);
+        }
+    } const keep{*this, identity ? &plan : nullptr};
     while (step(plan)) {
         if (result.rows) readRow(plan, *result.rows);
         if (!plan.assignments.empty()) assignRow(plan, environment);

@@ -10,6 +10,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -95,6 +96,9 @@ private:
     void bindSlot(SqliteStatement& statement, int index, const Slot& slot, const Environment& environment);
     [[nodiscard]] Value systemValue(SystemValue value);
     void runSelect(Plan& plan, BatchResult& into, const Environment& environment);
+    void startIdentity(const std::string& table);
+    // Keeps the numbers that a change has taken, whether it lasts or not.
+    void keepIdentity(const std::string& table);
     void runChange(Plan& plan, BatchResult& into, const Environment& environment);
     bool step(Plan& plan);
     void readRow(const Plan& plan, RowSet& rows);
@@ -126,6 +130,8 @@ private:
     std::function<std::int64_t()> clock_;
     SessionState state_;
     std::unique_ptr<IdentityRun> identity_;
+    // The last identity numbers of changes that may yet be undone, by folded table name: they are not given again.
+    std::map<std::string, std::int64_t> usedIdentities_;
     FunctionCaller* functions_ = nullptr;
     const Environment* running_ = nullptr;  // of the SELECT that assigns variables
     std::vector<std::string> savepoints_;   // names of SAVE TRANSACTION

@@ -7,11 +7,15 @@
 namespace basalt::embedded {
 
 struct Executor::IdentityRun {
-    void start(Catalog& catalog, const Table& table) {
+    // `used` is the last number that was given, if it was given since in a change that did not last.
+    void start(Catalog& catalog, const Table& table, std::optional<std::int64_t> used) {
         table_ = table.name;
         // Reading behind the first lock for writing keeps two programs from giving the same number.
         state_ = catalog.identity(table.name);
         kind_ = table.identityColumn()->type;
+        const bool ahead =
+            used && (!state_.last || (state_.increment > 0 ? *used > *state_.last : *used < *state_.last));
+        if (ahead) state_.last = used;
         last_.reset();
     }
 

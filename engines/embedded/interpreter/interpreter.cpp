@@ -125,6 +125,7 @@ Interpreter::Flow Interpreter::dispatch(Activation& activation, const ast::State
             const auto& set = ast::as<ast::SetVariableStatement>(statement);
             assign(activation, set.name, *set.value);
             executor_.state().error = 0;
+            executor_.state().rowCount = 1;
             return Flow::Next;
         }
         case StatementKind::If:
@@ -199,14 +200,15 @@ Interpreter::Flow Interpreter::dispatch(Activation& activation, const ast::State
 }
 
 Interpreter::Flow Interpreter::runIf(Activation& activation, const ast::IfStatement& statement) {
-    if (executor_.test(activation.batch, *statement.condition, activation.plans, activation.environment)) {
-        return runStatement(activation, *statement.then);
-    }
+    const bool holds = executor_.test(activation.batch, *statement.condition, activation.plans, activation.environment);
+    executor_.state().rowCount = 0;
+    if (holds) return runStatement(activation, *statement.then);
     return statement.otherwise ? runStatement(activation, *statement.otherwise) : Flow::Next;
 }
 
 Interpreter::Flow Interpreter::runWhile(Activation& activation, const ast::WhileStatement& statement) {
     while (executor_.test(activation.batch, *statement.condition, activation.plans, activation.environment)) {
+        executor_.state().rowCount = 0;
         const Flow flow = runStatement(activation, *statement.body);
         if (flow == Flow::Break) break;
         if (flow == Flow::Return || flow == Flow::Goto) return flow;
@@ -230,7 +232,9 @@ void Interpreter::assign(Activation& activation, const std::string& variable, co
 
 void Interpreter::declare(Activation& activation, const ast::DeclareStatement& statement) {
     for (const ast::DeclareStatement::Variable& variable : statement.variables) {
-        if (variable.initial) assign(activation, variable.name, *variable.initial);
+        if (!variable.initial) continue;
+        assign(activation, variable.name, *variable.initial);
+        executor_.state().rowCount = 1;
     }
 }
 

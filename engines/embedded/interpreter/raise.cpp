@@ -151,6 +151,7 @@ Interpreter::Flow Interpreter::runTryCatch(Activation& activation, const ast::Tr
 void Interpreter::print(Activation& activation, const ast::PrintStatement& statement) {
     activation.into->messages.push_back(textOf(evaluate(activation, *statement.message)));
     executor_.state().error = 0;
+    executor_.state().rowCount = 0;
 }
 
 void Interpreter::raise(Activation& activation, const ast::RaisErrorStatement& statement) {
@@ -177,6 +178,7 @@ void Interpreter::raise(Activation& activation, const ast::RaisErrorStatement& s
     if (error.severity <= 10) {
         activation.into->messages.push_back(error.message);
         executor_.state().error = setsError ? error.number : 0;
+        executor_.state().rowCount = 0;
         return;
     }
     throw RaisedError(ErrorCategory::Other, "42000", error, false);

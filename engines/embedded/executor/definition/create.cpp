@@ -75,6 +75,7 @@ void Executor::createTable(const std::string& name, const ast::TableDefinition& 
     if (design.temporary) Catalog::createSystemTables(database_, true);
     design.add(definition, batch.literals, binder);
     design.create(database_, catalog_);
+    usedIdentities_.erase(foldName(name));
     catalog_.invalidate();
 }
 

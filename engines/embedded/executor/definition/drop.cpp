@@ -120,6 +120,7 @@ void Executor::dropTable(const std::string& name) {
     const Table table = catalog_.requireTable(name);
     database_.execute(("DROP TABLE " + table.sqlName()).c_str());
     TableDesign::forget(table.name, table.temporary, database_);
+    usedIdentities_.erase(foldName(table.name));
     catalog_.invalidate();
 }
 
@@ -144,6 +145,7 @@ void Executor::truncate(const ast::Batch& batch, const ast::TruncateStatement& s
         if (table->identityColumn() != nullptr) {
             IdentityState state = catalog_.identity(table->name);
             state.last.reset();
+            usedIdentities_.erase(foldName(table->name));
             catalog_.setIdentity(table->name, state);
         }
         guard.succeed();
