@@ -102,6 +102,7 @@ struct QueryExpression {
     ExpressionPtr offset;  // OFFSET n ROWS
     ExpressionPtr fetch;   // FETCH NEXT n ROWS ONLY
     std::optional<ForXmlClause> forXml;
+    std::optional<int> maxRecursion;  // OPTION (MAXRECURSION n); 0: without end
     SourceRange range;
 };
 

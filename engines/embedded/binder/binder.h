@@ -132,6 +132,8 @@ private:
     std::unique_ptr<BoundOver> over(const ast::OverClause& clause, Scope* scope);
     // query.cpp
     void commonTables(const std::vector<ast::CommonTableExpression>& with, std::vector<BoundCommonTable>& into);
+    // Gives a common table that names itself a column behind the others which counts how deep a row is.
+    void boundRecursion(BoundCommonTable& table) const;
     std::unique_ptr<BoundBody> body(const ast::QueryBody& body, Scope* outer, std::vector<OutputColumn>& columns,
                                     BoundQuery& query, const ast::QueryExpression* whole);
     std::unique_ptr<BoundBody> setOperation(const ast::SetOperation& operation, Scope* outer,
@@ -162,11 +164,21 @@ private:
                                              SourceRange range);
     std::unique_ptr<BoundSource> derived(std::unique_ptr<BoundQuery> query, const ast::TableSource& source,
                                          const std::string& name, Scope& scope);
-    std::unique_ptr<BoundSource> valuesTable(const ast::ValuesTable& source, Scope& scope);
+    // `visible` is what the values may name.
+    std::unique_ptr<BoundSource> valuesTable(const ast::ValuesTable& source, Scope& scope, Scope* visible);
     std::unique_ptr<BoundSource> join(const ast::Join& join, Scope& scope, Scope* outer);
+    // The right side of APPLY.
+    std::unique_ptr<BoundSource> applied(const ast::TableSource& source, Scope& scope, Scope* outer);
+    std::unique_ptr<BoundSource> systemTable(const ast::NamedTable& source, Scope& scope);
+    // `visible` is what the arguments may name.
+    std::unique_ptr<BoundSource> functionTable(const ast::FunctionTable& source, Scope& scope, Scope* visible,
+                                               bool applies);
+    std::unique_ptr<BoundSource> appliedQuery(std::unique_ptr<BoundQuery> query, const ast::TableSource& source,
+                                              const std::string& name, Scope& scope, const Scope& visible);
     // An expression kept as T-SQL text.
     BoundPtr storedExpression(const std::string& text);
     std::unique_ptr<BoundQuery> viewQuery(const Module& view, SourceRange range);
+    void requireViewDepth(SourceRange range) const;
     void addToScope(Scope& scope, ScopeSource source, SourceRange range);
     // change.cpp
     const Table& target(const ast::TableTarget& target);
@@ -185,6 +197,12 @@ private:
     Catalog& catalog_;
     BinderInput input_;
     std::vector<CommonTable> commonTables_;
+    // Of a function that stands in FROM as its query: what its parameters are.
+    struct Parameter {
+        std::string name;
+        BoundPtr value;
+    };
+    std::vector<Parameter> parameters_;
     // While the items of SELECT @v = ... are read: the variables that the statement assigns, with the values that items
     // read so far give them in the same row.
     struct RunningVariable {
@@ -195,6 +213,7 @@ private:
     int aliases_ = 0;
     int* sharedAliases_ = nullptr;  // of the statement that a view is part of
     int viewDepth_ = 0;
+    int maxRecursion_ = 100;  // of the statement
 };
 
 // The operator in +=, -= and their kin.

@@ -17,7 +17,7 @@ struct OutputColumn {
     std::optional<BaseColumn> base;
 };
 
-enum class SourceKind : std::uint8_t { Table, Query, CommonTable, Values, Join };
+enum class SourceKind : std::uint8_t { Table, Query, CommonTable, Values, Join, Rows };
 
 struct BoundSource {
     SourceKind kind = SourceKind::Table;
@@ -28,6 +28,11 @@ struct BoundSource {
     std::string join;                          // Join: "JOIN", "LEFT JOIN", ...
     std::unique_ptr<BoundSource> left, right;  // Join
     BoundPtr condition;                        // Join; null for a cross join
+    // Rows: what t_rows reads (executor/row_source.h). `table` is the function or system view. With APPLY `query` is
+    // worked out for each row of what stands before it, and `outer` are the aliases that it may name.
+    std::string rowKind;
+    std::vector<BoundPtr> arguments;
+    std::vector<std::string> outer;
 };
 
 struct BoundItem {
@@ -71,6 +76,8 @@ struct BoundQuery {
     std::unique_ptr<BoundBody> body;
     std::vector<BoundOrdering> orderBy;
     BoundPtr limit;
+    bool percent = false;   // `limit` is a part of the rows, in percent
+    bool withTies = false;  // rows that are equal to the last one in `orderBy` come along
     BoundPtr offset;
     std::vector<OutputColumn> columns;
     // At most one row whatever the data: an aggregate without GROUP BY, TOP 1, no FROM.

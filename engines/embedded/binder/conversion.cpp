@@ -1,6 +1,7 @@
 // Conversions that the binder inserts: implicit ones, CAST and CONVERT, and those of assignments.
 #include "engines/embedded/binder/binder.h"
 #include "engines/embedded/binder/type_rules.h"
+#include "engines/embedded/catalog/data_type.h"
 #include "engines/embedded/lexer/error_context.h"
 #include "engines/embedded/lexer/utf8.h"
 #include "engines/embedded/runtime/convert.h"
@@ -162,12 +163,7 @@ std::optional<std::string> Binder::fixedText(const ast::Expression& expression) 
 }
 
 SqlType Binder::dataType(const ast::DataType& type) const {
-    const std::optional<SqlType> found =
-        SqlType::parse(type.name.last(), type.length ? *type.length : -1, type.scale ? *type.scale : -1, type.max);
-    if (!found) {
-        fail(243, "Type " + type.name.last() + " is not a defined system type.", type.range);
-    }
-    return *found;
+    return dataTypeOf(type, input_.text);
 }
 
 void Binder::fail(int number, const std::string& message, SourceRange range) const {

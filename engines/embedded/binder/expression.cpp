@@ -161,6 +161,11 @@ BoundPtr Binder::expression(const ast::Expression& expression, Scope* scope) {
 }
 
 BoundPtr Binder::variable(const std::string& name, SourceRange range) {
+    for (const Parameter& parameter : parameters_) {
+        if (!sameName(parameter.name, name)) continue;
+        if (!canClone(*parameter.value)) unsupported("a subquery as an argument of a function in FROM", range);
+        return cloned(*parameter.value);
+    }
     const SqlType* type = input_.variables == nullptr ? nullptr : input_.variables->typeOf(name);
     if (type == nullptr) fail(137, "Must declare the scalar variable \"" + name + "\".", range);
     Slot slot;
@@ -254,7 +259,7 @@ BoundPtr Binder::column(const ast::ColumnExpression& expression, Scope* scope) {
         result->table = foundSource->sqlAlias;
         result->name = found->sqlName;
         result->base = found->shown.base;
-        result->ownCollation = true;
+        result->ownCollation = found->ownCollation;
         return result;
     }
     if (qualifierFound) fail(error::kInvalidColumn, "Invalid column name '" + wanted + "'.", name.range);

@@ -500,6 +500,13 @@ BoundPtr objectId(FunctionBinder& f) {
     return result;
 }
 
+// OBJECT_NAME(id)
+BoundPtr objectNameOf(FunctionBinder& f) {
+    BoundPtr result = boundCall("t_object_name", SqlType::text(TypeKind::NVarChar, 128), f.as(0, TypeKind::BigInt));
+    result->nullable = true;
+    return result;
+}
+
 // COL_LENGTH('CostLevel', 'Name')
 BoundPtr columnLength(FunctionBinder& f) {
     BoundPtr table = f.text(0);
@@ -605,6 +612,7 @@ const std::map<std::string, Entry, std::less<>>& functions() {
         {"schema_name", {0, 1, userName}},
         {"host_name", {0, 0, hostName}},
         {"object_id", {1, 2, objectId}},
+        {"object_name", {1, 2, objectNameOf}},
         {"col_length", {2, 2, columnLength}},
         {"ident_current", {1, 1, identityCurrent}},
         {"newid", {0, 0, newId}},

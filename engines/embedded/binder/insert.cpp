@@ -9,6 +9,7 @@ BoundInsert Binder::insert(const ast::InsertStatement& statement, bool explicitI
     if (statement.top) unsupported("TOP in INSERT", statement.top->range);
     if (statement.source == ast::InsertStatement::Source::Execute) unsupported("INSERT ... EXEC", statement.range);
     const std::size_t visible = commonTables_.size();
+    if (statement.query != nullptr && statement.query->maxRecursion) maxRecursion_ = *statement.query->maxRecursion;
     commonTables(statement.with, result.with);
     const Table& table = target(statement.target);
     result.table = &table;

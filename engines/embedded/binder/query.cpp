@@ -22,6 +22,23 @@ const char* nameOf(ast::SetOperator op) {
     return "";
 }
 
+// The alias under which the source names the common table; empty when it does not.
+std::string aliasOf(const BoundSource* source, const std::string& table) {
+    if (source == nullptr) return {};
+    if (source->kind == SourceKind::CommonTable && source->table == table) return source->alias;
+    std::string found = aliasOf(source->left.get(), table);
+    return found.empty() ? aliasOf(source->right.get(), table) : found;
+}
+
+void appendToAll(BoundBody& body, std::int64_t number) {
+    if (body.select != nullptr) {
+        body.select->items.push_back({boundInteger(number), {}});
+        return;
+    }
+    appendToAll(*body.left, number);
+    appendToAll(*body.right, number);
+}
+
 // A column of nothing but untyped NULLs is an int.
 void settleNulls(std::vector<OutputColumn>& columns) {
     for (OutputColumn& column : columns) {
@@ -34,8 +51,8 @@ void settleNulls(std::vector<OutputColumn>& columns) {
 std::unique_ptr<BoundQuery> Binder::query(const ast::QueryExpression& query, Scope* outer) {
     auto result = std::make_unique<BoundQuery>();
     const std::size_t visible = commonTables_.size();
+    if (query.maxRecursion) maxRecursion_ = *query.maxRecursion;
     commonTables(query.with, result->with);
-    if (query.forXml) unsupported("FOR XML", query.forXml->range);
     result->body = body(*query.body, outer, result->columns, *result, &query);
     settleNulls(result->columns);
     if (query.offset != nullptr) result->offset = rowLimit(*query.offset, nullptr);
@@ -142,6 +159,23 @@ void Binder::orderByColumns(const ast::QueryExpression& whole, const std::vector
     }
 }
 
+void Binder::boundRecursion(BoundCommonTable& table) const {
+    BoundBody& body = *table.query->body;
+    if (body.right->select == nullptr || maxRecursion_ == 0) return;
+    const std::string alias = aliasOf(body.right->select->from.get(), table.name);
+    if (alias.empty()) return;
+    auto depth = std::make_unique<BoundExpression>();
+    depth->kind = BoundKind::Column;
+    depth->type = SqlType::of(TypeKind::Int);
+    depth->table = alias;
+    depth->name = "c" + std::to_string(table.query->columns.size() + 1);
+    const SqlType type = depth->type;
+    appendToAll(*body.left, 0);
+    body.right->select->items.push_back(
+        {boundCall("t_depth", type, std::move(depth), boundInteger(maxRecursion_)), {}});
+    table.query->columns.push_back({{}, type, false, {}});
+}
+
 void Binder::commonTables(const std::vector<ast::CommonTableExpression>& with, std::vector<BoundCommonTable>& into) {
     for (const ast::CommonTableExpression& table : with) {
         const std::string sqlName = "w" + std::to_string(++aliases());
@@ -203,6 +237,7 @@ void Binder::commonTables(const std::vector<ast::CommonTableExpression>& with, s
             settleNulls(columns);
             commonTables_.back().columns = columnsOf(columns);
             bound.query->columns = std::move(columns);
+            boundRecursion(bound);
         } else {
             Scope none(nullptr);
             bound.query = query(*table.query, &none);

@@ -12,6 +12,8 @@ namespace basalt::embedded {
 struct SourceColumn {
     OutputColumn shown;
     std::string sqlName;  // quoted, as the generated statement refers to it
+    // Whether SQLite knows that texts of the column compare by TSQL.
+    bool ownCollation = true;
 };
 
 struct ScopeSource {

@@ -18,7 +18,7 @@ BoundPtr columnOf(const ScopeSource& source, const SourceColumn& column) {
     result->table = source.sqlAlias;
     result->name = column.sqlName;
     result->base = column.shown.base;
-    result->ownCollation = true;
+    result->ownCollation = column.ownCollation;
     return result;
 }
 
@@ -101,8 +101,19 @@ std::unique_ptr<BoundSelect> Binder::select(const ast::Select& select, Scope* ou
         query->singleRow = (scope.aggregated && result->groupBy.empty()) || (result->from == nullptr);
     }
     if (select.top) {
-        if (select.top->percent) unsupported("TOP ... PERCENT", select.top->range);
-        if (select.top->withTies) unsupported("WITH TIES", select.top->range);
+        const bool shared = query == nullptr || (select.top->percent && select.top->withTies);
+        if (shared && select.top->percent) unsupported("TOP ... PERCENT here", select.top->range);
+        if (shared && select.top->withTies) unsupported("WITH TIES here", select.top->range);
+        if (select.top->withTies && (whole == nullptr || whole->orderBy.empty())) {
+            fail(1062, "The TOP N WITH TIES clause is not allowed without a corresponding ORDER BY clause.",
+                 select.top->range);
+        }
+        if (select.top->percent) {
+            query->percent = true;
+            query->limit = cast(expression(*select.top->count, nullptr), SqlType::of(TypeKind::Float));
+            return result;
+        }
+        if (query != nullptr) query->withTies = select.top->withTies;
         BoundPtr limit = rowLimit(*select.top->count, nullptr);
         if (const auto* literal = ast::tryAs<ast::LiteralExpression>(select.top->count.get());
             literal != nullptr && query != nullptr && !input_.inlineLiterals) {

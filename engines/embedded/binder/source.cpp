@@ -68,9 +68,9 @@ std::unique_ptr<BoundSource> Binder::source(const ast::TableSource& source, Scop
             return derived(query(*table.query, &none), source, source.alias.text, scope);
         }
         case Kind::Values:
-            return valuesTable(ast::as<ast::ValuesTable>(source), scope);
+            return valuesTable(ast::as<ast::ValuesTable>(source), scope, outer);
         case Kind::Function:
-            unsupported("table-valued function " + ast::as<ast::FunctionTable>(source).name.last(), source.range);
+            return functionTable(ast::as<ast::FunctionTable>(source), scope, outer, false);
         case Kind::Join:
             return join(ast::as<ast::Join>(source), scope, outer);
     }
@@ -80,6 +80,7 @@ std::unique_ptr<BoundSource> Binder::source(const ast::TableSource& source, Scop
 std::unique_ptr<BoundSource> Binder::namedTable(const ast::NamedTable& source, Scope& scope) {
     const std::string& name = source.name.last();
     const std::string shown = source.alias.empty() ? name : source.alias.text;
+    if (std::unique_ptr<BoundSource> system = systemTable(source, scope)) return system;
     if (source.name.parts.size() == 1) {
         for (auto table = commonTables_.rbegin(); table != commonTables_.rend(); ++table) {
             if (!sameName(table->name, name)) continue;
@@ -147,7 +148,7 @@ std::unique_ptr<BoundSource> Binder::derived(std::unique_ptr<BoundQuery> query, 
     return result;
 }
 
-std::unique_ptr<BoundSource> Binder::valuesTable(const ast::ValuesTable& source, Scope& scope) {
+std::unique_ptr<BoundSource> Binder::valuesTable(const ast::ValuesTable& source, Scope& scope, Scope* visible) {
     auto result = std::make_unique<BoundSource>();
     result->kind = SourceKind::Values;
     result->alias = newAlias();
@@ -159,7 +160,7 @@ std::unique_ptr<BoundSource> Binder::valuesTable(const ast::ValuesTable& source,
         }
         std::vector<BoundPtr> values;
         for (std::size_t i = 0; i < row.size(); ++i) {
-            values.push_back(expression(*row[i], nullptr));
+            values.push_back(expression(*row[i], visible));
             relyOnLength(*values.back());
             types[i] = commonType(types[i], values.back()->type);
         }
@@ -183,13 +184,13 @@ std::unique_ptr<BoundSource> Binder::valuesTable(const ast::ValuesTable& source,
 
 std::unique_ptr<BoundSource> Binder::join(const ast::Join& join, Scope& scope, Scope* outer) {
     using Kind = ast::JoinKind;
-    if (join.joinKind == Kind::CrossApply || join.joinKind == Kind::OuterApply) unsupported("APPLY", join.range);
     auto result = std::make_unique<BoundSource>();
     result->kind = SourceKind::Join;
     const std::size_t first = scope.sources.size();
     result->left = source(*join.left, scope, outer);
     const std::size_t second = scope.sources.size();
-    result->right = source(*join.right, scope, outer);
+    const bool applies = join.joinKind == Kind::CrossApply || join.joinKind == Kind::OuterApply;
+    result->right = applies ? applied(*join.right, scope, outer) : source(*join.right, scope, outer);
     if (join.condition != nullptr) {
         // ON sees the two sides of its own join.
         Scope on(scope.parent);
@@ -211,7 +212,12 @@ std::unique_ptr<BoundSource> Binder::join(const ast::Join& join, Scope& scope, S
             makeNullable(scope.sources, first, scope.sources.size());
             break;
         case Kind::Cross:
+        case Kind::CrossApply:
             result->join = "CROSS JOIN";
+            break;
+        case Kind::OuterApply:
+            result->join = "LEFT JOIN";
+            makeNullable(scope.sources, second, scope.sources.size());
             break;
         default:
             result->join = "JOIN";
@@ -220,10 +226,13 @@ std::unique_ptr<BoundSource> Binder::join(const ast::Join& join, Scope& scope, S
     return result;
 }
 
+void Binder::requireViewDepth(SourceRange range) const {
+    if (viewDepth_ < kDeepestViews) return;
+    fail(217, "Maximum view nesting level exceeded (limit " + std::to_string(kDeepestViews) + ").", range);
+}
+
 std::unique_ptr<BoundQuery> Binder::viewQuery(const Module& view, SourceRange range) {
-    if (viewDepth_ >= kDeepestViews) {
-        fail(217, "Maximum view nesting level exceeded (limit " + std::to_string(kDeepestViews) + ").", range);
-    }
+    requireViewDepth(range);
     const ast::Batch batch = parse(view.text);
     const auto* definition =
         batch.statements.empty() ? nullptr : ast::tryAs<ast::CreateViewStatement>(batch.statements.front().get());

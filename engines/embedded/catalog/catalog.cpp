@@ -324,17 +324,19 @@ Catalog::IdentityStatements& Catalog::identityStatements(std::string_view table)
     return statements;
 }
 
+// The same as long as the object has its name, never 0 and never negative.
+std::int64_t Catalog::objectNumber(std::string_view name) {
+    std::uint32_t hash = 2166136261U;
+    for (const char c : foldName(name))
+        hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+    return static_cast<std::int64_t>((hash & 0x7FFFFFFFU) | 1U);
+}
+
 std::optional<std::int64_t> Catalog::objectId(std::string_view name, std::string_view kind) {
     while (kind.ends_with(' '))
         kind.remove_suffix(1);
     const std::string folded = foldName(name);
-    // A number that stays the same as long as the object has its name, never 0 and never negative.
-    const auto number = [&] {
-        std::uint32_t hash = 2166136261U;
-        for (const char c : folded)
-            hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
-        return static_cast<std::int64_t>((hash & 0x7FFFFFFFU) | 1U);
-    };
+    const auto number = [&] { return objectNumber(folded); };
     if (isTextKind(kind, "U") && table(name) != nullptr) return number();
     if (const Module* found = module(name); found != nullptr) {
         switch (found->kind) {

@@ -109,6 +109,9 @@ public:
     // nullopt when there is none.
     [[nodiscard]] std::optional<std::int64_t> objectId(std::string_view name, std::string_view kind);
 
+    // The number of an object that is there.
+    [[nodiscard]] static std::int64_t objectNumber(std::string_view name);
+
     [[nodiscard]] std::string property(std::string_view name);
     void setProperty(std::string_view name, std::string_view value);
 

@@ -16,7 +16,11 @@ namespace basalt::embedded {
 using ast::StatementKind;
 
 Executor::Executor(SqliteDatabase& database, Catalog& catalog, std::function<std::int64_t()> clock)
-    : database_(database), catalog_(catalog), clock_(std::move(clock)), identity_(std::make_unique<IdentityRun>()) {
+    : database_(database),
+      catalog_(catalog),
+      clock_(std::move(clock)),
+      identity_(std::make_unique<IdentityRun>()),
+      applied_(database) {
     savepoint_ = database_.prepare("SAVEPOINT basalt_statement");
     release_ = database_.prepare("RELEASE basalt_statement");
     rollbackTo_ = database_.prepare("ROLLBACK TO basalt_statement");

@@ -22,6 +22,7 @@
 #include "engines/embedded/executor/environment.h"
 #include "engines/embedded/executor/function_caller.h"
 #include "engines/embedded/executor/plan.h"
+#include "engines/embedded/executor/row_source.h"
 
 namespace basalt::embedded {
 
@@ -123,6 +124,8 @@ private:
     void requireFreeName(const ast::Batch& batch, const ast::ObjectName& name);
 
     void registerFunctions();
+    [[nodiscard]] std::unique_ptr<RowSource> openRows(std::string_view kind, std::string_view text,
+                                                      std::span<sqlite3_value* const> arguments);
     [[nodiscard]] BinderInput binderInput(const ast::Batch& batch, const Environment& environment) const;
 
     SqliteDatabase& database_;
@@ -135,6 +138,7 @@ private:
     FunctionCaller* functions_ = nullptr;
     const Environment* running_ = nullptr;  // of the SELECT that assigns variables
     std::vector<std::string> savepoints_;   // names of SAVE TRANSACTION
+    StatementPool applied_;                 // statements of APPLY
     SqliteStatement savepoint_, release_, rollbackTo_, beginImmediate_, commit_, rollback_;
 };
 

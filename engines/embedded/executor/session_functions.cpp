@@ -1,8 +1,10 @@
 // The functions of generated statements that need the session: identity numbers, look-ups in the catalog, and the
 // guards of subqueries and row limits.
+#include <cmath>
 #include <random>
 
 #include "engines/embedded/catalog/object_name.h"
+#include "engines/embedded/catalog/system_view.h"
 #include "engines/embedded/executor/executor.h"
 #include "engines/embedded/executor/identity_run.h"
 #include "engines/embedded/runtime/function_support.h"
@@ -34,7 +36,19 @@ void addOwned(SqliteDatabase& database, const char* name, int count, Owner* owne
 
 }  // namespace
 
+std::unique_ptr<RowSource> Executor::openRows(std::string_view kind, std::string_view text,
+                                              std::span<sqlite3_value* const> arguments) {
+    if (kind == "apply") return std::make_unique<QueryRows>(applied_, std::string(text), arguments);
+    if (kind == "function") return std::make_unique<StoredRows>(functions_->callTable(text, arguments));
+    catalog_.refresh();
+    return std::make_unique<StoredRows>(systemRows(text, catalog_, database_));
+}
+
 void Executor::registerFunctions() {
+    addRowSources(database_,
+                  [this](std::string_view kind, std::string_view text, std::span<sqlite3_value* const> arguments) {
+                      return openRows(kind, text, arguments);
+                  });
     addOwned(database_, "t_identity", 0, this, [](sqlite3_context* context, int, sqlite3_value**) {
         auto* self = static_cast<Executor*>(sqlite3_user_data(context));
         guarded(context, self->database_, [&] {
@@ -59,6 +73,16 @@ void Executor::registerFunctions() {
             if (const auto id = self->catalog_.objectId(objectPart(call.text(0)), call.text(1))) {
                 sqlite3_result_int64(context, *id);
             }
+        });
+    });
+    addOwned(database_, "t_object_name", 1, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {
+        auto* self = static_cast<Executor*>(sqlite3_user_data(context));
+        const Call call(context, count, arguments);
+        if (call.isNull(0)) return;
+        guarded(context, self->database_, [&] {
+            self->catalog_.refresh();
+            const std::string name = objectName(call.integer(0), self->catalog_, self->database_);
+            if (!name.empty()) returnValue(context, name);
         });
     });
     addOwned(database_, "t_col_length", 2, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {
@@ -122,6 +146,20 @@ void Executor::registerFunctions() {
             call.resultArgument(0);
         },
         NullRule::Pass);
+    // The depth of a row that a row of that depth leads to.
+    addFunction(database_, "t_depth", 2, [](Call& call) {
+        if (call.integer(0) >= call.integer(1)) {
+            throwSqlError(530, "The statement terminated. The maximum recursion " + std::to_string(call.integer(1)) +
+                                   " has been exhausted before statement completion.");
+        }
+        call.result(call.integer(0) + 1);
+    });
+    // The rows that so many percent of a number of rows are.
+    addFunction(database_, "t_percent", 2, [](Call& call) {
+        const double percent = call.real(1);
+        if (percent < 0 || percent > 100) throwSqlError(1031, "Percent values must be between 0 and 100.");
+        call.result(static_cast<std::int64_t>(std::ceil(static_cast<double>(call.integer(0)) * percent / 100)));
+    });
     addFunction(
         database_, "t_limit", 1,
         [](Call& call) {

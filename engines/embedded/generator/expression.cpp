@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 
 #include "engines/embedded/catalog/catalog.h"
@@ -59,6 +60,24 @@ void SqlWriter::constant(const BoundExpression& expression) {
     *this << std::visit(Visitor{}, expression.value);
 }
 
+bool SqlWriter::lift(const BoundExpression& expression) {
+    const bool column = expression.kind == BoundKind::Column &&
+                        std::find(outer_->begin(), outer_->end(), expression.table) != outer_->end();
+    if (!column && expression.kind != BoundKind::Slot) return false;
+    const auto same = [&](const BoundExpression* other) {
+        if (other->kind != expression.kind) return false;
+        return column ? other->table == expression.table && other->name == expression.name
+                      : sameSlot(other->slot, expression.slot);
+    };
+    const auto found = std::find_if(lifted_.begin(), lifted_.end(), same);
+    const auto number = static_cast<std::size_t>(found - lifted_.begin()) + 1;
+    if (found == lifted_.end()) lifted_.push_back(&expression);
+    // A parameter brings no collation along.
+    *this << (isText(expression) ? "(?" : "?") << std::to_string(number)
+          << (isText(expression) ? " COLLATE TSQL)" : "");
+    return true;
+}
+
 void SqlWriter::slot(const Slot& slot) {
     std::size_t number = 0;
     while (number < slots_.size() && !sameSlot(slots_[number], slot))
@@ -80,6 +99,7 @@ void SqlWriter::list(const std::vector<BoundPtr>& expressions) {
 }
 
 void SqlWriter::expression(const BoundExpression& expression) {
+    if (outer_ != nullptr && lift(expression)) return;
     switch (expression.kind) {
         case BoundKind::Constant:
             return constant(expression);

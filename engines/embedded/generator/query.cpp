@@ -1,5 +1,9 @@
+#include <algorithm>
+
 #include "engines/embedded/catalog/catalog.h"
+#include "engines/embedded/executor/row_source.h"
 #include "engines/embedded/generator/sql_writer.h"
+#include "engines/embedded/runtime/sql_error.h"
 
 namespace basalt::embedded {
 
@@ -9,6 +13,7 @@ void SqlWriter::with(const std::vector<BoundCommonTable>& tables) {
     *this << "WITH RECURSIVE ";
     for (std::size_t i = 0; i < tables.size(); ++i) {
         if (i > 0) *this << ", ";
+        commonTables_.push_back(tables[i].name);
         *this << tables[i].name << "(";
         for (std::size_t c = 0; c < tables[i].query->columns.size(); ++c)
             *this << (c == 0 ? "c" : ", c") << std::to_string(c + 1);
@@ -21,6 +26,7 @@ void SqlWriter::with(const std::vector<BoundCommonTable>& tables) {
 
 void SqlWriter::query(const BoundQuery& query) {
     with(query.with);
+    if (query.withTies) return queryWithTies(query);
     body(*query.body);
     for (std::size_t i = 0; i < query.orderBy.size(); ++i) {
         *this << (i == 0 ? " ORDER BY " : ", ");
@@ -32,7 +38,13 @@ void SqlWriter::query(const BoundQuery& query) {
         }
         if (order.descending) *this << " DESC";
     }
-    if (query.limit != nullptr) {
+    if (query.limit != nullptr && query.percent) {
+        *this << " LIMIT (SELECT t_percent(count(*), ";
+        expression(*query.limit);
+        *this << ") FROM (";
+        body(*query.body);
+        *this << "))";
+    } else if (query.limit != nullptr) {
         *this << " LIMIT ";
         expression(*query.limit);
     } else if (query.offset != nullptr) {
@@ -63,12 +75,37 @@ void SqlWriter::body(const BoundBody& body) {
     *this << ")";
 }
 
-void SqlWriter::select(const BoundSelect& select) {
+// The rows that come before or with the last one by their rank.
+void SqlWriter::queryWithTies(const BoundQuery& query) {
+    const std::size_t count = query.body->select->items.size();
+    *this << "SELECT ";
+    for (std::size_t i = 1; i <= count; ++i)
+        *this << (i == 1 ? "c" : ", c") << std::to_string(i);
+    *this << " FROM (SELECT *, rank() OVER (ORDER BY ";
+    for (std::size_t i = 0; i < query.orderBy.size(); ++i) {
+        const std::size_t position = query.orderBy[i].position;
+        *this << (i == 0 ? "" : ", ") << (position != 0 ? "c" : "k") << std::to_string(position != 0 ? position : i + 1)
+              << (query.orderBy[i].descending ? " DESC" : "");
+    }
+    *this << ") AS r FROM (";
+    select(*query.body->select, query.orderBy);
+    *this << ")) WHERE r <= ";
+    expression(*query.limit);
+    *this << " ORDER BY r";
+}
+
+void SqlWriter::select(const BoundSelect& select, const std::vector<BoundOrdering>& more) {
     *this << (select.distinct ? "SELECT DISTINCT " : "SELECT ");
     for (std::size_t i = 0; i < select.items.size(); ++i) {
         if (i > 0) *this << ", ";
         collated(*select.items[i].expression);
         *this << " AS c" << std::to_string(i + 1);
+    }
+    for (std::size_t i = 0; i < more.size(); ++i) {
+        if (more[i].expression == nullptr) continue;
+        *this << ", ";
+        collated(*more[i].expression);
+        *this << " AS k" << std::to_string(i + 1);
     }
     if (select.from != nullptr) {
         *this << " FROM ";
@@ -92,6 +129,10 @@ void SqlWriter::source(const BoundSource& source) {
     switch (source.kind) {
         case SourceKind::Table:
         case SourceKind::CommonTable:
+            if (outer_ != nullptr && source.kind == SourceKind::CommonTable &&
+                std::find(commonTables_.begin(), commonTables_.end(), source.table) == commonTables_.end()) {
+                throwSqlError(40517, "A common table expression cannot be used inside of APPLY in this database.");
+            }
             *this << source.table << " AS " << source.alias;
             return;
         case SourceKind::Query:
@@ -108,6 +149,8 @@ void SqlWriter::source(const BoundSource& source) {
             }
             *this << ") AS " << source.alias;
             return;
+        case SourceKind::Rows:
+            return rowSource(source);
         case SourceKind::Join: {
             this->source(*source.left);
             // SQLite's CROSS JOIN would forbid the planner to choose the order of the tables.
@@ -123,6 +166,28 @@ void SqlWriter::source(const BoundSource& source) {
             return;
         }
     }
+}
+
+void SqlWriter::rowSource(const BoundSource& source) {
+    SqlWriter inner;
+    std::string text = source.table;
+    if (source.query != nullptr) {
+        inner.outer_ = &source.outer;
+        inner.query(*source.query);
+        text = inner.sql_;
+        if (inner.lifted_.size() > kMostRowArguments)
+            throwSqlError(40517, "This APPLY takes more values from outside than this database supports.");
+    }
+    *this << "t_rows(" << sqlText(source.rowKind) << ", " << sqlText(text);
+    for (const BoundPtr& argument : source.arguments) {
+        *this << ", ";
+        expression(*argument);
+    }
+    for (const BoundExpression* lifted : inner.lifted_) {
+        *this << ", ";
+        expression(*lifted);
+    }
+    *this << ") AS " << source.alias;
 }
 
 void SqlWriter::returning(const std::vector<BoundItem>& items) {

@@ -44,9 +44,15 @@ private:
 
     void with(const std::vector<BoundCommonTable>& tables);
     void body(const BoundBody& body);
-    void select(const BoundSelect& select);
+    // `more` are written behind the items, as k1, k2, ...
+    void select(const BoundSelect& select, const std::vector<BoundOrdering>& more = {});
+    void queryWithTies(const BoundQuery& query);
     void source(const BoundSource& source);
     void returning(const std::vector<BoundItem>& items);
+
+    void rowSource(const BoundSource& source);
+    // In the query of an APPLY: what comes from outside of it becomes a parameter. True when it was such a thing.
+    bool lift(const BoundExpression& expression);
 
     SqlWriter& operator<<(std::string_view text) {
         sql_ += text;
@@ -55,6 +61,9 @@ private:
 
     std::string sql_;
     std::vector<Slot> slots_;
+    const std::vector<std::string>* outer_ = nullptr;  // aliases from outside, in the query of an APPLY
+    std::vector<const BoundExpression*> lifted_;       // in the order of the parameters
+    std::vector<std::string> commonTables_;            // written so far
 };
 
 }  // namespace basalt::embedded

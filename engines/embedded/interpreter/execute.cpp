@@ -158,6 +158,27 @@ private:
     Activation& activation_;
 };
 
+namespace {
+
+// A procedure has to leave as many transactions open as it has found.
+class TransactionCount {
+public:
+    explicit TransactionCount(Executor& executor) : state_(executor.state()), before_(state_.tranCount) {}
+    void check() const {
+        if (state_.tranCount == before_) return;
+        throwSqlError(266,
+                      "Transaction count after EXECUTE indicates a mismatching number of BEGIN and COMMIT statements. "
+                      "Previous count = " +
+                          std::to_string(before_) + ", current count = " + std::to_string(state_.tranCount) + ".");
+    }
+
+private:
+    const SessionState& state_;
+    std::int64_t before_;
+};
+
+}  // namespace
+
 std::shared_ptr<Program> Interpreter::findModule(std::string_view name, ModuleKind kind) {
     const Module* module = catalog_.module(name);
     if (module == nullptr || module->kind != kind) return nullptr;
@@ -346,7 +367,11 @@ Interpreter::CallOutcome Interpreter::callProgram(Program& program, std::span<co
                           .procedure = program.name(),
                           .depth = run.depth()};
     const TemporaryTables temporaryTables(*this, activation);
-    runList(activation, program.body());
+    {
+        const TransactionCount count(executor_);
+        runList(activation, program.body());
+        count.check();
+    }
     CallOutcome outcome;
     outcome.returnValue = activation.returnValue;
     for (std::size_t i = 0; i < program.parameters().size(); ++i)
@@ -374,7 +399,9 @@ void Interpreter::runText(std::string_view text, BatchResult& into) {
                           .procedure = "EXEC",
                           .depth = run.depth()};
     const TemporaryTables temporaryTables(*this, activation);
+    const TransactionCount count(executor_);
     runList(activation, program->body());
+    count.check();
 }
 
 std::int64_t Interpreter::executeSql(Activation& activation, std::vector<PassedArgument> arguments) {
@@ -408,6 +435,15 @@ std::int64_t Interpreter::executeSql(Activation& activation, std::vector<PassedA
         texts_.emplace(key, program);
     }
     const std::span<const PassedArgument> values = std::span(arguments).subspan(2);
+    for (const ast::ParameterDefinition& parameter : program->parameters()) {
+        const auto position = static_cast<std::size_t>(&parameter - program->parameters().data());
+        const bool named = std::ranges::any_of(
+            values, [&](const PassedArgument& value) { return sameName(value.name, parameter.name); });
+        const bool placed = position < values.size() && values[position].name.empty();
+        if (named || placed || parameter.defaultValue != nullptr) continue;
+        throwSqlError(8178, "The parameterized query '(" + declarations + ")" + statement +
+                                "' expects the parameter '" + parameter.name + "', which was not supplied.");
+    }
     const CallOutcome outcome = callProgram(*program, values, *activation.into);
     returnOutputs(activation, *program, values, outcome);
     return outcome.returnValue;

@@ -23,6 +23,7 @@ constexpr int kNowhere = 0;
 bool endsStatementOnly(int number) {
     constexpr std::array kNumbers = {
         201,   // a parameter was not supplied
+        266,   // transactions left open by a procedure, or closed
         220,   // arithmetic overflow for a small integer type
         512,   // a subquery with more than one row
         515,   // NULL into a column that takes none
@@ -41,6 +42,7 @@ bool endsStatementOnly(int number) {
         8146,  // arguments for a procedure without parameters
         8152,  // a text too long for its column
         8162,  // an output asked of a parameter that is none
+        8178,  // a parameter of a text was not supplied
     };
     return std::ranges::find(kNumbers, number) != kNumbers.end();
 }

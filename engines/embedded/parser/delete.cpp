@@ -22,7 +22,7 @@ StatementPtr parseDelete(TokenCursor& cursor, With with) {
         if (cursor.at(Keyword::Current)) cursor.unsupportedHere("CURRENT OF");
         statement->where = parseCondition(cursor);
     }
-    skipQueryHints(cursor);
+    static_cast<void>(parseQueryHints(cursor));
     return finish(cursor, std::move(statement), start);
 }
 

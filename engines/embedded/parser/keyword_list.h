@@ -153,7 +153,7 @@
     RESERVED(Pivot, "PIVOT") \
     RESERVED(Plan, "PLAN") \
     PLAIN(Preceding, "PRECEDING") \
-    RESERVED(Precision, "PRECISION") \
+    PLAIN(Precision, "PRECISION") \
     RESERVED(Primary, "PRIMARY") \
     RESERVED(Print, "PRINT") \
     RESERVED(Proc, "PROC") \

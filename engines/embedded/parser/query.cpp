@@ -10,6 +10,8 @@ using namespace ast;
 
 namespace {
 
+constexpr int kHighestMaxRecursion = 32767;
+
 QueryBodyPtr parseBody(TokenCursor& cursor, QueryBodyPtr first);
 
 // SELECT ..., or a body in parentheses.
@@ -106,7 +108,7 @@ void parseTail(TokenCursor& cursor, QueryExpression& query) {
         }
     }
     if (cursor.at(Keyword::For)) query.forXml = parseForXml(cursor);
-    skipQueryHints(cursor);
+    query.maxRecursion = parseQueryHints(cursor);
 }
 
 }  // namespace
@@ -169,17 +171,31 @@ std::vector<Identifier> parseNameList(TokenCursor& cursor) {
     return names;
 }
 
-void skipQueryHints(TokenCursor& cursor) {
-    if (!cursor.accept(Keyword::Option)) return;
+std::optional<int> parseQueryHints(TokenCursor& cursor) {
+    std::optional<int> maxRecursion;
+    if (!cursor.accept(Keyword::Option)) return maxRecursion;
     cursor.expect(TokenKind::LeftParenthesis);
     int open = 1;
     while (open > 0) {
         if (cursor.atEnd()) cursor.failHere();
+        if (cursor.acceptWord("MAXRECURSION")) {
+            const SourceRange place = cursor.peek().range;
+            maxRecursion = cursor.fixedInteger();
+            if (*maxRecursion > kHighestMaxRecursion) {
+                cursor.fail(310,
+                            "The value " + std::to_string(*maxRecursion) +
+                                " specified for the MAXRECURSION option exceeds the allowed maximum of " +
+                                std::to_string(kHighestMaxRecursion) + ".",
+                            place);
+            }
+            continue;
+        }
         const Token& token = cursor.next();
         if (token.kind == TokenKind::LeftParenthesis) ++open;
         if (token.kind == TokenKind::RightParenthesis) --open;
         if (token.kind == TokenKind::Literal) cursor.literals().fix(token.literal);
     }
+    return maxRecursion;
 }
 
 }  // namespace basalt::embedded

@@ -33,7 +33,8 @@ std::vector<ast::CommonTableExpression> parseWith(TokenCursor& cursor);
 // (a, b, c), the parentheses included.
 std::vector<ast::Identifier> parseNameList(TokenCursor& cursor);
 // OPTION (...): hints for a planner that this engine does not have; read and left out.
-void skipQueryHints(TokenCursor& cursor);
+// Reads OPTION (...): the number of MAXRECURSION, when it is there. Other hints are for a planner that is not here.
+std::optional<int> parseQueryHints(TokenCursor& cursor);
 // =, +=, -= and so on, when one is there.
 std::optional<ast::AssignmentOperator> acceptAssignment(TokenCursor& cursor);
 // The name after an expression or a table, when there is one, with or without AS.

@@ -62,7 +62,7 @@ StatementPtr parseUpdate(TokenCursor& cursor, With with) {
         if (cursor.at(Keyword::Current)) cursor.unsupportedHere("CURRENT OF");
         update->where = parseCondition(cursor);
     }
-    skipQueryHints(cursor);
+    static_cast<void>(parseQueryHints(cursor));
     return finish(cursor, std::move(update), start);
 }
 

@@ -274,6 +274,7 @@ void write(Writer& writer, const QueryExpression& query) {
         }
     }
     if (query.forXml) write(writer, *query.forXml);
+    if (query.maxRecursion) writer << " OPTION (MAXRECURSION " << std::to_string(*query.maxRecursion) << ")";
 }
 
 }  // namespace basalt::embedded

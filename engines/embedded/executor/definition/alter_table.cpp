@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "ado/names.h"
+#include "engines/embedded/executor/constraint_error.h"
 #include "engines/embedded/executor/definition/schema_reader.h"
 #include "engines/embedded/executor/definition/table_design.h"
 #include "engines/embedded/executor/executor.h"
@@ -100,6 +101,81 @@ bool exists(SqliteDatabase& database, const Table& table, const std::string& ind
     return find.step();
 }
 
+// While it lives, references are not looked at: rows that refer to the table miss it for a moment only, and must not
+// follow it.
+class References {
+public:
+    explicit References(SqliteDatabase& database) : database_(database) { enable(false); }
+    References(const References&) = delete;
+    References& operator=(const References&) = delete;
+    ~References() { enable(true); }
+
+    // Throws when the rows of the table, or those that refer to it, refer to nothing now.
+    void check(const Table& table, Catalog& catalog) const {
+        if (table.temporary) return;
+        checkOne(table.name, catalog);
+        for (const std::string& name : catalog.tableNames()) {
+            const Table* other = catalog.table(name);
+            if (other == nullptr || sameName(name, table.name)) continue;
+            for (const ForeignKey& key : other->foreignKeys) {
+                if (!sameName(key.referencedTable, table.name)) continue;
+                checkOne(name, catalog);
+                break;
+            }
+        }
+    }
+
+private:
+    void enable(bool on) const {
+        sqlite3_db_config(database_.handle(), SQLITE_DBCONFIG_ENABLE_FKEY, on ? 1 : 0, nullptr);
+    }
+
+    void checkOne(const std::string& name, Catalog& catalog) const {
+        const Table& table = catalog.requireTable(name);
+        SqliteStatement list;
+        try {
+            list = database_.prepare("PRAGMA main.foreign_key_check(" + sqlQuoted(name) + ")");
+        } catch (const DatabaseError&) {
+            // There is no key any more that the reference could mean.
+            throwSqlError(3725, "The key of the table is being referenced by table '" + table.name +
+                                    "', foreign key constraint '" +
+                                    (table.foreignKeys.empty() ? std::string() : table.foreignKeys.front().name) +
+                                    "'.");
+        }
+        if (!list.step()) return;
+        const auto number = static_cast<std::size_t>(list.integerAt(3));
+        const std::string key = number < table.foreignKeys.size() ? table.foreignKeys[number].name : std::string();
+        throwSqlError(error::kConstraintConflict,
+                      "The ALTER TABLE statement conflicted with the FOREIGN KEY constraint \"" + key +
+                          "\". The conflict occurred in database \"basalt\", table \"dbo." + list.textAt(2) + "\".");
+    }
+
+    SqliteDatabase& database_;
+};
+
+// Takes the rows over; what they break is said as ALTER TABLE says it.
+void fill(const std::string& table, const std::string& sql, SqliteDatabase& database, Catalog& catalog) {
+    SqliteStatement insert = database.prepare(sql);
+    const int code = sqlite3_step(insert.handle());
+    if (code == SQLITE_DONE) return;
+    if ((code & 0xFF) != SQLITE_CONSTRAINT) throw database.failure(code);
+    Plan plan;
+    plan.kind = PlanKind::Update;
+    plan.table = table;
+    const DatabaseError error = constraintError(database, catalog, plan, code);
+    std::string message = error.what();
+    if (error.nativeCode() == error::kDuplicateKey) {
+        const std::size_t begin = message.find('\'') + 1;
+        throwSqlError(1505,
+                      "The CREATE UNIQUE INDEX statement terminated because a duplicate key was found for the object "
+                      "name 'dbo." +
+                          table + "' and the index name '" + message.substr(begin, message.find('\'', begin) - begin) +
+                          "'.");
+    }
+    if (error.nativeCode() == error::kConstraintConflict) message.replace(0, 10, "The ALTER TABLE");
+    throwSqlError(error.nativeCode(), message);
+}
+
 void rebuild(const Table& before, const TableDesign& after, SqliteDatabase& database, Catalog& catalog) {
     const std::vector<StoredIndex> indexes = indexesOf(before, database);
     std::string columns;
@@ -110,32 +186,22 @@ void rebuild(const Table& before, const TableDesign& after, SqliteDatabase& data
         columns += (columns.empty() ? "" : ", ") + sqlQuoted(column.name);
         values += (values.empty() ? "" : ", ") + valueFor(column, before, binder);
     }
-    // Rows that refer to this table miss it for a moment only.
-    database.execute("PRAGMA defer_foreign_keys = ON");
+    const References references(database);
     database.execute(("CREATE TEMP TABLE basalt_rebuild AS SELECT * FROM " + before.sqlName()).c_str());
     database.execute(("DROP TABLE " + before.sqlName()).c_str());
     TableDesign::forget(before.name, before.temporary, database);
     after.create(database, catalog);
-    database.execute(
-        ("INSERT INTO " + before.sqlName() + "(" + columns + ") SELECT " + values + " FROM temp.basalt_rebuild")
-            .c_str());
+    catalog.invalidate();
+    fill(before.name,
+         "INSERT INTO " + before.sqlName() + "(" + columns + ") SELECT " + values + " FROM temp.basalt_rebuild",
+         database, catalog);
     database.execute("DROP TABLE temp.basalt_rebuild");
     for (const StoredIndex& index : indexes) {
         if (!exists(database, before, index.name)) database.execute(index.sql.c_str());
         if (!index.condition.empty()) keepIndexCondition(database, before, index.name, index.condition);
     }
-}
-
-// Whether other tables follow a deletion here: dropping the old table inside a transaction would set that off.
-bool hasFollowers(SqliteDatabase& database, Catalog& catalog, const Table& table) {
-    for (const std::string& name : catalog.tableNames()) {
-        SqliteStatement list =
-            database.prepare("SELECT \"table\", on_delete FROM pragma_foreign_key_list(" + sqlText(name) + ")");
-        while (list.step()) {
-            if (sameName(list.textAt(0), table.name) && list.textAt(1) != "NO ACTION") return true;
-        }
-    }
-    return false;
+    catalog.invalidate();
+    references.check(before, catalog);
 }
 
 }  // namespace
@@ -219,10 +285,6 @@ void Executor::alterTable(const ast::Batch& batch, const ast::AlterTableStatemen
             return;  // constraints are always on
         case Action::DisableConstraints:
             throwUnsupported("NOCHECK CONSTRAINT", batch.text, statement.range);
-    }
-    if (hasFollowers(database_, catalog_, table)) {
-        throwUnsupported("ALTER TABLE on a table that others refer to with ON DELETE CASCADE or SET NULL", batch.text,
-                         statement.name.range);
     }
     rebuild(table, design, database_, catalog_);
 }

@@ -1,0 +1,519 @@
+#include "engines/embedded/catalog/system_view.h"
+
+#include <algorithm>
+
+#include "ado/names.h"
+#include "engines/embedded/ast/definition_statement.h"
+#include "engines/embedded/catalog/data_type.h"
+#include "engines/embedded/parser/parser.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+using Rows = std::vector<std::vector<Value>>;
+
+SqlType integer() {
+    return SqlType::of(TypeKind::Int);
+}
+SqlType bit() {
+    return SqlType::of(TypeKind::Bit);
+}
+SqlType name() {
+    return SqlType::text(TypeKind::NVarChar, 128);
+}
+SqlType shortText() {
+    return SqlType::text(TypeKind::NVarChar, 60);
+}
+SqlType kindText() {
+    return SqlType::text(TypeKind::Char, 2);
+}
+
+struct TypeNumber {
+    TypeKind kind;
+    int number;
+    int bytes;
+    int precision;
+};
+
+// What SQL Server numbers its types by, and what it says of their size.
+constexpr TypeNumber kTypes[] = {
+    {TypeKind::UniqueIdentifier, 36, 16, 0},
+    {TypeKind::Date, 40, 3, 10},
+    {TypeKind::Time, 41, 5, 16},
+    {TypeKind::DateTime2, 42, 8, 27},
+    {TypeKind::TinyInt, 48, 1, 3},
+    {TypeKind::SmallInt, 52, 2, 5},
+    {TypeKind::Int, 56, 4, 10},
+    {TypeKind::SmallDateTime, 58, 4, 16},
+    {TypeKind::Real, 59, 4, 24},
+    {TypeKind::Money, 60, 8, 19},
+    {TypeKind::DateTime, 61, 8, 23},
+    {TypeKind::Float, 62, 8, 53},
+    {TypeKind::Bit, 104, 1, 1},
+    {TypeKind::Decimal, 106, 17, 38},
+    {TypeKind::SmallMoney, 122, 4, 10},
+    {TypeKind::BigInt, 127, 8, 19},
+    {TypeKind::VarBinary, 165, 0, 0},
+    {TypeKind::VarChar, 167, 0, 0},
+    {TypeKind::Binary, 173, 0, 0},
+    {TypeKind::Char, 175, 0, 0},
+    {TypeKind::NVarChar, 231, 0, 0},
+    {TypeKind::NChar, 239, 0, 0},
+};
+
+const TypeNumber& numberOf(const SqlType& type) {
+    return *std::find_if(std::begin(kTypes), std::end(kTypes),
+                         [&](const TypeNumber& each) { return each.kind == type.kind; });
+}
+
+int bytesOf(const SqlType& type) {
+    if (type.kind == TypeKind::Decimal)
+        return type.precision <= 9 ? 5 : type.precision <= 19 ? 9 : type.precision <= 28 ? 13 : 17;
+    if (!type.isText() && !type.isBinary()) return numberOf(type).bytes;
+    if (type.kind == TypeKind::UniqueIdentifier) return 16;
+    if (type.length == kMaxLength) return -1;
+    return type.isUnicode() ? type.length * 2 : type.length;
+}
+
+int precisionOf(const SqlType& type) {
+    return type.kind == TypeKind::Decimal ? type.precision : numberOf(type).precision;
+}
+
+Value number(std::int64_t value) {
+    return value;
+}
+Value text(std::string_view value) {
+    return std::string(value);
+}
+
+std::vector<Table> tablesOf(Catalog& catalog) {
+    std::vector<Table> tables;
+    for (const std::string& each : catalog.tableNames()) {
+        if (const Table* table = catalog.table(each)) tables.push_back(*table);
+    }
+    return tables;
+}
+
+std::vector<Module> modulesOf(Catalog& catalog, SqliteDatabase& database) {
+    std::vector<std::string> names;
+    SqliteStatement list = database.prepare("SELECT shown_name FROM main.basalt_module ORDER BY name");
+    while (list.step())
+        names.push_back(list.textAt(0));
+    std::vector<Module> modules;
+    for (const std::string& each : names) {
+        if (const Module* module = catalog.module(each)) modules.push_back(*module);
+    }
+    return modules;
+}
+
+struct Kind {
+    const char* code;
+    const char* description;
+};
+
+Kind kindOf(const Module& module) {
+    if (module.kind == ModuleKind::View) return {"V ", "VIEW"};
+    if (module.kind == ModuleKind::Procedure) return {"P ", "SQL_STORED_PROCEDURE"};
+    const ast::Batch batch = parse(module.text);
+    using Returns = ast::CreateFunctionStatement::Returns;
+    const auto* function = ast::tryAs<ast::CreateFunctionStatement>(batch.statements.front().get());
+    if (function != nullptr && function->returns == Returns::InlineTable)
+        return {"IF", "SQL_INLINE_TABLE_VALUED_FUNCTION"};
+    if (function != nullptr && function->returns == Returns::TableVariable) return {"TF", "SQL_TABLE_VALUED_FUNCTION"};
+    return {"FN", "SQL_SCALAR_FUNCTION"};
+}
+
+Kind constraintKind(std::string_view code) {
+    if (code == "PK") return {"PK", "PRIMARY_KEY_CONSTRAINT"};
+    if (code == "UQ") return {"UQ", "UNIQUE_CONSTRAINT"};
+    if (code == "F") return {"F ", "FOREIGN_KEY_CONSTRAINT"};
+    return {"C ", "CHECK_CONSTRAINT"};
+}
+
+// One object: name, number, number of what it belongs to, kind.
+struct Object {
+    std::string name;
+    std::string parent;
+    Kind kind;
+};
+
+std::vector<Object> objectsOf(Catalog& catalog, SqliteDatabase& database) {
+    std::vector<Object> objects;
+    for (const Table& table : tablesOf(catalog))
+        objects.push_back({table.name, {}, {"U ", "USER_TABLE"}});
+    for (const Module& module : modulesOf(catalog, database))
+        objects.push_back({module.name, {}, kindOf(module)});
+    SqliteStatement constraints =
+        database.prepare("SELECT name, table_name, kind FROM main.basalt_constraint ORDER BY name");
+    while (constraints.step())
+        objects.push_back({constraints.textAt(0), constraints.textAt(1), constraintKind(constraints.textAt(2))});
+    SqliteStatement defaults = database.prepare(
+        "SELECT name, table_name FROM main.basalt_default WHERE kind = 'D' AND name <> '' ORDER BY name");
+    while (defaults.step())
+        objects.push_back({defaults.textAt(0), defaults.textAt(1), {"D ", "DEFAULT_CONSTRAINT"}});
+    return objects;
+}
+
+const std::vector<SystemColumn> kObjectColumns = {
+    {"name", name()},     {"object_id", integer()},   {"schema_id", integer()}, {"parent_object_id", integer()},
+    {"type", kindText()}, {"type_desc", shortText()}, {"is_ms_shipped", bit()},
+};
+
+Rows objectRows(Catalog& catalog, SqliteDatabase& database, std::initializer_list<std::string_view> kinds) {
+    Rows rows;
+    for (const Object& object : objectsOf(catalog, database)) {
+        if (kinds.size() > 0 && std::find(kinds.begin(), kinds.end(), object.kind.code) == kinds.end()) continue;
+        const std::int64_t parent = object.parent.empty() ? 0 : Catalog::objectNumber(object.parent);
+        rows.push_back({text(object.name), number(Catalog::objectNumber(object.name)), number(1), number(parent),
+                        text(object.kind.code), text(object.kind.description), false});
+    }
+    return rows;
+}
+
+struct ViewColumn {
+    std::string name;
+    SqlType type;
+};
+
+Rows columnRows(Catalog& catalog) {
+    Rows rows;
+    for (const Table& table : tablesOf(catalog)) {
+        for (std::size_t i = 0; i < table.columns.size(); ++i) {
+            const TableColumn& column = table.columns[i];
+            rows.push_back({number(Catalog::objectNumber(table.name)), text(column.name),
+                            number(static_cast<std::int64_t>(i) + 1), number(numberOf(column.type).number),
+                            number(numberOf(column.type).number), number(bytesOf(column.type)),
+                            number(precisionOf(column.type)), number(column.type.scale), column.nullable,
+                            column.identity, column.computed});
+        }
+    }
+    return rows;
+}
+
+Rows typeRows() {
+    Rows rows;
+    for (const TypeNumber& type : kTypes) {
+        const SqlType sample = SqlType::of(type.kind);
+        rows.push_back({text(sample.baseName()), number(type.number), number(type.number), number(4),
+                        number(type.bytes == 0 ? 8000 : type.bytes), number(type.precision), number(sample.scale), true,
+                        false});
+    }
+    return rows;
+}
+
+struct StoredIndex {
+    std::string table, name;
+    bool unique = false, primary = false, constraint = false;
+    std::vector<std::string> columns;
+};
+
+std::vector<StoredIndex> indexesOf(Catalog& catalog, SqliteDatabase& database) {
+    std::vector<StoredIndex> indexes;
+    for (const Table& table : tablesOf(catalog)) {
+        for (const Index& index : table.uniques)
+            indexes.push_back({table.name, index.name, true, index.primary, index.constraint, index.columns});
+        SqliteStatement others = database.prepare("SELECT name FROM pragma_index_list(" + sqlText(table.name) +
+                                                  ", 'main') WHERE NOT \"unique\" ORDER BY name");
+        while (others.step()) {
+            const std::string stored = others.textAt(0);
+            StoredIndex index{table.name, shownIndexName(table.name, stored), false, false, false, {}};
+            SqliteStatement columns =
+                database.prepare("SELECT name FROM pragma_index_info(" + sqlText(stored) + ", 'main') ORDER BY seqno");
+            while (columns.step())
+                index.columns.push_back(columns.textAt(0));
+            indexes.push_back(std::move(index));
+        }
+    }
+    return indexes;
+}
+
+// The number of an index within its table: 1 for the clustered one.
+template <typename Visit>
+void eachIndex(const std::vector<StoredIndex>& indexes, Visit visit) {
+    std::string table;
+    int next = 2;
+    for (const StoredIndex& index : indexes) {
+        if (index.table != table) {
+            table = index.table;
+            next = 2;
+        }
+        visit(index, index.primary ? 1 : next++);
+    }
+}
+
+Rows indexRows(Catalog& catalog, SqliteDatabase& database) {
+    Rows rows;
+    eachIndex(indexesOf(catalog, database), [&](const StoredIndex& index, int ordinal) {
+        rows.push_back({number(Catalog::objectNumber(index.table)), text(index.name), number(ordinal),
+                        number(index.primary ? 1 : 2), text(index.primary ? "CLUSTERED" : "NONCLUSTERED"), index.unique,
+                        index.primary, index.constraint && !index.primary});
+    });
+    return rows;
+}
+
+Rows indexColumnRows(Catalog& catalog, SqliteDatabase& database) {
+    Rows rows;
+    eachIndex(indexesOf(catalog, database), [&](const StoredIndex& index, int ordinal) {
+        const Table* table = catalog.table(index.table);
+        for (std::size_t i = 0; i < index.columns.size(); ++i) {
+            const auto position = static_cast<std::int64_t>(i) + 1;
+            rows.push_back({number(Catalog::objectNumber(index.table)), number(ordinal), number(position),
+                            number(table->find(index.columns[i]) + 1), number(position), false});
+        }
+    });
+    return rows;
+}
+
+Rows parameterRows(Catalog& catalog, SqliteDatabase& database) {
+    Rows rows;
+    for (const Module& module : modulesOf(catalog, database)) {
+        const ast::Batch batch = parse(module.text);
+        const ast::Statement* statement = batch.statements.front().get();
+        const auto* procedure = ast::tryAs<ast::CreateProcedureStatement>(statement);
+        const auto* function = ast::tryAs<ast::CreateFunctionStatement>(statement);
+        if (procedure == nullptr && function == nullptr) continue;
+        const auto add = [&](std::string_view parameter, std::int64_t position, const ast::DataType& written,
+                             bool output, bool hasDefault) {
+            const SqlType type = dataTypeOf(written, batch.text);
+            rows.push_back({number(Catalog::objectNumber(module.name)), text(parameter), number(position),
+                            number(numberOf(type).number), number(numberOf(type).number), number(bytesOf(type)),
+                            number(precisionOf(type)), number(type.scale), output, hasDefault});
+        };
+        if (function != nullptr && function->returns == ast::CreateFunctionStatement::Returns::Scalar)
+            add("", 0, function->type, true, false);
+        const auto& parameters = procedure != nullptr ? procedure->parameters : function->parameters;
+        for (std::size_t i = 0; i < parameters.size(); ++i)
+            add(parameters[i].name, static_cast<std::int64_t>(i) + 1, parameters[i].type, parameters[i].output, false);
+    }
+    return rows;
+}
+
+Rows foreignKeyRows(Catalog& catalog, SqliteDatabase& database) {
+    Rows rows;
+    for (const Table& table : tablesOf(catalog)) {
+        SqliteStatement list =
+            database.prepare("SELECT id, \"table\", on_delete, on_update FROM pragma_foreign_key_list(" +
+                             sqlText(table.name) + ", 'main') WHERE seq = 0 ORDER BY id");
+        for (std::size_t i = 0; list.step() && i < table.foreignKeys.size(); ++i) {
+            const auto action = [](const std::string& name) {
+                return name == "CASCADE" ? 1 : name == "SET NULL" ? 2 : name == "SET DEFAULT" ? 3 : 0;
+            };
+            const std::string& key = table.foreignKeys[i].name;
+            rows.push_back({text(key), number(Catalog::objectNumber(key)), number(1),
+                            number(Catalog::objectNumber(table.name)), text("F "), text("FOREIGN_KEY_CONSTRAINT"),
+                            number(Catalog::objectNumber(list.textAt(1))), number(action(list.textAt(2))),
+                            number(action(list.textAt(3))), false});
+        }
+    }
+    return rows;
+}
+
+Rows moduleRows(Catalog& catalog, SqliteDatabase& database) {
+    Rows rows;
+    for (const Module& module : modulesOf(catalog, database))
+        rows.push_back({number(Catalog::objectNumber(module.name)), text(module.text)});
+    return rows;
+}
+
+Rows informationTables(Catalog& catalog, SqliteDatabase& database) {
+    Rows rows;
+    for (const Table& table : tablesOf(catalog))
+        rows.push_back({text("basalt"), text("dbo"), text(table.name), text("BASE TABLE")});
+    for (const Module& module : modulesOf(catalog, database)) {
+        if (module.kind == ModuleKind::View)
+            rows.push_back({text("basalt"), text("dbo"), text(module.name), text("VIEW")});
+    }
+    return rows;
+}
+
+Rows informationColumns(Catalog& catalog) {
+    Rows rows;
+    for (const Table& table : tablesOf(catalog)) {
+        for (std::size_t i = 0; i < table.columns.size(); ++i) {
+            const TableColumn& column = table.columns[i];
+            const SqlType& type = column.type;
+            const bool sized = (type.isText() && type.kind != TypeKind::UniqueIdentifier) || type.isBinary();
+            const bool counted = type.isNumber() && type.kind != TypeKind::Bit;
+            rows.push_back({text("basalt"), text("dbo"), text(table.name), text(column.name),
+                            number(static_cast<std::int64_t>(i) + 1),
+                            column.defaultText.empty() ? Value(Null{}) : text("(" + column.defaultText + ")"),
+                            text(column.nullable ? "YES" : "NO"), text(type.baseName()),
+                            sized ? number(type.length) : Value(Null{}),
+                            counted ? number(precisionOf(type)) : Value(Null{}),
+                            counted && !type.isFloat() ? number(type.scale) : Value(Null{}),
+                            type.isDate() ? number(type.kind == TypeKind::DateTime ? 3 : type.scale) : Value(Null{})});
+        }
+    }
+    return rows;
+}
+
+Rows informationRoutines(Catalog& catalog, SqliteDatabase& database) {
+    Rows rows;
+    for (const Module& module : modulesOf(catalog, database)) {
+        if (module.kind == ModuleKind::View) continue;
+        rows.push_back({text("basalt"), text("dbo"), text(module.name),
+                        text(module.kind == ModuleKind::Procedure ? "PROCEDURE" : "FUNCTION"), text(module.text)});
+    }
+    return rows;
+}
+
+using Provider = Rows (*)(Catalog&, SqliteDatabase&);
+
+struct Entry {
+    SystemView view;
+    Provider rows;
+};
+
+const std::vector<Entry>& entries() {
+    static const std::vector<Entry> list = [] {
+        const SqlType catalogName = name();
+        const SqlType smallest = SqlType::of(TypeKind::TinyInt);
+        const SqlType small = SqlType::of(TypeKind::SmallInt);
+        const SqlType longText = SqlType::text(TypeKind::NVarChar, kMaxLength);
+        std::vector<Entry> made = {
+            {{"sys.objects", kObjectColumns}, [](Catalog& c, SqliteDatabase& d) { return objectRows(c, d, {}); }},
+            {{"sys.tables", kObjectColumns}, [](Catalog& c, SqliteDatabase& d) { return objectRows(c, d, {"U "}); }},
+            {{"sys.views", kObjectColumns}, [](Catalog& c, SqliteDatabase& d) { return objectRows(c, d, {"V "}); }},
+            {{"sys.procedures", kObjectColumns},
+             [](Catalog& c, SqliteDatabase& d) { return objectRows(c, d, {"P "}); }},
+            {{"sys.key_constraints", kObjectColumns},
+             [](Catalog& c, SqliteDatabase& d) {
+                 return objectRows(c, d, {"PK", "UQ"});
+             }},
+            {{"sys.check_constraints", kObjectColumns},
+             [](Catalog& c, SqliteDatabase& d) { return objectRows(c, d, {"C "}); }},
+            {{"sys.default_constraints", kObjectColumns},
+             [](Catalog& c, SqliteDatabase& d) { return objectRows(c, d, {"D "}); }},
+            {{"sys.columns",
+              {{"object_id", integer()},
+               {"name", name()},
+               {"column_id", integer()},
+               {"system_type_id", smallest},
+               {"user_type_id", integer()},
+               {"max_length", small},
+               {"precision", smallest},
+               {"scale", smallest},
+               {"is_nullable", bit()},
+               {"is_identity", bit()},
+               {"is_computed", bit()}}},
+             [](Catalog& c, SqliteDatabase&) { return columnRows(c); }},
+            {{"sys.types",
+              {{"name", name()},
+               {"system_type_id", smallest},
+               {"user_type_id", integer()},
+               {"schema_id", integer()},
+               {"max_length", small},
+               {"precision", smallest},
+               {"scale", smallest},
+               {"is_nullable", bit()},
+               {"is_user_defined", bit()}}},
+             [](Catalog&, SqliteDatabase&) { return typeRows(); }},
+            {{"sys.schemas", {{"name", name()}, {"schema_id", integer()}, {"principal_id", integer()}}},
+             [](Catalog&, SqliteDatabase&) {
+                 return Rows{{text("dbo"), number(1), number(1)}};
+             }},
+            {{"sys.indexes",
+              {{"object_id", integer()},
+               {"name", name()},
+               {"index_id", integer()},
+               {"type", smallest},
+               {"type_desc", shortText()},
+               {"is_unique", bit()},
+               {"is_primary_key", bit()},
+               {"is_unique_constraint", bit()}}},
+             indexRows},
+            {{"sys.index_columns",
+              {{"object_id", integer()},
+               {"index_id", integer()},
+               {"index_column_id", integer()},
+               {"column_id", integer()},
+               {"key_ordinal", smallest},
+               {"is_included_column", bit()}}},
+             indexColumnRows},
+            {{"sys.parameters",
+              {{"object_id", integer()},
+               {"name", name()},
+               {"parameter_id", integer()},
+               {"system_type_id", smallest},
+               {"user_type_id", integer()},
+               {"max_length", small},
+               {"precision", smallest},
+               {"scale", smallest},
+               {"is_output", bit()},
+               {"has_default_value", bit()}}},
+             parameterRows},
+            {{"sys.foreign_keys",
+              {{"name", name()},
+               {"object_id", integer()},
+               {"schema_id", integer()},
+               {"parent_object_id", integer()},
+               {"type", kindText()},
+               {"type_desc", shortText()},
+               {"referenced_object_id", integer()},
+               {"delete_referential_action", smallest},
+               {"update_referential_action", smallest},
+               {"is_disabled", bit()}}},
+             foreignKeyRows},
+            {{"sys.sql_modules", {{"object_id", integer()}, {"definition", longText}}}, moduleRows},
+            {{"INFORMATION_SCHEMA.TABLES",
+              {{"TABLE_CATALOG", catalogName},
+               {"TABLE_SCHEMA", name()},
+               {"TABLE_NAME", name()},
+               {"TABLE_TYPE", SqlType::text(TypeKind::VarChar, 10)}}},
+             informationTables},
+            {{"INFORMATION_SCHEMA.COLUMNS",
+              {{"TABLE_CATALOG", catalogName},
+               {"TABLE_SCHEMA", name()},
+               {"TABLE_NAME", name()},
+               {"COLUMN_NAME", name()},
+               {"ORDINAL_POSITION", integer()},
+               {"COLUMN_DEFAULT", SqlType::text(TypeKind::NVarChar, 4000)},
+               {"IS_NULLABLE", SqlType::text(TypeKind::VarChar, 3)},
+               {"DATA_TYPE", name()},
+               {"CHARACTER_MAXIMUM_LENGTH", integer()},
+               {"NUMERIC_PRECISION", smallest},
+               {"NUMERIC_SCALE", integer()},
+               {"DATETIME_PRECISION", small}}},
+             [](Catalog& c, SqliteDatabase&) { return informationColumns(c); }},
+            {{"INFORMATION_SCHEMA.ROUTINES",
+              {{"ROUTINE_CATALOG", catalogName},
+               {"ROUTINE_SCHEMA", name()},
+               {"ROUTINE_NAME", name()},
+               {"ROUTINE_TYPE", shortText()},
+               {"ROUTINE_DEFINITION", longText}}},
+             informationRoutines},
+        };
+        return made;
+    }();
+    return list;
+}
+
+}  // namespace
+
+const SystemView* systemView(const ast::ObjectName& name) {
+    if (name.parts.size() < 2) return nullptr;
+    const std::string schema = name.schema();
+    if (!sameName(schema, "sys") && !sameName(schema, "INFORMATION_SCHEMA")) return nullptr;
+    const std::string wanted = schema + "." + name.last();
+    for (const Entry& entry : entries()) {
+        if (sameName(entry.view.name, wanted)) return &entry.view;
+    }
+    return nullptr;
+}
+
+Rows systemRows(std::string_view name, Catalog& catalog, SqliteDatabase& database) {
+    for (const Entry& entry : entries()) {
+        if (entry.view.name == name) return entry.rows(catalog, database);
+    }
+    return {};
+}
+
+std::string objectName(std::int64_t number, Catalog& catalog, SqliteDatabase& database) {
+    for (const Object& object : objectsOf(catalog, database)) {
+        if (Catalog::objectNumber(object.name) == number) return object.name;
+    }
+    return {};
+}
+
+}  // namespace basalt::embedded
