@@ -1,0 +1,99 @@
+-- CheckNegativeInventory_SP @NegativeType, @SelectQuery, @Date, @globalID, @StoreTransition,
+--     @NegProductNames OUTPUT, @NegProductCodes OUTPUT
+--
+-- Whether saving a document would drive the stock of a good in a store below zero, at its own moment or at any later one.
+--   @NegativeType     0 forbid, 1 warn, 2 allow: with 2 nothing is looked at
+--   @SelectQuery      a query of the document's lines: Code (good), Anbar (store), Mogodi (signed quantity)
+--   @Date, @globalID  the document's place in the ledger. 0 or null for a new document, which comes last on its day
+--   @StoreTransition  1 for a document that moves goods between stores; its lines name both stores, and each is looked at for
+--                     itself, as with any other document
+-- Returns 1 when some stock would go below zero, else 0. Then @NegProductCodes holds the codes of these goods, by code, with
+-- commas between, and @NegProductNames their names; otherwise both are empty. No rows.
+--
+-- Rule: the rows that the document has in the ledger already, on whatever date, are taken as gone and its lines as entered.
+-- A good is negative when then, after some document of its ledger, its balance in a store is below zero and lower than it is
+-- now. So a good that was below zero before does not hold up a document that leaves it there or improves it, and one that
+-- was taken out of the document is looked at too.
+
+IF OBJECT_ID(N'dbo.CheckNegativeInventory_SP', N'P') IS NOT NULL
+    DROP PROCEDURE dbo.CheckNegativeInventory_SP
+go
+
+CREATE PROCEDURE dbo.CheckNegativeInventory_SP
+    @NegativeType tinyint,
+    @SelectQuery nvarchar(max),
+    @Date nvarchar(10),
+    @globalID int,
+    @StoreTransition bit,
+    @NegProductNames nvarchar(max) OUTPUT,
+    @NegProductCodes nvarchar(max) OUTPUT
+AS
+BEGIN
+    SET NOCOUNT ON
+
+    DECLARE @Insert nvarchar(max), @Place int, @Code int
+
+    SET @NegProductNames = N''
+    SET @NegProductCodes = N''
+    IF @NegativeType = 2
+        RETURN 0
+
+    CREATE TABLE #DocumentLines (Code int NOT NULL, Anbar int NOT NULL, Mogodi decimal(23, 9) NOT NULL)
+    CREATE TABLE #NegativeGoods (Code int NOT NULL PRIMARY KEY, Name nvarchar(150) NOT NULL)
+
+    SET @Insert = N'INSERT INTO #DocumentLines (Code, Anbar, Mogodi) SELECT S.Code, S.Anbar, ISNULL(SUM(S.Mogodi), 0) FROM ('
+        + @SelectQuery + N') AS S GROUP BY S.Code, S.Anbar'
+    EXEC (@Insert)
+
+    SET @Place = CASE WHEN @globalID > 0 THEN @globalID ELSE 2147483647 END
+
+    -- What the ledger has and what it would have, document by document.
+    INSERT INTO #NegativeGoods (Code, Name)
+    SELECT G.Code, G.Name
+    FROM dbo.GoodInf AS G
+    WHERE G.Code IN (
+        SELECT B.Code
+        FROM (
+            SELECT D.Code,
+                SUM(D.Now) OVER (
+                    PARTITION BY D.Code, D.Anbar ORDER BY D.[Date], D.Global_ID ROWS UNBOUNDED PRECEDING) AS Now,
+                SUM(D.Later) OVER (
+                    PARTITION BY D.Code, D.Anbar ORDER BY D.[Date], D.Global_ID ROWS UNBOUNDED PRECEDING) AS Later
+            FROM (
+                SELECT M.Code, M.Anbar, M.[Date], M.Global_ID, SUM(M.Now) AS Now, SUM(M.Later) AS Later
+                FROM (
+                    SELECT K.kala AS Code, K.Anbar, K.[Date], K.Global_ID, K.Tedad AS Now,
+                        CASE WHEN K.Global_ID = @Place THEN 0 ELSE K.Tedad END AS Later
+                    FROM dbo.Kardex AS K
+                    WHERE EXISTS (SELECT 1 FROM #DocumentLines AS L WHERE L.Code = K.kala AND L.Anbar = K.Anbar)
+                        OR EXISTS (
+                            SELECT 1
+                            FROM dbo.Kardex AS O
+                            WHERE O.Global_ID = @Place AND O.kala = K.kala AND O.Anbar = K.Anbar)
+                    UNION ALL
+                    SELECT L.Code, L.Anbar, @Date, @Place, 0, L.Mogodi
+                    FROM #DocumentLines AS L
+                ) AS M
+                GROUP BY M.Code, M.Anbar, M.[Date], M.Global_ID
+            ) AS D
+        ) AS B
+        WHERE B.Later < 0 AND B.Later < B.Now
+    )
+
+    IF NOT EXISTS (SELECT 1 FROM #NegativeGoods)
+        RETURN 0
+
+    SELECT @Code = MIN(Code) FROM #NegativeGoods
+    WHILE @Code IS NOT NULL
+    BEGIN
+        SELECT @NegProductCodes = @NegProductCodes + CASE WHEN @NegProductCodes = N'' THEN N'' ELSE N',' END
+                + CAST(Code AS nvarchar(12)),
+            @NegProductNames = @NegProductNames + CASE WHEN @NegProductNames = N'' THEN N'' ELSE N'، ' END + Name
+        FROM #NegativeGoods
+        WHERE Code = @Code
+
+        SELECT @Code = MIN(Code) FROM #NegativeGoods WHERE Code > @Code
+    END
+    RETURN 1
+END
+go

@@ -1,0 +1,18 @@
+-- OfferSellCost @GoodCode, @PerCode
+--
+-- The sale prices of a good, a row a price level, with the level that the person is offered marked. Columns Code, TypeCode,
+-- Type, Cost, Name, deftitle and their rule: see the procedure OfferCost.
+
+IF OBJECT_ID(N'dbo.OfferSellCost', N'P') IS NOT NULL
+    DROP PROCEDURE dbo.OfferSellCost
+go
+
+CREATE PROCEDURE dbo.OfferSellCost
+    @GoodCode int,
+    @PerCode int
+AS
+BEGIN
+    SET NOCOUNT ON
+    EXEC dbo.OfferCost @GoodCode, @PerCode, NULL, 0
+END
+go
