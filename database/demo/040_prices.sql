@@ -1,6 +1,9 @@
 -- Prices (Rial) and discounts (percent) of the goods. Two goods have none yet, and some levels are not used for some goods.
 
+-- Only for the goods of the file before: a company's own goods have other prices.
 IF NOT EXISTS (SELECT 1 FROM dbo.GoodCostDiscount)
+    AND EXISTS (SELECT 1 FROM dbo.GoodInf WHERE Code = 96 AND Name = N'کیسه زباله رولی بزرگ')
+    AND (SELECT COUNT(*) FROM dbo.GoodInf WHERE Code <= 96) = 96
 BEGIN
     INSERT INTO dbo.GoodCostDiscount (
         GoodCode, CostLevel_Sell_1, CostLevel_Sell_2, CostLevel_Sell_3, CostLevel_Sell_4, CostLevel_Sell_5,

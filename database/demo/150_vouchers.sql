@@ -2,26 +2,24 @@
 -- every third sale. A few are not as they should be: sales 22, 62 and 102 have no voucher, the voucher of sale 43 is gone,
 -- and that of sale 83 says another amount.
 
-INSERT INTO dbo.PersonOperations (PerCode, OperationType, OperationCode, [Date], Amount, SanadCode)
-SELECT K.PerCode, K.OperationType, K.OperationCode, K.[Date], ROUND(-SUM(K.Tedad * K.Fi), 0),
-    CASE WHEN K.OperationType = 1 AND K.OperationCode IN (22, 62, 102) THEN NULL ELSE K.Global_ID END
-FROM dbo.Kardex AS K
-WHERE K.OperationType IN (1, 2) AND K.PerCode IS NOT NULL AND K.Fi IS NOT NULL
-    AND NOT EXISTS (SELECT 1 FROM dbo.PersonOperations)
-GROUP BY K.PerCode, K.OperationType, K.OperationCode, K.[Date], K.Global_ID
-ORDER BY K.Global_ID
-go
-
-INSERT INTO dbo.PersonOperations (PerCode, OperationType, OperationCode, [Date], Amount, SanadCode)
-SELECT S.PerCode, 11, S.OperationCode, S.[Date], -S.Amount, 1000 + S.SanadCode
-FROM dbo.PersonOperations AS S
-WHERE S.OperationType = 1 AND S.OperationCode % 3 = 0 AND S.SanadCode IS NOT NULL
-    AND NOT EXISTS (SELECT 1 FROM dbo.PersonOperations WHERE OperationType = 11)
-ORDER BY S.OperationCode
-go
-
-IF NOT EXISTS (SELECT 1 FROM dbo.Sanad)
+-- Only behind the ledger of the demo company, which numbers its documents as no other does.
+IF NOT EXISTS (SELECT 1 FROM dbo.PersonOperations) AND NOT EXISTS (SELECT 1 FROM dbo.Sanad)
+    AND (SELECT COUNT(*) FROM dbo.Kardex WHERE OperationType IN (1, 2) AND Global_ID = OperationCode + 10) = 540
 BEGIN
+    INSERT INTO dbo.PersonOperations (PerCode, OperationType, OperationCode, [Date], Amount, SanadCode)
+    SELECT K.PerCode, K.OperationType, K.OperationCode, K.[Date], ROUND(-SUM(K.Tedad * K.Fi), 0),
+        CASE WHEN K.OperationType = 1 AND K.OperationCode IN (22, 62, 102) THEN NULL ELSE K.Global_ID END
+    FROM dbo.Kardex AS K
+    WHERE K.OperationType IN (1, 2) AND K.PerCode IS NOT NULL AND K.Fi IS NOT NULL
+    GROUP BY K.PerCode, K.OperationType, K.OperationCode, K.[Date], K.Global_ID
+    ORDER BY K.Global_ID
+
+    INSERT INTO dbo.PersonOperations (PerCode, OperationType, OperationCode, [Date], Amount, SanadCode)
+    SELECT S.PerCode, 11, S.OperationCode, S.[Date], -S.Amount, 1000 + S.SanadCode
+    FROM dbo.PersonOperations AS S
+    WHERE S.OperationType = 1 AND S.OperationCode % 3 = 0 AND S.SanadCode IS NOT NULL
+    ORDER BY S.OperationCode
+
     INSERT INTO dbo.Sanad (Code, [Date], Comment)
     SELECT O.SanadCode, O.[Date], T.Name + N' ' + CAST(O.OperationCode AS nvarchar(10))
     FROM dbo.PersonOperations AS O

@@ -85,7 +85,14 @@ void Executor::selectInto(const ast::Batch& batch, const ast::SelectStatement& s
 
 void Executor::clearTable(const std::string& name) {
     const Table* table = catalog_.table(name);
-    if (table != nullptr) database_.execute(("DELETE FROM " + table->sqlName()).c_str());
+    if (table == nullptr) return;
+    database_.execute(("DELETE FROM " + table->sqlName()).c_str());
+    if (table->identityColumn() == nullptr) return;
+    // Every run has a table of its own, whose numbers begin with the seed.
+    IdentityState state = catalog_.identity(name);
+    if (!state.last) return;
+    state.last.reset();
+    catalog_.setIdentity(name, state);
 }
 
 std::vector<std::vector<Value>> Executor::rowsOf(const std::string& name) {

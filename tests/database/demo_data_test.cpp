@@ -1,0 +1,218 @@
+#include <gmock/gmock.h>
+
+#include <regex>
+
+#include "tests/database/dump.h"
+
+namespace basalt::host {
+namespace {
+
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::MatchesRegex;
+using ::testing::SizeIs;
+
+class DemoCompany : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        session = openDatabase(":memory:");
+        deployDatabase(*session, {.demo = true});
+    }
+    static void TearDownTestSuite() { session.reset(); }
+
+    static std::vector<std::string> rows(const std::string& sql) { return linesOf(*session, sql); }
+
+    static std::unique_ptr<Session> session;
+};
+
+std::unique_ptr<Session> DemoCompany::session;
+
+TEST_F(DemoCompany, isLargeEnoughToLookAt) {
+    EXPECT_THAT(rows("SELECT COUNT(*) FROM dbo.GoodInf UNION ALL SELECT COUNT(*) FROM dbo.PerInf UNION ALL "
+                     "SELECT COUNT(DISTINCT OstanCode) FROM dbo.Zone UNION ALL SELECT COUNT(*) FROM dbo.category"),
+                ElementsAre("300", "60", "31", "62"));
+}
+
+// Every foreign key that stands behind a column in the scripts.
+TEST_F(DemoCompany, keepsItsForeignKeys) {
+    static const std::regex table(R"(CREATE TABLE (dbo\.(?:\w+|\[[^\]]+\])))");
+    static const std::regex key(R"(^        (\w+|\[\w+\]) .*REFERENCES (dbo\.\w+) \((\w+)\))");
+    int keys = 0;
+    for (const database::SqlScript& script : database::scripts()) {
+        std::istringstream text{std::string(script.text)};
+        std::string current;
+        std::smatch match;
+        for (std::string line; std::getline(text, line);) {
+            if (std::regex_search(line, match, table)) current = match[1];
+            if (!std::regex_search(line, match, key)) continue;
+            const std::string column = match[1];
+            const std::string parent = match[2];
+            const std::string parentColumn = match[3];
+            ++keys;
+            EXPECT_THAT(rows("SELECT C." + column + " FROM " + current + " AS C WHERE C." + column +
+                             " IS NOT NULL AND NOT EXISTS (SELECT 1 FROM " + parent + " AS P WHERE P." + parentColumn +
+                             " = C." + column + ")"),
+                        IsEmpty())
+                << current << "." << column;
+        }
+    }
+    EXPECT_EQ(keys, 32);
+}
+
+TEST_F(DemoCompany, hasBarcodesWithRightCheckDigits) {
+    int codes = 0;
+    int scaleCodes = 0;
+    for (const std::string& row : rows("SELECT Code, AbbName FROM dbo.GoodInf")) {
+        const std::string good = row.substr(0, row.find('|'));
+        std::istringstream list(row.substr(row.find('|') + 2));
+        for (std::string code; std::getline(list, code, '!');) {
+            if (code.size() == 5) {
+                ++scaleCodes;
+                EXPECT_EQ(std::stoi(code), std::stoi(good)) << row;
+                continue;
+            }
+            ++codes;
+            ASSERT_EQ(code.size(), 13U) << row;
+            int sum = 0;
+            for (std::size_t i = 0; i < 13; ++i)
+                sum += (code[i] - '0') * (i % 2 == 0 ? 1 : 3);
+            EXPECT_EQ(sum % 10, 0) << row;
+        }
+    }
+    EXPECT_GT(codes, 400);
+    EXPECT_EQ(scaleCodes, 28);
+}
+
+TEST_F(DemoCompany, hasPricesThatFallFromConsumerToPurchase) {
+    EXPECT_THAT(
+        rows(
+            "SELECT G.Code FROM dbo.GoodInf AS G INNER JOIN dbo.GoodCostDiscount AS P ON P.GoodCode = G.Code WHERE NOT "
+            "(G.ConsumerPrice > P.CostLevel_Sell_1 AND P.CostLevel_Sell_1 > P.CostLevel_Sell_2 AND "
+            "P.CostLevel_Sell_2 > P.CostLevel_Buy_1 AND P.CostLevel_Buy_1 > 0)"),
+        IsEmpty());
+    // Behind the first ninety-six every level has its price: nobody sells below what it costs.
+    EXPECT_THAT(rows("SELECT GoodCode FROM dbo.GoodCostDiscount WHERE GoodCode > 96 AND NOT (CostLevel_Sell_9 > "
+                     "CostLevel_Buy_6 AND CostLevel_Buy_10 > 0 AND CostLevel_Sell_10 > 0)"),
+                IsEmpty());
+    EXPECT_THAT(rows("SELECT CostLevel_Sell_1, CostLevel_Sell_9, CostLevel_Buy_10 FROM dbo.GoodCostDiscount WHERE "
+                     "GoodCode = 97"),
+                ElementsAre("630500.000000000|526500.000000000|461500.000000000"));
+}
+
+TEST_F(DemoCompany, hasGoodsWithDifferentNames) {
+    EXPECT_THAT(rows("SELECT Name FROM dbo.GoodInf GROUP BY Name HAVING COUNT(*) > 1"), IsEmpty());
+    EXPECT_THAT(rows("SELECT FullName FROM dbo.PerInf GROUP BY FullName HAVING COUNT(*) > 1"), IsEmpty());
+    EXPECT_THAT(rows("SELECT Shahr, OstanCode FROM dbo.Zone GROUP BY Shahr, OstanCode HAVING COUNT(*) > 1"), IsEmpty());
+}
+
+TEST_F(DemoCompany, hasCategoriesInThreeLevels) {
+    EXPECT_THAT(rows("SELECT C.id FROM dbo.category AS C LEFT JOIN dbo.category AS P ON P.id = C.parent_code "
+                     "WHERE C.level <> ISNULL(P.level, 0) + 1 OR (P.id IS NULL AND C.parent_code <> 0)"),
+                IsEmpty());
+    EXPECT_THAT(rows("SELECT level FROM dbo.category GROUP BY level ORDER BY level"), ElementsAre("1", "2", "3"));
+    EXPECT_THAT(
+        rows("SELECT category_code FROM dbo.Kala_category AS L WHERE NOT EXISTS (SELECT 1 FROM dbo.category AS C "
+             "WHERE C.id = L.category_code)"),
+        IsEmpty());
+}
+
+TEST_F(DemoCompany, hasALedgerWhoseBalancesAreRight) {
+    EXPECT_THAT(
+        rows("SELECT K.ID FROM dbo.Kardex AS K WHERE K.RemainInAnbar < 0 OR K.RemainInAnbar <> (SELECT SUM(O.Tedad) "
+             "FROM dbo.Kardex AS O WHERE O.kala = K.kala AND O.Anbar = K.Anbar AND (O.[Date] < K.[Date] OR (O.[Date] = "
+             "K.[Date] AND O.Global_ID <= K.Global_ID)))"),
+        IsEmpty());
+    // What left one store by a transfer came into the other.
+    EXPECT_THAT(rows("SELECT Global_ID FROM dbo.Kardex WHERE OperationType IN (9, 10) GROUP BY Global_ID, kala HAVING "
+                     "SUM(Tedad) <> 0 OR COUNT(*) <> 2"),
+                IsEmpty());
+    EXPECT_THAT(rows("SELECT DISTINCT [Date] FROM dbo.Kardex"), Each(MatchesRegex("1405/0[1-8]/[0-3][0-9]")));
+}
+
+TEST_F(DemoCompany, hasTagsInDifferentColours) {
+    EXPECT_THAT(rows("SELECT T.Code FROM dbo.Tags AS T INNER JOIN dbo.colors AS C ON T.color_code = C.code"),
+                SizeIs(5));
+    EXPECT_THAT(rows("SELECT color_code FROM dbo.Tags GROUP BY color_code HAVING COUNT(*) > 1"), IsEmpty());
+    for (const std::string& tags :
+         rows("SELECT tags FROM dbo.GoodInf WHERE tags IS NOT NULL UNION ALL SELECT tags FROM "
+              "dbo.PerInf WHERE tags IS NOT NULL")) {
+        EXPECT_THAT(tags, MatchesRegex(",([1-5],)+"));
+    }
+}
+
+TEST_F(DemoCompany, hasAPaletteOfPngImages) {
+    const RowSet palette = rowsOf(*session, "SELECT [H-img], [l-img], cl_code FROM dbo.colors");
+    ASSERT_EQ(palette.rowCount(), 12U);
+    const auto number = [](const std::string& bytes, std::size_t at) {
+        std::uint32_t value = 0;
+        for (std::size_t i = 0; i < 4; ++i)
+            value = value << 8 | static_cast<unsigned char>(bytes.at(at + i));
+        return value;
+    };
+    for (std::size_t row = 0; row < palette.rowCount(); ++row) {
+        for (std::size_t column = 0; column < 2; ++column) {
+            const Value value = palette.column(column).valueAt(row);
+            const auto& bytes = std::get<Bytes>(value);
+            const std::string image(bytes.begin(), bytes.end());
+            EXPECT_EQ(image.substr(0, 8), "\x89PNG\r\n\x1a\n");
+            EXPECT_EQ(image.substr(12, 4), "IHDR");
+            EXPECT_EQ(number(image, 16), column == 0 ? 48U : 16U);
+            EXPECT_EQ(number(image, 20), column == 0 ? 20U : 16U);
+            EXPECT_EQ(image.substr(image.size() - 8, 4), "IEND");
+        }
+        EXPECT_THAT(textAt(palette, 2, row), MatchesRegex("\\$00[0-9A-F]{6}"));
+    }
+}
+
+TEST_F(DemoCompany, hasSalespeopleWhoHaveNoneThemselves) {
+    EXPECT_THAT(rows("SELECT Code FROM dbo.PerInf WHERE [percent] IS NOT NULL AND VisitorCode IS NOT NULL"), IsEmpty());
+    EXPECT_THAT(rows("SELECT P.Code FROM dbo.PerInf AS P INNER JOIN dbo.PerInf AS V ON V.Code = P.VisitorCode WHERE "
+                     "V.[percent] IS NULL"),
+                IsEmpty());
+    EXPECT_THAT(rows("SELECT Code FROM dbo.PerInf WHERE CurrDefault <> 0 AND CurrDefault NOT IN (SELECT Code FROM "
+                     "dbo.Currencies)"),
+                IsEmpty());
+}
+
+TEST_F(DemoCompany, hasBarcodeLayoutsThatFitTheirLengths) {
+    EXPECT_THAT(
+        rows("SELECT Title FROM dbo.BarCodeFormul WHERE LEN(ConstantCode) <> ConstantCount OR DigitCount < "
+             "ConstantStart + "
+             "ConstantCount - 1 OR DigitCount < ItemCodeStart + ItemCodeCount - 1 OR DigitCount < AmountStart + "
+             "AmountCount - 1 OR DigitCount < BalanceNoStart + BalanceNoCount - 1 OR DigitCount < PriceStart + "
+             "PriceCount - 1"),
+        IsEmpty());
+    EXPECT_THAT(rows("SELECT BarCodeType FROM dbo.BarCodeFormul GROUP BY BarCodeType ORDER BY BarCodeType"),
+                ElementsAre("1", "2", "3"));
+}
+
+TEST_F(DemoCompany, hasScaleKeysThatMeanItems) {
+    EXPECT_THAT(
+        rows("SELECT PlU FROM dbo.[Group-PLU] AS P WHERE NOT EXISTS (SELECT 1 FROM dbo.Items AS I WHERE I.Code = "
+             "P.Group1) OR (P.Group2 IS NOT NULL AND NOT EXISTS (SELECT 1 FROM dbo.Items AS I WHERE I.Code = "
+             "P.Group2))"),
+        IsEmpty());
+    EXPECT_THAT(rows("SELECT COUNT(*), COUNT(Group2) FROM dbo.[Group-PLU]"), ElementsAre("28|6"));
+}
+
+TEST_F(DemoCompany, hasSerialsThatAreThereOnce) {
+    EXPECT_THAT(
+        rows("SELECT V.Value FROM dbo.GoodDetailValueDetails AS V INNER JOIN dbo.DetailTypes AS T ON T.ID = V.DetailID "
+             "WHERE T.DetailType IN (3, 4) GROUP BY V.Value HAVING COUNT(*) > 1"),
+        IsEmpty());
+    // Of the five of each good one was sold.
+    EXPECT_THAT(rows("SELECT GoodCode FROM dbo.GoodDetailKardex AS K INNER JOIN dbo.OperationTypes AS O ON O.Code = "
+                     "K.OperationType GROUP BY GoodCode HAVING SUM(O.Direction * K.Amount1) <> 4"),
+                IsEmpty());
+}
+
+TEST_F(DemoCompany, hasVouchersOfWhichFiveAreWrong) {
+    EXPECT_THAT(
+        rows("EXEC VoucherConflictAccountList_sp 1, 0"),
+        ElementsAre("21|نرگس نجفی|1|102|1405/07/23", "25|الهام موسوی|1|62|1405/05/03", "29|زهرا حیدری|1|22|1405/02/13",
+                    "46|حسن فلاح|1|83|1405/06/15", "50|احمد ابراهیمی|1|43|1405/03/25"));
+}
+
+}  // namespace
+}  // namespace basalt::host

@@ -1,0 +1,122 @@
+#include <gmock/gmock.h>
+
+#include "host/services/script_batches.h"
+#include "tests/database/dump.h"
+
+namespace basalt::host {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+// The database as version 1 left it.
+std::unique_ptr<Session> versionOne() {
+    auto session = openDatabase(":memory:");
+    for (const database::SqlScript& script : database::scripts()) {
+        const bool inVersionOne =
+            script.name == "schema/010_users.sql" || script.name == "schema/020_workstations.sql" ||
+            script.name == "schema/030_goods.sql" || script.name == "schema/040_price_levels.sql" ||
+            script.name == "schema/900_reference_data.sql";
+        if (!inVersionOne) continue;
+        for (const std::string& batch : splitBatches(script.text))
+            session->run(batch);
+    }
+    execute(*session, "INSERT INTO dbo.HostSchemaVersion (Version) VALUES (1)");
+    return session;
+}
+
+TEST(Deployment, makesTheTablesOfEverySubject) {
+    EXPECT_THAT(deployedTables(), SizeIs(50));
+    EXPECT_THAT(deployedTables(), Contains("dbo.[Group-PLU]"));
+}
+
+TEST(Deployment, againLeavesTheSameDatabase) {
+    for (const bool demo : {false, true}) {
+        const auto session = openDatabase(":memory:");
+        deployDatabase(*session, {.demo = demo});
+        const auto before = dump(*session);
+        deployDatabase(*session, {.demo = demo});
+        EXPECT_EQ(dump(*session), before);
+    }
+}
+
+TEST(Deployment, givesTheSameDemoCompanyEachTime) {
+    const auto rowsOfADemo = [] {
+        const auto session = openDatabase(":memory:");
+        deployDatabase(*session, {.demo = true});
+        execute(*session, "DELETE FROM dbo.HostSchemaVersion");  // the time of the deployment
+        return dump(*session);
+    };
+    EXPECT_EQ(rowsOfADemo(), rowsOfADemo());
+}
+
+TEST(Deployment, keepsWhatWasChangedInTheDemoCompany) {
+    const auto session = openDatabase(":memory:");
+    deployDatabase(*session, {.demo = true});
+    session->run(
+        "UPDATE dbo.GoodInf SET Name = N'کالای ما', Pos = N'۱' WHERE Code = 300\n"
+        "DELETE FROM dbo.Tags WHERE Code = 4\n"
+        "DELETE FROM dbo.PersonOperations WHERE ID = 1\n"
+        "UPDATE dbo.Currencies SET Rate = 590000 WHERE Code = 2\n"
+        "UPDATE dbo.colors SET cl_code = '$00FFFFFF' WHERE code = 12");
+    const auto before = dump(*session);
+    deployDatabase(*session, {.demo = true});
+    EXPECT_EQ(dump(*session), before);
+}
+
+TEST(Deployment, bringsVersionOneUpToDateAndKeepsItsRows) {
+    const auto session = versionOne();
+    session->run(
+        "INSERT INTO dbo.Units (Code, Name) VALUES (1, N'عدد')\n"
+        "INSERT INTO dbo.GoodInf (Code, Name, AbbName, Unit, ConsumerPrice) VALUES (7, N'قند', N'!1!', 1, 1500)\n"
+        "INSERT INTO dbo.GoodCostDiscount (GoodCode, CostLevel_Sell_1) VALUES (7, 1400)");
+    EXPECT_EQ(schemaState(*session), SchemaState::Older);
+    deployDatabase(*session);
+    EXPECT_EQ(schemaState(*session), SchemaState::Current);
+    EXPECT_THAT(linesOf(*session, "SELECT Code, Name, AbbName, Unit, ConsumerPrice, Pos, TaxExempt FROM dbo.GoodInf"),
+                ElementsAre("7|قند|!1!|1|1500.000000000|NULL|False"));
+    EXPECT_THAT(linesOf(*session,
+                        "SELECT Mogodi, UnitName FROM (SELECT 1 AS A) AS A CROSS JOIN (SELECT "
+                        "CostLevel_Sell_1 AS Mogodi, N'-' AS UnitName FROM dbo.GoodCostDiscount) AS B"),
+                ElementsAre("1400.000000000|-"));
+    // A price without its good is refused from now on.
+    EXPECT_THROW(execute(*session, "INSERT INTO dbo.GoodCostDiscount (GoodCode) VALUES (8)"), DatabaseError);
+}
+
+TEST(Deployment, bringsVersionOneWithPricesOfMissingGoodsUpToDate) {
+    const auto session = versionOne();
+    execute(*session, "INSERT INTO dbo.GoodCostDiscount (GoodCode, CostLevel_Sell_1) VALUES (8, 5)");
+    deployDatabase(*session);
+    EXPECT_EQ(schemaState(*session), SchemaState::Current);
+    EXPECT_THAT(linesOf(*session, "SELECT GoodCode FROM dbo.GoodCostDiscount"), ElementsAre("8"));
+}
+
+TEST(Deployment, ofTheDemoCompanyLeavesOwnGoodsAlone) {
+    const auto session = openDatabase(":memory:");
+    deployDatabase(*session);
+    execute(*session, "INSERT INTO dbo.GoodInf (Code, Name) VALUES (1, N'کالای ما')");
+    deployDatabase(*session, {.demo = true});
+    EXPECT_THAT(linesOf(*session, "SELECT Code, Name, AbbName, Pos FROM dbo.GoodInf"),
+                ElementsAre("1|کالای ما|NULL|NULL"));
+    for (const char* table : {"GoodCostDiscount", "Items", "GoodDetailValues"})
+        EXPECT_THAT(linesOf(*session, std::string("SELECT * FROM dbo.") + table), IsEmpty()) << table;
+}
+
+TEST(Deployment, ofTheDemoCompanyMakesNoVouchersOfAnotherLedger) {
+    const auto session = openDatabase(":memory:");
+    deployDatabase(*session);
+    session->run(
+        "INSERT INTO dbo.Stores (Code, Name) VALUES (2, N'انبار ما')\n"
+        "INSERT INTO dbo.GoodInf (Code, Name) VALUES (1, N'کالای ما')\n"
+        "INSERT INTO dbo.PerInf (Code, FullName) VALUES (9, N'مشتری ما')\n"
+        "INSERT INTO dbo.Kardex (kala, Anbar, [Date], Global_ID, Tedad, Fi, OperationType, OperationCode, PerCode) "
+        "VALUES (1, 2, N'1405/01/01', 1, -1, 500, 1, 1, 9)");
+    deployDatabase(*session, {.demo = true});
+    EXPECT_THAT(linesOf(*session, "SELECT PerCode FROM dbo.PersonOperations"), IsEmpty());
+    EXPECT_THAT(linesOf(*session, "SELECT Code FROM dbo.Sanad"), IsEmpty());
+}
+
+}  // namespace
+}  // namespace basalt::host

@@ -1,0 +1,161 @@
+#include <gmock/gmock.h>
+
+#include "tests/database/company.h"
+
+namespace basalt::host {
+namespace {
+
+using ::testing::IsEmpty;
+
+struct Answer {
+    std::int64_t result;
+    std::string names;
+    std::string codes;
+
+    friend bool operator==(const Answer&, const Answer&) = default;
+    friend void PrintTo(const Answer& answer, std::ostream* out) {
+        *out << answer.result << " [" << answer.names << "] [" << answer.codes << "]";
+    }
+};
+
+// Stock of good 5: store 1 gets 10 on day 1, gives 4 on day 10 and gets 20 on day 20; store 2 gets 3 on day 1.
+class NegativeStock : public SmallCompany {
+protected:
+    NegativeStock() {
+        move(5, 1, "1405/01/01", 1, "10");
+        move(5, 2, "1405/01/01", 1, "3");
+        move(6, 1, "1405/01/02", 2, "7");
+        move(5, 1, "1405/01/10", 3, "-4");
+        move(5, 1, "1405/01/20", 4, "20");
+    }
+
+    Answer check(const std::string& lines, const std::string& date, std::int64_t document = 0,
+                 std::int64_t negativeType = 0) {
+        const std::vector<Argument> arguments = {
+            {"@NegativeType", negativeType},   {"@SelectQuery", lines},     {"@Date", date},
+            {"@globalID", document},           {"@StoreTransition", false}, {"@NegProductNames", Null{}, true},
+            {"@NegProductCodes", Null{}, true}};
+        const CallResult call = session->call("CheckNegativeInventory_SP", arguments);
+        Answer answer{call.returnValue, "?", "?"};
+        for (const Argument& output : call.outputs) {
+            const auto* text = std::get_if<std::string>(&output.value);
+            (output.name == "@NegProductNames" ? answer.names : answer.codes) = text ? *text : "null";
+        }
+        return answer;
+    }
+
+    static std::string line(int good, int store, const std::string& amount) {
+        return "SELECT " + std::to_string(good) + " AS Code, " + std::to_string(store) + " AS Anbar, " + amount +
+               " AS Mogodi";
+    }
+
+    const Answer fine{0, "", ""};
+    const Answer sugar{1, "قند", "5"};
+};
+
+TEST_F(NegativeStock, whatIsThereMayGo) {
+    EXPECT_EQ(check(line(5, 1, "-26"), "1405/01/25"), fine);
+    EXPECT_EQ(check(line(5, 1, "-26.000000001"), "1405/01/25"), sugar);
+}
+
+TEST_F(NegativeStock, aLaterMovementHasToStayPossible) {
+    // 10 are there on day 5, but 4 of them leave on day 10.
+    EXPECT_EQ(check(line(5, 1, "-6"), "1405/01/05"), fine);
+    EXPECT_EQ(check(line(5, 1, "-7"), "1405/01/05"), sugar);
+}
+
+TEST_F(NegativeStock, whatComesInLaterDoesNotHelp) {
+    EXPECT_EQ(check(line(5, 1, "-7"), "1405/01/15"), sugar);
+}
+
+TEST_F(NegativeStock, storesAreLookedAtOneByOne) {
+    EXPECT_EQ(check(line(5, 2, "-3"), "1405/01/25"), fine);
+    EXPECT_EQ(check(line(5, 2, "-4"), "1405/01/25"), sugar);
+    EXPECT_EQ(check(line(6, 2, "-1"), "1405/01/25"), (Answer{1, "چای", "6"}));
+}
+
+TEST_F(NegativeStock, anIssueAndAReceiptOfATransferCountInTheirStores) {
+    EXPECT_EQ(check(line(5, 1, "-6") + " UNION ALL " + line(5, 2, "6"), "1405/01/05"), fine);
+    EXPECT_EQ(check(line(5, 1, "6") + " UNION ALL " + line(5, 2, "-6"), "1405/01/05"), sugar);
+}
+
+TEST_F(NegativeStock, linesOfAGoodInAStoreAddUp) {
+    EXPECT_EQ(check(line(5, 2, "-2") + " UNION ALL " + line(5, 2, "-2"), "1405/01/25"), sugar);
+    EXPECT_EQ(check(line(5, 2, "-5") + " UNION ALL " + line(5, 2, "2"), "1405/01/25"), fine);
+}
+
+TEST_F(NegativeStock, codesAndNamesGoByCode) {
+    EXPECT_EQ(
+        check(line(6, 1, "-8") + " UNION ALL " + line(7, 1, "-1") + " UNION ALL " + line(5, 1, "-99"), "1405/01/25"),
+        (Answer{1, "قند، چای، نان", "5,6,7"}));
+}
+
+TEST_F(NegativeStock, anEditedDocumentsOldLinesDoNotCountTwice) {
+    // Document 3 took 4 and now takes 10: all that is there.
+    EXPECT_EQ(check(line(5, 1, "-10"), "1405/01/10", 3), fine);
+    EXPECT_EQ(check(line(5, 1, "-11"), "1405/01/10", 3), sugar);
+    // As another document it finds only the 6 that are left.
+    EXPECT_EQ(check(line(5, 1, "-10"), "1405/01/10", 9), sugar);
+}
+
+TEST_F(NegativeStock, anEditedReceiptMustLeaveEnoughForWhatWentSince) {
+    EXPECT_EQ(check(line(5, 1, "4") + " UNION ALL " + line(5, 2, "3"), "1405/01/01", 1), fine);
+    EXPECT_EQ(check(line(5, 1, "3") + " UNION ALL " + line(5, 2, "3"), "1405/01/01", 1), sugar);
+}
+
+TEST_F(NegativeStock, aGoodThatWasTakenOutOfADocumentIsLookedAtToo) {
+    EXPECT_EQ(check(line(5, 2, "3"), "1405/01/01", 1), sugar);
+}
+
+TEST_F(NegativeStock, aDocumentThatMovesToALaterDateMustNotBeMissedBefore) {
+    EXPECT_EQ(check(line(5, 1, "10") + " UNION ALL " + line(5, 2, "3"), "1405/01/09", 1), fine);
+    EXPECT_EQ(check(line(5, 1, "10") + " UNION ALL " + line(5, 2, "3"), "1405/01/11", 1), sugar);
+}
+
+TEST_F(NegativeStock, onOneDayTheOrderOfEntryCounts) {
+    move(6, 1, "1405/01/05", 10, "-7");
+    move(6, 1, "1405/01/05", 20, "5");
+    EXPECT_EQ(check(line(6, 1, "-1"), "1405/01/05", 15), (Answer{1, "چای", "6"}));
+    EXPECT_EQ(check(line(6, 1, "-1"), "1405/01/05", 25), fine);
+    EXPECT_EQ(check(line(6, 1, "-1"), "1405/01/05"), fine);  // a new one comes last
+}
+
+TEST_F(NegativeStock, whatWasNegativeBeforeIsNotHeldAgainstWhoImprovesIt) {
+    move(7, 1, "1405/01/01", 5, "-10");
+    EXPECT_EQ(check(line(7, 1, "4"), "1405/01/25"), fine);
+    EXPECT_EQ(check(line(7, 1, "-1"), "1405/01/25"), (Answer{1, "نان", "7"}));
+    // The same document with the same line again.
+    EXPECT_EQ(check(line(7, 1, "-10"), "1405/01/01", 5), fine);
+    EXPECT_EQ(check(line(7, 1, "-9"), "1405/01/01", 5), fine);
+    EXPECT_EQ(check(line(7, 1, "-11"), "1405/01/01", 5), (Answer{1, "نان", "7"}));
+}
+
+TEST_F(NegativeStock, withoutLinesNothingIsNegative) {
+    EXPECT_EQ(check(line(5, 1, "-99") + " WHERE 1 = 0", "1405/01/25"), fine);
+    EXPECT_EQ(check(line(5, 1, "NULL"), "1405/01/25"), fine);
+}
+
+TEST_F(NegativeStock, warningFindsTheSameAndAllowingLooksAtNothing) {
+    EXPECT_EQ(check(line(5, 1, "-99"), "1405/01/25", 0, 1), sugar);
+    EXPECT_EQ(check("no query at all", "1405/01/25", 0, 2), fine);
+}
+
+TEST_F(NegativeStock, aQueryThatCannotRunIsAnError) {
+    EXPECT_THROW(check("SELECT 1 AS Code", "1405/01/25"), DatabaseError);
+}
+
+TEST_F(NegativeStock, theCheckLeavesNothingBehind) {
+    static_cast<void>(check(line(5, 1, "-99"), "1405/01/25"));
+    EXPECT_EQ(rows("SELECT COUNT(*) FROM dbo.Kardex").at(0), "5");
+    EXPECT_EQ(rows("SELECT OBJECT_ID('tempdb..#DocumentLines'), OBJECT_ID('tempdb..#NegativeGoods')").at(0),
+              "NULL|NULL");
+}
+
+TEST_F(NegativeStock, linesMayComeFromATableOfTheCaller) {
+    session->run(
+        "CREATE TABLE #Invoice (Good int, Store int, Amount decimal(23, 9)) INSERT INTO #Invoice VALUES (5, 1, 99)");
+    EXPECT_EQ(check("SELECT Good AS Code, Store AS Anbar, -Amount AS Mogodi FROM #Invoice", "1405/01/25"), sugar);
+}
+
+}  // namespace
+}  // namespace basalt::host
