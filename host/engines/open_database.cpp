@@ -7,6 +7,7 @@
 #include "engines/embedded/embedded_session.h"
 #include "engines/odbc/odbc_session.h"
 #include "host/services/deploy.h"
+#include "host/transfer/server_schema.h"
 
 namespace basalt::host {
 
@@ -145,7 +146,7 @@ void backUpDatabase(const DatabaseUrl& url, const std::string& file) {
 
 DatabaseSchema readSchema(Session& session) {
     if (auto* own = dynamic_cast<embedded::EmbeddedSession*>(&session)) return own->schema();
-    throw UsageError("the objects of a database on a server are listed by the server's own tools");
+    return readServerSchema(session);
 }
 
 }  // namespace basalt::host

@@ -43,8 +43,7 @@ void createDatabase(const DatabaseUrl& url, const std::function<void(Session&)>&
 // backups; DatabaseError when the copy cannot be written or is not sound.
 void backUpDatabase(const DatabaseUrl& url, const std::string& file);
 
-// What the database of an open session is made of. The session is one of openDatabase's itself, not wrapped; UsageError
-// for an engine that cannot tell.
+// What the database of an open session is made of. The session is one of openDatabase's itself, not wrapped.
 [[nodiscard]] DatabaseSchema readSchema(Session& session);
 
 }  // namespace basalt::host

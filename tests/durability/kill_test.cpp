@@ -216,4 +216,38 @@ TEST_F(Killed, aWriterLosesNothingThatItAcknowledged) {
     EXPECT_GT(acknowledgements, 0);
 }
 
+// Files appear under their names when they are whole.
+TEST_F(Killed, aLoadOrABackupLeavesAWholeDatabaseOrNone) {
+    ASSERT_EQ(run({"db", "create", "--demo", database_}).status, 0);
+    const std::string dump = (folder_ / "shop.sql").string();
+    ASSERT_EQ(run({"db", "dump", dump, database_}).status, 0);
+    const std::string contents = run({"db", "dump", database_}).output;
+    const fs::path made = folder_ / "made.db";
+    const std::string target = "--database=embedded:" + made.string();
+    const std::vector<std::string> commands[] = {{"db", "load", dump, target}, {"db", "backup", made, database_}};
+    std::mt19937 random(std::random_device{}());
+    const int rounds = roundsWanted();
+    int there = 0;
+    for (int round = 0; round < rounds; ++round) {
+        fs::remove(made);
+        {
+            Child child(commands[round % 2]);
+            child.closeInput();
+            std::this_thread::sleep_for(std::chrono::microseconds(random() % (round % 2 == 0 ? 300'000 : 150'000)));
+            child.killNow();
+            (void)child.wait();
+        }
+        if (!fs::exists(made)) continue;
+        ++there;
+        ASSERT_EQ(run({"db", "check", target}).status, 0) << "round " << round;
+        ASSERT_EQ(run({"db", "dump", target}).output, contents) << "round " << round;
+    }
+    // What the last killed one has left is in nobody's way.
+    fs::remove(made);
+    ASSERT_EQ(run(commands[0]).status, 0);
+    ASSERT_EQ(run({"db", "dump", target}).output, contents);
+    std::cout << rounds << " loads and backups killed, " << there
+              << " of them after their end; all whole or not there\n";
+}
+
 }  // namespace
