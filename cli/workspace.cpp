@@ -93,6 +93,7 @@ Workspace::Workspace(const CommonOptions& options)
     for (const std::string& setting : options.settings)
         assignSetting(*host_, setting);
     attached_.emplace(module_, *host_);
+    host_->setExports(&module_.registry());
 }
 
 void Workspace::finish() {

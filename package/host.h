@@ -6,6 +6,7 @@
 // package/messages.h, which bear the names that the rest of the application knows them by.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -61,6 +62,15 @@ public:
 
     // Today in the application's calendar, its fields joined by `separator`: NowDate("/") is "1405/08/30".
     virtual std::string NowDate(const std::string& separator) = 0;
+
+    // Calls the module's export Open_InsertTags: the tag editor, for a new tag when `kind` is 1 and else for the tag of
+    // code `text`. Gives the code of the tag, -1 when no tag may be added, and 0 when the user may not.
+    virtual int Call_insert_tags(const std::string& text, std::uint8_t kind) = 0;
+    // Lets the user pick any number of persons (part 101) or goods (part 102). `text` is what the picker's search
+    // starts with. Gives the codes in the order in which they were picked, each followed by a comma ("12,40,7,"); the
+    // empty text when nothing was picked or the picker was cancelled. UsageError for another part, and when the host
+    // shows no screens.
+    [[nodiscard]] virtual std::string Select_Entity_Multible(TSoftwarePart part, const std::string& text) = 0;
 
     virtual MessageService& Messages() = 0;
     // Null when the host shows no screens; an entry point is then a UsageError.

@@ -78,4 +78,12 @@ std::string NowDate(const std::string& separator) {
     return attachedHost().NowDate(separator);
 }
 
+int Call_insert_tags(const std::string& text, std::uint8_t kind) {
+    return attachedHost().Call_insert_tags(text, kind);
+}
+
+std::string Select_Entity_Multible(TSoftwarePart part, const std::string& text) {
+    return attachedHost().Select_Entity_Multible(part, text);
+}
+
 }  // namespace basalt

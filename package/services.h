@@ -39,5 +39,7 @@ void ResetDataset(TADOQuery& query);
                                   bool flag2, const std::string& text);
 void SetUserEvent(TSoftwarePart part, TPermission permission, const std::string& text, bool flag1, bool flag2);
 [[nodiscard]] std::string NowDate(const std::string& separator);
+int Call_insert_tags(const std::string& text, std::uint8_t kind);
+[[nodiscard]] std::string Select_Entity_Multible(TSoftwarePart part, const std::string& text);
 
 }  // namespace basalt

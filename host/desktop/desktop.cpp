@@ -75,6 +75,7 @@ void Desktop::work(ReferenceHost& host, const QString& notice) {
     HostScreenServices screens(host);
     host.setScreens(&screens);
     const AttachedModule attached(module_, host);
+    host.setExports(&module_.registry());
     QApplication::setFont(themeFont(host.optionFile().options().fontSize));
 
     QString shownNotice = notice;
@@ -84,6 +85,7 @@ void Desktop::work(ReferenceHost& host, const QString& notice) {
         host.signOut();
         if (end == MainShell::End::Quit) break;
     }
+    host.setExports(nullptr);
     host.setScreens(nullptr);
 }
 

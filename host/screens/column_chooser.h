@@ -2,32 +2,20 @@
 #pragma once
 
 #include <QDialog>
-#include <QListWidget>
-#include <vector>
+
+#include "host/screens/column_list.h"
 
 namespace basalt::host {
-
-struct ColumnChoice {
-    int column = 0;
-    QString title;
-    bool visible = true;
-};
 
 class ColumnChooser final : public QDialog {
 public:
     ColumnChooser(const std::vector<ColumnChoice>& choices, QWidget* parent);
 
     // In the order that the user gave them. At least one is visible.
-    [[nodiscard]] std::vector<ColumnChoice> choices() const;
+    [[nodiscard]] std::vector<ColumnChoice> choices() const { return columns_->choices(); }
 
 private:
-    void move(int distance);
-    void showState();
-
-    QListWidget* list_;
-    QWidget* up_;
-    QWidget* down_;
-    QWidget* accept_;
+    ColumnList* columns_;
 };
 
 }  // namespace basalt::host

@@ -20,6 +20,7 @@ void EditorDataSets::touched(TDataSet& dataSet) {
 void EditorDataSets::leaving(TDataSet& dataSet) {
     std::erase(known_, &dataSet);
     if (opened_ == &dataSet) opened_ = nullptr;
+    if (record_ == &dataSet) record_ = nullptr;
 }
 
 namespace {

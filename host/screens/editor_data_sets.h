@@ -18,7 +18,10 @@ public:
 
     // The data set opened last since the last call of forgetOpened; nullptr when none is open.
     void forgetOpened() { opened_ = nullptr; }
-    [[nodiscard]] const TDataSet* opened() const { return opened_ && opened_->Active() ? opened_ : nullptr; }
+    [[nodiscard]] TDataSet* opened() const { return opened_ && opened_->Active() ? opened_ : nullptr; }
+    // Takes the one opened last for the record's own; record() gives it as long as it lives and is open.
+    void nameRecord() { record_ = opened_; }
+    [[nodiscard]] TDataSet* record() const { return record_ && record_->Active() ? record_ : nullptr; }
 
     // True when a record is being entered or changed in any of them.
     [[nodiscard]] bool entering() const;
@@ -33,6 +36,7 @@ private:
     TADOConnection& connection_;
     std::vector<TDataSet*> known_;
     TDataSet* opened_ = nullptr;
+    TDataSet* record_ = nullptr;
 };
 
 }  // namespace basalt::host

@@ -25,6 +25,23 @@ private:
     bool& flag_;
 };
 
+// Somebody may hold the record of whom only the workstation is known, or nothing at all.
+MessageRequest openElsewhere(const CodeLockHolder& holder) {
+    MessageRequest request;
+    request.operation = "MsgOpenElsewhere";
+    if (holder.userName.empty() && holder.workstationName.empty()) return request;
+    if (holder.userName.empty()) {
+        request.operation = "MsgOpenAtWorkstation";
+        request.arguments = {holder.workstationName};
+    } else if (holder.workstationName.empty()) {
+        request.operation = "MsgOpenByUser";
+        request.arguments = {holder.userName};
+    } else {
+        request.arguments = {holder.userName, holder.workstationName};
+    }
+    return request;
+}
+
 }  // namespace
 
 GetBaseImpl::GetBaseImpl(ScreenContext& context, TBaseGet_FRM& editor)
@@ -121,11 +138,20 @@ void GetBaseImpl::SetIsSaved(bool saved) {
 void GetBaseImpl::OpenRecord() {
     watch_.add(*formPanel_);
     const bool isNew = editor_.IsNewRecordMode(editor_.Code()) || editor_.Mode() == fmNew;
+    if (!may(isNew ? prInsert : prEdit)) {
+        editor_.CloseOnCreate();
+        return;
+    }
     if (isNew) {
         openNew(true);
     } else {
         openExisting();
     }
+}
+
+bool GetBaseImpl::may(TPermission permission) {
+    ReferenceHost& host = context_.host();
+    return host.HavePermission(host.UserInfo(), editor_.SoftwarePart(), permission, false, true, "");
 }
 
 void GetBaseImpl::openNew(bool first) {
@@ -134,6 +160,8 @@ void GetBaseImpl::openNew(bool first) {
     // The previous code is let go only once the next one is held, so that it cannot be handed out twice here.
     lock_ = context_.host().codeLocks().holdNew(editor_.SoftwarePart(), [this] { return editor_.GetNewCode(); });
     editor_.SetCode(lock_.value());
+    known_.forget();
+    reopen_ = false;
     editor_.Init(first);
     SetIsSaved(true);
     showOthers();
@@ -141,17 +169,38 @@ void GetBaseImpl::openNew(bool first) {
 
 void GetBaseImpl::openExisting() {
     lock_ = context_.host().codeLocks().hold(toText(editor_.Code()), editor_.SoftwarePart());
-    dataSets_.forgetOpened();
-    editor_.PrepareQuery(editor_.Code());
-    const TDataSet* record = dataSets_.opened();
+    prepareRecord();
+    const TDataSet* record = dataSets_.record();
     if (record && record->IsEmpty()) editor_.CloseOnCreate();
     if (editor_.ClosedOnCreate()) {
         lock_.release();
         tellRecordGone();
         return;
     }
+    rememberRecord();
     fillExisting();
     showOthers();
+}
+
+void GetBaseImpl::prepareRecord() {
+    dataSets_.forgetOpened();
+    editor_.PrepareQuery(editor_.Code());
+    dataSets_.nameRecord();
+}
+
+void GetBaseImpl::rememberRecord() {
+    known_.forget();
+    if (TDataSet* record = dataSets_.record()) known_.take(*record);
+}
+
+void GetBaseImpl::prepareRecordAgain() {
+    prepareRecord();
+    TDataSet* record = dataSets_.record();
+    // What was read anew hides from the data set what another user did in between.
+    if (record && !known_.empty() && !known_.matches(*record))
+        throw DatabaseError(ErrorCategory::Conflict, "01001", 0,
+                            "The record was changed or deleted by another user since it was read");
+    reopen_ = false;
 }
 
 void GetBaseImpl::fillExisting() {
@@ -187,10 +236,7 @@ void GetBaseImpl::showOthers() {
     banner_->parentWidget()->setVisible(!holders.empty());
     banner_->setVisible(!holders.empty());
     if (holders.empty()) return;
-    MessageRequest request;
-    request.operation = "MsgOpenElsewhere";
-    request.arguments = {holders.front().userName, holders.front().workstationName};
-    bannerText_->setText(QString::fromStdString(context_.host().catalogue().render(request).text));
+    bannerText_->setText(QString::fromStdString(context_.host().catalogue().render(openElsewhere(holders[0])).text));
 }
 
 int GetBaseImpl::ShowModal() {
@@ -214,10 +260,7 @@ bool GetBaseImpl::write() {
     bool written = false;
     context_.guarded(&editor_, [this, &written] {
         if (!editor_.IsValid()) return;
-        if (reopen_) {
-            editor_.PrepareQuery(editor_.Code());
-            reopen_ = false;
-        }
+        if (reopen_) prepareRecordAgain();
         TADOConnection& connection = context_.host().DM().ADOConnection1;
         try {
             // The record and its entry in the user log stand or fall together.
@@ -232,6 +275,7 @@ bool GetBaseImpl::write() {
         }
         written = true;
         wroteOnce_ = true;
+        rememberRecord();
         SetIsSaved(true);
     });
     return written;
@@ -252,30 +296,40 @@ void GetBaseImpl::Save(TSaveKind kind) {
         case TSaveKind::SaveAndClose:
             editor_.accept();
             return;
-        case TSaveKind::SaveAndNew:
-            context_.guarded(&editor_, [this] { openNew(false); });
+        case TSaveKind::SaveAndNew: {
+            bool opened = false;
+            context_.guarded(&editor_, [this, &opened] {
+                if (!may(prInsert)) return;
+                openNew(false);
+                opened = true;
+            });
+            if (!opened) break;
             showTitle();
             return;
+        }
         case TSaveKind::SaveAndPrint:
         case TSaveKind::Save:
             break;
     }
-    if (editor_.Mode() == fmNew) {
-        // The record exists now; saving once more must change it, not add another.
-        context_.guarded(&editor_, [this] {
-            editor_.SetMode(fmEdit);
-            showTitle();
-            editor_.PrepareQuery(editor_.Code());
-            fillExisting();
-        });
-    }
+    if (editor_.Mode() == fmNew) context_.guarded(&editor_, [this] { turnToExisting(); });
     if (kind == TSaveKind::SaveAndPrint) context_.guarded(&editor_, [this] { printRecord(); });
+}
+
+void GetBaseImpl::turnToExisting() {
+    // Saving once more must change the record, not add another; also when it cannot be read just now.
+    editor_.SetMode(fmEdit);
+    known_.forget();
+    reopen_ = true;
+    showTitle();
+    prepareRecordAgain();
+    rememberRecord();
+    fillExisting();
 }
 
 void GetBaseImpl::printRecord() {
     const RecordContent record(frame_->title(), *formPanel_);
     const QString footer = QString::fromStdString(context_.host().NowDate("/"));
-    context_.output().preview(&editor_, record.title(),
+    context_.output().preview(&editor_, record.title(), pageLayout(),
                               [&](QPrinter& printer) { paintTable(record, footer, printer); });
 }
 

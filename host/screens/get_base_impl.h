@@ -8,6 +8,7 @@
 #include "host/screens/editor_data_sets.h"
 #include "host/screens/form_option.h"
 #include "host/screens/input_watch.h"
+#include "host/screens/record_memory.h"
 #include "host/screens/screen_frame.h"
 #include "package/screens/base_get_frm.h"
 
@@ -35,8 +36,15 @@ public:
     [[nodiscard]] bool MayClose() override;
 
 private:
+    // False when the user may not; the host has said so.
+    [[nodiscard]] bool may(TPermission permission);
     void openNew(bool first);
     void openExisting();
+    void prepareRecord();
+    void prepareRecordAgain();
+    void rememberRecord();
+    // From now on the record that was new is one to change.
+    void turnToExisting();
     void fillExisting();
     void tellRecordGone();
     void lockCodeControl();
@@ -57,6 +65,7 @@ private:
     QWidget* formPanel_;
     InputWatch watch_;
     EditorDataSets dataSets_;
+    RecordMemory known_;  // the record as it was read or saved last
     CodeLock lock_;
     QPointer<QWidget> codeControl_;
     QString partTitle_;

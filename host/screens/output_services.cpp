@@ -20,8 +20,15 @@ std::optional<QString> DialogOutputServices::chooseFile(QWidget* parent, const Q
     return dialog.selectedFiles().constFirst();
 }
 
-void DialogOutputServices::preview(QWidget* parent, const QString& title, const std::function<void(QPrinter&)>& paint) {
+QPageLayout pageLayout(QPageSize::PageSizeId paper, QPageLayout::Orientation orientation) {
+    constexpr qreal kMargin = 10;
+    return {QPageSize(paper), orientation, QMarginsF(kMargin, kMargin, kMargin, kMargin), QPageLayout::Millimeter};
+}
+
+void DialogOutputServices::preview(QWidget* parent, const QString& title, const QPageLayout& layout,
+                                   const std::function<void(QPrinter&)>& paint) {
     QPrinter printer(QPrinter::HighResolution);
+    printer.setPageLayout(layout);
     printer.setDocName(title);
     QPrintPreviewDialog dialog(&printer, parent);
     dialog.setObjectName(QStringLiteral("PrintPreview_FRM"));

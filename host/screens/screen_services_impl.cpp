@@ -4,8 +4,10 @@
 #include <QLineEdit>
 
 #include "host/screens/dock_base_impl.h"
+#include "host/screens/entity_picker.h"
 #include "host/screens/general_search_frame.h"
 #include "host/screens/get_base_impl.h"
+#include "host/screens/print_setting_dialog.h"
 #include "host/screens/range_search_frame.h"
 #include "host/screens/search_manager.h"
 #include "host/screens/smart_grid.h"
@@ -16,9 +18,12 @@ namespace basalt::host {
 
 HostScreenServices::HostScreenServices(ReferenceHost& host) : context_(host, dialogs_) {
     applyTheme(*qApp);
+    host.setEntityPicking(this);
 }
 
-HostScreenServices::~HostScreenServices() = default;
+HostScreenServices::~HostScreenServices() {
+    context_.host().setEntityPicking(nullptr);
+}
 
 std::unique_ptr<DockBase> HostScreenServices::createDockBase(TBaseDock_FRM& screen) {
     return std::make_unique<DockBaseImpl>(context_, screen);
@@ -55,6 +60,17 @@ std::unique_ptr<TVaroSearchManager> HostScreenServices::createSearchManager() {
 void HostScreenServices::SetWinControlRightAlign(QWidget& control) {
     control.setLayoutDirection(Qt::RightToLeft);
     if (auto* line = qobject_cast<QLineEdit*>(&control)) line->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+}
+
+bool HostScreenServices::PrintSetting(const TPrintSettingRequest& request, TPrintSetting& setting) {
+    return askPrintSetting(context_, request, setting);
+}
+
+std::string HostScreenServices::pickEntities(TSoftwarePart part, const std::string& text) {
+    EntityPicker picker(context_, part, QString::fromStdString(text));
+    const int answer = picker.exec();
+    context_.rethrowUnshown();
+    return answer == QDialog::Accepted ? picker.codes() : std::string();
 }
 
 }  // namespace basalt::host

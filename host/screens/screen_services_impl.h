@@ -17,7 +17,7 @@
 
 namespace basalt::host {
 
-class HostScreenServices final : public ScreenServices {
+class HostScreenServices final : public ScreenServices, private EntityPicking {
 public:
     explicit HostScreenServices(ReferenceHost& host);
     ~HostScreenServices() override;
@@ -35,8 +35,11 @@ public:
     [[nodiscard]] TTab_Search_Frame* createTabSearch(const char* objectName, QWidget* parent) override;
     [[nodiscard]] std::unique_ptr<TVaroSearchManager> createSearchManager() override;
     void SetWinControlRightAlign(QWidget& control) override;
+    [[nodiscard]] bool PrintSetting(const TPrintSettingRequest& request, TPrintSetting& setting) override;
 
 private:
+    [[nodiscard]] std::string pickEntities(TSoftwarePart part, const std::string& text) override;
+
     DialogOutputServices dialogs_;
     ScreenContext context_;
 };

@@ -24,23 +24,40 @@ constexpr int kCellPadding = 26;
 constexpr int kNarrowest = 56;
 constexpr int kWidestByContent = 420;
 constexpr int kTitlePadding = 14;
+
+QPageSize::PageSizeId paperSize(TPrintPaper paper) {
+    switch (paper) {
+        case TPrintPaper::A3:
+            return QPageSize::A3;
+        case TPrintPaper::A5:
+            return QPageSize::A5;
+        case TPrintPaper::Letter:
+            return QPageSize::Letter;
+        case TPrintPaper::A4:
+            break;
+    }
+    return QPageSize::A4;
+}
+
 }  // namespace
 
 // The grid as others read it: only what shows, in the order in which it shows.
 class SmartGrid::Content final : public TableContent {
 public:
-    Content(const SmartGrid& grid, const QHeaderView& header) : model_(grid.model_), title_(grid.description()) {
-        if (grid.headerLines_) headerLines_ = grid.headerLines_();
+    Content(const SmartGrid& grid, const QHeaderView& header) : Content(grid, grid.description()) {
         for (int place = 0; place < header.count(); ++place) {
             const int column = header.logicalIndex(place);
-            if (header.isSectionHidden(column)) continue;
-            const int field = model_.field(column);
-            const TDataSet* rows = model_.dataSet();
-            columns_.push_back({.title = model_.column(column).Title,
-                                .type = rows && field >= 0 ? rows->fieldInfo(field).type : FieldType::Text,
-                                .displayFormat = model_.column(column).DisplayFormat,
-                                .width = header.sectionSize(column)});
-            sources_.push_back(column);
+            if (!header.isSectionHidden(column)) add(column, model_.column(column).Title, header.sectionSize(column));
+        }
+    }
+
+    // What the setting names of the grid's columns.
+    Content(const SmartGrid& grid, const TPrintSetting& setting)
+        : Content(grid, setting.Title.empty() ? grid.description() : QString::fromStdString(setting.Title)) {
+        for (const TPrintColumn& wanted : setting.Columns) {
+            const int column = grid.columnOf(wanted.FieldName);
+            if (wanted.Visible && column >= 0)
+                add(column, QString::fromStdString(wanted.Title), grid.printWidth(column));
         }
     }
 
@@ -52,6 +69,20 @@ public:
     [[nodiscard]] QString shown(int row, int column) const override { return model_.shown(row, source(column)); }
 
 private:
+    Content(const SmartGrid& grid, QString title) : model_(grid.model_), title_(std::move(title)) {
+        if (grid.headerLines_) headerLines_ = grid.headerLines_();
+    }
+
+    void add(int column, const QString& title, int width) {
+        const int field = model_.field(column);
+        const TDataSet* rows = model_.dataSet();
+        columns_.push_back({.title = title,
+                            .type = rows && field >= 0 ? rows->fieldInfo(field).type : FieldType::Text,
+                            .displayFormat = model_.column(column).DisplayFormat,
+                            .width = width});
+        sources_.push_back(column);
+    }
+
     [[nodiscard]] int source(int column) const { return sources_[static_cast<std::size_t>(column)]; }
 
     const GridModel& model_;
@@ -167,6 +198,11 @@ std::vector<int> SmartGrid::SelectedRows() const {
         rows.push_back(model_.dataRow(index.row()));
     std::sort(rows.begin(), rows.end());
     return rows;
+}
+
+void SmartGrid::GoToLastRow() {
+    TDataSet* rows = model_.dataSet();
+    if (rows && model_.rowCount() > 0) rows->RecNo(model_.dataRow(model_.rowCount() - 1) + 1);
 }
 
 void SmartGrid::rowsChanged() {
@@ -301,11 +337,7 @@ QJsonObject SmartGrid::arrangement() const {
 
 void SmartGrid::arrange(const QJsonObject& arrangement) {
     QHeaderView* header = view_->horizontalHeader();
-    const auto indexOf = [&](const QString& field) {
-        for (int column = 0; column < model_.columnCount(); ++column)
-            if (sameName(model_.column(column).FieldName, field.toStdString())) return column;
-        return -1;
-    };
+    const auto indexOf = [&](const QString& field) { return columnOf(field.toStdString()); };
     int place = 0;
     for (const QJsonValue& entry : arrangement.value(QStringLiteral("columns")).toArray()) {
         const QJsonObject kept = entry.toObject();
@@ -322,6 +354,20 @@ void SmartGrid::arrange(const QJsonObject& arrangement) {
     layOutColumns();
     const int sorted = indexOf(arrangement.value(QStringLiteral("sort")).toString());
     if (sorted >= 0) sortBy(sorted, arrangement.value(QStringLiteral("descending")).toBool());
+}
+
+int SmartGrid::columnOf(const std::string& field) const {
+    for (int column = 0; column < model_.columnCount(); ++column)
+        if (sameName(model_.column(column).FieldName, field)) return column;
+    return -1;
+}
+
+int SmartGrid::printWidth(int column) const {
+    // A column that is hidden on the screen has no width there.
+    const QHeaderView* header = view_->horizontalHeader();
+    if (!header->isSectionHidden(column)) return header->sectionSize(column);
+    const int own = model_.column(column).Width;
+    return own > 0 ? own : contentWidth(column);
 }
 
 void SmartGrid::setDescription(std::function<QString()> title, std::function<std::vector<QString>()> headerLines) {
@@ -375,12 +421,24 @@ void SmartGrid::chooseColumns() {
     layOutColumns();
 }
 
-void SmartGrid::print() {
-    const auto table = content();
+void SmartGrid::preview(const TableContent& table, const QPageLayout& layout) {
     const QString footer = QString::fromStdString(context_.host().NowDate("/"));
-    checkPrintable(*table);
-    context_.output().preview(window(), table->title(),
-                              [&](QPrinter& printer) { paintTable(*table, footer, printer); });
+    checkPrintable(table);
+    context_.output().preview(window(), table.title(), layout,
+                              [&](QPrinter& printer) { paintTable(table, footer, printer); });
+}
+
+void SmartGrid::print() {
+    preview(*content(), pageLayout());
+}
+
+void SmartGrid::PrintPreview(const TPrintSetting& setting) {
+    const Content table(*this, setting);
+    if (table.columns().empty())
+        throw UsageError("PrintPreview of " + objectName().toStdString() + ": the setting shows no column of the grid");
+    preview(table, pageLayout(paperSize(setting.Paper), setting.Orientation == TPrintOrientation::Landscape
+                                                            ? QPageLayout::Landscape
+                                                            : QPageLayout::Portrait));
 }
 
 void SmartGrid::save(const QString& title, const QString& suffix,

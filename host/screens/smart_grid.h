@@ -7,6 +7,7 @@
 #include <QAction>
 #include <QJsonObject>
 #include <QMenu>
+#include <QPageLayout>
 #include <functional>
 #include <memory>
 
@@ -32,6 +33,8 @@ public:
     [[nodiscard]] int CurrentRow() const override;
     [[nodiscard]] std::vector<int> SelectedRows() const override;
     [[nodiscard]] QAbstractItemView* View() override { return view_; }
+    void GoToLastRow() override;
+    void PrintPreview(const TPrintSetting& setting) override;
 
     [[nodiscard]] GridModel& model() { return model_; }
     [[nodiscard]] const GridModel& model() const { return model_; }
@@ -77,7 +80,10 @@ private:
     void applyVisibility();
     void layOutColumns();
     [[nodiscard]] int contentWidth(int column) const;
+    [[nodiscard]] int printWidth(int column) const;
+    [[nodiscard]] int columnOf(const std::string& field) const;  // -1: none
     [[nodiscard]] std::unique_ptr<Content> content() const;
+    void preview(const TableContent& table, const QPageLayout& layout);
     [[nodiscard]] QString description() const;
     void save(const QString& title, const QString& suffix,
               const std::function<void(const TableContent&, const QString&)>& write);

@@ -226,4 +226,18 @@ std::string ReferenceHost::NowDate(const std::string& separator) {
     return dateText(clock_->now(), separator);
 }
 
+int ReferenceHost::Call_insert_tags(const std::string& text, std::uint8_t kind) {
+    const EntryPoint* entry = exports_ ? exports_->findEntryPoint("Open_InsertTags") : nullptr;
+    if (!entry) throw UsageError("Call_insert_tags: no module with the export Open_InsertTags is attached");
+    FunctionState state;
+    FunctionCall call(state, {{"Text", Datum(text)}, {"Kind", Datum(static_cast<int>(kind))}});
+    entry->run(call);
+    return call.resultValue().isNull() ? 0 : static_cast<int>(call.resultValue().asInteger());
+}
+
+std::string ReferenceHost::Select_Entity_Multible(TSoftwarePart part, const std::string& text) {
+    if (!picking_) throw UsageError("Select_Entity_Multible: there is no screen to pick on");
+    return picking_->pickEntities(part, text);
+}
+
 }  // namespace basalt::host

@@ -27,6 +27,7 @@
 #include "host/services/user_store.h"
 #include "host/services/workstations.h"
 #include "package/host.h"
+#include "package/registry.h"
 
 namespace basalt::host {
 
@@ -42,6 +43,13 @@ class HostObserver {
 public:
     virtual ~HostObserver() = default;
     virtual void userEvent(TSoftwarePart part, TPermission permission, const std::string& text) = 0;
+};
+
+// Lets the user pick persons or goods, for Select_Entity_Multible.
+class EntityPicking {
+public:
+    virtual ~EntityPicking() = default;
+    [[nodiscard]] virtual std::string pickEntities(TSoftwarePart part, const std::string& text) = 0;
 };
 
 class ReferenceHost final : public Host {
@@ -60,6 +68,9 @@ public:
 
     void setMessages(MessageService& service);  // before that, a question is a UsageError that shows its text
     void setScreens(ScreenServices* screens) { screens_ = screens; }
+    void setEntityPicking(EntityPicking* picking) { picking_ = picking; }
+    // The module's exports, for the host's calls into the module. Null when the module is let go.
+    void setExports(const Registry* exports) { exports_ = exports; }
     void setObserver(HostObserver* observer) { observer_ = observer; }
     void setClock(Clock& clock) { clock_ = &clock; }
 
@@ -97,6 +108,10 @@ public:
     void SetUserEvent(TSoftwarePart part, TPermission permission, const std::string& text, bool insideTransaction,
                       bool withDescription) override;
     std::string NowDate(const std::string& separator) override;
+    // UsageError when no module is attached or it lacks the export.
+    int Call_insert_tags(const std::string& text, std::uint8_t kind) override;
+    // UsageError without screens.
+    std::string Select_Entity_Multible(TSoftwarePart part, const std::string& text) override;
     MessageService& Messages() override { return *messages_; }
     ScreenServices* Screens() override { return screens_; }
 
@@ -113,6 +128,8 @@ private:
     std::unique_ptr<MessageService> unattended_;
     MessageService* messages_;
     ScreenServices* screens_ = nullptr;
+    EntityPicking* picking_ = nullptr;
+    const Registry* exports_ = nullptr;
     HostObserver* observer_ = nullptr;
 
     TADOConnection moduleConnection_;

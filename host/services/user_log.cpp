@@ -1,5 +1,6 @@
 #include "host/services/user_log.h"
 
+#include "host/services/cut_text.h"
 #include "host/services/sql_access.h"
 
 namespace basalt::host {
@@ -9,20 +10,6 @@ namespace {
 constexpr std::size_t kTextLength = 500;
 constexpr std::size_t kNameLength = 100;
 
-// The longest beginning of whole characters that has at most `length` UTF-16 units.
-std::string cut(const std::string& text, std::size_t length) {
-    std::size_t units = 0;
-    std::size_t at = 0;
-    while (at < text.size()) {
-        const auto lead = static_cast<unsigned char>(text[at]);
-        const std::size_t bytes = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-        units += bytes == 4 ? 2 : 1;
-        if (units > length) return text.substr(0, at);
-        at += bytes;
-    }
-    return text;
-}
-
 }  // namespace
 
 void UserLog::add(const UserLogEntry& entry, DateTime moment) {
@@ -30,9 +17,9 @@ void UserLog::add(const UserLogEntry& entry, DateTime moment) {
         session_,
         "INSERT INTO dbo.HostUserLog (UserCode, UserName, WorkstationName, LogDate, LogTime, LoggedAt, SoftwarePart, "
         "Permission, [Text], [Description]) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
-        {std::int64_t{entry.userCode}, cut(entry.userName, kNameLength), cut(entry.workstationName, kNameLength),
-         entry.date, entry.time, moment, std::int64_t{entry.part}, std::int64_t{entry.permission},
-         cut(entry.text, kTextLength), cut(entry.description, kTextLength)});
+        {std::int64_t{entry.userCode}, cutText(entry.userName, kNameLength),
+         cutText(entry.workstationName, kNameLength), entry.date, entry.time, moment, std::int64_t{entry.part},
+         std::int64_t{entry.permission}, cutText(entry.text, kTextLength), cutText(entry.description, kTextLength)});
 }
 
 std::string_view UserLog::listStatement() {

@@ -14,6 +14,7 @@
 
 #include "ado/data_source.h"
 #include "ado/query.h"
+#include "package/screens/print_setting.h"
 #include "package/types.h"
 
 namespace basalt {
@@ -47,6 +48,11 @@ public:
     [[nodiscard]] virtual int CurrentRow() const = 0;
     [[nodiscard]] virtual std::vector<int> SelectedRows() const = 0;
     [[nodiscard]] virtual QAbstractItemView* View() = 0;
+    // Makes the last row as shown, in the user's sort order, the current one; nothing when the grid is empty.
+    virtual void GoToLastRow() = 0;
+    // Shows the rows as pages: the setting's visible columns by their field names, in its order, on its paper. A column
+    // that the grid lacks is left out. Errors pass to the caller.
+    virtual void PrintPreview(const TPrintSetting& setting) = 0;
 
     std::function<void()> OnDblClick;
 };

@@ -7,6 +7,7 @@
 #include "package/screens/base_dock_frm.h"
 #include "package/screens/base_get_frm.h"
 #include "package/screens/controls.h"
+#include "package/screens/print_setting.h"
 
 namespace basalt {
 
@@ -28,6 +29,9 @@ public:
 
     // Makes a control right to left.
     virtual void SetWinControlRightAlign(QWidget& control) = 0;
+
+    // As the free function of that name; the request names a report and at least one column.
+    [[nodiscard]] virtual bool PrintSetting(const TPrintSettingRequest& request, TPrintSetting& setting) = 0;
 };
 
 }  // namespace basalt

@@ -225,6 +225,100 @@ TEST_F(GetBases, aRecordChangedByAnotherUserIsNotOverwritten) {
     EXPECT_EQ(nameOf(3), "از دیگری");
 }
 
+TEST_F(GetBases, aRecordChangedAfterASaveThatWasRolledBackIsNotOverwritten) {
+    auto editor = edit(3);
+    // The record is written, its entry in the log is not.
+    editor->afterPost = [] { throw DatabaseError(ErrorCategory::DiskFull, "HY000", 1105, "no room"); };
+    run(*editor, [&] {
+        retype(*editor, "از من");
+        messages.expect("DatabaseError");
+        editor->BaseSave_Click();
+        editor->afterPost = {};
+        execute(*session, "UPDATE CostLevel SET Comment = N'از دیگری' WHERE CostType = 1 AND Code = 3");
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            messages.expect("DatabaseError");
+            editor->BaseSave_Click();
+            EXPECT_EQ(messages.shown.back().arguments.at(0), host.catalogue().errorText(ErrorCategory::Conflict));
+            EXPECT_FALSE(editor->base().IsSaved());
+        }
+    });
+    EXPECT_EQ(one("SELECT Comment FROM CostLevel WHERE CostType = 1 AND Code = 3"), "از دیگری");
+    EXPECT_NE(nameOf(3), "از من");
+}
+
+TEST_F(GetBases, aRecordDeletedAfterASaveThatWasRolledBackIsAConflict) {
+    auto editor = edit(8);
+    editor->afterPost = [] { throw DatabaseError(ErrorCategory::DiskFull, "HY000", 1105, "no room"); };
+    run(*editor, [&] {
+        retype(*editor, "از من");
+        messages.expect("DatabaseError");
+        editor->BaseSave_Click();
+        editor->afterPost = {};
+        execute(*session, "DELETE FROM CostLevel WHERE CostType = 1 AND Code = 8");
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            messages.expect("DatabaseError");
+            editor->BaseSave_Click();
+            EXPECT_EQ(messages.shown.back().arguments.at(0), host.catalogue().errorText(ErrorCategory::Conflict));
+        }
+    });
+    EXPECT_EQ(nameOf(8), "no row");
+}
+
+TEST_F(GetBases, whatWasSavedIsWhatALaterAttemptCompares) {
+    auto editor = edit(3);
+    run(*editor, [&] {
+        retype(*editor, "نخست");
+        editor->BaseSave_Click();
+        editor->afterPost = [] { throw DatabaseError(ErrorCategory::DiskFull, "HY000", 1105, "no room"); };
+        retype(*editor, "دوم");
+        messages.expect("DatabaseError");
+        editor->BaseSave_Click();
+        EXPECT_EQ(nameOf(3), "نخست");
+        editor->afterPost = {};
+        editor->BaseSave_Click();
+        EXPECT_EQ(nameOf(3), "دوم");
+    });
+}
+
+TEST_F(GetBases, nobodyEditsWithoutTheRightTo) {
+    host.permissions().allow(2, spPriceLevels, prOpen, true);
+    host.signInAs(2);
+    messages.expect("HavePermission");
+    auto editor = edit(3);
+    EXPECT_TRUE(editor->ClosedOnCreate());
+    EXPECT_EQ(after("SetSetting"), Calls{"IsNewRecordMode 3"}) << "nothing was read";
+    EXPECT_EQ(locks(), "0");
+    EXPECT_EQ(editor->ShowModal(), mrCancel);
+
+    host.permissions().allow(2, spPriceLevels, prEdit, true);
+    EXPECT_FALSE(edit(3)->ClosedOnCreate());
+    messages.expect("HavePermission");
+    EXPECT_TRUE(create()->ClosedOnCreate()) << "to change is not to add";
+    EXPECT_EQ(locks(), "0");
+    host.permissions().allow(2, spPriceLevels, prInsert, true);
+    EXPECT_FALSE(create()->ClosedOnCreate());
+}
+
+TEST_F(GetBases, saveAndNewWithoutTheRightToAddSavesOnly) {
+    host.permissions().allow(2, spPriceLevels, prEdit, true);
+    host.permissions().allow(2, spPriceLevels, prInsert, true);
+    host.signInAs(2);
+    auto editor = create();
+    const int code = static_cast<int>(toInt64(editor->Code()));
+    run(*editor, [&] {
+        retype(*editor, "یازدهم");
+        host.permissions().allow(2, spPriceLevels, prInsert, false);
+        messages.expect("HavePermission");
+        editor->BaseSaveANDNew_Click();
+        EXPECT_EQ(toInt64(editor->Code()), code);
+        EXPECT_EQ(editor->Mode(), fmEdit);
+        EXPECT_TRUE(editor->base().IsSaved());
+        retype(*editor, "یازدهمی");
+        editor->BaseSave_Click();
+    });
+    EXPECT_EQ(nameOf(code), "یازدهمی");
+}
+
 TEST_F(GetBases, whatTheUserTypesIsUnsavedAndWhatTheProgramShowsIsNot) {
     auto editor = edit(3);
     EXPECT_TRUE(editor->base().IsSaved());
@@ -322,6 +416,25 @@ TEST_F(GetBases, aBannerTellsWhoElseHasTheRecordOpen) {
         EXPECT_TRUE(text->isVisible());
         EXPECT_TRUE(text->text().contains(QStringLiteral("انبار"))) << text->text().toStdString();
     });
+    // Nobody knows who wrote these rows.
+    execute(*session, "INSERT INTO CodeLock_TBL (Code, Status, Slot, WorkstationName) VALUES (N'5', 114, 0, N'دفتر')");
+    auto unknown = edit(5);
+    run(*unknown, [&] {
+        EXPECT_EQ(control<QLabel>(*unknown, "OpenElsewhere_LBL")->text().toStdString(),
+                  "این رکورد در ایستگاه «دفتر» هم باز است.");
+    });
+    execute(*session, "INSERT INTO CodeLock_TBL (Code, Status, Slot, UserCode) VALUES (N'6', 114, 0, 2)");
+    auto unnamed = edit(6);
+    run(*unnamed, [&] {
+        EXPECT_EQ(control<QLabel>(*unnamed, "OpenElsewhere_LBL")->text().toStdString(),
+                  "این رکورد را علی کریمی هم باز کرده است.");
+    });
+    execute(*session, "INSERT INTO CodeLock_TBL (Code, Status, Slot) VALUES (N'7', 114, 0)");
+    auto neither = edit(7);
+    run(*neither, [&] {
+        EXPECT_EQ(control<QLabel>(*neither, "OpenElsewhere_LBL")->text().toStdString(),
+                  "این رکورد در جای دیگری هم باز است.");
+    });
     auto alone = edit(4);
     run(*alone, [&] { EXPECT_FALSE(control<QLabel>(*alone, "OpenElsewhere_LBL")->isVisible()); });
 }
@@ -341,6 +454,7 @@ TEST_F(GetBases, theWindowKeepsItsSizePerUser) {
     run(*editor, [&] { editor->resize(640, 480); });
     auto again = edit(3);
     run(*again, [&] { EXPECT_EQ(again->size(), QSize(640, 480)); });
+    host.permissions().allow(2, spPriceLevels, prEdit, true);
     host.signInAs(2);
     auto others = edit(3);
     run(*others, [&] { EXPECT_NE(others->size(), QSize(640, 480)); });

@@ -65,6 +65,7 @@ public:
     std::deque<std::optional<QString>> files;
     std::vector<QString> asked;
     std::vector<QString> previews;
+    std::vector<QPageLayout> layouts;
     std::function<void(const QString& title, const std::function<void(QPrinter&)>& paint)> onPreview;
 
     std::optional<QString> chooseFile(QWidget*, const QString& title, const QString& suggestedName,
@@ -78,8 +79,10 @@ public:
         files.pop_front();
         return file;
     }
-    void preview(QWidget*, const QString& title, const std::function<void(QPrinter&)>& paint) override {
+    void preview(QWidget*, const QString& title, const QPageLayout& layout,
+                 const std::function<void(QPrinter&)>& paint) override {
         previews.push_back(title);
+        layouts.push_back(layout);
         if (onPreview) onPreview(title, paint);
     }
 };

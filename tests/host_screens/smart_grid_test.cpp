@@ -272,6 +272,51 @@ TEST_F(Grid, forgetsASourceThatGoesFirst) {
     query.Close();
 }
 
+TEST_F(Grid, theLastRowIsTheLastOneShown) {
+    openThree();
+    grid.GoToLastRow();
+    EXPECT_EQ(query.RecNo(), 3);
+    grid.sortBy(0, true);  // 3, 2, 1
+    query.First();
+    grid.GoToLastRow();
+    EXPECT_EQ(query.FieldByName("Code").AsInteger(), 1);
+    EXPECT_EQ(view().currentIndex().row(), 2);
+    open(priceRows({}));
+    grid.GoToLastRow();
+    EXPECT_EQ(grid.CurrentRow(), -1);
+}
+
+TEST_F(Grid, printsWhatASettingNames) {
+    openThree();
+    grid.SetColumn(1, [] {
+        TGridColumn hidden = column("Name", "عنوان");
+        hidden.Visible = false;
+        return hidden;
+    }());
+    TPrintSetting setting{.Title = "لیست", .Paper = TPrintPaper::A5, .Orientation = TPrintOrientation::Landscape};
+    setting.Columns = {{.FieldName = "Price", .Title = "قیمت"},
+                       {.FieldName = "Code", .Title = "کد", .Visible = false},
+                       {.FieldName = "name", .Title = "نام کالا"},
+                       {.FieldName = "F9", .Title = "سطح نه"}};
+    QTemporaryDir folder;
+    const QString file = folder.filePath("pages.pdf");
+    output.onPreview = [&](const QString&, const std::function<void(QPrinter&)>& paint) {
+        QPrinter printer;
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(file);
+        paint(printer);
+    };
+    grid.PrintPreview(setting);
+    EXPECT_EQ(output.previews, std::vector<QString>{QStringLiteral("لیست")});
+    ASSERT_EQ(output.layouts.size(), 1U);
+    EXPECT_EQ(output.layouts[0].pageSize().id(), QPageSize::A5);
+    EXPECT_EQ(output.layouts[0].orientation(), QPageLayout::Landscape);
+    EXPECT_GT(QFileInfo(file).size(), 1000);
+
+    setting.Columns = {{.FieldName = "F9", .Title = "سطح نه"}};
+    EXPECT_THROW(grid.PrintPreview(setting), UsageError);
+}
+
 TEST_F(Grid, aMillionRowsScrollSmoothly) {
     ColumnInfo code;
     code.name = "Code";

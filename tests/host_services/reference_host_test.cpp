@@ -262,5 +262,37 @@ TEST(UndeployedHost, canBeMadeAndSaysWhatIsMissing) {
     }
 }
 
+TEST_F(ReferenceHostTest, callsTheModulesTagEditor) {
+    EXPECT_THROW(host.Call_insert_tags("", 1), UsageError) << "no module is attached";
+    Registry exports;
+    host.setExports(&exports);
+    EXPECT_THROW(host.Call_insert_tags("", 1), UsageError) << "the module has no such export";
+
+    std::vector<std::string> asked;
+    Datum answer = 12;
+    exports.add(EntryPoint{.name = "Open_InsertTags",
+                           .subsystem = "tags",
+                           .title = "",
+                           .summary = "",
+                           .part = spTags,
+                           .permission = prInsert,
+                           .parameters = {in("Text", "text"), in("Kind", "integer")},
+                           .result = "integer",
+                           .run = [&](FunctionCall& call) {
+                               asked.push_back(call.text("Text") + "|" + std::to_string(call.integer("Kind")));
+                               call.result(answer);
+                           }});
+    EXPECT_EQ(host.Call_insert_tags("", 1), 12);
+    answer = -1;
+    EXPECT_EQ(host.Call_insert_tags("7", 0), -1);
+    answer = nullptr;  // refused
+    EXPECT_EQ(host.Call_insert_tags("", 255), 0);
+    EXPECT_THAT(asked, ElementsAre("|1", "7|0", "|255"));
+}
+
+TEST_F(ReferenceHostTest, picksNothingWithoutScreens) {
+    EXPECT_THROW(static_cast<void>(host.Select_Entity_Multible(spGoods, "")), UsageError);
+}
+
 }  // namespace
 }  // namespace basalt::host

@@ -65,6 +65,8 @@ public:
     TIniOptions options{.LockOwner = 7, .WorkstationName = "test"};
     TSettingRecord settings;
     Value scaler = std::string("عنوان");
+    int insertedTag = 0;
+    std::string pickedCodes;
     ScreenServices* screens = nullptr;
     std::function<void()> onUserEvent;  // may throw, as a log that cannot be written does
 
@@ -102,6 +104,14 @@ public:
         if (onUserEvent) onUserEvent();
     }
     std::string NowDate(const std::string& separator) override { return "1405" + separator + "08" + separator + "30"; }
+    int Call_insert_tags(const std::string& text, std::uint8_t kind) override {
+        note("Call_insert_tags", {quoted(text), std::to_string(kind)});
+        return insertedTag;
+    }
+    std::string Select_Entity_Multible(TSoftwarePart part, const std::string& text) override {
+        note("Select_Entity_Multible", {std::to_string(part), quoted(text)});
+        return pickedCodes;
+    }
     MessageService& Messages() override { return *this; }
     ScreenServices* Screens() override { return screens; }
 

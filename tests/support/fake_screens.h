@@ -59,9 +59,14 @@ public:
     }
     [[nodiscard]] std::vector<int> SelectedRows() const override { return {CurrentRow()}; }
     [[nodiscard]] QAbstractItemView* View() override { return &view_; }
+    void GoToLastRow() override {
+        if (source != nullptr && source->DataSet() != nullptr) source->DataSet()->Last();
+    }
+    void PrintPreview(const TPrintSetting& setting) override { printed.push_back(setting); }
 
     TDataSource* source = nullptr;
     std::vector<TGridColumn> columns;
+    std::vector<TPrintSetting> printed;
 
 private:
     QListView view_;
@@ -290,6 +295,12 @@ public:
         return std::make_unique<FakeSearchManager>(trace_);
     }
     void SetWinControlRightAlign(QWidget& control) override { control.setLayoutDirection(Qt::RightToLeft); }
+    // What onPrintSetting answers; without it the dialog is cancelled.
+    std::function<bool(const TPrintSettingRequest&, TPrintSetting&)> onPrintSetting;
+    [[nodiscard]] bool PrintSetting(const TPrintSettingRequest& request, TPrintSetting& setting) override {
+        trace_.push_back("PrintSetting " + request.ReportName);
+        return onPrintSetting && onPrintSetting(request, setting);
+    }
 
 private:
     template <class Control>

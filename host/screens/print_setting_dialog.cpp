@@ -1,0 +1,97 @@
+#include "host/screens/print_setting_dialog.h"
+
+#include <QFormLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include "host/screens/dialog_buttons.h"
+#include "host/screens/print_setting_memory.h"
+
+namespace basalt::host {
+namespace {
+
+constexpr int kTitleCharacters = 200;
+
+struct PaperName {
+    TPrintPaper paper;
+    const char* title;
+};
+constexpr PaperName kPapers[]{
+    {TPrintPaper::A4, "A4"}, {TPrintPaper::A5, "A5"}, {TPrintPaper::A3, "A3"}, {TPrintPaper::Letter, "Letter"}};
+
+std::vector<ColumnChoice> choicesOf(const std::vector<TPrintColumn>& columns) {
+    std::vector<ColumnChoice> choices;
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        choices.push_back({static_cast<int>(i), QString::fromStdString(columns[i].Title), columns[i].Visible});
+    return choices;
+}
+
+}  // namespace
+
+PrintSettingDialog::PrintSettingDialog(const TPrintSetting& start, QWidget* parent)
+    : QDialog(parent),
+      start_(start),
+      title_(new QLineEdit(QString::fromStdString(start.Title), this)),
+      paper_(new QComboBox(this)),
+      portrait_(new QRadioButton(QStringLiteral("عمودی"), this)),
+      landscape_(new QRadioButton(QStringLiteral("افقی"), this)),
+      columns_(new ColumnList(choicesOf(start.Columns), QStringLiteral("ستون‌های چاپ"), this)) {
+    setObjectName(QStringLiteral("PrintSetting_FRM"));
+    setWindowTitle(QStringLiteral("تنظیمات چاپ"));
+    setLayoutDirection(Qt::RightToLeft);
+    resize(420, 520);
+
+    title_->setObjectName(QStringLiteral("PrintTitle_EDT"));
+    title_->setMaxLength(kTitleCharacters);
+    paper_->setObjectName(QStringLiteral("Paper_CMB"));
+    for (const PaperName& entry : kPapers) {
+        paper_->addItem(QString::fromLatin1(entry.title), static_cast<int>(entry.paper));
+        if (entry.paper == start.Paper) paper_->setCurrentIndex(paper_->count() - 1);
+    }
+    portrait_->setObjectName(QStringLiteral("Portrait_RDB"));
+    landscape_->setObjectName(QStringLiteral("Landscape_RDB"));
+    (start.Orientation == TPrintOrientation::Landscape ? landscape_ : portrait_)->setChecked(true);
+
+    auto* orientation = new QHBoxLayout;
+    orientation->addWidget(portrait_);
+    orientation->addWidget(landscape_);
+    orientation->addStretch(1);
+    auto* form = new QFormLayout;
+    form->addRow(QStringLiteral("عنوان :"), title_);
+    form->addRow(QStringLiteral("کاغذ :"), paper_);
+    form->addRow(QStringLiteral("جهت :"), orientation);
+    form->addRow(new QLabel(QStringLiteral("ستون‌های چاپ :"), this));
+    const DialogButtons buttons = dialogButtons(*this);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(16, 16, 16, 16);
+    layout->setSpacing(10);
+    layout->addLayout(form);
+    layout->addWidget(columns_, 1);
+    layout->addLayout(buttons.row);
+    columns_->onChange = [this, accept = buttons.accept] { accept->setEnabled(columns_->anyVisible()); };
+    columns_->onChange();
+}
+
+TPrintSetting PrintSettingDialog::setting() const {
+    TPrintSetting setting{
+        .Title = title_->text().toStdString(),
+        .Paper = static_cast<TPrintPaper>(paper_->currentData().toInt()),
+        .Orientation = landscape_->isChecked() ? TPrintOrientation::Landscape : TPrintOrientation::Portrait};
+    for (const ColumnChoice& choice : columns_->choices()) {
+        setting.Columns.push_back(start_.Columns[static_cast<std::size_t>(choice.column)]);
+        setting.Columns.back().Visible = choice.visible;
+    }
+    return setting;
+}
+
+bool askPrintSetting(ScreenContext& context, const TPrintSettingRequest& request, TPrintSetting& setting) {
+    PrintSettingMemory memory(context.host(), request.ReportName);
+    PrintSettingDialog dialog(memory.recall(request), request.Form);
+    if (dialog.exec() != QDialog::Accepted) return false;
+    TPrintSetting chosen = dialog.setting();
+    memory.keep(chosen);
+    setting = std::move(chosen);
+    return true;
+}
+
+}  // namespace basalt::host

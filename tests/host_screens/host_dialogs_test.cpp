@@ -1,0 +1,246 @@
+// Dialogs that the module asks the host for: print settings and the picker of persons and goods.
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTableView>
+
+#include "engines/embedded/embedded_session.h"
+#include "host/screens/column_list.h"
+#include "host/services/deploy.h"
+#include "host/services/entity_store.h"
+#include "host/services/sql_access.h"
+#include "package/screens/print_setting.h"
+#include "tests/host_screens/screen_test.h"
+
+namespace basalt::host {
+namespace {
+
+class HostDialogs : public ::testing::Test {
+protected:
+    HostDialogs() {
+        deployDatabase(*session, {.demo = true});
+        host.signInAs(1);
+        host.setMessages(messages);
+        host.setScreens(&screens);
+    }
+
+    // Acts in the dialog that the next call shows.
+    static void inDialog(const char* objectName, const std::function<void(QDialog&)>& act) {
+        QTimer::singleShot(0, qApp, [objectName, act] {
+            auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            ASSERT_EQ(dialog->objectName(), QString::fromLatin1(objectName));
+            ASSERT_TRUE(QTest::qWaitForWindowActive(dialog));
+            act(*dialog);
+            if (dialog->isVisible()) dialog->reject();
+        });
+    }
+    static void press(QDialog& dialog, const char* button) {
+        QTest::mouseClick(control<QPushButton>(dialog, button), Qt::LeftButton);
+    }
+    [[nodiscard]] std::string one(const std::string& sql) {
+        const RowSet rows = rowsOf(*session, sql);
+        return rows.rowCount() == 0 ? "no row" : textAt(rows, 0, 0);
+    }
+
+    std::unique_ptr<Session> session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
+    QueuedMessages messages;
+    ReferenceHost host{*session, testOptions()};
+    HostScreenServices screens{host};
+    AttachedHost attached{host};
+};
+
+class PrintSettings : public HostDialogs {
+protected:
+    PrintSettings() {
+        execute(*session, "DELETE FROM PrintsSettings");
+        request.Columns = {{.FieldName = "F1", .Title = "مصرف کننده"},
+                           {.FieldName = "F2", .Title = "همکار", .Visible = false},
+                           {.FieldName = "ConsumerPrice", .Title = "قیمت مصرف کننده", .SettingName = "F11"}};
+    }
+    [[nodiscard]] static std::string shown(const TPrintSetting& setting) {
+        std::string text;
+        for (const TPrintColumn& column : setting.Columns)
+            text += column.FieldName + (column.Visible ? "+ " : "- ");
+        return text;
+    }
+    // What the dialog would start from now.
+    [[nodiscard]] TPrintSetting started() {
+        TPrintSetting setting;
+        inDialog("PrintSetting_FRM", [](QDialog& dialog) { press(dialog, "Ok_BTN"); });
+        EXPECT_TRUE(PrintSetting(request, setting));
+        return setting;
+    }
+
+    TPrintSettingRequest request{.ReportName = "CostReport", .Title = "لیست قیمت ها"};
+};
+
+TEST_F(PrintSettings, startFromTheRequest) {
+    const TPrintSetting setting = started();
+    EXPECT_EQ(setting.Title, "لیست قیمت ها");
+    EXPECT_EQ(shown(setting), "F1+ F2- ConsumerPrice+ ");
+    EXPECT_EQ(setting.Paper, TPrintPaper::A4);
+    EXPECT_EQ(setting.Orientation, TPrintOrientation::Portrait);
+}
+
+TEST_F(PrintSettings, keepWhatTheUserChoseForTheReport) {
+    TPrintSetting setting;
+    inDialog("PrintSetting_FRM", [](QDialog& dialog) {
+        auto* title = control<QLineEdit>(dialog, "PrintTitle_EDT");
+        title->selectAll();
+        type(title, QStringLiteral("قیمت‌های پاییز"));
+        control<QComboBox>(dialog, "Paper_CMB")->setCurrentText(QStringLiteral("A3"));
+        QTest::mouseClick(control<QRadioButton>(dialog, "Landscape_RDB"), Qt::LeftButton, {}, QPoint(8, 8));
+        auto* columns = control<QListWidget>(dialog, "Columns_LST");
+        columns->item(0)->setCheckState(Qt::Unchecked);
+        columns->item(1)->setCheckState(Qt::Checked);
+        columns->setCurrentRow(2);
+        press(dialog, "Up_BTN");
+        press(dialog, "Ok_BTN");
+    });
+    ASSERT_TRUE(PrintSetting(request, setting));
+    EXPECT_EQ(setting.Title, "قیمت‌های پاییز");
+    EXPECT_EQ(shown(setting), "F1- ConsumerPrice+ F2+ ");
+    EXPECT_EQ(setting.Paper, TPrintPaper::A3);
+    EXPECT_EQ(setting.Orientation, TPrintOrientation::Landscape);
+    EXPECT_EQ(one("SELECT COUNT(*) FROM PrintsSettings WHERE PartName = 'CostReport'"), "3");
+    EXPECT_EQ(one("SELECT Title FROM PrintsSettings WHERE Comment = 'F11' AND Visible = 1"), "قیمت مصرف کننده");
+    EXPECT_EQ(one("SELECT Title FROM PrintsSettings WHERE Comment = 'F1' AND Visible = 0"), "مصرف کننده");
+
+    const TPrintSetting again = started();
+    EXPECT_EQ(again.Title, setting.Title);
+    EXPECT_EQ(shown(again), shown(setting));
+    EXPECT_EQ(again.Paper, setting.Paper);
+    EXPECT_EQ(again.Orientation, setting.Orientation);
+    EXPECT_EQ(one("SELECT COUNT(*) FROM PrintsSettings WHERE PartName = 'CostReport'"), "3");
+
+    // Another user has a title, an order and paper of their own.
+    host.signInAs(2);
+    const TPrintSetting others = started();
+    EXPECT_EQ(others.Title, "لیست قیمت ها");
+    EXPECT_EQ(others.Paper, TPrintPaper::A4);
+}
+
+TEST_F(PrintSettings, cancelledKeepNothingAndChangeNothing) {
+    TPrintSetting setting{.Title = "پیش از آن"};
+    inDialog("PrintSetting_FRM", [](QDialog& dialog) {
+        control<QListWidget>(dialog, "Columns_LST")->item(0)->setCheckState(Qt::Unchecked);
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    EXPECT_FALSE(PrintSetting(request, setting));
+    EXPECT_EQ(setting.Title, "پیش از آن");
+    EXPECT_TRUE(setting.Columns.empty());
+    EXPECT_EQ(one("SELECT COUNT(*) FROM PrintsSettings"), "0");
+    EXPECT_EQ(one("SELECT COUNT(*) FROM HostFormOptions"), "0");
+}
+
+TEST_F(PrintSettings, startAnewForAColumnWhoseRowWasDeleted) {
+    inDialog("PrintSetting_FRM", [](QDialog& dialog) {
+        control<QListWidget>(dialog, "Columns_LST")->item(0)->setCheckState(Qt::Unchecked);
+        press(dialog, "Ok_BTN");
+    });
+    TPrintSetting setting;
+    ASSERT_TRUE(PrintSetting(request, setting));
+    execute(*session, "DELETE FROM PrintsSettings WHERE Comment = 'F1'");
+    EXPECT_EQ(shown(started()), "F1+ F2- ConsumerPrice+ ");
+}
+
+TEST_F(PrintSettings, putColumnsLastThatWereNotThereThen) {
+    static_cast<void>(started());
+    request.Columns.insert(request.Columns.begin(), {.FieldName = "F7", .Title = "سطح هفت"});
+    EXPECT_EQ(shown(started()), "F1+ F2- ConsumerPrice+ F7+ ");
+}
+
+TEST_F(PrintSettings, areNotAcceptedWithoutAColumn) {
+    inDialog("PrintSetting_FRM", [](QDialog& dialog) {
+        auto* columns = control<QListWidget>(dialog, "Columns_LST");
+        for (int row = 0; row < columns->count(); ++row)
+            columns->item(row)->setCheckState(Qt::Unchecked);
+        EXPECT_FALSE(control<QPushButton>(dialog, "Ok_BTN")->isEnabled());
+    });
+    TPrintSetting setting;
+    EXPECT_FALSE(PrintSetting(request, setting));
+}
+
+TEST_F(PrintSettings, withoutANameOrColumnsAreAMistakeOfTheCaller) {
+    TPrintSetting setting;
+    EXPECT_THROW(static_cast<void>(PrintSetting({.ReportName = "CostReport", .Title = ""}, setting)), UsageError);
+    request.ReportName.clear();
+    EXPECT_THROW(static_cast<void>(PrintSetting(request, setting)), UsageError);
+}
+
+class EntityPickers : public HostDialogs {
+protected:
+    [[nodiscard]] static QTableView& list(QDialog& dialog) { return *control<QTableView>(dialog, "Entities_GRD"); }
+    [[nodiscard]] static std::string cell(QDialog& dialog, int row, int column) {
+        return list(dialog).model()->index(row, column).data().toString().toStdString();
+    }
+    static void toggle(QDialog& dialog, int row) {
+        list(dialog).setCurrentIndex(list(dialog).model()->index(row, 0));
+        QTest::keyClick(&list(dialog), Qt::Key_Space);
+    }
+};
+
+TEST_F(EntityPickers, listGoodsAndGiveTheCodesInTheOrderOfPicking) {
+    const std::string first = one("SELECT MIN(Code) FROM GoodInf");
+    const std::string third =
+        one("SELECT MIN(Code) FROM GoodInf WHERE Code > (SELECT MIN(Code) FROM GoodInf WHERE "
+            "Code > (SELECT MIN(Code) FROM GoodInf))");
+    inDialog("EntityPicker_FRM", [&](QDialog& dialog) {
+        EXPECT_EQ(std::to_string(list(dialog).model()->rowCount()), one("SELECT COUNT(*) FROM GoodInf"));
+        EXPECT_EQ(cell(dialog, 0, 1), one("SELECT Name FROM GoodInf WHERE Code = " + first));
+        toggle(dialog, 2);
+        toggle(dialog, 1);
+        toggle(dialog, 0);
+        toggle(dialog, 1);
+        EXPECT_EQ(control<QLabel>(dialog, "Count_LBL")->text().toStdString(), "۲ مورد انتخاب شده است.");
+        press(dialog, "Ok_BTN");
+    });
+    EXPECT_EQ(Select_Entity_Multible(spGoods, ""), third + "," + first + ",");
+}
+
+TEST_F(EntityPickers, searchNamesAndCodesAndKeepWhatWasPicked) {
+    const std::string code = one("SELECT MAX(Code) FROM PerInf");
+    const std::string name = one("SELECT FullName FROM PerInf WHERE Code = " + code);
+    inDialog("EntityPicker_FRM", [&](QDialog& dialog) {
+        auto* search = control<QLineEdit>(dialog, "Search_EDT");
+        EXPECT_EQ(search->text(), QString::fromStdString(name)) << "the search starts with the caller's text";
+        ASSERT_GE(list(dialog).model()->rowCount(), 1);
+        EXPECT_EQ(cell(dialog, 0, 1), name);
+        QTest::keyClick(search, Qt::Key_Return);
+        EXPECT_TRUE(list(dialog).hasFocus());
+        QTest::keyClick(&list(dialog), Qt::Key_Space);
+        search->setText(QStringLiteral("هیچ‌کس به این نام نیست"));
+        EXPECT_EQ(list(dialog).model()->rowCount(), 0);
+        search->setText(QString::fromStdString(code));
+        EXPECT_GE(list(dialog).model()->rowCount(), 1);
+        QTest::keyClick(&list(dialog), Qt::Key_Return);
+    });
+    EXPECT_EQ(Select_Entity_Multible(spPersons, name), code + ",");
+}
+
+TEST_F(EntityPickers, cancelledOrWithoutAPickGiveNothing) {
+    inDialog("EntityPicker_FRM", [&](QDialog& dialog) {
+        toggle(dialog, 0);
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    EXPECT_EQ(Select_Entity_Multible(spGoods, ""), "");
+    inDialog("EntityPicker_FRM", [&](QDialog& dialog) { press(dialog, "Ok_BTN"); });
+    EXPECT_EQ(Select_Entity_Multible(spGoods, ""), "");
+}
+
+TEST_F(EntityPickers, knowPersonsAndGoodsOnly) {
+    EXPECT_THROW(static_cast<void>(Select_Entity_Multible(spTags, "")), UsageError);
+}
+
+TEST_F(EntityPickers, passOnThatTheTableIsMissing) {
+    const auto bare = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
+    EntityStore store(*bare);
+    EXPECT_THROW(static_cast<void>(store.list(spPersons, "")), DatabaseError);
+}
+
+}  // namespace
+}  // namespace basalt::host
