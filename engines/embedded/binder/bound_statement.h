@@ -44,6 +44,7 @@ struct BoundUpdate {
     std::vector<BoundPtr> values;
     // Plain form: the condition on the table itself. Otherwise `rows` gives key and values of each row to change.
     BoundPtr where;
+    bool oneRow = false;  // at the most
     std::string alias;
     std::unique_ptr<BoundQuery> rows;
     std::vector<BoundItem> returning;

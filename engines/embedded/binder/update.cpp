@@ -1,6 +1,7 @@
 // UPDATE.
 #include "ado/names.h"
 #include "engines/embedded/binder/binder.h"
+#include "engines/embedded/binder/one_row.h"
 #include "engines/embedded/runtime/sql_error.h"
 
 namespace basalt::embedded {
@@ -72,6 +73,7 @@ BoundUpdate Binder::update(const ast::UpdateStatement& statement) {
     }
     BoundPtr where = statement.where == nullptr ? nullptr : condition(*statement.where, &scope);
     if (plain) {
+        result.oneRow = pinsOneRow(where.get(), table, result.alias);
         result.where = std::move(where);
     } else {
         rows->where = std::move(where);

@@ -290,8 +290,10 @@ bool Catalog::refresh() {
 }
 
 IdentityState Catalog::identity(std::string_view table) {
+    std::string key = foldName(table);
+    if (const auto taken = taken_.find(key); taken != taken_.end()) return taken->second;
     SqliteStatement& query = identityStatements(table).read;
-    query.bind(1, std::string_view(foldName(table)));
+    query.bind(1, std::string_view(key));
     IdentityState state;
     if (query.step()) {
         state.seed = query.integerAt(0);
@@ -300,6 +302,18 @@ IdentityState Catalog::identity(std::string_view table) {
     }
     query.reset();
     return state;
+}
+
+void Catalog::takeIdentity(std::string_view table, const IdentityState& state) {
+    // Outside of a transaction nobody says when to write it.
+    if (sqlite3_get_autocommit(database_.handle()) != 0) return setIdentity(table, state);
+    taken_[foldName(table)] = state;
+}
+
+void Catalog::settleIdentities() {
+    for (const auto& [table, state] : taken_)
+        setIdentity(table, state);
+    taken_.clear();
 }
 
 void Catalog::setIdentity(std::string_view table, const IdentityState& state) {

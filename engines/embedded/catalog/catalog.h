@@ -104,6 +104,12 @@ public:
 
     [[nodiscard]] IdentityState identity(std::string_view table);
     void setIdentity(std::string_view table, const IdentityState& state);
+    // For the rows of a table: in a transaction the number is kept here, so that not every row writes it, until
+    // settleIdentities writes all of them. That goes before COMMIT and before whatever changes tables or sets a
+    // savepoint of the user's. After a rollback, to a savepoint of the user's too, they are forgotten.
+    void takeIdentity(std::string_view table, const IdentityState& state);
+    void settleIdentities();
+    void forgetIdentities() { taken_.clear(); }
 
     // The number by which OBJECT_ID tells an object of the kind ("U", "P", "V", "FN", ... or empty for any);
     // nullopt when there is none.
@@ -135,6 +141,7 @@ private:
     IdentityStatements& identityStatements(std::string_view table);
     IdentityStatements identity_;
     IdentityStatements temporaryIdentity_;
+    std::map<std::string, IdentityState> taken_;  // in the running transaction, by folded table name
 };
 
 // T-SQL's index names are unique within a table, SQLite's within the database.

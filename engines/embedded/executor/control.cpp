@@ -15,6 +15,7 @@ namespace basalt::embedded {
 void Executor::selectInto(const ast::Batch& batch, const ast::SelectStatement& statement,
                           const Environment& environment, BatchResult& into) {
     try {
+        catalog_.settleIdentities();
         StatementGuard guard(*this, true);
         catalog_.refresh();
         const ast::ObjectName& name = ast::firstSelect(*statement.query->body).into;
@@ -141,6 +142,7 @@ void Executor::commit() {
         return;
     }
     try {
+        catalog_.settleIdentities();
         commit_.run();
         state_.tranCount = 0;
     } catch (const DatabaseError& error) {
@@ -155,6 +157,7 @@ void Executor::rollback() {
     }
     rollback_.run();
     state_.tranCount = 0;
+    catalog_.forgetIdentities();
     // What was created in the transaction is gone again.
     catalog_.invalidate();
 }
@@ -182,6 +185,7 @@ void Executor::transaction(const ast::Batch& batch, const ast::TransactionStatem
         case Action::Save:
             if (!inTransaction())
                 throwSqlError(628, "Cannot issue SAVE TRANSACTION when there is no active transaction.");
+            catalog_.settleIdentities();
             database_.execute(("SAVEPOINT " + savepoint).c_str());
             savepoints_.push_back(foldName(name));
             break;
@@ -189,6 +193,7 @@ void Executor::transaction(const ast::Batch& batch, const ast::TransactionStatem
             if (!name.empty() && inTransaction() &&
                 std::find(savepoints_.begin(), savepoints_.end(), foldName(name)) != savepoints_.end()) {
                 database_.execute(("ROLLBACK TO " + savepoint).c_str());
+                catalog_.forgetIdentities();
                 catalog_.invalidate();
                 break;
             }

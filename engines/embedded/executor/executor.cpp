@@ -165,6 +165,7 @@ std::unique_ptr<Plan> Executor::plan(const ast::Batch& batch, const ast::Stateme
             result = prepared(writer);
             result->kind = PlanKind::Insert;
             result->table = bound.table->name;
+            result->oneRow = bound.query == nullptr && bound.rows.size() == 1;
             result->generatesIdentity = bound.generatesIdentity;
             result->setsIdentity = bound.setsIdentity;
             result->identityOutput = bound.returning.empty() ? 0 : bound.returning.size() - 1;
@@ -177,6 +178,7 @@ std::unique_ptr<Plan> Executor::plan(const ast::Batch& batch, const ast::Stateme
             result = prepared(writer);
             result->kind = PlanKind::Update;
             result->table = bound.table->name;
+            result->oneRow = bound.oneRow;
             result->assignments = std::move(bound.assignments);
             describe(*result, bound.outputs);
             if (bound.before.query != nullptr) {
@@ -334,7 +336,9 @@ void Executor::afterFailure(const DatabaseError& error) {
     const bool deadly = category == ErrorCategory::Connection || category == ErrorCategory::Corrupt ||
                         category == ErrorCategory::DiskFull;
     if (deadly && inTransaction()) sqlite3_exec(database_.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
-    if (!inTransaction()) state_.tranCount = 0;
+    if (inTransaction()) return;
+    state_.tranCount = 0;
+    catalog_.forgetIdentities();
 }
 
 void Executor::run(Plan& plan, const Environment& environment, BatchResult& into) {
@@ -452,7 +456,9 @@ void Executor::keepIdentity(const std::string& table) {
 
 void Executor::runChange(Plan& plan, BatchResult& into, const Environment& environment) {
     const bool identity = plan.generatesIdentity || plan.setsIdentity;
-    StatementGuard guard(*this, identity || plan.before != nullptr);
+    // What comes after SQLite's change of one row cannot fail, unless rows or variables are to take its values.
+    const bool whole = plan.oneRow && plan.columns == nullptr && plan.assignments.empty() && !plan.setsIdentity;
+    StatementGuard guard(*this, identity || plan.before != nullptr, whole);
     if (plan.before != nullptr) {
         bind(*plan.before, environment);
         while (step(*plan.before))

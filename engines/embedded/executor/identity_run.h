@@ -35,7 +35,7 @@ struct Executor::IdentityRun {
     }
 
     void finish(Catalog& catalog) {
-        if (last_) catalog.setIdentity(table_, state_);
+        if (last_) catalog.takeIdentity(table_, state_);
     }
 
     [[nodiscard]] std::optional<std::int64_t> last() const { return last_; }

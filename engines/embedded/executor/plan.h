@@ -27,6 +27,7 @@ struct Plan {
     std::vector<SqlType> types;
     std::vector<SelectAssignment> assignments;  // variables that take the last columns of each row
     std::string table;                          // the changed table
+    bool oneRow = false;                        // changes one row at the most
     bool generatesIdentity = false;
     bool setsIdentity = false;
     std::size_t identityOutput = 0;

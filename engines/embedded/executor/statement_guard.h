@@ -8,10 +8,13 @@ namespace basalt::embedded {
 class Executor::StatementGuard {
 public:
     // A change that is one statement of SQLite's needs no transaction of its own; `several` says that it is more.
-    StatementGuard(Executor& executor, bool several) : executor_(executor) {
+    // Inside a transaction a function that fails half-way leaves the rows changed so far, so a savepoint stands around
+    // every change but those of one row, which SQLite makes whole or not at all.
+    StatementGuard(Executor& executor, bool several, bool whole = false) : executor_(executor) {
         // A function works inside a statement that is guarded itself, and SQLite lets no savepoint begin there.
         if (executor_.state_.functionDepth > 0) return;
         if (executor_.inTransaction()) {
+            if (whole) return;
             executor_.savepoint_.run();
             mode_ = Mode::Savepoint;
         } else if (several) {
@@ -28,6 +31,7 @@ public:
         sqlite3_stmt* undo = mode_ == Mode::Savepoint ? executor_.rollbackTo_.handle() : executor_.rollback_.handle();
         sqlite3_step(undo);
         sqlite3_reset(undo);
+        if (mode_ == Mode::Transaction) executor_.catalog_.forgetIdentities();
         if (mode_ == Mode::Savepoint) {
             sqlite3_step(executor_.release_.handle());
             sqlite3_reset(executor_.release_.handle());
@@ -36,7 +40,10 @@ public:
 
     void succeed() {
         if (mode_ == Mode::Savepoint) executor_.release_.run();
-        if (mode_ == Mode::Transaction) executor_.commit_.run();
+        if (mode_ == Mode::Transaction) {
+            executor_.catalog_.settleIdentities();
+            executor_.commit_.run();
+        }
         mode_ = Mode::None;
     }
 

@@ -13,6 +13,7 @@ namespace basalt::embedded {
 void Executor::define(const ast::Batch& batch, const ast::Statement& statement, const Environment& environment) {
     using ast::StatementKind;
     try {
+        catalog_.settleIdentities();
         StatementGuard guard(*this, true);
         catalog_.refresh();
         switch (statement.kind) {
@@ -68,6 +69,7 @@ void Executor::requireFreeName(const ast::Batch& batch, const ast::ObjectName& n
 
 void Executor::createTable(const std::string& name, const ast::TableDefinition& definition, const ast::Batch& batch,
                            const Environment& environment) {
+    catalog_.settleIdentities();
     Binder binder(catalog_, binderInput(batch, environment));
     TableDesign design;
     design.name = name;

@@ -117,6 +117,7 @@ void Executor::drop(const ast::Batch& batch, const ast::DropStatement& statement
 }
 
 void Executor::dropTable(const std::string& name) {
+    catalog_.settleIdentities();
     const Table table = catalog_.requireTable(name);
     database_.execute(("DROP TABLE " + table.sqlName()).c_str());
     TableDesign::forget(table.name, table.temporary, database_);
@@ -126,6 +127,7 @@ void Executor::dropTable(const std::string& name) {
 
 void Executor::truncate(const ast::Batch& batch, const ast::TruncateStatement& statement) {
     try {
+        catalog_.settleIdentities();
         StatementGuard guard(*this, true);
         catalog_.refresh();
         const Table* table = catalog_.table(statement.table.last());
