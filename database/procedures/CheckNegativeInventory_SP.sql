@@ -3,7 +3,8 @@
 --
 -- Whether saving a document would drive the stock of a good in a store below zero, at its own moment or at any later one.
 --   @NegativeType     0 forbid, 1 warn, 2 allow: with 2 nothing is looked at
---   @SelectQuery      a query of the document's lines: Code (good), Anbar (store), Mogodi (signed quantity)
+--   @SelectQuery      a query of the document's lines: Code (good), Anbar (store), Mogodi (signed quantity); lines without
+--                     a good or a store move no stock
 --   @Date, @globalID  the document's place in the ledger. 0 or null for a new document, which comes last on its day
 --   @StoreTransition  1 for a document that moves goods between stores; its lines name both stores, and each is looked at for
 --                     itself, as with any other document
@@ -38,14 +39,22 @@ BEGIN
     IF @NegativeType = 2
         RETURN 0
 
-    CREATE TABLE #DocumentLines (Code int NOT NULL, Anbar int NOT NULL, Mogodi decimal(23, 9) NOT NULL)
+    CREATE TABLE #DocumentLines (
+        Code int NOT NULL, Anbar int NOT NULL, Mogodi decimal(23, 9) NOT NULL, PRIMARY KEY (Code, Anbar))
     CREATE TABLE #NegativeGoods (Code int NOT NULL PRIMARY KEY, Name nvarchar(150) NOT NULL)
 
     SET @Insert = N'INSERT INTO #DocumentLines (Code, Anbar, Mogodi) SELECT S.Code, S.Anbar, ISNULL(SUM(S.Mogodi), 0) FROM ('
-        + @SelectQuery + N') AS S GROUP BY S.Code, S.Anbar'
+        + @SelectQuery + N') AS S WHERE S.Code IS NOT NULL AND S.Anbar IS NOT NULL GROUP BY S.Code, S.Anbar'
     EXEC (@Insert)
 
     SET @Place = CASE WHEN @globalID > 0 THEN @globalID ELSE 2147483647 END
+
+    -- What the document moved before and does not name any more.
+    INSERT INTO #DocumentLines (Code, Anbar, Mogodi)
+    SELECT DISTINCT K.kala, K.Anbar, 0
+    FROM dbo.Kardex AS K
+    WHERE K.Global_ID = @Place
+        AND NOT EXISTS (SELECT 1 FROM #DocumentLines AS L WHERE L.Code = K.kala AND L.Anbar = K.Anbar)
 
     -- What the ledger has and what it would have, document by document.
     INSERT INTO #NegativeGoods (Code, Name)
@@ -64,12 +73,8 @@ BEGIN
                 FROM (
                     SELECT K.kala AS Code, K.Anbar, K.[Date], K.Global_ID, K.Tedad AS Now,
                         CASE WHEN K.Global_ID = @Place THEN 0 ELSE K.Tedad END AS Later
-                    FROM dbo.Kardex AS K
-                    WHERE EXISTS (SELECT 1 FROM #DocumentLines AS L WHERE L.Code = K.kala AND L.Anbar = K.Anbar)
-                        OR EXISTS (
-                            SELECT 1
-                            FROM dbo.Kardex AS O
-                            WHERE O.Global_ID = @Place AND O.kala = K.kala AND O.Anbar = K.Anbar)
+                    FROM #DocumentLines AS L
+                    INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar
                     UNION ALL
                     SELECT L.Code, L.Anbar, @Date, @Place, 0, L.Mogodi
                     FROM #DocumentLines AS L

@@ -135,6 +135,10 @@ TEST_F(NegativeStock, withoutLinesNothingIsNegative) {
     EXPECT_EQ(check(line(5, 1, "NULL"), "1405/01/25"), fine);
 }
 
+TEST_F(NegativeStock, linesWithoutAGoodOrAStoreMoveNothing) {
+    EXPECT_EQ(check("SELECT NULL AS Code, 1 AS Anbar, -5 AS Mogodi UNION ALL SELECT 5, NULL, -99", "1405/01/25"), fine);
+}
+
 TEST_F(NegativeStock, warningFindsTheSameAndAllowingLooksAtNothing) {
     EXPECT_EQ(check(line(5, 1, "-99"), "1405/01/25", 0, 1), sugar);
     EXPECT_EQ(check("no query at all", "1405/01/25", 0, 2), fine);
