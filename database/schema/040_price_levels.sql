@@ -10,8 +10,14 @@ BEGIN
         CostType int NOT NULL,
         CONSTRAINT PK_CostLevel PRIMARY KEY (CostType, Code)
     )
-    CREATE INDEX IX_CostLevel_Name ON dbo.CostLevel (CostType, Name)
 END
+go
+
+-- Two users may find the same name free at the same moment; the second one's save is then refused. A database where
+-- that has already happened keeps its rows.
+IF NOT EXISTS (SELECT * FROM sys.indexes WHERE name = N'UX_CostLevel_Name')
+   AND NOT EXISTS (SELECT CostType FROM dbo.CostLevel GROUP BY CostType, Name HAVING COUNT(*) > 1)
+    CREATE UNIQUE INDEX UX_CostLevel_Name ON dbo.CostLevel (CostType, Name)
 go
 
 -- One row a good. The number in a column's name is the level's code.
