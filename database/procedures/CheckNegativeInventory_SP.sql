@@ -39,8 +39,8 @@ BEGIN
     IF @NegativeType = 2
         RETURN 0
 
-    CREATE TABLE #DocumentLines (
-        Code int NOT NULL, Anbar int NOT NULL, Mogodi decimal(23, 9) NOT NULL, PRIMARY KEY (Code, Anbar))
+    -- Without a key on purpose: the few lines are to lead into the index of the long ledger, not the other way round.
+    CREATE TABLE #DocumentLines (Code int NOT NULL, Anbar int NOT NULL, Mogodi decimal(23, 9) NOT NULL)
     CREATE TABLE #NegativeGoods (Code int NOT NULL PRIMARY KEY, Name nvarchar(150) NOT NULL)
 
     SET @Insert = N'INSERT INTO #DocumentLines (Code, Anbar, Mogodi) SELECT S.Code, S.Anbar, ISNULL(SUM(S.Mogodi), 0) FROM ('
