@@ -4,6 +4,7 @@
 #include "ado/replay_session.h"
 #include "cli/wrong_usage.h"
 #include "host/engines/open_database.h"
+#include "host/module_loader/shared_library.h"
 #include "host/services/deploy.h"
 #include "host/services/platform/user_folders.h"
 
@@ -12,8 +13,11 @@ namespace basalt::cli {
 namespace {
 
 host::HostOptions hostOptions(const CommonOptions& options, const RunIdentity& identity) {
-    host::HostOptions result{
-        .workstationName = {}, .userDataFolder = {}, .persistOptions = false, .process = identity.process};
+    host::HostOptions result{.workstationName = {},
+                             .userDataFolder = {},
+                             .persistOptions = false,
+                             .programFolder = host::programFolder().string(),
+                             .process = identity.process};
     if (options.record.empty() && options.replay.empty()) {
         result.persistOptions = true;
         result.userDataFolder = host::userDataFolder().string();

@@ -10,6 +10,9 @@ void lexer(std::string_view input);
 // What parses prints, and what prints parses to the same tree. What does not parse says where.
 void parser(std::string_view input);
 
+// Any barcode under any layout: it is taken apart, does not fit, or has a number that is none.
+void barcode(std::string_view input);
+
 // Any batch on a small database: it answers or throws DatabaseError, and the session stays usable.
 void engine(std::string_view input);
 

@@ -9,12 +9,15 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ado/command.h"
 #include "ado/connection.h"
+#include "ado/error.h"
 #include "ado/query.h"
 #include "ado/stored_proc.h"
 #include "package/messages.h"
+#include "package/programs.h"
 #include "package/types.h"
 
 namespace basalt {
@@ -75,6 +78,14 @@ public:
     virtual MessageService& Messages() = 0;
     // Null when the host shows no screens; an entry point is then a UsageError.
     virtual ScreenServices* Screens() = 0;
+
+    // Other programs of this workstation. A host without any makes the call a UsageError.
+    virtual ProgramService& Programs() { throw UsageError("this host starts no programs"); }
+
+    // What a screen wants to find again after a restart, for the signed-in user: a list of texts of one line each under
+    // a name, by habit "Screen.Control". A host that keeps nothing gives an empty list.
+    virtual std::vector<std::string> StoredList(const std::string& /*name*/) { return {}; }
+    virtual void StoreList(const std::string& /*name*/, const std::vector<std::string>& /*values*/) {}
 };
 
 }  // namespace basalt

@@ -106,8 +106,12 @@ void ShowSmartMessage(TErrorMessage message, const std::vector<std::string>& tex
     point(numbered(MessageKind::Error, message.number, texts), control, form, displayMilliseconds);
 }
 
-void ShowFlashMessage(const std::string& text) {
-    tell("ShowFlashMessage", {text});
+void ShowFlashMessage(const std::string& text, int displayMilliseconds) {
+    send({.operation = "ShowFlashMessage", .arguments = {text}, .displayMilliseconds = displayMilliseconds});
+}
+
+void ShowMessage(const std::string& text) {
+    tell("ShowMessage", {text});
 }
 
 void ShowTooltipMessage(std::uintptr_t handle, const std::string& text, const std::vector<std::string>& values) {

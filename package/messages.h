@@ -81,8 +81,10 @@ void ShowSmartMessage(TNotificationMessage message, const std::vector<std::strin
                       ::QWidget* control = nullptr, ::QWidget* form = nullptr, int displayMilliseconds = 0);
 void ShowSmartMessage(TErrorMessage message, const std::vector<std::string>& texts = {}, ::QWidget* control = nullptr,
                       ::QWidget* form = nullptr, int displayMilliseconds = 0);
-// A short note that does not wait for an answer.
-void ShowFlashMessage(const std::string& text);
+// A short note that does not wait for an answer; 0 milliseconds leave the time to the host.
+void ShowFlashMessage(const std::string& text, int displayMilliseconds = 0);
+// A plain box with a text of the caller's own, for what the host's catalogue does not know.
+void ShowMessage(const std::string& text);
 // A balloon that points at a control. `handle` is the control's native window id.
 void ShowTooltipMessage(std::uintptr_t handle, const std::string& text, const std::vector<std::string>& values = {});
 

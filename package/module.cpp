@@ -1,6 +1,8 @@
 #include "package/module.h"
 
 #include "costlevel/registration.h"
+#include "goods/getboxweight_frm.h"
+#include "goods/registration.h"
 #include "package/basalt_interface_unt.h"
 #include "package/services.h"
 
@@ -12,7 +14,9 @@ class LoadedModule final : public Module {
 public:
     LoadedModule() {
         registerCostLevel(registry_);
+        registerGoods(registry_);
         registerEntryPoints(registry_);
+        registerGoodsScreens(registry_);
     }
 
     [[nodiscard]] int version() const override { return kModuleVersion; }

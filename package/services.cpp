@@ -1,6 +1,6 @@
 #include "package/services.h"
 
-#include <utility>
+#include <vector>
 
 #include "ado/error.h"
 
@@ -9,6 +9,12 @@ namespace basalt {
 namespace {
 
 Host* currentHost = nullptr;
+
+// Made at first use: units of other files register before main.
+std::vector<void (*)() noexcept>& releases() {
+    static std::vector<void (*)() noexcept> all;
+    return all;
+}
 
 }  // namespace
 
@@ -23,13 +29,23 @@ bool hasHost() noexcept {
 }
 
 void attachHost(Host* host) noexcept {
+    if (currentHost != nullptr && currentHost != host) {
+        for (const auto release : releases())
+            release();
+    }
     currentHost = host;
 }
 
-AttachedHost::AttachedHost(Host& host) : previous_(std::exchange(currentHost, &host)) {}
+void whenHostLeaves(void (*release)() noexcept) {
+    releases().push_back(release);
+}
+
+AttachedHost::AttachedHost(Host& host) : previous_(currentHost) {
+    attachHost(&host);
+}
 
 AttachedHost::~AttachedHost() {
-    currentHost = previous_;
+    attachHost(previous_);
 }
 
 TDM& DM() {
@@ -84,6 +100,18 @@ int Call_insert_tags(const std::string& text, std::uint8_t kind) {
 
 std::string Select_Entity_Multible(TSoftwarePart part, const std::string& text) {
     return attachedHost().Select_Entity_Multible(part, text);
+}
+
+ProgramService& Programs() {
+    return attachedHost().Programs();
+}
+
+std::vector<std::string> StoredList(const std::string& name) {
+    return attachedHost().StoredList(name);
+}
+
+void StoreList(const std::string& name, const std::vector<std::string>& values) {
+    attachedHost().StoreList(name, values);
 }
 
 }  // namespace basalt

@@ -4,6 +4,9 @@
 //   if (!HavePermission(UserInfo(), spPriceLevels, prOpen, true, true, "")) return;
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "package/host.h"
 
 namespace basalt {
@@ -12,6 +15,10 @@ namespace basalt {
 [[nodiscard]] bool hasHost() noexcept;
 // Null detaches. For Module and for tests, which attach a host of their own (see AttachedHost below).
 void attachHost(Host* host) noexcept;
+// A unit that keeps something of its host (a store on its connection, what was scanned last) gives it up here:
+// `release` is called whenever a host leaves or is replaced, while that host is still alive. Once per unit; never
+// forgotten.
+void whenHostLeaves(void (*release)() noexcept);
 
 // Attaches a host for a scope and puts back the previous one.
 class AttachedHost {
@@ -41,5 +48,8 @@ void SetUserEvent(TSoftwarePart part, TPermission permission, const std::string&
 [[nodiscard]] std::string NowDate(const std::string& separator);
 int Call_insert_tags(const std::string& text, std::uint8_t kind);
 [[nodiscard]] std::string Select_Entity_Multible(TSoftwarePart part, const std::string& text);
+[[nodiscard]] ProgramService& Programs();
+[[nodiscard]] std::vector<std::string> StoredList(const std::string& name);
+void StoreList(const std::string& name, const std::vector<std::string>& values);
 
 }  // namespace basalt

@@ -67,6 +67,10 @@ void CallRecorder::userEvent(TSoftwarePart part, TPermission permission, const s
     if (hostMessages_) report_.events.push_back({part, permission, text});
 }
 
+void CallRecorder::programStarting(const ProgramStart& program) {
+    if (hostMessages_) report_.programs.push_back(program);
+}
+
 int CallRecorder::show(const MessageRequest& request) {
     const std::size_t index = report_.messages.size();
     report_.messages.push_back({request, std::nullopt});

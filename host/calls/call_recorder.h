@@ -43,6 +43,7 @@ private:
     void touched(TDataSet& dataSet) override;
     void leaving(TDataSet& dataSet) override;
     void userEvent(TSoftwarePart part, TPermission permission, const std::string& text) override;
+    void programStarting(const ProgramStart& program) override;
     int show(const MessageRequest& request) override;
 
     void report(TDataSet& dataSet);

@@ -56,6 +56,11 @@ Datum toDatum(const EventReport& event) {
     return Datum::record({{"part", event.part}, {"permission", event.permission}, {"text", event.text}});
 }
 
+Datum toDatum(const ProgramStart& program) {
+    return Datum::record(
+        {{"verb", program.verb}, {"file", program.file}, {"parameters", program.parameters}, {"show", program.show}});
+}
+
 template <class Item>
 Datum toList(const std::vector<Item>& items) {
     Datum::List list;
@@ -86,8 +91,7 @@ Datum toDatum(const CallReport& report) {
                           {"queries", Datum::record(std::move(queries))},
                           {"messages", toList(report.messages)},
                           {"events", toList(report.events)},
-                          // The module starts programs only through the host, and this host has none to start.
-                          {"started", Datum::list({})},
+                          {"started", toList(report.programs)},
                           {"error", error}});
 }
 

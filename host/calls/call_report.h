@@ -11,6 +11,7 @@
 #include "ado/connection.h"
 #include "package/datum.h"
 #include "package/messages.h"
+#include "package/programs.h"
 
 namespace basalt::host {
 
@@ -47,6 +48,7 @@ struct CallReport {
     std::vector<QueryReport> queries;
     std::vector<MessageReport> messages;
     std::vector<EventReport> events;
+    std::vector<ProgramStart> programs;  // started through the host, in order
     std::optional<CallError> error;
     bool started = false;  // false when the arguments did not fit and nothing was called
 };

@@ -50,8 +50,9 @@ int Desktop::run() {
     std::optional<OpenedDatabase> opened = opener.open();
     if (!opened) return 1;
     try {
-        ReferenceHost host(*opened->session,
-                           {.userDataFolder = options_.userDataFolder, .persistOptions = options_.persistOptions});
+        ReferenceHost host(*opened->session, {.userDataFolder = options_.userDataFolder,
+                                              .persistOptions = options_.persistOptions,
+                                              .programFolder = options_.programFolder});
         QString notice = QString::fromStdString(opened->notice);
         const std::string& warning = host.optionFile().warning();
         if (!warning.empty()) notice += (notice.isEmpty() ? "" : "\n") + QString::fromStdString(warning);

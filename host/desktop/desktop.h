@@ -17,6 +17,7 @@ struct DesktopOptions {
     DatabaseUrl database;
     bool createMissing = false;  // a missing file becomes a database with demo data
     std::string userDataFolder;
+    std::string programFolder = {};  // where programs that the module starts are looked for first
     bool persistOptions = true;
 };
 

@@ -7,6 +7,7 @@
 #include "host/desktop/platform/display.h"
 #include "host/desktop/tour.h"
 #include "host/module_loader/module_loader.h"
+#include "host/module_loader/shared_library.h"
 #include "host/screens/theme.h"
 #include "host/services/platform/user_folders.h"
 
@@ -21,6 +22,7 @@ basalt::host::DesktopOptions desktopOptions(const Options& options) {
     using basalt::host::DatabaseUrl;
     basalt::host::DesktopOptions desktop;
     desktop.userDataFolder = basalt::host::userDataFolder().string();
+    desktop.programFolder = basalt::host::programFolder().string();
     desktop.createMissing = options.database.empty();
     desktop.database = options.database.empty() ? DatabaseUrl::defaultDatabase() : DatabaseUrl::parse(options.database);
     return desktop;

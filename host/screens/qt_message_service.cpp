@@ -47,7 +47,11 @@ int QtMessageService::show(const MessageRequest& request) {
     QWidget* window = windowFor(request);
     if (!request.isQuestion()) {
         if (request.operation == "ShowFlashMessage") {
-            Toast::show(window, text);
+            if (request.displayMilliseconds > 0) {
+                Toast::show(window, text, request.displayMilliseconds);
+            } else {
+                Toast::show(window, text);
+            }
             return mrNone;
         }
         QWidget* control = controlOf(request);

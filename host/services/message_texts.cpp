@@ -25,6 +25,7 @@ constexpr std::array kOperations = {
     MessageText{"MsgOpenByUser", 0, "باز در ایستگاه دیگر", "این رکورد را %1 هم باز کرده است.", {}},
     MessageText{"HavePermission", 0, "دسترسی ندارید", "شما اجازهٔ «%2» در بخش «%1» را ندارید. برای گرفتن این دسترسی به مدیر سیستم مراجعه کنید.", {}},
     MessageText{"ShowFlashMessage", 0, "توجه", "%1", {}},
+    MessageText{"ShowMessage", 0, "پیام", "%1", {}},
     MessageText{"DatabaseError", 0, "خطای پایگاه داده", "%1", {}},
     MessageText{"ProgramError", 0, "خطای برنامه", "%1", {}},
 };

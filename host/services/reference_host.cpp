@@ -25,6 +25,11 @@ private:
     const MessageCatalogue& catalogue_;
 };
 
+std::vector<std::filesystem::path> foldersOf(const HostOptions& options) {
+    if (options.programFolder.empty()) return {};
+    return {std::filesystem::path(options.programFolder)};
+}
+
 std::string timeText(const CivilDateTime& moment) {
     const auto two = [](int number) { return (number < 10 ? "0" : "") + std::to_string(number); };
     return two(moment.hour) + ":" + two(moment.minute) + ":" + two(moment.second);
@@ -59,6 +64,7 @@ ReferenceHost::ReferenceHost(Session& session, HostOptions options)
       options_(std::move(options)),
       unattended_(std::make_unique<UnattendedMessages>(catalogue_)),
       messages_(unattended_.get()),
+      systemPrograms_(foldersOf(options_)),
       moduleConnection_(session, "ADOConnection1"),
       ownConnection_(session, "HostConnection"),
       sharedQuery_(moduleConnection_, "DM.SharedQuery"),
@@ -220,6 +226,14 @@ void ReferenceHost::record(TSoftwarePart part, TPermission permission, const std
                   .text = text,
                   .description = description},
                  fromCivil(now));
+}
+
+std::vector<std::string> ReferenceHost::StoredList(const std::string& name) {
+    return properties_.getList(UserInfo().Code, name);
+}
+
+void ReferenceHost::StoreList(const std::string& name, const std::vector<std::string>& values) {
+    properties_.setList(UserInfo().Code, name, values);
 }
 
 std::string ReferenceHost::NowDate(const std::string& separator) {

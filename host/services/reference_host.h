@@ -23,6 +23,7 @@
 #include "host/services/process_identity.h"
 #include "host/services/property_store.h"
 #include "host/services/settings_store.h"
+#include "host/services/system_programs.h"
 #include "host/services/user_log.h"
 #include "host/services/user_store.h"
 #include "host/services/workstations.h"
@@ -35,6 +36,7 @@ struct HostOptions {
     std::string workstationName = {};  // empty: the one of the option file, else the machine's name
     std::string userDataFolder = {};
     bool persistOptions = true;                   // false: the option file is neither read nor written
+    std::string programFolder = {};               // where programs of ours are looked for first; empty: nowhere first
     std::optional<ProcessIdentity> process = {};  // of another process, when a recorded session is replayed
 };
 
@@ -43,6 +45,8 @@ class HostObserver {
 public:
     virtual ~HostObserver() = default;
     virtual void userEvent(TSoftwarePart part, TPermission permission, const std::string& text) = 0;
+    // Before it is started.
+    virtual void programStarting(const ProgramStart& program) { static_cast<void>(program); }
 };
 
 // Lets the user pick persons or goods, for Select_Entity_Multible.
@@ -73,6 +77,8 @@ public:
     void setExports(const Registry* exports) { exports_ = exports; }
     void setObserver(HostObserver* observer) { observer_ = observer; }
     void setClock(Clock& clock) { clock_ = &clock; }
+    // Stands in for the programs of this machine, which are used until then.
+    void setPrograms(ProgramService& programs) { programs_ = &programs; }
 
     [[nodiscard]] Session& session() { return session_; }
     // The host's own connection: on the same session and in the same transactions as the module's, but not observed.
@@ -114,8 +120,27 @@ public:
     std::string Select_Entity_Multible(TSoftwarePart part, const std::string& text) override;
     MessageService& Messages() override { return *messages_; }
     ScreenServices* Screens() override { return screens_; }
+    ProgramService& Programs() override { return watchedPrograms_; }
+    std::vector<std::string> StoredList(const std::string& name) override;
+    void StoreList(const std::string& name, const std::vector<std::string>& values) override;
 
 private:
+    // Tells the observer and passes on.
+    class WatchedPrograms final : public ProgramService {
+    public:
+        explicit WatchedPrograms(ReferenceHost& host) : host_(host) {}
+        void start(const ProgramStart& program) override {
+            if (host_.observer_) host_.observer_->programStarting(program);
+            host_.programs_->start(program);
+        }
+        [[nodiscard]] std::unique_ptr<ProgramLibrary> load(const std::string& name) override {
+            return host_.programs_->load(name);
+        }
+
+    private:
+        ReferenceHost& host_;
+    };
+
     void enter(const TUserInfo& user);
     [[nodiscard]] ProcessIdentity process() const;
     void record(TSoftwarePart part, TPermission permission, const std::string& text, const std::string& description);
@@ -131,6 +156,9 @@ private:
     EntityPicking* picking_ = nullptr;
     const Registry* exports_ = nullptr;
     HostObserver* observer_ = nullptr;
+    SystemPrograms systemPrograms_;
+    ProgramService* programs_ = &systemPrograms_;
+    WatchedPrograms watchedPrograms_{*this};
 
     TADOConnection moduleConnection_;
     TADOConnection ownConnection_;

@@ -57,6 +57,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Statement{"defaultRecord", [] { DeleteDefault("سطح", "حذف"); }, "DeleteDefault('سطح', 'حذف')"},
                       Statement{"notEditable", [] { NotEditable("کليه گروه ها"); }, "NotEditable('کليه گروه ها')"},
                       Statement{"notSelected", [] { MsgNotSelected("کالا"); }, "MsgNotSelected('کالا')"},
+                      Statement{"plain", [] { ShowMessage("یافت نشد"); }, "ShowMessage('یافت نشد')"},
                       Statement{"flash", [] { ShowFlashMessage("خوانده شد"); }, "ShowFlashMessage('خوانده شد')"},
                       Statement{"notification", [] { ShowSmartMessage(TNotificationMessage{20091}); },
                                 "ShowSmartMessage(notification 20091)"},

@@ -52,8 +52,10 @@ INSTANTIATE_TEST_SUITE_P(
                       Call{"lock", [] { (void)LocateLockCode_SoftwarePart("1", spGoods, 1, false); }},
                       Call{"permission", [] { (void)HavePermission({}, spGoods, prOpen, true, true, ""); }},
                       Call{"event", [] { SetUserEvent(spGoods, prEdit, "1", false, true); }},
-                      Call{"date", [] { (void)NowDate("/"); }}, Call{"message", [] { MSGInUse("کالا"); }},
-                      Call{"question", [] { (void)MsgDeleteRow(); }}, Call{"store", [] { const Module module; }}),
+                      Call{"programs", [] { (void)Programs(); }}, Call{"storedList", [] { (void)StoredList("A.B"); }},
+                      Call{"storeList", [] { StoreList("A.B", {}); }}, Call{"date", [] { (void)NowDate("/"); }},
+                      Call{"message", [] { MSGInUse("کالا"); }}, Call{"question", [] { (void)MsgDeleteRow(); }},
+                      Call{"store", [] { const Module module; }}),
     [](const auto& row) { return row.param.name; });
 
 class Services : public ::testing::Test {
@@ -77,10 +79,14 @@ TEST_F(Services, forwardToTheAttachedHost) {
     EXPECT_TRUE(LocateLockCode_SoftwarePart("4", spPriceLevels, 7, true));
     EXPECT_FALSE(HavePermission(UserInfo(), spTags, prInsert, true, false, "متن"));
     SetUserEvent(spPriceLevels, prEdit, "3", false, true);
+    Programs().start({.verb = "open", .file = "a.exe", .parameters = "1 2", .directory = {}, .show = 0});
+    StoreList("A.B", {"1", "2"});
+    EXPECT_THAT(StoredList("A.B"), ElementsAre("1", "2"));
     EXPECT_THAT(host.calls, ElementsAre("ScalerQuery('SoftwarePart', 'Title', 'Code', '114')",
                                         "CheckGoodUnitFormul(57)", "LocateLockCode_SoftwarePart('4', 114, 7, true)",
                                         "HavePermission(user 5, 127, 1, true, false, 'متن')",
-                                        "SetUserEvent(114, 2, '3', false, true)"));
+                                        "SetUserEvent(114, 2, '3', false, true)", "start(open, a.exe, 1 2, , 0)",
+                                        "StoreList(A.B, 1, 2)"));
 }
 
 TEST_F(Services, attachingNestsAndEndsWithItsScope) {
@@ -94,6 +100,26 @@ TEST_F(Services, attachingNestsAndEndsWithItsScope) {
         EXPECT_EQ(&attachedHost(), &host);
     }
     EXPECT_FALSE(hasHost());
+}
+
+int releases = 0;
+
+TEST_F(Services, unitsHearThatTheirHostLeaves) {
+    FakeHost other{session};
+    whenHostLeaves([]() noexcept { releases += hasHost() ? 1 : 100; });
+    releases = 0;
+    {
+        const AttachedHost first(host);
+        EXPECT_EQ(releases, 0);
+        attachHost(&host);
+        EXPECT_EQ(releases, 0);  // it has not left
+        {
+            const AttachedHost second(other);
+            EXPECT_EQ(releases, 1);
+        }
+        EXPECT_EQ(releases, 2);
+    }
+    EXPECT_EQ(releases, 3);
 }
 
 TEST_F(Services, storesUseTheHostsConnection) {

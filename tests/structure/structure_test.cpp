@@ -68,10 +68,11 @@ const std::vector<FolderRule> rules = {
     {"ado", {"ado/"}},
     {"package", {"ado/", "package/"}},
     {"costlevel", {"ado/", "package/", "costlevel/"}},
+    {"goods", {"ado/", "package/", "goods/"}},
     {"engines/embedded", {"ado/", "engines/embedded/"}},
     {"engines/odbc", {"ado/", "engines/odbc/"}},
-    {"host", {"ado/", "package/", "engines/", "database/", "host/", "costlevel/"}},
-    {"cli", {"ado/", "package/", "engines/", "database/", "host/", "cli/", "costlevel/"}},
+    {"host", {"ado/", "package/", "engines/", "database/", "host/", "costlevel/", "goods/"}},
+    {"cli", {"ado/", "package/", "engines/", "database/", "host/", "cli/", "costlevel/", "goods/"}},
 };
 
 // The composition of the module: the only files below the subsystems that may know them all.
@@ -80,7 +81,7 @@ bool bringsSubsystemsTogether(const fs::path& file) {
     return path == "package/module.cpp" || path == "package/basalt_interface_unt.cpp";
 }
 
-const std::vector<std::string> subsystems = {"costlevel/"};
+const std::vector<std::string> subsystems = {"costlevel/", "goods/"};
 
 class FolderRules : public ::testing::TestWithParam<FolderRule> {};
 
@@ -113,7 +114,7 @@ bool mayUseQt(const fs::path& file) {
 
 TEST(House, qtStaysInScreens) {
     static const std::regex include("#include <(Q[A-Za-z/]*)>");
-    for (const char* folder : {"ado", "package", "costlevel", "engines", "host"}) {
+    for (const char* folder : {"ado", "package", "costlevel", "goods", "engines", "host"}) {
         for (const auto& file : sourcesUnder(folder)) {
             if (mayUseQt(file)) continue;
             EXPECT_THAT(matches(read(file), include), ::testing::IsEmpty()) << fs::relative(file, root);
@@ -122,7 +123,7 @@ TEST(House, qtStaysInScreens) {
 }
 
 TEST(House, onlyTheEmbeddedEngineKnowsSqlite) {
-    for (const char* folder : {"ado", "package", "costlevel", "host", "cli"}) {
+    for (const char* folder : {"ado", "package", "costlevel", "goods", "host", "cli"}) {
         for (const auto& file : sourcesUnder(folder)) {
             EXPECT_EQ(read(file).find("sqlite3.h"), std::string::npos) << fs::relative(file, root);
         }
@@ -185,7 +186,7 @@ TEST(House, documentsNamePathsThatExist) {
 
 TEST(House, everyFolderSaysWhatLivesThere) {
     for (const char* folder :
-         {"ado", "package", "costlevel", "engines/embedded", "host", "cli", "database", "tests", "bench"}) {
+         {"ado", "package", "costlevel", "goods", "engines/embedded", "host", "cli", "database", "tests", "bench"}) {
         EXPECT_TRUE(fs::exists(root / folder / "README.md")) << folder;
     }
 }

@@ -12,6 +12,8 @@
 
 #include <deque>
 #include <functional>
+#include <map>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -114,8 +116,39 @@ public:
     }
     MessageService& Messages() override { return *this; }
     ScreenServices* Screens() override { return screens; }
+    ProgramService& Programs() override { return programs != nullptr ? *programs : noted_; }
+    std::vector<std::string> StoredList(const std::string& name) override {
+        const auto kept = storedLists.find(name);
+        return kept == storedLists.end() ? std::vector<std::string>() : kept->second;
+    }
+    void StoreList(const std::string& name, const std::vector<std::string>& values) override {
+        std::vector<std::string> arguments{name};
+        arguments.insert(arguments.end(), values.begin(), values.end());
+        note("StoreList", arguments);
+        storedLists[name] = values;
+    }
+
+    // Stands in for the host's own, which starts nothing, knows no library and notes what it is asked.
+    ProgramService* programs = nullptr;
+    std::map<std::string, std::vector<std::string>> storedLists;
 
 private:
+    class NotedPrograms final : public ProgramService {
+    public:
+        explicit NotedPrograms(FakeHost& host) : host_(host) {}
+        void start(const ProgramStart& program) override {
+            host_.note("start", {program.verb, program.file, program.parameters, program.directory,
+                                 std::to_string(program.show)});
+        }
+        [[nodiscard]] std::unique_ptr<ProgramLibrary> load(const std::string& name) override {
+            host_.note("load", {name});
+            return nullptr;
+        }
+
+    private:
+        FakeHost& host_;
+    };
+
     static std::string quoted(const std::string& text) { return '\'' + text + '\''; }
     static std::string truth(bool flag) { return flag ? "true" : "false"; }
 
@@ -149,6 +182,7 @@ private:
     TADOStoredProc proc_;
     TDM dm_;
     std::deque<std::pair<std::string, int>> expected_;
+    NotedPrograms noted_{*this};
 };
 
 }  // namespace basalt

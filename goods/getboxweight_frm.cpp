@@ -1,0 +1,211 @@
+#include "goods/getboxweight_frm.h"
+
+#include <QComboBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <algorithm>
+#include <limits>
+#include <optional>
+
+#include "ado/error.h"
+#include "package/messages.h"
+#include "package/numbers.h"
+#include "package/registry.h"
+#include "package/screens/attached_screens.h"
+#include "package/screens/place.h"
+#include "package/services.h"
+
+namespace basalt {
+
+namespace {
+
+constexpr int kWeightNotANumber = 10031;
+constexpr int kCountNotANumber = 10010;
+constexpr int kCountCharacters = 15;
+constexpr int kWidth = 400;
+constexpr int kHeight = 240;
+constexpr const char* kHistory = "TGetBoxWeight_FRM.Weight_CMB";
+
+std::string textOf(const QString& text) {
+    return text.toStdString();
+}
+
+Extended numberOrZero(const std::string& text) {
+    try {
+        return StrToFloat_VRO(text);
+    } catch (const DatabaseError&) {
+        return 0;
+    }
+}
+
+bool isWhole(const QString& text) {
+    return !text.trimmed().isEmpty() && std::all_of(text.begin(), text.end(), [](QChar c) {
+        return c.isDigit() || c.isSpace() || c == QLatin1Char('-') || c == QLatin1Char('+');
+    });
+}
+
+// What a key types into the weight; nothing when the key types something else than a digit or a point.
+std::optional<QString> typed(const QKeyEvent& key) {
+    const QString text = key.text();
+    if (text.size() != 1) return std::nullopt;
+    if (text[0].isDigit()) return QString::number(text[0].digitValue());
+    if (text[0] == QLatin1Char('.')) return text;
+    return std::nullopt;
+}
+
+// Keys that enter a character, or paste several.
+bool types(const QKeyEvent& key) {
+    if (key.matches(QKeySequence::Paste)) return true;
+    return !key.text().isEmpty() && key.text()[0].isPrint();
+}
+
+}  // namespace
+
+TGetBoxWeight_FRM::TGetBoxWeight_FRM(double weight, int count)
+    : TBaseDock_FRM(fmBrowse, Value{}, ""), firstWeight_(weight), firstCount_(count) {
+    setObjectName("TGetBoxWeight_FRM");
+    resize(kWidth, kHeight);
+}
+
+void TGetBoxWeight_FRM::CreateControls() {
+    auto* group = new QGroupBox(QStringLiteral("مشخصات ظرف"), base().DetailPanel());
+    group->setObjectName("Box_GRB");
+    weight_ = new QComboBox(group);
+    weight_->setObjectName("Weight_CMB");
+    weight_->setEditable(true);
+    weight_->setInsertPolicy(QComboBox::NoInsert);
+    weight_->setCompleter(nullptr);
+    weight_->lineEdit()->setAttribute(Qt::WA_InputMethodEnabled, false);
+    weight_->lineEdit()->setContextMenuPolicy(Qt::NoContextMenu);
+    weight_->installEventFilter(this);
+    weight_->lineEdit()->installEventFilter(this);
+    count_ = new QLineEdit(group);
+    count_->setObjectName("Count_EDT");
+    count_->setMaxLength(kCountCharacters);
+    count_->installEventFilter(this);
+
+    auto* form = new QFormLayout(group);
+    const auto add = [form, group](const QString& text, QWidget* input) {
+        auto* label = new QLabel(text, group);
+        label->setBuddy(input);
+        input->setAccessibleName(QString(text).remove(QLatin1Char('&')));
+        form->addRow(label, input);
+    };
+    add(QStringLiteral("وزن هر &ظرف :"), weight_);
+    add(QStringLiteral("&تعداد ظرف :"), count_);
+    place(*base().DetailPanel(), *group);
+
+    auto* submit = base().AddButton("Submit_BTN", "تـأیـیـد F3", TListButton::Other);
+    submit->OnClick = [this] { Submit_BTNClick(); };
+    base().AddButton("Cancel_BTN", "انصراف Esc", TListButton::Exit);
+}
+
+void TGetBoxWeight_FRM::FormCreate(QObject* sender) {
+    TBaseDock_FRM::FormCreate(sender);
+    base().SetTitle("مشخصات ظرف");
+    for (const std::string& weight : StoredList(kHistory))
+        weight_->addItem(QString::fromStdString(weight));
+    weight_->setCurrentIndex(-1);
+    weight_->setEditText(firstWeight_ > 0 ? QString::fromStdString(FloatToStr_VRO(firstWeight_)) : QString());
+    if (firstCount_ > 0) count_->setText(QString::number(firstCount_));
+}
+
+void TGetBoxWeight_FRM::FormShow(QObject* sender) {
+    TBaseDock_FRM::FormShow(sender);
+    base().SetShortCut();
+    if (weight_->currentText().isEmpty()) {
+        weight_->setFocus();
+    } else {
+        count_->setFocus();
+    }
+}
+
+double TGetBoxWeight_FRM::Weight() const {
+    return static_cast<double>(numberOrZero(textOf(weight_->currentText())));
+}
+
+int TGetBoxWeight_FRM::Count() const {
+    if (!isWhole(count_->text())) return 0;
+    const Extended number = numberOrZero(textOf(count_->text()));
+    const bool fits = number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max();
+    return fits ? static_cast<int>(number) : 0;
+}
+
+bool TGetBoxWeight_FRM::refuse(QWidget& input, bool valid, int message, const char* field) {
+    if (valid) return false;
+    ShowSmartMessage(TNotificationMessage{message}, {field, "مقدار غیرعددی"}, &input, this);
+    input.setFocus();
+    return true;
+}
+
+// A typed "0" is meant; anything else that comes to 0 is a mistake.
+void TGetBoxWeight_FRM::Submit_BTNClick() {
+    const bool weightValid = weight_->currentText() == QLatin1String("0") || Weight() != 0;
+    if (refuse(*weight_, weightValid, kWeightNotANumber, "وزن هر ظرف")) return;
+    const bool countValid = count_->text() == QLatin1String("0") || Count() != 0;
+    if (refuse(*count_, countValid, kCountNotANumber, "تعداد ظرف")) return;
+    keepWeight();
+    accept();
+}
+
+void TGetBoxWeight_FRM::keepWeight() {
+    const QString text = weight_->currentText();
+    if (weight_->findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive) < 0) weight_->addItem(text);
+    std::vector<std::string> history;
+    for (int item = 0; item < weight_->count(); ++item)
+        history.push_back(textOf(weight_->itemText(item)));
+    StoreList(kHistory, history);
+}
+
+bool TGetBoxWeight_FRM::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress) return TBaseDock_FRM::eventFilter(watched, event);
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    if (watched == count_ && (key.key() == Qt::Key_Enter || key.key() == Qt::Key_Return)) {
+        Submit_BTNClick();
+        return true;
+    }
+    if (watched != count_ && types(key)) {
+        QLineEdit& edit = *weight_->lineEdit();
+        const auto text = typed(key);
+        // A point too many, unless it takes the place of the one that is there.
+        const bool second = text == QLatin1String(".") && edit.text().contains(QLatin1Char('.')) &&
+                            !edit.selectedText().contains(QLatin1Char('.'));
+        if (text && !second) edit.insert(*text);
+        return true;
+    }
+    return TBaseDock_FRM::eventFilter(watched, event);
+}
+
+bool Get_BoxesWeight(double& weight, int& count) {
+    const auto dialog = CreateScreen<TGetBoxWeight_FRM>(weight, count);
+    if (dialog->ShowModal() != mrOk) return false;
+    weight = dialog->Weight();
+    count = dialog->Count();
+    return true;
+}
+
+void registerGoodsScreens(Registry& registry) {
+    registry.add(
+        EntryPoint{.name = "Get_BoxesWeight",
+                   .subsystem = "goods",
+                   .title = "مشخصات ظرف",
+                   .summary = "Asks for the weight of one container and their count; tells whether it was confirmed.",
+                   .part = spGoods,
+                   // It asks for no right of its own: whoever may enter the document may weigh for it.
+                   .permission = TPermission{},
+                   .parameters = {inOut("Weight", "amount"), inOut("Count", "integer")},
+                   .result = "flag",
+                   .run = [](FunctionCall& call) {
+                       auto weight = static_cast<double>(call.amount("Weight"));
+                       int count = call.integer("Count");
+                       const bool confirmed = Get_BoxesWeight(weight, count);
+                       call.output("Weight", Datum(static_cast<Extended>(weight)));
+                       call.output("Count", count);
+                       call.result(confirmed);
+                   }});
+}
+
+}  // namespace basalt

@@ -1,0 +1,178 @@
+// What the registry lists of goods, called by name as the command line calls it.
+#include "goods/registration.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ado/error.h"
+#include "goods/barcode_extractor_unt.h"
+#include "package/registry.h"
+#include "package/services.h"
+#include "tests/goods/layouts.h"
+#include "tests/support/fake_host.h"
+#include "tests/support/scripted_session.h"
+
+namespace basalt {
+namespace {
+
+using ::testing::ElementsAre;
+
+std::string signature(const FunctionEntry& entry) {
+    std::string text = entry.name + '(';
+    for (const FunctionParameter& parameter : entry.parameters) {
+        if (text.back() != '(') text += ", ";
+        if (!parameter.input) text += "out ";
+        text += parameter.name + ' ' + parameter.type;
+    }
+    return text + ')' + (entry.result.empty() ? "" : ' ' + entry.result);
+}
+
+class GoodsRegistration : public ::testing::Test {
+protected:
+    GoodsRegistration() { registerGoods(registry); }
+
+    FunctionCall call(const std::string& name, std::map<std::string, Datum, std::less<>> arguments,
+                      std::size_t overload = 0) {
+        FunctionCall made(functions, std::move(arguments));
+        registry.find(name).at(overload)->run(made);
+        return made;
+    }
+
+    Registry registry;
+    ScriptedSession script;
+    FakeHost host{script};
+    AttachedHost attached{host};
+    FunctionState functions;
+};
+
+TEST_F(GoodsRegistration, listsEveryFunction) {
+    std::vector<std::string> signatures;
+    for (const FunctionEntry& entry : registry.functions()) {
+        EXPECT_EQ(entry.subsystem, "goods") << entry.name;
+        EXPECT_FALSE(entry.summary.empty()) << entry.name;
+        signatures.push_back(signature(entry));
+    }
+    EXPECT_THAT(
+        signatures,
+        ElementsAre(
+            "FillGoodInfo(GoodCode text, out Info record) flag",
+            "Check_TockMinus(SelectQuery text, Date text, GlobalID integer, StoreTransition flag) flag",
+            "Check_TockMinus(SelectQuery text, FromDate text, ToDate text, GlobalID integer) flag",
+            "strMinusGoodCodes() text", "GoodInfoMapper() record", "Fill_FinanceGoodTypes(out Items list)",
+            "Fill_SellCostLevel(out Items list)", "SplitBarcode(Barcode text, Separator text)",
+            "FillGoodInfFromBarcode(UseType integer, out FormulType integer, Barcode text, PerCode text, "
+            "ItemCode text, TotalPrice amount) flag",
+            "GetBarcode_Code(Code text, ByAbbName flag, ShowMessage flag) integer",
+            "Get_Barcode_Data(out Fi text, out Weight text, out BalanceNum text, out GoodCode text, out PriceSum "
+            "amount)",
+            "GetGoodInFromBarCode() integer", "Percode() text", "BarCodePriceSum(Value amount)",
+            "After_Equal_Total_Price(Assigned flag) integer", "BarCodeFormul_Get(DigitCount integer, Barcode text)",
+            "GetCodeFromGoodInf(ByAbbName flag, Code text, out GoodCode integer) flag",
+            "GoodInF_Valid_Code(Code text) flag", "GoodInf_SendToScale(Codes text, ScaleType integer)",
+            "GoodInfo_ScaleAgent(GoodCode integer, Name1 text, Name2 text, Price integer, ItemType integer, "
+            "AlterPrice integer, Barcode text, ItemCode integer, Section integer, PLU text, ScaleIP integer) "
+            "integer"));
+}
+
+TEST_F(GoodsRegistration, aScanLeavesWhatItFound) {
+    script.expect(
+        "SELECT * FROM   dbo.BarCodeFormul WHERE  DigitCount = 13 AND SUBSTRING('2800057012505' , "
+        "ConstantStart, ConstantCount) = ConstantCode  ",
+        layoutRows({{.PriceStart = 8, .PriceCount = 5}}));
+    const FunctionCall scan =
+        call("FillGoodInfFromBarcode",
+             {{"UseType", 1}, {"Barcode", "2800057012505"}, {"PerCode", "12"}, {"ItemCode", ""}, {"TotalPrice", 0}});
+    EXPECT_EQ(scan.resultValue(), Datum(true));
+    ASSERT_EQ(scan.outputs().size(), 1U);
+    EXPECT_EQ(scan.outputs()[0].second, Datum(1));
+    (void)call("BarCodePriceSum", {{"Value", Datum(12.5L)}});
+    const FunctionCall data = call("Get_Barcode_Data", {});
+    EXPECT_EQ(Datum::record(data.outputs()).toJson(),
+              R"({"Fi":"01250","Weight":"1.25","BalanceNum":"-1","GoodCode":"00057","PriceSum":12.5})");
+    EXPECT_EQ(call("Percode", {}).resultValue(), Datum("12"));
+}
+
+TEST_F(GoodsRegistration, beforeAScanThereIsNothing) {
+    const FunctionCall data = call("Get_Barcode_Data", {});
+    EXPECT_EQ(Datum::record(data.outputs()).toJson(),
+              R"({"Fi":"","Weight":"","BalanceNum":"","GoodCode":null,"PriceSum":0})");
+    EXPECT_TRUE(call("Percode", {}).resultValue().isNull());
+}
+
+TEST_F(GoodsRegistration, aUseThatIsNoneIsRefused) {
+    EXPECT_THROW((void)call("FillGoodInfFromBarcode",
+                            {{"UseType", 3}, {"Barcode", "1"}, {"PerCode", ""}, {"ItemCode", ""}, {"TotalPrice", 0}}),
+                 UsageError);
+}
+
+TEST_F(GoodsRegistration, equalTotalsAreCounted) {
+    const auto scanTotal = [this] {
+        script.expect(
+            "SELECT * FROM   dbo.BarCodeFormul WHERE  DigitCount = 13 AND SUBSTRING('2500000125005' , "
+            "ConstantStart, ConstantCount) = ConstantCode  ",
+            layoutRows({{.ConstantCode = "25", .BarCodeType = 2, .PriceStart = 3, .PriceCount = 10}}));
+        const FunctionCall scan = call(
+            "FillGoodInfFromBarcode",
+            {{"UseType", 0}, {"Barcode", "2500000125005"}, {"PerCode", ""}, {"ItemCode", ""}, {"TotalPrice", 12500}});
+        EXPECT_EQ(scan.outputs()[0].second, Datum(2));
+    };
+    EXPECT_EQ(call("After_Equal_Total_Price", {{"Assigned", true}}).resultValue(), Datum(0));
+    scanTotal();
+    scanTotal();
+    EXPECT_EQ(call("After_Equal_Total_Price", {{"Assigned", false}}).resultValue(), Datum(2));
+    scanTotal();
+    EXPECT_EQ(call("After_Equal_Total_Price", {{"Assigned", false}}).resultValue(), Datum(0));
+}
+
+TEST_F(GoodsRegistration, listsComeAsRecords) {
+    script.expect("SELECT Code, Name FROM CostLevel WHERE CostType = 1 AND Code > 0 ORDER BY Code",
+                  rows({{"Code", FieldType::Integer}, {"Name", FieldType::Text, 50}}, {{number(3), text("همکار")}}));
+    const FunctionCall list = call("Fill_SellCostLevel", {});
+    ASSERT_EQ(list.outputs().size(), 1U);
+    EXPECT_EQ(list.outputs()[0].second.asList().at(1).toJson(), R"({"Text":"همکار","Object":3})");
+}
+
+TEST_F(GoodsRegistration, aMissingGoodHasNoParticulars) {
+    script.setProcedure({.name = "GoodParticularInfo_SP",
+                         .parameters = {{.name = "@GoodCode",
+                                         .direction = ParameterDirection::Input,
+                                         .type = {.name = {}, .type = FieldType::Text, .size = 20},
+                                         .hasDefault = false}}});
+    CallResult none;
+    none.batch.results.push_back({.rows = codeRows({})});
+    script.expectCall("GoodParticularInfo_SP", {{"@GoodCode", text("99"), false}}, std::move(none));
+    const FunctionCall missing = call("FillGoodInfo", {{"GoodCode", 99}});
+    EXPECT_EQ(missing.resultValue(), Datum(false));
+    EXPECT_TRUE(missing.outputs().empty());
+}
+
+TEST_F(GoodsRegistration, bothStockChecksAreThere) {
+    host.settings.NegativeType = 2;
+    EXPECT_EQ(call("Check_TockMinus",
+                   {{"SelectQuery", "Q"}, {"Date", "1405/01/01"}, {"GlobalID", 1}, {"StoreTransition", false}}, 0)
+                  .resultValue(),
+              Datum(true));
+    EXPECT_EQ(call("Check_TockMinus",
+                   {{"SelectQuery", "Q"}, {"FromDate", "1405/01/01"}, {"ToDate", "1405/01/02"}, {"GlobalID", 1}}, 1)
+                  .resultValue(),
+              Datum(true));
+}
+
+TEST_F(GoodsRegistration, scaleAgentIsAskedThroughTheHost) {
+    host.expectMessage("ShowMessage('\"ScaleAgent.dll\" DLL File not found / not loaded')");
+    const FunctionCall agent = call("GoodInfo_ScaleAgent", {{"GoodCode", 1},
+                                                            {"Name1", "الف"},
+                                                            {"Name2", ""},
+                                                            {"Price", 2},
+                                                            {"ItemType", 0},
+                                                            {"AlterPrice", 0},
+                                                            {"Barcode", ""},
+                                                            {"ItemCode", 1},
+                                                            {"Section", 1},
+                                                            {"PLU", "4"},
+                                                            {"ScaleIP", 1}});
+    EXPECT_EQ(agent.resultValue(), Datum(0));
+}
+
+}  // namespace
+}  // namespace basalt
