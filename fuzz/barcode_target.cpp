@@ -99,6 +99,8 @@ public:
     }
     void SetUserEvent(TSoftwarePart, TPermission, const std::string&, bool, bool) override {}
     std::string NowDate(const std::string&) override { return {}; }
+    int Call_insert_tags(const std::string&, std::uint8_t) override { return 0; }
+    std::string Select_Entity_Multible(TSoftwarePart, const std::string&) override { return {}; }
     MessageService& Messages() override { return *this; }
     ScreenServices* Screens() override { return nullptr; }
 

@@ -79,6 +79,7 @@ public:
     void setClock(Clock& clock) { clock_ = &clock; }
     // Stands in for the programs of this machine, which are used until then.
     void setPrograms(ProgramService& programs) { programs_ = &programs; }
+    [[nodiscard]] ProgramService& programs() { return *programs_; }
 
     [[nodiscard]] Session& session() { return session_; }
     // The host's own connection: on the same session and in the same transactions as the module's, but not observed.
