@@ -41,6 +41,7 @@ DockBaseImpl::DockBaseImpl(ScreenContext& context, TBaseDock_FRM& screen)
       frame_(new ScreenFrame(context, screen)),
       searchPanel_(frame_->addPanel("Search_PNL", 0)),
       listPanel_(frame_->addPanel("List_PNL", 1)),
+      summaryPanel_(frame_->addPanel("Summary_PNL", 0)),
       detailPanel_(frame_->addPanel("Detail_PNL", 0)) {
     screen.resize(760, 560);
     frame_->onEnter = [this] { return enterPressed(); };
@@ -49,6 +50,7 @@ DockBaseImpl::DockBaseImpl(ScreenContext& context, TBaseDock_FRM& screen)
 DockBaseImpl::~DockBaseImpl() {
     // The widgets go with the screen, which goes after this.
     frame_->onEnter = {};
+    delete summary_.data();
     if (grid_) {
         grid_->onRowsChanged = {};
         grid_->setMenuHead({});
@@ -76,7 +78,11 @@ TSmartButton_VRO* DockBaseImpl::AddButton(const std::string& objectName, const s
 void DockBaseImpl::SetGrid(TSmartDBGrid_VRO* grid) {
     grid_ = dynamic_cast<SmartGrid*>(grid);
     if (!grid_) throw UsageError("SetGrid: the grid is not one that these screen services made");
-    grid_->onRowsChanged = [this] { EnableButtons(); };
+    summary_ = new SelectionSummary(*grid_, summaryPanel_);
+    grid_->onRowsChanged = [this] {
+        EnableButtons();
+        summary_->refresh();
+    };
     grid_->setDescription([this] { return frame_->title(); }, [this] { return headerLines(); });
     addGridTools();
 }

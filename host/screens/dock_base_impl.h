@@ -6,6 +6,7 @@
 #include "host/screens/form_option.h"
 #include "host/screens/screen_frame.h"
 #include "host/screens/search_manager.h"
+#include "host/screens/selection_summary.h"
 #include "host/screens/smart_grid.h"
 #include "package/screens/base_dock_frm.h"
 
@@ -51,9 +52,11 @@ private:
     ScreenFrame* frame_;
     QWidget* searchPanel_;
     QWidget* listPanel_;
+    QWidget* summaryPanel_;
     QWidget* detailPanel_;
     std::vector<Button> buttons_;
     QPointer<SmartGrid> grid_;
+    QPointer<SelectionSummary> summary_;
     TSearchFrame* firstSearch_ = nullptr;
 };
 

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 #include "ado/error.h"
 #include "ado/names.h"
@@ -256,8 +257,11 @@ void SmartGrid::sortBy(int column, bool descending) {
 }
 
 void SmartGrid::applyVisibility() {
+    // A column that comes back does so in a width that nobody has drawn.
+    const bool layingOut = std::exchange(layingOut_, true);
     for (int column = 0; column < model_.columnCount(); ++column)
         view_->setColumnHidden(column, !model_.column(column).Visible);
+    layingOut_ = layingOut;
 }
 
 int SmartGrid::contentWidth(int column) const {

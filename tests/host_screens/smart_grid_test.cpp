@@ -142,6 +142,19 @@ TEST_F(Grid, columnsComeChangeAndGo) {
     EXPECT_THROW(static_cast<void>(grid.Column(-1)), UsageError);
 }
 
+TEST_F(Grid, aHiddenColumnThatIsShownIsAsWideAsItsContent) {
+    TGridColumn price = grid.Column(2);
+    price.Visible = false;
+    grid.SetColumn(2, price);
+    openThree();
+    price = grid.Column(2);
+    price.Visible = true;
+    price.Title = QStringLiteral("قیمت فروشگاه‌های زنجیره‌ای");
+    grid.SetColumn(2, price);
+    EXPECT_EQ(grid.Column(2).Width, 0);
+    EXPECT_GE(view().columnWidth(2), view().horizontalHeader()->fontMetrics().horizontalAdvance(price.Title));
+}
+
 TEST_F(Grid, aDoubleClickIsOnlyForRows) {
     int clicks = 0;
     grid.OnDblClick = [&] { ++clicks; };

@@ -1,0 +1,36 @@
+// The line below a list: how many rows there are, and of selected rows the sum and the average of the current column.
+//
+//   auto* summary = new SelectionSummary(grid, panel);
+//   summary->refresh();        // after the rows have changed; it follows the selection by itself
+#pragma once
+
+#include <QLabel>
+#include <optional>
+
+#include "host/screens/smart_grid.h"
+
+namespace basalt::host {
+
+// Of the numbers of one column in some rows; nulls are left out.
+struct ColumnTotal {
+    int count = 0;
+    Decimal sum;
+    Decimal average;  // rounded half away from zero; of whole numbers to two digits after the point
+};
+
+// nullopt when no row has a number there, and when the sum is beyond 38 digits.
+[[nodiscard]] std::optional<ColumnTotal> columnTotal(const GridModel& model, const QItemSelection& rows, int column);
+
+class SelectionSummary final : public QLabel {
+public:
+    SelectionSummary(SmartGrid& grid, QWidget* parent);
+
+    void refresh();
+
+private:
+    [[nodiscard]] QString described() const;
+
+    SmartGrid& grid_;
+};
+
+}  // namespace basalt::host
