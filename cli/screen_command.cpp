@@ -10,6 +10,7 @@
 #include "cli/workspace.h"
 #include "cli/wrong_usage.h"
 #include "host/calls/function_caller.h"
+#include "host/price_editor/price_editor.h"
 #include "host/screens/qt_message_service.h"
 #include "host/screens/screen_services_impl.h"
 #include "host/steps/step_player.h"
@@ -29,6 +30,15 @@ std::string readFile(const std::string& name) {
     std::ifstream stream(name, std::ios::binary);
     if (!stream) throw WrongUsage("the file " + name + " cannot be read");
     return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+// The module's screens and the host's own.
+Registry screensOf(Workspace& workspace) {
+    Registry screens;
+    for (const EntryPoint& entry : workspace.module().registry().entryPoints())
+        screens.add(entry);
+    screens.add(host::priceEditorEntry(workspace.host(), workspace.module().registry()));
+    return screens;
 }
 
 const EntryPoint& findEntry(const Registry& registry, const std::string& name) {
@@ -105,7 +115,8 @@ int showByHand(Workspace& workspace, const EntryPoint& entry, const host::BoundA
 }
 
 int openScreen(Workspace& workspace, const ScreenOptions& options, std::vector<host::Step> steps) {
-    const EntryPoint& entry = findEntry(workspace.module().registry(), options.entry);
+    const Registry known = screensOf(workspace);
+    const EntryPoint& entry = findEntry(known, options.entry);
     const host::BoundArguments arguments = bind(entry, options.arguments);
     host::HostScreenServices screens(workspace.host());
     workspace.host().setScreens(&screens);

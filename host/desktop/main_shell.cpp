@@ -15,6 +15,7 @@
 #include "host/desktop/settings_page.h"
 #include "host/desktop/shell_style.h"
 #include "host/desktop/subsystem_look.h"
+#include "host/price_editor/price_editor.h"
 #include "host/screens/theme.h"
 #include "host/services/host_parts.h"
 
@@ -52,7 +53,35 @@ MainShell::MainShell(DesktopContext context, QWidget* parent) : QWidget(parent),
              .shortCut = QKeySequence(QStringLiteral("Ctrl+0"))},
             home_);
     addEntries();
+    addPriceEditor();
     addTools();
+}
+
+// The host's own screen: the module brings the functions and leaves it to its host to edit a good's prices.
+void MainShell::addPriceEditor() {
+    const EntryPoint prices = priceEditorEntry(context_.host, context_.registry);
+    const auto action = [this, prices] {
+        context_.handlers.guarded(this, [&prices] {
+            FunctionState state;
+            FunctionCall call(state, {{"GoodCode", 0}});
+            prices.run(call);
+        });
+    };
+    const QString name = QString::fromStdString(prices.name);
+    const QKeySequence key(QStringLiteral("Ctrl+P"));
+    navigation_->addItem({.objectName = name + QStringLiteral("_BTN"),
+                          .title = entryTitle(prices),
+                          .icon = LineIcon::PriceTag,
+                          .shortCut = key,
+                          .locked = !mayOpen(context_, prices)},
+                         action);
+    home_->addTile(HomePage::Group::Screens,
+                   {.objectName = name + QStringLiteral("_TILE"),
+                    .title = entryTitle(prices),
+                    .hint = subsystemTitle(prices.subsystem),
+                    .icon = LineIcon::PriceTag},
+                   action);
+    bind(key, action);
 }
 
 void MainShell::addTools() {

@@ -50,6 +50,7 @@ private:
     };
 
     [[nodiscard]] QWidget* makeHeader();
+    void addPriceEditor();
     void addTools();
     [[nodiscard]] QString partTitle(TSoftwarePart part);
     void addEntries();

@@ -1,0 +1,107 @@
+#include "host/price_editor/good_picker.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "host/screens/persian_digits.h"
+#include "host/screens/search_condition.h"
+#include "host/services/sql_access.h"
+
+namespace basalt::host {
+namespace {
+
+// Enough to see what a search finds; who wants another good types on.
+constexpr int kMostGoods = 200;
+
+}  // namespace
+
+GoodPicker::GoodPicker(ReferenceHost& host, QWidget* parent)
+    : QDialog(parent),
+      host_(host),
+      search_(new QLineEdit(this)),
+      goods_(new QListWidget(this)),
+      count_(new QLabel(this)),
+      accept_(new QPushButton(QStringLiteral("انتخاب"), this)) {
+    setObjectName(QStringLiteral("GoodPicker_FRM"));
+    setWindowTitle(QStringLiteral("انتخاب کالا"));
+    setLayoutDirection(Qt::RightToLeft);
+    resize(520, 560);
+    search_->setObjectName(QStringLiteral("GoodSearch_EDT"));
+    search_->setPlaceholderText(QStringLiteral("کد، نام یا بارکد کالا"));
+    search_->setAccessibleName(search_->placeholderText());
+    search_->installEventFilter(this);
+    goods_->setObjectName(QStringLiteral("Goods_LST"));
+    goods_->setAccessibleName(QStringLiteral("کالاها"));
+    count_->setObjectName(QStringLiteral("GoodCount_LBL"));
+    count_->setProperty("kind", QStringLiteral("hint"));
+    accept_->setObjectName(QStringLiteral("Ok_BTN"));
+    accept_->setDefault(true);
+    auto* cancel = new QPushButton(QStringLiteral("انصراف"), this);
+    cancel->setObjectName(QStringLiteral("Cancel_BTN"));
+    cancel->setAutoDefault(false);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(count_, 1);
+    buttons->addWidget(accept_);
+    buttons->addWidget(cancel);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(16, 16, 16, 16);
+    layout->setSpacing(10);
+    layout->addWidget(search_);
+    layout->addWidget(goods_, 1);
+    layout->addLayout(buttons);
+
+    QObject::connect(search_, &QLineEdit::textChanged, this, [this] { search(); });
+    QObject::connect(goods_, &QListWidget::itemActivated, this, &QDialog::accept);
+    QObject::connect(accept_, &QPushButton::clicked, this, &QDialog::accept);
+    QObject::connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    search();
+}
+
+void GoodPicker::search() {
+    const QString wanted = search_->text();
+    // A code is digits and nothing else; a name may hold some too.
+    const bool isCode = std::all_of(wanted.cbegin(), wanted.cend(), [](QChar c) { return c.isDigit(); });
+    std::vector<std::string> parts{textCondition("Name", wanted), textCondition("AbbName", wanted)};
+    if (isCode) parts.push_back(digitsCondition("Code", wanted));
+    std::string condition;
+    for (const std::string& part : parts)
+        if (!part.empty()) condition += (condition.empty() ? " WHERE " : " OR ") + part;
+    const RowSet rows = rowsOf(host_.session(), "SELECT TOP " + std::to_string(kMostGoods) +
+                                                    " Code, Name FROM dbo.GoodInf" + condition + " ORDER BY Code");
+    goods_->clear();
+    for (std::size_t row = 0; row < rows.rowCount(); ++row) {
+        const auto code = static_cast<int>(integerAt(rows, 0, row));
+        const QString name = QString::fromStdString(textAt(rows, 1, row));
+        auto* item = new QListWidgetItem(persianDigits(QString::number(code)) + QStringLiteral("   ") + name, goods_);
+        item->setData(Qt::UserRole, code);
+    }
+    goods_->setCurrentRow(goods_->count() > 0 ? 0 : -1);
+    accept_->setEnabled(goods_->count() > 0);
+    const QString found = goods_->count() == kMostGoods ? QStringLiteral("%1 کالای نخست").arg(kMostGoods)
+                                                        : QStringLiteral("%1 کالا").arg(goods_->count());
+    count_->setText(persianDigits(found));
+}
+
+int GoodPicker::goodCode() const {
+    const QListWidgetItem* item = goods_->currentItem();
+    return item ? item->data(Qt::UserRole).toInt() : 0;
+}
+
+bool GoodPicker::eventFilter(QObject* watched, QEvent* event) {
+    // The list is walked through without leaving the search.
+    if (watched == search_ && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        const int step = key == Qt::Key_Down ? 1 : key == Qt::Key_Up ? -1 : 0;
+        const int row = goods_->currentRow() + step;
+        if (step != 0) {
+            if (row >= 0 && row < goods_->count()) goods_->setCurrentRow(row);
+            return true;
+        }
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,41 @@
+#include "host/price_editor/price_editor.h"
+
+#include <QApplication>
+
+#include "host/price_editor/good_picker.h"
+#include "host/price_editor/price_editor_frm.h"
+#include "package/services.h"
+
+namespace basalt::host {
+namespace {
+
+void openPriceEditor(ReferenceHost& host, const Registry& registry, int goodCode) {
+    // The base of editors finds its host here as it does within the module.
+    const AttachedHost attached(host);
+    if (!host.HavePermission(host.UserInfo(), spGoods, prOpen, true, true, "")) return;
+    if (goodCode != 0) {
+        (void)CreateEditor<PriceEditor>(host, registry, goodCode)->ShowModal();
+        return;
+    }
+    // One good after another, until the user has had enough of it.
+    GoodPicker picker(host, QApplication::activeWindow());
+    while (picker.exec() == QDialog::Accepted)
+        (void)CreateEditor<PriceEditor>(host, registry, picker.goodCode())->ShowModal();
+}
+
+}  // namespace
+
+EntryPoint priceEditorEntry(ReferenceHost& host, const Registry& registry) {
+    return {
+        .name = "Open_PriceEditor",
+        .subsystem = "costlevel",
+        .title = "قیمت‌ها و تخفیف‌های کالا",
+        .summary = "Shows and changes one good's prices and discounts by level; 0 asks for the good.",
+        .part = spGoods,
+        .permission = prOpen,
+        .parameters = {in("GoodCode", "integer")},
+        .result = "",
+        .run = [&host, &registry](FunctionCall& call) { openPriceEditor(host, registry, call.integer("GoodCode")); }};
+}
+
+}  // namespace basalt::host

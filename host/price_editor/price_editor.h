@@ -1,0 +1,17 @@
+// The price editor as an entry of the reference host, next to those of the module.
+//
+//   const EntryPoint prices = priceEditorEntry(host, module.registry());
+//   FunctionCall call(state, {{"GoodCode", 57}});
+//   prices.run(call);
+#pragma once
+
+#include "host/services/reference_host.h"
+#include "package/registry.h"
+
+namespace basalt::host {
+
+// "Open_PriceEditor" with the code of a good; 0 lets the user pick one. The host must show screens (setScreens) while
+// the entry runs; host and registry are lent.
+[[nodiscard]] EntryPoint priceEditorEntry(ReferenceHost& host, const Registry& registry);
+
+}  // namespace basalt::host

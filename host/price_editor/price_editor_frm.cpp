@@ -1,0 +1,216 @@
+#include "host/price_editor/price_editor_frm.h"
+
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QRegularExpressionValidator>
+#include <QVBoxLayout>
+
+#include "ado/error.h"
+#include "host/screens/display_format.h"
+#include "host/screens/persian_digits.h"
+#include "package/numbers.h"
+#include "package/screens/place.h"
+
+namespace basalt::host {
+namespace {
+
+constexpr int kPrices = 10;
+constexpr int kDiscounts = 4;
+constexpr int kSaveAndClose = 2;
+constexpr int kLongestAmount = 40;
+
+QString amountText(const Decimal& amount) {
+    static const DisplayFormat format("#,#0.#########;-#,#0.#########;0");
+    return persianDigits(QString::fromStdString(format.text(amount)));
+}
+
+Decimal amountOf(const QLineEdit& input) {
+    const QString text = input.text().trimmed();
+    if (text.isEmpty()) return {};
+    return *Decimal::parse(FloatToStr_VRO(StrToFloat_VRO(text.toStdString())));
+}
+
+// Where a default level stands in its list; none for a number that is no level.
+int levelIndex(const QComboBox& levels, const Decimal& number) {
+    const std::int64_t level = number.toInt64().value_or(0);
+    return level > 0 && level < levels.count() ? static_cast<int>(level) : 0;
+}
+
+}  // namespace
+
+PriceEditor::PriceEditor(ReferenceHost& host, const Registry& registry, int goodCode)
+    : TBaseGet_FRM(spGoods, Value{std::int64_t{goodCode}}, fmEdit), host_(host), matrix_(host, registry) {
+    setObjectName("PriceEditor_FRM");
+    resize(1120, 640);
+}
+
+int PriceEditor::goodCode() const {
+    return static_cast<int>(toInt64(Code()));
+}
+
+void PriceEditor::addAmount(QGridLayout& layout, const std::string& field, const QString& title, int row, int column) {
+    auto* input = new QLineEdit;
+    input->setObjectName(QString::fromStdString(field + "_EDT"));
+    input->setAccessibleName(title);
+    input->setMaxLength(kLongestAmount);
+    input->setAlignment(Qt::AlignHCenter);
+    input->setLayoutDirection(Qt::LeftToRight);
+    static const QRegularExpression amount(QStringLiteral("-?[0-9\u06F0-\u06F9\u0660-\u0669,.\u066B\u066C]*"));
+    input->setValidator(new QRegularExpressionValidator(amount, input));
+    layout.addWidget(input, row, column);
+    amounts_[field] = input;
+}
+
+QWidget* PriceEditor::makeGroup(const Group& group, QWidget* parent) {
+    auto* box = new QGroupBox(group.title, parent);
+    box->setObjectName(QString::fromLatin1(group.objectName));
+    auto* layout = new QGridLayout(box);
+    layout->setColumnStretch(1, 1);
+    layout->setColumnStretch(2, 1);
+    const std::pair<const char*, QString> directions[] = {{"Sell", QStringLiteral("فروش")},
+                                                          {"Buy", QStringLiteral("خرید")}};
+    for (int column = 0; column < 2; ++column) {
+        auto* title = new QLabel(group.columnTitle.arg(directions[column].second));
+        title->setProperty("kind", QStringLiteral("hint"));
+        title->setAlignment(Qt::AlignCenter);
+        layout->addWidget(title, 0, column + 1);
+    }
+    for (int level = 1; level <= group.levels; ++level) {
+        const std::string number = std::to_string(level);
+        auto* title = new QLabel;
+        title->setObjectName(QString::fromStdString(std::string(group.stem) + "_" + number + "_LBL"));
+        title->setTextFormat(Qt::PlainText);
+        layout->addWidget(title, level, 0);
+        titles_[group.titleStem + number] = title;
+        for (int column = 0; column < 2; ++column) {
+            const std::string field = std::string(group.stem) + "_" + directions[column].first + "_" + number;
+            addAmount(*layout, field,
+                      QStringLiteral("%1 %2").arg(group.columnTitle.arg(directions[column].second)).arg(level), level,
+                      column + 1);
+        }
+    }
+    layout->addWidget(new QLabel(QStringLiteral("پیش فرض")), group.levels + 1, 0);
+    for (int column = 0; column < 2; ++column) {
+        const std::string field = std::string("Default_") + group.stem + "_" + directions[column].first + "_Number";
+        auto* levels = new QComboBox;
+        levels->setObjectName(QString::fromStdString(field + "_CMB"));
+        levels->setAccessibleName(QStringLiteral("پیش فرض %1").arg(directions[column].second));
+        levels->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        levels->addItem(QStringLiteral("هیچ‌کدام"));
+        for (int level = 1; level <= group.levels; ++level)
+            levels->addItem({});
+        layout->addWidget(levels, group.levels + 1, column + 1);
+        defaults_[field] = levels;
+    }
+    layout->setRowStretch(group.levels + 2, 1);
+    return box;
+}
+
+void PriceEditor::CreateControls() {
+    auto* inputs = new QWidget(base().FormPanel());
+    auto* column = new QVBoxLayout(inputs);
+    column->setContentsMargins(0, 0, 0, 0);
+    good_ = new QLabel(inputs);
+    good_->setObjectName(QStringLiteral("Good_LBL"));
+    good_->setTextFormat(Qt::PlainText);
+    good_->setWordWrap(true);
+    column->addWidget(good_);
+    auto* groups = new QHBoxLayout;
+    groups->addWidget(makeGroup({"Prices_GRB", QStringLiteral("قیمت‌ها"), QStringLiteral("قیمت %1"),
+                                 "CostLevel", "CostLevel_", kPrices},
+                                inputs),
+                      4);
+    groups->addWidget(makeGroup({"Discounts_GRB", QStringLiteral("تخفیف‌ها"), QStringLiteral("تخفیف %1"),
+                                 "Discount", "Discount_Sell_", kDiscounts},
+                                inputs),
+                      3);
+    column->addLayout(groups, 1);
+    place(*base().FormPanel(), *inputs);
+    save_ = base().AddButton("Save_BTN", "ذخیره F3", TEditorButton::Save);
+    base().AddButton("Exit_BTN", "خروج Esc", TEditorButton::Exit);
+}
+
+void PriceEditor::SetComponents() {
+    base().SetSaveControl(save_, kSaveAndClose);
+    base().SetTitle("قیمت‌ها و تخفیف‌های کالا");
+    const LevelTitles titles = matrix_.titles();
+    for (const auto& [name, label] : titles_)
+        label->setText(QString::fromStdString(titles.at(name)));
+    for (const auto& [field, levels] : defaults_) {
+        const char* stem = field.find("Discount") == std::string::npos ? "CostLevel_" : "Discount_Sell_";
+        for (int level = 1; level < levels->count(); ++level)
+            levels->setItemText(level, QString::fromStdString(titles.at(stem + std::to_string(level))));
+    }
+}
+
+void PriceEditor::Init(bool /*flag*/) {}
+
+bool PriceEditor::IsNewRecordMode(const Value& /*code*/) {
+    return false;
+}
+
+Value PriceEditor::GetNewCode() {
+    throw UsageError("goods are not added here");
+}
+
+void PriceEditor::PrepareQuery(const Value& /*code*/) {
+    const Value name = host_.ScalerQuery("GoodInf", "Name", "Code", std::to_string(goodCode()));
+    if (isNull(name)) {
+        CloseOnCreate();  // the base tells the user
+        return;
+    }
+    goodName_ = toText(name);
+}
+
+void PriceEditor::OnFill(const Value& /*code*/) {
+    shown_ = matrix_.read(goodCode());
+    good_->setText(persianDigits(QString::number(goodCode())) + QStringLiteral(" – ") +
+                   QString::fromStdString(goodName_));
+    for (const auto& [field, input] : amounts_)
+        input->setText(amountText(shown_.at(field)));
+    for (const auto& [field, levels] : defaults_) {
+        levels->setCurrentIndex(levelIndex(*levels, shown_.at(field)));
+    }
+}
+
+GoodPrices PriceEditor::entered() const {
+    GoodPrices prices = shown_;
+    // An input that shows what was read keeps it to the last digit.
+    for (const auto& [field, input] : amounts_)
+        if (input->text() != amountText(shown_.at(field))) prices[field] = amountOf(*input);
+    for (const auto& [field, levels] : defaults_)
+        if (levels->currentIndex() != levelIndex(*levels, shown_.at(field)))
+            prices[field] = Decimal(levels->currentIndex(), 0);
+    return prices;
+}
+
+bool PriceEditor::IsValid() {
+    for (const auto& [field, input] : amounts_) {
+        try {
+            (void)amountOf(*input);
+        } catch (const DatabaseError&) {
+            input->setFocus();
+            input->selectAll();
+            throw;
+        }
+    }
+    return true;
+}
+
+void PriceEditor::OnSave() {
+    const GoodPrices prices = entered();
+    matrix_.write(goodCode(), shown_, prices);
+    host_.SetUserEvent(spGoods, prEdit, std::to_string(goodCode()), true, true);
+}
+
+void PriceEditor::AfterSave() {
+    OnFill(Code());
+}
+
+void PriceEditor::FormShow(QObject* sender) {
+    TBaseGet_FRM::FormShow(sender);
+    base().SetShortCut();
+    amounts_.at("CostLevel_Sell_1")->setFocus();
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,63 @@
+// The editor of one good's prices and discounts: ten levels of prices and four of discounts, for sale and purchase, and
+// which of them are the good's defaults.
+//
+//   CreateEditor<PriceEditor>(host, registry, 57)->ShowModal();
+//
+// Inputs are named after their columns (CostLevel_Sell_3_EDT, Default_Discount_Buy_Number_CMB).
+#pragma once
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <map>
+#include <string>
+
+#include "host/price_editor/price_matrix.h"
+#include "package/screens/base_get_frm.h"
+
+namespace basalt::host {
+
+class PriceEditor final : public TBaseGet_FRM {
+public:
+    PriceEditor(ReferenceHost& host, const Registry& registry, int goodCode);
+
+    void CreateControls() override;
+    void SetComponents() override;
+    void Init(bool flag) override;
+    [[nodiscard]] bool IsNewRecordMode(const Value& code) override;
+    [[nodiscard]] Value GetNewCode() override;
+    void PrepareQuery(const Value& code) override;
+    void OnFill(const Value& code) override;
+    [[nodiscard]] bool IsValid() override;
+    void OnSave() override;
+    void AfterSave() override;
+    void FormShow(QObject* sender) override;
+
+private:
+    struct Group {
+        const char* objectName;
+        QString title;
+        QString columnTitle;
+        const char* stem;       // "CostLevel"
+        const char* titleStem;  // of the level's title
+        int levels;
+    };
+
+    [[nodiscard]] int goodCode() const;
+    QWidget* makeGroup(const Group& group, QWidget* parent);
+    void addAmount(QGridLayout& layout, const std::string& field, const QString& title, int row, int column);
+    [[nodiscard]] GoodPrices entered() const;
+
+    ReferenceHost& host_;
+    PriceMatrix matrix_;
+    std::string goodName_;
+    GoodPrices shown_;
+    QLabel* good_ = nullptr;
+    TSmartButton_VRO* save_ = nullptr;
+    std::map<std::string, QLabel*> titles_;  // by the name of the level's title
+    std::map<std::string, QLineEdit*> amounts_;
+    std::map<std::string, QComboBox*> defaults_;
+};
+
+}  // namespace basalt::host

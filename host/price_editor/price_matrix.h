@@ -1,0 +1,45 @@
+// One good's prices and discounts, read and written through the functions that the module exports.
+//
+//   PriceMatrix matrix(host, registry);
+//   const GoodPrices before = matrix.read(57);
+//   GoodPrices after = before;
+//   after["CostLevel_Sell_3"] = *Decimal::parse("12500");
+//   matrix.write(57, before, after);
+//
+// Values bear the names of their columns: CostLevel_Sell_1 to _10, CostLevel_Buy_1 to _10, Discount_Sell_1 to _4,
+// Discount_Buy_1 to _4 and the four defaults (Default_CostLevel_Sell_Number and so on), which are level numbers, 0 for
+// none. A price that the good does not have reads as 0.
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "host/services/reference_host.h"
+#include "package/registry.h"
+
+namespace basalt::host {
+
+using GoodPrices = std::map<std::string, Decimal>;
+// Titles of the levels: CostLevel_1 to _10, Discount_Sell_1 to _4, Discount_Buy_1 to _4.
+using LevelTitles = std::map<std::string, std::string>;
+
+class PriceMatrix {
+public:
+    // Both are lent. UsageError when the registry lacks the functions.
+    PriceMatrix(ReferenceHost& host, const Registry& registry);
+
+    [[nodiscard]] GoodPrices read(int goodCode);
+    [[nodiscard]] LevelTitles titles();
+    // Writes what differs between the two, all or nothing, and adds the good's row when it has none. DatabaseError
+    // (Conflict) when one of the values that are to change is not, or no longer, the one of `before`.
+    void write(int goodCode, const GoodPrices& before, const GoodPrices& after);
+
+private:
+    const FunctionEntry& function(const std::string& name) const;
+
+    ReferenceHost& host_;
+    const Registry& registry_;
+    FunctionState state_;
+};
+
+}  // namespace basalt::host

@@ -1,0 +1,133 @@
+// A good's matrix, read and written through the module's functions on the demo company's database.
+#include "host/price_editor/price_matrix.h"
+
+#include <gmock/gmock.h>
+
+#include "ado/error.h"
+#include "costlevel/registration.h"
+#include "package/services.h"
+#include "tests/host_services/demo_database.h"
+
+namespace basalt::host {
+namespace {
+
+using ::testing::ElementsAre;
+
+class Matrix : public DemoDatabaseTest {
+protected:
+    Matrix() { host.signInAs(1); }
+    static Registry registered() {
+        Registry made;
+        registerCostLevel(made);
+        return made;
+    }
+    [[nodiscard]] std::string stored(const std::string& column, int good) {
+        return linesOf(*session, "SELECT " + column + " FROM GoodCostDiscount WHERE GoodCode = " + std::to_string(good))
+            .at(0);
+    }
+    static Decimal number(const char* text) { return *Decimal::parse(text); }
+
+    ReferenceHost host{*session, workstation("prices")};
+    AttachedHost attached{host};
+    Registry registry = registered();
+    PriceMatrix matrix{host, registry};
+};
+
+TEST_F(Matrix, readsAllOfAGood) {
+    const GoodPrices prices = matrix.read(57);
+    EXPECT_EQ(prices.size(), 32U);
+    EXPECT_EQ(prices.at("CostLevel_Sell_1"), number("298500"));
+    EXPECT_EQ(prices.at("Discount_Sell_3"), number("7.5"));
+    EXPECT_EQ(prices.at("CostLevel_Buy_8"), number("0"));  // null in the table
+    EXPECT_EQ(stored("CostLevel_Buy_8", 57), "NULL");
+    for (const auto& [name, value] : matrix.read(39))
+        EXPECT_EQ(value, Decimal()) << name;
+    EXPECT_EQ(matrix.titles().at("CostLevel_3"), "همکار");
+}
+
+TEST_F(Matrix, writesWhatChanged) {
+    const GoodPrices before = matrix.read(57);
+    GoodPrices after = before;
+    after["CostLevel_Sell_3"] = number("12500.5");
+    after["Discount_Buy_4"] = number("2.25");
+    after["Default_CostLevel_Sell_Number"] = number("3");
+    matrix.write(57, before, after);
+    EXPECT_EQ(matrix.read(57), after);
+    // A cell that nobody touched stays null.
+    EXPECT_EQ(stored("CostLevel_Buy_8", 57), "NULL");
+}
+
+TEST_F(Matrix, addsTheRowOfAGoodWithoutPrices) {
+    const GoodPrices before = matrix.read(39);
+    matrix.write(39, before, before);
+    EXPECT_THAT(linesOf(*session, "SELECT COUNT(*) FROM GoodCostDiscount WHERE GoodCode = 39"), ElementsAre("0"));
+    GoodPrices after = before;
+    after["CostLevel_Buy_10"] = number("-1");
+    matrix.write(39, before, after);
+    EXPECT_EQ(matrix.read(39), after);
+}
+
+TEST_F(Matrix, refusesToOverwriteAnotherUsersChange) {
+    const GoodPrices before = matrix.read(57);
+    execute(*session, "UPDATE GoodCostDiscount SET CostLevel_Sell_3 = 7 WHERE GoodCode = 57");
+    GoodPrices after = before;
+    after["CostLevel_Buy_1"] = number("5");
+    after["CostLevel_Sell_3"] = number("12500.5");
+    try {
+        matrix.write(57, before, after);
+        FAIL() << "the change of the other user was overwritten";
+    } catch (const DatabaseError& error) {
+        EXPECT_EQ(error.category(), ErrorCategory::Conflict);
+    }
+    EXPECT_EQ(matrix.read(57).at("CostLevel_Sell_3"), number("7"));
+    EXPECT_EQ(matrix.read(57).at("CostLevel_Buy_1"), before.at("CostLevel_Buy_1"));
+    // A change of a cell that is not written stays, and is no obstacle.
+    after["CostLevel_Sell_3"] = before.at("CostLevel_Sell_3");
+    matrix.write(57, before, after);
+    EXPECT_EQ(matrix.read(57).at("CostLevel_Sell_3"), number("7"));
+    EXPECT_EQ(matrix.read(57).at("CostLevel_Buy_1"), number("5"));
+}
+
+TEST_F(Matrix, aPriceBeyondTheColumnLeavesNothingWritten) {
+    const GoodPrices before = matrix.read(57);
+    GoodPrices after = before;
+    after["CostLevel_Buy_1"] = number("5");
+    after["CostLevel_Sell_3"] = number("100000000000000");  // fifteen digits, the column holds fourteen
+    EXPECT_THROW(matrix.write(57, before, after), DatabaseError);
+    EXPECT_EQ(matrix.read(57), before);
+}
+
+TEST_F(Matrix, needsTheModulesFunctions) {
+    const Registry empty;
+    EXPECT_THROW(PriceMatrix(host, empty), UsageError);
+}
+
+// The offers and the matrix on a database of its own
+
+TEST_F(Matrix, listsOffersOfTheLevelsThatExist) {
+    execute(*session, "DELETE FROM costlist");
+    execute(*session, "DELETE FROM CostLevel WHERE CostType = 1 AND Code > 4");
+    FunctionState state;
+    FunctionCall call(state, {{"Kind", 0}, {"GoodCode", 57}, {"PerCode", 0}, {"CurrCode", 0}, {"Direction", 0}});
+    registry.find("OfferCost_GetAll").front()->run(call);
+    EXPECT_EQ(matrix.titles().at("CostLevel_7"), "سطح قيمت ساير");
+    const TDataSet* offers = nullptr;
+    for (const TADOQuery* query : state.modules().at(0)->queries())
+        if (query->Name() == "OfferCost_QUR") offers = query;
+    ASSERT_NE(offers, nullptr);
+    ASSERT_EQ(offers->RecordCount(), 4);
+    std::vector<std::string> lines;
+    for (int row = 0; row < 4; ++row) {
+        std::string line;
+        for (int field = 0; field < 6; ++field)
+            line += (field > 0 ? "|" : "") + offers->textAt(row, field);
+        lines.push_back(line);
+    }
+    EXPECT_THAT(lines,
+                ::testing::UnorderedElementsAre("1|57|3|230000.000000000|تک‌فروشی|پیش فرض",
+                                                "2|57|3|226500.000000000|عمده‌فروشی|",
+                                                "3|57|3|225500.000000000|همکار|", "4|57|3|223000.000000000|نمایندگی|"));
+}
+
+}  // namespace
+}  // namespace basalt::host
