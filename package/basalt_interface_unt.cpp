@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "costlevel/cost_report_frm.h"
 #include "costlevel/costlevel_list_frm.h"
 #include "package/registry.h"
 #include "package/services.h"
@@ -25,6 +26,13 @@ void openLevels(TSoftwarePart part, TComponentSoftwarePart component) {
     if (!mayEnter(part, prOpen)) return;
     const auto screen = CreateScreen<TCostLevel_List_FRM>(fmBrowse, Value{std::int64_t{part}}, "");
     screen->FormOption().SetSoftwarePart(component);
+    screen->ShowModal();
+}
+
+void openCostReport() {
+    if (!mayEnter(spPriceReport, prOpen)) return;
+    const auto screen = CreateScreen<TCost_Report_FRM>(fmBrowse, Value{}, "");
+    screen->FormOption().SetSoftwarePart(csPriceReport);
     screen->ShowModal();
 }
 
@@ -60,6 +68,15 @@ void registerEntryPoints(Registry& registry) {
                             .parameters = {},
                             .result = "",
                             .run = [](FunctionCall&) { Open_DiscountLevel_List(); }});
+    registry.add(EntryPoint{.name = "Open_CostReport",
+                            .subsystem = "costlevel",
+                            .title = "گزارش قیمت کالاها",
+                            .summary = "Shows the prices of all goods, to look through and to print.",
+                            .part = spPriceReport,
+                            .permission = prOpen,
+                            .parameters = {},
+                            .result = "",
+                            .run = [](FunctionCall&) { Open_CostReport(); }});
 }
 
 }  // namespace basalt
@@ -74,4 +91,8 @@ void Open_CostLevel_List() {
 
 void Open_DiscountLevel_List() {
     basalt::openLevels(basalt::spDiscountLevels, basalt::csDiscountLevels);
+}
+
+void Open_CostReport() {
+    basalt::openCostReport();
 }

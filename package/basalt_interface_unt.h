@@ -19,6 +19,8 @@ BASALT_EXPORT int Select_CostLevel_List();
 BASALT_EXPORT void Open_CostLevel_List();
 // The discount levels, for browsing and maintenance.
 BASALT_EXPORT void Open_DiscountLevel_List();
+// The price report: all goods with their prices by level.
+BASALT_EXPORT void Open_CostReport();
 
 }  // extern "C"
 

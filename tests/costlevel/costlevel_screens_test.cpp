@@ -435,7 +435,7 @@ TEST_F(CostLevelEntryPoints, areListed) {
         EXPECT_FALSE(entry.summary.empty());
     }
     EXPECT_THAT(lines, ElementsAre("Select_CostLevel_List 114 6 integer", "Open_CostLevel_List 114 6 ",
-                                   "Open_DiscountLevel_List 134 6 "));
+                                   "Open_DiscountLevel_List 134 6 ", "Open_CostReport 519 6 "));
 }
 
 TEST_F(CostLevelEntryPoints, showNothingWithoutThePermission) {

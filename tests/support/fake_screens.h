@@ -90,6 +90,54 @@ private:
     Trace& trace_;
 };
 
+class FakeRange final : public TRange_Search_Frame {
+public:
+    using TRange_Search_Frame::TRange_Search_Frame;
+    void init() override { ++inits; }
+    [[nodiscard]] std::string Filter() const override { return {}; }
+    void Clear() override {}
+    void FocusFirst() override {}
+    void AddItem(const TSearchItem& item) override { items.push_back(item); }
+    void DeleteItem(int index) override { items.erase(items.begin() + index); }
+    [[nodiscard]] int ItemCount() const override { return static_cast<int>(items.size()); }
+    [[nodiscard]] TSearchItem Item(int index) const override { return items.at(static_cast<std::size_t>(index)); }
+
+    std::vector<TSearchItem> items;
+    int inits = 0;
+};
+
+// A change of tab goes the same way as on a screen: to the screen's reaction, or else to the frame's own.
+class FakeTabs final : public TTab_Search_Frame {
+public:
+    FakeTabs(Trace& trace, QWidget* parent) : TTab_Search_Frame(parent), trace_(trace) {}
+    void init() override { index_ = 0; }
+    [[nodiscard]] std::string Filter() const override { return {}; }
+    void Clear() override {}
+    void FocusFirst() override {}
+    void SetFieldName(const std::string& field) override { fieldName = field; }
+    void AddTab(const std::string& title, const std::string& value) override { tabs.emplace_back(title, value); }
+    void SetTabIndex(int index) override {
+        index_ = index;
+        if (OnTabChange) {
+            OnTabChange();
+        } else {
+            Search_TBCChange();
+        }
+    }
+    [[nodiscard]] int TabIndex() const override { return index_; }
+    void Search_TBCChange() override {
+        trace_.emplace_back("Search_TBCChange");
+        if (OnChange) OnChange();
+    }
+
+    std::string fieldName;
+    std::vector<std::pair<std::string, std::string>> tabs;  // title and value
+
+private:
+    Trace& trace_;
+    int index_ = 0;
+};
+
 class FakeSearchManager final : public TVaroSearchManager {
 public:
     explicit FakeSearchManager(Trace& trace) : trace_(trace) {}
@@ -287,10 +335,15 @@ public:
     [[nodiscard]] TGeneral_Search_Frame* createGeneralSearch(const char* objectName, QWidget* parent) override {
         return named(new FakeSearch(trace_, parent), objectName);
     }
-    // No screen under test has ranges or tabs.
-    [[nodiscard]] TRange_Digit_Search_Frame* createDigitRangeSearch(const char*, QWidget*) override { return nullptr; }
-    [[nodiscard]] TRange_Cost_Search_Frame* createCostRangeSearch(const char*, QWidget*) override { return nullptr; }
-    [[nodiscard]] TTab_Search_Frame* createTabSearch(const char*, QWidget*) override { return nullptr; }
+    [[nodiscard]] TRange_Digit_Search_Frame* createDigitRangeSearch(const char* objectName, QWidget* parent) override {
+        return named(new FakeRange(parent), objectName);
+    }
+    [[nodiscard]] TRange_Cost_Search_Frame* createCostRangeSearch(const char* objectName, QWidget* parent) override {
+        return named(new FakeRange(parent), objectName);
+    }
+    [[nodiscard]] TTab_Search_Frame* createTabSearch(const char* objectName, QWidget* parent) override {
+        return named(new FakeTabs(trace_, parent), objectName);
+    }
     [[nodiscard]] std::unique_ptr<TVaroSearchManager> createSearchManager() override {
         return std::make_unique<FakeSearchManager>(trace_);
     }

@@ -1,0 +1,307 @@
+#include "costlevel/cost_report_frm.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <algorithm>
+#include <array>
+
+#include "ado/names.h"
+#include "package/messages.h"
+#include "package/screens/attached_screens.h"
+#include "package/screens/place.h"
+#include "package/services.h"
+
+namespace basalt {
+
+namespace {
+
+constexpr int kWidth = 1160;
+constexpr int kHeight = 680;
+
+constexpr const char* kReportName = "CostReport";
+constexpr const char* kConsumerPrice = "ConsumerPrice";
+// Under this name the consumer price is kept with the price columns' print settings.
+constexpr const char* kConsumerPriceSetting = "F11";
+
+constexpr int kFixedColumns = 3;
+constexpr int kSaleTab = 1;
+constexpr int kTitleLines = 2;
+// A good with many barcodes must not push the prices off the screen.
+constexpr int kBarcodeWidth = 200;
+constexpr int kBetweenFrames = 16;
+// More would not fit across a page. The warning names one fewer; both are what users of long standing know.
+constexpr int kMostPrintColumns = 10;
+
+bool isPrice(const std::string& field) {
+    return field.find('F') != std::string::npos;
+}
+
+std::string levelField(int code) {
+    return "F" + std::to_string(code);
+}
+
+// Side by side in one line of the panel.
+QHBoxLayout* addLine(QWidget& panel) {
+    auto* line = new QWidget(&panel);
+    auto* row = new QHBoxLayout(line);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(kBetweenFrames);
+    place(panel, *line);
+    return row;
+}
+
+bool isConsumerPrice(const std::string& field) {
+    return sameName(field, kConsumerPrice);
+}
+
+}  // namespace
+
+TCost_Report_FRM::TCost_Report_FRM(TFormMode mode, Value param, std::string text)
+    : TBaseDock_FRM(mode, std::move(param), std::move(text)) {
+    setObjectName("TCost_Report_FRM");
+    resize(kWidth, kHeight);
+}
+
+TCost_Report_FRM::~TCost_Report_FRM() = default;
+
+void TCost_Report_FRM::CreateControls() {
+    QWidget* panel = base().SearchPanel();
+    QHBoxLayout* first = addLine(*panel);
+    tabs_ = attachedScreens().createTabSearch("TTab_Search_Frame1", panel);
+    tabs_->SetFieldName("Status");
+    tabs_->AddTab("&خرید  ", "1");
+    tabs_->AddTab("&فروش  ", "2");
+    first->addWidget(tabs_);
+    search_ = attachedScreens().createGeneralSearch("TGeneral_Search_Frame1", panel);
+    search_->AddItem({.FieldName = "Code", .Title = "کد", .DataType = TSearchDataType::Digits});
+    search_->AddItem({.FieldName = "Name", .Title = "عنوان", .DataType = TSearchDataType::Text});
+    search_->AddItem({.FieldName = "AbbName", .Title = "بارکد کالا", .DataType = TSearchDataType::Text});
+    search_->SetItemIndex(1);
+    first->addWidget(search_, 1);
+
+    QHBoxLayout* second = addLine(*panel);
+    codes_ = attachedScreens().createDigitRangeSearch("TRange_Digit_Search_Frame1", panel);
+    codes_->AddItem({.FieldName = "Code", .Title = "کد", .DataType = TSearchDataType::Digits});
+    second->addWidget(codes_, 2);
+    prices_ = attachedScreens().createCostRangeSearch("TRange_Cost_Search_Frame1", panel);
+    second->addWidget(prices_, 3);
+
+    auto* groupTitle = new QLabel(QStringLiteral(" لیست قیمت ها "), base().ListPanel());
+    groupTitle->setObjectName("CostReport_LBL");
+    place(*base().ListPanel(), *groupTitle);
+    grid_ = attachedScreens().createGrid("CostReport_List_GRD", base().ListPanel());
+    for (int i = 0; i < kFixedColumns; ++i)
+        grid_->AddColumn({});
+    for (int level = 1; level <= kPriceLevels; ++level) {
+        const std::string field = levelField(level);
+        grid_->AddColumn({.FieldName = field, .Title = QString::fromStdString(field)});
+    }
+    grid_->SetMultiSelect(true);
+    grid_->SetTitleLines(kTitleLines);
+    place(*base().ListPanel(), *grid_);
+
+    print_ = base().AddButton("PrintList_BTN", "پیش نمایش ليست F9", TListButton::Print);
+    print_->OnClick = [this] { PrintList_BTNClick(); };
+    base().AddButton("EXit_BTN", "خروج Esc", TListButton::Exit);
+
+    searchManager_ = attachedScreens().createSearchManager();
+    for (TSearchFrame* frame : std::initializer_list<TSearchFrame*>{tabs_, search_, codes_, prices_}) {
+        searchManager_->AddFrame(frame);
+        frame->OnChange = [this] { search(); };
+    }
+    tabs_->OnTabChange = [this] { TTab_Search_Frame1Search_TBCChange(); };
+    searchManager_->AfterSearch = [this] { base().EnableButtons(); };
+    base().SetGrid(grid_);
+    base().SetSearchManager(searchManager_.get());
+    base().SetFirstSearch(search_);
+}
+
+void TCost_Report_FRM::FormCreate(QObject* sender) {
+    TBaseDock_FRM::FormCreate(sender);
+    base().SetTitle(toText(ScalerQuery("SoftwarePart", "Title", "Code", std::to_string(spPriceReport))));
+}
+
+void TCost_Report_FRM::SetComponents() {
+    levels_ = std::make_unique<TCostLevel_DM>();
+    grid_->SetDataSource(&levels_->CostReport_DS);
+    searchManager_->SetDataSource(&levels_->CostReport_DS);
+}
+
+void TCost_Report_FRM::Open() {
+    levels_->CostReport_Get();
+}
+
+void TCost_Report_FRM::InitSearch(const std::string& /*text*/) {
+    searchManager_->SetDataSource(&levels_->CostReport_DS);
+    searchManager_->SetSQLScript(levels_->CostReport_QUR.SQL.Text());
+    search_->init();
+    codes_->init();
+    tabs_->init();
+    MakeGrid();
+    // All rows are here already; the tab's half of them need not be asked for again.
+    levels_->CostReport_QUR.Filter(tabs_->TabIndex() == kSaleTab ? "Status = 2" : "Status = 1");
+    levels_->CostReport_QUR.Filtered(true);
+    adaptToTab();
+}
+
+void TCost_Report_FRM::RefreshList() {
+    ResetDataset(levels_->CostReport_QUR);
+    base().EnableButtons();
+}
+
+void TCost_Report_FRM::FormShow(QObject* sender) {
+    TBaseDock_FRM::FormShow(sender);
+    base().SetShortCut();
+    base().SetPopMenu();
+    grid_->GoToLastRow();
+    search_->FocusFirst();
+}
+
+std::string TCost_Report_FRM::GetCurrencyPrecisionCount() const {
+    const int decimals = SettingRecord().CurrencyDecimals;
+    return decimals > 0 ? "." + std::string(static_cast<std::size_t>(decimals), '#') : std::string();
+}
+
+std::string TCost_Report_FRM::priceFormat() const {
+    const std::string precision = GetCurrencyPrecisionCount();
+    return "#,#0" + precision + ";-#,#0" + precision + ";0";
+}
+
+void TCost_Report_FRM::MakeGrid() {
+    grid_->SetColumn(0, {.FieldName = "Code", .Title = QStringLiteral("کد کالا")});
+    grid_->SetColumn(1, {.FieldName = "AbbName", .Title = QStringLiteral("بارکد کالا"), .Width = kBarcodeWidth});
+    grid_->SetColumn(2, {.FieldName = "Name", .Title = QStringLiteral("نام کالا")});
+    const int last = std::min(grid_->ColumnCount(), kFixedColumns + kPriceLevels);
+    for (int i = kFixedColumns; i < grid_->ColumnCount(); ++i) {
+        TGridColumn column = grid_->Column(i);
+        column.Visible = false;
+        column.VisibleForCustomization = false;
+        grid_->SetColumn(i, column);
+    }
+
+    TADOQuery& names = levels_->Temp_Q7777UR;
+    names.Close();
+    names.SQL = " SELECT Name, Code FROM costlevel WHERE Code > 0  AND CostType = 1 order by code";
+    names.Open();
+    std::array<bool, kPriceLevels + 1> taken{};
+    int next = kFixedColumns;
+    for (; next < last && !names.Eof(); ++next, names.Next()) {
+        const int code = names.FieldByName("Code").AsInteger();
+        // The report has no prices of levels beyond the tenth.
+        if (code > kPriceLevels) break;
+        taken[static_cast<std::size_t>(code)] = true;
+        const std::string title = names.FieldByName("Name").AsString();
+        const std::string field = levelField(code);
+        grid_->SetColumn(next,
+                         {.FieldName = field, .Title = QString::fromStdString(title), .DisplayFormat = priceFormat()});
+        prices_->AddItem({.FieldName = field, .Title = title, .DataType = TSearchDataType::Amount});
+    }
+    names.Close();
+    // The hidden columns take the fields that are left, so that a field stands for one column only.
+    for (int code = 1; code <= kPriceLevels && next < last; ++code) {
+        if (taken[static_cast<std::size_t>(code)]) continue;
+        TGridColumn column = grid_->Column(next);
+        column.FieldName = levelField(code);
+        column.Title = QString::fromStdString(column.FieldName);
+        grid_->SetColumn(next++, column);
+    }
+    prices_->AddItem({.FieldName = kConsumerPrice, .Title = "فی مصرف کننده", .DataType = TSearchDataType::Amount});
+    prices_->init();
+}
+
+int TCost_Report_FRM::consumerColumn() const {
+    for (int i = 0; i < grid_->ColumnCount(); ++i)
+        if (isConsumerPrice(grid_->Column(i).FieldName)) return i;
+    return -1;
+}
+
+void TCost_Report_FRM::TTab_Search_Frame1Search_TBCChange() {
+    tabs_->Search_TBCChange();
+    adaptToTab();
+}
+
+void TCost_Report_FRM::adaptToTab() {
+    const int column = consumerColumn();
+    if (tabs_->TabIndex() != kSaleTab) {
+        const int item = prices_->ItemCount() - 1;
+        const std::string narrowing = prices_->Filter();
+        if (item >= 0 && isConsumerPrice(prices_->Item(item).FieldName)) prices_->DeleteItem(item);
+        if (column >= 0) grid_->RemoveColumn(column);
+        // A range that nobody sees any more must not go on narrowing the list.
+        if (prices_->Filter() != narrowing) search();
+        return;
+    }
+    if (column >= 0) return;
+    grid_->AddColumn(
+        {.FieldName = kConsumerPrice, .Title = QStringLiteral("قیمت مصرف کننده"), .DisplayFormat = priceFormat()});
+    prices_->AddItem({.FieldName = kConsumerPrice, .Title = "قیمت مصرف کننده", .DataType = TSearchDataType::Amount});
+}
+
+void TCost_Report_FRM::search() {
+    // From now on the statement itself says which half of the rows is wanted.
+    TADOQuery& report = levels_->CostReport_QUR;
+    const bool filtered = report.Filtered();
+    report.Filtered(false);
+    try {
+        searchManager_->ExecuteFilter_DataSet();
+    } catch (...) {
+        report.Filtered(filtered);
+        throw;
+    }
+}
+
+TPrintSettingRequest TCost_Report_FRM::printRequest() const {
+    TPrintSettingRequest request{.ReportName = kReportName, .Title = windowTitle().toStdString()};
+    for (int i = 0; i < grid_->ColumnCount(); ++i) {
+        const TGridColumn column = grid_->Column(i);
+        const std::string title = column.Title.toStdString();
+        // A column without a level is nobody's to print.
+        if (isPrice(column.FieldName) && column.VisibleForCustomization)
+            request.Columns.push_back({.FieldName = column.FieldName, .Title = title, .Visible = column.Visible});
+        if (isConsumerPrice(column.FieldName))
+            request.Columns.push_back({.FieldName = column.FieldName,
+                                       .Title = title,
+                                       .Visible = column.Visible,
+                                       .SettingName = kConsumerPriceSetting});
+    }
+    return request;
+}
+
+std::vector<std::string> TCost_Report_FRM::GetMasterReport_Description() {
+    const std::vector<TPrintColumn> columns = printing_ ? printing_->Columns : printRequest().Columns;
+    std::vector<std::string> description;
+    for (const TPrintColumn& column : columns)
+        if (column.Visible && (isPrice(column.FieldName) || isConsumerPrice(column.FieldName)))
+            description.push_back(column.Title);
+    const auto count = static_cast<int>(description.size());
+    description.push_back(std::to_string(count));
+    if (count > kMostPrintColumns)
+        ShowTooltipMessage(static_cast<std::uintptr_t>(grid_->winId()),
+                           "تعداد سطوح انتخابي نمي تواند بيشتر از 9 سطح باشد");
+    return description;
+}
+
+void TCost_Report_FRM::PrintList_BTNClick() {
+    TPrintSettingRequest request = printRequest();
+    request.Form = this;
+    TPrintSetting setting;
+    if (!PrintSetting(request, setting)) return;
+    // What names the good stands before its prices, as it does on the screen.
+    std::vector<TPrintColumn> columns;
+    for (int i = 0; i < kFixedColumns; ++i) {
+        const TGridColumn column = grid_->Column(i);
+        columns.push_back(
+            {.FieldName = column.FieldName, .Title = column.Title.toStdString(), .Visible = column.Visible});
+    }
+    setting.Columns.insert(setting.Columns.begin(), columns.begin(), columns.end());
+    printing_ = setting;
+    try {
+        grid_->PrintPreview(setting);
+    } catch (...) {
+        printing_.reset();
+        throw;
+    }
+    printing_.reset();
+}
+
+}  // namespace basalt

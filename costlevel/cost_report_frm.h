@@ -1,0 +1,63 @@
+// The price report: every good with its prices, a column a price level, to look through and to print.
+//
+//   const auto screen = CreateScreen<TCost_Report_FRM>(fmBrowse, Value{}, "");
+//   screen->ShowModal();
+//
+// A tab chooses between purchase and sale prices; the consumer price shows with the sale prices only.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "costlevel/costlevel_dm.h"
+#include "package/screens/base_dock_frm.h"
+#include "package/screens/print_setting.h"
+
+namespace basalt {
+
+class TCost_Report_FRM : public TBaseDock_FRM {
+public:
+    TCost_Report_FRM(TFormMode mode, Value param, std::string text);
+    ~TCost_Report_FRM() override;
+
+    void CreateControls() override;
+    void FormCreate(QObject* sender) override;
+    void SetComponents() override;
+    void Open() override;
+    void InitSearch(const std::string& text) override;
+    void InitSelect() override {}
+    void RefreshList() override;
+    void FormShow(QObject* sender) override;
+    // Registers the price columns for the print settings, and gives the titles of those that print and their count.
+    // Warns, at the grid, of more columns than a page holds.
+    [[nodiscard]] std::vector<std::string> GetMasterReport_Description() override;
+
+    // Gives the grid a column, and the range search an item, for each of the price levels that have a column.
+    void MakeGrid();
+    // Adapts grid and range search to the tab, which has just been chosen.
+    void TTab_Search_Frame1Search_TBCChange();
+    void PrintList_BTNClick();
+    // The digits after the point in number formats: ".##" for two, empty for none.
+    [[nodiscard]] std::string GetCurrencyPrecisionCount() const;
+
+private:
+    [[nodiscard]] std::string priceFormat() const;
+    [[nodiscard]] int consumerColumn() const;  // -1: not shown
+    [[nodiscard]] TPrintSettingRequest printRequest() const;
+    void adaptToTab();
+    void search();
+
+    TTab_Search_Frame* tabs_ = nullptr;
+    TGeneral_Search_Frame* search_ = nullptr;
+    TRange_Digit_Search_Frame* codes_ = nullptr;
+    TRange_Cost_Search_Frame* prices_ = nullptr;
+    TSmartDBGrid_VRO* grid_ = nullptr;
+    TSmartButton_VRO* print_ = nullptr;
+    std::optional<TPrintSetting> printing_;  // while pages are shown: what they show
+    std::unique_ptr<TCostLevel_DM> levels_;
+    std::unique_ptr<TVaroSearchManager> searchManager_;
+};
+
+}  // namespace basalt
