@@ -4,6 +4,7 @@
 //   while (const auto line = editor.readLine("basalt> ")) ...
 #pragma once
 
+#include <exception>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -15,6 +16,12 @@ namespace basalt::cli {
 // What the word before the cursor can become, the whole words.
 using Completer = std::function<std::vector<std::string>(const std::string& word)>;
 
+// The person has pressed Ctrl-C: what they have typed so far is to be forgotten.
+class Interrupted : public std::exception {
+public:
+    [[nodiscard]] const char* what() const noexcept override { return "interrupted"; }
+};
+
 // One at a time: the terminal is one.
 class LineEditor {
 public:
@@ -24,7 +31,7 @@ public:
     LineEditor(const LineEditor&) = delete;
     LineEditor& operator=(const LineEditor&) = delete;
 
-    // Without the line break; nullopt at the end of the input.
+    // Without the line break; nullopt at the end of the input. Throws Interrupted.
     [[nodiscard]] std::optional<std::string> readLine(const std::string& prompt);
     void remember(const std::string& entry);
 

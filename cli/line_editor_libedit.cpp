@@ -1,8 +1,13 @@
 #include <editline/readline.h>
+#include <poll.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <iostream>
 #include <memory>
 
 #include "cli/line_editor.h"
@@ -35,6 +40,72 @@ char** complete(const char* word, int, int) {
     return candidates.empty() ? nullptr : rl_completion_matches(word, nextCandidate);
 }
 
+volatile std::sig_atomic_t interrupted = 0;
+
+// While a line is typed, Ctrl-C ends the line and not the program. The signal is let in only where a key is waited for,
+// so that none is missed and none comes in between.
+class InterruptWatch {
+public:
+    InterruptWatch() {
+        interrupted = 0;
+        struct sigaction watch = {};
+        watch.sa_handler = [](int) { interrupted = 1; };
+        sigemptyset(&watch.sa_mask);
+        sigaction(SIGINT, &watch, &action_);
+        sigset_t blocked;
+        sigemptyset(&blocked);
+        sigaddset(&blocked, SIGINT);
+        sigprocmask(SIG_BLOCK, &blocked, &mask_);
+    }
+    ~InterruptWatch() {
+        sigprocmask(SIG_SETMASK, &mask_, nullptr);
+        sigaction(SIGINT, &action_, nullptr);
+    }
+    InterruptWatch(const InterruptWatch&) = delete;
+    InterruptWatch& operator=(const InterruptWatch&) = delete;
+
+    // False when there is nothing more to read, or Ctrl-C was pressed instead.
+    [[nodiscard]] bool waitForInput() const {
+        pollfd input{STDIN_FILENO, POLLIN, 0};
+        while (!interrupted) {
+            const int ready = ppoll(&input, 1, nullptr, &mask_);
+            if (ready > 0) return true;
+            if (ready < 0 && errno != EINTR) return false;
+        }
+        return false;
+    }
+
+private:
+    struct sigaction action_ = {};
+    sigset_t mask_ = {};
+};
+
+const InterruptWatch* watchInUse = nullptr;
+
+int readByte() {
+    unsigned char byte = 0;
+    while (watchInUse->waitForInput()) {
+        const ssize_t size = read(STDIN_FILENO, &byte, 1);
+        if (size == 1) return byte;
+        if (size == 0 || errno != EINTR) return -1;
+    }
+    return -1;
+}
+
+// The next character that is typed; -1 for none. The library takes whole characters here, not bytes.
+int readCharacter(FILE*) {
+    const int first = readByte();
+    if (first < 0x80) return first;
+    const int more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : 1;
+    int character = first & (0x3F >> more);
+    for (int i = 0; i < more; ++i) {
+        const int next = readByte();
+        if (next < 0) return -1;
+        character = (character << 6) | (next & 0x3F);
+    }
+    return character;
+}
+
 }  // namespace
 
 LineEditor::LineEditor(const std::string& historyName, Completer completer)
@@ -43,6 +114,7 @@ LineEditor::LineEditor(const std::string& historyName, Completer completer)
     static char breaks[] = " \t\n,;()=<>+-*/'[]";
     rl_completer_word_break_characters = breaks;
     rl_attempted_completion_function = complete;
+    rl_getc_function = readCharacter;
     using_history();
     stifle_history(keptEntries);
     read_history(history_.c_str());
@@ -60,8 +132,17 @@ LineEditor::~LineEditor() {
 }
 
 std::optional<std::string> LineEditor::readLine(const std::string& prompt) {
+    const InterruptWatch watch;
+    watchInUse = &watch;
     const std::unique_ptr<char, decltype(&std::free)> line(readline(prompt.c_str()), &std::free);
-    if (!line) return std::nullopt;
+    if (interrupted) {
+        std::cout << std::endl;
+        throw Interrupted();
+    }
+    if (!line) {
+        std::cout << std::endl;
+        return std::nullopt;
+    }
     return std::string(line.get());
 }
 

@@ -78,7 +78,11 @@ void ResultWriter::writeTable(const RowSet& rows) {
         }
         table.add(std::move(cells));
     }
-    table.write(out_, terminal_);
+    if (terminalColumns_ > 0 && table.width() > terminalColumns_) {
+        table.writeBlocks(out_);
+    } else {
+        table.write(out_, terminalColumns_ > 0);
+    }
     out_ << "(" << rows.rowCount() << (rows.rowCount() == 1 ? " row)\n" : " rows)\n");
 }
 

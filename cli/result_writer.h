@@ -1,6 +1,6 @@
 // Shows the results of a batch of statements.
 //
-//   ResultWriter writer(std::cout, std::cerr, ResultFormat::Table, outputIsTerminal());
+//   ResultWriter writer(std::cout, std::cerr, ResultFormat::Table, outputColumns());
 //   writer.write(session.run("select Code, Name from CostLevel"));
 //
 // Tables are aligned by the columns that characters take, whatever their script; numbers stand to the right. CSV is RFC
@@ -19,9 +19,10 @@ enum class ResultFormat { Table, Csv, Json };
 
 class ResultWriter {
 public:
-    // On a terminal, right-to-left cells are kept in their columns by invisible marks.
-    ResultWriter(std::ostream& out, std::ostream& notes, ResultFormat format, bool terminal)
-        : out_(out), notes_(notes), format_(format), terminal_(terminal) {}
+    // `terminalColumns` is 0 for an output that is no terminal. On a terminal, right-to-left cells are kept in their
+    // columns by invisible marks, and a result that is too wide is shown row by row, a column a line.
+    ResultWriter(std::ostream& out, std::ostream& notes, ResultFormat format, std::size_t terminalColumns)
+        : out_(out), notes_(notes), format_(format), terminalColumns_(terminalColumns) {}
 
     void write(const BatchResult& batch);
 
@@ -33,7 +34,7 @@ private:
     std::ostream& out_;
     std::ostream& notes_;
     ResultFormat format_;
-    bool terminal_;
+    std::size_t terminalColumns_;
     bool written_ = false;  // a result in CSV
 };
 

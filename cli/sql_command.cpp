@@ -68,7 +68,7 @@ std::ifstream openScript(const std::string& file) {
 int run(const CommonOptions& common, const SqlOptions& options) {
     if (!options.statement.empty() && !options.file.empty())
         throw WrongUsage("statements come from the command line or from a file, not from both");
-    ResultWriter writer(std::cout, std::cerr, formatOf(options), outputIsTerminal());
+    ResultWriter writer(std::cout, std::cerr, formatOf(options), outputColumns());
     std::ifstream file;
     if (!options.file.empty()) file = openScript(options.file);
     Database database(common, DatabaseNeed::Any);

@@ -60,9 +60,13 @@ void promptForStatements(Session& session, SqlConsole& console) {
     LineEditor editor("sql_history", [&](const std::string& word) { return completions(word, console.schema()); });
     std::cout << "Connected to " << session.engine() << ":" << session.location()
               << "\nA statement ends with ; at the end of a line or with a line GO. .help tells more, exit leaves.\n";
-    while (const std::optional<std::string> batch = readBatch(editor)) {
+    while (true) {
         try {
+            const std::optional<std::string> batch = readBatch(editor);
+            if (!batch) break;
             console.run(*batch);
+        } catch (const Interrupted&) {
+            // The prompt begins anew.
         } catch (const std::exception& error) {
             std::cerr << error.what() << '\n';
         }

@@ -1,3 +1,4 @@
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <clocale>
@@ -27,6 +28,13 @@ bool inputIsTerminal() {
 
 bool outputIsTerminal() {
     return isatty(STDOUT_FILENO) != 0;
+}
+
+std::size_t outputColumns() {
+    if (!outputIsTerminal()) return 0;
+    constexpr std::size_t usual = 80;
+    winsize size = {};
+    return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usual;
 }
 
 bool hasDisplay() {

@@ -26,6 +26,10 @@ public:
 
     // One cell a column. What would break the line is shown as a blank.
     void add(std::vector<std::string> cells);
+    // Columns of the terminal that a line takes.
+    [[nodiscard]] std::size_t width() const;
+    // Each line of the table as a block of its own, a title and a cell a line: for tables wider than the terminal.
+    void writeBlocks(std::ostream& out) const;
     // On a terminal, right-to-left cells are kept in their columns by invisible marks. The indent goes before each
     // line.
     void write(std::ostream& out, bool terminal, const std::string& indent = {}) const;

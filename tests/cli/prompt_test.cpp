@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -12,6 +13,7 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -54,31 +56,49 @@ public:
     void type(const std::string& keys) const {
         ASSERT_EQ(write(master_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
     }
-    // All that the terminal has shown up to and with the text; what it has shown when the text does not come.
+    // All that the terminal shows next, up to and with the text; what it has shown when the text does not come.
     std::string until(const std::string& text) {
-        std::string shown;
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (shown.find(text) == std::string::npos && std::chrono::steady_clock::now() < end) {
+        while (shown_.find(text) == std::string::npos && std::chrono::steady_clock::now() < end) {
             pollfd ready{master_, POLLIN, 0};
             if (poll(&ready, 1, 1000) <= 0) continue;
             char buffer[4096];
             const ssize_t size = read(master_, buffer, sizeof buffer);
             if (size <= 0) break;
-            shown.append(buffer, static_cast<std::size_t>(size));
+            shown_.append(buffer, static_cast<std::size_t>(size));
         }
+        const std::size_t at = shown_.find(text);
+        const std::string result = shown_.substr(0, at == std::string::npos ? at : at + text.size());
+        shown_.erase(0, result.size());
+        return result;
+    }
+    // Up to a prompt that takes keys one by one; before that, the terminal itself would follow Ctrl-D and Ctrl-C.
+    std::string untilPrompt(const std::string& prompt = "basalt> ") {
+        std::string shown = until(prompt);
+        termios modes = {};
+        for (int i = 0; i < 2000 && tcgetattr(master_, &modes) == 0 && (modes.c_lflag & ICANON) != 0; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
         return shown;
     }
+    // The exit status; -1 when the program does not end by itself.
     int wait() {
-        (void)until("no such text");
+        shownLast_ = until("no such text");
         int status = 0;
-        waitpid(process_, &status, 0);
+        if (waitpid(process_, &status, WNOHANG) != process_) {
+            kill(process_, SIGKILL);
+            waitpid(process_, &status, 0);
+        }
         process_ = -1;
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
+    // What was shown while the end was waited for.
+    [[nodiscard]] const std::string& shownLast() const { return shownLast_; }
 
 private:
     int master_ = -1;
     pid_t process_ = -1;
+    std::string shown_;  // and not asked for yet
+    std::string shownLast_;
 };
 
 class Prompt : public ::testing::Test {
@@ -94,50 +114,68 @@ protected:
 
 TEST_F(Prompt, completesNamesRunsStatementsAndShowsErrors) {
     Terminal terminal(home_, "embedded::memory:");
-    EXPECT_THAT(terminal.until("basalt> "), HasSubstr("Connected to embedded::memory:"));
+    EXPECT_THAT(terminal.untilPrompt(), HasSubstr("Connected to embedded::memory:"));
     terminal.type("select Name from costle\t where Code = 3 and CostType = 1;\r");
     const std::string table = terminal.until("(1 row)");
     EXPECT_THAT(table, HasSubstr("CostLevel"));
     EXPECT_THAT(table, HasSubstr("همکار\u200E"));
     terminal.type("select 1 +\r");
-    EXPECT_THAT(terminal.until("-> "), HasSubstr("->"));
+    EXPECT_THAT(terminal.untilPrompt("-> "), HasSubstr("->"));
     terminal.type("from T;\r");
     EXPECT_THAT(terminal.until("^^^^"), HasSubstr("Incorrect syntax near the keyword 'from'."));
     terminal.type("create procedure P as\rselect 7 as Seven;\rgo\rexec P;\r");
     EXPECT_THAT(terminal.until("(1 row)"), HasSubstr("Seven"));
     terminal.type(".nothing\r");
     EXPECT_THAT(terminal.until(".help lists them"), HasSubstr("there is no command .nothing"));
+    (void)terminal.untilPrompt();
     terminal.type("exit\r");
-    EXPECT_EQ(terminal.wait(), 0);
+    EXPECT_EQ(terminal.wait(), 0) << terminal.shownLast();
 }
 
 TEST_F(Prompt, remembersStatementsFromRunToRun) {
     {
         Terminal terminal(home_, "embedded::memory:");
-        (void)terminal.until("basalt> ");
+        (void)terminal.untilPrompt();
         terminal.type("select 40 + 2 -- sum\ras Answer;\r");
-        EXPECT_THAT(terminal.until("(1 row)"), HasSubstr("42"));
+        EXPECT_THAT(terminal.untilPrompt(), HasSubstr("42"));
         terminal.type("\x04");
-        EXPECT_EQ(terminal.wait(), 0);
+        EXPECT_EQ(terminal.wait(), 0) << terminal.shownLast();
     }
     const fs::path history = home_ / "basalt" / "sql_history";
     EXPECT_EQ(fs::status(history).permissions(), fs::perms::owner_read | fs::perms::owner_write);
     Terminal terminal(home_, "embedded::memory:");
-    (void)terminal.until("basalt> ");
+    (void)terminal.untilPrompt();
     terminal.type("\x1b[A\r");
     const std::string again = terminal.until("(1 row)");
     EXPECT_THAT(again, HasSubstr("select 40 + 2 as Answer;"));
     EXPECT_THAT(again, HasSubstr("42"));
 }
 
+TEST_F(Prompt, forgetsWhatIsTypedWhenInterrupted) {
+    Terminal terminal(home_, "embedded::memory:");
+    (void)terminal.untilPrompt();
+    terminal.type("select (\r");
+    (void)terminal.untilPrompt("-> ");
+    terminal.type("1");
+    (void)terminal.until("1");
+    terminal.type("\x03");
+    (void)terminal.untilPrompt();
+    terminal.type("select N'بیست و سه' as Answer;\r");
+    EXPECT_THAT(terminal.until("(1 row)"), HasSubstr("\r\nبیست و سه\u200E\r\n"));
+    (void)terminal.untilPrompt();
+    terminal.type("exit\r");
+    EXPECT_EQ(terminal.wait(), 0) << terminal.shownLast();
+}
+
 TEST_F(Prompt, rollsBackWhatIsLeftOpen) {
     Terminal terminal(home_, "embedded::memory:");
-    (void)terminal.until("basalt> ");
+    (void)terminal.untilPrompt();
     terminal.type("begin transaction delete from CostList;\r");
     (void)terminal.until("affected)");
+    (void)terminal.untilPrompt();
     terminal.type("quit\r");
     EXPECT_THAT(terminal.until("rolled back."), HasSubstr("The open transaction has been rolled back."));
-    EXPECT_EQ(terminal.wait(), 0);
+    EXPECT_EQ(terminal.wait(), 0) << terminal.shownLast();
 }
 
 }  // namespace

@@ -26,9 +26,9 @@ BatchResult sample() {
     return batch;
 }
 
-std::string written(ResultFormat format, bool terminal = false) {
+std::string written(ResultFormat format, std::size_t terminalColumns = 0) {
     std::ostringstream out, notes;
-    ResultWriter(out, notes, format, terminal).write(sample());
+    ResultWriter(out, notes, format, terminalColumns).write(sample());
     EXPECT_EQ(notes.str(), format == ResultFormat::Table ? "" : "made\n");
     return out.str();
 }
@@ -45,7 +45,31 @@ TEST(ResultWriter, tableIsAlignedByDisplayColumns) {
 }
 
 TEST(ResultWriter, terminalKeepsRightToLeftCellsApart) {
-    EXPECT_NE(written(ResultFormat::Table, true).find("عمده\u200Cفروشی\u200E |"), std::string::npos);
+    EXPECT_EQ(written(ResultFormat::Table, 40),
+              "made\n"
+              "Code | Name      | COLUMN3\n"
+              "-----+-----------+--------\n"
+              "   1 | عمده\u200Cفروشی\u200E |   12.50\n"
+              " 200 | a, \"b\" c  |    NULL\n"
+              "(2 rows)\n"
+              "(3 rows affected)\n");
+}
+
+TEST(ResultWriter, whatIsWiderThanTheTerminalIsShownRowByRow) {
+    EXPECT_EQ(written(ResultFormat::Table, 25),
+              "made\n"
+              "--- 1 ---\n"
+              "Code   : 1\n"
+              "Name   : عمده\u200Cفروشی\n"
+              "COLUMN3: 12.50\n"
+              "--- 2 ---\n"
+              "Code   : 200\n"
+              "Name   : a, \"b\" c\n"
+              "COLUMN3: NULL\n"
+              "(2 rows)\n"
+              "(3 rows affected)\n");
+    // Just wide enough.
+    EXPECT_NE(written(ResultFormat::Table, 26).find("Code | Name"), std::string::npos);
 }
 
 TEST(ResultWriter, csvQuotesWhatNeedsIt) {
@@ -73,7 +97,7 @@ BatchResult column(ColumnInfo info, const std::vector<Value>& cells) {
 
 TEST(ResultWriter, csvTellsEmptyTextsFromNullAndResultsFromEachOther) {
     std::ostringstream out, notes;
-    ResultWriter writer(out, notes, ResultFormat::Csv, false);
+    ResultWriter writer(out, notes, ResultFormat::Csv, 0);
     writer.write(column({.name = "A", .type = FieldType::Text}, {std::string(), Null()}));
     writer.write(column({.name = "B", .type = FieldType::Integer}, {std::int64_t{7}}));
     EXPECT_EQ(out.str(), "A\r\n\"\"\r\n\r\n\r\nB\r\n7\r\n");
@@ -81,7 +105,7 @@ TEST(ResultWriter, csvTellsEmptyTextsFromNullAndResultsFromEachOther) {
 
 TEST(ResultWriter, jsonKeepsFloatsWhole) {
     std::ostringstream out, notes;
-    ResultWriter(out, notes, ResultFormat::Json, false)
+    ResultWriter(out, notes, ResultFormat::Json, 0)
         .write(column({.name = "A", .type = FieldType::Float}, {1e-12, 1e300, 0.1, -2.0}));
     EXPECT_EQ(out.str(), "[{\"A\":1e-12},{\"A\":1e+300},{\"A\":0.1},{\"A\":-2}]\n");
 }
@@ -94,7 +118,7 @@ TEST(ResultWriter, jsonKeepsColumnsOfOneNameApart) {
     BatchResult batch;
     batch.results.push_back({.rows = std::move(rows), .affectedRows = -1});
     std::ostringstream out, notes;
-    ResultWriter(out, notes, ResultFormat::Json, false).write(batch);
+    ResultWriter(out, notes, ResultFormat::Json, 0).write(batch);
     EXPECT_EQ(out.str(), "[{\"A\":1,\"A_2\":2}]\n");
 }
 
