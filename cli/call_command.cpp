@@ -1,5 +1,5 @@
-// basalt call NAME [VALUE ...|NAME=VALUE ...] [--json]: one function, and all that it did, for people or in one line of
-// JSON.
+// basalt call NAME [VALUE ...|NAME=VALUE ...] [--json|--text]: one function, and all that it did, in one line of JSON
+// for programs or in words for people. Without a flag, what reads the output decides: a terminal is read by people.
 #include <iostream>
 #include <memory>
 
@@ -19,6 +19,7 @@ struct CallOptions {
     std::vector<std::string> arguments;
     std::vector<std::string> answers;
     bool json = false;
+    bool text = false;
 };
 
 std::vector<host::Answer> parseAnswers(const std::vector<std::string>& words) {
@@ -42,7 +43,7 @@ int run(const CommonOptions& common, const CallOptions& options) {
     const std::vector<host::Answer> answers = parseAnswers(options.answers);
     Workspace workspace(common);
     const host::CallReport report = call(workspace, options, answers);
-    if (options.json) {
+    if (options.json || (!options.text && !outputIsTerminal())) {
         std::cout << host::toDatum(report).toJson() << std::endl;
     } else if (report.started) {
         writeReport(std::cout, report, outputIsTerminal());
@@ -70,7 +71,9 @@ void addCallCommand(Program& program) {
         ->type_name("ANSWER")
         ->expected(1, -1)
         ->take_all();
-    command.add_flag("--json", options->json, "the reply as one line of JSON");
+    CLI::Option* json =
+        command.add_flag("--json", options->json, "the reply as one line of JSON, as into a file or pipe");
+    command.add_flag("--text", options->text, "the reply in words, as on a terminal")->excludes(json);
 }
 
 }  // namespace basalt::cli
