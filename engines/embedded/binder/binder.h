@@ -144,6 +144,8 @@ private:
     BoundOrdering ordering(const ast::OrderItem& item, Scope* scope, const std::vector<OutputColumn>& columns,
                            const BoundSelect& select);
     void orderByColumns(const ast::QueryExpression& whole, const std::vector<OutputColumn>& columns, BoundQuery& query);
+    // for_xml.cpp: one text made of all rows.
+    std::unique_ptr<BoundQuery> xmlOf(std::unique_ptr<BoundQuery> query, const ast::ForXmlClause& clause);
     // select.cpp
     std::unique_ptr<BoundSelect> select(const ast::Select& select, Scope* outer, std::vector<OutputColumn>& columns,
                                         BoundQuery* query, const ast::QueryExpression* whole);
@@ -190,6 +192,10 @@ private:
     const Table& targetIn(const ast::TableTarget& target, const std::vector<ast::TableSourcePtr>& from,
                           const Scope& scope, std::string& sqlAlias, BoundSelect& select);
     void addKey(const Table& table, const std::string& sqlAlias, BoundSelect& select);
+    [[nodiscard]] bool showsDeleted(const ast::UpdateStatement& statement) const;
+    BoundSelectStatement shownBefore(const ast::UpdateStatement& statement);
+    BoundPtr columnBefore(const TableColumn& column);
+    BoundPtr assignedValue(const std::string& name, SourceRange range);
 
     [[nodiscard]] std::string newAlias() { return "s" + std::to_string(++aliases()); }
     [[nodiscard]] int& aliases() { return sharedAliases_ != nullptr ? *sharedAliases_ : aliases_; }
@@ -210,6 +216,14 @@ private:
         BoundPtr value;  // null before its item
     };
     std::vector<RunningVariable> running_;
+    // While the OUTPUT of an UPDATE is read: what inserted.x are made of.
+    struct Assignments {
+        const ast::UpdateStatement* statement = nullptr;
+        const Table* table = nullptr;
+        std::string alias;  // of the table's rows before they change
+        Scope* rows = nullptr;
+    };
+    Assignments assignments_;
     int aliases_ = 0;
     int* sharedAliases_ = nullptr;  // of the statement that a view is part of
     int viewDepth_ = 0;

@@ -52,6 +52,8 @@ struct BoundUpdate {
     std::vector<SelectAssignment> assignments;  // from the last returned columns
     // SET @v = expression: what the rows give before they change; no query when there is none.
     BoundSelectStatement before;
+    // An OUTPUT that shows deleted.x too: the rows before they change; no query when RETURNING serves.
+    BoundSelectStatement shown;
 };
 
 struct BoundDelete {

@@ -6,7 +6,8 @@ namespace basalt::embedded {
 
 BoundInsert Binder::insert(const ast::InsertStatement& statement, bool explicitIdentity) {
     BoundInsert result;
-    if (statement.top) unsupported("TOP in INSERT", statement.top->range);
+    if (statement.top && (statement.query == nullptr || statement.top->percent))
+        unsupported("TOP in INSERT here", statement.top->range);
     if (statement.source == ast::InsertStatement::Source::Execute) unsupported("INSERT ... EXEC", statement.range);
     const std::size_t visible = commonTables_.size();
     if (statement.query != nullptr && statement.query->maxRecursion) maxRecursion_ = *statement.query->maxRecursion;
@@ -115,6 +116,10 @@ BoundInsert Binder::insert(const ast::InsertStatement& statement, bool explicitI
         }
         default: {
             result.query = query(*statement.query, nullptr);
+            if (statement.top) {
+                if (result.query->limit != nullptr) unsupported("TOP in INSERT and in its query", statement.top->range);
+                result.query->limit = rowLimit(*statement.top->count, nullptr);
+            }
             if (result.query->columns.size() != written) {
                 if (statement.columns.empty()) mismatch(result.query->columns.size());
                 fail(result.query->columns.size() < written ? 120 : 121,

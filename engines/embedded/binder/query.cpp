@@ -57,13 +57,15 @@ std::unique_ptr<BoundQuery> Binder::query(const ast::QueryExpression& query, Sco
     settleNulls(result->columns);
     if (query.offset != nullptr) result->offset = rowLimit(*query.offset, nullptr);
     if (query.fetch != nullptr) result->limit = rowLimit(*query.fetch, nullptr);
-    if (outer != nullptr && !query.orderBy.empty() && result->limit == nullptr && result->offset == nullptr) {
+    if (outer != nullptr && !query.orderBy.empty() && result->limit == nullptr && result->offset == nullptr &&
+        !query.forXml) {
         fail(1033,
              "The ORDER BY clause is invalid in views, inline functions, derived tables, subqueries, and common table "
              "expressions, unless TOP, OFFSET or FOR XML is also specified.",
              query.range);
     }
     commonTables_.resize(visible);
+    if (query.forXml) return xmlOf(std::move(result), *query.forXml);
     return result;
 }
 

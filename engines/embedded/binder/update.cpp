@@ -87,7 +87,11 @@ BoundUpdate Binder::update(const ast::UpdateStatement& statement) {
         query->body->select = std::move(rows);
         result.rows = std::move(query);
     }
-    outputs(statement.output, table, false, result.returning, result.outputs);
+    if (showsDeleted(statement)) {
+        result.shown = shownBefore(statement);
+    } else {
+        outputs(statement.output, table, false, result.returning, result.outputs);
+    }
     for (const auto& [variable, index] : variables) {
         const SqlType* type = input_.variables == nullptr ? nullptr : input_.variables->typeOf(variable);
         if (type == nullptr) fail(137, "Must declare the scalar variable \"" + variable + "\".", statement.range);

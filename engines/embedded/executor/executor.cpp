@@ -6,6 +6,7 @@
 #include "engines/embedded/executor/statement_guard.h"
 #include "engines/embedded/generator/sql_writer.h"
 #include "engines/embedded/lexer/error_context.h"
+#include "engines/embedded/parser/parser.h"
 #include "engines/embedded/runtime/convert.h"
 #include "engines/embedded/runtime/dates.h"
 #include "engines/embedded/runtime/sql_error.h"
@@ -170,10 +171,12 @@ std::unique_ptr<Plan> Executor::plan(const ast::Batch& batch, const ast::Stateme
             result->setsIdentity = bound.setsIdentity;
             result->identityOutput = bound.returning.empty() ? 0 : bound.returning.size() - 1;
             describe(*result, bound.outputs);
+            planTarget(*result, batch, insert.output);
             break;
         }
         case StatementKind::Update: {
-            BoundUpdate bound = binder.update(ast::as<ast::UpdateStatement>(statement));
+            const auto& update = ast::as<ast::UpdateStatement>(statement);
+            BoundUpdate bound = binder.update(update);
             writer.update(bound);
             result = prepared(writer);
             result->kind = PlanKind::Update;
@@ -187,15 +190,24 @@ std::unique_ptr<Plan> Executor::plan(const ast::Batch& batch, const ast::Stateme
                 result->before = prepared(before);
                 result->before->assignments = std::move(bound.before.assignments);
             }
+            if (bound.shown.query != nullptr) {
+                SqlWriter shown;
+                shown.query(*bound.shown.query);
+                result->shown = prepared(shown);
+                describe(*result->shown, bound.shown.query->columns);
+            }
+            planTarget(*result, batch, update.output);
             break;
         }
         default: {
-            BoundDelete bound = binder.remove(ast::as<ast::DeleteStatement>(statement));
+            const auto& remove = ast::as<ast::DeleteStatement>(statement);
+            BoundDelete bound = binder.remove(remove);
             writer.remove(bound);
             result = prepared(writer);
             result->kind = PlanKind::Delete;
             result->table = bound.table->name;
             describe(*result, bound.outputs);
+            planTarget(*result, batch, remove.output);
             break;
         }
     }
@@ -439,6 +451,42 @@ void Executor::runSelect(Plan& plan, BatchResult& into, const Environment& envir
     state_.rowCount = count;
 }
 
+void Executor::planTarget(Plan& plan, const ast::Batch& batch, const std::optional<ast::OutputClause>& clause) const {
+    if (!clause || !clause->into) return;
+    std::string text = "INSERT INTO " + std::string(batch.textOf(clause->into->range));
+    std::string separator = " (";
+    for (const ast::Identifier& column : clause->columns)
+        text += std::exchange(separator, ", ") + quotedName(column.text);
+    if (!clause->columns.empty()) text += ")";
+    separator = " VALUES (";
+    const std::size_t count = (plan.shown != nullptr ? *plan.shown->columns : *plan.columns).size();
+    for (std::size_t i = 0; i < count; ++i)
+        text += std::exchange(separator, ", ") + "?";
+    plan.target = std::make_unique<OutputTarget>(OutputTarget{parse(text + ")"), {}});
+}
+
+void Executor::insertOutput(Plan& plan, const RowSet& rows, const Environment& environment) {
+    // What the statement itself has inserted stays the last identity.
+    const Value identity = state_.identity;
+    const Value scopeIdentity = state_.scopeIdentity;
+    const std::vector<SqlType>& types = plan.shown != nullptr ? plan.shown->types : plan.types;
+    std::vector<Value> values(rows.columnCount());
+    const ast::Batch& insert = plan.target->batch;
+    const Environment row{.table = &insert.literals,
+                          .markers = values,
+                          .markerTypes = std::span(types).first(values.size()),
+                          .variables = environment.variables};
+    BatchResult unseen;
+    for (std::size_t r = 0; r < rows.rowCount(); ++r) {
+        for (std::size_t c = 0; c < values.size(); ++c)
+            values[c] = rows.column(c).valueAt(r);
+        execute(insert, *insert.statements.front(), plan.target->plans, row, unseen);
+        unseen.results.clear();
+    }
+    state_.identity = identity;
+    state_.scopeIdentity = scopeIdentity;
+}
+
 void Executor::startIdentity(const std::string& table) {
     std::optional<std::int64_t> used;
     if (!usedIdentities_.empty()) {
@@ -456,9 +504,11 @@ void Executor::keepIdentity(const std::string& table) {
 
 void Executor::runChange(Plan& plan, BatchResult& into, const Environment& environment) {
     const bool identity = plan.generatesIdentity || plan.setsIdentity;
+    const bool several = plan.before != nullptr || plan.shown != nullptr || plan.target != nullptr;
     // What comes after SQLite's change of one row cannot fail, unless rows or variables are to take its values.
-    const bool whole = plan.oneRow && plan.columns == nullptr && plan.assignments.empty() && !plan.setsIdentity;
-    StatementGuard guard(*this, identity || plan.before != nullptr, whole);
+    const bool whole =
+        plan.oneRow && !several && plan.columns == nullptr && plan.assignments.empty() && !plan.setsIdentity;
+    StatementGuard guard(*this, identity || several, whole);
     if (plan.before != nullptr) {
         bind(*plan.before, environment);
         while (step(*plan.before))
@@ -467,6 +517,13 @@ void Executor::runChange(Plan& plan, BatchResult& into, const Environment& envir
     }
     StatementResult result;
     if (plan.columns != nullptr) result.rows.emplace(plan.columns);
+    if (plan.shown != nullptr) {
+        result.rows.emplace(plan.shown->columns);
+        bind(*plan.shown, environment);
+        while (step(*plan.shown))
+            readRow(*plan.shown, *result.rows);
+        plan.shown->statement.reset();
+    }
     if (identity) startIdentity(plan.table);
     struct Keep {
         Executor& executor;
@@ -476,7 +533,7 @@ void Executor::runChange(Plan& plan, BatchResult& into, const Environment& envir
         }
     } const keep{*this, identity ? &plan : nullptr};
     while (step(plan)) {
-        if (result.rows) readRow(plan, *result.rows);
+        if (plan.columns != nullptr) readRow(plan, *result.rows);
         if (!plan.assignments.empty()) assignRow(plan, environment);
         if (plan.setsIdentity) {
             identity_->given(sqlite3_column_int64(plan.statement.handle(), static_cast<int>(plan.identityOutput)));
@@ -491,6 +548,10 @@ void Executor::runChange(Plan& plan, BatchResult& into, const Environment& envir
         }
     } else if (plan.kind == PlanKind::Insert) {
         state_.identity = state_.scopeIdentity = Null{};
+    }
+    if (plan.target != nullptr) {
+        insertOutput(plan, *result.rows, environment);
+        result.rows.reset();
     }
     guard.succeed();
     state_.rowCount = changed;

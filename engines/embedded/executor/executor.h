@@ -80,6 +80,10 @@ public:
     void createTable(const std::string& name, const ast::TableDefinition& definition, const ast::Batch& batch,
                      const Environment& environment);
     void dropTable(const std::string& name);
+    // Renames a temporary table with all that is known of it. A name that begins with basalt_hidden_ is no name of a
+    // statement's.
+    void renameTemporary(const std::string& from, const std::string& to);
+    [[nodiscard]] bool hasHidden(const std::string& name);
     // Removes all rows of a table variable's table.
     void clearTable(const std::string& name);
     // Runs `change`, which may be several statements, and undoes all of it when it throws.
@@ -97,6 +101,9 @@ private:
     void bindSlot(SqliteStatement& statement, int index, const Slot& slot, const Environment& environment);
     [[nodiscard]] Value systemValue(SystemValue value);
     void runSelect(Plan& plan, BatchResult& into, const Environment& environment);
+    // Plans the INSERT of OUTPUT ... INTO; nothing when the clause has no INTO.
+    void planTarget(Plan& plan, const ast::Batch& batch, const std::optional<ast::OutputClause>& clause) const;
+    void insertOutput(Plan& plan, const RowSet& rows, const Environment& environment);
     void startIdentity(const std::string& table);
     // Keeps the numbers that a change has taken, whether it lasts or not.
     void keepIdentity(const std::string& table);

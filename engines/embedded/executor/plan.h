@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ado/rowset.h"
+#include "engines/embedded/ast/batch.h"
 #include "engines/embedded/binder/bound_statement.h"
 #include "engines/embedded/runtime/sqlite.h"
 
@@ -17,6 +18,29 @@ enum class CellReader : std::uint8_t { Integer, Real, Decimal, Text, Bytes, Tick
 
 // What a statement does to rows; for messages and for what happens after it.
 enum class PlanKind : std::uint8_t { Select, Insert, Update, Delete };
+
+struct Plan;
+
+// The plans of one batch, procedure or function, by the node of its tree that they carry out.
+class PlanSet {
+public:
+    PlanSet();
+    PlanSet(PlanSet&&) noexcept;
+    PlanSet& operator=(PlanSet&&) noexcept;
+    ~PlanSet();
+    // Null when there is none.
+    [[nodiscard]] Plan* find(const void* node) const;
+    Plan& keep(const void* node, std::unique_ptr<Plan> plan);
+
+private:
+    std::unordered_map<const void*, std::unique_ptr<Plan>> plans_;
+};
+
+// OUTPUT ... INTO: an INSERT of one row, with a marker for each of its values.
+struct OutputTarget {
+    ast::Batch batch;
+    PlanSet plans;
+};
 
 struct Plan {
     PlanKind kind = PlanKind::Select;
@@ -31,23 +55,12 @@ struct Plan {
     bool generatesIdentity = false;
     bool setsIdentity = false;
     std::size_t identityOutput = 0;
-    std::uint64_t generation = 0;  // of the catalog
-    std::unique_ptr<Plan> before;  // of UPDATE: assigns variables from the rows before they change
+    std::uint64_t generation = 0;          // of the catalog
+    std::unique_ptr<Plan> before;          // of UPDATE: assigns variables from the rows before they change
+    std::unique_ptr<Plan> shown;           // of UPDATE: its OUTPUT, from the rows before they change
+    std::unique_ptr<OutputTarget> target;  // where the OUTPUT goes instead of to the caller
 
     [[nodiscard]] bool writes() const { return kind != PlanKind::Select; }
-};
-
-// The plans of one batch, procedure or function, by the node of its tree that they carry out.
-class PlanSet {
-public:
-    [[nodiscard]] Plan* find(const void* node) const {
-        const auto found = plans_.find(node);
-        return found == plans_.end() ? nullptr : found->second.get();
-    }
-    Plan& keep(const void* node, std::unique_ptr<Plan> plan) { return *(plans_[node] = std::move(plan)); }
-
-private:
-    std::unordered_map<const void*, std::unique_ptr<Plan>> plans_;
 };
 
 }  // namespace basalt::embedded

@@ -145,7 +145,10 @@ public:
     ~TemporaryTables() {
         for (const std::string& name : activation_.temporaryTables) {
             try {
+                // A rollback may have brought the caller's table back by itself.
+                if (hides(name) && !interpreter_.executor_.hasHidden(hiddenAs(name))) continue;
                 if (interpreter_.catalog_.table(name) != nullptr) interpreter_.executor_.dropTable(name);
+                interpreter_.uncover(activation_, name);
             } catch (const DatabaseError&) {
                 // A table that cannot be dropped now goes away with the session.
                 continue;
@@ -154,6 +157,14 @@ public:
     }
 
 private:
+    [[nodiscard]] std::string hiddenAs(const std::string& name) const {
+        for (const auto& [shown, meanwhile] : activation_.hiddenTables) {
+            if (sameName(shown, name)) return meanwhile;
+        }
+        return {};
+    }
+    [[nodiscard]] bool hides(const std::string& name) const { return !hiddenAs(name).empty(); }
+
     Interpreter& interpreter_;
     Activation& activation_;
 };

@@ -36,6 +36,21 @@ bool isStraightStatement(const ast::Statement& statement) {
     }
 }
 
+// The temporary table that the statement makes or drops; null when it does neither.
+const std::string* temporaryIn(const ast::Statement& statement) {
+    const ast::ObjectName* name = nullptr;
+    if (statement.kind == StatementKind::CreateTable) {
+        name = &ast::as<ast::CreateTableStatement>(statement).name;
+    } else if (statement.kind == StatementKind::Select) {
+        name = &ast::firstSelect(*ast::as<ast::SelectStatement>(statement).query->body).into;
+    } else if (statement.kind == StatementKind::Drop) {
+        const auto& drop = ast::as<ast::DropStatement>(statement);
+        if (drop.type == ast::ObjectType::Table && drop.items.size() == 1) name = &drop.items.front().name;
+    }
+    const bool temporary = name != nullptr && name->isTemporary() && !name->last().starts_with("##");
+    return temporary ? &name->last() : nullptr;
+}
+
 }  // namespace
 
 bool Interpreter::isPlain(const ast::Batch& batch) {
@@ -194,8 +209,12 @@ Interpreter::Flow Interpreter::dispatch(Activation& activation, const ast::State
         default:
             break;
     }
-    executor_.execute(activation.batch, statement, activation.plans, activation.environment, *activation.into);
-    noteTemporaryTable(activation, statement);
+    const std::string* temporary = activation.procedure.empty() ? nullptr : temporaryIn(statement);
+    if (temporary != nullptr) {
+        runTemporary(activation, statement, *temporary);
+    } else {
+        executor_.execute(activation.batch, statement, activation.plans, activation.environment, *activation.into);
+    }
     return Flow::Next;
 }
 
@@ -260,17 +279,38 @@ void Interpreter::emptyTableVariables(Activation& activation) {
     }
 }
 
-void Interpreter::noteTemporaryTable(Activation& activation, const ast::Statement& statement) {
-    if (activation.procedure.empty()) return;
-    const ast::ObjectName* name = nullptr;
-    if (statement.kind == StatementKind::CreateTable) {
-        name = &ast::as<ast::CreateTableStatement>(statement).name;
-    } else if (statement.kind == StatementKind::Select) {
-        name = &ast::firstSelect(*ast::as<ast::SelectStatement>(statement).query->body).into;
+void Interpreter::runTemporary(Activation& activation, const ast::Statement& statement, const std::string& name) {
+    const auto own = [&] {
+        return std::ranges::find_if(activation.temporaryTables,
+                                    [&](const std::string& each) { return sameName(each, name); });
+    };
+    const bool makes = statement.kind != StatementKind::Drop;
+    // A table of the same name that the caller has made comes back when this one is gone.
+    const bool hides = makes && own() == activation.temporaryTables.end() && catalog_.table(name) != nullptr;
+    if (hides) {
+        activation.hiddenTables.emplace_back(name, "basalt_hidden_" + std::to_string(++nextHiddenNumber_));
+        executor_.renameTemporary(name, activation.hiddenTables.back().second);
     }
-    if (name != nullptr && name->isTemporary() && !name->last().starts_with("##")) {
-        activation.temporaryTables.push_back(name->last());
+    try {
+        executor_.execute(activation.batch, statement, activation.plans, activation.environment, *activation.into);
+    } catch (...) {
+        if (hides) uncover(activation, name);
+        throw;
     }
+    if (makes) {
+        activation.temporaryTables.push_back(name);
+    } else if (const auto made = own(); made != activation.temporaryTables.end()) {
+        activation.temporaryTables.erase(made);
+        uncover(activation, name);
+    }
+}
+
+void Interpreter::uncover(Activation& activation, const std::string& name) {
+    const auto hidden =
+        std::ranges::find_if(activation.hiddenTables, [&](const auto& each) { return sameName(each.first, name); });
+    if (hidden == activation.hiddenTables.end()) return;
+    executor_.renameTemporary(hidden->second, hidden->first);
+    activation.hiddenTables.erase(hidden);
 }
 
 }  // namespace basalt::embedded

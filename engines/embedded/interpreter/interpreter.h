@@ -75,8 +75,10 @@ private:
         std::string label = {};                         // where Flow::Goto goes
         std::size_t depth = 0;                          // of recursion into the same program
         std::vector<std::string> temporaryTables = {};  // made here, dropped at the end of a procedure
-        const Program* function = nullptr;              // when it is one that runs
-        Value result = Null{};                          // of a scalar function
+        // Tables of the caller that make way for those of the same name made here: name, name meanwhile.
+        std::vector<std::pair<std::string, std::string>> hiddenTables = {};
+        const Program* function = nullptr;  // when it is one that runs
+        Value result = Null{};              // of a scalar function
     };
 
     struct PassedArgument {
@@ -108,7 +110,9 @@ private:
     void declare(Activation& activation, const ast::DeclareStatement& statement);
     void createTableVariables(Activation& activation);
     void emptyTableVariables(Activation& activation);
-    void noteTemporaryTable(Activation& activation, const ast::Statement& statement);
+    // A statement that makes or drops a temporary table, in a procedure.
+    void runTemporary(Activation& activation, const ast::Statement& statement, const std::string& name);
+    void uncover(Activation& activation, const std::string& name);
     void assign(Activation& activation, const std::string& variable, const ast::Expression& value);
     [[nodiscard]] TypedValue evaluate(Activation& activation, const ast::Expression& expression);
 
@@ -159,6 +163,7 @@ private:
     int errorLine_ = 0;
     std::string errorProcedure_;
     std::uint64_t nextTableNumber_ = 0;
+    std::uint64_t nextHiddenNumber_ = 0;
     // The tables behind table variables, by definition and depth of recursion.
     std::map<std::pair<const void*, std::size_t>, std::string> tableVariables_;
 };

@@ -313,7 +313,36 @@ void isNumeric(Call& call) {
 
 }  // namespace
 
+namespace {
+
+// A text as XML holds it.
+void escapeXml(Call& call) {
+    std::string result;
+    for (const char c : call.text(0)) {
+        switch (c) {
+            case '&':
+                result += "&amp;";
+                break;
+            case '<':
+                result += "&lt;";
+                break;
+            case '>':
+                result += "&gt;";
+                break;
+            case '\r':
+                result += "&#x0D;";
+                break;
+            default:
+                result += c;
+        }
+    }
+    call.result(std::string_view(result));
+}
+
+}  // namespace
+
 void addTextFunctions(SqliteDatabase& database) {
+    addFunction(database, "t_xml", 1, escapeXml);
     addFunction(database, "t_len", 1, length);
     addFunction(database, "t_datalength", 2, dataLength);
     addFunction(database, "t_upper", 1, [](Call& call) { call.result(std::string_view(upperCase(call.text(0)))); });

@@ -11,6 +11,8 @@ namespace basalt::embedded {
 
 namespace {
 
+constexpr std::string_view kHiddenPrefix = "basalt_hidden_";
+
 const char* nameOf(ast::ObjectType type) {
     switch (type) {
         case ast::ObjectType::Table:
@@ -123,6 +125,41 @@ void Executor::dropTable(const std::string& name) {
     TableDesign::forget(table.name, table.temporary, database_);
     usedIdentities_.erase(foldName(table.name));
     catalog_.invalidate();
+}
+
+void Executor::renameTemporary(const std::string& from, const std::string& to) {
+    SqliteStatement find =
+        database_.prepare("SELECT name FROM temp.sqlite_schema WHERE type = 'table' AND name = ?1 COLLATE NOCASE");
+    find.bind(1, std::string_view(from));
+    if (!find.step()) return;
+    const std::string stored = find.textAt(0);
+    find.reset();
+    catalog_.settleIdentities();
+    atomically([&] {
+        database_.execute(("ALTER TABLE temp." + sqlQuoted(stored) + " RENAME TO " + sqlQuoted(to)).c_str());
+        for (const char* system : {"basalt_identity", "basalt_default", "basalt_constraint"}) {
+            SqliteStatement move =
+                database_.prepare(std::string("UPDATE temp.") + system + " SET table_name = ?2 WHERE table_name = ?1");
+            move.bind(1, std::string_view(foldName(from)));
+            move.bind(2, std::string_view(foldName(to)));
+            move.run();
+        }
+        // Constraints have names in the whole database: theirs make way too.
+        const bool hides = to.starts_with(kHiddenPrefix);
+        SqliteStatement constraints = database_.prepare(
+            hides ? "UPDATE temp.basalt_constraint SET name = ?1 || ' ' || name WHERE table_name = ?1"
+                  : "UPDATE temp.basalt_constraint SET name = substr(name, length(?2) + 2) WHERE table_name = ?1");
+        constraints.bind(1, std::string_view(foldName(to)));
+        if (!hides) constraints.bind(2, std::string_view(from));
+        constraints.run();
+    });
+    catalog_.invalidate();
+}
+
+bool Executor::hasHidden(const std::string& name) {
+    SqliteStatement find = database_.prepare("SELECT 1 FROM temp.sqlite_schema WHERE name = ?1");
+    find.bind(1, std::string_view(name));
+    return find.step();
 }
 
 void Executor::truncate(const ast::Batch& batch, const ast::TruncateStatement& statement) {
