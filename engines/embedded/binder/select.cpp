@@ -172,21 +172,21 @@ const BoundExpression* Binder::ungrouped(const BoundExpression& expression, cons
 }
 
 void Binder::checkGrouping(const BoundSelect& select, const BoundQuery* query, const Scope& scope, SourceRange range) {
-    const auto check = [&](const BoundExpression& expression, const char* place) {
+    const auto check = [&](const BoundExpression& expression, const char* place, int number) {
         const BoundExpression* found = ungrouped(expression, select.groupBy, scope);
         if (found == nullptr) return;
         std::string name = found->base ? found->base->table + "." + found->base->column : found->name;
-        fail(8120,
+        fail(number,
              "Column '" + name + "' is invalid in the " + place +
                  " because it is not contained in either an aggregate function or the GROUP BY clause.",
              range);
     };
     for (const BoundItem& item : select.items)
-        check(*item.expression, "select list");
-    if (select.having) check(*select.having, "HAVING clause");
+        check(*item.expression, "select list", 8120);
+    if (select.having) check(*select.having, "HAVING clause", 8121);
     if (query == nullptr) return;
     for (const BoundOrdering& order : query->orderBy) {
-        if (order.expression) check(*order.expression, "ORDER BY clause");
+        if (order.expression) check(*order.expression, "ORDER BY clause", 8127);
     }
 }
 

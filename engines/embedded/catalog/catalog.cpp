@@ -201,15 +201,16 @@ void Catalog::readDetails(Table& table) {
             if (joined == columns && index.constraint && index.primary == (kind == "PK")) index.name = names.textAt(0);
         }
     }
-    SqliteStatement foreign = database_.prepare("SELECT id, \"table\", \"from\" FROM pragma_foreign_key_list" +
+    SqliteStatement foreign = database_.prepare("SELECT id, \"table\", \"from\", \"to\" FROM pragma_foreign_key_list" +
                                                 arguments + " ORDER BY id, seq");
     std::int64_t current = -1;
     while (foreign.step()) {
         if (foreign.integerAt(0) != current) {
             current = foreign.integerAt(0);
-            table.foreignKeys.push_back({{}, foreign.textAt(1), {}});
+            table.foreignKeys.push_back({{}, foreign.textAt(1), {}, {}});
         }
         table.foreignKeys.back().columns.push_back(foreign.textAt(2));
+        table.foreignKeys.back().referenced.push_back(foreign.textAt(3));
     }
     SqliteStatement foreignNames = database_.prepare("SELECT name, definition FROM " + schema +
                                                      "basalt_constraint WHERE table_name = " + key + " AND kind = 'F'");

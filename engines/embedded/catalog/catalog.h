@@ -36,6 +36,7 @@ struct ForeignKey {
     std::string name;  // of the constraint
     std::string referencedTable;
     std::vector<std::string> columns;
+    std::vector<std::string> referenced;  // their columns there, in the same order
 };
 
 struct Index {

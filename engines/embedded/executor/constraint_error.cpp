@@ -85,7 +85,7 @@ DatabaseError foreignKey(Catalog& catalog, const Table* table, const Plan& plan)
     std::vector<Found> found;
     if (plan.kind != PlanKind::Delete && table != nullptr) {
         for (const ForeignKey& key : table->foreignKeys)
-            found.push_back({key.name, key.referencedTable, key.columns.front(), true});
+            found.push_back({key.name, key.referencedTable, key.referenced.front(), true});
     }
     if (plan.kind != PlanKind::Insert) {
         for (const std::string& name : catalog.tableNames()) {

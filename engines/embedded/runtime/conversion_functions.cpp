@@ -12,8 +12,9 @@ void cast(Call& call) {
     const SqlType to = call.type(2);
     // The commonest conversions without a detour over values.
     if (to.storage() == Storage::Decimal && to.kind == TypeKind::Decimal) {
-        if (from.isInteger()) return call.resultDecimal(fit({call.integer(0), 0}, to).coefficient());
-        if (from.isDecimal()) return call.resultDecimal(fit({call.coefficient(0), from.scale}, to).coefficient());
+        if (from.isInteger()) return call.resultDecimal(fitted({call.integer(0), 0}, from, to).coefficient());
+        if (from.isDecimal())
+            return call.resultDecimal(fitted({call.coefficient(0), from.scale}, from, to).coefficient());
     }
     call.result(convert(call.value(0, from), from, to, static_cast<int>(call.integer(3))));
 }

@@ -146,16 +146,16 @@ Value toInteger(const Value& value, const SqlType& from, const SqlType& to) {
 }
 
 Value toDecimal(const Value& value, const SqlType& from, const SqlType& to) {
-    if (const auto* number = std::get_if<std::int64_t>(&value)) return fit({*number, 0}, to);
-    if (const auto* flag = std::get_if<bool>(&value)) return fit({*flag ? 1 : 0, 0}, to);
-    if (const auto* decimal = std::get_if<Decimal>(&value)) return fit(*decimal, to);
+    if (const auto* number = std::get_if<std::int64_t>(&value)) return fitted({*number, 0}, from, to);
+    if (const auto* flag = std::get_if<bool>(&value)) return fitted({*flag ? 1 : 0, 0}, from, to);
+    if (const auto* decimal = std::get_if<Decimal>(&value)) return fitted(*decimal, from, to);
     if (const auto* real = std::get_if<double>(&value)) {
         const std::optional<Decimal> nearest = Decimal::fromExtended(static_cast<Extended>(*real), to.scale);
         if (!nearest) {
             throwSqlError(error::kArithmeticOverflow,
                           "Arithmetic overflow error converting float to data type numeric.");
         }
-        return fit(*nearest, to);
+        return fitted(*nearest, from, to);
     }
     if (const auto* text = std::get_if<std::string>(&value)) {
         const bool money = to.kind != TypeKind::Decimal;
@@ -172,12 +172,12 @@ Value toDecimal(const Value& value, const SqlType& from, const SqlType& to) {
             }
             failConverting(from, to);
         }
-        return fit(*parsed, to);
+        return fitted(*parsed, from, to);
     }
     if (const auto* date = std::get_if<DateTime>(&value)) {
         if (from.kind != TypeKind::DateTime && from.kind != TypeKind::SmallDateTime) notAllowed(from, to);
         const Extended days = static_cast<Extended>(date->ticks - kDateTimeZero) / static_cast<Extended>(kTicksPerDay);
-        return fit(*Decimal::fromExtended(days, to.scale), to);
+        return fitted(*Decimal::fromExtended(days, to.scale), from, to);
     }
     notAllowed(from, to);
 }
@@ -340,7 +340,13 @@ Value toDate(const Value& value, const SqlType& from, const SqlType& to, int sty
         if (from.kind == TypeKind::Time && to.kind != TypeKind::Time) ticks += kDateTimeZero;
         if (from.kind != TypeKind::Time && to.kind == TypeKind::Time) ticks %= kTicksPerDay;
     } else if (const auto* text = std::get_if<std::string>(&value)) {
-        const std::optional<std::int64_t> parsed = parseDate(*text, style);
+        bool outOfRange = false;
+        const std::optional<std::int64_t> parsed = parseDate(*text, style, &outOfRange);
+        if (!parsed && outOfRange && (to.kind == TypeKind::DateTime || to.kind == TypeKind::SmallDateTime)) {
+            throwSqlError(error::kDateOutOfRange, "The conversion of a " + std::string(from.baseName()) +
+                                                      " data type to a " + std::string(to.baseName()) +
+                                                      " data type resulted in an out-of-range value.");
+        }
         if (!parsed) {
             throwSqlError(error::kDateConversion,
                           "Conversion failed when converting date and/or time from character string.");
@@ -368,6 +374,19 @@ Value toDate(const Value& value, const SqlType& from, const SqlType& to, int sty
 }
 
 }  // namespace
+
+Decimal fitted(const Decimal& value, const SqlType& from, const SqlType& to) {
+    try {
+        return fit(value, to);
+    } catch (const DatabaseError& failure) {
+        if (failure.nativeCode() != error::kArithmeticOverflow) throw;
+        const auto shown = [](const SqlType& type) {
+            return std::string(type.kind == TypeKind::Decimal ? "numeric" : type.baseName());
+        };
+        throwSqlError(error::kArithmeticOverflow,
+                      "Arithmetic overflow error converting " + shown(from) + " to data type " + shown(to) + ".");
+    }
+}
 
 std::string floatText(double value, int style) {
     std::array<char, 40> buffer;
@@ -443,9 +462,9 @@ void requireLength(const Value& value, const SqlType& column, std::string_view t
     } else {
         return;
     }
-    throwSqlError(error::kTruncation, "String or binary data would be truncated in table '" + std::string(table) +
-                                          "', column '" + std::string(columnName) + "'. Truncated value: '" + cut +
-                                          "'.");
+    throwSqlError(error::kTruncation, "String or binary data would be truncated in table 'basalt.dbo." +
+                                          std::string(table) + "', column '" + std::string(columnName) +
+                                          "'. Truncated value: '" + cut + "'.");
 }
 
 }  // namespace basalt::embedded

@@ -24,4 +24,7 @@ void requireLength(const Value& value, const SqlType& column, std::string_view t
 // Texts as CAST(x AS varchar) writes them.
 [[nodiscard]] std::string floatText(double value, int style = 0);
 
+// The decimal at the type's scale; an overflow names both types.
+[[nodiscard]] Decimal fitted(const Decimal& value, const SqlType& from, const SqlType& to);
+
 }  // namespace basalt::embedded

@@ -139,7 +139,16 @@ public:
         return day + *time;
     }
 
+    // Whether it reads as a date that there is not: 2024-02-30.
+    [[nodiscard]] bool isOutOfRange() const { return outOfRange_; }
+
 private:
+    std::optional<std::int64_t> dayOf(int year, int month, int day) {
+        const std::optional<std::int64_t> ticks = dayTicks(year, month, day);
+        outOfRange_ = !ticks;
+        return ticks;
+    }
+
     [[nodiscard]] bool isNumber(std::size_t i) const {
         return i < parts_.size() && parts_[i].kind == Part::Kind::Number;
     }
@@ -177,7 +186,7 @@ private:
             at_ += 2;
             if (isSign(at_, ',')) ++at_;
             if (named == 0 || !isNumber(at_)) return std::nullopt;
-            return dayTicks(fullYear(parts_[at_++]), named, static_cast<int>(day.number));
+            return dayOf(fullYear(parts_[at_++]), named, static_cast<int>(day.number));
         }
         if (!isNumber(at_)) return std::nullopt;
         const Part first = parts_[at_];
@@ -185,19 +194,19 @@ private:
         if (alone && (first.digits == 8 || first.digits == 6)) {  // 20240320, 240320
             ++at_;
             const auto year = static_cast<int>(first.number / 10000);
-            return dayTicks(first.digits == 8 ? year : fullYear({Part::Kind::Number, year, 2, {}, 0}),
-                            static_cast<int>(first.number / 100 % 100), static_cast<int>(first.number % 100));
+            return dayOf(first.digits == 8 ? year : fullYear({Part::Kind::Number, year, 2, {}, 0}),
+                         static_cast<int>(first.number / 100 % 100), static_cast<int>(first.number % 100));
         }
         if (first.digits == 4 && alone) {  // a year alone
             ++at_;
-            return dayTicks(static_cast<int>(first.number), 1, 1);
+            return dayOf(static_cast<int>(first.number), 1, 1);
         }
         if (at_ + 1 < parts_.size() && parts_[at_ + 1].kind == Part::Kind::Word) {  // 20 Mar 2024
             const int named = month(parts_[at_ + 1].word);
             at_ += 2;
             if (isSign(at_, ',')) ++at_;
             if (named == 0 || !isNumber(at_)) return std::nullopt;
-            return dayTicks(fullYear(parts_[at_++]), named, static_cast<int>(first.number));
+            return dayOf(fullYear(parts_[at_++]), named, static_cast<int>(first.number));
         }
         if (at_ + 4 >= parts_.size() || !isNumber(at_ + 2) || !isNumber(at_ + 4)) return std::nullopt;
         const Part sign = parts_[at_ + 1];
@@ -209,17 +218,17 @@ private:
         const Part third = parts_[at_ + 4];
         at_ += 5;
         if (first.digits > 2) {
-            return dayTicks(static_cast<int>(first.number), static_cast<int>(second.number),
-                            static_cast<int>(third.number));
+            return dayOf(static_cast<int>(first.number), static_cast<int>(second.number),
+                         static_cast<int>(third.number));
         }
         const bool dayFirst = style_ == 3 || style_ == 4 || style_ == 5 || style_ == 13;
         const bool yearFirst = style_ == 2 || style_ == 11;
         if (yearFirst) {
-            return dayTicks(fullYear(first), static_cast<int>(second.number), static_cast<int>(third.number));
+            return dayOf(fullYear(first), static_cast<int>(second.number), static_cast<int>(third.number));
         }
         const auto a = static_cast<int>(first.number);
         const auto b = static_cast<int>(second.number);
-        return dayFirst ? dayTicks(fullYear(third), b, a) : dayTicks(fullYear(third), a, b);
+        return dayFirst ? dayOf(fullYear(third), b, a) : dayOf(fullYear(third), a, b);
     }
 
     std::optional<std::int64_t> readTime() {
@@ -266,6 +275,7 @@ private:
     std::vector<Part> parts_;
     std::size_t at_ = 0;
     int style_;
+    bool outOfRange_ = false;
 };
 
 template <typename... Arguments>
@@ -388,7 +398,7 @@ std::int64_t roundedTo(std::int64_t ticks, const SqlType& type) {
     return ticks;
 }
 
-std::optional<std::int64_t> parseDate(std::string_view text, int style) {
+std::optional<std::int64_t> parseDate(std::string_view text, int style, bool* outOfRange) {
     while (!text.empty() && text.back() == ' ')
         text.remove_suffix(1);
     while (!text.empty() && text.front() == ' ')
@@ -396,7 +406,10 @@ std::optional<std::int64_t> parseDate(std::string_view text, int style) {
     if (text.empty()) return kDateTimeZero;
     std::optional<std::vector<Part>> parts = split(text);
     if (!parts) return std::nullopt;
-    return DateReader(std::move(*parts), style).read();
+    DateReader reader(std::move(*parts), style);
+    const std::optional<std::int64_t> ticks = reader.read();
+    if (outOfRange != nullptr) *outOfRange = reader.isOutOfRange();
+    return ticks;
 }
 
 std::string formatDate(std::int64_t ticks, const SqlType& type, int style) {

@@ -36,6 +36,7 @@ ErrorCategory categoryOf(int number) {
         case 4145:
         case 8120:
         case 8121:
+        case 8127:
         case 8155:
         case 8158:
         case 10709:
