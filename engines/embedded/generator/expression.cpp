@@ -79,10 +79,19 @@ bool SqlWriter::lift(const BoundExpression& expression) {
 }
 
 void SqlWriter::slot(const Slot& slot) {
-    std::size_t number = 0;
-    while (number < slots_.size() && !sameSlot(slots_[number], slot))
-        ++number;
-    if (number == slots_.size()) slots_.push_back(slot);
+    // Long lists of literals: only slots of the same literal, marker, variable or value can be the same.
+    const auto source = static_cast<std::uint64_t>(slot.source);
+    const std::uint64_t key = source << 56 | std::uint64_t{slot.index} << 16 | static_cast<std::uint64_t>(slot.system);
+    const auto [first, last] = slotNumbers_.equal_range(key);
+    const auto found =
+        std::find_if(first, last, [&](const auto& entry) { return sameSlot(slots_[entry.second], slot); });
+    std::size_t number = slots_.size();
+    if (found != last) {
+        number = found->second;
+    } else {
+        slots_.push_back(slot);
+        slotNumbers_.emplace(key, number);
+    }
     *this << "?" << std::to_string(number + 1);
 }
 

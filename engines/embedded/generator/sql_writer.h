@@ -10,6 +10,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "engines/embedded/binder/bound_query.h"
@@ -61,9 +62,10 @@ private:
 
     std::string sql_;
     std::vector<Slot> slots_;
-    const std::vector<std::string>* outer_ = nullptr;  // aliases from outside, in the query of an APPLY
-    std::vector<const BoundExpression*> lifted_;       // in the order of the parameters
-    std::vector<std::string> commonTables_;            // written so far
+    std::unordered_multimap<std::uint64_t, std::size_t> slotNumbers_;  // where they are
+    const std::vector<std::string>* outer_ = nullptr;                  // aliases from outside, in the query of an APPLY
+    std::vector<const BoundExpression*> lifted_;                       // in the order of the parameters
+    std::vector<std::string> commonTables_;                            // written so far
 };
 
 }  // namespace basalt::embedded

@@ -1,5 +1,7 @@
 #include "engines/embedded/runtime/sqlite.h"
 
+#include <optional>
+
 #include "engines/embedded/runtime/sql_error.h"
 
 namespace basalt::embedded {
@@ -94,6 +96,27 @@ std::int64_t SqliteDatabase::integer(const char* sql) {
     return statement.step() ? statement.integerAt(0) : 0;
 }
 
+namespace {
+
+// What SQLite says when a statement is too large for it, in the server's numbers.
+std::optional<DatabaseError> limitOf(const std::string& reason) {
+    const auto limit = [&](int number, const std::string& message) {
+        return DatabaseError(ErrorCategory::Limit, "54000", number, message);
+    };
+    if (reason.starts_with("too many columns"))
+        return limit(1056,
+                     "The number of elements in the select list exceeds the maximum allowed number of 2000 elements.");
+    if (reason.starts_with("at most "))
+        return limit(106, "Too many table names in the query. The maximum allowable is 64.");
+    if (reason.starts_with("too many ") || reason.starts_with("Expression tree is too large") ||
+        reason == "parser stack overflow") {
+        return limit(8621, "The statement is too complex (" + reason + "). Break it up into smaller ones.");
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
 DatabaseError SqliteDatabase::failure(int resultCode) {
     if (functionError_) {
         const DatabaseError error = *functionError_;
@@ -143,6 +166,7 @@ DatabaseError SqliteDatabase::failure(int resultCode) {
                 return sqlError(error::kArithmeticOverflow,
                                 "Arithmetic overflow error converting expression to data type bigint.");
             }
+            if (const std::optional<DatabaseError> limit = limitOf(reason)) return *limit;
             return DatabaseError(ErrorCategory::Other, "HY000", 50000, reason);
         default:
             return DatabaseError(ErrorCategory::Other, "HY000", 50000, reason);
