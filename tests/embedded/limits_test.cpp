@@ -69,7 +69,7 @@ TEST_F(TooLarge, Lists) {
 
 TEST_F(TooLarge, WhatIsLargeButNotTooLargeRuns) {
     // A megabyte of literals.
-    EXPECT_EQ(integer("SELECT COUNT(*) FROM (SELECT 9999 AS A) X WHERE A IN (" + numbered("#", 10'000, ",") + ")"),
+    EXPECT_EQ(integer("SELECT COUNT(*) FROM (SELECT 149999 AS A) X WHERE A IN (" + numbered("#", 150'000, ",") + ")"),
               1);
     EXPECT_EQ(integer("SELECT COUNT(*) FROM (" + numbered("SELECT # AS A", 400, " UNION ALL ") + ") X"), 400);
     EXPECT_EQ(integer("SELECT " + repeated("(", 90) + "5" + repeated(")", 90)), 5);

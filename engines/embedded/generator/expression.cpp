@@ -85,14 +85,14 @@ void SqlWriter::slot(const Slot& slot) {
     const auto [first, last] = slotNumbers_.equal_range(key);
     const auto found =
         std::find_if(first, last, [&](const auto& entry) { return sameSlot(slots_[entry.second], slot); });
-    std::size_t number = slots_.size();
     if (found != last) {
-        number = found->second;
-    } else {
-        slots_.push_back(slot);
-        slotNumbers_.emplace(key, number);
+        *this << "?" << std::to_string(found->second + 1);
+        return;
     }
-    *this << "?" << std::to_string(number + 1);
+    slotNumbers_.emplace(key, slots_.size());
+    slots_.push_back(slot);
+    // SQLite numbers these as they come; with many numbers written out it would look each up among all before it.
+    *this << "?";
 }
 
 void SqlWriter::collated(const BoundExpression& expression) {
