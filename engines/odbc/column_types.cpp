@@ -135,4 +135,16 @@ void describeFromCatalog(ColumnInfo& column, const CatalogType& type) {
     column.fixedLength = sameName(type.name, "char") || sameName(type.name, "nchar");
 }
 
+std::string declaredType(const ColumnInfo& column) {
+    if (sameName(column.typeName, "decimal") || sameName(column.typeName, "numeric")) {
+        return column.typeName + "(" + std::to_string(column.precision) + ", " + std::to_string(column.scale) + ")";
+    }
+    const auto known = std::find_if(kCatalogNames.begin(), kCatalogNames.end(),
+                                    [&](const CatalogName& each) { return sameName(each.name, column.typeName); });
+    if (known == kCatalogNames.end() || known->bytesPerCharacter == 0 || sameName(column.typeName, "timestamp")) {
+        return column.typeName;
+    }
+    return column.typeName + (column.size == 0 ? "(max)" : "(" + std::to_string(column.size) + ")");
+}
+
 }  // namespace basalt::odbc

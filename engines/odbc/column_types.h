@@ -23,4 +23,7 @@ struct CatalogType {
 };
 void describeFromCatalog(ColumnInfo& column, const CatalogType& type);
 
+// The type as a declaration of T-SQL writes it: "nvarchar(50)", "decimal(18, 3)", "int".
+[[nodiscard]] std::string declaredType(const ColumnInfo& column);
+
 }  // namespace basalt::odbc

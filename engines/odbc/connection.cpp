@@ -15,8 +15,8 @@ SQLPOINTER attribute(SQLULEN value) {
 // Walks over everything that one execution brings: result sets, counts, messages, errors.
 class ResultWalk {
 public:
-    ResultWalk(SQLHSTMT statement, const DriverTraits& traits, std::string_view sql)
-        : statement_(statement), traits_(traits), sql_(sql) {}
+    ResultWalk(SQLHSTMT statement, const Connection& connection, std::string_view sql)
+        : statement_(statement), connection_(connection), sql_(sql) {}
 
     BatchResult walk(SQLRETURN executed) {
         SQLRETURN rc = executed;
@@ -24,7 +24,7 @@ public:
             listen(rc);
             // An update of no rows is told as "no data", which is a result all the same.
             if (SQL_SUCCEEDED(rc) || rc == SQL_NO_DATA) take();
-            if (lost()) break;
+            if (rc == SQL_ERROR && (++failures_ == kMostFailures || lost())) break;
             rc = SQLMoreResults(statement_);
             if (rc == SQL_NO_DATA || rc == SQL_INVALID_HANDLE) break;
         }
@@ -50,7 +50,8 @@ private:
         if (!SQL_SUCCEEDED(SQLNumResultCols(statement_, &columns))) return listen(SQL_ERROR);
         if (columns > 0) {
             try {
-                result_.results.push_back({.rows = ResultReader(statement_, traits_, sql_).read(result_.messages)});
+                result_.results.push_back(
+                    {.rows = ResultReader(statement_, connection_.traits(), sql_).read(result_.messages)});
             } catch (const DatabaseError& error) {
                 // What follows is still to be read off the connection.
                 if (!error_) error_ = error;
@@ -63,13 +64,18 @@ private:
         }
     }
 
-    [[nodiscard]] bool lost() const { return error_ && error_->category() == ErrorCategory::Connection; }
+    // Then nothing more comes, and a driver may go on saying so for ever.
+    [[nodiscard]] bool lost() const { return error_->category() == ErrorCategory::Connection || connection_.isDead(); }
+
+    // A batch may fail at each of its statements; beyond this it is the driver that is stuck.
+    static constexpr int kMostFailures = 10'000;
 
     SQLHSTMT statement_;
-    const DriverTraits& traits_;
+    const Connection& connection_;
     std::string_view sql_;
     BatchResult result_;
     std::optional<DatabaseError> error_;
+    int failures_ = 0;
 };
 
 }  // namespace
@@ -112,7 +118,7 @@ BatchResult Connection::execute(std::string_view sql, Parameters& parameters) {
     parameters.bind(statement.get(), sql);
     const std::u16string text = toUtf16(sql);
     const SQLRETURN rc = SQLExecDirectW(statement.get(), wide(text), static_cast<SQLINTEGER>(text.size()));
-    return ResultWalk(statement.get(), traits_, sql).walk(rc);
+    return ResultWalk(statement.get(), *this, sql).walk(rc);
 }
 
 bool Connection::isDead() const {

@@ -32,6 +32,9 @@ DriverTraits DriverTraits::of(SQLHDBC connection) {
     DriverTraits traits;
     const std::string server = textInfo(connection, SQL_DBMS_NAME);
     traits.speaksTransactSql = server != "SQLite" && server != "PostgreSQL";
+    const bool isFreeTds = textInfo(connection, SQL_DRIVER_NAME).find("tdsodbc") != std::string::npos;
+    traits.fetchPassesEmptyResults = isFreeTds;
+    traits.maxParametersAreLong = isFreeTds;
     SQLUINTEGER extensions = 0;
     if (SQL_SUCCEEDED(SQLGetInfoW(connection, SQL_GETDATA_EXTENSIONS, &extensions, sizeof(extensions), nullptr))) {
         traits.readsAnyColumn = (extensions & SQL_GD_ANY_COLUMN) != 0;

@@ -15,6 +15,12 @@ struct DriverTraits {
     // A column that SQLGetData reads may stand before bound ones (SQL_GD_ANY_COLUMN). Without it everything from the
     // first long column on is read with SQLGetData.
     bool readsAnyColumn = false;
+    // Of a result without rows FreeTDS has read the end when it stands on it, and knows the count. A fetch would then
+    // take the end of the next statement for that of this result, whose count would be lost.
+    bool fetchPassesEmptyResults = false;
+    // FreeTDS passes nvarchar(max) for a parameter bound as SQL_WLONGVARCHAR, and nvarchar(1) for one bound as
+    // SQL_WVARCHAR without a length, which is Microsoft's way to say max. The binary types alike.
+    bool maxParametersAreLong = false;
 
     [[nodiscard]] static DriverTraits of(SQLHDBC connection);
 };

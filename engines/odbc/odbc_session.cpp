@@ -1,39 +1,46 @@
 #include "engines/odbc/odbc_session.h"
 
 #include <algorithm>
+#include <cctype>
+#include <iterator>
 #include <map>
 
 #include "ado/names.h"
 #include "engines/odbc/catalog.h"
 #include "engines/odbc/connection.h"
-#include "engines/odbc/diagnostics.h"
+#include "engines/odbc/procedure_call.h"
 
 namespace basalt::odbc {
 
 namespace {
 
-// A batch that may begin or end a transaction by itself; better asked once too often.
-bool mentionsTransaction(std::string_view sql) {
-    constexpr std::string_view kWord = "tran";
-    const auto sameLetter = [](char a, char b) { return (a | 0x20) == b; };
-    return std::search(sql.begin(), sql.end(), kWord.begin(), kWord.end(), sameLetter) != sql.end();
+bool isWordByte(char c) {
+    return c == '_' || c == '@' || c == '#' || std::isalnum(static_cast<unsigned char>(c)) != 0;
 }
 
-std::string callText(std::string_view name, std::size_t arguments) {
-    std::string text = "{? = call " + std::string(name);
-    for (std::size_t i = 0; i < arguments; ++i)
-        text += i == 0 ? "(?" : ", ?";
-    return text += arguments == 0 ? "}" : ")}";
+// TRAN or TRANSACTION as a word: the batch may begin or end a transaction by itself.
+bool mentionsTransaction(std::string_view sql) {
+    const auto sameLetter = [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == b; };
+    constexpr std::string_view kBegin = "tran";
+    constexpr std::string_view kRest = "saction";
+    auto at = sql.begin();
+    while ((at = std::search(at, sql.end(), kBegin.begin(), kBegin.end(), sameLetter)) != sql.end()) {
+        const bool begins = at == sql.begin() || !isWordByte(*std::prev(at));
+        at += kBegin.size();
+        if (std::search(at, sql.end(), kRest.begin(), kRest.end(), sameLetter) == at) at += kRest.size();
+        if (begins && (at == sql.end() || !isWordByte(*at))) return true;
+    }
+    return false;
 }
 
 }  // namespace
 
 class OdbcSession::Core {
 public:
-    Core(const std::string& text, const OdbcOptions& options) : text_(text), options_(options) { connect(); }
+    Core(const std::string& text, const OdbcOptions& options) : text_(text), options_(options) { connected(); }
 
     BatchResult run(std::string_view sql, std::span<const Value> values) {
-        Parameters parameters;
+        Parameters parameters(connected().traits());
         for (const Value& value : values)
             parameters.addMarker(value);
         BatchResult result = execute(sql, parameters);
@@ -48,41 +55,23 @@ public:
     }
 
     // Afresh: the procedure may have been altered since.
-    ProcedureInfo describe(std::string_view name) {
-        Parameters none;
-        return readProcedure(execute(procedureQuestion(name), none), name);
-    }
+    ProcedureInfo describe(std::string_view name) { return readProcedure(execute(procedureQuestion(name)), name); }
 
     CallResult call(std::string_view name, std::span<const Argument> arguments) {
-        const ProcedureInfo& described = procedure(name);
-        Parameters parameters;
-        parameters.addReturnValue();
-        for (const Argument& argument : arguments)
-            parameters.addArgument(typeOf(described, argument), argument.value, argument.output, argument.name);
-        CallResult result;
+        ProcedureCall call(procedure(name), name, arguments, connected().traits());
         try {
-            result.batch = execute(callText(name, arguments.size()), parameters);
+            return call.finish(execute(call.text(), call.parameters()));
         } catch (const DatabaseError&) {
             // Perhaps it was altered since it was described.
             procedures_.erase(foldName(name));
             throw;
         }
-        result.returnValue = toInt64(parameters.valueAt(0));
-        for (std::size_t i = 0; i < arguments.size(); ++i) {
-            if (!arguments[i].output) continue;
-            result.outputs.push_back({arguments[i].name, parameters.valueAt(i + 1), true});
-        }
-        return result;
     }
 
-    TableInfo table(std::string_view name) {
-        Parameters none;
-        return readTable(execute(tableQuestion(name), none), name);
-    }
+    TableInfo table(std::string_view name) { return readTable(execute(tableQuestion(name)), name); }
 
     void begin() {
-        Parameters none;
-        execute("BEGIN TRANSACTION", none);
+        execute("BEGIN TRANSACTION");
         inTransaction_ = true;
     }
 
@@ -91,16 +80,14 @@ public:
             throw DatabaseError(ErrorCategory::Other, "25000", 3902,
                                 "there is no transaction to commit; nothing was saved");
         }
-        Parameters none;
-        execute("COMMIT TRANSACTION", none);
+        execute("COMMIT TRANSACTION");
         inTransaction_ = false;
     }
 
     void rollback() {
         // What was lost with the connection has been rolled back.
         if (!inTransaction_) return;
-        Parameters none;
-        execute(rollbackText(), none);
+        execute(rollbackText());
         inTransaction_ = false;
     }
 
@@ -108,18 +95,31 @@ public:
     [[nodiscard]] const ConnectionString& text() const { return text_; }
 
 private:
-    void connect() { connection_.emplace(text_, options_); }
+    // Connects anew after a loss, once a request.
+    Connection& connected() {
+        if (!connection_) connection_.emplace(text_, options_);
+        return *connection_;
+    }
+
+    BatchResult execute(std::string_view sql) {
+        Parameters none(connected().traits());
+        return execute(sql, none);
+    }
 
     // Every request passes here, and so one lost connection costs one request.
     BatchResult execute(std::string_view sql, Parameters& parameters) {
-        if (!connection_) connect();
         try {
-            return connection_->execute(sql, parameters);
+            return connected().execute(sql, parameters);
         } catch (const DatabaseError& error) {
-            if (error.category() == ErrorCategory::Connection || connection_->isDead()) throwLoss(error);
+            if (!connection_) throw;  // not even connected
+            if (isLoss(error)) throwLoss(error);
             if (inTransaction_ || mentionsTransaction(sql)) askTransaction();
             throw;
         }
+    }
+
+    [[nodiscard]] bool isLoss(const DatabaseError& error) const {
+        return error.category() == ErrorCategory::Connection || connection_->isDead();
     }
 
     [[noreturn]] void throwLoss(const DatabaseError& error) {
@@ -127,37 +127,31 @@ private:
         procedures_.clear();
         std::string context = "the connection to " + text_.publicParts() + " was lost";
         if (std::exchange(inTransaction_, false)) context += ", and the transaction with it";
-        throw DatabaseError(ErrorCategory::Connection, error.sqlState(), error.nativeCode(),
-                            context + ": " + error.what(), error.statement());
+        // FreeTDS has no state of its own for it.
+        const std::string state = error.sqlState().starts_with("08") ? error.sqlState() : "08S01";
+        throw DatabaseError(ErrorCategory::Connection, state, error.nativeCode(), context + ": " + error.what(),
+                            error.statement());
     }
 
-    // An error may have ended the transaction, or left it so that it can only be rolled back.
+    // An error may have ended the transaction, or left it so that it can only be rolled back. A server that does not
+    // answer leaves what is known as it is.
     void askTransaction() {
         if (!connection_->traits().speaksTransactSql) return;
-        Parameters none;
-        BatchResult answer;
         try {
-            answer = connection_->execute("SELECT @@TRANCOUNT, XACT_STATE()", none);
+            Parameters none(connection_->traits());
+            const BatchResult answer = connection_->execute("SELECT @@TRANCOUNT, XACT_STATE()", none);
+            const RowSet& state = answer.results.at(0).rows.value();
+            inTransaction_ = toInt64(state.column(0).valueAt(0)) > 0;
+            if (toInt64(state.column(1).valueAt(0)) >= 0) return;
+            connection_->execute(rollbackText(), none);
+            inTransaction_ = false;
         } catch (const DatabaseError& error) {
-            if (error.category() == ErrorCategory::Connection || connection_->isDead()) throwLoss(error);
-            throw;
+            if (isLoss(error)) throwLoss(error);
         }
-        const RowSet& state = answer.results.at(0).rows.value();
-        inTransaction_ = toInt64(state.column(0).valueAt(0)) > 0;
-        if (toInt64(state.column(1).valueAt(0)) < 0) rollback();
     }
 
     [[nodiscard]] std::string_view rollbackText() const {
-        return !connection_ || connection_->traits().speaksTransactSql ? "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION"
-                                                                       : "ROLLBACK";
-    }
-
-    [[nodiscard]] static ColumnInfo typeOf(const ProcedureInfo& procedure, const Argument& argument) {
-        for (const ParameterInfo& parameter : procedure.parameters) {
-            if (sameName(parameter.name, argument.name)) return parameter.type;
-        }
-        throw DatabaseError(ErrorCategory::NotFound, "42000", 8145,
-                            argument.name + " is not a parameter for procedure " + procedure.name + ".");
+        return connection_->traits().speaksTransactSql ? "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION" : "ROLLBACK";
     }
 
     ConnectionString text_;

@@ -12,8 +12,7 @@ namespace basalt::odbc {
 
 namespace {
 
-// What nvarchar and varbinary hold with a length; size 0 stands for max. All lengths below share one size, so that the
-// server keeps one plan for them.
+// What nvarchar and varbinary hold with a length, in characters and bytes; size 0 stands for max.
 constexpr SQLULEN kLongestText = 4000;
 constexpr SQLULEN kLongestBytes = 8000;
 // Room for an output parameter whose type has no bound, in characters or bytes.
@@ -21,10 +20,6 @@ constexpr std::size_t kUnboundedRoom = 32 * 1024;
 constexpr std::size_t kDecimalText = 48;
 // "2024-03-20 10:15:00", and the point before a fraction.
 constexpr SQLULEN kSecondsText = 19;
-
-SQLULEN shared(std::size_t size, SQLULEN longest) {
-    return size <= longest ? longest : 0;
-}
 
 SQLSMALLINT integerType(FieldType type) {
     switch (type) {
@@ -55,16 +50,33 @@ void Parameters::putBytes(Slot& slot, const void* data, std::size_t size) {
     slot.length = static_cast<SQLLEN>(size);
 }
 
-void Parameters::putText(Slot& slot, const std::string& text) {
+void Parameters::putText(Slot& slot, const std::string& text) const {
     const std::u16string units = toUtf16(text);
     putBytes(slot, units.data(), units.size() * sizeof(char16_t));
     slot.cType = SQL_C_WCHAR;
-    slot.sqlType = SQL_WVARCHAR;
-    slot.size = shared(units.size(), kLongestText);
+    takeLength(slot, units.size());
+}
+
+// The SQL type of a text or of bytes. All lengths share one size, so that the server keeps one plan for them.
+void Parameters::takeLength(Slot& slot, SQLULEN length) const {
+    const bool text = slot.cType == SQL_C_WCHAR;
+    const SQLULEN longest = text ? kLongestText : kLongestBytes;
+    if (length > longest) return takeMax(slot);
+    slot.sqlType = text ? SQL_WVARCHAR : SQL_VARBINARY;
+    slot.size = longest;
+}
+
+void Parameters::takeMax(Slot& slot) const {
+    const bool text = slot.cType == SQL_C_WCHAR;
+    slot.sqlType = text ? SQL_WVARCHAR : SQL_VARBINARY;
+    slot.size = 0;
+    if (!traits_->maxParametersAreLong) return;
+    slot.sqlType = text ? SQL_WLONGVARCHAR : SQL_LONGVARBINARY;
+    slot.size = std::max<SQLULEN>(slot.data.size(), kUnboundedRoom);
 }
 
 // The value with the type that it has by itself.
-void Parameters::put(Slot& slot, const Value& value) {
+void Parameters::put(Slot& slot, const Value& value) const {
     const auto number = [&](SQLSMALLINT cType, SQLSMALLINT sqlType, auto bits) {
         slot.cType = cType;
         slot.sqlType = sqlType;
@@ -88,9 +100,8 @@ void Parameters::put(Slot& slot, const Value& value) {
         putText(slot, *text);
     } else if (const auto* bytes = std::get_if<Bytes>(&value)) {
         slot.cType = SQL_C_BINARY;
-        slot.sqlType = SQL_VARBINARY;
-        slot.size = shared(bytes->size(), kLongestBytes);
         putBytes(slot, bytes->data(), bytes->size());
+        takeLength(slot, bytes->size());
     } else if (const auto* point = std::get_if<DateTime>(&value)) {
         putText(slot, isoText(*point));
     }
@@ -101,19 +112,21 @@ void Parameters::addMarker(const Value& value) {
 }
 
 // How a procedure's parameter of this type is bound, whatever its value.
-void Parameters::takeType(Slot& slot, const ColumnInfo& type) {
+void Parameters::takeType(Slot& slot, const ColumnInfo& type) const {
     const auto as = [&](SQLSMALLINT cType, SQLSMALLINT sqlType, SQLULEN size, int digits = 0) {
         slot.cType = cType;
         slot.sqlType = sqlType;
         slot.size = size;
         slot.digits = static_cast<SQLSMALLINT>(digits);
     };
-    const auto ownSize = [&](SQLULEN longest) {
-        // A longer value than the parameter takes is for the server to judge.
-        const auto given = static_cast<SQLULEN>(slot.length > 0 ? slot.length : 0);
-        const SQLULEN units = type.type == FieldType::Text ? given / sizeof(char16_t) : given;
+    // Texts and bytes: as long as the parameter is; a longer value than it takes is for the server to judge.
+    const auto asLong = [&](SQLSMALLINT cType, SQLULEN unit) {
+        slot.cType = cType;
+        const SQLULEN given = (slot.length > 0 ? static_cast<SQLULEN>(slot.length) : 0) / unit;
         const auto own = static_cast<SQLULEN>(type.size);
-        return own == 0 ? 0 : units <= own ? own : shared(units, longest);
+        if (own == 0) return takeMax(slot);
+        takeLength(slot, given);
+        if (given <= own) slot.size = own;
     };
     switch (type.type) {
         case FieldType::Boolean:
@@ -128,9 +141,9 @@ void Parameters::takeType(Slot& slot, const ColumnInfo& type) {
         case FieldType::Decimal:
             return as(SQL_C_CHAR, SQL_DECIMAL, static_cast<SQLULEN>(type.precision), type.scale);
         case FieldType::Text:
-            return as(SQL_C_WCHAR, SQL_WVARCHAR, ownSize(kLongestText));
+            return asLong(SQL_C_WCHAR, sizeof(char16_t));
         case FieldType::Binary:
-            return as(SQL_C_BINARY, SQL_VARBINARY, ownSize(kLongestBytes));
+            return asLong(SQL_C_BINARY, 1);
         case FieldType::Date:
         case FieldType::DateTime: {
             const int digits = type.type == FieldType::Date ? 0 : countsInMilliseconds(type) ? 3 : 7;
@@ -194,33 +207,13 @@ void Parameters::addReturnValue() {
 
 void Parameters::bind(SQLHSTMT statement, std::string_view sql) {
     SQLUSMALLINT number = 0;
-    bool named = false;
     for (Slot& slot : slots_) {
+        // Also a null has an address.
         if (slot.data.empty()) slot.data.resize(sizeof(std::int64_t));
         const SQLRETURN rc =
             SQLBindParameter(statement, ++number, slot.direction, slot.cType, slot.sqlType, slot.size, slot.digits,
                              slot.data.data(), static_cast<SQLLEN>(slot.data.size()), &slot.length);
         if (!SQL_SUCCEEDED(rc)) throw errorOf(diagnosticsOf(SQL_HANDLE_STMT, statement), sql);
-        named = named || !slot.name.empty();
-    }
-    if (named) nameArguments(statement, sql);
-}
-
-// By name, so that an argument that was left out takes the procedure's default.
-void Parameters::nameArguments(SQLHSTMT statement, std::string_view sql) const {
-    SQLHDESC description = SQL_NULL_HDESC;
-    if (!SQL_SUCCEEDED(SQLGetStmtAttrW(statement, SQL_ATTR_IMP_PARAM_DESC, &description, SQL_IS_POINTER, nullptr))) {
-        throw errorOf(diagnosticsOf(SQL_HANDLE_STMT, statement), sql);
-    }
-    SQLSMALLINT number = 0;
-    for (const Slot& slot : slots_) {
-        ++number;
-        if (slot.name.empty()) continue;
-        const std::u16string name = toUtf16(slot.name);
-        if (!SQL_SUCCEEDED(SQLSetDescFieldW(description, number, SQL_DESC_NAME, wide(name),
-                                            static_cast<SQLINTEGER>(name.size() * sizeof(char16_t))))) {
-            throw errorOf(diagnosticsOf(SQL_HANDLE_DESC, description), sql);
-        }
     }
 }
 

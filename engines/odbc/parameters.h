@@ -1,6 +1,6 @@
 // Values bound to the markers of a statement or of a procedure call.
 //
-//   Parameters parameters;
+//   Parameters parameters(traits);
 //   parameters.addMarker(value);
 //   parameters.bind(statement, sql);     // the buffers must outlive the execution
 #pragma once
@@ -11,12 +11,15 @@
 #include <vector>
 
 #include "ado/rowset.h"
+#include "engines/odbc/driver_traits.h"
 #include "engines/odbc/odbc_api.h"
 
 namespace basalt::odbc {
 
 class Parameters {
 public:
+    explicit Parameters(const DriverTraits& traits) : traits_(&traits) {}
+
     // A value for a `?` whose place tells the server its type. A time travels as ISO text: compared with a datetime
     // column, a datetime2 parameter would never equal what was read from it. A null travels as a text, which every type
     // but the binary ones takes.
@@ -37,7 +40,7 @@ private:
         SQLSMALLINT direction = SQL_PARAM_INPUT;
         SQLSMALLINT cType = SQL_C_WCHAR;
         SQLSMALLINT sqlType = SQL_WVARCHAR;
-        SQLULEN size = 1;
+        SQLULEN size = 4000;
         SQLSMALLINT digits = 0;
         std::vector<std::byte> data = {};
         SQLLEN length = SQL_NULL_DATA;
@@ -45,13 +48,15 @@ private:
         std::string name = {};
     };
 
-    static void put(Slot& slot, const Value& value);
-    static void putText(Slot& slot, const std::string& text);
+    void put(Slot& slot, const Value& value) const;
+    void putText(Slot& slot, const std::string& text) const;
     static void putBytes(Slot& slot, const void* data, std::size_t size);
-    static void takeType(Slot& slot, const ColumnInfo& type);
+    void takeType(Slot& slot, const ColumnInfo& type) const;
+    void takeLength(Slot& slot, SQLULEN length) const;
+    void takeMax(Slot& slot) const;
     static void makeRoom(Slot& slot);
-    void nameArguments(SQLHSTMT statement, std::string_view sql) const;
 
+    const DriverTraits* traits_;
     std::vector<Slot> slots_;
 };
 

@@ -47,8 +47,9 @@ ResultReader::~ResultReader() {
 
 RowSet ResultReader::read(std::vector<std::string>& messages) {
     describe();
-    bind();
     RowSet rows(columns_);
+    if (isKnownToBeEmpty()) return rows;
+    bind();
     while (fetch(messages)) {
         for (std::size_t i = 0; i < buffers_.size(); ++i) {
             Column& column = rows.column(i);
@@ -73,6 +74,12 @@ void ResultReader::describe() {
         columns_.push_back(describeColumn(static_cast<SQLUSMALLINT>(i)));
         buffers_.push_back(bufferFor(columns_.back()));
     }
+}
+
+bool ResultReader::isKnownToBeEmpty() const {
+    if (!traits_.fetchPassesEmptyResults) return false;
+    SQLLEN count = -1;
+    return SQL_SUCCEEDED(SQLRowCount(statement_, &count)) && count == 0;
 }
 
 ColumnInfo ResultReader::describeColumn(SQLUSMALLINT number) const {
@@ -184,11 +191,14 @@ void ResultReader::bind() {
 }
 
 bool ResultReader::fetch(std::vector<std::string>& messages) {
+    // A block that is not full is the last one.
+    if (atEnd_) return false;
     rowsFetched_ = 0;
     const SQLRETURN rc = SQLFetch(statement_);
-    if (rc == SQL_NO_DATA) return false;
-    if (!SQL_SUCCEEDED(rc)) fail();
+    if (!SQL_SUCCEEDED(rc) && rc != SQL_NO_DATA) fail();
+    atEnd_ = rc == SQL_NO_DATA || rowsFetched_ < rowStatus_.size();
     if (rc == SQL_SUCCESS) return true;
+    // Also at the end: what the server says after the rows may come here.
     const auto failed = std::find(rowStatus_.begin(), rowStatus_.begin() + static_cast<std::ptrdiff_t>(rowsFetched_),
                                   static_cast<SQLUSMALLINT>(SQL_ROW_ERROR));
     if (failed != rowStatus_.begin() + static_cast<std::ptrdiff_t>(rowsFetched_)) fail();
@@ -196,7 +206,7 @@ bool ResultReader::fetch(std::vector<std::string>& messages) {
         if (!record.informs()) throw errorOf({record}, sql_);
         if (record.isMessage()) messages.push_back(record.message);
     }
-    return true;
+    return rc != SQL_NO_DATA;
 }
 
 void ResultReader::readUnbound(Column& column, Buffer& buffer, SQLUSMALLINT number) {

@@ -44,6 +44,7 @@ private:
     };
 
     void describe();
+    [[nodiscard]] bool isKnownToBeEmpty() const;
     [[nodiscard]] ColumnInfo describeColumn(SQLUSMALLINT number) const;
     [[nodiscard]] std::string textAttribute(SQLUSMALLINT number, SQLUSMALLINT attribute) const;
     [[nodiscard]] static Buffer bufferFor(const ColumnInfo& column);
@@ -64,6 +65,7 @@ private:
     std::vector<Buffer> buffers_;
     std::vector<SQLUSMALLINT> rowStatus_;
     SQLULEN rowsFetched_ = 0;
+    bool atEnd_ = false;
     std::string text_;             // the cell being converted
     std::vector<std::byte> long_;  // a long value, gathered from its pieces
 };
