@@ -198,9 +198,11 @@ std::optional<RowWriter::Identity> RowWriter::insert(const std::vector<Change>& 
     std::string text = "INSERT INTO " + quotedName(target.table) + " (" + names + ") VALUES (" + markers + ")";
     if (identity) text += "; SELECT SCOPE_IDENTITY()";
     const BatchResult result = send(target, text, values);
-    requireOneRow(result, text);
+    const Value number = identity ? firstCell(result).value_or(Null{}) : Null{};
+    // FreeTDS tells no count of a statement that a result set follows; a new number says as much.
+    if (affectedRows(result) >= 0 || isNull(number)) requireOneRow(result, text);
     if (!identity) return std::nullopt;
-    return Identity{*identity, firstCell(result).value_or(Null{})};
+    return Identity{*identity, number};
 }
 
 void RowWriter::remove(std::size_t row) {

@@ -211,6 +211,34 @@ TEST_F(Editing, readsTheIdentityBack) {
     query.Cancel();
 }
 
+// Not every driver counts the rows of a statement that a result set follows.
+TEST_F(Editing, aNewNumberTellsThatTheRecordWasInserted) {
+    TableInfo table{.name = "Tags",
+                    .columns = {{.name = "ID", .type = FieldType::Integer, .baseColumn = "ID"},
+                                {.name = "Title", .type = FieldType::Text, .size = 50, .baseColumn = "Title"}},
+                    .key = {"ID"}};
+    for (ColumnInfo& column : table.columns)
+        column.baseTable = "Tags";
+    table.columns[0].identity = true;
+    session.setTable(table);
+    openOn(makeRows(table.columns, {}));
+    const auto answerWith = [&](const Value& number) {
+        BatchResult batch;
+        batch.results.push_back(
+            {.rows = makeRows({{.name = "", .type = FieldType::Decimal, .precision = 38}}, {{number}})});
+        session.expectBatch("INSERT INTO [Tags] ([Title]) VALUES (?); SELECT SCOPE_IDENTITY()", {text("قرمز")},
+                            std::move(batch));
+    };
+    query.Append();
+    field("Title") = "قرمز";
+    answerWith(Null{});
+    EXPECT_EQ(errorOf([&] { query.Post(); }),
+              "Get_QUR: the statement should have changed one row, the database reports no count");
+    answerWith(Decimal(12, 0));
+    query.Post();
+    EXPECT_EQ(field("ID").AsInteger(), 12);
+}
+
 TEST_F(Editing, misuseSaysWhatToDo) {
     EXPECT_EQ(errorOf([&] { query.Post(); }), "Get_QUR.Post: there is nothing to post; call Edit or Append before");
     EXPECT_EQ(errorOf([&] { field("Name") = "x"; }), "Get_QUR.Name: call Edit or Append before assigning a field");

@@ -87,8 +87,8 @@ TEST_F(SqliteDriver, longTextsAreReadWholeWithColumnsOnBothSides) {
 
 TEST_F(SqliteDriver, columnsKnowTheirTable) {
     session_->run("create table Goods(Code int, Name nvarchar(50))");
-    const RowSet rows = rowsOf("select Name as Title, Code + 1 as Next from Goods");
-    EXPECT_EQ(rows.column(0).info().name, "Title");
+    const RowSet rows = rowsOf("select Name, Code + 1 as Next from Goods");
+    EXPECT_EQ(rows.column(0).info().name, "Name");
     EXPECT_EQ(rows.column(0).info().baseTable, "Goods");
     EXPECT_EQ(rows.column(0).info().baseColumn, "Name");
     EXPECT_EQ(rows.column(0).info().size, 50);
@@ -101,11 +101,11 @@ TEST_F(SqliteDriver, countsAndErrors) {
     EXPECT_EQ(affectedRows(session_->run("delete from T where A > 1")), 2);
     EXPECT_EQ(affectedRows(session_->run("delete from T where A > 1")), 0);
     try {
-        session_->run("select Nothing from T");
+        session_->run("select Missing from T");
         FAIL() << "no error";
     } catch (const DatabaseError& error) {
-        EXPECT_THAT(error.what(), testing::HasSubstr("no such column: Nothing"));
-        EXPECT_EQ(error.statement(), "select Nothing from T");
+        EXPECT_THAT(error.what(), testing::HasSubstr("no such column: Missing"));
+        EXPECT_EQ(error.statement(), "select Missing from T");
     }
 }
 
