@@ -92,6 +92,9 @@ void writeReport(std::ostream& out, const host::CallReport& report, bool termina
     if (!report.events.empty()) out << "user log\n";
     for (const host::EventReport& event : report.events)
         out << "  part " << event.part << ", permission " << event.permission << ": " << event.text << '\n';
+    if (!report.programs.empty()) out << "started\n";
+    for (const ProgramStart& program : report.programs)
+        out << "  " << program.verb << ' ' << program.file << ' ' << program.parameters << '\n';
 }
 
 }  // namespace basalt::cli
