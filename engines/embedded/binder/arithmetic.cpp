@@ -124,6 +124,14 @@ BoundPtr Binder::operation(ast::BinaryOperator op, BoundPtr left, BoundPtr right
     }
     if ((a.isText() && b.kind == TypeKind::UniqueIdentifier) || (b.isText() && a.kind == TypeKind::UniqueIdentifier))
         refuse();
+    const auto modern = [](const SqlType& type) {
+        return type.isDate() && type.kind != TypeKind::DateTime && type.kind != TypeKind::SmallDateTime;
+    };
+    if ((modern(a) && b.isNumber()) || (modern(b) && a.isNumber())) {
+        fail(206,
+             "Operand type clash: " + std::string(a.baseName()) + " is incompatible with " + std::string(b.baseName()),
+             range);
+    }
     const SqlType common = commonType(a, b);
     if (common.isDate()) {
         // Points in time add up as days since 1900-01-01, the older types only.

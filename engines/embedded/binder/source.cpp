@@ -176,7 +176,9 @@ std::unique_ptr<BoundSource> Binder::valuesTable(const ast::ValuesTable& source,
     ScopeSource entry{source.alias.text, result->alias, {}};
     for (std::size_t i = 0; i < types.size(); ++i) {
         if (types[i].isNull()) types[i] = SqlType::of(TypeKind::Int);
-        entry.columns.push_back({{source.columnAliases[i].text, types[i], true, {}}, "column" + std::to_string(i + 1)});
+        // SQLite gives the columns of VALUES no collation.
+        entry.columns.push_back(
+            {{source.columnAliases[i].text, types[i], true, {}}, "column" + std::to_string(i + 1), false});
     }
     addToScope(scope, std::move(entry), source.range);
     return result;

@@ -164,6 +164,9 @@ Value toDecimal(const Value& value, const SqlType& from, const SqlType& to) {
             // Money takes separators of thousands.
             if (!(money && c == ',')) plain += c;
         }
+        // The sign of the currency stands before the number, behind its own sign.
+        const std::size_t currency = plain.starts_with('-') || plain.starts_with('+') ? 1 : 0;
+        if (money && plain.substr(currency).starts_with('$')) plain.erase(currency, 1);
         if (plain.empty() && money) return Decimal(0, to.scale);
         std::optional<Decimal> parsed = Decimal::parse(plain);
         if (!parsed) {

@@ -417,7 +417,8 @@ std::string formatDate(std::int64_t ticks, const SqlType& type, int style) {
     const std::string clock = print("%02d:%02d:%02d", c.hour, c.minute, c.second);
     const std::string fraction = fractionText(c, type);
     if (type.kind == TypeKind::Time) {
-        if (style == 0 || style == 100) return twelveHour(c);
+        // Without a style a time is written out, unlike the older types.
+        if (style == 100) return twelveHour(c);
         return clock + fraction;
     }
     const std::string isoDay = print("%04d-%02d-%02d", c.year, c.month, c.day);

@@ -34,8 +34,8 @@ std::int64_t units(std::string_view text) {
     return static_cast<std::int64_t>(utf16Length(text));
 }
 
-[[noreturn]] void invalidLength(std::string_view function) {
-    throwSqlError(537, "Invalid length parameter passed to the " + std::string(function) + " function.");
+[[noreturn]] void invalidLength() {
+    throwSqlError(537, "Invalid length parameter passed to the LEFT or SUBSTRING function.");
 }
 
 // The byte offset of `needle` in `text` from `from` on by the rules of comparison, npos when it is not there.
@@ -66,19 +66,19 @@ void length(Call& call) {
 }
 
 void left(Call& call) {
-    if (call.integer(1) < 0) invalidLength("left");
+    if (call.integer(1) < 0) invalidLength();
     call.result(utf16Substring(call.text(0), 0, call.integer(1)));
 }
 
 void right(Call& call) {
-    if (call.integer(1) < 0) invalidLength("right");
+    if (call.integer(1) < 0) throwSqlError(536, "Invalid length parameter passed to the right function.");
     const std::string_view text = call.text(0);
     const std::int64_t count = std::min(call.integer(1), units(text));
     call.result(utf16Substring(text, units(text) - count, count));
 }
 
 void substring(Call& call) {
-    if (call.integer(2) < 0) invalidLength("substring");
+    if (call.integer(2) < 0) invalidLength();
     call.result(utf16Substring(call.text(0), call.integer(1) - 1, call.integer(2)));
 }
 
@@ -288,7 +288,8 @@ void dataLength(Call& call) {
 void isNumeric(Call& call) {
     if (call.isNull(0)) return call.result(std::int64_t{0});
     std::string_view text = rightTrimmed(leftTrimmed(call.text(0)));
-    if (!text.empty() && (text.front() == '+' || text.front() == '-' || text.front() == '$')) text.remove_prefix(1);
+    if (text.empty()) return call.result(std::int64_t{0});
+    if ((text.front() == '+' || text.front() == '-' || text.front() == '$')) text.remove_prefix(1);
     bool digits = false;
     bool point = false;
     bool exponent = false;
@@ -308,7 +309,8 @@ void isNumeric(Call& call) {
             return call.result(std::int64_t{0});
         }
     }
-    call.result(std::int64_t{digits});
+    // A lone sign, point or separator is an amount of money to the server.
+    call.result(std::int64_t{digits || !exponent});
 }
 
 }  // namespace
