@@ -34,8 +34,10 @@ std::int64_t TField::AsInt64() const {
 int TField::AsInteger() const {
     const std::int64_t value = AsInt64();
     if (value != static_cast<int>(value)) {
+        // A computed column may have no name.
+        const std::string where = FieldName().empty() ? ", column " + std::to_string(index_ + 1) : "." + FieldName();
         throw DatabaseError(ErrorCategory::Conversion, "22003", 8115,
-                            dataSet_->Name() + "." + FieldName() + ": the value " + std::to_string(value) +
+                            dataSet_->Name() + where + ": the value " + std::to_string(value) +
                                 " is out of range for a 32-bit integer");
     }
     return static_cast<int>(value);

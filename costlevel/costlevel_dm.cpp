@@ -165,9 +165,10 @@ bool TCostLevel_DM::deleteRows(int code, TSoftwarePart part, TCostType costType)
         transaction.commit();
         return true;
     } catch (const DatabaseError&) {
-        // The server refuses a level that other rows refer to; whatever failed, nothing of the delete is kept.
-        MsgHasSubRecords("سطر");
+        // The server refuses a level that other rows refer to; whatever failed, nothing of the delete is kept. The
+        // rollback comes first: as long as the message waits for its answer, other clients would wait for the locks.
         transaction.rollback();
+        MsgHasSubRecords("سطر");
         return false;
     }
 }

@@ -113,7 +113,7 @@ void TCostLevel_List_FRM::FormShow(QObject* sender) {
     TBaseDock_FRM::FormShow(sender);
     base().SetShortCut();
     base().SetPopMenu();
-    levels_->CostLevel_List_QUR.Last();
+    grid_->GoToLastRow();
     search_->FocusFirst();
 }
 
@@ -126,10 +126,10 @@ int TCostLevel_List_FRM::currentCode() const {
 }
 
 void TCostLevel_List_FRM::New_BTNClick() {
-    if (!isUsable(new_)) return;
+    if (!isEnabledOrVisible(new_)) return;
     if (!base().ShowEditor(CreateEditor<TCostLevel_Get_FRM>(part_, Value{std::int64_t{0}}, fmNew))) return;
     RefreshList();
-    levels_->CostLevel_List_QUR.Last();
+    grid_->GoToLastRow();
 }
 
 void TCostLevel_List_FRM::Edit_BTNClick() {
@@ -143,8 +143,9 @@ void TCostLevel_List_FRM::Edit_BTNClick() {
 }
 
 void TCostLevel_List_FRM::Delete_BTNClick() {
-    if (!isUsable(delete_) || !hasCurrentRow()) return;
+    if (!isEnabledOrVisible(delete_)) return;
     if (!HavePermission(UserInfo(), part_, prDelete, false, true, "")) return;
+    if (!hasCurrentRow()) return;
     if (levels_->CostLevel_Delete(currentCode(), costTypeOf(part_))) RefreshList();
 }
 

@@ -2,6 +2,7 @@
 
 #include "ado/error.h"
 #include "ado/names.h"
+#include "package/numbers.h"
 
 namespace basalt {
 
@@ -80,6 +81,14 @@ std::int64_t Datum::asInteger() const {
 }
 
 Extended Datum::asAmount() const {
+    if (isText()) {
+        // As users write amounts, in digits and separators of their keyboards.
+        try {
+            return StrToFloat_VRO(asText());
+        } catch (const DatabaseError&) {
+            failReading<Extended>(*this, "an amount");
+        }
+    }
     if (const auto decimal = asDecimal(*this)) return decimal->toExtended();
     failReading<Extended>(*this, "an amount");
 }

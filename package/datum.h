@@ -43,8 +43,8 @@ public:
     // Conversions between the plain kinds; a UsageError that shows the value when it cannot be read so.
     [[nodiscard]] bool asBool() const;             // true, false, 1, 0, "yes", "no", "true", "false", "-1"
     [[nodiscard]] std::int64_t asInteger() const;  // also decimal text
-    [[nodiscard]] Extended asAmount() const;
-    [[nodiscard]] std::string asText() const;  // numbers in plain digits, null as the empty text
+    [[nodiscard]] Extended asAmount() const;       // also text as StrToFloat_VRO reads it
+    [[nodiscard]] std::string asText() const;      // numbers in plain digits, null as the empty text
     [[nodiscard]] const List& asList() const;
     [[nodiscard]] const Fields& asRecord() const;
     // A field of a record, names compared without case; null when the record has no such field.

@@ -14,15 +14,6 @@ namespace {
 // More than anyone reads; an older entry is found by searching.
 constexpr int kMostEntries = 5000;
 
-std::string statementFor(const std::vector<std::string>& conditions) {
-    std::string where;
-    for (const std::string& condition : conditions) {
-        if (!condition.empty()) where += (where.empty() ? " WHERE (" : " AND (") + condition + ")";
-    }
-    return "SELECT TOP " + std::to_string(kMostEntries) + " * FROM (" + std::string(UserLog::listStatement()) +
-           ") AS L" + where + " ORDER BY ID DESC";
-}
-
 }  // namespace
 
 LogPage::LogPage(DesktopContext context, QWidget* parent)
@@ -114,7 +105,7 @@ void LogPage::enter() {
 
 void LogPage::refresh() {
     query_.Close();
-    query_.SQL = statementFor({search_->Filter(), filter_->Filter()});
+    query_.SQL = UserLog::listStatement({search_->Filter(), filter_->Filter()}, kMostEntries);
     query_.Open();
     count_->setText(persianDigits(QStringLiteral("%1 رویداد").arg(query_.RecordCount())));
 }

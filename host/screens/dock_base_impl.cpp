@@ -185,7 +185,7 @@ void DockBaseImpl::keepLayout() {
     context_.guarded(&screen_, [this] {
         QJsonObject layout{{QStringLiteral("width"), screen_.width()}, {QStringLiteral("height"), screen_.height()}};
         if (grid_) layout.insert(QStringLiteral("grid"), grid_->arrangement());
-        option_.save(layout);
+        option_.saveQuietly(layout);
     });
 }
 

@@ -2,6 +2,8 @@
 
 #include <QJsonDocument>
 
+#include "ado/error.h"
+
 namespace basalt::host {
 
 void FormOption::SetSoftwarePart(TComponentSoftwarePart part) {
@@ -25,6 +27,14 @@ void FormOption::save(const QJsonObject& layout) {
     if (!host.signedIn() || key().empty() || text == kept_) return;
     host.formOptions().save(host.UserInfo().Code, key(), text);
     kept_ = text;
+}
+
+void FormOption::saveQuietly(const QJsonObject& layout) {
+    try {
+        save(layout);
+    } catch (const DatabaseError&) {
+        // The next time the screen opens as it did this time.
+    }
 }
 
 }  // namespace basalt::host

@@ -20,6 +20,9 @@ public:
     [[nodiscard]] QJsonObject load();
     // Writes the layout when it differs from what was kept. Errors of the database pass.
     void save(const QJsonObject& layout);
+    // The same without a word when the database does not take it: a layout is worth no message, least of all over a
+    // screen that has closed.
+    void saveQuietly(const QJsonObject& layout);
 
 private:
     [[nodiscard]] std::string key() const;

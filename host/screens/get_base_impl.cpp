@@ -245,10 +245,9 @@ int GetBaseImpl::ShowModal() {
     context_.rethrowUnshown();
     const int code = editor_.exec();
     context_.rethrowUnshown();
-    context_.guarded(&editor_, [this] {
-        option_.save({{QStringLiteral("width"), editor_.width()}, {QStringLiteral("height"), editor_.height()}});
-        lock_.release();
-    });
+    // The code first: other users wait for it.
+    context_.guarded(&editor_, [this] { lock_.release(); });
+    option_.saveQuietly({{QStringLiteral("width"), editor_.width()}, {QStringLiteral("height"), editor_.height()}});
     context_.rethrowUnshown();
     if (code == QDialog::Accepted || wroteOnce_) return mrOk;
     return code == QDialog::Rejected ? mrCancel : code;

@@ -1,5 +1,8 @@
 #include "host/services/code_locks.h"
 
+#include <algorithm>
+#include <charconv>
+#include <optional>
 #include <utility>
 
 #include "host/services/sql_access.h"
@@ -100,31 +103,53 @@ CodeLock CodeLocks::holdNew(TSoftwarePart part, const std::function<Value()>& ne
     throw everySlotTaken(code);
 }
 
+namespace {
+
+std::optional<std::int64_t> numberIn(std::string_view code) {
+    while (code.starts_with(' '))
+        code.remove_prefix(1);
+    while (code.ends_with(' '))
+        code.remove_suffix(1);
+    std::int64_t number = 0;
+    const auto [end, error] = std::from_chars(code.data(), code.data() + code.size(), number);
+    if (error != std::errc() || end != code.data() + code.size()) return std::nullopt;
+    return number;
+}
+
+// Codes are texts here, but where both are numbers it is the number that is held: other programs write 07 for 7.
+bool isSameCode(const std::string& a, const std::string& b) {
+    if (a == b) return true;
+    const auto number = numberIn(a);
+    return number && number == numberIn(b);
+}
+
+}  // namespace
+
+std::vector<CodeLockHolder> CodeLocks::holders(const std::string& code, TSoftwarePart part) {
+    const RowSet rows = rowsOf(session_,
+                               "SELECT L.Code, L.Owner, U.FullName, L.WorkstationName, L.LockDate "
+                               "FROM dbo.CodeLock_TBL AS L LEFT JOIN dbo.HostUsers AS U ON U.Code = L.UserCode "
+                               "WHERE L.Status = ? ORDER BY L.Slot",
+                               {std::int64_t{part}});
+    std::vector<CodeLockHolder> holders;
+    for (std::size_t row = 0; row < rows.rowCount(); ++row) {
+        if (!isSameCode(textAt(rows, 0, row), code)) continue;
+        holders.push_back({static_cast<int>(integerAt(rows, 1, row)), textAt(rows, 2, row), textAt(rows, 3, row),
+                           textAt(rows, 4, row)});
+    }
+    return holders;
+}
+
 bool CodeLocks::isHeld(const std::string& code, TSoftwarePart part, int owner, bool anyOwner) {
-    // A row without an owner was not written by an editor of ours: it is somebody else's.
-    const RowSet rows = anyOwner
-                            ? rowsOf(session_, "SELECT COUNT(*) FROM dbo.CodeLock_TBL WHERE Status = ? AND Code = ?",
-                                     {std::int64_t{part}, code})
-                            : rowsOf(session_,
-                                     "SELECT COUNT(*) FROM dbo.CodeLock_TBL WHERE Status = ? AND Code = ? "
-                                     "AND (Owner IS NULL OR Owner <> ?)",
-                                     {std::int64_t{part}, code, std::int64_t{owner}});
-    return integerAt(rows, 0, 0) > 0;
+    const auto all = holders(code, part);
+    return std::any_of(all.begin(), all.end(),
+                       [&](const CodeLockHolder& holder) { return anyOwner || holder.isOtherThan(owner); });
 }
 
 std::vector<CodeLockHolder> CodeLocks::others(const std::string& code, TSoftwarePart part) {
-    const RowSet rows =
-        rowsOf(session_,
-               "SELECT L.Owner, U.FullName, L.WorkstationName, L.LockDate "
-               "FROM dbo.CodeLock_TBL AS L LEFT JOIN dbo.HostUsers AS U ON U.Code = L.UserCode "
-               "WHERE L.Status = ? AND L.Code = ? AND (L.Owner IS NULL OR L.Owner <> ?) ORDER BY L.Slot",
-               {std::int64_t{part}, code, std::int64_t{describe_().owner}});
-    std::vector<CodeLockHolder> holders;
-    for (std::size_t row = 0; row < rows.rowCount(); ++row) {
-        holders.push_back({static_cast<int>(integerAt(rows, 0, row)), textAt(rows, 1, row), textAt(rows, 2, row),
-                           textAt(rows, 3, row)});
-    }
-    return holders;
+    auto all = holders(code, part);
+    std::erase_if(all, [own = describe_().owner](const CodeLockHolder& holder) { return !holder.isOtherThan(own); });
+    return all;
 }
 
 }  // namespace basalt::host

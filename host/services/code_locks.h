@@ -53,6 +53,9 @@ struct CodeLockHolder {
     std::string userName = {};  // the full name; empty when unknown
     std::string workstationName = {};
     std::string lockDate = {};  // "1405/08/30 09:15:00"
+
+    // A row without an owner was not written by an editor of ours: it is somebody else's.
+    [[nodiscard]] bool isOtherThan(int other) const { return owner == 0 || owner != other; }
 };
 
 // What a row of CodeLock_TBL says of its holder.
@@ -74,6 +77,8 @@ public:
     // again. DatabaseError (Busy) when that happens a hundred times in a row.
     [[nodiscard]] CodeLock holdNew(TSoftwarePart part, const std::function<Value()>& nextCode);
 
+    // Codes that are numbers are compared as numbers: a row of code 07 holds 7.
+    //
     // True when an owner other than `owner` holds the code; with `anyOwner` also when `owner` does.
     [[nodiscard]] bool isHeld(const std::string& code, TSoftwarePart part, int owner, bool anyOwner);
     // The other owners that hold the code.
@@ -81,6 +86,7 @@ public:
 
 private:
     friend class CodeLock;
+    [[nodiscard]] std::vector<CodeLockHolder> holders(const std::string& code, TSoftwarePart part);
     // False when the slot is taken.
     [[nodiscard]] bool insert(const std::string& code, TSoftwarePart part, const CodeLockOwner& owner, int slot);
 

@@ -22,17 +22,22 @@ void UserLog::add(const UserLogEntry& entry, DateTime moment) {
          std::int64_t{entry.permission}, cutText(entry.text, kTextLength), cutText(entry.description, kTextLength)});
 }
 
-std::string_view UserLog::listStatement() {
-    return "SELECT L.ID, L.LogDate, L.LogTime, L.UserName, L.WorkstationName, L.SoftwarePart, S.Title AS PartTitle, "
-           "L.Permission, P.Title AS PermissionTitle, L.[Text], L.[Description], L.UserCode "
+std::string UserLog::listStatement(const std::vector<std::string>& conditions, int limit) {
+    std::string where;
+    for (const std::string& condition : conditions) {
+        if (!condition.empty()) where += (where.empty() ? " WHERE (" : " AND (") + condition + ")";
+    }
+    return "SELECT TOP " + std::to_string(limit < 0 ? 0 : limit) +
+           " * FROM (SELECT L.ID, L.LogDate, L.LogTime, L.UserName, L.WorkstationName, L.SoftwarePart, S.Title AS "
+           "PartTitle, L.Permission, P.Title AS PermissionTitle, L.[Text], L.[Description], L.UserCode "
            "FROM dbo.HostUserLog AS L "
            "LEFT JOIN dbo.SoftwarePart AS S ON S.Code = L.SoftwarePart "
-           "LEFT JOIN dbo.HostPermissionTypes AS P ON P.Code = L.Permission";
+           "LEFT JOIN dbo.HostPermissionTypes AS P ON P.Code = L.Permission) AS T" +
+           where + " ORDER BY ID DESC";
 }
 
 std::vector<UserLogEntry> UserLog::latest(int limit) {
-    const std::string sql = "SELECT TOP " + std::to_string(limit < 0 ? 0 : limit) + " * FROM (" +
-                            std::string(listStatement()) + ") AS T ORDER BY T.ID DESC";
+    const std::string sql = listStatement({}, limit);
     const RowSet rows = rowsOf(session_, sql);
     const auto text = [&](std::size_t column, std::size_t row) { return textAt(rows, column, row); };
     std::vector<UserLogEntry> entries;

@@ -35,10 +35,10 @@ public:
     // The latest first.
     [[nodiscard]] std::vector<UserLogEntry> latest(int limit);
 
-    // A statement for a grid: ID, LogDate, LogTime, UserName, WorkstationName, SoftwarePart, PartTitle, Permission,
-    // PermissionTitle, Text, Description, UserCode; in no certain order. Conditions on these names may be put around
-    // it.
-    [[nodiscard]] static std::string_view listStatement();
+    // A statement for a grid, at most `limit` entries, the latest first: ID, LogDate, LogTime, UserName,
+    // WorkstationName, SoftwarePart, PartTitle, Permission, PermissionTitle, Text, Description, UserCode. Only entries
+    // that meet all `conditions`, T-SQL on these names; an empty one narrows nothing.
+    [[nodiscard]] static std::string listStatement(const std::vector<std::string>& conditions, int limit);
 
 private:
     Session& session_;

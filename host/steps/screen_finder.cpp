@@ -1,5 +1,6 @@
 #include "host/steps/screen_finder.h"
 
+#include <QAction>
 #include <QApplication>
 
 #include "host/steps/step_failure.h"
@@ -23,6 +24,16 @@ QWidget* topScreen() {
         if (isScreen(window)) last = window;
     }
     return last;
+}
+
+QMenu* openMenu() {
+    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+}
+
+QAction* menuItem(const QMenu& menu, const std::string& name) {
+    for (QAction* action : menu.actions())
+        if (action->isVisible() && action->objectName() == QString::fromStdString(name)) return action;
+    return nullptr;
 }
 
 QWidget& requireTopScreen() {

@@ -1,6 +1,7 @@
 // Finds the screen on top and the objects on it.
 #pragma once
 
+#include <QMenu>
 #include <QWidget>
 #include <string>
 
@@ -15,5 +16,10 @@ namespace basalt::host {
 // The object of that name on the screen on top; "-" and the screen's own name are the screen. Of several the visible
 // one. StepFailure when there is none.
 [[nodiscard]] QWidget& requireObject(const std::string& name);
+
+// The menu that is open on top of everything; null when there is none.
+[[nodiscard]] QMenu* openMenu();
+// The visible item of that name; null when the menu has none.
+[[nodiscard]] QAction* menuItem(const QMenu& menu, const std::string& name);
 
 }  // namespace basalt::host

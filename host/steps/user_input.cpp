@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QKeySequence>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QTabBar>
@@ -110,9 +111,16 @@ QKeyCombination requireKey(const std::string& name) {
     return sequence[0];
 }
 
+UserAction clickItem(QMenu& menu, QAction& item) {
+    if (!item.isEnabled()) throw StepFailure(item.objectName().toStdString() + " to be enabled", "it disabled");
+    return [&menu, &item] { QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(&item).center()); };
+}
+
 }  // namespace
 
 UserAction click(const std::string& object) {
+    if (QMenu* menu = openMenu())
+        if (QAction* item = menuItem(*menu, object)) return clickItem(*menu, *item);
     QWidget& widget = requireUsable(object);
     QPoint position = widget.rect().center();
     QWidget& target = underMouse(widget, position);
@@ -142,6 +150,7 @@ UserAction doubleClick(const std::string& object) {
 
 UserAction pressKey(const std::string& object, const std::string& key) {
     const QKeyCombination combination = requireKey(key);
+    if (QMenu* menu = openMenu(); menu && object == "-") return [menu, combination] { pressOn(*menu, combination); };
     QWidget& widget = requireUsable(object);
     requireActive(widget);
     QWidget& target = keyTarget(widget);

@@ -11,9 +11,11 @@
 //   saving:       IsValid; when it answers true BeforeSave, OnSave, AfterSave, then the base marks the editor saved;
 //                 after save and new the base opens a new record again
 //
-// A record is new when the mode is fmNew or IsNewRecordMode answers true. The base holds the record's code in
-// CodeLock_TBL from opening to closing. An error in OnSave is shown by the base; the editor stays open with what was
-// typed.
+// A record is new when the mode is fmNew or IsNewRecordMode answers true. Before the base opens it, it asks whether the
+// user may add (a new one) or change records of the editor's part; when not, the editor closes itself on creation, and
+// save and new only saves. The base holds the record's code in CodeLock_TBL from opening to closing. An error in OnSave
+// is shown by the base and what was written is rolled back; the editor stays open with what was typed. A record that
+// another user has changed or deleted since it was read is a DatabaseError of category Conflict on every attempt.
 #pragma once
 
 #include <QDialog>

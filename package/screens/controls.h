@@ -81,6 +81,11 @@ public:
     return control && control->isVisibleTo(control->window()) && control->isEnabled();
 }
 
+// Enough for a handler to act when it is called; keys and clicks reach usable buttons only.
+[[nodiscard]] inline bool isEnabledOrVisible(const QWidget* control) {
+    return control && (control->isEnabled() || control->isVisibleTo(control->window()));
+}
+
 enum class TSearchDataType { Digits, Text, Amount };
 
 struct TSearchItem {

@@ -1,13 +1,26 @@
 #include "package/screens/db_label.h"
 
+#include <QPainter>
+#include <QStyle>
+#include <QTextLayout>
+
 #include "ado/query.h"
 
 namespace basalt {
 
+namespace {
+
+// Enough for a remark, and the list above does not jump when the row changes.
+constexpr int kLines = 3;
+constexpr int kNarrowest = 80;
+constexpr int kUsualWidth = 320;
+
+}  // namespace
+
 TDBText::TDBText(QWidget* parent) : QLabel(parent) {
     // The database's text is text, whatever it looks like.
     setTextFormat(Qt::PlainText);
-    setWordWrap(true);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
 TDBText::~TDBText() {
@@ -35,6 +48,70 @@ void TDBText::refresh() {
     TDataSet* rows = source_ != nullptr ? source_->DataSet() : nullptr;
     const TField* field = rows != nullptr && rows->Active() && !rows->IsEmpty() ? rows->FindField(field_) : nullptr;
     setText(field != nullptr ? QString::fromStdString(field->AsString()) : QString());
+    showToolTip();
+}
+
+QSize TDBText::sizeHint() const {
+    return {kUsualWidth, minimumSizeHint().height()};
+}
+
+QSize TDBText::minimumSizeHint() const {
+    const QMargins margins = contentsMargins();
+    return {kNarrowest, kLines * fontMetrics().lineSpacing() + margins.top() + margins.bottom()};
+}
+
+QStringList TDBText::shownLines(bool& cut) const {
+    QString whole = text();
+    whole.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace('\n', QChar::LineSeparator);
+    QTextLayout layout(whole, font());
+    QTextOption option;
+    option.setTextDirection(layoutDirection());
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    QStringList lines;
+    cut = false;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(contentsRect().width());
+        if (lines.size() + 1 == kLines) {
+            // Whatever is left stands on the last line as far as it goes.
+            QString rest = whole.mid(line.textStart());
+            rest.replace(QChar::LineSeparator, ' ');
+            lines += fontMetrics().elidedText(rest, Qt::ElideRight, contentsRect().width());
+            cut = lines.back() != rest;
+            break;
+        }
+        lines += whole.mid(line.textStart(), line.textLength()).remove(QChar::LineSeparator).trimmed();
+    }
+    layout.endLayout();
+    return lines;
+}
+
+void TDBText::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setPen(palette().color(foregroundRole()));
+    painter.setLayoutDirection(layoutDirection());
+    bool cut = false;
+    QRect line = contentsRect();
+    line.setHeight(fontMetrics().lineSpacing());
+    const int alignment = QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading) | Qt::AlignAbsolute |
+                          Qt::AlignVCenter | Qt::TextSingleLine;
+    for (const QString& words : shownLines(cut)) {
+        painter.drawText(line, alignment, words);
+        line.translate(0, line.height());
+    }
+}
+
+void TDBText::resizeEvent(QResizeEvent* event) {
+    QLabel::resizeEvent(event);
+    showToolTip();
+}
+
+void TDBText::showToolTip() {
+    bool cut = false;
+    static_cast<void>(shownLines(cut));
+    // As rich text a tool tip breaks into lines.
+    setToolTip(cut ? QStringLiteral("<p dir=\"auto\">%1</p>").arg(text().toHtmlEscaped()) : QString());
 }
 
 }  // namespace basalt

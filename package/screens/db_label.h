@@ -5,7 +5,8 @@
 //   comment->SetDataSource(&store.CostLevel_List_DS);
 //   comment->SetFieldName("Comment");
 //
-// It shows nothing while the data set is closed or empty, and after the data source has gone away.
+// A text that is longer than its few lines ends in three dots, and the whole of it is the tool tip; text() is always
+// the whole text. It shows nothing while the data set is closed or empty, and after the data source has gone away.
 #pragma once
 
 #include <QLabel>
@@ -25,8 +26,19 @@ public:
     void SetDataSource(TDataSource* source);
     void SetFieldName(const std::string& field);
 
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+    [[nodiscard]] bool hasHeightForWidth() const override { return false; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     void refresh();
+    void showToolTip();
+    // The lines as they are painted; `cut` tells that the text goes on behind them.
+    [[nodiscard]] QStringList shownLines(bool& cut) const;
     void dataChanged() override { refresh(); }
     void rowChanged(std::int64_t /*row*/) override { refresh(); }
     void cursorMoved() override { refresh(); }

@@ -238,6 +238,21 @@ TEST_F(DataSet, integersThatDoNotFitAreRefused) {
     EXPECT_THROW(static_cast<void>(query.FieldByName("Big").AsInteger()), DatabaseError);
 }
 
+TEST_F(DataSet, aColumnWithoutANameIsNamedByItsPlace) {
+    session.expect("select 1, big",
+                   makeRows({{.name = "", .type = FieldType::BigInt}, {.name = "", .type = FieldType::BigInt}},
+                            {{integer(1), integer(2147483648)}}));
+    query.SQL = "select 1, big";
+    query.Open();
+    try {
+        static_cast<void>(query.Fields(1).AsInteger());
+        ADD_FAILURE() << "was read";
+    } catch (const DatabaseError& error) {
+        EXPECT_EQ(std::string(error.what()),
+                  query.Name() + ", column 2: the value 2147483648 is out of range for a 32-bit integer");
+    }
+}
+
 TEST_F(DataSet, readsAnyRowWithoutMoving) {
     open();
     EXPECT_EQ(query.textAt(3, 2), "beta");

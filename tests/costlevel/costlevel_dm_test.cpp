@@ -359,7 +359,7 @@ TEST_F(CostLevelStore, failingLogIsReportedAsSubRecords) {
     EXPECT_THAT(host.calls,
                 ElementsAre("HavePermission(user 1, 114, 3, false, true, '')",
                             "LocateLockCode_SoftwarePart('4', 114, 7, false)", "MsgDeleteRow()", "begin",
-                            "SetUserEvent(114, 3, '4', true, false)", "MsgHasSubRecords('سطر')", "rollback"));
+                            "SetUserEvent(114, 3, '4', true, false)", "rollback", "MsgHasSubRecords('سطر')"));
     EXPECT_FALSE(host.DM().ADOConnection1.InTransaction());
 }
 
@@ -372,7 +372,7 @@ TEST_F(CostLevelStore, failingPrintSettingsAreReportedAsSubRecords) {
                                         "LocateLockCode_SoftwarePart('4', 114, 7, false)", "MsgDeleteRow()", "begin",
                                         "SetUserEvent(114, 3, '4', true, false)",
                                         "Delete from PrintsSettings where PartName='CostReport' and Comment='F4'",
-                                        "MsgHasSubRecords('سطر')", "rollback"));
+                                        "rollback", "MsgHasSubRecords('سطر')"));
     EXPECT_FALSE(host.DM().ADOConnection1.InTransaction());
 }
 
@@ -387,7 +387,7 @@ TEST_F(CostLevelStore, referencedPriceLevelIsReportedAsSubRecords) {
                             "LocateLockCode_SoftwarePart('4', 114, 7, false)", "MsgDeleteRow()", "begin",
                             "SetUserEvent(114, 3, '4', true, false)",
                             "Delete from PrintsSettings where PartName='CostReport' and Comment='F4'",
-                            "Delete CostLevel where Code= 4 AND CostType = 1", "MsgHasSubRecords('سطر')", "rollback"));
+                            "Delete CostLevel where Code= 4 AND CostType = 1", "rollback", "MsgHasSubRecords('سطر')"));
     EXPECT_FALSE(host.DM().ADOConnection1.InTransaction());
 }
 
@@ -399,7 +399,7 @@ TEST_F(CostLevelStore, referencedDiscountLevelIsReportedAsSubRecords) {
     EXPECT_THAT(host.calls,
                 ElementsAre("LocateLockCode_SoftwarePart('2', 134, 7, false)", "MsgDeleteRow()", "begin",
                             "SetUserEvent(134, 3, '2', true, false)", "Delete CostLevel where Code= 2 AND CostType = 3",
-                            "MsgHasSubRecords('سطر')", "rollback"));
+                            "rollback", "MsgHasSubRecords('سطر')"));
     EXPECT_FALSE(host.DM().ADOConnection1.InTransaction());
 }
 

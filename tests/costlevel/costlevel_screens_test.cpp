@@ -167,13 +167,6 @@ TEST_F(CostLevelScreens, editorThatClosedItselfIsNotShown) {
     EXPECT_THAT(host.calls, ElementsAre("SetCodeControl Code_EDT", "SetSaveControl Save_BTN 2"));
 }
 
-TEST_F(CostLevelScreens, hiddenButtonsDoNothing) {
-    const auto list = openList(fmBrowse, twoLevels());
-    list->New_BTNClick();
-    list->Delete_BTNClick();
-    EXPECT_THAT(host.calls, IsEmpty());
-}
-
 TEST_F(CostLevelScreens, newRecordThroughAShownButton) {
     const auto list = openList(fmBrowse, twoLevels());
     control<FakeButton>(*list, "New_BTN").show();
@@ -200,6 +193,36 @@ TEST_F(CostLevelScreens, newRecordThroughAShownButton) {
     list->New_BTNClick();
     EXPECT_THAT(host.calls, ::testing::Contains("SetUserEvent(114, 1, '11', false, true)"));
     EXPECT_EQ(control<FakeGrid>(*list, "GroupList_GRD").CurrentRow(), 2);
+}
+
+TEST_F(CostLevelScreens, newLeavesTheListAloneWhenTheEditorClosedItself) {
+    const auto list = openList(fmBrowse, twoLevels());
+    screens.editorsCloseOnCreate = true;
+    list->New_BTNClick();
+    EXPECT_THAT(host.calls, ::testing::Not(::testing::Contains("editor shown")));
+    EXPECT_THAT(host.calls, ::testing::Not(::testing::Contains("ResetDataset(CostLevel_List_QUR)")));
+}
+
+TEST_F(CostLevelScreens, newAndDeleteActUnlessTheirButtonIsHiddenAndDisabled) {
+    const auto list = openList(fmBrowse, twoLevels());
+    host.permitted = false;
+    list->Delete_BTNClick();  // hidden, but enabled
+    EXPECT_THAT(host.calls, ElementsAre("HavePermission(user 1, 114, 3, false, true, '')"));
+    host.calls.clear();
+    control<FakeButton>(*list, "Delete_BTN").setEnabled(false);
+    control<FakeButton>(*list, "New_BTN").setEnabled(false);
+    list->Delete_BTNClick();
+    list->New_BTNClick();
+    EXPECT_THAT(host.calls, IsEmpty());
+    control<FakeButton>(*list, "Delete_BTN").show();
+    list->Delete_BTNClick();  // shown, but disabled
+    EXPECT_THAT(host.calls, ElementsAre("HavePermission(user 1, 114, 3, false, true, '')"));
+}
+
+TEST_F(CostLevelScreens, deleteAsksForThePermissionBeforeItLooksForARow) {
+    const auto list = openList(fmBrowse, levelRows({}));
+    list->Delete_BTNClick();
+    EXPECT_THAT(host.calls, ElementsAre("HavePermission(user 1, 114, 3, false, true, '')"));
 }
 
 TEST_F(CostLevelScreens, deleteThroughAShownButtonAsksForThePermission) {
@@ -306,6 +329,25 @@ TEST_F(CostLevelEditor, fillsFromTheRecord) {
     EXPECT_EQ(control<QComboBox>(*editor, "Type_CMB").currentIndex(), 1);
     EXPECT_TRUE(editor->base().IsSaved());
     EXPECT_FALSE(editor->IsNewRecordMode(Value{std::int64_t{0}}));
+}
+
+TEST_F(CostLevelEditor, aDiscountLevelHasNoTypeItem) {
+    const auto editor = editDiscountLevel();
+    EXPECT_EQ(control<QComboBox>(*editor, "Type_CMB").currentIndex(), -1);
+}
+
+TEST_F(CostLevelEditor, initEmptiesTheInputs) {
+    const auto editor = editPriceLevel();
+    control<QLineEdit>(*editor, "Comment_EDT").setFocus();
+    editor->SetIsSaved(false);
+    editor->SetCode(Value{std::int64_t{11}});
+    editor->Init(false);
+    EXPECT_EQ(control<QSpinBox>(*editor, "Code_EDT").value(), 11);
+    EXPECT_EQ(control<QLineEdit>(*editor, "Name_EDT").text(), "");
+    EXPECT_EQ(control<QLineEdit>(*editor, "Comment_EDT").text(), "");
+    EXPECT_EQ(control<QComboBox>(*editor, "Type_CMB").currentIndex(), 0);
+    EXPECT_EQ(editor->focusWidget(), &control<QLineEdit>(*editor, "Name_EDT"));
+    EXPECT_TRUE(editor->base().IsSaved());
 }
 
 TEST_F(CostLevelEditor, codeReadsInPersianDigits) {
@@ -483,15 +525,29 @@ TEST_F(CostLevelEntryPoints, selectWithoutAPickGivesZero) {
     EXPECT_EQ(resultOf("Select_CostLevel_List"), "0");
 }
 
-TEST_F(CostLevelEntryPoints, errorPassesAfterTheScreenIsGone) {
-    QPointer<QWidget> shown;
-    screens.onList = [&shown](TBaseDock_FRM& list) {
-        shown = &list;
-        throw DatabaseError(ErrorCategory::Connection, "08S01", 0, "the connection is lost");
-    };
-    script.expect(kPriceList, twoLevels());
-    EXPECT_THROW(Open_CostLevel_List(), DatabaseError);
-    EXPECT_TRUE(shown.isNull());
+struct EntryOfList {
+    const char* name;
+    void (*open)();
+    const char* statement;
+};
+
+TEST_F(CostLevelEntryPoints, errorsPassAfterTheScreenIsGone) {
+    const EntryOfList entries[]{
+        {"Select_CostLevel_List", [] { static_cast<void>(Select_CostLevel_List()); }, kPriceList},
+        {"Open_CostLevel_List", &Open_CostLevel_List, kPriceList},
+        {"Open_DiscountLevel_List", &Open_DiscountLevel_List, kDiscountList}};
+    for (const EntryOfList& entry : entries) {
+        SCOPED_TRACE(entry.name);
+        QPointer<QWidget> shown;
+        screens.onList = [&shown](TBaseDock_FRM& list) {
+            shown = &list;
+            throw DatabaseError(ErrorCategory::Connection, "08S01", 0, "the connection is lost");
+        };
+        script.expect(entry.statement, twoLevels());
+        EXPECT_THROW(entry.open(), DatabaseError);
+        EXPECT_TRUE(shown.isNull());
+        EXPECT_EQ(host.calls.back(), "list shown");
+    }
 }
 
 TEST_F(CostLevelEntryPoints, needAHostThatShowsScreens) {

@@ -1,5 +1,7 @@
 #include "host/desktop/database_start.h"
 
+#include <sqlite3.h>
+
 #include <QTimer>
 #include <fstream>
 
@@ -109,6 +111,26 @@ TEST_F(Start, theUserMakesADemoDatabase) {
     ASSERT_TRUE(opened.has_value());
     EXPECT_TRUE(fs::exists(file("new.db").target));
     EXPECT_FALSE(fs::exists(file("missing.db").target));
+}
+
+TEST_F(Start, aDatabaseInTheHandsOfAnotherProgramIsWaitedForAndTriedAgain) {
+    const DatabaseUrl url = file("locked.db");
+    createDatabase(url, true);
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(url.target.c_str(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(other, "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE", nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    QTimer::singleShot(0, [&] {
+        QWidget* dialog = QApplication::activeModalWidget();
+        ASSERT_NE(dialog, nullptr);
+        titles.push_back(shown(*dialog, "ProblemTitle_LBL"));
+        titles.push_back(shown(*dialog, "ProblemAdvice_LBL"));
+        sqlite3_close(other);
+        click(*dialog, "Retry_BTN");
+    });
+    EXPECT_TRUE(DatabaseOpener(url, {}).open().has_value());
+    EXPECT_EQ(titles, (std::vector<std::string>{"پایگاه داده در دست برنامهٔ دیگری است",
+                                                MessageCatalogue().errorText(ErrorCategory::Busy)}));
 }
 
 TEST_F(Start, tryingAgainOpensWhatHasBeenPutRight) {

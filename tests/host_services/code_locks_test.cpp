@@ -71,6 +71,21 @@ TEST_F(CodeLocksTest, rowsOfOtherProgramsCountAsInUse) {
     EXPECT_TRUE(first.LocateLockCode_SoftwarePart("7", spPriceLevels, first.IniOptions().LockOwner, false));
 }
 
+TEST_F(CodeLocksTest, numbersAreHeldHoweverTheyAreWritten) {
+    execute(*firstSession,
+            "INSERT INTO dbo.CodeLock_TBL (Code, Status, WorkstationName) VALUES (N'07', 114, N'انبار'), "
+            "(N' 8 ', 114, N'انبار'), (N'A9', 114, N'انبار')");
+    for (const char* const code : {"7", "8", "A9"}) {
+        EXPECT_TRUE(first.LocateLockCode_SoftwarePart(code, spPriceLevels, first.IniOptions().LockOwner, false))
+            << code;
+        EXPECT_THAT(first.codeLocks().others(code, spPriceLevels), SizeIs(1)) << code;
+    }
+    for (const char* const code : {"70", "9", "A09", "", "0"})
+        EXPECT_FALSE(first.LocateLockCode_SoftwarePart(code, spPriceLevels, first.IniOptions().LockOwner, false))
+            << code;
+    EXPECT_FALSE(first.LocateLockCode_SoftwarePart("7", spTags, first.IniOptions().LockOwner, false));
+}
+
 TEST_F(CodeLocksTest, aRecordMayBeOpenTwiceAndSaysWhoElseHasIt) {
     first.setClock(clock);
     const CodeLock mine = first.codeLocks().hold("3", spPriceLevels);

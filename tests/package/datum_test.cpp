@@ -176,6 +176,15 @@ TEST(Datum, refusalShowsTheValue) {
     }
 }
 
+TEST(Datum, amountsReadAsUsersWriteThem) {
+    EXPECT_EQ(Datum("۱۲٬۵۰۰٫۵").asAmount(), 12500.5L);
+    EXPECT_EQ(Datum("٣").asAmount(), 3.0L);
+    EXPECT_EQ(Datum(" -12,500.5 ").asAmount(), -12500.5L);
+    EXPECT_EQ(Datum(7).asAmount(), 7.0L);
+    for (const char* const text : {"", "دو", "1e3", "۱۲ ریال"})
+        EXPECT_THROW(static_cast<void>(Datum(text).asAmount()), UsageError) << text;
+}
+
 TEST(Datum, amountsMustBeFiniteAndHold) {
     EXPECT_THROW((void)Datum(std::numeric_limits<Extended>::infinity()), UsageError);
     EXPECT_THROW((void)Datum(1e39L), UsageError);
