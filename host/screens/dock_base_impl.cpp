@@ -165,6 +165,7 @@ std::vector<QString> DockBaseImpl::headerLines() const {
     const std::vector<std::string> detail = screen_.GetDetailReport_Description(code ? code->AsValue() : Value());
     texts.insert(texts.end(), detail.begin(), detail.end());
     std::vector<QString> lines;
+    lines.reserve(texts.size());
     for (const std::string& text : texts)
         lines.push_back(QString::fromStdString(text));
     return lines;

@@ -40,7 +40,7 @@ TPrintSetting PrintSettingMemory::recall(const TPrintSettingRequest& request) {
             column.Visible = row->second;
 
     auto next = setting.Columns.begin();
-    for (const QJsonValue& entry : own.value(QStringLiteral("columns")).toArray()) {
+    for (const auto& entry : own.value(QStringLiteral("columns")).toArray()) {
         const std::string name = entry.toObject().value(QStringLiteral("name")).toString().toStdString();
         const auto found = std::find_if(next, setting.Columns.end(),
                                         [&](const TPrintColumn& column) { return settingName(column) == name; });

@@ -343,7 +343,7 @@ void SmartGrid::arrange(const QJsonObject& arrangement) {
     QHeaderView* header = view_->horizontalHeader();
     const auto indexOf = [&](const QString& field) { return columnOf(field.toStdString()); };
     int place = 0;
-    for (const QJsonValue& entry : arrangement.value(QStringLiteral("columns")).toArray()) {
+    for (const auto& entry : arrangement.value(QStringLiteral("columns")).toArray()) {
         const QJsonObject kept = entry.toObject();
         const int column = indexOf(kept.value(QStringLiteral("field")).toString());
         if (column < 0) continue;

@@ -136,7 +136,8 @@ TEST_F(Messages, flashMessagesWaitForNobody) {
     // A second note takes the place of the first and the last one goes away by itself.
     Toast::show(&window, QStringLiteral("دوم"), 30);
     EXPECT_EQ(window.findChildren<QFrame*>(QStringLiteral("Toast")).size(), 1);
-    QTRY_VERIFY2(window.findChildren<QFrame*>(QStringLiteral("Toast")).isEmpty(), "the note stays");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.findChildren<QFrame*>(QStringLiteral("Toast")).isEmpty(); }))
+        << "the note stays";
 }
 
 }  // namespace
