@@ -138,8 +138,4 @@ DatabaseError errorOf(const std::vector<Diagnostic>& records, std::string_view s
     return {ErrorCategory::Other, "HY000", 0, message, std::string(statement)};
 }
 
-DatabaseError withContext(const DatabaseError& error, const std::string& context) {
-    return {error.category(), error.sqlState(), error.nativeCode(), context + ": " + error.what(), error.statement()};
-}
-
 }  // namespace basalt::odbc

@@ -31,7 +31,4 @@ struct Diagnostic {
 // The first record that is an error; a general error when the driver says nothing.
 [[nodiscard]] DatabaseError errorOf(const std::vector<Diagnostic>& records, std::string_view statement);
 
-// The same error told with its circumstances before it: "the connection was lost: ...".
-[[nodiscard]] DatabaseError withContext(const DatabaseError& error, const std::string& context);
-
 }  // namespace basalt::odbc

@@ -140,7 +140,8 @@ private:
         try {
             Parameters none(connection_->traits());
             const BatchResult answer = connection_->execute("SELECT @@TRANCOUNT, XACT_STATE()", none);
-            const RowSet& state = answer.results.at(0).rows.value();
+            if (answer.results.empty() || !answer.results.front().rows) return;
+            const RowSet& state = *answer.results.front().rows;
             inTransaction_ = toInt64(state.column(0).valueAt(0)) > 0;
             if (toInt64(state.column(1).valueAt(0)) >= 0) return;
             connection_->execute(rollbackText(), none);

@@ -112,6 +112,11 @@ void TdsResponder::keepWaiting() {
     answers_.push_back({Answer::Wait, {}});
 }
 
+void TdsResponder::answerWith(std::function<TdsReply(const TdsRequest&)> handler) {
+    const std::lock_guard lock(mutex_);
+    handler_ = std::move(handler);
+}
+
 void TdsResponder::refuseLogin(int number, const std::string& message) {
     const std::lock_guard lock(mutex_);
     refusals_.push_back(TdsReply().error(number, 14, message).doneWithError());
@@ -207,16 +212,20 @@ bool TdsResponder::logIn(int client) {
 
 bool TdsResponder::respond(int client, const TdsRequest& request) {
     Answer answer;
+    std::function<TdsReply(const TdsRequest&)> handler;
     {
         const std::lock_guard lock(mutex_);
         requests_.push_back(request);
-        if (answers_.empty()) {
+        if (answers_.empty() && handler_) {
+            handler = handler_;
+        } else if (answers_.empty()) {
             answer.bytes = TdsReply().error(50000, 16, "unexpected request: " + request.text).doneWithError().bytes();
         } else {
             answer = answers_.front();
             answers_.pop_front();
         }
     }
+    if (handler) answer.bytes = handler(request).bytes();
     if (answer.end == Answer::Wait) return true;
     return sendPackets(client, answer.bytes, answer.end == Answer::Complete) && answer.end == Answer::Complete;
 }

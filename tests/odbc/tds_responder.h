@@ -8,6 +8,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -34,6 +35,9 @@ public:
     void answerAndHangUp(const std::string& bytes);
     // Says nothing until the client gives up.
     void keepWaiting();
+    // Every request that has no scripted answer, for a server that is more than a script. Called in the server's
+    // thread.
+    void answerWith(std::function<TdsReply(const TdsRequest&)> handler);
     // Of the next login.
     void refuseLogin(int number, const std::string& message);
 
@@ -64,6 +68,7 @@ private:
     mutable std::mutex mutex_;
     std::deque<Answer> answers_;
     std::deque<TdsReply> refusals_;
+    std::function<TdsReply(const TdsRequest&)> handler_;
     std::vector<TdsRequest> requests_;
     int logins_ = 0;
     int client_ = -1;

@@ -1,0 +1,27 @@
+// A server that speaks TDS and T-SQL on this machine: the scripted responder, with answers from the embedded engine. It
+// shows that real scripts and real data pass through FreeTDS unharmed.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "engines/embedded/embedded_session.h"
+#include "tds_responder.h"
+
+namespace basalt::odbc::test {
+
+class StandInServer {
+public:
+    // Keeps its data in that file.
+    explicit StandInServer(const std::string& file);
+
+    [[nodiscard]] std::string connectionPart() const { return responder_.connectionPart(); }
+
+private:
+    TdsReply answer(const TdsRequest& request);
+
+    std::unique_ptr<embedded::EmbeddedSession> session_;
+    TdsResponder responder_;  // goes first, with its thread
+};
+
+}  // namespace basalt::odbc::test
