@@ -2,8 +2,6 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
@@ -111,21 +109,6 @@ void registerBenchmarks(Readers& readers) {
     large("open/plain", [&readers] { return readers.plain.readAll(kGoodsStatement).size(); });
     large("open/qt_sql", [&readers] { return readers.qt.readAll(kGoodsStatement); });
     large("open/soci", [&readers] { return readers.soci.readAll(kGoodsStatementUndeclared); });
-}
-
-// Takes --rows=N out of the arguments.
-int takeRows(int& count, char** arguments) {
-    int rows = 1'000'000;
-    int kept = 0;
-    for (int i = 0; i < count; ++i) {
-        if (std::strncmp(arguments[i], "--rows=", 7) == 0) {
-            rows = std::atoi(arguments[i] + 7);
-        } else {
-            arguments[kept++] = arguments[i];
-        }
-    }
-    count = kept;
-    return rows;
 }
 
 bool run(int count, char** arguments) {

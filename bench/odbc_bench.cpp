@@ -3,8 +3,6 @@
 
 #include <clocale>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <functional>
 #include <memory>
 #include <string>
@@ -12,6 +10,7 @@
 #include "ado/query.h"
 #include "bench/odbc_readers.h"
 #include "bench/odbc_sample.h"
+#include "bench/program.h"
 #include "bench/ratios.h"
 #include "engines/odbc/odbc_session.h"
 
@@ -49,35 +48,8 @@ void add(const char* name, std::size_t rows, const std::function<std::size_t()>&
         ->Iterations(1);
 }
 
-// Takes --rows=N out of the arguments.
-int takeRows(int& count, char** arguments) {
-    int rows = 1'000'000;
-    int kept = 0;
-    for (int i = 0; i < count; ++i) {
-        if (std::strncmp(arguments[i], "--rows=", 7) == 0) {
-            rows = std::atoi(arguments[i] + 7);
-        } else {
-            arguments[kept++] = arguments[i];
-        }
-    }
-    count = kept;
-    return rows;
-}
-
-double quotient(double a, double b) {
-    return b == 0 ? 0 : a / b;
-}
-
-int run(int count, char** arguments) {
+bool run(int count, char** arguments) {
     const int rows = takeRows(count, arguments);
-    std::vector<char*> all(arguments, arguments + count);
-    std::string repetitions = "--benchmark_repetitions=5";
-    std::string interleave = "--benchmark_enable_random_interleaving=true";
-    all.insert(all.begin() + 1, {repetitions.data(), interleave.data()});
-    int allCount = static_cast<int>(all.size());
-    all.push_back(nullptr);
-    benchmark::Initialize(&allCount, all.data());
-
     // The driver has narrow calls only, and the driver manager converts by the locale.
     std::setlocale(LC_CTYPE, "C.UTF-8");
     const OdbcSample sample(rows);
@@ -92,26 +64,17 @@ int run(int count, char** arguments) {
     add("open/plain", expected, [&] { return plain.readAll(kOdbcStatement); });
     if (qt) add("open/qt_sql", expected, [&] { return qt->readAll(kOdbcStatement); });
     if (soci) add("open/soci", expected, [&] { return soci->readAll(kOdbcStatement); });
-    SmallestTimes times;
-    benchmark::RunSpecifiedBenchmarks(&times);
-    const bool good =
-        report({{"open: data set / plain loop with bound columns",
-                 quotient(times.of("open/data_set"), times.of("open/plain")), 1.25},
-                {"open: data set / QtSql's QODBC", quotient(times.of("open/data_set"), times.of("open/qt_sql")), 1.0},
-                {"open: data set / SOCI's ODBC", quotient(times.of("open/data_set"), times.of("open/soci")), 1.0}});
-    benchmark::ClearRegisteredBenchmarks();
-    benchmark::Shutdown();
-    return good ? EXIT_SUCCESS : EXIT_FAILURE;
+    const SmallestTimes times = runRegistered(count, arguments, 5);
+    return report(
+        {{"open: data set / plain loop with bound columns", quotient(times.of("open/data_set"), times.of("open/plain")),
+          1.25},
+         {"open: data set / QtSql's QODBC", quotient(times.of("open/data_set"), times.of("open/qt_sql")), 1.0},
+         {"open: data set / SOCI's ODBC", quotient(times.of("open/data_set"), times.of("open/soci")), 1.0}});
 }
 
 }  // namespace
 }  // namespace basalt::bench
 
 int main(int count, char** arguments) {
-    try {
-        return basalt::bench::run(count, arguments);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s\n", error.what());
-        return EXIT_FAILURE;
-    }
+    return basalt::bench::program([&] { return basalt::bench::run(count, arguments); });
 }

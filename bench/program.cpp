@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 #include <string>
 #include <vector>
@@ -21,6 +22,20 @@ SmallestTimes runRegistered(int count, char** arguments, int repetitions) {
     benchmark::ClearRegisteredBenchmarks();
     benchmark::Shutdown();
     return times;
+}
+
+int takeRows(int& count, char** arguments) {
+    int rows = 1'000'000;
+    int kept = 0;
+    for (int i = 0; i < count; ++i) {
+        if (std::strncmp(arguments[i], "--rows=", 7) == 0) {
+            rows = std::atoi(arguments[i] + 7);
+        } else {
+            arguments[kept++] = arguments[i];
+        }
+    }
+    count = kept;
+    return rows;
 }
 
 int program(const std::function<bool()>& run) {

@@ -19,6 +19,9 @@ namespace basalt::bench {
 // Benchmark's; what they say goes before the repetitions named here.
 [[nodiscard]] SmallestTimes runRegistered(int count, char** arguments, int repetitions);
 
+// Takes --rows=N out of the arguments; a million when it is not among them.
+[[nodiscard]] int takeRows(int& count, char** arguments);
+
 // The exit status: 0 when the run answers true, 1 when it answers false or throws (the reason goes to standard error).
 [[nodiscard]] int program(const std::function<bool()>& run);
 

@@ -177,16 +177,22 @@ void Parameters::makeRoom(Slot& slot) {
 
 void Parameters::addArgument(const ColumnInfo& type, const Value& value, bool output, std::string name) {
     Slot slot;
-    const Value fitted = convertValue(type, value);
-    if (const auto* point = std::get_if<DateTime>(&fitted)) {
-        const SQL_TIMESTAMP_STRUCT stamp = toTimestamp(*point);
-        putBytes(slot, &stamp, sizeof(stamp));
-    } else {
-        put(slot, fitted);
-    }
-    takeType(slot, type);
     slot.type = type;
     slot.name = std::move(name);
+    try {
+        const Value fitted = convertValue(type, value);
+        if (const auto* point = std::get_if<DateTime>(&fitted)) {
+            const SQL_TIMESTAMP_STRUCT stamp = toTimestamp(*point);
+            putBytes(slot, &stamp, sizeof(stamp));
+        } else {
+            put(slot, fitted);
+        }
+        takeType(slot, type);
+    } catch (const DatabaseError&) {
+        // What its parameter cannot hold goes as it is, for the server to refuse in its own words.
+        if (output) throw;
+        put(slot, value);
+    }
     if (output) {
         slot.direction = SQL_PARAM_INPUT_OUTPUT;
         makeRoom(slot);

@@ -24,7 +24,8 @@ public:
     // column, a datetime2 parameter would never equal what was read from it. A null travels as a text, which every type
     // but the binary ones takes.
     void addMarker(const Value& value);
-    // A procedure's parameter, with the procedure's own type. DatabaseError (Conversion) when the value is none of it.
+    // A procedure's parameter, with the procedure's own type. A value that the type cannot hold is left to the server
+    // to refuse; that of an output parameter is DatabaseError (Conversion).
     void addArgument(const ColumnInfo& type, const Value& value, bool output, std::string name);
     void addReturnValue();
 

@@ -18,7 +18,7 @@ namespace basalt::odbc {
 class ProcedureCall {
 public:
     // The arguments must outlive the call. DatabaseError (8145) for one that the procedure does not have, and
-    // (Conversion) for a value that its parameter cannot hold.
+    // (Conversion) for a value that its output parameter cannot hold.
     ProcedureCall(const ProcedureInfo& procedure, std::string_view name, std::span<const Argument> arguments,
                   const DriverTraits& traits);
 

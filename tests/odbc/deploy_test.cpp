@@ -4,6 +4,11 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <sstream>
+
 #include "drivers.h"
 #include "engines/odbc/odbc_session.h"
 #include "stand_in_server.h"
@@ -57,6 +62,44 @@ TEST(DeployThroughFreeTds, theDatabaseIsTheSameFromBothSides) {
     const std::vector<std::string> before = linesOf(*session, count);
     EXPECT_EQ(host::deployDatabase(*session, {.demo = true}), scripts);
     EXPECT_EQ(linesOf(*session, count), before);
+}
+
+std::string outputOf(const std::string& command) {
+    std::string text;
+    FILE* pipe = popen(command.c_str(), "r");
+    if (pipe == nullptr) return text;
+    std::array<char, 4096> buffer{};
+    while (const std::size_t size = fread(buffer.data(), 1, buffer.size(), pipe))
+        text.append(buffer.data(), size);
+    pclose(pipe);
+    return text;
+}
+
+std::vector<std::string> repliesOf(const std::string& url) {
+    const std::string program = BASALT_BINARY_DIR "/bin/basalt";
+    const std::string calls = BASALT_SOURCE_DIR "/tests/odbc/calls.txt";
+    std::istringstream text(outputOf(program + " batch --database '" + url + "' < " + calls + " 2>&1"));
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(text, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+// The program's functions, each called once, on the same data through the driver and without it.
+TEST(DeployThroughFreeTds, theFunctionsAnswerAlikeOnBothSides) {
+    const auto driver = test::driverPart("libtdsodbc.so");
+    if (!driver) GTEST_SKIP() << "FreeTDS' ODBC driver (libtdsodbc.so) is not installed";
+    const basalt::test::TempFolder folder;
+    host::deployDatabase(*embedded::EmbeddedSession::open(folder.file("direct.db"), {.createIfMissing = true}),
+                         {.demo = true});
+    std::filesystem::copy_file(folder.file("direct.db"), folder.file("shop.db"));
+    test::StandInServer server(folder.file("shop.db"));
+    const std::vector<std::string> direct = repliesOf("embedded:" + folder.file("direct.db"));
+    const std::vector<std::string> through = repliesOf("odbc:" + *driver + server.connectionPart());
+    EXPECT_GE(direct.size(), 20U);
+    ASSERT_EQ(through.size(), direct.size());
+    for (std::size_t i = 0; i < direct.size(); ++i)
+        EXPECT_EQ(through[i], direct[i]);
 }
 
 }  // namespace

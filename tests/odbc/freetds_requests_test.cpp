@@ -265,6 +265,15 @@ TEST_F(FreeTdsProcedures, whatIsLeftOutBetweenOthersTakesItsDefault) {
     EXPECT_EQ(result.batch.results[0].rows.value().column(0).intAt(0), 1);
 }
 
+TEST_F(FreeTdsProcedures, aValueOfAnotherKindIsLeftToTheServer) {
+    server_.answer(description_);
+    server_.answer(
+        TdsReply().error(8114, 16, "Error converting data type nvarchar to int.").returnStatus(-6).doneProcedure(true));
+    const std::vector<Argument> arguments = {{"@Good", std::string("سلام"), false}};
+    EXPECT_EQ(errorOf([&] { session().call("OfferCost", arguments); }).nativeCode(), 8114);
+    EXPECT_THAT(server_.requests().at(1).parameters, ElementsAre(TdsParameter{"", "nvarchar(4000)", "سلام", false}));
+}
+
 TEST_F(FreeTdsProcedures, itIsDescribedOnceForItsCallsAndAnewAfterAnError) {
     server_.answer(description_);
     for (int i = 0; i < 2; ++i)

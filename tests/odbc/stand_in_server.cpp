@@ -71,7 +71,7 @@ Value valueOf(const TdsParameter& parameter) {
     if (parameter.value == "NULL") return Null{};
     if (parameter.type.starts_with("bit")) return bitsOf(parameter.value) != 0;
     if (parameter.type.starts_with("float")) return std::bit_cast<double>(bitsOf(parameter.value));
-    if (parameter.type == "bigint") return std::int64_t{std::stoll(parameter.value)};
+    if (parameter.type.ends_with("int")) return std::int64_t{std::stoll(parameter.value)};
     if (parameter.type.starts_with("decimal")) return *Decimal::parse(parameter.value);
     if (parameter.type.starts_with("nvarchar")) return parameter.value;
     throw std::runtime_error("the stand-in takes no parameter of type " + parameter.type);
@@ -99,14 +99,76 @@ StandInServer::StandInServer(const std::string& file)
     responder_.answerWith([this](const TdsRequest& request) { return answer(request); });
 }
 
+// What the catalog of a live server would say; the embedded engine keeps one of another form.
+TdsReply StandInServer::describe(const std::string& question) {
+    const std::size_t begin = question.find("N'[") + 3;
+    const std::string name = question.substr(begin, question.find("]'", begin) - begin);
+    const auto text = [](const std::string& value) { return Value(value); };
+    const auto number = [](std::int64_t value) { return Value(value); };
+    const std::vector<TdsColumn> named = {tds::nvarchar("name", 128)};
+    const std::vector<TdsColumn> typed = {tds::nvarchar("name", 128),
+                                          tds::nvarchar("", 128),
+                                          tds::integer("max_length", 2),
+                                          tds::integer("precision", 1),
+                                          tds::integer("scale", 1),
+                                          tds::bit("first"),
+                                          tds::bit("second")};
+    const auto row = [&](const std::string& its, const ColumnInfo& type, bool first, bool second) {
+        const int characters = type.typeName.starts_with("n") ? 2 : 1;
+        const std::int64_t length = type.size == 0 ? -1 : std::int64_t{type.size} * characters;
+        return std::vector<Value>{
+            text(its), text(type.typeName), number(length), number(type.precision), number(type.scale), first, second};
+    };
+    TdsReply reply;
+    if (question.find("sys.parameters") != std::string::npos) {
+        const ProcedureInfo info = session_->procedure(name);
+        reply.columns(named).row({text(info.name)}).done(1, true).columns(typed);
+        for (const ParameterInfo& parameter : info.parameters)
+            reply.row(row(parameter.name, parameter.type, parameter.direction != ParameterDirection::Input, false));
+        return reply.done(static_cast<std::int64_t>(info.parameters.size()));
+    }
+    const TableInfo info = session_->table(name);
+    reply.columns(named).row({text(info.name)}).done(1, true).columns(typed);
+    for (const ColumnInfo& column : info.columns)
+        reply.row(row(column.name, column, column.nullable, column.identity));
+    reply.done(static_cast<std::int64_t>(info.columns.size()), true).columns(named);
+    for (const std::string& column : info.key)
+        reply.row({text(column)});
+    return reply.done(static_cast<std::int64_t>(info.key.size()));
+}
+
+// By place, as the driver calls; the answers' names are the procedure's own.
+TdsReply StandInServer::call(const TdsRequest& request) {
+    const ProcedureInfo info = session_->procedure(request.text);
+    std::vector<Argument> arguments;
+    for (std::size_t i = 0; i < request.parameters.size(); ++i) {
+        arguments.push_back({info.parameters.at(i).name, valueOf(request.parameters[i]), request.parameters[i].output});
+    }
+    const CallResult result = session_->call(request.text, arguments);
+    TdsReply reply;
+    for (const StatementResult& each : result.batch.results)
+        write(reply, each);
+    reply.returnStatus(static_cast<int>(result.returnValue));
+    int ordinal = 0;
+    for (const Argument& output : result.outputs) {
+        ColumnInfo type;
+        for (const ParameterInfo& parameter : info.parameters) {
+            if (parameter.name == output.name) type = parameter.type;
+        }
+        reply.returnValue(ordinal++, columnFor(type), output.value);
+    }
+    return reply.doneProcedure();
+}
+
 TdsReply StandInServer::answer(const TdsRequest& request) {
     TdsReply reply;
     try {
         BatchResult batch;
         if (request.kind == TdsRequest::Batch) {
+            if (request.text.starts_with("SELECT o.name FROM ")) return describe(request.text);
             batch = session_->run(request.text);
         } else {
-            if (request.text != "sp_executesql") throw std::runtime_error("the stand-in calls no procedures");
+            if (request.text != "sp_executesql") return call(request);
             std::vector<Value> values;
             // After the statement and the declaration of its parameters.
             for (std::size_t i = 2; i < request.parameters.size(); ++i)

@@ -19,6 +19,8 @@ public:
 
 private:
     TdsReply answer(const TdsRequest& request);
+    TdsReply describe(const std::string& question);
+    TdsReply call(const TdsRequest& request);
 
     std::unique_ptr<embedded::EmbeddedSession> session_;
     TdsResponder responder_;  // goes first, with its thread
