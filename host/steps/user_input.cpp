@@ -130,7 +130,7 @@ UserAction click(const std::string& object) {
 
 UserAction doubleClick(const std::string& object) {
     QWidget& widget = requireUsable(object);
-    QWidget* target = &widget;
+    QWidget* target = nullptr;
     QPoint position = widget.rect().center();
     if (dynamic_cast<TSmartDBGrid_VRO*>(&widget) || qobject_cast<QAbstractItemView*>(&widget)) {
         QAbstractItemView& table = requireTable(object);
