@@ -36,6 +36,16 @@ bool isStraightStatement(const ast::Statement& statement) {
     }
 }
 
+// All that a table variable's definition says.
+std::string_view textOf(const ast::TableDefinition& table, const ast::Batch& batch) {
+    SourceRange range = table.columns.empty() ? SourceRange{} : table.columns.front().range;
+    for (const ast::ColumnDefinition& column : table.columns)
+        range.end = std::max(range.end, column.range.end);
+    for (const ast::Constraint& constraint : table.constraints)
+        range.end = std::max(range.end, constraint.range.end);
+    return batch.textOf(range);
+}
+
 // The temporary table that the statement makes or drops; null when it does neither.
 const std::string* temporaryIn(const ast::Statement& statement) {
     const ast::ObjectName* name = nullptr;
@@ -262,12 +272,16 @@ void Interpreter::createTableVariables(Activation& activation) {
     for (std::size_t i = 0; i < layout.size(); ++i) {
         if (layout[i].table == nullptr) continue;
         // The table of an earlier run is used again, because a new table would make every plan stale.
-        std::string& name = tableVariables_[{layout[i].table, activation.depth}];
-        if (name.empty()) name = "#@" + std::to_string(++nextTableNumber_);
-        if (catalog_.table(name) == nullptr) {
-            executor_.createTable(name, *layout[i].table, activation.batch, activation.environment);
+        TableVariable& variable = tableVariables_[{layout[i].table, activation.depth}];
+        const std::string_view text = textOf(*layout[i].table, activation.batch);
+        // The definition may be another one by now, at the place of one that is gone.
+        if (variable.definition != text && catalog_.table(variable.name) != nullptr) executor_.dropTable(variable.name);
+        if (variable.name.empty()) variable.name = "#@" + std::to_string(++nextTableNumber_);
+        if (catalog_.table(variable.name) == nullptr) {
+            executor_.createTable(variable.name, *layout[i].table, activation.batch, activation.environment);
+            variable.definition = text;
         }
-        activation.frame.setTable(i, name);
+        activation.frame.setTable(i, variable.name);
     }
     // A run that failed may have left rows.
     emptyTableVariables(activation);

@@ -95,6 +95,12 @@ private:
         std::vector<Value> parameters;  // final values, in the order of the parameters
     };
 
+    // The table behind a table variable.
+    struct TableVariable {
+        std::string name;
+        std::string definition;  // its text
+    };
+
     class TemporaryTables;
     class ProcedureScope;
     class FunctionScope;
@@ -165,7 +171,7 @@ private:
     std::uint64_t nextTableNumber_ = 0;
     std::uint64_t nextHiddenNumber_ = 0;
     // The tables behind table variables, by definition and depth of recursion.
-    std::map<std::pair<const void*, std::size_t>, std::string> tableVariables_;
+    std::map<std::pair<const void*, std::size_t>, TableVariable> tableVariables_;
 };
 
 }  // namespace basalt::embedded
