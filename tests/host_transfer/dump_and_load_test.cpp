@@ -51,6 +51,21 @@ TEST_F(DumpAndLoad, theReferenceDatabaseComesBackTheSame) {
     EXPECT_TRUE(copy->integrityCheck().empty());
 }
 
+TEST_F(DumpAndLoad, aTableWithAKeyOfAnotherOrderIsSoundAfterDeploying) {
+    session_->run(
+        "CREATE TABLE dbo.CostLevel (Code int NOT NULL, Name nvarchar(50) NOT NULL, Comment nvarchar(500) NULL, "
+        "CostType "
+        "int NOT NULL, CONSTRAINT PK_CostLevel PRIMARY KEY (Code, CostType))");
+    session_->run("INSERT INTO dbo.CostLevel VALUES (1, N'عمده', NULL, 1), (1, N'نقدی', N'x', 3)");
+    deployDatabase(*session_, {.demo = true});
+    EXPECT_TRUE(session_->integrityCheck().empty());
+    const std::string dump = dumpOf(*session_);
+    EXPECT_THAT(dump, HasSubstr("CONSTRAINT [PK_CostLevel] PRIMARY KEY ([Code], [CostType])"));
+    const auto copy = loaded(dump);
+    EXPECT_TRUE(copy->integrityCheck().empty());
+    EXPECT_EQ(dumpOf(*copy), dump);
+}
+
 TEST_F(DumpAndLoad, everyTypeComesBackExactly) {
     session_->run(
         "CREATE TABLE V (ID int NOT NULL PRIMARY KEY, A tinyint, B smallint, C bigint, D decimal(38,9), E money, F "
