@@ -188,6 +188,29 @@ TEST_F(FreeTds, anErrorAfterAnUncountedEmptyResultIsNotLost) {
     EXPECT_EQ(affectedRows(session().run("next")), 1);
 }
 
+// As a procedure answers that counts nothing and returns several results.
+TEST_F(FreeTds, theResultsOfAProcedureThatCountsNothing) {
+    server_.answer(TdsReply()
+                       .columns({tds::integer("A")})
+                       .doneInProcedure()
+                       .info(0, "میان")
+                       .columns({tds::integer("B")})
+                       .row({std::int64_t{5}})
+                       .doneInProcedure()
+                       .columns({tds::integer("C")})
+                       .doneInProcedure()
+                       .returnStatus(0)
+                       .doneProcedure());
+    const BatchResult result = session().run("exec p 1");
+    ASSERT_EQ(result.results.size(), 3U);
+    EXPECT_EQ(result.results[0].rows.value().rowCount(), 0U);
+    EXPECT_EQ(result.results[1].rows.value().column(0).intAt(0), 5);
+    EXPECT_EQ(result.results[2].rows.value().column(0).info().name, "C");
+    EXPECT_THAT(result.messages, ElementsAre("میان"));
+    server_.answer(TdsReply().done(1));
+    EXPECT_EQ(affectedRows(session().run("next")), 1);
+}
+
 class RowCounts : public FreeTds, public testing::WithParamInterface<int> {};
 
 TEST_P(RowCounts, everyRowIsReadAndWhatFollowsToo) {
