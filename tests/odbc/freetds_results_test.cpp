@@ -193,7 +193,6 @@ TEST_F(FreeTds, theResultsOfAProcedureThatCountsNothing) {
     server_.answer(TdsReply()
                        .columns({tds::integer("A")})
                        .doneInProcedure()
-                       .info(0, "میان")
                        .columns({tds::integer("B")})
                        .row({std::int64_t{5}})
                        .doneInProcedure()
@@ -206,7 +205,21 @@ TEST_F(FreeTds, theResultsOfAProcedureThatCountsNothing) {
     EXPECT_EQ(result.results[0].rows.value().rowCount(), 0U);
     EXPECT_EQ(result.results[1].rows.value().column(0).intAt(0), 5);
     EXPECT_EQ(result.results[2].rows.value().column(0).info().name, "C");
-    EXPECT_THAT(result.messages, ElementsAre("میان"));
+    server_.answer(TdsReply().done(1));
+    EXPECT_EQ(affectedRows(session().run("next")), 1);
+}
+
+TEST_F(FreeTds, anErrorOfAProcedureAfterAnEmptyResultIsNotLost) {
+    for (const std::int64_t count : {-1, 0}) {
+        server_.answer(TdsReply()
+                           .columns({tds::integer("A")})
+                           .doneInProcedure(count)
+                           .error(50000, 16, "late")
+                           .doneInProcedure()
+                           .returnStatus(-6)
+                           .doneProcedure(true));
+        EXPECT_EQ(errorOf([&] { session().run("exec p 1"); }).nativeCode(), 50000) << count;
+    }
     server_.answer(TdsReply().done(1));
     EXPECT_EQ(affectedRows(session().run("next")), 1);
 }
