@@ -93,6 +93,7 @@ Workspace::Workspace(const CommonOptions& options)
     : module_(host::loadModule()), database_(options, DatabaseNeed::Deployed), clock_(database_.identity().moment) {
     host_.emplace(database_.session(), hostOptions(options, database_.identity()));
     if (!options.record.empty() || !options.replay.empty()) host_->setClock(clock_);
+    if (options.replay.empty()) host_->DM().ADOConnection1.ConnectionString = databaseOf(options).connectionString();
     host_->signInAs(options.user);
     for (const std::string& setting : options.settings)
         assignSetting(*host_, setting);

@@ -25,6 +25,8 @@ public:
 
     // nullopt when the user leaves.
     [[nodiscard]] std::optional<OpenedDatabase> open();
+    // What was opened, which the user may have chosen meanwhile.
+    [[nodiscard]] const DatabaseUrl& url() const { return url_; }
 
 private:
     // What the user wants is prepared for the next try; false when the user leaves.

@@ -53,6 +53,7 @@ int Desktop::run() {
         ReferenceHost host(*opened->session, {.userDataFolder = options_.userDataFolder,
                                               .persistOptions = options_.persistOptions,
                                               .programFolder = options_.programFolder});
+        host.DM().ADOConnection1.ConnectionString = opener.url().connectionString();
         QString notice = QString::fromStdString(opened->notice);
         const std::string& warning = host.optionFile().warning();
         if (!warning.empty()) notice += (notice.isEmpty() ? "" : "\n") + QString::fromStdString(warning);

@@ -8,6 +8,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "host/counter/counter_page.h"
+#include "host/counter/layout_page.h"
 #include "host/desktop/console_page.h"
 #include "host/desktop/date_text.h"
 #include "host/desktop/entry_points.h"
@@ -87,6 +89,20 @@ void MainShell::addPriceEditor() {
 void MainShell::addTools() {
     navigation_->addStretch();
     navigation_->addHeading(QStringLiteral("ابزارها"));
+    addPage({.objectName = QStringLiteral("Counter"),
+             .title = QStringLiteral("پیشخوان فروش"),
+             .part = spGoods,
+             .hint = QStringLiteral("اسکن بارکد ترازو در فاکتور"),
+             .icon = LineIcon::Selection,
+             .shortCut = QKeySequence(QStringLiteral("Ctrl+B"))},
+            new CounterPage(context_));
+    addPage({.objectName = QStringLiteral("Layouts"),
+             .title = QStringLiteral("الگوهای بارکد"),
+             .part = spGoods,
+             .hint = QStringLiteral("جای کالا، وزن و مبلغ در بارکد"),
+             .icon = LineIcon::Window,
+             .shortCut = QKeySequence(QStringLiteral("Ctrl+Shift+B"))},
+            new LayoutPage(context_));
     addPage({.objectName = QStringLiteral("Log"),
              .title = partTitle(hpUserLog),
              .part = hpUserLog,

@@ -22,6 +22,10 @@ struct DatabaseUrl {
     [[nodiscard]] bool inMemory() const { return engine == EngineKind::Embedded && target == ":memory:"; }
     // For people: without anything of a connection string but its server and database, because the rest may be secret.
     [[nodiscard]] std::string display() const;
+    // For programs beside this one: the ODBC connection string, or "embedded:PATH". It may hold a password.
+    [[nodiscard]] std::string connectionString() const {
+        return engine == EngineKind::Odbc ? target : "embedded:" + target;
+    }
 };
 
 }  // namespace basalt::host

@@ -1,0 +1,162 @@
+// Scans and stock checks on a large company: 100,000 goods, 50 barcode layouts, a ledger of 1,000,000 rows.
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "bench/program.h"
+#include "engines/embedded/embedded_session.h"
+#include "goods/barcode_extractor_unt.h"
+#include "goods/goodsinfo_unt.h"
+#include "host/services/deploy.h"
+#include "host/services/reference_host.h"
+#include "package/services.h"
+
+namespace basalt::bench {
+namespace {
+
+constexpr int kFirstGood = 100'000;
+constexpr int kGoods = 100'000;
+constexpr int kFirstLayout = 30;
+constexpr int kLayouts = 45;  // beside the five of the demo company
+constexpr int kLedgerGoods = 10'000;
+constexpr int kLines = 200;
+constexpr double kLookUpLimit = 5e6;  // nanoseconds
+constexpr double kCheckLimit = 50e6;
+constexpr double kScanLimit = 1e9 / 2000;
+
+const char* const kDigits = "(VALUES (0), (1), (2), (3), (4), (5), (6), (7), (8), (9))";
+
+// A number from 0 to 10^count - 1 a row, as No.
+std::string numbers(int count) {
+    std::string value;
+    std::string from;
+    for (int i = 0, factor = 1; i < count; ++i, factor *= 10) {
+        const std::string name = "D" + std::to_string(i);
+        value += (i == 0 ? "" : " + ") + name + ".N * " + std::to_string(factor);
+        from += (i == 0 ? "" : " CROSS JOIN ") + std::string(kDigits) + " AS " + name + "(N)";
+    }
+    return "(SELECT " + value + " AS No FROM " + from + ") AS X";
+}
+
+void fill(Session& session) {
+    host::deployDatabase(session, {.demo = true});
+    session.begin();
+    const std::string first = std::to_string(kFirstGood);
+    session.run(
+        "INSERT INTO dbo.GoodInf (Code, Name, AbbName, Unit) SELECT X.No + " + first +
+        ", N'کالای ' + CAST(X.No AS nvarchar(10)), N'!626' + RIGHT(N'000000000' + CAST(X.No AS nvarchar(10)), 10) "
+        "+ N'!' + RIGHT(N'00000' + CAST(X.No AS nvarchar(10)), 5) + N'!', 1 FROM " +
+        numbers(5));
+    session.run("INSERT INTO dbo.GoodCostDiscount (GoodCode, CostLevel_Sell_1) SELECT X.No + " + first +
+                ", 1000 + X.No FROM " + numbers(5));
+    for (int i = 0; i < kLayouts; ++i) {
+        session.run(
+            "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, "
+            "BarCodeType, ItemCodeType, ItemCodeStart, ItemCodeCount, AmountStart, AmountCount, AmountDivide) "
+            "VALUES (N'الگو', 13, 1, 2, N'" +
+            std::to_string(kFirstLayout + i) + "', 1, 2, 3, 5, 8, 5, 1000)");
+    }
+    // A hundred movements a good, all of them coming in.
+    session.run("INSERT INTO dbo.Kardex (kala, Anbar, [Date], Global_ID, Tedad, RemainInAnbar) SELECT " + first +
+                " + X.No % " + std::to_string(kLedgerGoods) + ", 1, N'1405/' + RIGHT(N'0' + CAST(1 + X.No / " +
+                std::to_string(kLedgerGoods) + " / 10 AS nvarchar(2)), 2) + N'/15', 1000 + X.No / " +
+                std::to_string(kLedgerGoods) + ", 10, 10 * (1 + X.No / " + std::to_string(kLedgerGoods) + ") FROM " +
+                numbers(6));
+    session.run("CREATE TABLE dbo.BenchLines (Code int NOT NULL, Anbar int NOT NULL, Mogodi decimal(23, 9) NOT NULL)");
+    session.run("INSERT INTO dbo.BenchLines (Code, Anbar, Mogodi) SELECT TOP " + std::to_string(kLines) + " " + first +
+                " + X.No * 37, 1, -5 FROM " + numbers(3) + " ORDER BY X.No");
+    session.commit();
+}
+
+std::string fiveDigits(int number) {
+    const std::string text = std::to_string(number);
+    return std::string(5 - text.size(), '0') + text;
+}
+
+std::string barcodeOf(int number) {
+    return std::to_string(kFirstLayout + number % kLayouts) + fiveDigits(number * 7919 % kGoods) + "012505";
+}
+
+std::string layoutStatement(const std::string& barcode) {
+    return "SELECT * FROM   dbo.BarCodeFormul WHERE  DigitCount = 13 AND SUBSTRING('" + barcode +
+           "' , ConstantStart, ConstantCount) = ConstantCode  ";
+}
+
+std::string lookUpStatement(const std::string& barcode) {
+    return "SELECT TOP 1 Code FROM goodInf WHERE AbbName LIKE '%!" + barcode.substr(2, 5) + "!%' ORDER BY Code DESC";
+}
+
+std::size_t rowsOf(Session& session, const std::string& statement) {
+    const BatchResult result = session.run(statement);
+    if (result.results.empty() || !result.results[0].rows || result.results[0].rows->rowCount() == 0)
+        throw std::runtime_error("no rows: " + statement);
+    return result.results[0].rows->rowCount();
+}
+
+std::int64_t statementsOfAScan(Session& session, const std::string& barcode) {
+    const BatchResult layouts = session.run(layoutStatement(barcode));
+    const BatchResult goods = session.run(lookUpStatement(barcode));
+    const std::int64_t good = toInt64(goods.results.at(0).rows->column(0).valueAt(0));
+    const BatchResult price = session.run("{call GetDefaultCostLevel(7," + std::to_string(good) + ",0)}");
+    return good + static_cast<std::int64_t>(layouts.results.size() + price.results.size());
+}
+
+void scan(const std::string& barcode) {
+    TBarCodeFormulType kind = bftNone;
+    if (!FillGoodInfFromBarcode(butNew, kind, barcode, "7", "", 0) || kind != bftAmount)
+        throw std::runtime_error("the barcode " + barcode + " was not understood");
+}
+
+bool run(int count, char** arguments) {
+    const auto session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
+    fill(*session);
+    host::HostOptions options;
+    options.persistOptions = false;
+    host::ReferenceHost host(*session, options);
+    host.signInAs(1);
+    host.setSetting("NegativeType", "0");
+    const AttachedHost attached(host);
+
+    int next = 0;
+    benchmark::RegisterBenchmark("scan/module", [&](benchmark::State& state) {
+        for (auto _ : state)
+            scan(barcodeOf(next++));
+    });
+    benchmark::RegisterBenchmark("scan/statements", [&](benchmark::State& state) {
+        for (auto _ : state)
+            benchmark::DoNotOptimize(statementsOfAScan(*session, barcodeOf(next++)));
+    });
+    benchmark::RegisterBenchmark("scan/look-up alone", [&](benchmark::State& state) {
+        for (auto _ : state)
+            benchmark::DoNotOptimize(rowsOf(*session, lookUpStatement(barcodeOf(next++))));
+    });
+    const std::string lines = "SELECT Code, Anbar, Mogodi FROM dbo.BenchLines";
+    benchmark::RegisterBenchmark("stock/by procedure", [&](benchmark::State& state) {
+        for (auto _ : state) {
+            if (!Check_TockMinus(lines, "1405/10/16", 0, false)) throw std::runtime_error("there is enough");
+        }
+    })->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("stock/by ledger", [&](benchmark::State& state) {
+        for (auto _ : state) {
+            if (!Check_TockMinus(lines, "1405/10/16", "1405/10/17", 2000)) throw std::runtime_error("there is enough");
+        }
+    })->Unit(benchmark::kMillisecond);
+
+    const SmallestTimes times = runRegistered(count, arguments, 5);
+    return report({
+        {"scan: module / its statements", quotient(times.of("scan/module"), times.of("scan/statements")), 1.25},
+        {"scan: time / one of 2,000 a second", times.elapsed("scan/module") / kScanLimit, 1.0},
+        {"look-up by scale code, 100,000 goods / 5 ms", times.elapsed("scan/look-up alone") / kLookUpLimit, 1.0},
+        {"stock check by procedure, 200 lines / 50 ms", times.elapsed("stock/by procedure") / kCheckLimit, 1.0},
+        {"stock check by ledger, 200 lines / 50 ms", times.elapsed("stock/by ledger") / kCheckLimit, 1.0},
+    });
+}
+
+}  // namespace
+}  // namespace basalt::bench
+
+int main(int count, char** arguments) {
+    return basalt::bench::program([&] { return basalt::bench::run(count, arguments); });
+}

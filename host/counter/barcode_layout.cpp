@@ -1,0 +1,126 @@
+#include "host/counter/barcode_layout.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "host/screens/persian_digits.h"
+
+namespace basalt::host {
+
+namespace {
+
+constexpr int kGood = 1;
+constexpr int kTotal = 2;
+constexpr int kPrice = 3;
+constexpr int kLongest = 1'000'000;
+
+QString number(int value) {
+    return persianDigits(QString::number(value));
+}
+
+QString constantOf(const BarcodeLayout& layout) {
+    return QString::fromStdString(layout.constantCode);
+}
+
+// The end of a field without running over the range of positions.
+int endOf(int start, int count) {
+    return static_cast<int>(std::clamp<std::int64_t>(std::int64_t{start} + count, -kLongest, kLongest));
+}
+
+void add(std::vector<FieldSpan>& spans, LayoutField field, int start, int count) {
+    if (count > 0) spans.push_back({field, std::clamp(start, -kLongest, kLongest), endOf(start, count)});
+}
+
+// What the layout fixes at a position; null when any character may stand there.
+QChar fixedAt(const BarcodeLayout& layout, int position) {
+    const int index = position - layout.constantStart;
+    const QString constant = constantOf(layout);
+    return index >= 0 && index < constant.size() && index < layout.constantCount ? constant[index] : QChar();
+}
+
+}  // namespace
+
+QString titleOf(LayoutField field) {
+    switch (field) {
+        case LayoutField::Constant:
+            return QStringLiteral("پیش‌شماره");
+        case LayoutField::Item:
+            return QStringLiteral("کالا");
+        case LayoutField::Amount:
+            return QStringLiteral("مقدار");
+        case LayoutField::Balance:
+            return QStringLiteral("شمارهٔ ترازو");
+        case LayoutField::Price:
+            return QStringLiteral("مبلغ");
+    }
+    return {};
+}
+
+std::vector<FieldSpan> spansOf(const BarcodeLayout& layout) {
+    std::vector<FieldSpan> spans;
+    add(spans, LayoutField::Constant, layout.constantStart, layout.constantCount);
+    if (layout.barCodeType == kGood) {
+        if (layout.itemConstantCode <= 0) add(spans, LayoutField::Item, layout.itemCodeStart, layout.itemCodeCount);
+        add(spans, LayoutField::Amount, layout.amountStart, layout.amountCount);
+        if (layout.balanceNoAsStore) add(spans, LayoutField::Balance, layout.balanceNoStart, layout.balanceNoCount);
+    }
+    if (layout.barCodeType >= kGood && layout.barCodeType <= kPrice)
+        add(spans, LayoutField::Price, layout.priceStart, layout.priceCount);
+    std::stable_sort(spans.begin(), spans.end(), [](const auto& a, const auto& b) { return a.begin < b.begin; });
+    return spans;
+}
+
+bool fits(const BarcodeLayout& layout, const QString& barcode) {
+    const QString scanned = barcode.trimmed();
+    if (scanned.size() != layout.digitCount) return false;
+    const int begin = std::max(layout.constantStart, 1);
+    const int end = endOf(layout.constantStart, layout.constantCount);
+    return scanned.mid(begin - 1, std::max(end - begin, 0)) == constantOf(layout);
+}
+
+bool mayBothFit(const BarcodeLayout& a, const BarcodeLayout& b) {
+    if (a.digitCount != b.digitCount) return false;
+    for (int position = 1; position <= std::min(a.digitCount, kLongest); ++position) {
+        const QChar one = fixedAt(a, position);
+        const QChar other = fixedAt(b, position);
+        if (!one.isNull() && !other.isNull() && one != other) return false;
+        if (position > std::max(endOf(a.constantStart, a.constantCount), endOf(b.constantStart, b.constantCount)))
+            break;
+    }
+    return true;
+}
+
+std::vector<QString> problemsOf(const BarcodeLayout& layout, const std::vector<BarcodeLayout>& others) {
+    std::vector<QString> problems;
+    const std::vector<FieldSpan> spans = spansOf(layout);
+    for (const FieldSpan& span : spans) {
+        if (span.begin < 1 || span.end > layout.digitCount + 1)
+            problems.push_back(QStringLiteral("«%1» از بارکد %2 رقمی بیرون می‌زند.")
+                                   .arg(titleOf(span.field), number(layout.digitCount)));
+    }
+    for (std::size_t i = 0; i < spans.size(); ++i) {
+        for (std::size_t k = i + 1; k < spans.size(); ++k) {
+            if (spans[k].begin < spans[i].end)
+                problems.push_back(QStringLiteral("«%1» و «%2» روی هم افتاده‌اند.")
+                                       .arg(titleOf(spans[i].field), titleOf(spans[k].field)));
+        }
+    }
+    if (constantOf(layout).size() != layout.constantCount)
+        problems.push_back(QStringLiteral("پیش‌شماره %1 نویسه است، نه %2.")
+                               .arg(number(static_cast<int>(constantOf(layout).size())), number(layout.constantCount)));
+    if (layout.barCodeType == kGood && layout.itemConstantCode <= 0 && layout.itemCodeCount <= 0)
+        problems.push_back(QStringLiteral("نه جای کالا معلوم است و نه کالای ثابت."));
+    if ((layout.barCodeType == kTotal || layout.barCodeType == kPrice) && layout.priceCount <= 0)
+        problems.push_back(QStringLiteral("جای مبلغ معلوم نیست."));
+    for (const BarcodeLayout& other : others) {
+        if (other.id != 0 && other.id == layout.id) continue;
+        if (mayBothFit(layout, other))
+            problems.push_back(
+                QStringLiteral(
+                    "بارکدی که با این الگو بخواند با «%1» هم می‌خواند.")
+                    .arg(QString::fromStdString(other.title)));
+    }
+    return problems;
+}
+
+}  // namespace basalt::host

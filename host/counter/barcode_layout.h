@@ -1,0 +1,65 @@
+// A layout of scale barcodes, what of a barcode each of its fields is, and what is wrong with it.
+//
+//   for (const LayoutProblem& problem : problemsOf(layout)) warn(problem.text);
+//   for (const FieldSpan& span : spansOf(layout)) colour(span.begin, span.end, span.field);
+#pragma once
+
+#include <QString>
+#include <string>
+#include <vector>
+
+namespace basalt::host {
+
+// A row of BarCodeFormul. Positions count characters from 1.
+struct BarcodeLayout {
+    int id = 0;  // 0: not stored yet
+    std::string title;
+    int digitCount = 13;
+    int constantStart = 1;
+    int constantCount = 2;
+    std::string constantCode;
+    int barCodeType = 1;
+    int itemConstantCode = 0;
+    int itemCodeType = 1;
+    int itemCodeStart = 0;
+    int itemCodeCount = 0;
+    int amountStart = 0;
+    int amountCount = 0;
+    int amountDivide = 0;
+    int balanceNoStart = 0;
+    int balanceNoCount = 0;
+    bool balanceNoAsStore = false;
+    int priceStart = 0;
+    int priceCount = 0;
+    bool operator==(const BarcodeLayout&) const = default;
+};
+
+enum class LayoutField { Constant, Item, Amount, Balance, Price };
+
+// Persian, for people.
+[[nodiscard]] QString titleOf(LayoutField field);
+
+// Characters begin to end - 1, from 1.
+struct FieldSpan {
+    LayoutField field;
+    int begin;
+    int end;
+    bool operator==(const FieldSpan&) const = default;
+};
+
+// The fields that this kind of layout cuts, by their place; fields without characters are left out. Spans may lie
+// outside of the barcode.
+[[nodiscard]] std::vector<FieldSpan> spansOf(const BarcodeLayout& layout);
+
+// Whether the barcode, without outer blanks, is one of this layout: its length and prefix.
+[[nodiscard]] bool fits(const BarcodeLayout& layout, const QString& barcode);
+
+// Whether there is a barcode that both fit; the server would pick either.
+[[nodiscard]] bool mayBothFit(const BarcodeLayout& a, const BarcodeLayout& b);
+
+// What is wrong with the layout, in sentences for people: fields that overlap, that reach beyond the barcode, a prefix
+// that is not as long as its field, a field that its kind needs and does not have, others that fit the same barcodes. A
+// layout is not compared with itself (the same id, when stored).
+[[nodiscard]] std::vector<QString> problemsOf(const BarcodeLayout& layout, const std::vector<BarcodeLayout>& others);
+
+}  // namespace basalt::host

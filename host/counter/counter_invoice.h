@@ -1,0 +1,51 @@
+// The lines of an invoice at the counter.
+//
+//   CounterInvoice invoice(0);                         // amounts of money without decimals
+//   invoice.add({.good = 57, .name = "برنج", .amount = 1.25L, .price = 12500});
+//   invoice.total()                                    // 15625
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ado/decimal.h"
+
+namespace basalt::host {
+
+struct CounterLine {
+    int good = 0;
+    std::string name;
+    std::string unit = {};
+    Extended amount = 0;
+    Extended price = 0;
+    std::string scale = {};  // the scale's number; empty for none
+};
+
+class CounterInvoice {
+public:
+    // decimals: of amounts of money, 0 to 9; lines are rounded half away from zero.
+    explicit CounterInvoice(int decimals) : decimals_(decimals) {}
+
+    void add(CounterLine line) { lines_.push_back(std::move(line)); }
+    // Takes off the last line of that good and amount; when no line has that amount, reduces the last line of the good
+    // that has more. nullopt when the invoice has none.
+    std::optional<CounterLine> takeOff(int good, Extended amount);
+    void remove(std::size_t index) { lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(index)); }
+    void setAmount(std::size_t index, Extended amount) { lines_.at(index).amount = amount; }
+    void clear() { lines_.clear(); }
+
+    [[nodiscard]] const std::vector<CounterLine>& lines() const { return lines_; }
+    [[nodiscard]] Extended lineTotal(std::size_t index) const;
+    [[nodiscard]] Extended total() const;
+
+    // A statement that gives what the invoice takes out of a store: Code, Anbar, Mogodi (negative), one row a good, by
+    // the first appearance of the goods. Empty for an invoice without lines.
+    [[nodiscard]] std::string stockQuery(int store) const;
+
+private:
+    int decimals_;
+    std::vector<CounterLine> lines_;
+};
+
+}  // namespace basalt::host

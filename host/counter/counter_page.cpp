@@ -1,0 +1,407 @@
+#include "host/counter/counter_page.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QShortcut>
+#include <QStringList>
+#include <QStyle>
+#include <QVBoxLayout>
+#include <set>
+
+#include "host/counter/counter_ledger.h"
+#include "host/screens/persian_digits.h"
+#include "host/screens/theme.h"
+#include "host/services/sql_access.h"
+#include "package/numbers.h"
+
+namespace basalt::host {
+
+namespace {
+
+constexpr int kMostPersons = 999'999'999;
+
+QString moodName(ScanMood mood) {
+    switch (mood) {
+        case ScanMood::Added:
+            return QStringLiteral("added");
+        case ScanMood::Removed:
+            return QStringLiteral("removed");
+        case ScanMood::Matched:
+            return QStringLiteral("matched");
+        case ScanMood::Warned:
+            return QStringLiteral("warned");
+        case ScanMood::Refused:
+            break;
+    }
+    return QStringLiteral("refused");
+}
+
+QString pageStyle() {
+    return withThemeColors(QStringLiteral(
+        "#Result_LBL { border-radius: 8px; padding: 8px 14px; font-size: 12pt; font-weight: 700; background: @raised@; "
+        "}"
+        "#Result_LBL[mood=\"added\"], #Result_LBL[mood=\"matched\"] { background: @accentSoft@; color: @success@; }"
+        "#Result_LBL[mood=\"removed\"], #Result_LBL[mood=\"warned\"] { background: @warningSoft@; color: @warning@; }"
+        "#Result_LBL[mood=\"refused\"] { background: @dangerSoft@; color: @danger@; }"
+        "#Removing_BTN:checked { background: @dangerSoft@; color: @danger@; border-color: @danger@; }"
+        "#Total_LBL { font-size: 15pt; font-weight: 700; }"));
+}
+
+void addField(QBoxLayout& row, const QString& title, QWidget* input) {
+    auto* label = new QLabel(title);
+    label->setProperty("kind", QStringLiteral("field"));
+    label->setBuddy(input);
+    input->setAccessibleName(title);
+    row.addWidget(label);
+    row.addWidget(input);
+}
+
+// Shows each start of the scale agent as it happens.
+class ShownStarts final : public ProgramService {
+public:
+    ShownStarts(ReferenceHost& host, QProgressBar& bar) : host_(host), inner_(host.programs()), bar_(bar) {
+        host.setPrograms(*this);
+    }
+    ~ShownStarts() override { host_.setPrograms(inner_); }
+    ShownStarts(const ShownStarts&) = delete;
+    ShownStarts& operator=(const ShownStarts&) = delete;
+
+    void start(const ProgramStart& program) override {
+        inner_.start(program);
+        ++count_;
+        // While the goods are sent, their keys are the rows of the shared query.
+        const TADOQuery& keys = host_.DM().SharedQuery;
+        bar_.setRange(0, keys.Active() ? std::max(keys.RecordCount(), count_) : count_);
+        bar_.setValue(count_);
+        QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    }
+    [[nodiscard]] std::unique_ptr<ProgramLibrary> load(const std::string& name) override { return inner_.load(name); }
+    [[nodiscard]] int count() const { return count_; }
+
+private:
+    ReferenceHost& host_;
+    ProgramService& inner_;
+    QProgressBar& bar_;
+    int count_ = 0;
+};
+
+}  // namespace
+
+CounterPage::CounterPage(DesktopContext context, QWidget* parent)
+    : ShellPage(parent),
+      context_(context),
+      calls_(context.registry),
+      invoice_(context.host.SettingRecord().CurrencyDecimals),
+      scanner_(calls_, invoice_) {
+    setObjectName(QStringLiteral("Counter_PNL"));
+    setStyleSheet(pageStyle());
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(28, 24, 28, 20);
+    layout->setSpacing(12);
+    auto* title = new QLabel(QStringLiteral("پیشخوان فروش"));
+    title->setProperty("kind", QStringLiteral("pageTitle"));
+    layout->addWidget(title);
+    makeScanRow(*layout);
+    makeInvoice(*layout);
+    makeFooter(*layout);
+}
+
+void CounterPage::makeScanRow(QBoxLayout& layout) {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(8);
+    scan_ = new QLineEdit;
+    scan_->setObjectName(QStringLiteral("Scan_EDT"));
+    scan_->setPlaceholderText(QStringLiteral("بارکد را اسکن کنید یا بنویسید و Enter بزنید"));
+    scan_->setClearButtonEnabled(true);
+    addField(*row, QStringLiteral("بارکد"), scan_);
+    removing_ = new QPushButton(QStringLiteral("حالت حذف \u2066F6\u2069"));
+    removing_->setObjectName(QStringLiteral("Removing_BTN"));
+    removing_->setCheckable(true);
+    // At once: a button's own short cut would wait with the click, and the next scan would not.
+    auto* key = new QShortcut(QKeySequence(Qt::Key_F6), this);
+    key->setContext(Qt::WidgetWithChildrenShortcut);
+    QObject::connect(key, &QShortcut::activated, removing_, &QPushButton::toggle);
+    row->addWidget(removing_);
+    sound_ = new QCheckBox(QStringLiteral("با صدا"));
+    sound_->setObjectName(QStringLiteral("Sound_CHK"));
+    row->addWidget(sound_);
+    person_ = new QSpinBox;
+    person_->setObjectName(QStringLiteral("Person_EDT"));
+    person_->setRange(0, kMostPersons);
+    addField(*row, QStringLiteral("کد شخص"), person_);
+    store_ = new QComboBox;
+    store_->setObjectName(QStringLiteral("Store_CMB"));
+    addField(*row, QStringLiteral("انبار"), store_);
+    layout.addLayout(row);
+    result_ = new QLabel(QStringLiteral("آمادهٔ اسکن"));
+    result_->setObjectName(QStringLiteral("Result_LBL"));
+    result_->setTextFormat(Qt::PlainText);
+    layout.addWidget(result_);
+    QObject::connect(scan_, &QLineEdit::returnPressed, this,
+                     [this] { context_.handlers.guarded(this, [this] { scan(); }); });
+}
+
+void CounterPage::makeInvoice(QBoxLayout& layout) {
+    grid_ = new QTableWidget(0, 7);
+    grid_->setObjectName(QStringLiteral("Lines_GRD"));
+    grid_->setHorizontalHeaderLabels({QStringLiteral("کد"), QStringLiteral("کالا"), QStringLiteral("مقدار"),
+                                      QStringLiteral("واحد"), QStringLiteral("قیمت"), QStringLiteral("مبلغ"),
+                                      QStringLiteral("ترازو")});
+    grid_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
+    grid_->verticalHeader()->hide();
+    grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
+    grid_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    grid_->setAlternatingRowColors(true);
+    grid_->setAccessibleName(QStringLiteral("سطرهای فاکتور"));
+    grid_->installEventFilter(this);
+    layout.addWidget(grid_, 1);
+
+    auto* sums = new QHBoxLayout;
+    priceSum_ = new QLabel;
+    priceSum_->setObjectName(QStringLiteral("PriceSum_LBL"));
+    priceSum_->setProperty("kind", QStringLiteral("hint"));
+    total_ = new QLabel;
+    total_->setObjectName(QStringLiteral("Total_LBL"));
+    sums->addWidget(priceSum_);
+    sums->addStretch();
+    sums->addWidget(total_);
+    layout.addLayout(sums);
+}
+
+QPushButton* CounterPage::addButton(QBoxLayout& row, const char* objectName, const QString& title,
+                                    const QKeySequence& key, void (CounterPage::*work)()) {
+    auto* button =
+        new QPushButton(QStringLiteral("%1 \u2066%2\u2069").arg(title, key.toString(QKeySequence::NativeText)));
+    button->setObjectName(QString::fromLatin1(objectName));
+    row.addWidget(button);
+    const auto run = [this, work] { context_.handlers.guarded(this, [this, work] { (this->*work)(); }); };
+    QObject::connect(button, &QPushButton::clicked, this, run);
+    auto* shortCut = new QShortcut(key, this);
+    shortCut->setContext(Qt::WidgetWithChildrenShortcut);
+    QObject::connect(shortCut, &QShortcut::activated, this, run);
+    return button;
+}
+
+void CounterPage::makeFooter(QBoxLayout& layout) {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(8);
+    QPushButton* save =
+        addButton(*row, "Save_BTN", QStringLiteral("ثبت"), QKeySequence(Qt::Key_F3), &CounterPage::save);
+    save->setProperty("kind", QStringLiteral("primary"));
+    policy_ = new QComboBox;
+    policy_->setObjectName(QStringLiteral("Policy_CMB"));
+    // In the order of the setting's values.
+    policy_->addItems({QStringLiteral("موجودی منفی ممنوع"), QStringLiteral("موجودی منفی با پرسش"),
+                       QStringLiteral("موجودی منفی مجاز")});
+    policy_->setAccessibleName(QStringLiteral("سیاست موجودی منفی"));
+    row->addWidget(policy_);
+    addButton(*row, "Tare_BTN", QStringLiteral("وزن ظرف"), QKeySequence(Qt::Key_F8), &CounterPage::tare);
+    addButton(*row, "RemoveLine_BTN", QStringLiteral("حذف سطر"), QKeySequence(Qt::Key_F7), &CounterPage::removeLine);
+    addButton(*row, "Clear_BTN", QStringLiteral("فاکتور تازه"), QKeySequence(Qt::Key_F4), &CounterPage::clearInvoice);
+    row->addStretch();
+    progress_ = new QProgressBar;
+    progress_->setObjectName(QStringLiteral("Progress_BAR"));
+    progress_->setFixedWidth(160);
+    progress_->hide();
+    row->addWidget(progress_);
+    scaleType_ = new QComboBox;
+    scaleType_->setObjectName(QStringLiteral("ScaleType_CMB"));
+    // In the order of the kinds of scales.
+    scaleType_->addItems({QStringLiteral("همه با هم"), QStringLiteral("یک‌به‌یک")});
+    scaleType_->setAccessibleName(QStringLiteral("روش ارسال به ترازو"));
+    row->addWidget(scaleType_);
+    addButton(*row, "SendToScale_BTN", QStringLiteral("ارسال به ترازو"), QKeySequence(Qt::Key_F9),
+              &CounterPage::sendToScale);
+    layout.addLayout(row);
+    QObject::connect(policy_, &QComboBox::activated, this, [this](int index) {
+        context_.handlers.guarded(this,
+                                  [this, index] { context_.host.setSetting("NegativeType", std::to_string(index)); });
+    });
+}
+
+void CounterPage::enter() {
+    const QVariant chosen = store_->currentData();
+    store_->clear();
+    const RowSet stores = rowsOf(context_.host.session(), "SELECT Code, Name FROM dbo.Stores ORDER BY Code");
+    for (std::size_t i = 0; i < stores.rowCount(); ++i)
+        store_->addItem(QString::fromStdString(textAt(stores, 1, i)), static_cast<int>(integerAt(stores, 0, i)));
+    if (const int index = store_->findData(chosen); chosen.isValid() && index >= 0) store_->setCurrentIndex(index);
+    policy_->setCurrentIndex(context_.host.SettingRecord().NegativeType);
+    showLines();
+    scan_->setFocus();
+}
+
+// Typing anywhere on the invoice is a scan.
+bool CounterPage::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == grid_ && event->type() == QEvent::KeyPress) {
+        auto& key = static_cast<QKeyEvent&>(*event);
+        if (!key.text().isEmpty() && key.text()[0].isPrint() && key.text()[0] != QLatin1Char(' ')) {
+            scan_->setFocus();
+            QApplication::sendEvent(scan_, &key);
+            return true;
+        }
+        if (key.key() == Qt::Key_Delete) {
+            context_.handlers.guarded(this, [this] { removeLine(); });
+            return true;
+        }
+    }
+    return ShellPage::eventFilter(watched, event);
+}
+
+void CounterPage::scan() {
+    const QString typed = scan_->text();
+    scan_->clear();
+    if (typed.trimmed().isEmpty()) return;
+    const ScanReport done = scanner_.scan(typed, {.person = person_->value(), .removing = removing_->isChecked()});
+    showLines();
+    report(done.mood, done.text);
+    scan_->setFocus();
+}
+
+void CounterPage::report(ScanMood mood, const QString& text) {
+    result_->setText(text);
+    result_->setProperty("mood", moodName(mood));
+    result_->style()->unpolish(result_);
+    result_->style()->polish(result_);
+    // One tone for what went well, two for what did not.
+    if (!sound_->isChecked()) return;
+    QApplication::beep();
+    if (mood == ScanMood::Refused || mood == ScanMood::Warned) QApplication::beep();
+}
+
+void CounterPage::showLines() {
+    const auto& lines = invoice_.lines();
+    grid_->setRowCount(static_cast<int>(lines.size()));
+    for (int row = 0; row < grid_->rowCount(); ++row) {
+        const auto index = static_cast<std::size_t>(row);
+        const CounterLine& line = lines[index];
+        const QStringList cells = {persianDigits(QString::number(line.good)),
+                                   QString::fromStdString(line.name),
+                                   amountText(line.amount),
+                                   QString::fromStdString(line.unit),
+                                   amountText(line.price),
+                                   amountText(invoice_.lineTotal(index)),
+                                   persianDigits(QString::fromStdString(line.scale))};
+        for (int column = 0; column < cells.size(); ++column)
+            grid_->setItem(row, column, new QTableWidgetItem(cells[column]));
+    }
+    if (!lines.empty() && grid_->currentRow() < 0) grid_->setCurrentCell(grid_->rowCount() - 1, 0);
+    const Extended sum = scanner_.priceSum();
+    priceSum_->setText(sum == 0 ? QString() : QStringLiteral("جمع بارکدهای مبلغی: %1").arg(amountText(sum)));
+    total_->setText(QStringLiteral("جمع فاکتور: %1").arg(amountText(invoice_.total() + sum)));
+}
+
+int CounterPage::currentLine() const {
+    const int row = grid_->currentRow();
+    return row >= 0 && static_cast<std::size_t>(row) < invoice_.lines().size() ? row : -1;
+}
+
+int CounterPage::store() const {
+    return store_->currentData().toInt();
+}
+
+void CounterPage::save() {
+    if (invoice_.lines().empty()) {
+        report(ScanMood::Warned, QStringLiteral("فاکتور سطری ندارد."));
+        return;
+    }
+    const std::string today = context_.host.NowDate("/");
+    const bool mayBeSaved = calls_("Check_TockMinus", {{"SelectQuery", invoice_.stockQuery(store())},
+                                                       {"Date", today},
+                                                       {"GlobalID", 0},
+                                                       {"StoreTransition", false}})
+                                .result.asBool();
+    if (!mayBeSaved) {
+        const std::string codes = calls_("strMinusGoodCodes", {}).result.asText();
+        report(ScanMood::Refused, QStringLiteral("فاکتور ثبت نشد؛ موجودی کالاهای %1 کافی نیست.")
+                                      .arg(persianDigits(QString::fromStdString(codes))));
+        return;
+    }
+    const int number = postSale(context_.host.session(), invoice_, store(), person_->value(), today);
+    const QString total = amountText(scanner_.total());
+    clearInvoice();
+    report(ScanMood::Matched,
+           QStringLiteral("فاکتور %1 به مبلغ %2 ثبت شد.").arg(persianDigits(QString::number(number)), total));
+}
+
+void CounterPage::tare() {
+    const int row = currentLine();
+    if (row < 0) {
+        report(ScanMood::Warned, QStringLiteral("سطری انتخاب نشده است."));
+        return;
+    }
+    const ModuleReply reply = calls_("Get_BoxesWeight", {{"Weight", 0}, {"Count", 0}});
+    if (!reply.result.asBool()) return;
+    const auto index = static_cast<std::size_t>(row);
+    const Extended tareWeight = reply["Weight"].asAmount() * static_cast<Extended>(reply["Count"].asInteger());
+    const Extended net = invoice_.lines()[index].amount - tareWeight;
+    if (tareWeight < 0 || net <= 0) {
+        report(ScanMood::Refused,
+               QStringLiteral("وزن ظرف‌ها (%1) با مقدار سطر نمی‌خواند.")
+                   .arg(amountText(tareWeight)));
+        return;
+    }
+    invoice_.setAmount(index, net);
+    showLines();
+    report(ScanMood::Removed, QStringLiteral("وزن ظرف‌ها (%1) کم شد؛ وزن خالص %2.")
+                                  .arg(amountText(tareWeight), amountText(net)));
+}
+
+QString CounterPage::chosenCodes() const {
+    std::set<int> rows;
+    for (const QModelIndex& index : grid_->selectionModel()->selectedRows())
+        rows.insert(index.row());
+    QStringList codes;
+    for (const int row : rows) {
+        const QString code = QString::number(invoice_.lines()[static_cast<std::size_t>(row)].good);
+        if (!codes.contains(code)) codes << code;
+    }
+    return codes.join(QLatin1Char(','));
+}
+
+void CounterPage::sendToScale() {
+    const QString codes = chosenCodes();
+    if (codes.isEmpty()) {
+        report(ScanMood::Warned, QStringLiteral("کالایی انتخاب نشده است."));
+        return;
+    }
+    progress_->setRange(0, 0);
+    progress_->show();
+    int started = 0;
+    try {
+        const ShownStarts starts(context_.host, *progress_);
+        (void)calls_("GoodInf_SendToScale",
+                     {{"Codes", codes.toStdString()}, {"ScaleType", scaleType_->currentIndex()}});
+        started = starts.count();
+    } catch (...) {
+        progress_->hide();
+        throw;
+    }
+    progress_->hide();
+    if (started == 0) {
+        report(ScanMood::Warned, QStringLiteral("هیچ کلیدی از ترازوها برای این کالاها تعریف نشده است."));
+        return;
+    }
+    report(ScanMood::Added, QStringLiteral("%1 ارسال به ترازو انجام شد.").arg(persianDigits(QString::number(started))));
+}
+
+void CounterPage::removeLine() {
+    const int row = currentLine();
+    if (row < 0) return;
+    invoice_.remove(static_cast<std::size_t>(row));
+    showLines();
+    report(ScanMood::Removed, QStringLiteral("سطر حذف شد."));
+}
+
+void CounterPage::clearInvoice() {
+    invoice_.clear();
+    scanner_.resetPriceSum();
+    grid_->setCurrentCell(-1, -1);
+    showLines();
+    report(ScanMood::Warned, QStringLiteral("آمادهٔ اسکن"));
+    scan_->setFocus();
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,70 @@
+// A counter to try scales and scanners by hand: scans become lines of an invoice.
+//
+// A scanner is a keyboard that types fast and ends with Enter; what is typed while the grid has the focus goes to the
+// scan field too. Everything about goods and barcodes is asked of the module's functions.
+#pragma once
+
+#include <QBoxLayout>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTableWidget>
+
+#include "host/counter/counter_scanner.h"
+#include "host/desktop/desktop_context.h"
+#include "host/desktop/shell_page.h"
+
+namespace basalt::host {
+
+class CounterPage final : public ShellPage {
+public:
+    explicit CounterPage(DesktopContext context, QWidget* parent = nullptr);
+
+    void enter() override;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void makeScanRow(QBoxLayout& layout);
+    void makeInvoice(QBoxLayout& layout);
+    void makeFooter(QBoxLayout& layout);
+    QPushButton* addButton(QBoxLayout& row, const char* objectName, const QString& title, const QKeySequence& key,
+                           void (CounterPage::*work)());
+
+    void scan();
+    void save();
+    void tare();
+    void sendToScale();
+    void removeLine();
+    void clearInvoice();
+
+    void report(ScanMood mood, const QString& text);
+    void showLines();
+    [[nodiscard]] int currentLine() const;
+    [[nodiscard]] QString chosenCodes() const;
+    [[nodiscard]] int store() const;
+
+    DesktopContext context_;
+    ModuleCalls calls_;
+    CounterInvoice invoice_;
+    CounterScanner scanner_;
+    QLineEdit* scan_ = nullptr;
+    QPushButton* removing_ = nullptr;
+    QCheckBox* sound_ = nullptr;
+    QSpinBox* person_ = nullptr;
+    QComboBox* store_ = nullptr;
+    QComboBox* policy_ = nullptr;
+    QComboBox* scaleType_ = nullptr;
+    QLabel* result_ = nullptr;
+    QLabel* total_ = nullptr;
+    QLabel* priceSum_ = nullptr;
+    QTableWidget* grid_ = nullptr;
+    QProgressBar* progress_ = nullptr;
+};
+
+}  // namespace basalt::host

@@ -1,0 +1,131 @@
+#include "host/counter/counter_scanner.h"
+
+#include "ado/error.h"
+#include "host/counter/scan_text.h"
+#include "host/screens/display_format.h"
+#include "host/screens/persian_digits.h"
+#include "package/numbers.h"
+
+namespace basalt::host {
+
+namespace {
+
+constexpr int kGood = 1;
+constexpr int kTotal = 2;
+constexpr int kPrice = 3;
+constexpr int kNew = 1;
+constexpr int kDelete = 2;
+constexpr int kExists = 1;
+
+QString quoted(const std::string& name) {
+    return QStringLiteral("«%1»").arg(QString::fromStdString(name));
+}
+
+}  // namespace
+
+QString amountText(Extended amount) {
+    static const DisplayFormat format("#,##0.#########;-#,##0.#########;0");
+    const auto decimal = Decimal::fromExtended(amount, 9);
+    return persianDigits(QString::fromStdString(decimal ? format.text(*decimal) : FloatToStr_VRO(amount)));
+}
+
+ScanReport CounterScanner::scan(const QString& typed, const ScanOptions& options) {
+    const QString code = repairedScan(typed);
+    if (!isPlainCode(code)) return {ScanMood::Refused, QStringLiteral("بارکد خوانا نیست: %1").arg(code)};
+
+    (void)calls_("After_Equal_Total_Price", {{"Assigned", true}});
+    const Extended sumBefore = priceSum();
+    ModuleReply reply;
+    try {
+        reply = calls_("FillGoodInfFromBarcode", {{"UseType", options.removing ? kDelete : kNew},
+                                                  {"Barcode", code.toStdString()},
+                                                  {"PerCode", std::to_string(options.person)},
+                                                  {"ItemCode", ""},
+                                                  {"TotalPrice", Datum(total())}});
+    } catch (const DatabaseError& error) {
+        if (error.category() != ErrorCategory::Conversion) throw;
+        return {ScanMood::Refused, QStringLiteral("بارکد %1 در جای عدد، نویسهٔ دیگری دارد.").arg(persianDigits(code))};
+    }
+    const bool equal = calls_("After_Equal_Total_Price", {{"Assigned", false}}).result.asInteger() > 0;
+    if (!reply.result.asBool()) return takeOwnBarcode(code, options);
+    switch (reply["FormulType"].asInteger()) {
+        case kGood:
+            return takeGood(options);
+        case kPrice:
+            return {options.removing ? ScanMood::Removed : ScanMood::Added,
+                    (options.removing ? QStringLiteral("مبلغ %1 از جمع کم شد.")
+                                      : QStringLiteral("مبلغ %1 به جمع افزوده شد."))
+                        .arg(amountText(options.removing ? sumBefore - priceSum() : priceSum() - sumBefore))};
+        case kTotal:
+            return equal ? ScanReport{ScanMood::Matched, QStringLiteral("جمع بارکد با جمع فاکتور برابر است.")}
+                         : ScanReport{ScanMood::Warned, QStringLiteral("جمع بارکد با جمع فاکتور برابر نیست.")};
+        default:
+            return {ScanMood::Warned, QStringLiteral("این نوع بارکد در پیشخوان کاری ندارد.")};
+    }
+}
+
+ScanReport CounterScanner::takeGood(const ScanOptions& options) {
+    const ModuleReply data = calls_("Get_Barcode_Data", {});
+    if (calls_("GetGoodInFromBarCode", {}).result.asInteger() != kExists)
+        return {ScanMood::Refused, QStringLiteral("کالای %1 تعریف نشده است.")
+                                       .arg(persianDigits(QString::fromStdString(data["GoodCode"].asText())))};
+    CounterLine line;
+    try {
+        line.good = static_cast<int>(data["GoodCode"].asInteger());
+        line.amount = StrToFloat_VRO(data["Weight"].asText());
+        line.price = StrToFloat_VRO(data["Fi"].asText());
+    } catch (const DatabaseError& error) {
+        if (error.category() != ErrorCategory::Conversion) throw;
+        return {ScanMood::Refused, QStringLiteral("مقدار یا قیمت بارکد عدد نیست.")};
+    }
+    if (data["BalanceNum"].asText() != "-1") line.scale = data["BalanceNum"].asText();
+    return takeLine(std::move(line), options.removing);
+}
+
+// Not of a scale: perhaps what the maker printed on the good.
+ScanReport CounterScanner::takeOwnBarcode(const QString& code, const ScanOptions& options) {
+    const auto good = static_cast<int>(
+        calls_("GetBarcode_Code", {{"Code", code.toStdString()}, {"ByAbbName", true}, {"ShowMessage", false}})
+            .result.asInteger());
+    if (good == 0) return {ScanMood::Refused, QStringLiteral("بارکد %1 شناخته نشد.").arg(persianDigits(code))};
+    return takeLine({.good = good, .name = {}, .amount = 1, .price = 0}, options.removing);
+}
+
+bool CounterScanner::describe(CounterLine& line) {
+    const ModuleReply reply = calls_("FillGoodInfo", {{"GoodCode", std::to_string(line.good)}});
+    if (!reply.result.asBool()) return false;
+    const Datum& info = reply["Info"];
+    line.name = info["Name"].asText();
+    line.unit = info["UnitName"].asText();
+    if (line.price == 0) line.price = info["ConsumerPrice"].asAmount();
+    return true;
+}
+
+ScanReport CounterScanner::takeLine(CounterLine line, bool removing) {
+    if (!describe(line))
+        return {ScanMood::Refused,
+                QStringLiteral("کالای %1 تعریف نشده است.").arg(persianDigits(QString::number(line.good)))};
+    const QString what =
+        QStringLiteral("%1 %2 %3").arg(amountText(line.amount), QString::fromStdString(line.unit), quoted(line.name));
+    if (removing) {
+        if (!invoice_.takeOff(line.good, line.amount))
+            return {ScanMood::Refused, QStringLiteral("%1 در فاکتور نیست.").arg(what)};
+        return {ScanMood::Removed, QStringLiteral("%1 از فاکتور حذف شد.").arg(what)};
+    }
+    invoice_.add(std::move(line));
+    return {ScanMood::Added, QStringLiteral("%1 افزوده شد.").arg(what)};
+}
+
+Extended CounterScanner::priceSum() {
+    return calls_("Get_Barcode_Data", {})["PriceSum"].asAmount();
+}
+
+Extended CounterScanner::total() {
+    return invoice_.total() + priceSum();
+}
+
+void CounterScanner::resetPriceSum() {
+    (void)calls_("BarCodePriceSum", {{"Value", 0}});
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,60 @@
+// Takes a scan into the invoice, and says what happened.
+//
+//   CounterScanner scanner(calls, invoice);
+//   const ScanReport report = scanner.scan("2800057012505", {.person = 12});
+//   show(report.text, report.mood);
+#pragma once
+
+#include <QString>
+
+#include "host/counter/counter_invoice.h"
+#include "host/counter/module_calls.h"
+
+namespace basalt::host {
+
+enum class ScanMood {
+    Added,    // a line, or a price to the sum
+    Removed,  // the same taken off
+    Matched,  // the total of the barcode is the invoice's
+    Warned,   // the total differs, or nothing had to be done
+    Refused,  // the barcode means nothing here
+};
+
+struct ScanReport {
+    ScanMood mood = ScanMood::Refused;
+    QString text;
+};
+
+struct ScanOptions {
+    int person = 0;
+    bool removing = false;
+};
+
+class CounterScanner {
+public:
+    CounterScanner(ModuleCalls& calls, CounterInvoice& invoice) : calls_(calls), invoice_(invoice) {}
+
+    // The text as it was typed. Errors of the database pass on, but for a field of the barcode that is no number.
+    ScanReport scan(const QString& typed, const ScanOptions& options);
+
+    // What the invoice comes to with the barcodes that carry a price alone.
+    [[nodiscard]] Extended total();
+    [[nodiscard]] Extended priceSum();
+    // Forgets the sum of these barcodes, for the next invoice.
+    void resetPriceSum();
+
+private:
+    ScanReport takeGood(const ScanOptions& options);
+    ScanReport takeOwnBarcode(const QString& code, const ScanOptions& options);
+    ScanReport takeLine(CounterLine line, bool removing);
+    // Fills name and unit, and the price when the line has none; false when there is no such good.
+    bool describe(CounterLine& line);
+
+    ModuleCalls& calls_;
+    CounterInvoice& invoice_;
+};
+
+// An amount as people read it: grouped by thousands, Persian digits.
+[[nodiscard]] QString amountText(Extended amount);
+
+}  // namespace basalt::host

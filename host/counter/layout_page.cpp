@@ -1,0 +1,359 @@
+#include "host/counter/layout_page.h"
+
+#include <QCheckBox>
+#include <QHBoxLayout>
+#include <QScrollArea>
+#include <QShortcut>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "host/counter/scan_text.h"
+#include "host/screens/persian_digits.h"
+#include "host/screens/theme.h"
+#include "package/messages.h"
+
+namespace basalt::host {
+
+namespace {
+
+constexpr int kLongestBarcode = 100;
+constexpr int kLongestPrefix = 20;
+constexpr int kLongestTitle = 50;
+constexpr int kMostGoods = 999'999'999;
+
+struct FieldLook {
+    LayoutField field;
+    const char* background;
+};
+constexpr FieldLook kLooks[] = {{LayoutField::Constant, "#DDE2EA"},
+                                {LayoutField::Item, "#CFE8D8"},
+                                {LayoutField::Amount, "#FBE3B3"},
+                                {LayoutField::Balance, "#DCD3F2"},
+                                {LayoutField::Price, "#CFE3F5"}};
+
+QString backgroundOf(LayoutField field) {
+    for (const FieldLook& look : kLooks) {
+        if (look.field == field) return QString::fromLatin1(look.background);
+    }
+    return {};
+}
+
+QString coloured(const QString& text, const QString& background) {
+    return QStringLiteral("<span style=\"background-color:%1\">%2</span>").arg(background, text.toHtmlEscaped());
+}
+
+QString listTitle(const BarcodeLayout& layout) {
+    const QString title = layout.title.empty() ? QStringLiteral("بی‌نام") : QString::fromStdString(layout.title);
+    return QStringLiteral("%1 — %2 (%3 رقمی)")
+        .arg(title, QString::fromStdString(layout.constantCode), persianDigits(QString::number(layout.digitCount)));
+}
+
+}  // namespace
+
+QString previewOf(const BarcodeLayout& layout, const QString& barcode) {
+    const std::vector<FieldSpan> spans = spansOf(layout);
+    QString characters;
+    for (int position = 1; position <= barcode.size(); ++position) {
+        const QString character = barcode.mid(position - 1, 1);
+        const auto covers = [position](const FieldSpan& span) { return span.begin <= position && position < span.end; };
+        const auto count = std::count_if(spans.begin(), spans.end(), covers);
+        if (count == 0) {
+            characters += character.toHtmlEscaped();
+        } else if (count > 1) {
+            characters += coloured(character, themeColors().danger.lighter(170).name());
+        } else {
+            characters += coloured(character, backgroundOf(std::find_if(spans.begin(), spans.end(), covers)->field));
+        }
+    }
+    QString legend;
+    for (const FieldSpan& span : spans) {
+        const int begin = std::max(span.begin, 1);
+        const QString cut = barcode.mid(begin - 1, std::max(span.end - begin, 0));
+        legend += QStringLiteral("<tr><td>%1</td><td dir=\"ltr\" style=\"padding:0 12px\">%2</td></tr>")
+                      .arg(coloured(titleOf(span.field), backgroundOf(span.field)), cut.toHtmlEscaped());
+    }
+    return QStringLiteral("<div dir=\"ltr\" align=\"center\" style=\"font-size:20pt\">%1</div><table>%2</table>")
+        .arg(characters, legend);
+}
+
+LayoutPage::LayoutPage(DesktopContext context, QWidget* parent)
+    : ShellPage(parent), context_(context), store_(context.host.session()) {
+    setObjectName(QStringLiteral("Layouts_PNL"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(28, 24, 28, 20);
+    layout->setSpacing(12);
+    auto* title = new QLabel(QStringLiteral("الگوهای بارکد ترازو"));
+    title->setProperty("kind", QStringLiteral("pageTitle"));
+    layout->addWidget(title);
+    auto* columns = new QHBoxLayout;
+    columns->setSpacing(16);
+    list_ = new QListWidget;
+    list_->setObjectName(QStringLiteral("Layouts_LST"));
+    list_->setFixedWidth(260);
+    list_->setAccessibleName(title->text());
+    columns->addWidget(list_);
+    auto* scroll = new QScrollArea;
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    auto* fields = new QWidget;
+    makeFields(*new QFormLayout(fields));
+    scroll->setWidget(fields);
+    columns->addWidget(scroll, 1);
+    auto* trying = new QVBoxLayout;
+    makePreview(*trying);
+    columns->addLayout(trying, 1);
+    layout->addLayout(columns, 1);
+    makeButtons(*layout);
+    // Behind the click, because choosing may fill the list anew.
+    QObject::connect(
+        list_, &QListWidget::currentRowChanged, this, [this] { context_.handlers.guarded(this, [this] { choose(); }); },
+        Qt::QueuedConnection);
+}
+
+QSpinBox* LayoutPage::addNumber(QFormLayout& form, const char* objectName, const QString& title,
+                                int BarcodeLayout::*field) {
+    auto* input = new QSpinBox;
+    input->setObjectName(QString::fromLatin1(objectName));
+    input->setRange(0, kLongestBarcode);
+    input->setAccessibleName(title);
+    form.addRow(title, input);
+    QObject::connect(input, &QSpinBox::valueChanged, this, [this] { edited(); });
+    take_.emplace_back([input, field](BarcodeLayout& layout) { layout.*field = input->value(); });
+    fill_.emplace_back([input, field](const BarcodeLayout& layout) { input->setValue(layout.*field); });
+    return input;
+}
+
+void LayoutPage::addPlace(QFormLayout& form, const QString& name, const QString& title, int BarcodeLayout::*start,
+                          int BarcodeLayout::*count) {
+    addNumber(form, (name + QStringLiteral("Start_EDT")).toLatin1().constData(), QStringLiteral("%1 از").arg(title),
+              start);
+    addNumber(form, (name + QStringLiteral("Count_EDT")).toLatin1().constData(),
+              QStringLiteral("تعداد رقم %1").arg(title), count);
+}
+
+void LayoutPage::makeFields(QFormLayout& form) {
+    const auto addText = [this, &form](const char* name, const QString& title, int longest,
+                                       std::string BarcodeLayout::*field) {
+        auto* input = new QLineEdit;
+        input->setObjectName(QString::fromLatin1(name));
+        input->setMaxLength(longest);
+        input->setAccessibleName(title);
+        form.addRow(title, input);
+        QObject::connect(input, &QLineEdit::textEdited, this, [this] { edited(); });
+        take_.emplace_back([input, field](BarcodeLayout& layout) { layout.*field = input->text().toStdString(); });
+        fill_.emplace_back(
+            [input, field](const BarcodeLayout& layout) { input->setText(QString::fromStdString(layout.*field)); });
+    };
+    const auto addFlag = [this, &form](const char* name, const QString& title, auto isOn, auto setOn) {
+        auto* input = new QCheckBox(title);
+        input->setObjectName(QString::fromLatin1(name));
+        form.addRow(input);
+        QObject::connect(input, &QCheckBox::toggled, this, [this] { edited(); });
+        take_.emplace_back([input, setOn](BarcodeLayout& layout) { setOn(layout, input->isChecked()); });
+        fill_.emplace_back([input, isOn](const BarcodeLayout& layout) { input->setChecked(isOn(layout)); });
+    };
+
+    addText("Title_EDT", QStringLiteral("عنوان"), kLongestTitle, &BarcodeLayout::title);
+    auto* kind = new QComboBox;
+    kind->setObjectName(QStringLiteral("BarCodeType_CMB"));
+    // In the order of the kinds, from 1.
+    kind->addItems({QStringLiteral("کالا و مقدار"), QStringLiteral("جمع فاکتور"), QStringLiteral("مبلغ")});
+    form.addRow(QStringLiteral("نوع بارکد"), kind);
+    QObject::connect(kind, &QComboBox::currentIndexChanged, this, [this] { edited(); });
+    take_.emplace_back([kind](BarcodeLayout& layout) {
+        if (kind->currentIndex() >= 0) layout.barCodeType = kind->currentIndex() + 1;
+    });
+    fill_.emplace_back([kind](const BarcodeLayout& layout) { kind->setCurrentIndex(layout.barCodeType - 1); });
+    addNumber(form, "DigitCount_EDT", QStringLiteral("تعداد رقم بارکد"), &BarcodeLayout::digitCount);
+    addText("ConstantCode_EDT", QStringLiteral("پیش‌شماره"), kLongestPrefix, &BarcodeLayout::constantCode);
+    addPlace(form, QStringLiteral("Constant"), QStringLiteral("پیش‌شماره"), &BarcodeLayout::constantStart,
+             &BarcodeLayout::constantCount);
+    addNumber(form, "ItemConstantCode_EDT", QStringLiteral("کالای ثابت"), &BarcodeLayout::itemConstantCode)
+        ->setMaximum(kMostGoods);
+    addFlag(
+        "ItemCodeType_CHK", QStringLiteral("رقم‌های کالا همان کد کالاست"),
+        [](const BarcodeLayout& layout) { return layout.itemCodeType == 1; },
+        [](BarcodeLayout& layout, bool on) {
+            // Every other value means the same; the one that is stored stays.
+            if (on != (layout.itemCodeType == 1)) layout.itemCodeType = on ? 1 : 2;
+        });
+    addPlace(form, QStringLiteral("ItemCode"), QStringLiteral("کالا"), &BarcodeLayout::itemCodeStart,
+             &BarcodeLayout::itemCodeCount);
+    addPlace(form, QStringLiteral("Amount"), QStringLiteral("مقدار"), &BarcodeLayout::amountStart,
+             &BarcodeLayout::amountCount);
+    addFlag(
+        "AmountDivide_CHK", QStringLiteral("مقدار به هزارم است"),
+        [](const BarcodeLayout& layout) { return layout.amountDivide > 0; },
+        [](BarcodeLayout& layout, bool on) {
+            if (on != (layout.amountDivide > 0)) layout.amountDivide = on ? 1000 : 0;
+        });
+    addPlace(form, QStringLiteral("BalanceNo"), QStringLiteral("شمارهٔ ترازو"), &BarcodeLayout::balanceNoStart,
+             &BarcodeLayout::balanceNoCount);
+    addFlag(
+        "BalanceNoAsStore_CHK", QStringLiteral("شمارهٔ ترازو خوانده شود"),
+        [](const BarcodeLayout& layout) { return layout.balanceNoAsStore; },
+        [](BarcodeLayout& layout, bool on) { layout.balanceNoAsStore = on; });
+    addPlace(form, QStringLiteral("Price"), QStringLiteral("مبلغ"), &BarcodeLayout::priceStart,
+             &BarcodeLayout::priceCount);
+}
+
+void LayoutPage::makePreview(QBoxLayout& layout) {
+    auto* title = new QLabel(QStringLiteral("آزمایش با یک بارکد"));
+    title->setProperty("kind", QStringLiteral("sectionTitle"));
+    layout.addWidget(title);
+    sample_ = new QLineEdit;
+    sample_->setObjectName(QStringLiteral("Sample_EDT"));
+    sample_->setPlaceholderText(QStringLiteral("بارکد"));
+    sample_->setAccessibleName(title->text());
+    layout.addWidget(sample_);
+    preview_ = new QLabel;
+    preview_->setObjectName(QStringLiteral("Preview_LBL"));
+    preview_->setTextFormat(Qt::RichText);
+    layout.addWidget(preview_);
+    problems_ = new QLabel;
+    problems_->setObjectName(QStringLiteral("Problems_LBL"));
+    problems_->setProperty("kind", QStringLiteral("problem"));
+    problems_->setTextFormat(Qt::PlainText);
+    problems_->setWordWrap(true);
+    layout.addWidget(problems_);
+    layout.addStretch();
+    QObject::connect(sample_, &QLineEdit::textChanged, this, [this] { refresh(); });
+}
+
+QPushButton* LayoutPage::addButton(QBoxLayout& row, const char* objectName, const QString& title,
+                                   const QKeySequence& key, void (LayoutPage::*work)()) {
+    auto* button =
+        new QPushButton(QStringLiteral("%1 \u2066%2\u2069").arg(title, key.toString(QKeySequence::NativeText)));
+    button->setObjectName(QString::fromLatin1(objectName));
+    row.addWidget(button);
+    const auto run = [this, button, work] {
+        if (button->isEnabled()) context_.handlers.guarded(this, [this, work] { (this->*work)(); });
+    };
+    QObject::connect(button, &QPushButton::clicked, this, run);
+    auto* shortCut = new QShortcut(key, this);
+    shortCut->setContext(Qt::WidgetWithChildrenShortcut);
+    QObject::connect(shortCut, &QShortcut::activated, this, run);
+    return button;
+}
+
+void LayoutPage::makeButtons(QBoxLayout& layout) {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(8);
+    save_ = addButton(*row, "Save_BTN", QStringLiteral("ذخیره"), QKeySequence(Qt::Key_F3), &LayoutPage::save);
+    save_->setProperty("kind", QStringLiteral("primary"));
+    addButton(*row, "New_BTN", QStringLiteral("جدید"), QKeySequence(Qt::Key_F4), &LayoutPage::startNew);
+    remove_ = addButton(*row, "Delete_BTN", QStringLiteral("حذف"), QKeySequence(Qt::Key_F7), &LayoutPage::remove);
+    remove_->setProperty("kind", QStringLiteral("danger"));
+    row->addStretch();
+    layout.addLayout(row);
+}
+
+void LayoutPage::enter() {
+    reload(stored_.id);
+    sample_->setFocus();
+}
+
+bool LayoutPage::mayLeave() {
+    if (edited_ == stored_) return true;
+    MessageRequest question{.operation = "MsgUnsavedChanges",
+                            .buttons = {TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel},
+                            .defaultButton = TMessageButton::Yes};
+    switch (context_.host.Messages().show(question)) {
+        case mrYes:
+            save();
+            return true;
+        case mrNo:
+            show(stored_);
+            return true;
+        default:
+            return false;
+    }
+}
+
+void LayoutPage::reload(int id) {
+    layouts_ = store_.all();
+    const QSignalBlocker quiet(list_);
+    list_->clear();
+    int current = layouts_.empty() ? -1 : 0;
+    for (std::size_t i = 0; i < layouts_.size(); ++i) {
+        list_->addItem(listTitle(layouts_[i]));
+        if (layouts_[i].id == id) current = static_cast<int>(i);
+    }
+    list_->setCurrentRow(current);
+    show(current < 0 ? BarcodeLayout{} : layouts_[static_cast<std::size_t>(current)]);
+}
+
+void LayoutPage::choose() {
+    const int row = list_->currentRow();
+    if (row < 0) return;
+    const BarcodeLayout chosen = layouts_[static_cast<std::size_t>(row)];
+    if (chosen.id == stored_.id) return;
+    if (mayLeave()) {
+        reload(chosen.id);
+        return;
+    }
+    const QSignalBlocker quiet(list_);
+    const auto back =
+        std::find_if(layouts_.begin(), layouts_.end(), [this](const auto& l) { return l.id == stored_.id; });
+    list_->setCurrentRow(back == layouts_.end() ? -1 : static_cast<int>(back - layouts_.begin()));
+}
+
+void LayoutPage::show(const BarcodeLayout& layout) {
+    stored_ = edited_ = layout;
+    showing_ = true;
+    for (const auto& fill : fill_)
+        fill(layout);
+    showing_ = false;
+    refresh();
+}
+
+void LayoutPage::edited() {
+    if (showing_) return;
+    for (const auto& take : take_)
+        take(edited_);
+    refresh();
+}
+
+void LayoutPage::refresh() {
+    const QString sample = repairedScan(sample_->text());
+    preview_->setText(sample.isEmpty() ? QString() : previewOf(edited_, sample));
+    std::vector<QString> problems = problemsOf(edited_, layouts_);
+    if (!sample.isEmpty()) {
+        const bool own = fits(edited_, sample);
+        if (!own) problems.push_back(QStringLiteral("این بارکد با این الگو نمی‌خواند."));
+        QStringList fitting;
+        for (const BarcodeLayout& other : layouts_) {
+            if (other.id != edited_.id && fits(other, sample)) fitting << QString::fromStdString(other.title);
+        }
+        if (!fitting.isEmpty())
+            problems.push_back((own ? QStringLiteral("این بارکد با الگوی %1 هم می‌خواند.")
+                                    : QStringLiteral("این بارکد با الگوی %1 می‌خواند."))
+                                   .arg(fitting.join(QStringLiteral("، "))));
+    }
+    problems_->setText(QStringList(problems.begin(), problems.end()).join(QLatin1Char('\n')));
+    save_->setEnabled(!(edited_ == stored_));
+    remove_->setEnabled(stored_.id != 0);
+}
+
+void LayoutPage::save() {
+    reload(store_.save(edited_));
+}
+
+void LayoutPage::startNew() {
+    if (!mayLeave()) return;
+    const QSignalBlocker quiet(list_);
+    list_->setCurrentRow(-1);
+    show({});
+}
+
+void LayoutPage::remove() {
+    MessageRequest question{.operation = "MsgDeleteItem",
+                            .arguments = {"الگو"},
+                            .buttons = {TMessageButton::Yes, TMessageButton::No},
+                            .defaultButton = TMessageButton::No};
+    if (context_.host.Messages().show(question) != mrYes) return;
+    store_.remove(stored_.id);
+    reload(0);
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,69 @@
+// The layouts of scale barcodes: a list, the fields of one, and a barcode typed for trying, coloured by what is cut
+// where.
+#pragma once
+
+#include <QBoxLayout>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSpinBox>
+#include <functional>
+#include <vector>
+
+#include "host/counter/barcode_layout.h"
+#include "host/counter/layout_store.h"
+#include "host/desktop/desktop_context.h"
+#include "host/desktop/shell_page.h"
+
+namespace basalt::host {
+
+// The barcode as rich text: each character coloured by its field, with a legend; text of the user is escaped.
+[[nodiscard]] QString previewOf(const BarcodeLayout& layout, const QString& barcode);
+
+class LayoutPage final : public ShellPage {
+public:
+    explicit LayoutPage(DesktopContext context, QWidget* parent = nullptr);
+
+    void enter() override;
+    [[nodiscard]] bool mayLeave() override;
+
+private:
+    void makeFields(QFormLayout& form);
+    void makePreview(QBoxLayout& layout);
+    void makeButtons(QBoxLayout& layout);
+    QPushButton* addButton(QBoxLayout& row, const char* objectName, const QString& title, const QKeySequence& key,
+                           void (LayoutPage::*work)());
+    QSpinBox* addNumber(QFormLayout& form, const char* objectName, const QString& title, int BarcodeLayout::*field);
+    void addPlace(QFormLayout& form, const QString& name, const QString& title, int BarcodeLayout::*start,
+                  int BarcodeLayout::*count);
+
+    void reload(int id);
+    void choose();
+    void show(const BarcodeLayout& layout);
+    void edited();
+    void refresh();
+    void save();
+    void startNew();
+    void remove();
+
+    DesktopContext context_;
+    LayoutStore store_;
+    std::vector<BarcodeLayout> layouts_;
+    BarcodeLayout edited_;
+    BarcodeLayout stored_;
+    bool showing_ = false;
+    // Each takes its input's value into the layout, or shows the layout's.
+    std::vector<std::function<void(BarcodeLayout&)>> take_;
+    std::vector<std::function<void(const BarcodeLayout&)>> fill_;
+    QListWidget* list_ = nullptr;
+    QLineEdit* sample_ = nullptr;
+    QLabel* preview_ = nullptr;
+    QLabel* problems_ = nullptr;
+    QPushButton* save_ = nullptr;
+    QPushButton* remove_ = nullptr;
+};
+
+}  // namespace basalt::host

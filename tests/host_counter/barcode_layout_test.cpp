@@ -1,0 +1,138 @@
+// What layouts of barcodes cut, and what is wrong with them.
+#include "host/counter/barcode_layout.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/counter/layout_page.h"
+
+namespace basalt::host {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+BarcodeLayout weightLayout() {
+    return {.id = 1,
+            .title = "وزن",
+            .digitCount = 13,
+            .constantStart = 1,
+            .constantCount = 2,
+            .constantCode = "28",
+            .itemCodeType = 1,
+            .itemCodeStart = 3,
+            .itemCodeCount = 5,
+            .amountStart = 8,
+            .amountCount = 5,
+            .amountDivide = 1000};
+}
+
+std::vector<std::string> problems(const BarcodeLayout& layout, const std::vector<BarcodeLayout>& others = {}) {
+    std::vector<std::string> texts;
+    for (const QString& problem : problemsOf(layout, others))
+        texts.push_back(problem.toStdString());
+    return texts;
+}
+
+TEST(BarcodeLayout, cutsItsFieldsByPlace) {
+    EXPECT_THAT(spansOf(weightLayout()),
+                ElementsAre(FieldSpan{LayoutField::Constant, 1, 3}, FieldSpan{LayoutField::Item, 3, 8},
+                            FieldSpan{LayoutField::Amount, 8, 13}));
+}
+
+TEST(BarcodeLayout, cutsWhatItsKindHas) {
+    BarcodeLayout layout = weightLayout();
+    layout.balanceNoStart = 13;
+    layout.balanceNoCount = 1;
+    EXPECT_EQ(spansOf(layout).size(), 3U);  // the scale's number is not a store
+    layout.balanceNoAsStore = true;
+    EXPECT_EQ(spansOf(layout).back(), (FieldSpan{LayoutField::Balance, 13, 14}));
+    layout.itemConstantCode = 105;
+    EXPECT_EQ(spansOf(layout)[1].field, LayoutField::Amount);
+    layout.barCodeType = 3;
+    layout.priceStart = 3;
+    layout.priceCount = 10;
+    EXPECT_THAT(spansOf(layout),
+                ElementsAre(FieldSpan{LayoutField::Constant, 1, 3}, FieldSpan{LayoutField::Price, 3, 13}));
+    layout.barCodeType = 9;
+    EXPECT_EQ(spansOf(layout).size(), 1U);
+}
+
+TEST(BarcodeLayout, fitsByLengthAndPrefix) {
+    EXPECT_TRUE(fits(weightLayout(), "2800057012505"));
+    EXPECT_TRUE(fits(weightLayout(), " 2800057012505 "));
+    EXPECT_FALSE(fits(weightLayout(), "2900057012505"));
+    EXPECT_FALSE(fits(weightLayout(), "280005701250"));
+    EXPECT_FALSE(fits(weightLayout(), ""));
+}
+
+TEST(BarcodeLayout, twoMayFitTheSameBarcode) {
+    const BarcodeLayout one = weightLayout();
+    BarcodeLayout other = weightLayout();
+    EXPECT_TRUE(mayBothFit(one, other));
+    other.constantCode = "29";
+    EXPECT_FALSE(mayBothFit(one, other));
+    other.constantCode = "5";
+    other.constantStart = 13;
+    other.constantCount = 1;
+    EXPECT_TRUE(mayBothFit(one, other));
+    other.digitCount = 12;
+    EXPECT_FALSE(mayBothFit(one, other));
+    other = weightLayout();
+    other.constantCode = "2";
+    other.constantCount = 1;
+    EXPECT_TRUE(mayBothFit(one, other));  // the shorter prefix
+}
+
+TEST(BarcodeLayout, aGoodLayoutHasNoProblems) {
+    EXPECT_THAT(problems(weightLayout(), {weightLayout()}), IsEmpty());
+}
+
+TEST(BarcodeLayout, problemsAreSaid) {
+    BarcodeLayout layout = weightLayout();
+    layout.amountStart = 7;
+    layout.amountCount = 8;
+    EXPECT_THAT(problems(layout), ElementsAre("«مقدار» از بارکد ۱۳ رقمی بیرون می‌زند.",
+                                              "«کالا» و «مقدار» روی هم افتاده‌اند."));
+    layout = weightLayout();
+    layout.itemCodeCount = 0;
+    layout.constantCode = "281";
+    EXPECT_THAT(problems(layout), ElementsAre("پیش‌شماره ۳ نویسه است، نه ۲.",
+                                              "نه جای کالا معلوم است و نه کالای ثابت."));
+    layout = weightLayout();
+    layout.barCodeType = 2;
+    EXPECT_THAT(problems(layout), ElementsAre("جای مبلغ معلوم نیست."));
+    BarcodeLayout other = weightLayout();
+    other.id = 2;
+    other.title = "دیگری";
+    EXPECT_THAT(
+        problems(weightLayout(), {weightLayout(), other}),
+        ElementsAre("بارکدی که با این الگو بخواند با «دیگری» هم می‌خواند."));
+}
+
+TEST(BarcodeLayout, largestNumbersDoNoHarm) {
+    BarcodeLayout layout = weightLayout();
+    layout.amountStart = 2147483647;
+    layout.amountCount = 2147483647;
+    layout.constantStart = -2147483647;
+    layout.constantCount = 2147483647;
+    EXPECT_FALSE(problems(layout, {layout}).empty());
+    EXPECT_FALSE(fits(layout, "2800057012505"));
+}
+
+TEST(BarcodePreview, coloursEachCharacterByItsField) {
+    const QString preview = previewOf(weightLayout(), "2800057012505");
+    EXPECT_EQ(preview.count("#DDE2EA"), 2 + 1);  // and once in the legend
+    EXPECT_EQ(preview.count("#CFE8D8"), 5 + 1);
+    EXPECT_EQ(preview.count("#FBE3B3"), 5 + 1);
+    EXPECT_TRUE(preview.contains(">00057</td>"));
+    EXPECT_TRUE(preview.contains(">01250</td>"));
+}
+
+TEST(BarcodePreview, textIsNotMarkup) {
+    EXPECT_TRUE(previewOf(weightLayout(), "<b>").contains("&lt;"));
+    EXPECT_FALSE(previewOf(weightLayout(), "<b>").contains("<b>"));
+}
+
+}  // namespace
+}  // namespace basalt::host

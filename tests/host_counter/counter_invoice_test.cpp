@@ -1,0 +1,69 @@
+// The lines of the counter's invoice.
+#include "host/counter/counter_invoice.h"
+
+#include <gtest/gtest.h>
+
+namespace basalt::host {
+namespace {
+
+CounterLine line(int good, Extended amount, Extended price) {
+    return {.good = good, .name = "کالا", .amount = amount, .price = price};
+}
+
+TEST(CounterInvoice, linesAreRoundedAndSummed) {
+    CounterInvoice whole(0);
+    whole.add(line(57, 1.25L, 12501));  // 15626.25
+    whole.add(line(58, 0.5L, 3));       // 1.5
+    EXPECT_EQ(whole.lineTotal(0), 15626.0L);
+    EXPECT_EQ(whole.lineTotal(1), 2.0L);
+    EXPECT_EQ(whole.total(), 15628.0L);
+    CounterInvoice cents(2);
+    cents.add(line(57, 1.25L, 12501));
+    EXPECT_EQ(cents.total(), 15626.25L);
+    EXPECT_EQ(CounterInvoice(0).total(), 0.0L);
+}
+
+TEST(CounterInvoice, takesOffTheLastLineOfTheAmount) {
+    CounterInvoice invoice(0);
+    invoice.add(line(57, 1, 100));
+    invoice.add(line(57, 2, 200));
+    invoice.add(line(57, 1, 300));
+    const auto taken = invoice.takeOff(57, 1);
+    ASSERT_TRUE(taken);
+    EXPECT_EQ(taken->price, 300.0L);
+    ASSERT_EQ(invoice.lines().size(), 2U);
+    EXPECT_EQ(invoice.lines()[0].price, 100.0L);
+    EXPECT_EQ(invoice.lines()[1].price, 200.0L);
+}
+
+TEST(CounterInvoice, reducesALargerLine) {
+    CounterInvoice invoice(0);
+    invoice.add(line(57, 3, 100));
+    const auto taken = invoice.takeOff(57, 1.25L);
+    ASSERT_TRUE(taken);
+    EXPECT_EQ(taken->amount, 1.25L);
+    ASSERT_EQ(invoice.lines().size(), 1U);
+    EXPECT_EQ(invoice.lines()[0].amount, 1.75L);
+}
+
+TEST(CounterInvoice, hasNothingToTakeOff) {
+    CounterInvoice invoice(0);
+    invoice.add(line(57, 1, 100));
+    EXPECT_FALSE(invoice.takeOff(58, 1));
+    EXPECT_FALSE(invoice.takeOff(57, 2));
+    EXPECT_EQ(invoice.lines().size(), 1U);
+}
+
+TEST(CounterInvoice, asksForItsStockByGood) {
+    CounterInvoice invoice(0);
+    EXPECT_EQ(invoice.stockQuery(2), "");
+    invoice.add(line(57, 1.25L, 100));
+    invoice.add(line(9, 3, 100));
+    invoice.add(line(57, 0.75L, 100));
+    EXPECT_EQ(invoice.stockQuery(2),
+              "SELECT 57 AS Code, 2 AS Anbar, CAST(-2 AS decimal(23, 9)) AS Mogodi UNION ALL "
+              "SELECT 9 AS Code, 2 AS Anbar, CAST(-3 AS decimal(23, 9)) AS Mogodi");
+}
+
+}  // namespace
+}  // namespace basalt::host

@@ -1,0 +1,235 @@
+// The counter over the demo company, with the real module: scans by keyboard, stock, tare and scales.
+#include "host/counter/counter_page.h"
+
+#include <QComboBox>
+#include <QTimer>
+
+#include "tests/host_desktop/desktop_test.h"
+
+namespace basalt::host {
+namespace {
+
+using ::testing::ElementsAre;
+
+class NotedPrograms final : public ProgramService {
+public:
+    void start(const ProgramStart& program) override { started.push_back(program.parameters); }
+    [[nodiscard]] std::unique_ptr<ProgramLibrary> load(const std::string& /*name*/) override { return nullptr; }
+    std::vector<std::string> started;
+};
+
+class Counter : public DesktopTest {
+protected:
+    Counter() {
+        host.signInAs(1);
+        host.setPrograms(programs);
+        page = std::make_unique<CounterPage>(context());
+        showActive(*page);
+        page->enter();
+    }
+
+    void scan(const QString& barcode) {
+        type(*page, "Scan_EDT", barcode);
+        QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_Return);
+    }
+    [[nodiscard]] std::string mood() const {
+        return control(*page, "Result_LBL").property("mood").toString().toStdString();
+    }
+    // "105|1.25" a line, from the cells that show code and amount.
+    [[nodiscard]] std::vector<std::string> lines() const {
+        const auto& grid = control<QTableWidget>(*page, "Lines_GRD");
+        std::vector<std::string> texts;
+        for (int row = 0; row < grid.rowCount(); ++row)
+            texts.push_back((grid.item(row, 0)->text() + "|" + grid.item(row, 2)->text()).toStdString());
+        return texts;
+    }
+    void policy(int value) {
+        auto& combo = control<QComboBox>(*page, "Policy_CMB");
+        combo.setCurrentIndex(value);
+        emit combo.activated(value);
+    }
+    void store(int code) {
+        auto& combo = control<QComboBox>(*page, "Store_CMB");
+        combo.setCurrentIndex(combo.findData(code));
+    }
+
+    NotedPrograms programs;
+    std::unique_ptr<CounterPage> page;
+};
+
+TEST_F(Counter, aWeighedGoodBecomesALine) {
+    scan("2800105012507");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱.۲۵"));
+    EXPECT_EQ(mood(), "added");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "۱.۲۵ کیلوگرم «موز درجه یک» افزوده شد.");
+    EXPECT_TRUE(control<QLineEdit>(*page, "Scan_EDT").text().isEmpty());
+}
+
+TEST_F(Counter, aWrongKeyboardLayoutStillScans) {
+    scan("۲۸۰۰۱۰۵۰۱۲۵۰۷");
+    scan("٢٨٠٠١٠٥٠٠٢٥٠٧");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱.۲۵", "۱۰۵|۰.۲۵"));
+}
+
+TEST_F(Counter, theMakersBarcodeIsOnePiece) {
+    scan("6267311001001");
+    EXPECT_THAT(lines(), ElementsAre("۱|۱"));
+    EXPECT_EQ(mood(), "added");
+}
+
+TEST_F(Counter, anUnknownBarcodeIsRefused) {
+    for (const char* barcode : {"1234567890123", "28'; --", "28001050x2507", "2899999012507"}) {
+        scan(barcode);
+        EXPECT_EQ(mood(), "refused") << barcode;
+    }
+    EXPECT_TRUE(lines().empty());
+    EXPECT_TRUE(takeMessages().empty());
+}
+
+TEST_F(Counter, deleteModeTakesOff) {
+    scan("2800105012507");
+    scan("2800105002507");
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F6);
+    scan("2800105012507");  // at once
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰.۲۵"));
+    EXPECT_EQ(mood(), "removed");
+    scan("2800105099997");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰.۲۵"));
+}
+
+TEST_F(Counter, pricesAloneAreSummedAndTakenOff) {
+    scan("2900000125005");
+    EXPECT_EQ(mood(), "added");
+    EXPECT_EQ(shown(*page, "PriceSum_LBL"), "جمع بارکدهای مبلغی: ۱۲,۵۰۰");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱۲,۵۰۰");
+    click(*page, "Removing_BTN");
+    scan("2900000025005");
+    EXPECT_EQ(mood(), "removed");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱۰,۰۰۰");
+    EXPECT_TRUE(lines().empty());
+}
+
+TEST_F(Counter, aTotalIsComparedWithTheInvoice) {
+    scan("2900000125005");
+    scan("2500000125005");
+    EXPECT_EQ(mood(), "matched");
+    EXPECT_TRUE(takeMessages().empty());
+    scan("2500000125015");
+    EXPECT_EQ(mood(), "warned");
+    EXPECT_EQ(takeMessages().size(), 1U);  // the module's own note
+}
+
+TEST_F(Counter, typingOnTheInvoiceIsAScan) {
+    scan("2800105012507");
+    auto& grid = control<QTableWidget>(*page, "Lines_GRD");
+    grid.setFocus();
+    QTest::keyClicks(&grid, "2");
+    EXPECT_EQ(page->focusWidget(), &control(*page, "Scan_EDT"));
+    EXPECT_EQ(control<QLineEdit>(*page, "Scan_EDT").text(), "2");
+}
+
+std::string remaining(Session& session) {
+    return linesOf(session,
+                   "SELECT TOP 1 CAST(Tedad AS nvarchar(30)), OperationType, OperationRow FROM dbo.Kardex "
+                   "WHERE kala = 105 ORDER BY Global_ID DESC")
+        .at(0);
+}
+
+TEST_F(Counter, enoughStockIsSaved) {
+    policy(0);
+    store(1);
+    scan("2800105012507");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "matched") << shown(*page, "Result_LBL");
+    EXPECT_TRUE(lines().empty());
+    EXPECT_EQ(remaining(*session), "-1.250000000|1|1");
+}
+
+TEST_F(Counter, stockFollowsThePolicy) {
+    store(4);  // nothing was ever there
+    policy(0);
+    scan("2800105012507");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_THAT(takeMessages(), ElementsAre("ShowSmartMessage(error 30055, 'موز درجه یک')"));
+    EXPECT_EQ(lines().size(), 1U);
+
+    policy(1);
+    messages.answers = {mrNo};
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(lines().size(), 1U);
+    messages.answers = {mrYes};
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "matched");
+    EXPECT_TRUE(lines().empty());
+    EXPECT_THAT(takeMessages(), ElementsAre("ShowSmartMessage(confirmation 20091, 'موز درجه یک')",
+                                            "ShowSmartMessage(confirmation 20091, 'موز درجه یک')"));
+
+    policy(2);
+    scan("2800105012507");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "matched");
+    EXPECT_TRUE(takeMessages().empty());
+}
+
+TEST_F(Counter, anEmptyInvoiceIsNotSaved) {
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "warned");
+}
+
+TEST_F(Counter, boxesAreTakenOffTheWeight) {
+    scan("2800105012507");
+    QTimer::singleShot(0, [] {
+        QWidget& dialog = *QApplication::activeModalWidget();
+        control<QComboBox>(dialog, "Weight_CMB").setEditText("0.25");
+        control<QLineEdit>(dialog, "Count_EDT").setText("2");
+        QTest::keyClick(&control(dialog, "Count_EDT"), Qt::Key_Return);
+    });
+    click(*page, "Tare_BTN");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰.۷۵"));
+    QTimer::singleShot(0, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
+    click(*page, "Tare_BTN");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰.۷۵"));
+    QTimer::singleShot(0, [] {
+        QWidget& dialog = *QApplication::activeModalWidget();
+        EXPECT_EQ(control<QComboBox>(dialog, "Weight_CMB").itemText(0), "0.25");
+        control<QComboBox>(dialog, "Weight_CMB").setEditText("5");
+        control<QLineEdit>(dialog, "Count_EDT").setText("2");
+        QTest::keyClick(&dialog, Qt::Key_F3);
+    });
+    click(*page, "Tare_BTN");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰.۷۵"));
+}
+
+TEST_F(Counter, chosenGoodsGoToTheScales) {
+    scan("2800105012507");
+    scan("2800098002507");
+    auto& grid = control<QTableWidget>(*page, "Lines_GRD");
+    grid.selectAll();
+    click(*page, "SendToScale_BTN");
+    ASSERT_EQ(programs.started.size(), 1U);
+    EXPECT_TRUE(programs.started[0].ends_with(" \"105,98\"")) << programs.started[0];
+    programs.started.clear();
+    control<QComboBox>(*page, "ScaleType_CMB").setCurrentIndex(1);
+    click(*page, "SendToScale_BTN");
+    EXPECT_EQ(mood(), "added");
+    ASSERT_FALSE(programs.started.empty());
+    for (std::size_t i = 0; i < programs.started.size(); ++i)
+        EXPECT_TRUE(programs.started[i].ends_with(i + 1 == programs.started.size() ? "  1" : "  0"));
+    EXPECT_EQ(&host.programs(), &programs);
+    EXPECT_FALSE(control(*page, "Progress_BAR").isVisible());
+}
+
+TEST_F(Counter, aNewInvoiceForgetsAll) {
+    scan("2800105012507");
+    scan("2900000125005");
+    click(*page, "Clear_BTN");
+    EXPECT_TRUE(lines().empty());
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۰");
+}
+
+}  // namespace
+}  // namespace basalt::host

@@ -1,0 +1,115 @@
+// The screen of the barcode layouts over the demo company.
+#include "host/counter/layout_page.h"
+
+#include <QCheckBox>
+
+#include "tests/host_desktop/desktop_test.h"
+
+namespace basalt::host {
+namespace {
+
+using ::testing::HasSubstr;
+
+class Layouts : public DesktopTest {
+protected:
+    Layouts() {
+        host.signInAs(1);
+        page = std::make_unique<LayoutPage>(context());
+        showActive(*page);
+        page->enter();
+    }
+    ~Layouts() override { page.reset(); }
+
+    QListWidget& list() { return control<QListWidget>(*page, "Layouts_LST"); }
+    void choose(const char* prefix) {
+        for (int row = 0; row < list().count(); ++row) {
+            if (list().item(row)->text().contains(QString::fromLatin1(prefix))) list().setCurrentRow(row);
+        }
+        QCoreApplication::processEvents();
+    }
+    QSpinBox& number(const char* name) { return control<QSpinBox>(*page, name); }
+    std::string problems() { return control<QLabel>(*page, "Problems_LBL").text().toStdString(); }
+
+    std::unique_ptr<LayoutPage> page;
+};
+
+TEST_F(Layouts, showsTheFieldsOfTheChosenOne) {
+    EXPECT_EQ(list().count(), 5);
+    choose("27");
+    EXPECT_EQ(control<QLineEdit>(*page, "ConstantCode_EDT").text(), "27");
+    EXPECT_EQ(number("DigitCount_EDT").value(), 20);
+    EXPECT_EQ(number("BalanceNoCount_EDT").value(), 2);
+    EXPECT_TRUE(control<QCheckBox>(*page, "BalanceNoAsStore_CHK").isChecked());
+    EXPECT_EQ(problems(), "");
+}
+
+TEST_F(Layouts, previewsWhatIsTyped) {
+    choose("28");
+    type(*page, "Sample_EDT", "۲۸۰۰۱۰۵۰۱۲۵۰۷");
+    const std::string preview = control<QLabel>(*page, "Preview_LBL").text().toStdString();
+    EXPECT_THAT(preview, HasSubstr(">00105</td>"));
+    EXPECT_THAT(preview, HasSubstr(">01250</td>"));
+    EXPECT_EQ(problems(), "");
+    choose("29");
+    EXPECT_THAT(problems(), HasSubstr("این بارکد با این الگو نمی‌خواند."));
+    EXPECT_THAT(problems(), HasSubstr("وزن با کد کالا"));
+}
+
+TEST_F(Layouts, warnsWhileItIsEdited) {
+    choose("28");
+    number("AmountStart_EDT").setValue(7);
+    EXPECT_THAT(problems(), HasSubstr("روی هم افتاده‌اند"));
+    number("AmountStart_EDT").setValue(12);
+    EXPECT_THAT(problems(), HasSubstr("بیرون می‌زند"));
+    type(*page, "ConstantCode_EDT", "29");
+    EXPECT_THAT(problems(), HasSubstr("مبلغ رسید ترازو"));
+    messages.answers = {mrNo};
+    EXPECT_TRUE(page->mayLeave());
+    EXPECT_EQ(number("AmountStart_EDT").value(), 8);
+}
+
+TEST_F(Layouts, savesAndDeletes) {
+    choose("28");
+    EXPECT_FALSE(control(*page, "Save_BTN").isEnabled());
+    number("AmountCount_EDT").setValue(4);
+    click(*page, "Save_BTN");
+    EXPECT_EQ(
+        linesOf(*session, "SELECT AmountCount, AmountDivide FROM dbo.BarCodeFormul WHERE ConstantCode = N'28'").at(0),
+        "4|1000");
+    messages.answers = {mrNo, mrYes};
+    click(*page, "Delete_BTN");
+    EXPECT_EQ(list().count(), 5);
+    click(*page, "Delete_BTN");
+    EXPECT_EQ(list().count(), 4);
+    EXPECT_TRUE(linesOf(*session, "SELECT ID FROM dbo.BarCodeFormul WHERE ConstantCode = N'28'").empty());
+}
+
+TEST_F(Layouts, makesANewOne) {
+    click(*page, "New_BTN");
+    EXPECT_FALSE(control(*page, "Delete_BTN").isEnabled());
+    type(*page, "Title_EDT", "تازه");
+    type(*page, "ConstantCode_EDT", "21");
+    number("ItemCodeStart_EDT").setValue(3);
+    number("ItemCodeCount_EDT").setValue(5);
+    click(*page, "Save_BTN");
+    EXPECT_EQ(list().count(), 6);
+    EXPECT_EQ(
+        linesOf(*session, "SELECT Title, DigitCount, ItemCodeCount FROM dbo.BarCodeFormul WHERE ConstantCode = N'21'")
+            .at(0),
+        "تازه|13|5");
+    EXPECT_FALSE(control(*page, "Save_BTN").isEnabled());
+}
+
+TEST_F(Layouts, unsavedChangesAreAskedFor) {
+    choose("28");
+    number("AmountCount_EDT").setValue(4);
+    messages.answers = {mrCancel};
+    EXPECT_FALSE(page->mayLeave());
+    messages.answers = {mrYes};
+    EXPECT_TRUE(page->mayLeave());
+    EXPECT_EQ(linesOf(*session, "SELECT AmountCount FROM dbo.BarCodeFormul WHERE ConstantCode = N'28'").at(0), "4");
+    EXPECT_TRUE(page->mayLeave());
+}
+
+}  // namespace
+}  // namespace basalt::host
