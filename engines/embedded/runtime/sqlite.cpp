@@ -98,7 +98,7 @@ std::int64_t SqliteDatabase::integer(const char* sql) {
 
 namespace {
 
-// What SQLite says when a statement is too large for it, in the server's numbers.
+// What SQLite says when a statement is too large for it, or is one that it cannot do, in the server's numbers.
 std::optional<DatabaseError> limitOf(const std::string& reason) {
     const auto limit = [&](int number, const std::string& message) {
         return DatabaseError(ErrorCategory::Limit, "54000", number, message);
@@ -111,6 +111,11 @@ std::optional<DatabaseError> limitOf(const std::string& reason) {
     if (reason.starts_with("too many ") || reason.starts_with("Expression tree is too large") ||
         reason == "parser stack overflow") {
         return limit(8621, "The statement is too complex (" + reason + "). Break it up into smaller ones.");
+    }
+    if (reason.starts_with("non-deterministic functions prohibited")) {
+        return DatabaseError(ErrorCategory::Syntax, "42000", 40517,
+                             "A function that is not the same for the same values at all times is not supported in "
+                             "computed columns and indexes of this database.");
     }
     return std::nullopt;
 }
