@@ -32,6 +32,9 @@ SqlType markerType(const Value& value) {
     return type;
 }
 
+// Instructions of SQLite's machine, a few milliseconds' worth.
+constexpr int kStepsBetweenQuestions = 20'000;
+
 }  // namespace
 
 class EmbeddedSession::Core {
@@ -70,6 +73,11 @@ public:
         }
     }
 
+    void onProgress(std::function<bool()> goOn) {
+        goOn_ = std::move(goOn);
+        sqlite3_progress_handler(database_->handle(), kStepsBetweenQuestions, goOn_ ? &Core::ask : nullptr, this);
+    }
+
     SqliteDatabase& database() { return *database_; }
     Catalog& catalog() { return catalog_; }
     Executor& executor() { return executor_; }
@@ -78,6 +86,15 @@ public:
     [[nodiscard]] const PlanStatistics& statistics() const { return statistics_; }
 
 private:
+    // Nothing may fly through SQLite; who fails to answer does not go on.
+    static int ask(void* core) noexcept {
+        try {
+            return static_cast<Core*>(core)->goOn_() ? 0 : 1;
+        } catch (...) {
+            return 1;
+        }
+    }
+
     void runNew(std::span<const Value> parameters, BatchResult& result) {
         auto compiled = std::make_unique<CompiledBatch>();
         compiled->batch = parse(lexer_);
@@ -147,6 +164,7 @@ private:
     Lexer lexer_;
     std::vector<SqlType> markerTypes_;
     PlanStatistics statistics_;
+    std::function<bool()> goOn_;
 };
 
 EmbeddedSession::EmbeddedSession(std::unique_ptr<Core> core) : core_(std::move(core)) {}
@@ -211,6 +229,10 @@ TableInfo EmbeddedSession::table(std::string_view name) {
 
 std::string EmbeddedSession::location() const {
     return core_->path();
+}
+
+void EmbeddedSession::onProgress(std::function<bool()> goOn) {
+    core_->onProgress(std::move(goOn));
 }
 
 PlanStatistics EmbeddedSession::planStatistics() const {

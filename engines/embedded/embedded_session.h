@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "ado/progress.h"
 #include "ado/schema.h"
 #include "ado/session.h"
 
@@ -37,7 +38,7 @@ struct PlanStatistics {
     std::uint64_t misses = 0;
 };
 
-class EmbeddedSession final : public Session {
+class EmbeddedSession final : public Session, public InterruptibleSession {
 public:
     // `path` is a file or ":memory:". Throws DatabaseError: NotFound (no such file), Connection (cannot be opened or
     // written), Corrupt (damaged, or not a database of this program), Version (newer than known), Busy (locked).
@@ -56,6 +57,8 @@ public:
     TableInfo table(std::string_view name) override;
     [[nodiscard]] std::string engine() const override { return "embedded"; }
     [[nodiscard]] std::string location() const override;
+
+    void onProgress(std::function<bool()> goOn) override;
 
     [[nodiscard]] PlanStatistics planStatistics() const;
     // Problems that a full check of the file finds, in words; empty when it is sound.

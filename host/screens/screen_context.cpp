@@ -4,6 +4,8 @@
 #include <QPointer>
 #include <utility>
 
+#include "ado/progress.h"
+
 namespace basalt::host {
 
 void ScreenContext::guarded(QWidget* origin, const std::function<void()>& handler) {
@@ -13,6 +15,9 @@ void ScreenContext::guarded(QWidget* origin, const std::function<void()>& handle
         try {
             handler();
         } catch (const std::exception& error) {
+            // Whoever has given up a request need not be told so.
+            const auto* failure = dynamic_cast<const DatabaseError*>(&error);
+            if (failure && isCancelled(*failure)) return;
             MessageRequest request = host_.catalogue().errorRequest(error);
             request.form = window;
             host_.Messages().show(request);

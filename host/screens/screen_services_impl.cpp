@@ -18,6 +18,7 @@ namespace basalt::host {
 
 HostScreenServices::HostScreenServices(ReferenceHost& host) : context_(host, dialogs_) {
     applyTheme(*qApp);
+    busy_ = std::make_unique<BusyNotice>(host.session());
     host.setEntityPicking(this);
 }
 

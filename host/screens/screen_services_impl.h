@@ -11,6 +11,7 @@
 
 #include <memory>
 
+#include "host/screens/busy_notice.h"
 #include "host/screens/output_services.h"
 #include "host/screens/screen_context.h"
 #include "package/screens/screen_services.h"
@@ -25,6 +26,7 @@ public:
     // Replaces file choosing and print preview, for tests and drivers. Must outlive the screens.
     void setOutput(OutputServices& output) { context_.setOutput(output); }
     [[nodiscard]] ScreenContext& context() { return context_; }
+    [[nodiscard]] BusyNotice& busyNotice() { return *busy_; }
 
     [[nodiscard]] std::unique_ptr<DockBase> createDockBase(TBaseDock_FRM& screen) override;
     [[nodiscard]] std::unique_ptr<GetBase> createGetBase(TBaseGet_FRM& editor) override;
@@ -42,6 +44,7 @@ private:
 
     DialogOutputServices dialogs_;
     ScreenContext context_;
+    std::unique_ptr<BusyNotice> busy_;
 };
 
 }  // namespace basalt::host

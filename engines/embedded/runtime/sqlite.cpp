@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "ado/progress.h"
 #include "engines/embedded/runtime/sql_error.h"
 
 namespace basalt::embedded {
@@ -161,6 +162,8 @@ DatabaseError SqliteDatabase::failure(int resultCode) {
             return DatabaseError(ErrorCategory::Connection, "08001", 3906,
                                  "The database cannot be written (" + reason +
                                      "). Check that you may write to its file and to its folder.");
+        case SQLITE_INTERRUPT:
+            return DatabaseError(ErrorCategory::Other, kCancelledState, 0, "The request was given up.");
         case SQLITE_NOMEM:
             return DatabaseError(ErrorCategory::Limit, "HY001", 701, "There is not enough memory for this request.");
         case SQLITE_TOOBIG:

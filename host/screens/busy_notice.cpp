@@ -1,0 +1,78 @@
+#include "host/screens/busy_notice.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QPushButton>
+
+#include "host/screens/persian_digits.h"
+
+namespace basalt::host {
+namespace {
+
+constexpr int kPatienceMilliseconds = 500;
+constexpr int kBetweenTurnsMilliseconds = 40;
+// Questions of one request come every few milliseconds; after such a pause it is another request.
+constexpr int kPauseMilliseconds = 150;
+
+}  // namespace
+
+BusyNotice::BusyNotice(Session& session)
+    : session_(session),
+      requests_(dynamic_cast<InterruptibleSession*>(&session)),
+      text_(new QLabel(&window_)),
+      patience_(kPatienceMilliseconds) {
+    window_.setObjectName(QStringLiteral("Busy_FRM"));
+    window_.setWindowTitle(QStringLiteral("در حال خواندن"));
+    window_.setLayoutDirection(Qt::RightToLeft);
+    window_.setWindowModality(Qt::ApplicationModal);
+    window_.setWindowFlag(Qt::WindowCloseButtonHint, false);
+    text_->setObjectName(QStringLiteral("Busy_LBL"));
+    text_->setMinimumWidth(260);
+    auto* cancel = new QPushButton(QStringLiteral("انصراف"), &window_);
+    cancel->setObjectName(QStringLiteral("BusyCancel_BTN"));
+    cancel_ = cancel;
+    auto* layout = new QHBoxLayout(&window_);
+    layout->setContentsMargins(24, 20, 24, 20);
+    layout->setSpacing(16);
+    layout->addWidget(text_, 1);
+    layout->addWidget(cancel);
+    // Escape rejects the window, which is the same wish.
+    QObject::connect(cancel, &QPushButton::clicked, &window_, &QDialog::reject);
+    QObject::connect(&window_, &QDialog::rejected, this, [this] { cancelled_ = !session_.inTransaction(); });
+    over_.setSingleShot(true);
+    over_.setInterval(kPauseMilliseconds);
+    QObject::connect(&over_, &QTimer::timeout, &window_, &QWidget::hide);
+    if (requests_) requests_->onProgress([this] { return goOn(); });
+}
+
+BusyNotice::~BusyNotice() {
+    if (requests_) requests_->onProgress({});
+}
+
+void BusyNotice::begin() {
+    began_.restart();
+    painted_.restart();
+    cancelled_ = false;
+}
+
+bool BusyNotice::goOn() {
+    if (!asked_.isValid() || asked_.elapsed() > kPauseMilliseconds) begin();
+    if (began_.elapsed() >= patience_ && painted_.elapsed() >= kBetweenTurnsMilliseconds) {
+        show();
+        QApplication::processEvents(QEventLoop::X11ExcludeTimers);
+        painted_.restart();
+        over_.start();
+    }
+    asked_.restart();
+    return !cancelled_;
+}
+
+void BusyNotice::show() {
+    const int seconds = static_cast<int>(began_.elapsed() / 1000);
+    text_->setText(persianDigits(QStringLiteral("خواندن داده‌ها… %1 ثانیه").arg(seconds)));
+    // What is being written cannot be given up half way.
+    cancel_->setVisible(!session_.inTransaction());
+    if (!window_.isVisible() && !cancelled_) window_.show();
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,49 @@
+// Tells the user that a request to the database takes long, and lets him give it up.
+//
+//   BusyNotice notice(host.session());      // for as long as there are screens
+//
+// Half a second into a request a small window appears with the time so far and a cancel button; the windows behind it
+// are painted but take no input. It goes away by itself when the request is over. A session that cannot be interrupted
+// shows none. While the notice is up no timers run on the platforms where they can be held back, because whoever they
+// belong to might use the session.
+#pragma once
+
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QTimer>
+
+#include "ado/progress.h"
+#include "ado/session.h"
+
+namespace basalt::host {
+
+class BusyNotice final : public QObject {
+public:
+    explicit BusyNotice(Session& session);
+    ~BusyNotice() override;
+    BusyNotice(const BusyNotice&) = delete;
+    BusyNotice& operator=(const BusyNotice&) = delete;
+
+    // How long a request may take before the notice appears; half a second unless told.
+    void setPatience(int milliseconds) { patience_ = milliseconds; }
+
+private:
+    [[nodiscard]] bool goOn();
+    void begin();
+    void show();
+
+    Session& session_;
+    InterruptibleSession* requests_;
+    QDialog window_;
+    QLabel* text_;
+    QWidget* cancel_;
+    QTimer over_;
+    QElapsedTimer began_;
+    QElapsedTimer asked_;    // since the last question of the request
+    QElapsedTimer painted_;  // since the windows were last given their turn
+    int patience_;
+    bool cancelled_ = false;
+};
+
+}  // namespace basalt::host
