@@ -15,6 +15,7 @@ namespace basalt::host {
 namespace {
 
 constexpr int kMostRows = 100'000;
+constexpr std::size_t kMostHeadRows = 3;
 constexpr qreal kLargestFont = 9.5;
 constexpr qreal kSmallestFont = 6;
 constexpr qreal kScreenDpi = 96;
@@ -35,6 +36,7 @@ public:
         titleFont_ = themeFont(14, QFont::Bold);
         columnFont_ = themeFont(fontSize_, QFont::Bold);
         const QFontMetricsF metrics(font_, &printer_);
+        head_ = headRows(table.headerLines(), metrics, page_.width());
         padding_ = metrics.averageCharWidth() * 0.6;
         rowHeight_ = metrics.height() * 1.35;
         footerHeight_ = metrics.height() * 1.8;
@@ -68,8 +70,7 @@ private:
     [[nodiscard]] qreal headHeight(int page) const {
         if (page > 0) return 0;
         const qreal line = QFontMetricsF(font_, &printer_).height() * 1.3;
-        return QFontMetricsF(titleFont_, &printer_).height() * 1.5 +
-               line * static_cast<qreal>(table_.headerLines().size());
+        return QFontMetricsF(titleFont_, &printer_).height() * 1.5 + line * static_cast<qreal>(head_.size());
     }
 
     [[nodiscard]] qreal columnTitleHeight() const {
@@ -120,7 +121,7 @@ private:
         y += titleHeight;
         painter.setFont(font_);
         const qreal line = QFontMetricsF(font_, &printer_).height() * 1.3;
-        for (const QString& text : table_.headerLines()) {
+        for (const QString& text : head_) {
             painter.drawText(QRectF(0, y, page_.width(), line), kRight | Qt::AlignVCenter, persianDigits(text));
             y += line;
         }
@@ -182,6 +183,7 @@ private:
     QString footer_;
     QPrinter& printer_;
     QRectF page_;
+    std::vector<QString> head_;
     std::vector<qreal> widths_;
     qreal fontSize_ = kLargestFont;
     QFont font_;
@@ -193,6 +195,20 @@ private:
 };
 
 }  // namespace
+
+std::vector<QString> headRows(const std::vector<QString>& lines, const QFontMetricsF& metrics, qreal width) {
+    if (lines.size() <= kMostHeadRows) return lines;
+    std::vector<QString> rows;
+    for (const QString& line : lines) {
+        const QString longer = rows.empty() ? line : rows.back() + QStringLiteral("   |   ") + line;
+        if (!rows.empty() && metrics.horizontalAdvance(longer) <= width) {
+            rows.back() = longer;
+        } else {
+            rows.push_back(line);
+        }
+    }
+    return rows;
+}
 
 void checkPrintable(const TableContent& table) {
     if (table.rowCount() > kMostRows)

@@ -10,6 +10,7 @@
 #include "host/screens/table_printer.h"
 #include "host/screens/table_text.h"
 #include "host/screens/table_workbook.h"
+#include "host/screens/theme.h"
 #include "tests/host_screens/screen_test.h"
 
 namespace basalt::host {
@@ -162,6 +163,18 @@ TEST_F(TableOutput, aHugeListIsNotPrinted) {
     EXPECT_NO_THROW(checkPrintable(table));
     table.rows.resize(100'001);
     EXPECT_THROW(checkPrintable(table), OutputError);
+}
+
+TEST(TableHead, standsInRowsOfItsOwnUntilItGetsLong) {
+    const QFontMetricsF metrics(themeFont(9));
+    const std::vector<QString> three{QStringLiteral("الف"), QStringLiteral("ب"), QStringLiteral("پ")};
+    EXPECT_EQ(headRows(three, metrics, 1000), three);
+    EXPECT_TRUE(headRows({}, metrics, 1000).empty());
+    std::vector<QString> four = three;
+    four.push_back(QStringLiteral("ت"));
+    EXPECT_EQ(headRows(four, metrics, 1000), std::vector<QString>{QStringLiteral("الف   |   ب   |   پ   |   ت")});
+    // No room for two side by side.
+    EXPECT_EQ(headRows(four, metrics, 1), four);
 }
 
 }  // namespace
