@@ -11,6 +11,7 @@
 #include "bench/program.h"
 #include "bench/readers.h"
 #include "bench/sample_database.h"
+#include "bench/value_bytes.h"
 #include "engines/embedded/embedded_session.h"
 
 namespace basalt::bench {
@@ -41,35 +42,6 @@ std::size_t openGoods(TADOConnection& connection) {
     query.SQL = kGoodsStatement;
     query.Open();
     return static_cast<std::size_t>(query.RecordCount());
-}
-
-// What the values of a row set take by themselves: numbers at the width of their type, texts their bytes.
-std::size_t valueBytes(const RowSet& rows) {
-    std::size_t bytes = 0;
-    for (std::size_t i = 0; i < rows.columnCount(); ++i) {
-        const Column& column = rows.column(i);
-        switch (column.info().type) {
-            case FieldType::Boolean:
-            case FieldType::TinyInt:
-                bytes += column.size();
-                break;
-            case FieldType::SmallInt:
-                bytes += column.size() * 2;
-                break;
-            case FieldType::Integer:
-            case FieldType::Date:
-                bytes += column.size() * 4;
-                break;
-            case FieldType::Text:
-            case FieldType::Binary:
-                for (std::size_t row = 0; row < column.size(); ++row)
-                    bytes += column.bytesAt(row).size();
-                break;
-            default:
-                bytes += column.size() * 8;
-        }
-    }
-    return bytes;
 }
 
 double memoryRatio(TADOConnection& connection) {

@@ -105,6 +105,8 @@ private:
             lxw_datetime date{civil.year, civil.month,  civil.day,
                               civil.hour, civil.minute, static_cast<double>(civil.second)};
             worksheet_write_datetime(sheet, at, column, &date, format);
+        } else if (const auto* words = std::get_if<std::string>(&value); words && words->size() <= kLongestText) {
+            worksheet_write_string(sheet, at, column, words->c_str(), nullptr);
         } else {
             const QString text = QString::fromStdString(toText(value)).left(static_cast<qsizetype>(kLongestText));
             worksheet_write_string(sheet, at, column, text.toUtf8().constData(), nullptr);
