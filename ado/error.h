@@ -33,9 +33,10 @@ enum class ErrorCategory {
 
 class DatabaseError : public std::runtime_error {
 public:
+    // A NUL in the message, which may quote any text, is shown by its symbol, because what() would end there.
     DatabaseError(ErrorCategory category, std::string sqlState, int nativeCode, const std::string& message,
                   std::string statement = {})
-        : std::runtime_error(message),
+        : std::runtime_error(withoutNuls(message)),
           category_(category),
           sqlState_(std::move(sqlState)),
           nativeCode_(nativeCode),
@@ -50,6 +51,12 @@ public:
     [[nodiscard]] const std::string& statement() const noexcept { return statement_; }
 
 private:
+    static std::string withoutNuls(std::string message) {
+        for (std::size_t at = 0; (at = message.find('\0', at)) != std::string::npos;)
+            message.replace(at, 1, "␀");
+        return message;
+    }
+
     ErrorCategory category_;
     std::string sqlState_;
     int nativeCode_;

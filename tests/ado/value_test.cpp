@@ -184,5 +184,10 @@ TEST(Text, lengthCountsUtf16Units) {
     EXPECT_EQ(utf16Length("😀"), 2U);
 }
 
+TEST(DatabaseErrors, showANulInTheirMessageInsteadOfEndingThere) {
+    const DatabaseError error(ErrorCategory::Other, "42000", 50000, std::string("\0 in front, \0 behind", 20));
+    EXPECT_STREQ(error.what(), "␀ in front, ␀ behind");
+}
+
 }  // namespace
 }  // namespace basalt

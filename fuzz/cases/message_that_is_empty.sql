@@ -1,0 +1,1 @@
+RAISERROR(N'', 16, 1)
