@@ -52,7 +52,8 @@ std::optional<QString> typed(const QKeyEvent& key) {
     const QString text = key.text();
     if (text.size() != 1) return std::nullopt;
     if (text[0].isDigit()) return QString::number(text[0].digitValue());
-    if (text[0] == QLatin1Char('.')) return text;
+    // The Persian decimal separator is the same key.
+    if (text[0] == QLatin1Char('.') || text[0] == QChar(0x066B)) return QStringLiteral(".");
     return std::nullopt;
 }
 
@@ -98,8 +99,8 @@ void TGetBoxWeight_FRM::CreateControls() {
     add(QStringLiteral("&تعداد ظرف :"), count_);
     place(*base().DetailPanel(), *group);
 
-    auto* submit = base().AddButton("Submit_BTN", "تـأیـیـد F3", TListButton::Other);
-    submit->OnClick = [this] { Submit_BTNClick(); };
+    submit_ = base().AddButton("Submit_BTN", "تـأیـیـد F3", TListButton::Other);
+    submit_->OnClick = [this] { Submit_BTNClick(); };
     base().AddButton("Cancel_BTN", "انصراف Esc", TListButton::Exit);
 }
 
@@ -164,7 +165,7 @@ bool TGetBoxWeight_FRM::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::KeyPress) return TBaseDock_FRM::eventFilter(watched, event);
     const auto& key = *static_cast<QKeyEvent*>(event);
     if (watched == count_ && (key.key() == Qt::Key_Enter || key.key() == Qt::Key_Return)) {
-        Submit_BTNClick();
+        submit_->Click();
         return true;
     }
     if (watched != count_ && types(key)) {

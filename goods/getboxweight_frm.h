@@ -51,6 +51,7 @@ private:
     int firstCount_;
     QComboBox* weight_ = nullptr;
     QLineEdit* count_ = nullptr;
+    TSmartButton_VRO* submit_ = nullptr;
 };
 
 // Shows the dialog. True when the user confirms; weight (of one container) and count are then what was entered, else

@@ -10,6 +10,7 @@
 #include "host/desktop/date_text.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
+#include "host/services/host_parts.h"
 
 namespace basalt::host {
 namespace {
@@ -105,7 +106,11 @@ void HomePage::addTile(Group group, const HomeTile& tile, const std::function<vo
 void HomePage::enter() {
     greeting_->setText(QStringLiteral("سلام، %1").arg(QString::fromStdString(context_.host.UserInfo().FullName)));
     date_->setText(QStringLiteral("امروز %1").arg(longDate(context_.host.clock().now())));
-    const std::vector<UserLogEntry> entries = context_.host.userLog().latest(kRecentEntries);
+    // What others did is for those who may open the log.
+    const int user = context_.host.UserInfo().Code;
+    const bool all = context_.host.permissions().holds(user, hpUserLog, prOpen);
+    const std::vector<UserLogEntry> entries =
+        context_.host.userLog().latest(kRecentEntries, all ? std::nullopt : std::optional(user));
     recent_->setRowCount(static_cast<int>(entries.size()));
     int row = 0;
     for (const UserLogEntry& entry : entries) {

@@ -11,7 +11,9 @@ void FormOption::SetSoftwarePart(TComponentSoftwarePart part) {
 }
 
 std::string FormOption::key() const {
-    return key_.empty() ? screen_.objectName().toStdString() : key_;
+    // A list and its editor have one part between them, and each its own layout.
+    const std::string screen = screen_.objectName().toStdString();
+    return key_.empty() ? screen : key_ + "/" + screen;
 }
 
 QJsonObject FormOption::load() {

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <numeric>
+#include <optional>
 #include <utility>
 
 #include "ado/error.h"
@@ -63,16 +64,19 @@ public:
     }
 
     [[nodiscard]] QString title() const override { return title_; }
-    [[nodiscard]] std::vector<QString> headerLines() const override { return headerLines_; }
+    // Made for prints only, and once: a screen may have something to say while it makes them.
+    [[nodiscard]] std::vector<QString> headerLines() const override {
+        if (!headerLines_) headerLines_ = makeHeaderLines_ ? makeHeaderLines_() : std::vector<QString>();
+        return *headerLines_;
+    }
     [[nodiscard]] const std::vector<TableColumn>& columns() const override { return columns_; }
     [[nodiscard]] int rowCount() const override { return model_.rowCount(); }
     [[nodiscard]] Value value(int row, int column) const override { return model_.value(row, source(column)); }
     [[nodiscard]] QString shown(int row, int column) const override { return model_.shown(row, source(column)); }
 
 private:
-    Content(const SmartGrid& grid, QString title) : model_(grid.model_), title_(std::move(title)) {
-        if (grid.headerLines_) headerLines_ = grid.headerLines_();
-    }
+    Content(const SmartGrid& grid, QString title)
+        : model_(grid.model_), title_(std::move(title)), makeHeaderLines_(grid.headerLines_) {}
 
     void add(int column, const QString& title, int width) {
         const int field = model_.field(column);
@@ -88,7 +92,8 @@ private:
 
     const GridModel& model_;
     QString title_;
-    std::vector<QString> headerLines_;
+    std::function<std::vector<QString>()> makeHeaderLines_;
+    mutable std::optional<std::vector<QString>> headerLines_;
     std::vector<TableColumn> columns_;
     std::vector<int> sources_;
 };
@@ -327,9 +332,11 @@ QJsonObject SmartGrid::arrangement() const {
     for (int place = 0; place < header->count(); ++place) {
         const int index = header->logicalIndex(place);
         const TGridColumn& column = model_.column(index);
-        columns.append(QJsonObject{{QStringLiteral("field"), QString::fromStdString(column.FieldName)},
-                                   {QStringLiteral("width"), column.Width},
-                                   {QStringLiteral("visible"), column.Visible}});
+        QJsonObject kept{{QStringLiteral("field"), QString::fromStdString(column.FieldName)},
+                         {QStringLiteral("width"), column.Width}};
+        // What the screen itself hides is not the user's wish, and may be shown the next time.
+        if (column.VisibleForCustomization) kept.insert(QStringLiteral("visible"), column.Visible);
+        columns.append(kept);
     }
     QJsonObject all{{QStringLiteral("columns"), columns}};
     if (model_.sortColumn() >= 0) {

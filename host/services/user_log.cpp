@@ -36,8 +36,8 @@ std::string UserLog::listStatement(const std::vector<std::string>& conditions, i
            where + " ORDER BY ID DESC";
 }
 
-std::vector<UserLogEntry> UserLog::latest(int limit) {
-    const std::string sql = listStatement({}, limit);
+std::vector<UserLogEntry> UserLog::latest(int limit, std::optional<int> userCode) {
+    const std::string sql = listStatement({userCode ? "UserCode = " + std::to_string(*userCode) : ""}, limit);
     const RowSet rows = rowsOf(session_, sql);
     const auto text = [&](std::size_t column, std::size_t row) { return textAt(rows, column, row); };
     std::vector<UserLogEntry> entries;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,8 +33,8 @@ public:
 
     // Takes part in the transaction that is open, if any. Texts longer than their columns (500 characters) are cut.
     void add(const UserLogEntry& entry, DateTime moment);
-    // The latest first.
-    [[nodiscard]] std::vector<UserLogEntry> latest(int limit);
+    // The latest first; only those of one user when a code is given.
+    [[nodiscard]] std::vector<UserLogEntry> latest(int limit, std::optional<int> userCode = std::nullopt);
 
     // A statement for a grid, at most `limit` entries, the latest first: ID, LogDate, LogTime, UserName,
     // WorkstationName, SoftwarePart, PartTitle, Permission, PermissionTitle, Text, Description, UserCode. Only entries

@@ -109,6 +109,13 @@ protected:
     }
     ~Prompt() override { fs::remove_all(home_); }
 
+    void SetUp() override {
+        const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+        const bool usable = terminal >= 0 && grantpt(terminal) == 0 && unlockpt(terminal) == 0;
+        if (terminal >= 0) close(terminal);
+        if (!usable) GTEST_SKIP() << "this machine gives out no terminals (/dev/pts)";
+    }
+
     fs::path home_;
 };
 

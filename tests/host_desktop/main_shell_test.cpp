@@ -2,7 +2,9 @@
 
 #include <QComboBox>
 #include <QLineEdit>
+#include <QTableWidget>
 #include <QTimer>
+#include <set>
 
 #include "host/steps/step_player.h"
 #include "host/steps/steps_file.h"
@@ -88,6 +90,20 @@ TEST_F(Shell, tellsACashierWhatHeMayNotOpen) {
     EXPECT_THAT(takeMessages(), ElementsAre("HavePermission('تنظیمات', 'مشاهده')"));
     EXPECT_TRUE(control(*shell, "Home_PNL").isVisible());
     EXPECT_FALSE(control(*shell, "Settings_PNL").isVisible());
+}
+
+TEST_F(Shell, showsACashierNobodyElsesEvents) {
+    const auto users = [this] {
+        const auto& grid = control<QTableWidget>(*shell, "Recent_GRD");
+        std::set<std::string> names;
+        for (int row = 0; row < grid.rowCount(); ++row)
+            names.insert(grid.item(row, 2)->text().toStdString());
+        return names;
+    };
+    open(1);
+    EXPECT_GT(users().size(), 1U);
+    open(2);
+    EXPECT_EQ(users(), std::set<std::string>{"علی کریمی"});
 }
 
 TEST_F(Shell, goesToItsPagesByKeyboard) {

@@ -4,6 +4,7 @@
 #include <QToolButton>
 
 #include "engines/embedded/embedded_session.h"
+#include "host/screens/form_option.h"
 #include "host/services/deploy.h"
 #include "host/services/sql_access.h"
 #include "tests/host_screens/recording_editor.h"
@@ -458,6 +459,22 @@ TEST_F(GetBases, theWindowKeepsItsSizePerUser) {
     host.signInAs(2);
     auto others = edit(3);
     run(*others, [&] { EXPECT_NE(others->size(), QSize(640, 480)); });
+}
+
+TEST_F(GetBases, aListAndItsEditorKeepALayoutEach) {
+    ScreenContext context(host, output);
+    QDialog list;
+    list.setObjectName("List_FRM");
+    QDialog form;
+    form.setObjectName("Get_FRM");
+    FormOption listLayout(context, list);
+    FormOption formLayout(context, form);
+    listLayout.SetSoftwarePart(csPriceLevels);
+    formLayout.SetSoftwarePart(csPriceLevels);
+    listLayout.save({{"width", 760}, {"grid", "columns"}});
+    formLayout.save({{"width", 460}});
+    EXPECT_EQ(listLayout.load(), (QJsonObject{{"width", 760}, {"grid", "columns"}}));
+    EXPECT_EQ(formLayout.load(), (QJsonObject{{"width", 460}}));
 }
 
 }  // namespace

@@ -249,6 +249,33 @@ TEST_F(Grid, anArrangementComesBack) {
     EXPECT_EQ(other.ColumnCount(), 4);
 }
 
+TEST_F(Grid, aColumnThatTheScreenHidesIsNotKeptAsTheUsersWish) {
+    openThree();
+    TGridColumn unused = grid.Column(2);
+    unused.Visible = false;
+    unused.VisibleForCustomization = false;
+    grid.SetColumn(2, unused);
+    const QJsonObject kept = grid.arrangement();
+    unused.Visible = true;
+    unused.VisibleForCustomization = true;
+    grid.SetColumn(2, unused);
+    grid.arrange(kept);
+    EXPECT_TRUE(grid.Column(2).Visible);
+}
+
+TEST_F(Grid, copyingAsksForNoLinesAboveAPrint) {
+    openThree();
+    int asked = 0;
+    grid.setDescription([] { return QStringLiteral("فهرست"); },
+                        [&asked] {
+                            ++asked;
+                            return std::vector<QString>{QStringLiteral("سطر")};
+                        });
+    view().selectAll();
+    grid.copySelection();
+    EXPECT_EQ(asked, 0);
+}
+
 TEST_F(Grid, writesFilesWhereTheUserSays) {
     openThree();
     QTemporaryDir folder;
