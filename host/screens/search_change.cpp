@@ -28,16 +28,19 @@ void SearchChange::changed() {
 }
 
 void SearchChange::tell() {
+    context_.guarded(&frame_, [this] { tellNow(); });
+}
+
+void SearchChange::tellNow() {
     pause_.stop();
+    slow_ = false;
     QElapsedTimer timer;
     timer.start();
-    context_.guarded(&frame_, [this] {
-        if (frame_.OnChange) {
-            frame_.OnChange();
-        } else if (search_) {
-            search_();
-        }
-    });
+    if (frame_.OnChange) {
+        frame_.OnChange();
+    } else if (search_) {
+        search_();
+    }
     slow_ = timer.elapsed() > kSlowMilliseconds;
 }
 

@@ -18,6 +18,8 @@ public:
     void setManager(std::function<void()> search) { search_ = std::move(search); }
     void typed();    // by the user, letter by letter
     void changed();  // in one step
+    // Tells at once, and lets errors pass to a caller that has something to put back.
+    void tellNow();
     // Changes made meanwhile are not told.
     [[nodiscard]] bool isMuted() const { return muted_; }
     void mute(bool on) { muted_ = on; }

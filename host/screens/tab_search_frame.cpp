@@ -21,14 +21,25 @@ TabSearchFrame::TabSearchFrame(ScreenContext& context, const QString& objectName
     setFocusProxy(tabs_);
     QObject::connect(tabs_, &QTabBar::currentChanged, this, [this] {
         if (change_.isMuted()) return;
-        context_.guarded(this, [this] {
-            if (OnTabChange) {
-                OnTabChange();
-            } else {
-                Search_TBCChange();
-            }
-        });
+        context_.guarded(this, [this] { changeTab(); });
     });
+}
+
+void TabSearchFrame::changeTab() {
+    try {
+        if (OnTabChange) {
+            OnTabChange();
+        } else {
+            Search_TBCChange();
+        }
+        chosen_ = tabs_->currentIndex();
+    } catch (...) {
+        // The list has kept its rows, and the tab must not say that they are others.
+        change_.mute(true);
+        tabs_->setCurrentIndex(chosen_);
+        change_.mute(false);
+        throw;
+    }
 }
 
 void TabSearchFrame::init() {
@@ -44,6 +55,7 @@ std::string TabSearchFrame::Filter() const {
 void TabSearchFrame::Clear() {
     change_.mute(true);
     if (tabs_->count() > 0) tabs_->setCurrentIndex(0);
+    chosen_ = 0;
     change_.mute(false);
 }
 

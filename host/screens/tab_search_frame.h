@@ -20,14 +20,17 @@ public:
     void AddTab(const std::string& title, const std::string& value) override;
     void SetTabIndex(int index) override;
     [[nodiscard]] int TabIndex() const override { return tabs_->currentIndex(); }
-    void Search_TBCChange() override { change_.changed(); }
+    void Search_TBCChange() override { change_.tellNow(); }
     [[nodiscard]] SearchChange& change() override { return change_; }
 
 private:
+    void changeTab();
+
     ScreenContext& context_;
     std::string field_;
     std::vector<std::string> values_;
     QTabBar* tabs_;
+    int chosen_ = 0;  // the tab whose rows the list shows
     SearchChange change_;
 };
 

@@ -91,6 +91,30 @@ TEST_F(SearchFrames, aRangeWithoutItemsNarrowsNothing) {
     EXPECT_FALSE(control<QLineEdit>(window, "Range_From_EDT")->isEnabled());
 }
 
+TEST_F(SearchFrames, aTabWhoseSearchFailsIsLeftAgain) {
+    auto* frame = screens.createTabSearch("Tab", &window);
+    frame->AddTab("خرید", "1");
+    frame->AddTab("فروش", "2");
+    auto* tabs = control<QTabBar>(window, "Tab_TBC");
+    bool fails = true;
+    bool adapted = false;
+    frame->OnChange = [&] {
+        if (fails) throw DatabaseError(ErrorCategory::Busy, "HYT00", 1222, "locked");
+    };
+    frame->OnTabChange = [&] {
+        frame->Search_TBCChange();
+        adapted = true;
+    };
+    messages.expect("DatabaseError");
+    tabs->setCurrentIndex(1);
+    EXPECT_EQ(frame->TabIndex(), 0);
+    EXPECT_FALSE(adapted);
+    fails = false;
+    tabs->setCurrentIndex(1);
+    EXPECT_EQ(frame->TabIndex(), 1);
+    EXPECT_TRUE(adapted);
+}
+
 TEST_F(SearchFrames, aTabStandsForAValue) {
     auto* frame = screens.createTabSearch("Tab", &window);
     frame->SetFieldName("Status");
