@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <numeric>
 
-#include "host/screens/output_error.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
+#include "host/services/output_error.h"
 
 namespace basalt::host {
 namespace {

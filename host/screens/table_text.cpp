@@ -3,7 +3,7 @@
 #include <QSaveFile>
 #include <algorithm>
 
-#include "host/screens/output_error.h"
+#include "host/services/output_error.h"
 
 namespace basalt::host {
 namespace {

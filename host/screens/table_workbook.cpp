@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/screens/output_error.h"
+#include "host/services/output_error.h"
 
 namespace basalt::host {
 namespace {

@@ -3,6 +3,7 @@
 #include <cctype>
 
 #include "host/services/message_texts.h"
+#include "host/services/output_error.h"
 
 namespace basalt::host {
 
@@ -100,6 +101,14 @@ std::string MessageCatalogue::errorText(const std::exception& error) const {
 }
 
 MessageRequest MessageCatalogue::errorRequest(const std::exception& error) const {
+    // What could not be written is nobody's fault, and its text is meant for the user as it is.
+    if (dynamic_cast<const OutputError*>(&error) != nullptr) {
+        MessageRequest request;
+        request.operation = "OutputError";
+        request.kind = MessageKind::Error;
+        request.arguments = {error.what()};
+        return request;
+    }
     const bool database = dynamic_cast<const DatabaseError*>(&error) != nullptr;
     MessageRequest request;
     request.operation = database ? "DatabaseError" : "ProgramError";

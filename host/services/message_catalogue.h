@@ -26,7 +26,8 @@ public:
     [[nodiscard]] std::string errorText(ErrorCategory category) const;
     // The same for any error; the technical message is not part of it.
     [[nodiscard]] std::string errorText(const std::exception& error) const;
-    // A request that shows an error: operation "DatabaseError" or "ProgramError", arguments {errorText, detail}.
+    // A request that shows an error: operation "DatabaseError" or "ProgramError", arguments {errorText, detail};
+    // "OutputError" with the error's own text when a file or a print could not be made.
     [[nodiscard]] MessageRequest errorRequest(const std::exception& error) const;
 
     // "بله", "خیر", "تأیید", "انصراف"

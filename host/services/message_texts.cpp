@@ -28,6 +28,7 @@ constexpr std::array kOperations = {
     MessageText{"ShowMessage", 0, "پیام", "%1", {}},
     MessageText{"DatabaseError", 0, "خطای پایگاه داده", "%1", {}},
     MessageText{"ProgramError", 0, "خطای برنامه", "%1", {}},
+    MessageText{"OutputError", 0, "چاپ و خروجی", "%1", {}},
 };
 
 constexpr std::array kNumbers = {

@@ -296,10 +296,10 @@ TEST_F(Grid, aFileThatCannotBeWrittenIsAMessage) {
     output.files = {QStringLiteral("/nowhere/at/all.csv"), QStringLiteral("/nowhere/at/all.xlsx"),
                     QStringLiteral("/nowhere/at/all.pdf")};
     for (const char* action : {"GridCsv_ACT", "GridXlsx_ACT", "GridPdf_ACT"}) {
-        messages.expect("ProgramError");
+        messages.expect("OutputError");
         grid.findChild<QAction*>(QString::fromLatin1(action))->trigger();
     }
-    EXPECT_NE(messages.shown.at(0).arguments.at(1).find("/nowhere/at/all.csv"), std::string::npos);
+    EXPECT_NE(messages.shown.at(0).arguments.at(0).find("/nowhere/at/all.csv"), std::string::npos);
 }
 
 TEST_F(Grid, forgetsASourceThatGoesFirst) {

@@ -5,12 +5,12 @@
 #include <QTemporaryDir>
 #include <map>
 
-#include "host/screens/output_error.h"
 #include "host/screens/record_content.h"
 #include "host/screens/table_printer.h"
 #include "host/screens/table_text.h"
 #include "host/screens/table_workbook.h"
 #include "host/screens/theme.h"
+#include "host/services/output_error.h"
 #include "tests/host_screens/screen_test.h"
 
 namespace basalt::host {
