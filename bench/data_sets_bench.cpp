@@ -20,7 +20,11 @@ namespace {
 class Readers {
 public:
     explicit Readers(const std::string& file)
-        : session(embedded::EmbeddedSession::open(file)), connection(*session), plain(file), qt(file), soci(file) {}
+        : session(embedded::EmbeddedSession::open(file)),
+          connection(*session),
+          plain(file),
+          qt("QSQLITE", file, "QSQLITE_OPEN_READONLY"),
+          soci(file) {}
 
     std::unique_ptr<embedded::EmbeddedSession> session;
     TADOConnection connection;

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "ado/query.h"
+#include "bench/first_paint.h"
 #include "bench/program.h"
 #include "engines/embedded/embedded_session.h"
 #include "host/screens/screen_services_impl.h"
@@ -35,24 +36,6 @@ void fill(Session& session) {
     }
 }
 
-// Closes a list as soon as its grid has painted something.
-class CloseAfterFirstPaint final : public QObject {
-public:
-    int painted = 0;
-
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() != QEvent::Paint) return false;
-        auto* widget = qobject_cast<QWidget*>(watched);
-        auto* table = widget ? qobject_cast<QTableView*>(widget->parentWidget()) : nullptr;
-        if (!table || table->viewport() != widget || table->model()->rowCount() < kLevels) return false;
-        ++painted;
-        // The paint itself counts: the screen closes once it is done.
-        QMetaObject::invokeMethod(
-            widget->window(), [window = widget->window()] { window->close(); }, Qt::QueuedConnection);
-        return false;
-    }
-};
-
 std::size_t runStatement(TADOQuery& query) {
     query.Close();
     query.SQL = kListStatement;
@@ -70,7 +53,7 @@ bool run(int count, char** arguments) {
     host::HostScreenServices screens(host);
     host.setScreens(&screens);
     const AttachedHost attached(host);
-    CloseAfterFirstPaint closer;
+    CloseAfterFirstPaint closer(kLevels);
     qApp->installEventFilter(&closer);
 
     TADOQuery query(host.DM().ADOConnection1, "List_QUR");

@@ -11,6 +11,7 @@
 #include "bench/odbc_readers.h"
 #include "bench/odbc_sample.h"
 #include "bench/program.h"
+#include "bench/qt_reader.h"
 #include "bench/ratios.h"
 #include "engines/odbc/odbc_session.h"
 
@@ -25,10 +26,10 @@ std::size_t openGoods(TADOConnection& connection) {
 }
 
 // A reader whose driver or plugin is not installed is left out, and its ratio said not to have run.
-template <typename Reader>
-std::unique_ptr<Reader> tryReader(const char* name, const std::string& connectionString) {
+template <typename Reader, typename... Arguments>
+std::unique_ptr<Reader> tryReader(const char* name, const Arguments&... arguments) {
     try {
-        auto reader = std::make_unique<Reader>(connectionString);
+        auto reader = std::make_unique<Reader>(arguments...);
         static_cast<void>(reader->readAll("select * from Goods where Code < 10"));
         return reader;
     } catch (const std::exception& problem) {
@@ -56,7 +57,7 @@ bool run(int count, char** arguments) {
     const auto session = odbc::OdbcSession::open(sample.connectionString());
     TADOConnection connection(*session);
     PlainOdbcReader plain(sample.connectionString());
-    const auto qt = tryReader<QtOdbcReader>("QtSql", sample.connectionString());
+    const auto qt = tryReader<QtReader>("QtSql", "QODBC", sample.connectionString());
     const auto soci = tryReader<SociOdbcReader>("SOCI", sample.connectionString());
 
     const auto expected = static_cast<std::size_t>(rows);

@@ -23,20 +23,6 @@ private:
     std::unique_ptr<Connection> connection_;
 };
 
-class QtOdbcReader {
-public:
-    explicit QtOdbcReader(const std::string& connectionString);
-    ~QtOdbcReader();
-    QtOdbcReader(const QtOdbcReader&) = delete;
-    QtOdbcReader& operator=(const QtOdbcReader&) = delete;
-
-    [[nodiscard]] std::size_t readAll(const std::string& statement);
-
-private:
-    struct Connection;
-    std::unique_ptr<Connection> connection_;
-};
-
 class SociOdbcReader {
 public:
     explicit SociOdbcReader(const std::string& connectionString);

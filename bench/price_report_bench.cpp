@@ -13,6 +13,7 @@
 #include <ctime>
 #include <random>
 
+#include "bench/first_paint.h"
 #include "bench/peak_memory.h"
 #include "bench/program.h"
 #include "bench/value_bytes.h"
@@ -68,23 +69,6 @@ void fill(Session& session) {
     }
     session.run("INSERT INTO GoodCostDiscount (" + columns + ") SELECT " + prices + " FROM GoodInf");
 }
-
-// Closes the report as soon as its grid has painted rows.
-class CloseAfterFirstPaint final : public QObject {
-public:
-    int painted = 0;
-
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() != QEvent::Paint) return false;
-        auto* widget = qobject_cast<QWidget*>(watched);
-        auto* table = widget ? qobject_cast<QTableView*>(widget->parentWidget()) : nullptr;
-        if (!table || table->viewport() != widget || table->model()->rowCount() < kGoods) return false;
-        ++painted;
-        QMetaObject::invokeMethod(
-            widget->window(), [window = widget->window()] { window->close(); }, Qt::QueuedConnection);
-        return false;
-    }
-};
 
 // The report's grid without its screen, over both halves of the rows.
 class ReportGrid {
@@ -189,7 +173,7 @@ bool run(int count, char** arguments) {
     host::HostScreenServices screens(host);
     host.setScreens(&screens);
     const AttachedHost attached(host);
-    CloseAfterFirstPaint closer;
+    CloseAfterFirstPaint closer(kGoods);
 
     std::string statement;
     std::size_t bytes = 0;

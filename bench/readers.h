@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "bench/qt_reader.h"
+
 // SOCI wraps SQLite's header into a namespace of its own, so that it cannot be included here.
 struct sqlite3;
 
@@ -36,21 +38,6 @@ public:
 
 private:
     sqlite3* database_ = nullptr;
-};
-
-class QtReader {
-public:
-    explicit QtReader(const std::string& file);
-    ~QtReader();
-    QtReader(const QtReader&) = delete;
-    QtReader& operator=(const QtReader&) = delete;
-
-    // The rows read; all values were held at once.
-    [[nodiscard]] std::size_t readAll(const std::string& statement);
-
-private:
-    struct Connection;
-    std::unique_ptr<Connection> connection_;
 };
 
 class SociReader {

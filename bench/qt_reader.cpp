@@ -1,3 +1,5 @@
+#include "bench/qt_reader.h"
+
 #include <QCoreApplication>
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -5,8 +7,7 @@
 #include <QSqlRecord>
 #include <QVariant>
 #include <stdexcept>
-
-#include "bench/readers.h"
+#include <vector>
 
 namespace basalt::bench {
 
@@ -18,10 +19,11 @@ struct QtReader::Connection {
     QSqlDatabase database;
 };
 
-QtReader::QtReader(const std::string& file) : connection_(std::make_unique<Connection>()) {
-    connection_->database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
-    connection_->database.setDatabaseName(QString::fromStdString(file));
-    connection_->database.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+QtReader::QtReader(const std::string& driver, const std::string& database, const std::string& options)
+    : connection_(std::make_unique<Connection>()) {
+    connection_->database = QSqlDatabase::addDatabase(QString::fromStdString(driver));
+    connection_->database.setDatabaseName(QString::fromStdString(database));
+    connection_->database.setConnectOptions(QString::fromStdString(options));
     if (!connection_->database.open()) throw std::runtime_error(connection_->database.lastError().text().toStdString());
 }
 
