@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -10,19 +9,11 @@
 #include "ado/query.h"
 #include "ado/stored_proc.h"
 #include "tests/ado/price_levels.h"
+#include "tests/ado/usage_error.h"
 #include "tests/support/scripted_session.h"
 
 namespace basalt {
 namespace {
-
-std::string usageErrorOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const UsageError& error) {
-        return error.what();
-    }
-    return "no error";
-}
 
 TEST(Query, execSqlGivesTheRowsChanged) {
     ScriptedSession session;

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -13,21 +12,13 @@
 #include "ado/stored_proc.h"
 #include "ado/transaction.h"
 #include "tests/ado/price_levels.h"
+#include "tests/ado/usage_error.h"
 #include "tests/support/scripted_session.h"
 
 namespace basalt {
 namespace {
 
 using ::testing::ElementsAre;
-
-std::string usageErrorOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const UsageError& error) {
-        return error.what();
-    }
-    return "no error";
-}
 
 class Connection : public ::testing::Test {
 protected:

@@ -4,13 +4,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "ado/query.h"
 #include "tests/ado/named_case.h"
 #include "tests/ado/price_levels.h"
+#include "tests/ado/usage_error.h"
 #include "tests/support/scripted_session.h"
 
 namespace basalt {
@@ -19,15 +19,6 @@ namespace {
 using ::testing::ElementsAre;
 
 const char* const kSelect = "select Code, CostType, Name, Rate from CostLevel";
-
-std::string usageErrorOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const UsageError& error) {
-        return error.what();
-    }
-    return "no error";
-}
 
 class DataSet : public ::testing::Test {
 protected:

@@ -8,7 +8,6 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <limits>
 #include <string>
 #include <vector>
@@ -17,19 +16,11 @@
 #include "ado/recording_session.h"
 #include "ado/replay_session.h"
 #include "tests/ado/price_levels.h"
+#include "tests/ado/usage_error.h"
 #include "tests/support/scripted_session.h"
 
 namespace basalt {
 namespace {
-
-std::string usageErrorOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const UsageError& error) {
-        return error.what();
-    }
-    return "no error";
-}
 
 class Recording : public ::testing::Test {
 protected:

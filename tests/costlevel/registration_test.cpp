@@ -10,22 +10,12 @@
 #include "tests/costlevel/level_rows.h"
 #include "tests/support/fake_host.h"
 #include "tests/support/scripted_session.h"
+#include "tests/support/signature.h"
 
 namespace basalt {
 namespace {
 
 using ::testing::ElementsAre;
-
-// "CostLevel_ExistName(Code integer, CostType integer, Name text) integer"
-std::string signature(const FunctionEntry& entry) {
-    std::string text = entry.name + '(';
-    for (const FunctionParameter& parameter : entry.parameters) {
-        if (text.back() != '(') text += ", ";
-        if (!parameter.input) text += "out ";
-        text += parameter.name + ' ' + parameter.type;
-    }
-    return text + ')' + (entry.result.empty() ? "" : ' ' + entry.result);
-}
 
 class CostLevelRegistration : public ::testing::Test {
 protected:

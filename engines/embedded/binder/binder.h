@@ -117,6 +117,10 @@ private:
     BoundPtr integerOperation(ast::BinaryOperator op, BoundPtr left, BoundPtr right, TypeKind kind);
     // condition.cpp
     BoundPtr comparison(ast::ComparisonOperator op, BoundPtr left, BoundPtr right, SourceRange range);
+    // Fails with 116 where the query gives more or fewer columns.
+    std::unique_ptr<BoundQuery> oneColumnQuery(const ast::QueryExpression& expression, Scope* scope);
+    // Brings the operand and the query's column to one type, which it gives.
+    SqlType compareWithColumn(BoundPtr& operand, BoundQuery& query);
     BoundPtr in(const ast::InExpression& expression, Scope* scope);
     BoundPtr like(const ast::LikeExpression& expression, Scope* scope);
     BoundPtr quantified(const ast::QuantifiedExpression& expression, Scope* scope);

@@ -134,6 +134,27 @@ BoundPtr Binder::comparison(ast::ComparisonOperator op, BoundPtr left, BoundPtr 
     return boundInfix(symbol(op), truth(), std::move(left), std::move(right));
 }
 
+std::unique_ptr<BoundQuery> Binder::oneColumnQuery(const ast::QueryExpression& expression, Scope* scope) {
+    std::unique_ptr<BoundQuery> bound = query(expression, scope);
+    if (bound->columns.size() == 1) return bound;
+    fail(116,
+         "Only one expression can be specified in the select list when the subquery is not introduced with EXISTS.",
+         expression.range);
+}
+
+SqlType Binder::compareWithColumn(BoundPtr& operand, BoundQuery& query) {
+    const SqlType inner = query.columns[0].type;
+    BoundPtr sample = boundConstant(Null{}, inner);
+    unifyForComparison(operand, sample);
+    if (!isSameStored(inner, sample->type) && !(inner.isText() && sample->type.isText())) {
+        std::vector<OutputColumn> columns = query.columns;
+        columns[0].type = sample->type;
+        convertColumns(*query.body, columns);
+        query.columns = std::move(columns);
+    }
+    return sample->type;
+}
+
 BoundPtr Binder::in(const ast::InExpression& expression, Scope* scope) {
     auto result = std::make_unique<BoundExpression>();
     result->kind = BoundKind::In;
@@ -141,22 +162,8 @@ BoundPtr Binder::in(const ast::InExpression& expression, Scope* scope) {
     result->negated = expression.negated;
     BoundPtr operand = this->expression(*expression.operand, scope);
     if (expression.query != nullptr) {
-        result->query = query(*expression.query, scope);
-        if (result->query->columns.size() != 1) {
-            fail(116,
-                 "Only one expression can be specified in the select list when the subquery is not introduced with "
-                 "EXISTS.",
-                 expression.query->range);
-        }
-        const SqlType inner = result->query->columns[0].type;
-        BoundPtr sample = boundConstant(Null{}, inner);
-        unifyForComparison(operand, sample);
-        if (!isSameStored(inner, sample->type) && !(inner.isText() && sample->type.isText())) {
-            std::vector<OutputColumn> columns = result->query->columns;
-            columns[0].type = sample->type;
-            convertColumns(*result->query->body, columns);
-            result->query->columns = std::move(columns);
-        }
+        result->query = oneColumnQuery(*expression.query, scope);
+        compareWithColumn(operand, *result->query);
         result->arguments.push_back(std::move(operand));
         return result;
     }
@@ -198,22 +205,9 @@ BoundPtr Binder::quantified(const ast::QuantifiedExpression& expression, Scope* 
     const bool allDifferent = expression.all && expression.op == Op::NotEqual;
     auto result = std::make_unique<BoundExpression>();
     result->type = truth();
-    result->query = query(*expression.query, scope);
-    if (result->query->columns.size() != 1) {
-        fail(116,
-             "Only one expression can be specified in the select list when the subquery is not introduced with EXISTS.",
-             expression.query->range);
-    }
+    result->query = oneColumnQuery(*expression.query, scope);
     BoundPtr operand = this->expression(*expression.operand, scope);
-    const SqlType inner = result->query->columns[0].type;
-    BoundPtr sample = boundConstant(Null{}, inner);
-    unifyForComparison(operand, sample);
-    if (!isSameStored(inner, sample->type) && !(inner.isText() && sample->type.isText())) {
-        std::vector<OutputColumn> columns = result->query->columns;
-        columns[0].type = sample->type;
-        convertColumns(*result->query->body, columns);
-        result->query->columns = std::move(columns);
-    }
+    const SqlType compared = compareWithColumn(operand, *result->query);
     if (anyEqual || allDifferent) {
         result->kind = BoundKind::In;
         result->negated = allDifferent;
@@ -226,7 +220,7 @@ BoundPtr Binder::quantified(const ast::QuantifiedExpression& expression, Scope* 
     result->negated = expression.all;
     auto item = std::make_unique<BoundExpression>();
     item->kind = BoundKind::Column;
-    item->type = sample->type;
+    item->type = compared;
     item->table = newAlias();
     item->name = "c1";
     item->ownCollation = true;

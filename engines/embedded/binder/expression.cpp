@@ -310,12 +310,7 @@ BoundPtr Binder::caseExpression(const ast::CaseExpression& expression, Scope* sc
 BoundPtr Binder::subquery(const ast::SubqueryExpression& expression, Scope* scope) {
     auto result = std::make_unique<BoundExpression>();
     result->kind = BoundKind::Subquery;
-    result->query = query(*expression.query, scope);
-    if (result->query->columns.size() != 1) {
-        fail(116,
-             "Only one expression can be specified in the select list when the subquery is not introduced with EXISTS.",
-             expression.range);
-    }
+    result->query = oneColumnQuery(*expression.query, scope);
     result->type = result->query->columns[0].type;
     return result;
 }

@@ -142,14 +142,7 @@ void skipStorageOptions(TokenCursor& cursor) {
     for (;;) {
         if (cursor.at(Keyword::With) && cursor.peek(1).kind == TokenKind::LeftParenthesis) {
             cursor.next();
-            int open = 0;
-            do {
-                if (cursor.atEnd()) cursor.failHere();
-                const Token& token = cursor.next();
-                if (token.kind == TokenKind::LeftParenthesis) ++open;
-                if (token.kind == TokenKind::RightParenthesis) --open;
-                if (token.kind == TokenKind::Literal) cursor.literals().fix(token.literal);
-            } while (open > 0);
+            cursor.skipParentheses();
         } else if ((cursor.at(Keyword::On) && cursor.atName(1)) || cursor.at(Keyword::TextimageOn)) {
             cursor.next();
             cursor.name();

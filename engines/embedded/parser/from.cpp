@@ -41,14 +41,7 @@ std::vector<std::string> parseHintList(TokenCursor& cursor) {
             // INDEX(name, 1), INDEX = name, FORCESEEK(...): which index is for the planner to say.
             cursor.accept(TokenKind::Equal);
             if (cursor.at(TokenKind::LeftParenthesis)) {
-                int open = 0;
-                do {
-                    if (cursor.atEnd()) cursor.failHere();
-                    const Token& token = cursor.next();
-                    if (token.kind == TokenKind::LeftParenthesis) ++open;
-                    if (token.kind == TokenKind::RightParenthesis) --open;
-                    if (token.kind == TokenKind::Literal) cursor.literals().fix(token.literal);
-                } while (open > 0);
+                cursor.skipParentheses();
             } else if (cursor.at(TokenKind::Literal)) {
                 cursor.fixedInteger();
             } else {

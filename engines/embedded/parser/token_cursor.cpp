@@ -182,6 +182,17 @@ LiteralIndex TokenCursor::literal() {
     return expect(TokenKind::Literal).literal;
 }
 
+void TokenCursor::skipParentheses() {
+    expect(TokenKind::LeftParenthesis);
+    for (int open = 1; open > 0;) {
+        if (atEnd()) failHere();
+        const Token& token = next();
+        if (token.kind == TokenKind::LeftParenthesis) ++open;
+        if (token.kind == TokenKind::RightParenthesis) --open;
+        if (token.kind == TokenKind::Literal) literals_.fix(token.literal);
+    }
+}
+
 SourceRange TokenCursor::from(std::uint32_t start) const {
     const std::uint32_t end = position_ == 0 ? start : lexer_.tokens()[position_ - 1].range.end;
     return {start, std::max(start, end)};

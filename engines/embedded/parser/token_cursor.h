@@ -60,6 +60,8 @@ public:
     int fixedInteger();
     // The literal at this place, moved over.
     LiteralIndex literal();
+    // From an opening parenthesis over the one that closes it; literals between them are fixed, since they stay unread.
+    void skipParentheses();
 
     [[nodiscard]] const LiteralTable& literals() const { return literals_; }
     std::uint32_t nextMarker() { return markers_++; }
