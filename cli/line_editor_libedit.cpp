@@ -42,6 +42,10 @@ char** complete(const char* word, int, int) {
 
 volatile std::sig_atomic_t interrupted = 0;
 
+class InterruptWatch;
+// The one of the line that is being read; readline's callback has no other way to it.
+const InterruptWatch* watchInUse = nullptr;
+
 // While a line is typed, Ctrl-C ends the line and not the program. The signal is let in only where a key is waited for,
 // so that none is missed and none comes in between.
 class InterruptWatch {
@@ -56,8 +60,10 @@ public:
         sigemptyset(&blocked);
         sigaddset(&blocked, SIGINT);
         sigprocmask(SIG_BLOCK, &blocked, &mask_);
+        watchInUse = this;
     }
     ~InterruptWatch() {
+        watchInUse = nullptr;
         sigprocmask(SIG_SETMASK, &mask_, nullptr);
         sigaction(SIGINT, &action_, nullptr);
     }
@@ -79,8 +85,6 @@ private:
     struct sigaction action_ = {};
     sigset_t mask_ = {};
 };
-
-const InterruptWatch* watchInUse = nullptr;
 
 int readByte() {
     unsigned char byte = 0;
@@ -133,7 +137,6 @@ LineEditor::~LineEditor() {
 
 std::optional<std::string> LineEditor::readLine(const std::string& prompt) {
     const InterruptWatch watch;
-    watchInUse = &watch;
     const std::unique_ptr<char, decltype(&std::free)> line(readline(prompt.c_str()), &std::free);
     if (interrupted) {
         std::cout << std::endl;

@@ -112,6 +112,7 @@ void ResultWriter::writeJson(const RowSet& rows) {
         names.push_back(std::move(name));
     }
     std::vector<std::string> keys;
+    keys.reserve(names.size());
     for (const std::string& name : names)
         keys.push_back(Datum(name).toJson() + ":");
     out_ << '[';

@@ -31,7 +31,7 @@ bool isBlank(const std::string& text) {
 std::optional<std::string> readBatch(LineEditor& editor) {
     std::string batch;
     StatementEnd end;
-    while (const std::optional<std::string> line = editor.readLine(batch.empty() ? "basalt> " : "     -> ")) {
+    while (std::optional<std::string> line = editor.readLine(batch.empty() ? "basalt> " : "     -> ")) {
         if (batch.empty() && leaves(*line)) return std::nullopt;
         if (batch.empty() && SqlConsole::isCommand(*line)) {
             editor.remember(*line);

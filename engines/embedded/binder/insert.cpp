@@ -109,6 +109,7 @@ BoundInsert Binder::insert(const ast::InsertStatement& statement, bool explicitI
             break;
         case ast::InsertStatement::Source::DefaultValues: {
             std::vector<BoundPtr> values;
+            values.reserve(defaulted.size());
             for (const std::size_t index : defaulted)
                 values.push_back(defaultFor(index));
             result.rows.push_back(std::move(values));

@@ -66,7 +66,7 @@ BoundPtr Binder::userFunction(const ast::FunctionExpression& call, Scope* scope)
     const bool known = module != nullptr && module->kind == ModuleKind::Function;
     const ast::Batch batch = known ? parse(module->text) : ast::Batch{};
     const ast::CreateFunctionStatement* function = definitionIn(batch);
-    if (function == nullptr || function->returns != ast::CreateFunctionStatement::Returns::Scalar) {
+    if (!known || function == nullptr || function->returns != ast::CreateFunctionStatement::Returns::Scalar) {
         fail(4121,
              "Cannot find either column \"" + call.name.parts.front().text +
                  "\" or the user-defined function or aggregate \"" + joined(call.name) +

@@ -82,7 +82,7 @@ void Catalog::createSystemTables(SqliteDatabase& database, bool temporary) {
                       "definition TEXT) WITHOUT ROWID"),
           std::string("basalt_module(name TEXT PRIMARY KEY, shown_name TEXT, kind INTEGER, definition TEXT) "
                       "WITHOUT ROWID")}) {
-        database.execute(("CREATE TABLE IF NOT EXISTS " + schema + columns).c_str());
+        database.execute(std::string("CREATE TABLE IF NOT EXISTS ").append(schema).append(columns).c_str());
     }
 }
 
