@@ -43,7 +43,7 @@ public:
         : path_(path),
           database_(openDatabase(path, options)),
           catalog_(*database_),
-          executor_(*database_, catalog_, options.clock ? options.clock : currentLocalTicks),
+          executor_(*database_, catalog_, options.clock ? options.clock : currentLocalTicks, options.busyTimeoutMs),
           interpreter_(executor_, catalog_),
           cache_(options.planCacheSize) {}
 
@@ -75,6 +75,7 @@ public:
 
     void onProgress(std::function<bool()> goOn) {
         goOn_ = std::move(goOn);
+        database_->onWait(goOn_);
         sqlite3_progress_handler(database_->handle(), kStepsBetweenQuestions, goOn_ ? &Core::ask : nullptr, this);
     }
 

@@ -24,7 +24,8 @@
 namespace basalt::embedded {
 
 struct EmbeddedOptions {
-    int busyTimeoutMs = 5000;  // how long a lock of another program is waited for
+    // How long a lock of another program is waited for, unless SET LOCK_TIMEOUT tells a time; -1 there means this.
+    int busyTimeoutMs = 5000;
     bool createIfMissing = false;
     // The newest schema version (EmbeddedSession::schemaVersion) that the caller knows; a newer file is refused.
     int knownSchemaVersion = std::numeric_limits<int>::max();

@@ -22,7 +22,7 @@ BusyNotice::BusyNotice(Session& session)
       text_(new QLabel(&window_)),
       patience_(kPatienceMilliseconds) {
     window_.setObjectName(QStringLiteral("Busy_FRM"));
-    window_.setWindowTitle(QStringLiteral("در حال خواندن"));
+    window_.setWindowTitle(QStringLiteral("در انتظار پایگاه داده"));
     window_.setLayoutDirection(Qt::RightToLeft);
     window_.setWindowModality(Qt::ApplicationModal);
     window_.setWindowFlag(Qt::WindowCloseButtonHint, false);
@@ -69,7 +69,7 @@ bool BusyNotice::goOn() {
 
 void BusyNotice::show() {
     const int seconds = static_cast<int>(began_.elapsed() / 1000);
-    text_->setText(persianDigits(QStringLiteral("خواندن داده‌ها… %1 ثانیه").arg(seconds)));
+    text_->setText(persianDigits(QStringLiteral("در انتظار پایگاه داده… %1 ثانیه").arg(seconds)));
     // What is being written cannot be given up half way.
     cancel_->setVisible(!session_.inTransaction());
     if (!window_.isVisible() && !cancelled_) window_.show();

@@ -23,17 +23,13 @@ QJsonObject FormOption::load() {
     return QJsonDocument::fromJson(QByteArray::fromStdString(kept_)).object();
 }
 
-void FormOption::save(const QJsonObject& layout) {
+void FormOption::saveQuietly(const QJsonObject& layout) {
     ReferenceHost& host = context_.host();
     const std::string text = QJsonDocument(layout).toJson(QJsonDocument::Compact).toStdString();
     if (!host.signedIn() || key().empty() || text == kept_) return;
-    host.formOptions().save(host.UserInfo().Code, key(), text);
-    kept_ = text;
-}
-
-void FormOption::saveQuietly(const QJsonObject& layout) {
     try {
-        save(layout);
+        host.formOptions().saveSoon(host.UserInfo().Code, key(), text);
+        kept_ = text;
     } catch (const DatabaseError&) {
         // The next time the screen opens as it did this time.
     }

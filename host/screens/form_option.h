@@ -18,10 +18,8 @@ public:
 
     // What was kept; empty when nothing was, or nothing that can be read. Errors of the database pass.
     [[nodiscard]] QJsonObject load();
-    // Writes the layout when it differs from what was kept. Errors of the database pass.
-    void save(const QJsonObject& layout);
-    // The same without a word when the database does not take it: a layout is worth no message, least of all over a
-    // screen that has closed.
+    // Keeps the layout when it differs from what was kept, without a wait and without a word when the database does not
+    // take it: a layout is worth neither, least of all over a screen that has closed.
     void saveQuietly(const QJsonObject& layout);
 
 private:

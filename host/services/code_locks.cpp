@@ -58,8 +58,29 @@ void CodeLock::releaseQuietly() noexcept {
 void CodeLock::release() {
     CodeLocks* locks = std::exchange(locks_, nullptr);
     if (!locks) return;
-    execute(locks->session_, "DELETE FROM dbo.CodeLock_TBL WHERE Status = ? AND Code = ? AND Slot = ? AND Owner = ?",
-            {std::int64_t{part_}, code_, std::int64_t{slot_}, std::int64_t{owner_}});
+    locks->release({part_, code_, owner_, slot_});
+}
+
+void CodeLocks::release(Row row) {
+    unreleased_.push_back(std::move(row));
+    releaseRest();
+}
+
+void CodeLocks::releaseRest() {
+    if (unreleased_.empty()) return;
+    const ShortWait wait(session_);
+    while (!unreleased_.empty()) {
+        const Row row = std::move(unreleased_.back());
+        unreleased_.pop_back();
+        try {
+            execute(session_, "DELETE FROM dbo.CodeLock_TBL WHERE Status = ? AND Code = ? AND Slot = ? AND Owner = ?",
+                    {std::int64_t{row.part}, row.code, std::int64_t{row.slot}, std::int64_t{row.owner}});
+        } catch (const DatabaseError& error) {
+            if (error.category() != ErrorCategory::Busy) throw;
+            unreleased_.push_back(row);
+            return;
+        }
+    }
 }
 
 bool CodeLocks::insert(const std::string& code, TSoftwarePart part, const CodeLockOwner& owner, int slot) {
@@ -77,6 +98,7 @@ bool CodeLocks::insert(const std::string& code, TSoftwarePart part, const CodeLo
 }
 
 CodeLock CodeLocks::hold(const std::string& code, TSoftwarePart part) {
+    releaseRest();
     const CodeLockOwner owner = describe_();
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
         const RowSet rows =
@@ -89,6 +111,7 @@ CodeLock CodeLocks::hold(const std::string& code, TSoftwarePart part) {
 }
 
 CodeLock CodeLocks::holdNew(TSoftwarePart part, const std::function<Value()>& nextCode) {
+    releaseRest();
     const CodeLockOwner owner = describe_();
     std::string code;
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
@@ -126,6 +149,7 @@ bool isSameCode(const std::string& a, const std::string& b) {
 }  // namespace
 
 std::vector<CodeLockHolder> CodeLocks::holders(const std::string& code, TSoftwarePart part) {
+    releaseRest();
     const RowSet rows = rowsOf(session_,
                                "SELECT L.Code, L.Owner, U.FullName, L.WorkstationName, L.LockDate "
                                "FROM dbo.CodeLock_TBL AS L LEFT JOIN dbo.HostUsers AS U ON U.Code = L.UserCode "

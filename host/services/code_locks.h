@@ -21,7 +21,8 @@ namespace basalt::host {
 class CodeLocks;
 
 // A held code; not to outlive the CodeLocks that gave it. Moving hands it on; destroying it releases the code, an error
-// while releasing is dropped (the row then goes with the next start of the workstation).
+// while releasing is dropped (the row then goes with the next start of the workstation). While another program is
+// writing nobody is kept waiting: the row goes with the next use of CodeLocks, and at the latest when this client ends.
 class CodeLock {
 public:
     CodeLock() = default;
@@ -86,12 +87,21 @@ public:
 
 private:
     friend class CodeLock;
+    struct Row {
+        TSoftwarePart part{};
+        std::string code;
+        int owner = 0;
+        int slot = 0;
+    };
+    void release(Row row);
+    void releaseRest();
     [[nodiscard]] std::vector<CodeLockHolder> holders(const std::string& code, TSoftwarePart part);
     // False when the slot is taken.
     [[nodiscard]] bool insert(const std::string& code, TSoftwarePart part, const CodeLockOwner& owner, int slot);
 
     Session& session_;
     std::function<CodeLockOwner()> describe_;
+    std::vector<Row> unreleased_;  // what another program's writing has held up
 };
 
 }  // namespace basalt::host

@@ -2,8 +2,10 @@
 // screen.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "ado/session.h"
 #include "package/types.h"
@@ -19,10 +21,15 @@ public:
 
     [[nodiscard]] std::optional<std::string> load(int userCode, const std::string& key);
     void save(int userCode, const std::string& key, const std::string& options);
+    // Saves without a wait that anybody would notice. What another program's writing holds up is kept here: load()
+    // knows it, and each later saveSoon() and saveRest() tries it again.
+    void saveSoon(int userCode, const std::string& key, const std::string& options);
+    void saveRest();
     void remove(int userCode, const std::string& key);
 
 private:
     Session& session_;
+    std::map<std::pair<int, std::string>, std::string> unsaved_;  // options by user and screen
 };
 
 }  // namespace basalt::host

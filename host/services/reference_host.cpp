@@ -88,8 +88,14 @@ ReferenceHost::ReferenceHost(Session& session, HostOptions options)
       }) {}
 
 ReferenceHost::~ReferenceHost() {
+    try {
+        formOptions_.saveRest();
+    } catch (const std::exception&) {
+        // The screens then open as they did this time.
+    }
     if (!claimed_) return;
     try {
+        const ShortWait wait(session_);
         workstations_.release(ini_.LockOwner);
     } catch (const std::exception&) {
         // The next client of this machine sees that the process is gone and cleans up.

@@ -40,6 +40,18 @@ void updateOrInsert(Session& session, std::string_view update, Values updateValu
     }
 }
 
+ShortWait::ShortWait(Session& session) : session_(session) {
+    execute(session_, "SET LOCK_TIMEOUT 300");
+}
+
+ShortWait::~ShortWait() {
+    try {
+        execute(session_, "SET LOCK_TIMEOUT -1");
+    } catch (const std::exception&) {
+        // A lost connection begins anew with the setting that it should have.
+    }
+}
+
 HostTransaction::HostTransaction(Session& session) : session_(session), mine_(!session.inTransaction()) {
     if (mine_) session_.begin();
 }

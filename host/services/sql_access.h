@@ -26,6 +26,19 @@ std::int64_t execute(Session& session, std::string_view sql, Values values = {})
 void updateOrInsert(Session& session, std::string_view update, Values updateValues, std::string_view insert,
                     Values insertValues);
 
+// Statements that nobody should be kept waiting for, as when a screen closes: for as long as this lives, a lock of
+// another program is waited for a moment only, and then the statement is DatabaseError (Busy).
+class ShortWait {
+public:
+    explicit ShortWait(Session& session);
+    ~ShortWait();
+    ShortWait(const ShortWait&) = delete;
+    ShortWait& operator=(const ShortWait&) = delete;
+
+private:
+    Session& session_;
+};
+
 // A transaction of the host, or a part of the one that is open already. Without commit it is rolled back; in a part of
 // another transaction that is for whoever began it to do.
 class HostTransaction {

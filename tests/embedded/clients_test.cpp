@@ -1,8 +1,11 @@
 // Several sessions on one file, as several programs have them.
 #include <gmock/gmock.h>
 
+#include <chrono>
+#include <functional>
 #include <thread>
 
+#include "ado/progress.h"
 #include "engines/embedded/embedded_session.h"
 #include "tests/support/temp_folder.h"
 
@@ -33,16 +36,106 @@ TEST_F(Clients, aWriterMakesAnotherWriterWaitAndThenSayBusy) {
     } catch (const DatabaseError& error) {
         EXPECT_EQ(error.category(), ErrorCategory::Busy);
         EXPECT_EQ(error.nativeCode(), 1222);
-        EXPECT_STREQ(
-            error.what(),
-            "Lock request time out period exceeded: another program is writing to the database. Try again in a "
-            "moment.");
+        EXPECT_STREQ(error.what(),
+                     "Lock request time out period exceeded. Another program is writing to the database; try again in "
+                     "a moment.");
     }
     EXPECT_THROW(second->begin(), DatabaseError);
     EXPECT_FALSE(second->inTransaction());
     first->commit();
     second->run("insert into T values(2)");
     EXPECT_EQ(number(*first, "select COUNT(*) from T"), 2);
+}
+
+// The number of the error; 0 when there is none.
+int errorOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const DatabaseError& error) {
+        return error.nativeCode();
+    }
+    return 0;
+}
+
+std::chrono::milliseconds waitOf(EmbeddedSession& session, const std::string& sql) {
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(errorOf([&] { session.run(sql); }), 1222) << sql;
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
+}
+
+TEST_F(Clients, aLockIsWaitedForAsLongAsTheSessionSays) {
+    const auto first = open();
+    const auto second = EmbeddedSession::open(folder_.file("shop.basalt"), {.busyTimeoutMs = 600});
+    first->run("create table T(A int)");
+    first->begin();
+    first->run("insert into T values(1)");
+    EXPECT_EQ(number(*second, "select @@LOCK_TIMEOUT"), -1);
+
+    second->run("set lock_timeout 0");
+    EXPECT_EQ(number(*second, "select @@LOCK_TIMEOUT"), 0);
+    EXPECT_LT(waitOf(*second, "insert into T values(2)").count(), 100);
+    EXPECT_LT(waitOf(*second, "begin tran").count(), 100);
+
+    second->run("declare @n int set @n = 200 set lock_timeout @n");
+    EXPECT_EQ(number(*second, "select @@LOCK_TIMEOUT"), 200);
+    const auto wait = waitOf(*second, "insert into T values(2)");
+    EXPECT_GE(wait.count(), 200);
+    EXPECT_LT(wait.count(), 550);
+
+    // As long as the session was opened for.
+    second->run("SET LOCK_TIMEOUT -1");
+    EXPECT_EQ(number(*second, "select @@LOCK_TIMEOUT"), -1);
+    EXPECT_GE(waitOf(*second, "insert into T values(2)").count(), 600);
+}
+
+TEST_F(Clients, aBatchGoesOnBehindALockThatItDidNotGet) {
+    const auto first = open();
+    const auto second = open();
+    first->run("create table T(A int)");
+    first->begin();
+    EXPECT_EQ(errorOf([&] { second->run("SET LOCK_TIMEOUT 10; insert into T values(2); SET LOCK_TIMEOUT -1"); }), 1222);
+    EXPECT_EQ(number(*second, "select @@LOCK_TIMEOUT"), -1);
+    EXPECT_EQ(number(*second,
+                     "SET LOCK_TIMEOUT 10; begin try insert into T values(2) end try begin catch select ERROR_NUMBER() "
+                     "end catch"),
+              1222);
+    first->rollback();
+    second->run("insert into T values(2)");
+    EXPECT_EQ(number(*first, "select COUNT(*) from T"), 1);
+}
+
+// What follows would be done outside of the transaction that it was written for.
+TEST_F(Clients, aBatchEndsWhereItCannotBeginItsTransaction) {
+    const auto first = open();
+    const auto second = open();
+    first->run("create table T(A int)");
+    first->run("create procedure P as begin tran insert into #t values(1) commit");
+    first->begin();
+    second->run("create table #t(A int)");
+    EXPECT_EQ(errorOf([&] { second->run("begin tran insert into #t values(1) commit"); }), 1222);
+    EXPECT_EQ(errorOf([&] { second->run("exec P insert into #t values(1)"); }), 1222);
+    EXPECT_EQ(number(*second, "select COUNT(*) from #t"), 0);
+    EXPECT_FALSE(second->inTransaction());
+}
+
+TEST_F(Clients, aWaitForALockCanBeGivenUp) {
+    const auto first = open();
+    const auto second = EmbeddedSession::open(folder_.file("shop.basalt"), {.busyTimeoutMs = 20'000});
+    first->run("create table T(A int)");
+    first->begin();
+    int asked = 0;
+    second->onProgress([&] { return ++asked < 5; });
+    const auto start = std::chrono::steady_clock::now();
+    try {
+        second->run("insert into T values(2)");
+        FAIL() << "no error";
+    } catch (const DatabaseError& error) {
+        EXPECT_TRUE(isCancelled(error)) << error.what();
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    second->onProgress({});
+    second->run("SET LOCK_TIMEOUT 0");
+    EXPECT_EQ(errorOf([&] { second->run("insert into T values(2)"); }), 1222);
 }
 
 TEST_F(Clients, readersDoNotWait) {
@@ -54,6 +147,23 @@ TEST_F(Clients, readersDoNotWait) {
     EXPECT_EQ(number(*second, "select COUNT(*) from T"), 0);
     first->commit();
     EXPECT_EQ(number(*second, "select COUNT(*) from T"), 1);
+}
+
+TEST_F(Clients, temporaryTablesDoNotWaitForAnothersWriting) {
+    const auto first = open();
+    const auto second = open();
+    first->run("create table T(A int) insert into T values(1)");
+    first->run(
+        "create procedure P as set nocount on declare @t table(ID int identity, A int) insert into @t select A from T "
+        "create table #t(ID int identity, A int) insert into #t(A) select A from @t update #t set A = A + ID "
+        "insert into #t exec('select A from T') select A into #u from #t truncate table #t drop table #t "
+        "select SUM(A) from #u");
+    first->begin();
+    first->run("insert into T values(5)");
+    EXPECT_EQ(number(*second, "exec P"), 3);
+    first->commit();
+    EXPECT_EQ(number(*second, "exec P"), 15);
+    EXPECT_FALSE(second->inTransaction());
 }
 
 TEST_F(Clients, aSchemaChangeOfAnotherIsSeen) {

@@ -471,8 +471,8 @@ TEST_F(GetBases, aListAndItsEditorKeepALayoutEach) {
     FormOption formLayout(context, form);
     listLayout.SetSoftwarePart(csPriceLevels);
     formLayout.SetSoftwarePart(csPriceLevels);
-    listLayout.save({{"width", 760}, {"grid", "columns"}});
-    formLayout.save({{"width", 460}});
+    listLayout.saveQuietly({{"width", 760}, {"grid", "columns"}});
+    formLayout.saveQuietly({{"width", 460}});
     EXPECT_EQ(listLayout.load(), (QJsonObject{{"width", 760}, {"grid", "columns"}}));
     EXPECT_EQ(formLayout.load(), (QJsonObject{{"width", 460}}));
 }

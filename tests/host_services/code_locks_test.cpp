@@ -4,6 +4,7 @@
 
 #include <array>
 #include <barrier>
+#include <chrono>
 #include <csignal>
 #include <functional>
 #include <set>
@@ -64,6 +65,52 @@ TEST_F(CodeLocksTest, aHeldCodeIsInUseForOthersOnly) {
     lock.release();
     EXPECT_FALSE(lock.held());
     EXPECT_FALSE(second.LocateLockCode_SoftwarePart("3", spPriceLevels, theirs, true));
+}
+
+TEST_F(CodeLocksTest, nobodyWaitsForACodeToBeReleased) {
+    CodeLock lock = first.codeLocks().hold("3", spPriceLevels);
+    CodeLock other = first.codeLocks().hold("4", spPriceLevels);
+    const int theirs = second.IniOptions().LockOwner;
+    secondSession->begin();
+    const auto start = std::chrono::steady_clock::now();
+    lock.release();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+    EXPECT_FALSE(lock.held());
+    EXPECT_THAT(lockRows(*secondSession), SizeIs(2));
+    EXPECT_TRUE(second.LocateLockCode_SoftwarePart("3", spPriceLevels, theirs, false)) << "as long as the other writes";
+    secondSession->rollback();
+
+    other.release();
+    EXPECT_THAT(lockRows(*secondSession), IsEmpty()) << "both, now that it can be done";
+    EXPECT_EQ(linesOf(*firstSession, "SELECT @@LOCK_TIMEOUT"), std::vector<std::string>{"-1"});
+}
+
+TEST_F(CodeLocksTest, aLayoutThatCannotBeSavedNowIsSavedLater) {
+    FormOptionStore& forms = first.formOptions();
+    secondSession->begin();
+    const auto start = std::chrono::steady_clock::now();
+    forms.saveSoon(1, "14", "{\"width\":700}");
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+    EXPECT_EQ(forms.load(1, "14"), "{\"width\":700}");
+    EXPECT_EQ(second.formOptions().load(1, "14"), std::nullopt);
+    forms.saveSoon(1, "14", "{\"width\":701}");
+    secondSession->rollback();
+
+    forms.saveSoon(1, "27", "{}");
+    EXPECT_EQ(second.formOptions().load(1, "14"), "{\"width\":701}");
+    EXPECT_EQ(second.formOptions().load(1, "27"), "{}");
+}
+
+TEST_F(CodeLocksTest, theLastLayoutsAreSavedWhenTheClientEnds) {
+    {
+        ReferenceHost leaving(*firstSession, workstation("انبار"));
+        secondSession->begin();
+        leaving.formOptions().saveSoon(1, "14", "{}");
+        secondSession->rollback();
+    }
+    EXPECT_EQ(second.formOptions().load(1, "14"), "{}");
+    EXPECT_THROW(first.formOptions().saveSoon(999, "14", "{}"), DatabaseError) << "there is no such user";
+    EXPECT_NO_THROW(first.formOptions().saveRest()) << "it is not tried again";
 }
 
 TEST_F(CodeLocksTest, rowsOfOtherProgramsCountAsInUse) {

@@ -28,6 +28,7 @@ enum class SystemValue : std::uint8_t {
     TranCount,      // @@TRANCOUNT
     FetchStatus,    // @@FETCH_STATUS
     NestLevel,      // @@NESTLEVEL
+    LockTimeout,    // @@LOCK_TIMEOUT
     ProcId,         // @@PROCID
     SpId,           // @@SPID
     ErrorNumber,    // ERROR_NUMBER() and its kin in a CATCH block

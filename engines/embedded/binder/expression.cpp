@@ -211,6 +211,7 @@ BoundPtr Binder::systemVariable(const ast::SystemVariableExpression& expression)
         {"@@TRANCOUNT", SystemValue::TranCount},
         {"@@FETCH_STATUS", SystemValue::FetchStatus},
         {"@@NESTLEVEL", SystemValue::NestLevel},
+        {"@@LOCK_TIMEOUT", SystemValue::LockTimeout},
         {"@@PROCID", SystemValue::ProcId},
         {"@@SPID", SystemValue::SpId},
     };

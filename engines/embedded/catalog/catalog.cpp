@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ado/names.h"
+#include "engines/embedded/catalog/object_name.h"
 #include "engines/embedded/runtime/sql_error.h"
 
 namespace basalt::embedded {
@@ -17,10 +18,6 @@ std::string quotedWith(std::string_view text, char quote) {
     }
     result += quote;
     return result;
-}
-
-bool isTemporaryName(std::string_view name) {
-    return name.starts_with('#');
 }
 
 // The schema that holds the system tables for a table of that name.

@@ -9,4 +9,9 @@ namespace basalt::embedded {
 // The last part, without brackets, quotes and trailing blanks.
 [[nodiscard]] std::string objectPart(std::string_view name);
 
+// Whether a table of that name lives in the session only. Table variables are kept under such names.
+[[nodiscard]] inline bool isTemporaryName(std::string_view name) {
+    return name.starts_with('#');
+}
+
 }  // namespace basalt::embedded

@@ -7,6 +7,7 @@
 #include "engines/embedded/executor/statement_guard.h"
 #include "engines/embedded/generator/sql_writer.h"
 #include "engines/embedded/lexer/error_context.h"
+#include "engines/embedded/runtime/convert.h"
 #include "engines/embedded/runtime/sql_error.h"
 #include "engines/embedded/runtime/value_codec.h"
 
@@ -16,9 +17,9 @@ void Executor::selectInto(const ast::Batch& batch, const ast::SelectStatement& s
                           const Environment& environment, BatchResult& into) {
     try {
         catalog_.settleIdentities();
-        StatementGuard guard(*this, true);
-        catalog_.refresh();
         const ast::ObjectName& name = ast::firstSelect(*statement.query->body).into;
+        StatementGuard guard(*this, true, false, name.isTemporary());
+        catalog_.refresh();
         requireFreeName(batch, name);
         Binder binder(catalog_, binderInput(batch, environment));
         const BoundSelectStatement bound = binder.selectStatement(statement);
@@ -111,8 +112,8 @@ std::vector<std::vector<Value>> Executor::rowsOf(const std::string& name) {
     return rows;
 }
 
-void Executor::atomically(const std::function<void()>& change) {
-    StatementGuard guard(*this, true);
+void Executor::atomically(bool temporary, const std::function<void()>& change) {
+    StatementGuard guard(*this, true, false, temporary);
     try {
         change();
     } catch (const DatabaseError& error) {
@@ -205,7 +206,25 @@ void Executor::transaction(const ast::Batch& batch, const ast::TransactionStatem
     state_.rowCount = 0;
 }
 
-void Executor::setOption(const ast::Batch& batch, const ast::SetOptionStatement& statement) {
+void Executor::setLockTimeout(int milliseconds) {
+    state_.lockTimeout = std::max(milliseconds, -1);
+    database_.setLockTimeout(milliseconds < 0 ? longestWaitMs_ : milliseconds);
+}
+
+void Executor::setLockTimeout(const ast::Batch& batch, const ast::SetOptionStatement& statement,
+                              const Environment& environment) {
+    PlanSet plans;
+    const TypedValue given =
+        statement.value ? evaluate(batch, *statement.value, plans, environment) : TypedValue{Null{}, {}};
+    if (!given.type.isInteger() || isNull(given.value)) {
+        throw statementError(ErrorCategory::Syntax, 1050, "SET LOCK_TIMEOUT takes a number of milliseconds, or -1.",
+                             batch.text, statement.range);
+    }
+    setLockTimeout(static_cast<int>(toInt64(convert(given.value, given.type, SqlType::of(TypeKind::Int)))));
+}
+
+void Executor::setOption(const ast::Batch& batch, const ast::SetOptionStatement& statement,
+                         const Environment& environment) {
     state_.rowCount = 0;
     for (const std::string& option : statement.options) {
         const bool on = statement.on.value_or(false);
@@ -238,9 +257,10 @@ void Executor::setOption(const ast::Batch& batch, const ast::SetOptionStatement&
             if (!on) throwUnsupported("SET " + option + " OFF", batch.text, statement.range);
         } else if (option == "NUMERIC_ROUNDABORT" || option == "IMPLICIT_TRANSACTIONS") {
             if (on) throwUnsupported("SET " + option + " ON", batch.text, statement.range);
-        } else if (option == "TRANSACTION ISOLATION LEVEL" || option == "LOCK_TIMEOUT" ||
-                   option == "DEADLOCK_PRIORITY") {
-            // Every transaction is serializable here; waiting has a limit of its own.
+        } else if (option == "LOCK_TIMEOUT") {
+            setLockTimeout(batch, statement, environment);
+        } else if (option == "TRANSACTION ISOLATION LEVEL" || option == "DEADLOCK_PRIORITY") {
+            // Every transaction is serializable here.
             continue;
         } else {
             throwUnsupported("SET " + option, batch.text, statement.range);

@@ -1,6 +1,7 @@
 #include "engines/embedded/executor/executor.h"
 
 #include "ado/names.h"
+#include "engines/embedded/catalog/object_name.h"
 #include "engines/embedded/executor/constraint_error.h"
 #include "engines/embedded/executor/identity_run.h"
 #include "engines/embedded/executor/statement_guard.h"
@@ -16,16 +17,18 @@ namespace basalt::embedded {
 
 using ast::StatementKind;
 
-Executor::Executor(SqliteDatabase& database, Catalog& catalog, std::function<std::int64_t()> clock)
+Executor::Executor(SqliteDatabase& database, Catalog& catalog, std::function<std::int64_t()> clock, int longestWaitMs)
     : database_(database),
       catalog_(catalog),
       clock_(std::move(clock)),
+      longestWaitMs_(longestWaitMs),
       identity_(std::make_unique<IdentityRun>()),
       applied_(database) {
     savepoint_ = database_.prepare("SAVEPOINT basalt_statement");
     release_ = database_.prepare("RELEASE basalt_statement");
     rollbackTo_ = database_.prepare("ROLLBACK TO basalt_statement");
     beginImmediate_ = database_.prepare("BEGIN IMMEDIATE");
+    beginDeferred_ = database_.prepare("BEGIN");
     commit_ = database_.prepare("COMMIT");
     rollback_ = database_.prepare("ROLLBACK");
     registerFunctions();
@@ -71,7 +74,7 @@ void Executor::execute(const ast::Batch& batch, const ast::Statement& statement,
         case StatementKind::Transaction:
             return transaction(batch, ast::as<ast::TransactionStatement>(statement), environment);
         case StatementKind::SetOption:
-            return setOption(batch, ast::as<ast::SetOptionStatement>(statement));
+            return setOption(batch, ast::as<ast::SetOptionStatement>(statement), environment);
         default:
             define(batch, statement, environment);
     }
@@ -233,6 +236,8 @@ Value Executor::systemValue(SystemValue value) {
             return std::int64_t{-1};
         case SystemValue::NestLevel:
             return state_.nestLevel;
+        case SystemValue::LockTimeout:
+            return std::int64_t{state_.lockTimeout};
         case SystemValue::ProcId:
             return std::int64_t{0};
         case SystemValue::SpId:
@@ -508,7 +513,8 @@ void Executor::runChange(Plan& plan, BatchResult& into, const Environment& envir
     // What comes after SQLite's change of one row cannot fail, unless rows or variables are to take its values.
     const bool whole =
         plan.oneRow && !several && plan.columns == nullptr && plan.assignments.empty() && !plan.setsIdentity;
-    StatementGuard guard(*this, identity || several, whole);
+    const bool temporary = plan.target == nullptr && isTemporaryName(plan.table);
+    StatementGuard guard(*this, identity || several, whole, temporary);
     if (plan.before != nullptr) {
         bind(*plan.before, environment);
         while (step(*plan.before))

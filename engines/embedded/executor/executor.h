@@ -33,8 +33,9 @@ struct TypedValue {
 
 class Executor {
 public:
-    // `clock` tells the moment for GETDATE() in ticks.
-    Executor(SqliteDatabase& database, Catalog& catalog, std::function<std::int64_t()> clock);
+    // `clock` tells the moment for GETDATE() in ticks. A lock is waited for `longestWaitMs` where the server would wait
+    // without end, because a program that hangs would stop everybody else for good.
+    Executor(SqliteDatabase& database, Catalog& catalog, std::function<std::int64_t()> clock, int longestWaitMs);
     Executor(const Executor&) = delete;
     Executor& operator=(const Executor&) = delete;
     ~Executor();
@@ -64,6 +65,9 @@ public:
         return sqlite3_stmt_status(plan.statement.handle(), SQLITE_STMTSTATUS_REPREPARE, 0) != 0;
     }
 
+    // How long a lock of another program is waited for, as SET LOCK_TIMEOUT says it.
+    void setLockTimeout(int milliseconds);
+
     void begin();
     void commit();
     void rollback();
@@ -86,8 +90,9 @@ public:
     [[nodiscard]] bool hasHidden(const std::string& name);
     // Removes all rows of a table variable's table.
     void clearTable(const std::string& name);
-    // Runs `change`, which may be several statements, and undoes all of it when it throws.
-    void atomically(const std::function<void()>& change);
+    // Runs `change`, which may be several statements, and undoes all of it when it throws. `temporary`: it changes
+    // temporary tables only.
+    void atomically(bool temporary, const std::function<void()>& change);
 
 private:
     class StatementGuard;
@@ -119,7 +124,9 @@ private:
     void truncate(const ast::Batch& batch, const ast::TruncateStatement& statement);
     void transaction(const ast::Batch& batch, const ast::TransactionStatement& statement,
                      const Environment& environment);
-    void setOption(const ast::Batch& batch, const ast::SetOptionStatement& statement);
+    void setOption(const ast::Batch& batch, const ast::SetOptionStatement& statement, const Environment& environment);
+    void setLockTimeout(const ast::Batch& batch, const ast::SetOptionStatement& statement,
+                        const Environment& environment);
     void define(const ast::Batch& batch, const ast::Statement& statement, const Environment& environment);
 
     void createView(const ast::Batch& batch, const ast::CreateViewStatement& statement, const Environment& environment);
@@ -138,6 +145,7 @@ private:
     SqliteDatabase& database_;
     Catalog& catalog_;
     std::function<std::int64_t()> clock_;
+    int longestWaitMs_;
     SessionState state_;
     std::unique_ptr<IdentityRun> identity_;
     // The last identity numbers of changes that may yet be undone, by folded table name: they are not given again.
@@ -146,7 +154,7 @@ private:
     const Environment* running_ = nullptr;  // of the SELECT that assigns variables
     std::vector<std::string> savepoints_;   // names of SAVE TRANSACTION
     StatementPool applied_;                 // statements of APPLY
-    SqliteStatement savepoint_, release_, rollbackTo_, beginImmediate_, commit_, rollback_;
+    SqliteStatement savepoint_, release_, rollbackTo_, beginImmediate_, beginDeferred_, commit_, rollback_;
 };
 
 }  // namespace basalt::embedded

@@ -10,7 +10,9 @@ public:
     // A change that is one statement of SQLite's needs no transaction of its own; `several` says that it is more.
     // Inside a transaction a function that fails half-way leaves the rows changed so far, so a savepoint stands around
     // every change but those of one row, which SQLite makes whole or not at all.
-    StatementGuard(Executor& executor, bool several, bool whole = false) : executor_(executor) {
+    // `temporary` says that nothing but temporary tables changes: then other programs may write meanwhile, and a report
+    // does not wait for them.
+    StatementGuard(Executor& executor, bool several, bool whole = false, bool temporary = false) : executor_(executor) {
         // A function works inside a statement that is guarded itself, and SQLite lets no savepoint begin there.
         if (executor_.state_.functionDepth > 0) return;
         if (executor_.inTransaction()) {
@@ -18,7 +20,7 @@ public:
             executor_.savepoint_.run();
             mode_ = Mode::Savepoint;
         } else if (several) {
-            executor_.beginImmediate_.run();
+            (temporary ? executor_.beginDeferred_ : executor_.beginImmediate_).run();
             mode_ = Mode::Transaction;
         }
     }

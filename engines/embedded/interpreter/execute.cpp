@@ -472,7 +472,8 @@ void Interpreter::insertExecute(Activation& activation, const ast::InsertStateme
     activation.into = into;
     std::ranges::move(produced.messages, std::back_inserter(into->messages));
     std::int64_t count = 0;
-    executor_.atomically([&] {
+    const bool temporary = !statement.target.variable.empty() || statement.target.name.isTemporary();
+    executor_.atomically(temporary, [&] {
         for (const StatementResult& result : produced.results) {
             if (!result.rows) continue;
             insertRows(activation, statement, *result.rows);

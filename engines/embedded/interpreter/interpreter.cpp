@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "ado/names.h"
+#include "engines/embedded/interpreter/raised_error.h"
 #include "engines/embedded/lexer/error_context.h"
 #include "engines/embedded/runtime/convert.h"
 #include "engines/embedded/runtime/sql_error.h"
@@ -213,6 +214,21 @@ Interpreter::Flow Interpreter::dispatch(Activation& activation, const ast::State
             layout.addDeclarations(activation.batch, procedure.body, catalog_);
             break;
         }
+        case StatementKind::Transaction:
+            try {
+                executor_.execute(activation.batch, statement, activation.plans, activation.environment,
+                                  *activation.into);
+            } catch (const DatabaseError& error) {
+                // Without its transaction the rest of the batch would be something else. A server waits for locks
+                // further on and never fails here.
+                if (error.category() != ErrorCategory::Busy) throw;
+                CaughtError busy;
+                busy.number = error.nativeCode();
+                busy.line = kNowhere;
+                busy.message = error.what();
+                throw RaisedError(error.category(), error.sqlState(), busy, true);
+            }
+            return Flow::Next;
         case StatementKind::CreateFunction:
             checkFunction(activation.batch, ast::as<ast::CreateFunctionStatement>(statement));
             break;

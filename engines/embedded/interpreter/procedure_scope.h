@@ -12,7 +12,8 @@ public:
           state_(interpreter.executor_.state()),
           scopeIdentity_(state_.scopeIdentity),
           noCount_(state_.noCount),
-          abortOnError_(state_.abortOnError) {
+          abortOnError_(state_.abortOnError),
+          lockTimeout_(state_.lockTimeout) {
         if (interpreter_.calls_ >= kDeepestCall) {
             throw DatabaseError(ErrorCategory::Limit, "42000", 217,
                                 "Maximum stored procedure, function, trigger, or view nesting level exceeded (limit " +
@@ -30,6 +31,7 @@ public:
         state_.scopeIdentity = scopeIdentity_;
         state_.noCount = noCount_;
         state_.abortOnError = abortOnError_;
+        if (state_.lockTimeout != lockTimeout_) interpreter_.executor_.setLockTimeout(lockTimeout_);
     }
 
 private:
@@ -38,6 +40,7 @@ private:
     Value scopeIdentity_;
     bool noCount_;
     bool abortOnError_;
+    int lockTimeout_;
 };
 
 }  // namespace basalt::embedded

@@ -16,8 +16,6 @@ namespace {
 
 // The number of errors that have no number of their own.
 constexpr int kUserError = 50000;
-// The line of an error before the statement that it came from is known.
-constexpr int kNowhere = 0;
 
 // Errors that end their statement only; every other ends the batch.
 bool endsStatementOnly(int number) {
@@ -28,6 +26,7 @@ bool endsStatementOnly(int number) {
         512,   // a subquery with more than one row
         515,   // NULL into a column that takes none
         547,   // foreign key or check
+        1222,  // a lock that was not to be had in time
         2601,  // unique index
         2627,  // primary key or unique constraint
         2628,  // a text too long for its column

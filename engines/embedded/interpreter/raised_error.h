@@ -9,6 +9,9 @@
 
 namespace basalt::embedded {
 
+// The line of an error before the statement that it came from is known.
+inline constexpr int kNowhere = 0;
+
 class RaisedError : public DatabaseError {
 public:
     // `ends`: whether the batch ends with it even outside of TRY, as it does for THROW and does not for RAISERROR.

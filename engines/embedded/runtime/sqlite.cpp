@@ -1,6 +1,9 @@
 #include "engines/embedded/runtime/sqlite.h"
 
+#include <algorithm>
 #include <optional>
+#include <thread>
+#include <utility>
 
 #include "ado/progress.h"
 #include "engines/embedded/runtime/sql_error.h"
@@ -58,7 +61,8 @@ std::string SqliteStatement::textAt(int column) const {
                            : std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(handle(), column)));
 }
 
-SqliteDatabase::SqliteDatabase(const std::string& path, bool create, int busyTimeoutMs) {
+SqliteDatabase::SqliteDatabase(const std::string& path, bool create, int lockTimeoutMs)
+    : lockTimeoutMs_(lockTimeoutMs) {
     // One thread uses a session, so SQLite's own locks are left out.
     const int flags =
         SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE | (create ? SQLITE_OPEN_CREATE : 0);
@@ -72,7 +76,34 @@ SqliteDatabase::SqliteDatabase(const std::string& path, bool create, int busyTim
                             "The database file '" + path + "' cannot be opened (" + reason +
                                 "). Check that its folder exists and that you may write to it.");
     }
-    sqlite3_busy_timeout(database_, busyTimeoutMs);
+    sqlite3_busy_handler(database_, &SqliteDatabase::waitForLock, this);
+}
+
+// Nothing may fly through SQLite.
+int SqliteDatabase::waitForLock(void* self, int rounds) noexcept {
+    try {
+        return static_cast<SqliteDatabase*>(self)->waits(rounds) ? 1 : 0;
+    } catch (...) {
+        return 0;
+    }
+}
+
+bool SqliteDatabase::waits(int rounds) {
+    using namespace std::chrono;
+    const auto now = steady_clock::now();
+    if (rounds == 0) {
+        waitBegan_ = now;
+        waitGivenUp_ = false;
+    }
+    const milliseconds left = milliseconds(lockTimeoutMs_) - duration_cast<milliseconds>(now - waitBegan_);
+    if (left.count() <= 0) return false;
+    if (goOn_ && !goOn_()) {
+        waitGivenUp_ = true;
+        return false;
+    }
+    // Short at first, because most locks are held for the time of one write.
+    std::this_thread::sleep_for(std::min(left, milliseconds(std::min(1 + rounds * 2, 25))));
+    return true;
 }
 
 SqliteDatabase::~SqliteDatabase() {
@@ -98,6 +129,10 @@ std::int64_t SqliteDatabase::integer(const char* sql) {
 }
 
 namespace {
+
+DatabaseError cancelled() {
+    return {ErrorCategory::Other, kCancelledState, 0, "The request was given up."};
+}
 
 // What SQLite says when a statement is too large for it, or is one that it cannot do, in the server's numbers.
 std::optional<DatabaseError> limitOf(const std::string& reason) {
@@ -133,9 +168,10 @@ DatabaseError SqliteDatabase::failure(int resultCode) {
     switch (resultCode & 0xFF) {
         case SQLITE_BUSY:
         case SQLITE_LOCKED:
+            if (std::exchange(waitGivenUp_, false)) return cancelled();
             return sqlError(error::kLockTimeout,
-                            "Lock request time out period exceeded: another program is writing to the database. "
-                            "Try again in a moment.");
+                            "Lock request time out period exceeded. Another program is writing to the database; try "
+                            "again in a moment.");
         case SQLITE_FULL:
             return DatabaseError(ErrorCategory::DiskFull, "HY000", 1105,
                                  "There is no room left to write to the database; nothing of the request was kept. "
@@ -163,7 +199,7 @@ DatabaseError SqliteDatabase::failure(int resultCode) {
                                  "The database cannot be written (" + reason +
                                      "). Check that you may write to its file and to its folder.");
         case SQLITE_INTERRUPT:
-            return DatabaseError(ErrorCategory::Other, kCancelledState, 0, "The request was given up.");
+            return cancelled();
         case SQLITE_NOMEM:
             return DatabaseError(ErrorCategory::Limit, "HY001", 701, "There is not enough memory for this request.");
         case SQLITE_TOOBIG:

@@ -8,7 +8,9 @@
 
 #include <sqlite3.h>
 
+#include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -61,7 +63,7 @@ private:
 class SqliteDatabase {
 public:
     // Opens a file that exists, or with `create` one that may not. Throws DatabaseError: NotFound, Connection, Corrupt.
-    SqliteDatabase(const std::string& path, bool create, int busyTimeoutMs);
+    SqliteDatabase(const std::string& path, bool create, int lockTimeoutMs);
     SqliteDatabase(const SqliteDatabase&) = delete;
     SqliteDatabase& operator=(const SqliteDatabase&) = delete;
     ~SqliteDatabase();
@@ -72,6 +74,11 @@ public:
     [[nodiscard]] std::int64_t integer(const char* sql);
     [[nodiscard]] bool inTransaction() const { return sqlite3_get_autocommit(database_) == 0; }
 
+    // How long a lock of another program is waited for from now on, in milliseconds.
+    void setLockTimeout(int milliseconds) { lockTimeoutMs_ = milliseconds; }
+    // Asked every few milliseconds of such a wait; it ends, and with it the request, when the answer is false.
+    void onWait(std::function<bool()> goOn) { goOn_ = std::move(goOn); }
+
     // The DatabaseError that a result code means. An error that a function of ours raised while the statement ran is
     // that error itself.
     [[nodiscard]] DatabaseError failure(int resultCode);
@@ -80,8 +87,15 @@ public:
     void setFunctionError(const DatabaseError& error) { functionError_ = error; }
 
 private:
+    static int waitForLock(void* self, int rounds) noexcept;
+    [[nodiscard]] bool waits(int rounds);
+
     sqlite3* database_ = nullptr;
     std::optional<DatabaseError> functionError_;
+    int lockTimeoutMs_;
+    std::chrono::steady_clock::time_point waitBegan_;
+    std::function<bool()> goOn_;
+    bool waitGivenUp_ = false;
 };
 
 }  // namespace basalt::embedded

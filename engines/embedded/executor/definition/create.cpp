@@ -1,4 +1,6 @@
 // CREATE TABLE, CREATE INDEX, CREATE VIEW, CREATE PROCEDURE, CREATE FUNCTION, and where all definitions part.
+#include <algorithm>
+
 #include "ado/names.h"
 #include "engines/embedded/executor/definition/schema_reader.h"
 #include "engines/embedded/executor/definition/table_design.h"
@@ -10,11 +12,35 @@
 
 namespace basalt::embedded {
 
+namespace {
+
+// Whether nothing but temporary tables changes.
+bool definesTemporary(const ast::Statement& statement) {
+    using ast::StatementKind;
+    switch (statement.kind) {
+        case StatementKind::CreateTable:
+            return ast::as<ast::CreateTableStatement>(statement).name.isTemporary();
+        case StatementKind::AlterTable:
+            return ast::as<ast::AlterTableStatement>(statement).name.isTemporary();
+        case StatementKind::CreateIndex:
+            return ast::as<ast::CreateIndexStatement>(statement).table.isTemporary();
+        case StatementKind::Drop: {
+            const auto& drop = ast::as<ast::DropStatement>(statement);
+            return drop.type == ast::ObjectType::Table &&
+                   std::ranges::all_of(drop.items, [](const auto& item) { return item.name.isTemporary(); });
+        }
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
 void Executor::define(const ast::Batch& batch, const ast::Statement& statement, const Environment& environment) {
     using ast::StatementKind;
     try {
         catalog_.settleIdentities();
-        StatementGuard guard(*this, true);
+        StatementGuard guard(*this, true, false, definesTemporary(statement));
         catalog_.refresh();
         switch (statement.kind) {
             case StatementKind::CreateTable: {

@@ -135,7 +135,7 @@ void Executor::renameTemporary(const std::string& from, const std::string& to) {
     const std::string stored = find.textAt(0);
     find.reset();
     catalog_.settleIdentities();
-    atomically([&] {
+    atomically(true, [&] {
         database_.execute(("ALTER TABLE temp." + sqlQuoted(stored) + " RENAME TO " + sqlQuoted(to)).c_str());
         for (const char* system : {"basalt_identity", "basalt_default", "basalt_constraint"}) {
             SqliteStatement move =
@@ -165,7 +165,7 @@ bool Executor::hasHidden(const std::string& name) {
 void Executor::truncate(const ast::Batch& batch, const ast::TruncateStatement& statement) {
     try {
         catalog_.settleIdentities();
-        StatementGuard guard(*this, true);
+        StatementGuard guard(*this, true, false, statement.table.isTemporary());
         catalog_.refresh();
         const Table* table = catalog_.table(statement.table.last());
         if (table == nullptr) {
