@@ -414,14 +414,14 @@ std::optional<std::int64_t> parseDate(std::string_view text, int style, bool* ou
 
 std::string formatDate(std::int64_t ticks, const SqlType& type, int style) {
     const CivilDateTime c = toCivil({ticks});
-    const std::string clock = print("%02d:%02d:%02d", c.hour, c.minute, c.second);
+    std::string clock = print("%02d:%02d:%02d", c.hour, c.minute, c.second);
     const std::string fraction = fractionText(c, type);
     if (type.kind == TypeKind::Time) {
         // Without a style a time is written out, unlike the older types.
         if (style == 100) return twelveHour(c);
         return clock + fraction;
     }
-    const std::string isoDay = print("%04d-%02d-%02d", c.year, c.month, c.day);
+    std::string isoDay = print("%04d-%02d-%02d", c.year, c.month, c.day);
     const bool dayOnly = type.kind == TypeKind::Date;
     const std::string monthName(kMonths[static_cast<std::size_t>(c.month - 1)].substr(0, 3));
     const int shortYear = c.year % 100;

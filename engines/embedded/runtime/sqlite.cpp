@@ -160,7 +160,7 @@ std::optional<DatabaseError> limitOf(const std::string& reason) {
 
 DatabaseError SqliteDatabase::failure(int resultCode) {
     if (functionError_) {
-        const DatabaseError error = *functionError_;
+        DatabaseError error = *std::move(functionError_);
         functionError_.reset();
         return error;
     }

@@ -41,6 +41,7 @@ std::string quotedList(const std::vector<std::string>& columns) {
 
 std::vector<std::string> namesOf(const std::vector<DesignKeyColumn>& columns) {
     std::vector<std::string> names;
+    names.reserve(columns.size());
     for (const DesignKeyColumn& column : columns)
         names.push_back(column.name);
     return names;
@@ -455,10 +456,10 @@ void createNullGuards(SqliteDatabase& database, const Table& table, const std::s
             }
         }
         if (indexed.empty()) indexed = sqlQuoted(nullable[0]) + " IS NULL";
-        database.execute(("CREATE UNIQUE INDEX " + std::string(table.temporary ? "temp." : "main.") +
-                          sqlQuoted("basalt_null_" + std::to_string(set) + "_" + indexName) + " ON " +
-                          sqlQuoted(table.name) + "(" + indexed + ") WHERE " + where)
-                             .c_str());
+        std::string sql = table.temporary ? "CREATE UNIQUE INDEX temp." : "CREATE UNIQUE INDEX main.";
+        sql += sqlQuoted(std::string("basalt_null_").append(std::to_string(set)).append("_").append(indexName));
+        sql.append(" ON ").append(sqlQuoted(table.name)).append("(").append(indexed).append(") WHERE ").append(where);
+        database.execute(sql.c_str());
     }
 }
 
