@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ado/error.h"
+#include "ado/field_text.h"
 #include "ado/names.h"
 #include "ado/row_filter.h"
 
@@ -450,7 +451,7 @@ std::string TDataSet::textAt(std::int64_t row, int field) const {
     const Record record = recordAt(row);
     const Column* column = storedCell(field, record);
     if (column != nullptr && column->info().type == FieldType::Text) return std::string(column->textAt(record.row));
-    return toText(valueIn(field, record));
+    return fieldText(valueIn(field, record));
 }
 
 }  // namespace basalt

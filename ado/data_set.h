@@ -110,7 +110,7 @@ public:
     // Any row without moving the cursor. The row being edited shows what has been typed. Undefined for a row or field
     // that is not there.
     [[nodiscard]] Value valueAt(std::int64_t row, int field) const;
-    [[nodiscard]] std::string textAt(std::int64_t row, int field) const;
+    [[nodiscard]] std::string textAt(std::int64_t row, int field) const;  // as fieldText
     [[nodiscard]] const ColumnInfo& fieldInfo(int field) const;
     // The stored rows, all of them; rowOf gives the place of a visible row among them.
     [[nodiscard]] const RowSet& rowSet() const { return rows_; }

@@ -2,6 +2,7 @@
 
 #include "ado/data_set.h"
 #include "ado/error.h"
+#include "ado/field_text.h"
 
 namespace basalt {
 
@@ -58,7 +59,7 @@ std::string TField::AsString() const {
     const TDataSet::Record record = dataSet_->current();
     const Column* column = dataSet_->storedCell(index_, record);
     if (column != nullptr && column->info().type == FieldType::Text) return std::string(column->textAt(record.row));
-    return toText(dataSet_->valueIn(index_, record));
+    return fieldText(dataSet_->valueIn(index_, record));
 }
 
 void TField::SetValue(const Value& value) {

@@ -31,7 +31,7 @@ public:
     [[nodiscard]] std::int64_t AsInt64() const;
     [[nodiscard]] Extended AsFloat() const;
     [[nodiscard]] bool AsBoolean() const;
-    [[nodiscard]] std::string AsString() const;  // as toText
+    [[nodiscard]] std::string AsString() const;  // as fieldText
     [[nodiscard]] Value AsValue() const;
     [[nodiscard]] bool IsNull() const;
 

@@ -15,6 +15,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "ado/field_text.h"
 #include "ado/session.h"
 
 namespace basalt {
@@ -37,7 +38,7 @@ public:
     [[nodiscard]] std::int64_t AsInt64() const { return toInt64(value_); }
     [[nodiscard]] Extended AsFloat() const { return toExtended(value_); }
     [[nodiscard]] bool AsBoolean() const { return toBool(value_); }
-    [[nodiscard]] std::string AsString() const { return toText(value_); }
+    [[nodiscard]] std::string AsString() const { return fieldText(value_); }
 
     // An assigned null is sent as null; a parameter with no assignment takes the procedure's default.
     [[nodiscard]] bool assigned() const { return assigned_; }

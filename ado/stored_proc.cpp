@@ -18,18 +18,22 @@ void TADOStoredProc::ProcedureName(std::string name) {
     Close();
     parameters_.Clear();
     procedure_ = std::move(name);
-    // Numbered procedures are a single one in all but name: number 1 is the procedure itself.
-    if (procedure_.ends_with(";1")) procedure_.resize(procedure_.size() - 2);
     announceTouched();
 }
 
-ProcedureInfo TADOStoredProc::describe() const {
+// Numbered procedures are a single one in all but name: number 1 is the procedure itself.
+std::string TADOStoredProc::calledName() const {
     if (procedure_.empty()) fail("ProcedureName: it is empty; set it first");
-    return connected().session().procedure(procedure_);
+    return procedure_.substr(0, procedure_.size() - (procedure_.ends_with(";1") ? 2 : 0));
+}
+
+ProcedureInfo TADOStoredProc::describe() const {
+    const std::string name = calledName();
+    return connected().session().procedure(name);
 }
 
 CallResult TADOStoredProc::callProcedure() {
-    if (procedure_.empty()) fail("ProcedureName: it is empty; set it first");
+    const std::string name = calledName();
     std::vector<Argument> arguments;
     for (int i = 0; i < parameters_.Count(); ++i) {
         const TParameter& parameter = parameters_.Items(i);
@@ -37,7 +41,7 @@ CallResult TADOStoredProc::callProcedure() {
         if (parameter.Direction() == ParameterDirection::ReturnValue) continue;
         if (parameter.assigned() || output) arguments.push_back({parameter.Name(), parameter.Value(), output});
     }
-    CallResult result = connected().call(Name(), procedure_, arguments);
+    CallResult result = connected().call(Name(), name, arguments);
     for (const Argument& output : result.outputs) {
         if (TParameter* parameter = parameters_.FindParam(output.name)) parameter->Received(output.value);
     }

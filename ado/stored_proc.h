@@ -37,6 +37,7 @@ protected:
 
 private:
     CallResult callProcedure();
+    [[nodiscard]] std::string calledName() const;
     [[nodiscard]] ProcedureInfo describe() const;
 
     std::string procedure_;

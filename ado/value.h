@@ -45,7 +45,7 @@ using Value = std::variant<Null, bool, std::int64_t, double, Decimal, std::strin
     return std::holds_alternative<Null>(value);
 }
 
-// Text as the data sets show it: integers and decimals in plain digits with all decimals of the scale, BIT as "True" or
+// Text as a server shows it: integers and decimals in plain digits with all decimals of the scale, BIT as "True" or
 // "False", dates as yyyy-mm-dd[ hh:mm:ss[.fff]], bytes as 0x and hexadecimal digits, null as the empty text.
 [[nodiscard]] std::string toText(const Value& value);
 [[nodiscard]] std::int64_t toInt64(const Value& value);  // fractions round half to even, as the platform's variants do

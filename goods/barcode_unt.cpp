@@ -21,9 +21,26 @@ void open(TADOQuery& query, const std::string& statement) {
     query.Open();
 }
 
-void declare(TParameters& parameters, const char* name, ParameterDirection direction, FieldType type, int size = 0) {
-    parameters.CreateParameter(name, direction).Type({.name = {}, .type = type, .size = size});
-}
+struct Declared {
+    const char* name;
+    ParameterDirection direction;
+    FieldType type;
+    int size = 0;
+    bool nullable = false;
+};
+constexpr ParameterDirection kInput = ParameterDirection::Input;
+// What the platform calls a word is what it takes a tinyint for.
+constexpr Declared kVoucherParameters[] = {
+    {.name = "@RETURN_VALUE", .direction = ParameterDirection::ReturnValue, .type = FieldType::Integer},
+    {.name = "@SaveType", .direction = kInput, .type = FieldType::TinyInt, .nullable = true},
+    {.name = "@SanadCode", .direction = kInput, .type = FieldType::Integer},
+    {.name = "@SanadDate", .direction = kInput, .type = FieldType::Text, .size = 10},
+    {.name = "@FromDate", .direction = kInput, .type = FieldType::Text, .size = 10, .nullable = true},
+    {.name = "@ToDate", .direction = kInput, .type = FieldType::Text, .size = 10, .nullable = true},
+    {.name = "@FromCode", .direction = kInput, .type = FieldType::Integer},
+    {.name = "@ToCode", .direction = kInput, .type = FieldType::Integer},
+    {.name = "@Codes", .direction = kInput, .type = FieldType::Text, .size = 8000, .nullable = true},
+};
 
 std::string goodOfCode(const std::string& code) {
     return "Select Code From goodInf Where Code=" + code;
@@ -39,16 +56,10 @@ T_BarCode_DM::T_BarCode_DM()
     own(Temp_QRY);
     own(BarCodeFormul_QRY);
     spTemp_PRC.ProcedureName("AutoVoucherFirstPriodGoods;1");
-    TParameters& parameters = spTemp_PRC.Parameters();
-    declare(parameters, "@RETURN_VALUE", ParameterDirection::ReturnValue, FieldType::Integer);
-    declare(parameters, "@SaveType", ParameterDirection::Input, FieldType::SmallInt);
-    declare(parameters, "@SanadCode", ParameterDirection::Input, FieldType::Integer);
-    declare(parameters, "@SanadDate", ParameterDirection::Input, FieldType::Text, 10);
-    declare(parameters, "@FromDate", ParameterDirection::Input, FieldType::Text, 10);
-    declare(parameters, "@ToDate", ParameterDirection::Input, FieldType::Text, 10);
-    declare(parameters, "@FromCode", ParameterDirection::Input, FieldType::Integer);
-    declare(parameters, "@ToCode", ParameterDirection::Input, FieldType::Integer);
-    declare(parameters, "@Codes", ParameterDirection::Input, FieldType::Text, 8000);
+    for (const Declared& each : kVoucherParameters)
+        spTemp_PRC.Parameters()
+            .CreateParameter(each.name, each.direction)
+            .Type({.name = {}, .type = each.type, .size = each.size, .nullable = each.nullable});
 }
 
 void T_BarCode_DM::BarCodeFormul_Get(int digitCount, const std::string& barcode) {

@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QValidator>
 #include <algorithm>
 #include <limits>
 #include <optional>
@@ -29,13 +30,33 @@ constexpr int kWidth = 400;
 constexpr int kHeight = 240;
 constexpr const char* kHistory = "TGetBoxWeight_FRM.Weight_CMB";
 
-std::string textOf(const QString& text) {
-    return text.toStdString();
+constexpr char16_t kPersianZero = u'۰';
+constexpr char16_t kPersianPoint = u'٫';
+
+QString withDigitsFrom(char16_t zero, QString text) {
+    for (QChar& c : text) {
+        if (c.isDigit()) c = QChar(static_cast<char16_t>(zero + c.digitValue()));
+    }
+    return text;
 }
 
-Extended numberOrZero(const std::string& text) {
+// As the user reads it, and as it is compared, kept and taken for a number.
+QString shown(const QString& text) {
+    return withDigitsFrom(kPersianZero, text);
+}
+QString plain(const QString& text) {
+    return withDigitsFrom(u'0', text);
+}
+
+// Of a number that is being typed either side of the point may be left out.
+Extended numberOrZero(const QString& text) {
+    QString whole = text.trimmed();
+    if (whole.size() > 1) {
+        if (whole.startsWith(QLatin1Char('.'))) whole.prepend(QLatin1Char('0'));
+        if (whole.endsWith(QLatin1Char('.'))) whole.append(QLatin1Char('0'));
+    }
     try {
-        return StrToFloat_VRO(text);
+        return StrToFloat_VRO(whole.toStdString());
     } catch (const DatabaseError&) {
         return 0;
     }
@@ -51,11 +72,33 @@ bool isWhole(const QString& text) {
 std::optional<QString> typed(const QKeyEvent& key) {
     const QString text = key.text();
     if (text.size() != 1) return std::nullopt;
-    if (text[0].isDigit()) return QString::number(text[0].digitValue());
-    // The Persian decimal separator is the same key.
-    if (text[0] == QLatin1Char('.') || text[0] == QChar(0x066B)) return QStringLiteral(".");
+    if (text[0].isDigit()) return shown(text);
+    if (text[0] == QLatin1Char('.') || text[0] == QChar(kPersianPoint)) return QStringLiteral(".");
     return std::nullopt;
 }
+
+// Shows digits as Persian ones, however they came.
+class DigitsShown : public QValidator {
+public:
+    using QValidator::QValidator;
+    State validate(QString& text, int& /*cursor*/) const override {
+        text = shown(text);
+        return Acceptable;
+    }
+};
+
+// Refuses what no key may type, when it is dropped or pasted with the mouse.
+class WeightsOnly final : public DigitsShown {
+public:
+    using DigitsShown::DigitsShown;
+    State validate(QString& text, int& cursor) const override {
+        text.replace(QChar(kPersianPoint), QLatin1Char('.'));
+        const bool weight = text.count(QLatin1Char('.')) <= 1 && std::all_of(text.begin(), text.end(), [](QChar c) {
+                                return c.isDigit() || c == QLatin1Char('.');
+                            });
+        return weight ? DigitsShown::validate(text, cursor) : Invalid;
+    }
+};
 
 // Keys that enter a character, or paste several.
 bool types(const QKeyEvent& key) {
@@ -81,11 +124,13 @@ void TGetBoxWeight_FRM::CreateControls() {
     weight_->setCompleter(nullptr);
     weight_->lineEdit()->setAttribute(Qt::WA_InputMethodEnabled, false);
     weight_->lineEdit()->setContextMenuPolicy(Qt::NoContextMenu);
+    weight_->setValidator(new WeightsOnly(weight_));
     weight_->installEventFilter(this);
     weight_->lineEdit()->installEventFilter(this);
     count_ = new QLineEdit(group);
     count_->setObjectName("Count_EDT");
     count_->setMaxLength(kCountCharacters);
+    count_->setValidator(new DigitsShown(count_));
     count_->installEventFilter(this);
 
     auto* form = new QFormLayout(group);
@@ -108,7 +153,7 @@ void TGetBoxWeight_FRM::FormCreate(QObject* sender) {
     TBaseDock_FRM::FormCreate(sender);
     base().SetTitle("مشخصات ظرف");
     for (const std::string& weight : StoredList(kHistory))
-        weight_->addItem(QString::fromStdString(weight));
+        weight_->addItem(shown(QString::fromStdString(weight)));
     weight_->setCurrentIndex(-1);
     weight_->setEditText(firstWeight_ > 0 ? QString::fromStdString(FloatToStr_VRO(firstWeight_)) : QString());
     if (firstCount_ > 0) count_->setText(QString::number(firstCount_));
@@ -125,12 +170,12 @@ void TGetBoxWeight_FRM::FormShow(QObject* sender) {
 }
 
 double TGetBoxWeight_FRM::Weight() const {
-    return static_cast<double>(numberOrZero(textOf(weight_->currentText())));
+    return static_cast<double>(numberOrZero(plain(weight_->currentText())));
 }
 
 int TGetBoxWeight_FRM::Count() const {
     if (!isWhole(count_->text())) return 0;
-    const Extended number = numberOrZero(textOf(count_->text()));
+    const Extended number = numberOrZero(plain(count_->text()));
     const bool fits = number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max();
     return fits ? static_cast<int>(number) : 0;
 }
@@ -144,9 +189,9 @@ bool TGetBoxWeight_FRM::refuse(QWidget& input, bool valid, int message, const ch
 
 // A typed "0" is meant; anything else that comes to 0 is a mistake.
 void TGetBoxWeight_FRM::Submit_BTNClick() {
-    const bool weightValid = weight_->currentText() == QLatin1String("0") || Weight() != 0;
+    const bool weightValid = plain(weight_->currentText()) == QLatin1String("0") || Weight() != 0;
     if (refuse(*weight_, weightValid, kWeightNotANumber, "وزن هر ظرف")) return;
-    const bool countValid = count_->text() == QLatin1String("0") || Count() != 0;
+    const bool countValid = plain(count_->text()) == QLatin1String("0") || Count() != 0;
     if (refuse(*count_, countValid, kCountNotANumber, "تعداد ظرف")) return;
     keepWeight();
     accept();
@@ -157,7 +202,7 @@ void TGetBoxWeight_FRM::keepWeight() {
     if (weight_->findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive) < 0) weight_->addItem(text);
     std::vector<std::string> history;
     for (int item = 0; item < weight_->count(); ++item)
-        history.push_back(textOf(weight_->itemText(item)));
+        history.push_back(plain(weight_->itemText(item)).toStdString());
     StoreList(kHistory, history);
 }
 

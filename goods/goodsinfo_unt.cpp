@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "ado/stored_proc.h"
+#include "package/borrowed.h"
 #include "package/messages.h"
 #include "package/numbers.h"
 #include "package/services.h"
@@ -35,37 +36,36 @@ Extended amountOf(TDataSet& row, const char* field) {
 }
 
 TGoodInfoMapper particulars(TDataSet& row) {
-    return {.Code = row.FieldByName("Code").AsInteger(),
-            .Name = row.FieldByName("Name").AsString(),
-            .Kala_Type = row.FieldByName("Kala_Type").AsString(),
-            .Kala_Index = row.FieldByName("Kala_Index").AsString(),
-            .Kala_Name = row.FieldByName("Kala_Name").AsString(),
-            .Mogodi = amountOf(row, "Mogodi"),
-            .Unit = row.FieldByName("Unit").AsInteger(),
-            .Unit2 = row.FieldByName("Unit2").AsInteger(),
-            .UnitName = row.FieldByName("UnitName").AsString(),
-            .UnitName2 = row.FieldByName("UnitName2").AsString(),
-            .MinAva = row.FieldByName("MinAva").AsString(),
-            .Pos = row.FieldByName("Pos").AsString(),
-            .Meghdar_Formool = amountOf(row, "Meghdar_Formool"),
-            .Gheymat_Miangin = amountOf(row, "Gheymat_Miangin"),
-            .OffPercentSell = amountOf(row, "OffPercentSell"),
-            .TaxExempt = row.FieldByName("TaxExempt").AsBoolean(),
-            .ChargeExempt = row.FieldByName("ChargeExempt").AsBoolean(),
-            .Tax_In_BuyCosts = row.FieldByName("Tax_In_BuyCosts").AsBoolean(),
-            .Tax_In_SellCosts = row.FieldByName("Tax_In_SellCosts").AsBoolean(),
-            .TaxPercent = amountOf(row, "TaxPercent"),
-            .ChargePercent = amountOf(row, "ChargePercent"),
-            .ConsumerPrice = amountOf(row, "ConsumerPrice")};
+    return {._Code = row.FieldByName("Code").AsInteger(),
+            ._Name = row.FieldByName("Name").AsString(),
+            ._Kala_Type = row.FieldByName("Kala_Type").AsString(),
+            ._Kala_Index = row.FieldByName("Kala_Index").AsString(),
+            ._Kala_Name = row.FieldByName("Kala_Name").AsString(),
+            ._Mogodi = amountOf(row, "Mogodi"),
+            ._Unit = row.FieldByName("Unit").AsInteger(),
+            ._Unit2 = row.FieldByName("Unit2").AsInteger(),
+            ._UnitName = row.FieldByName("UnitName").AsString(),
+            ._UnitName2 = row.FieldByName("UnitName2").AsString(),
+            ._MinAva = row.FieldByName("MinAva").AsString(),
+            ._Pos = row.FieldByName("Pos").AsString(),
+            ._Meghdar_Formool = amountOf(row, "Meghdar_Formool"),
+            ._Gheymat_Miangin = amountOf(row, "Gheymat_Miangin"),
+            ._OffPercentSell = amountOf(row, "OffPercentSell"),
+            ._TaxExempt = row.FieldByName("TaxExempt").AsBoolean(),
+            ._ChargeExempt = row.FieldByName("ChargeExempt").AsBoolean(),
+            ._Tax_In_BuyCosts = row.FieldByName("Tax_In_BuyCosts").AsBoolean(),
+            ._Tax_In_SellCosts = row.FieldByName("Tax_In_SellCosts").AsBoolean(),
+            ._TaxPercent = amountOf(row, "TaxPercent"),
+            ._ChargePercent = amountOf(row, "ChargePercent"),
+            ._ConsumerPrice = amountOf(row, "ConsumerPrice")};
 }
 
 // Whether the statement finds something.
 bool finds(const std::string& statement) {
-    TADOQuery& query = DM().SharedQuery;
-    query.Close();
-    query.SQL = statement;
-    query.Open();
-    return !query.IsEmpty();
+    const Borrowed<TADOQuery> query(DM().SharedQuery);
+    query->SQL = statement;
+    query->Open();
+    return !query->IsEmpty();
 }
 
 // A movement of the span after which too little would be left.
@@ -98,14 +98,13 @@ std::string uncoveredLines(const std::string& selectQuery, const std::string& fr
 }  // namespace
 
 bool FillGoodInfo(const std::string& goodCode, TGoodInfoMapper& info) {
-    TADOStoredProc& proc = DM().SharedProc;
-    proc.Close();
-    proc.ProcedureName("GoodParticularInfo_SP");
-    proc.Parameters().Refresh();
-    proc.Parameters()["@GoodCode"] = goodCode;
-    proc.Open();
-    if (proc.IsEmpty()) return false;
-    info = particulars(proc);
+    const Borrowed<TADOStoredProc> proc(DM().SharedProc);
+    proc->ProcedureName("GoodParticularInfo_SP");
+    proc->Parameters().Refresh();
+    proc->Parameters()["@GoodCode"] = goodCode;
+    proc->Open();
+    if (proc->IsEmpty()) return false;
+    info = particulars(*proc);
     return true;
 }
 
@@ -184,12 +183,11 @@ void Fill_FinanceGoodTypes(TStrings& items) {
 
 void Fill_SellCostLevel(TStrings& items) {
     items = {{"پيش فرض", 0}};
-    TADOQuery& levels = DM().SharedQuery;
-    levels.Close();
-    levels.SQL = "SELECT Code, Name FROM CostLevel WHERE CostType = 1 AND Code > 0 ORDER BY Code";
-    levels.Open();
-    for (levels.First(); !levels.Eof(); levels.Next())
-        items.push_back({levels.FieldByName("Name").AsString(), levels.FieldByName("Code").AsInteger()});
+    const Borrowed<TADOQuery> levels(DM().SharedQuery);
+    levels->SQL = "SELECT Code, Name FROM CostLevel WHERE CostType = 1 AND Code > 0 ORDER BY Code";
+    levels->Open();
+    for (levels->First(); !levels->Eof(); levels->Next())
+        items.push_back({levels->FieldByName("Name").AsString(), levels->FieldByName("Code").AsInteger()});
 }
 
 void SplitBarcode(const std::string& /*barcode*/, char16_t /*separator*/) {}

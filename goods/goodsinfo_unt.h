@@ -3,10 +3,10 @@
 //   if (!FillGoodInfo("57", GoodInfoMapper)) return;                 // there is no such good
 //   if (!Check_TockMinus(lines, "1405/08/30", 1204, false)) return;  // the user has been told why
 //
-// The functions borrow the host's DM.SharedQuery and DM.SharedProc and are not re-entrant. A DatabaseError passes to
-// the caller. SelectQuery is T-SQL that gives the document's lines: one row a good and store with Code (good), Anbar
-// (store) and Mogodi (the signed quantity that the document moves). Dates are texts that order as they stand
-// (yyyy/mm/dd).
+// The functions borrow the host's DM.SharedQuery and DM.SharedProc, leave them closed and are not re-entrant. A
+// DatabaseError passes to the caller. SelectQuery is T-SQL that gives the document's lines: one row a good and store
+// with Code (good), Anbar (store) and Mogodi (the signed quantity that the document moves). Dates are texts that order
+// as they stand (yyyy/mm/dd).
 #pragma once
 
 #include <string>

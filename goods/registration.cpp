@@ -1,6 +1,7 @@
 #include "goods/registration.h"
 
 #include "ado/error.h"
+#include "ado/names.h"
 #include "goods/barcode_extractor_unt.h"
 #include "goods/barcode_unt.h"
 #include "goods/character_cut.h"
@@ -24,29 +25,95 @@ FunctionEntry operation(std::string name, std::string summary, std::vector<Funct
             .run = std::move(run)};
 }
 
+// A variable of the units: its name alone reads it, with a value it is set.
+void addVariable(Registry& registry, const std::string& name, const std::string& type, const std::string& summary,
+                 std::function<Datum()> read, std::function<void(FunctionCall&)> set) {
+    registry.add(
+        operation(name, summary, {}, type, [read = std::move(read)](FunctionCall& call) { call.result(read()); }));
+    registry.add(operation(name, "Sets " + name + ".", {in("Value", type)}, "", std::move(set)));
+}
+
+void addText(Registry& registry, const std::string& name, const std::string& summary, std::string& variable) {
+    addVariable(
+        registry, name, "text", summary, [&variable] { return Datum(variable); },
+        [&variable](FunctionCall& call) { variable = call.text("Value"); });
+}
+
+// Of a variable that may hold nothing.
+void addText(Registry& registry, const std::string& name, const std::string& summary, Value& variable) {
+    addVariable(
+        registry, name, "text", summary, [&variable] { return Datum::from(variable); },
+        [&variable](FunctionCall& call) {
+            variable = call.argument("Value").isNull() ? Value(Null{}) : Value(call.text("Value"));
+        });
+}
+
+// Calls on(name, member) for each field of the particulars, in the record's order.
+template <class On>
+void eachParticular(On on) {
+    on("Code", &TGoodInfoMapper::_Code);
+    on("Name", &TGoodInfoMapper::_Name);
+    on("Kala_Type", &TGoodInfoMapper::_Kala_Type);
+    on("Kala_Index", &TGoodInfoMapper::_Kala_Index);
+    on("Kala_Name", &TGoodInfoMapper::_Kala_Name);
+    on("Mogodi", &TGoodInfoMapper::_Mogodi);
+    on("Unit", &TGoodInfoMapper::_Unit);
+    on("Unit2", &TGoodInfoMapper::_Unit2);
+    on("UnitName", &TGoodInfoMapper::_UnitName);
+    on("UnitName2", &TGoodInfoMapper::_UnitName2);
+    on("MinAva", &TGoodInfoMapper::_MinAva);
+    on("Pos", &TGoodInfoMapper::_Pos);
+    on("Meghdar_Formool", &TGoodInfoMapper::_Meghdar_Formool);
+    on("Gheymat_Miangin", &TGoodInfoMapper::_Gheymat_Miangin);
+    on("OffPercentSell", &TGoodInfoMapper::_OffPercentSell);
+    on("TaxExempt", &TGoodInfoMapper::_TaxExempt);
+    on("ChargeExempt", &TGoodInfoMapper::_ChargeExempt);
+    on("Tax_In_BuyCosts", &TGoodInfoMapper::_Tax_In_BuyCosts);
+    on("Tax_In_SellCosts", &TGoodInfoMapper::_Tax_In_SellCosts);
+    on("TaxPercent", &TGoodInfoMapper::_TaxPercent);
+    on("ChargePercent", &TGoodInfoMapper::_ChargePercent);
+    on("ConsumerPrice", &TGoodInfoMapper::_ConsumerPrice);
+}
+
 Datum infoRecord(const TGoodInfoMapper& info) {
-    return Datum::record({{"Code", info.Code},
-                          {"Name", info.Name},
-                          {"Kala_Type", info.Kala_Type},
-                          {"Kala_Index", info.Kala_Index},
-                          {"Kala_Name", info.Kala_Name},
-                          {"Mogodi", info.Mogodi},
-                          {"Unit", info.Unit},
-                          {"Unit2", info.Unit2},
-                          {"UnitName", info.UnitName},
-                          {"UnitName2", info.UnitName2},
-                          {"MinAva", info.MinAva},
-                          {"Pos", info.Pos},
-                          {"Meghdar_Formool", info.Meghdar_Formool},
-                          {"Gheymat_Miangin", info.Gheymat_Miangin},
-                          {"OffPercentSell", info.OffPercentSell},
-                          {"TaxExempt", info.TaxExempt},
-                          {"ChargeExempt", info.ChargeExempt},
-                          {"Tax_In_BuyCosts", info.Tax_In_BuyCosts},
-                          {"Tax_In_SellCosts", info.Tax_In_SellCosts},
-                          {"TaxPercent", info.TaxPercent},
-                          {"ChargePercent", info.ChargePercent},
-                          {"ConsumerPrice", info.ConsumerPrice}});
+    Datum::Fields fields;
+    eachParticular([&](const char* name, auto member) { fields.emplace_back(name, info.*member); });
+    return Datum::record(std::move(fields));
+}
+
+void take(int& field, const Datum& value) {
+    const std::int64_t number = value.asInteger();
+    if (number != static_cast<std::int32_t>(number))
+        throw UsageError(value.asText() + " is beyond the range of an integer");
+    field = static_cast<int>(number);
+}
+void take(bool& field, const Datum& value) {
+    field = value.asBool();
+}
+void take(Extended& field, const Datum& value) {
+    field = value.asAmount();
+}
+void take(std::string& field, const Datum& value) {
+    field = value.asText();
+}
+
+// Fields that the record does not name are empty.
+TGoodInfoMapper infoFrom(const Datum& record) {
+    TGoodInfoMapper info;
+    for (const auto& [given, value] : record.asRecord()) {
+        bool known = false;
+        eachParticular([&, &field = given, &content = value](const char* name, auto member) {
+            if (!sameName(name, field)) return;
+            known = true;
+            try {
+                take(info.*member, content);
+            } catch (const UsageError& error) {
+                throw UsageError("argument Value, field " + field + ": " + error.what());
+            }
+        });
+        if (!known) throw UsageError("argument Value: a good's particulars have no field " + given);
+    }
+    return info;
 }
 
 Datum itemList(const TStrings& items) {
@@ -86,11 +153,12 @@ void registerStockChecks(Registry& registry) {
                       call.result(Check_TockMinus(call.text("SelectQuery"), call.text("FromDate"), call.text("ToDate"),
                                                   call.integer("GlobalID")));
                   }));
-    registry.add(operation("strMinusGoodCodes",
-                           "The codes of the goods that the last check by procedure found negative.", {}, "text",
-                           [](FunctionCall& call) { call.result(strMinusGoodCodes); }));
-    registry.add(operation("GoodInfoMapper", "The particulars that were read last.", {}, "record",
-                           [](FunctionCall& call) { call.result(infoRecord(GoodInfoMapper)); }));
+    addText(registry, "strMinusGoodCodes", "The codes of the goods that the last check by procedure found negative.",
+            strMinusGoodCodes);
+    addVariable(
+        registry, "GoodInfoMapper", "record", "The particulars that were read or set last.",
+        [] { return infoRecord(GoodInfoMapper); },
+        [](FunctionCall& call) { GoodInfoMapper = infoFrom(call.argument("Value")); });
 }
 
 void registerPickLists(Registry& registry) {
@@ -151,11 +219,16 @@ void registerBarcodes(Registry& registry) {
     registry.add(operation("GetGoodInFromBarCode", "Whether the good of the last scan exists: 1 yes, 2 no.", {},
                            "integer",
                            [](FunctionCall& call) { call.result(static_cast<int>(GetGoodInFromBarCode())); }));
-    registry.add(operation("Percode", "The person of the last scan.", {}, "text",
-                           [](FunctionCall& call) { call.result(Datum::from(state::Percode)); }));
-    registry.add(operation("BarCodePriceSum", "Sets the running sum of the barcodes that carry a price alone.",
-                           {in("Value", "amount")}, "",
-                           [](FunctionCall& call) { state::BarCodePriceSum = call.amount("Value"); }));
+    addText(registry, "Fi", "The unit price of the last barcode that carried a good.", state::Fi);
+    addText(registry, "Weight", "The amount of the last barcode that carried a good.", state::Weight);
+    addText(registry, "BalanceNum", "The scale number of the last barcode that carried a good; -1 for none.",
+            state::BalanceNum);
+    addText(registry, "GoodCode", "The good of the last barcode that carried one.", state::GoodCode);
+    addText(registry, "Percode", "The person of the last scan.", state::Percode);
+    addVariable(
+        registry, "BarCodePriceSum", "amount", "The running sum of the barcodes that carry a price alone.",
+        [] { return Datum(state::BarCodePriceSum); },
+        [](FunctionCall& call) { state::BarCodePriceSum = call.amount("Value"); });
     registry.add(operation("After_Equal_Total_Price",
                            "Assigns or removes a handler of equal totals; tells how many it has been called for.",
                            {in("Assigned", "flag")}, "integer", [](FunctionCall& call) {

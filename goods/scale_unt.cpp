@@ -1,5 +1,6 @@
 #include "goods/scale_unt.h"
 
+#include "package/borrowed.h"
 #include "package/messages.h"
 #include "package/services.h"
 
@@ -57,12 +58,11 @@ void GoodInf_SendToScale(const std::string& codes, TScaleType scaleType) {
         startAgent(inDoubleQuotes(DM().ADOConnection1.ConnectionString) + ' ' + inDoubleQuotes(codes));
         return;
     }
-    TADOQuery& keys = DM().SharedQuery;
-    keys.Close();
-    keys.SQL = keysStatement(codes);
-    keys.Open();
-    for (keys.First(); !keys.Eof(); keys.Next())
-        startAgent(agentParameters(keys, keys.RecNo() == keys.RecordCount()));
+    const Borrowed<TADOQuery> keys(DM().SharedQuery);
+    keys->SQL = keysStatement(codes);
+    keys->Open();
+    for (keys->First(); !keys->Eof(); keys->Next())
+        startAgent(agentParameters(*keys, keys->RecNo() == keys->RecordCount()));
 }
 
 }  // namespace basalt

@@ -3,7 +3,7 @@
 //   GoodInf_SendToScale("28,57,90", 1);     // starts the agent once for each key of each group that means one of them
 //
 // The agent's command line and the library's signature are fixed by the agent. Both are reached through the host
-// (package/programs.h). The functions borrow DM.SharedQuery.
+// (package/programs.h). The functions borrow DM.SharedQuery and leave it closed.
 #pragma once
 
 #include <cstdint>

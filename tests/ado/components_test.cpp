@@ -74,7 +74,7 @@ protected:
 };
 
 TEST_F(StoredProc, knowsItsParametersAfterRefresh) {
-    EXPECT_EQ(proc.ProcedureName(), "StockInfo");
+    EXPECT_EQ(proc.ProcedureName(), "StockInfo;1");  // as it was set; it is called without the number
     EXPECT_EQ(proc.Parameters().Count(), 4);
     EXPECT_EQ(proc.Parameters().Items(0).Name(), "@RETURN_VALUE");
     EXPECT_EQ(proc.Parameters().ParamByName("goodcode").Name(), "@GoodCode");
@@ -99,7 +99,7 @@ TEST_F(StoredProc, executesWithValuesOutputsAndReturnValue) {
     EXPECT_FALSE(proc.Active());
     EXPECT_EQ(proc.Parameters()["@RETURN_VALUE"].AsInteger(), -3);
     EXPECT_EQ(proc.Parameters()["@Amount"].AsFloat(), 2.25L);
-    EXPECT_EQ(proc.Parameters()["@Amount"].AsString(), "2.250000000");
+    EXPECT_EQ(proc.Parameters()["@Amount"].AsString(), "2.25");
 }
 
 TEST_F(StoredProc, leavesUnassignedParametersToTheirDefaults) {

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "ado/error.h"
+#include "ado/field_text.h"
 #include "tests/ado/named_case.h"
 
 namespace basalt {
@@ -33,6 +34,19 @@ class ValueText : public ::testing::TestWithParam<TextCase> {};
 
 TEST_P(ValueText, isPlain) {
     EXPECT_EQ(toText(GetParam().value), GetParam().result);
+}
+
+TEST(FieldText, decimalsShowTheDigitsThatCount) {
+    EXPECT_EQ(fieldText(*Decimal::parse("450000.000000000")), "450000");
+    EXPECT_EQ(fieldText(*Decimal::parse("3.250000000")), "3.25");
+    EXPECT_EQ(fieldText(*Decimal::parse("-0.500000000")), "-0.5");
+    EXPECT_EQ(fieldText(*Decimal::parse("-0.000000000")), "0");
+    EXPECT_EQ(fieldText(*Decimal::parse("1200")), "1200");
+    EXPECT_EQ(fieldText(std::string("3.250")), "3.250");
+    EXPECT_EQ(fieldText(std::int64_t{100}), "100");
+    EXPECT_EQ(fieldText(0.1), "0.1");
+    EXPECT_EQ(fieldText(true), "True");
+    EXPECT_EQ(fieldText(Null{}), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -62,15 +62,24 @@ TEST_F(Barcodes, storeIsMadeAtFirstUseAndShared) {
 
 TEST_F(Barcodes, voucherProcedureHasItsParameters) {
     TADOStoredProc& proc = sharedBarCodes().spTemp_PRC;
-    EXPECT_EQ(proc.ProcedureName(), "AutoVoucherFirstPriodGoods");
-    std::vector<std::string> names;
-    for (int i = 0; i < proc.Parameters().Count(); ++i)
-        names.push_back(proc.Parameters().Items(i).Name());
-    EXPECT_THAT(names, ElementsAre("@RETURN_VALUE", "@SaveType", "@SanadCode", "@SanadDate", "@FromDate", "@ToDate",
-                                   "@FromCode", "@ToCode", "@Codes"));
-    EXPECT_EQ(proc.Parameters().Items(0).Direction(), ParameterDirection::ReturnValue);
-    EXPECT_EQ(proc.Parameters().Items(3).info().type.size, 10);
-    EXPECT_EQ(proc.Parameters().Items(8).info().type.size, 8000);
+    EXPECT_EQ(proc.ProcedureName(), "AutoVoucherFirstPriodGoods;1");
+    std::vector<std::string> parameters;
+    for (int i = 0; i < proc.Parameters().Count(); ++i) {
+        const ParameterInfo& info = proc.Parameters().Items(i).info();
+        const char* const type = info.type.type == FieldType::Integer   ? "int"
+                                 : info.type.type == FieldType::TinyInt ? "word"
+                                 : info.type.type == FieldType::Text    ? "string"
+                                                                        : "another";
+        parameters.push_back(info.name + ' ' + type + ' ' + std::to_string(info.type.size) +
+                             (info.type.nullable ? " nullable" : "") +
+                             (info.direction == ParameterDirection::Input         ? ""
+                              : info.direction == ParameterDirection::ReturnValue ? " returned"
+                                                                                  : " output"));
+    }
+    EXPECT_THAT(parameters,
+                ElementsAre("@RETURN_VALUE int 0 returned", "@SaveType word 0 nullable", "@SanadCode int 0",
+                            "@SanadDate string 10", "@FromDate string 10 nullable", "@ToDate string 10 nullable",
+                            "@FromCode int 0", "@ToCode int 0", "@Codes string 8000 nullable"));
 }
 
 TEST_F(Barcodes, layoutsAreAskedForByLengthAndPrefix) {
@@ -441,6 +450,21 @@ INSTANTIATE_TEST_SUITE_P(Ean13, InStoreNumbers,
                                            Ean{"weight28", "2800057012500", false, false, "00057", "1.25"},
                                            Ean{"checkedPrice29", "2943218098767", true, true, "4321", "09876"}),
                          [](const auto& row) { return row.param.name; });
+
+TEST_F(Barcodes, aDefaultPriceThatCannotBeReadLeavesTheRestOfTheScan) {
+    state::Fi = "1";
+    state::BarCodePriceSum = 5;
+    expectLayouts("2800057012505", {{.BalanceNoStart = 6, .BalanceNoCount = 2, .BalanceNoAsStore = true}});
+    script.expectError("{call GetDefaultCostLevel(12,00057,0)}", lostConnection);
+    EXPECT_THROW((void)scan("2800057012505"), DatabaseError);
+    EXPECT_EQ(kind, bftNone);
+    EXPECT_EQ(state::Percode, text("12"));
+    EXPECT_EQ(state::GoodCode, text("00057"));
+    EXPECT_EQ(state::Weight, "1.25");
+    EXPECT_EQ(state::BalanceNum, "57");
+    EXPECT_EQ(state::Fi, "1");
+    EXPECT_EQ(state::BarCodePriceSum, 5.0L);
+}
 
 // Prices alone
 

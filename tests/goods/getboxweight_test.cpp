@@ -2,10 +2,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QClipboard>
 #include <QComboBox>
+#include <QDropEvent>
 #include <QGroupBox>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -104,8 +108,8 @@ TEST_F(BoxWeight, showsWhatItWasGiven) {
     double weight = 0.35;
     int count = 12;
     (void)ask(weight, count, [this] {
-        EXPECT_EQ(weightBox().currentText(), "0.35");
-        EXPECT_EQ(countEdit().text(), "12");
+        EXPECT_EQ(weightBox().currentText(), "۰.۳۵");
+        EXPECT_EQ(countEdit().text(), "۱۲");
         EXPECT_EQ(dialog->focusWidget(), &countEdit());
     });
     weight = 0;
@@ -126,6 +130,49 @@ TEST_F(BoxWeight, typedZerosAreMeant) {
     }));
     EXPECT_EQ(weight, 0);
     EXPECT_EQ(count, 0);
+}
+
+TEST_F(BoxWeight, eitherSideOfThePointMayBeLeftOut) {
+    double weight = 0;
+    int count = 0;
+    EXPECT_TRUE(ask(weight, count, [this] {
+        enter(".5", "1");
+        submit();
+    }));
+    EXPECT_EQ(weight, 0.5);
+    weight = 0;
+    EXPECT_TRUE(ask(weight, count, [this] {
+        QTest::keyClicks(&weightBox(), "5.");
+        countEdit().setText("2");
+        submit();
+    }));
+    EXPECT_EQ(weight, 5);
+    EXPECT_FALSE(ask(weight, count, [this] {
+        for (const char* text : {".", ".0", "0."}) {
+            enter(text, "1");
+            host.expectMessage("ShowSmartMessage(notification 10031, 'وزن هر ظرف', 'مقدار غیرعددی')");
+            submit();
+        }
+    }));
+}
+
+TEST_F(BoxWeight, digitsOfAnyKindAreOneNumber) {
+    double weight = 0;
+    int count = 0;
+    EXPECT_TRUE(ask(weight, count, [this] {
+        enter("۰.۳۵", "٤");
+        EXPECT_EQ(countEdit().text(), "۴");
+        submit();
+    }));
+    EXPECT_EQ(weight, 0.35);
+    EXPECT_EQ(count, 4);
+    EXPECT_TRUE(ask(weight, count, [this] {
+        enter("۰", "۰");
+        submit();
+    }));
+    EXPECT_EQ(weight, 0);
+    EXPECT_EQ(count, 0);
+    EXPECT_THAT(host.storedLists[kHistory], ElementsAre("0.35", "0"));
 }
 
 TEST_F(BoxWeight, weightsThatComeToNothingAreRefused) {
@@ -184,7 +231,7 @@ TEST_F(BoxWeight, everyWeightIsKeptOnce) {
     EXPECT_THAT(host.storedLists[kHistory], ElementsAre("0.35", "0.350"));
     (void)ask(weight, count, [this] {
         ASSERT_EQ(weightBox().count(), 2);
-        EXPECT_EQ(weightBox().itemText(0), "0.35");
+        EXPECT_EQ(weightBox().itemText(0), "۰.۳۵");
     });
 }
 
@@ -205,27 +252,57 @@ TEST_F(BoxWeight, theWeightTakesDigitsAndOnePoint) {
     (void)ask(weight, count, [this] {
         QLineEdit& edit = *weightBox().lineEdit();
         QTest::keyClicks(&weightBox(), "1a2-,. 5.6");
-        EXPECT_EQ(edit.text(), "12.56");
+        EXPECT_EQ(edit.text(), "۱۲.۵۶");
         QTest::keyClick(&weightBox(), Qt::Key_Backspace);
-        EXPECT_EQ(edit.text(), "12.5");
+        EXPECT_EQ(edit.text(), "۱۲.۵");
         edit.setSelection(1, 2);  // with the point
         QTest::keyClicks(&weightBox(), ".");
-        EXPECT_EQ(edit.text(), "1.5");
+        EXPECT_EQ(edit.text(), "۱.۵");
         edit.setSelection(2, 1);  // without it
         QTest::keyClicks(&weightBox(), ".");
-        EXPECT_EQ(edit.text(), "1.5");
+        EXPECT_EQ(edit.text(), "۱.۵");
         edit.selectAll();
         QTest::keyClicks(&weightBox(), QString::fromUtf8("7"));
-        EXPECT_EQ(edit.text(), "7");
+        EXPECT_EQ(edit.text(), "۷");
         QKeyEvent persian(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString::fromUtf8("۳"));
         QCoreApplication::sendEvent(&weightBox(), &persian);
-        EXPECT_EQ(edit.text(), "73");
+        EXPECT_EQ(edit.text(), "۷۳");
         // Dropped, it would make two and a half twenty-five.
         for (const char* key : {"٫", "۵", "٫"}) {
             QKeyEvent typed(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString::fromUtf8(key));
             QCoreApplication::sendEvent(&weightBox(), &typed);
         }
-        EXPECT_EQ(edit.text(), "73.5");
+        EXPECT_EQ(edit.text(), "۷۳.۵");
+    });
+}
+
+TEST_F(BoxWeight, theWeightRefusesWhatIsDroppedOrPastedAsItRefusesKeys) {
+    double weight = 0;
+    int count = 0;
+    (void)ask(weight, count, [this] {
+        QLineEdit& edit = *weightBox().lineEdit();
+        const auto drop = [&edit](const char* text) {
+            QMimeData data;
+            data.setText(QString::fromUtf8(text));
+            QDragEnterEvent entering(QPoint(edit.width() - 5, 5), Qt::CopyAction, &data, Qt::LeftButton,
+                                     Qt::NoModifier);
+            QCoreApplication::sendEvent(&edit, &entering);
+            QDropEvent event(QPointF(edit.width() - 5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(&edit, &event);
+        };
+        for (const char* text : {"x", "1x", "1,5", "-1", " 1", "1.2.3"}) {
+            drop(text);
+            EXPECT_EQ(edit.text(), "") << text;
+            edit.insert(QString::fromUtf8(text));  // as the middle button does
+            EXPECT_EQ(edit.text(), "") << text;
+        }
+        drop("1٫2");
+        EXPECT_EQ(edit.text(), "۱.۲");
+        drop(".");
+        EXPECT_EQ(edit.text(), "۱.۲");
+        QGuiApplication::clipboard()->setText("7");
+        QTest::keySequence(&weightBox(), QKeySequence::Paste);
+        EXPECT_EQ(edit.text(), "۱.۲");
     });
 }
 

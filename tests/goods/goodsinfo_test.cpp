@@ -98,57 +98,75 @@ TEST_F(GoodsInfo, readsEveryParticularOfAGood) {
     TGoodInfoMapper info;
     EXPECT_TRUE(FillGoodInfo("57", info));
     EXPECT_EQ(host.DM().SharedProc.ProcedureName(), "GoodParticularInfo_SP");
-    EXPECT_EQ(info.Code, 57);
-    EXPECT_EQ(info.Name, "برنج");
-    EXPECT_EQ(info.Kala_Type, "خوراکی");
-    EXPECT_EQ(info.Kala_Index, "م-۷");
-    EXPECT_EQ(info.Kala_Name, "برنج هاشمی");
-    EXPECT_EQ(info.Mogodi, 12.5L);
-    EXPECT_EQ(info.Unit, 1);
-    EXPECT_EQ(info.Unit2, 2);
-    EXPECT_EQ(info.UnitName, "کیلوگرم");
-    EXPECT_EQ(info.UnitName2, "کیسه");
-    EXPECT_EQ(info.MinAva, "3.250000000");
-    EXPECT_EQ(info.Pos, "A-12");
-    EXPECT_EQ(info.Meghdar_Formool, static_cast<Extended>(0.1));
-    EXPECT_EQ(info.Gheymat_Miangin, 850000.25L);
-    EXPECT_EQ(info.OffPercentSell, 2.5L);
-    EXPECT_TRUE(info.TaxExempt);
-    EXPECT_FALSE(info.ChargeExempt);
-    EXPECT_TRUE(info.Tax_In_BuyCosts);
-    EXPECT_FALSE(info.Tax_In_SellCosts);
-    EXPECT_EQ(info.TaxPercent, 9.0L);
-    EXPECT_EQ(info.ChargePercent, 1.0L);
-    EXPECT_EQ(info.ConsumerPrice, 990000.0L);
+    EXPECT_EQ(info._Code, 57);
+    EXPECT_EQ(info._Name, "برنج");
+    EXPECT_EQ(info._Kala_Type, "خوراکی");
+    EXPECT_EQ(info._Kala_Index, "م-۷");
+    EXPECT_EQ(info._Kala_Name, "برنج هاشمی");
+    EXPECT_EQ(info._Mogodi, 12.5L);
+    EXPECT_EQ(info._Unit, 1);
+    EXPECT_EQ(info._Unit2, 2);
+    EXPECT_EQ(info._UnitName, "کیلوگرم");
+    EXPECT_EQ(info._UnitName2, "کیسه");
+    EXPECT_EQ(info._MinAva, "3.25");
+    EXPECT_EQ(info._Pos, "A-12");
+    EXPECT_EQ(info._Meghdar_Formool, static_cast<Extended>(0.1));
+    EXPECT_EQ(info._Gheymat_Miangin, 850000.25L);
+    EXPECT_EQ(info._OffPercentSell, 2.5L);
+    EXPECT_TRUE(info._TaxExempt);
+    EXPECT_FALSE(info._ChargeExempt);
+    EXPECT_TRUE(info._Tax_In_BuyCosts);
+    EXPECT_FALSE(info._Tax_In_SellCosts);
+    EXPECT_EQ(info._TaxPercent, 9.0L);
+    EXPECT_EQ(info._ChargePercent, 1.0L);
+    EXPECT_EQ(info._ConsumerPrice, 990000.0L);
 }
 
 TEST_F(GoodsInfo, nullsReadAsNothing) {
     script.setProcedure(particularsProcedure());
     script.expectCall("GoodParticularInfo_SP", {{"@GoodCode", text("57"), false}},
                       withRows(particularRows({std::vector<Value>(22)})));
-    TGoodInfoMapper info{.Code = 9, .Name = "قبلی", .Mogodi = 5, .TaxExempt = true, .ConsumerPrice = 7};
+    TGoodInfoMapper info{._Code = 9, ._Name = "قبلی", ._Mogodi = 5, ._TaxExempt = true, ._ConsumerPrice = 7};
     EXPECT_TRUE(FillGoodInfo("57", info));
-    EXPECT_EQ(info.Code, 0);
-    EXPECT_EQ(info.Name, "");
-    EXPECT_EQ(info.Mogodi, 0.0L);
-    EXPECT_EQ(info.Meghdar_Formool, 0.0L);
-    EXPECT_FALSE(info.TaxExempt);
-    EXPECT_EQ(info.ConsumerPrice, 0.0L);
+    EXPECT_EQ(info._Code, 0);
+    EXPECT_EQ(info._Name, "");
+    EXPECT_EQ(info._Mogodi, 0.0L);
+    EXPECT_EQ(info._Meghdar_Formool, 0.0L);
+    EXPECT_FALSE(info._TaxExempt);
+    EXPECT_EQ(info._ConsumerPrice, 0.0L);
 }
 
 TEST_F(GoodsInfo, aGoodThatIsNotThereLeavesTheRecord) {
     script.setProcedure(particularsProcedure());
     script.expectCall("GoodParticularInfo_SP", {{"@GoodCode", text("99"), false}}, withRows(particularRows({})));
-    TGoodInfoMapper info{.Code = 9, .Name = "قبلی"};
+    TGoodInfoMapper info{._Code = 9, ._Name = "قبلی"};
     EXPECT_FALSE(FillGoodInfo("99", info));
-    EXPECT_EQ(info.Code, 9);
-    EXPECT_EQ(info.Name, "قبلی");
+    EXPECT_EQ(info._Code, 9);
+    EXPECT_EQ(info._Name, "قبلی");
 }
 
 TEST_F(GoodsInfo, aFailureLeavesTheRecord) {
-    TGoodInfoMapper info{.Code = 9};
+    TGoodInfoMapper info{._Code = 9};
     EXPECT_THROW((void)FillGoodInfo("57", info), DatabaseError);  // there is no such procedure
-    EXPECT_EQ(info.Code, 9);
+    EXPECT_EQ(info._Code, 9);
+}
+
+TEST_F(GoodsInfo, theSharedComponentsAreLeftClosed) {
+    script.setProcedure(particularsProcedure());
+    script.expectCall("GoodParticularInfo_SP", {{"@GoodCode", text("57"), false}},
+                      withRows(particularRows({std::vector<Value>(22)})));
+    TGoodInfoMapper info;
+    EXPECT_TRUE(FillGoodInfo("57", info));
+    EXPECT_FALSE(host.DM().SharedProc.Active());
+    script.expectCall("GoodParticularInfo_SP", {{"@GoodCode", text("57"), false}}, withRows(codeRows({57})));
+    EXPECT_THROW((void)FillGoodInfo("57", info), UsageError);  // a procedure that lacks a column
+    EXPECT_FALSE(host.DM().SharedProc.Active());
+
+    script.expect("SELECT Code, Name FROM CostLevel WHERE CostType = 1 AND Code > 0 ORDER BY Code",
+                  rows({{"Code", FieldType::Integer}, {"Name", FieldType::Text, 50}}, {{number(3), text("همکار")}}));
+    TStrings items;
+    Fill_SellCostLevel(items);
+    EXPECT_FALSE(host.DM().SharedQuery.Active());
 }
 
 // The check by stored procedure
@@ -180,15 +198,16 @@ protected:
         CallResult result;
         result.returnValue = returnValue;
         result.outputs = {{"@NegProductNames", names, true}, {"@NegProductCodes", codes, true}};
-        script.expectCall("CheckNegativeInventory_SP",
-                          {{"@NegativeType", number(policy), false},
-                           {"@SelectQuery", text("SELECT Code, Anbar, Mogodi FROM #Lines"), false},
-                           {"@Date", text("1405/08/30"), false},
-                           {"@globalID", number(1204), false},
-                           {"@StoreTransition", true, false},
-                           {"@NegProductNames", Null{}, true},
-                           {"@NegProductCodes", Null{}, true}},
-                          std::move(result));
+        script.expectCall("CheckNegativeInventory_SP", arguments(policy), std::move(result));
+    }
+    static std::vector<Argument> arguments(int policy) {
+        return {{"@NegativeType", number(policy), false},
+                {"@SelectQuery", text("SELECT Code, Anbar, Mogodi FROM #Lines"), false},
+                {"@Date", text("1405/08/30"), false},
+                {"@globalID", number(1204), false},
+                {"@StoreTransition", true, false},
+                {"@NegProductNames", Null{}, true},
+                {"@NegProductCodes", Null{}, true}};
     }
     static bool check() { return Check_TockMinus("SELECT Code, Anbar, Mogodi FROM #Lines", "1405/08/30", 1204, true); }
 };
@@ -226,6 +245,17 @@ TEST_F(StockByProcedure, warnedUserMayGoOn) {
 TEST_F(StockByProcedure, warnedUserMayStop) {
     expectCheck(1, 1, text("برنج"), text("57"));
     host.expectMessage("ShowSmartMessage(confirmation 20091, 'برنج')", mrNo);
+    EXPECT_FALSE(check());
+    EXPECT_EQ(strMinusGoodCodes, "57");
+}
+
+TEST_F(StockByProcedure, aFailureLeavesTheCodesOfTheCheckBefore) {
+    host.settings.NegativeType = 0;
+    script.expectCallError("CheckNegativeInventory_SP", arguments(0), lostConnection);
+    EXPECT_THROW((void)check(), DatabaseError);
+    EXPECT_EQ(strMinusGoodCodes, "قبلی");
+    expectCheck(0, 1, text("برنج"), text("57"));
+    host.expectMessage("ShowSmartMessage(error 30055, 'برنج')");
     EXPECT_FALSE(check());
     EXPECT_EQ(strMinusGoodCodes, "57");
 }
@@ -292,6 +322,7 @@ TEST_F(StockByLedger, enoughStockPassesBothStages) {
     script.expect(kStageTwo, codeRows({}));
     EXPECT_TRUE(check());
     EXPECT_THAT(host.calls, ElementsAre(kStageOne, kStageTwo));
+    EXPECT_FALSE(host.DM().SharedQuery.Active());
 }
 
 TEST_F(StockByLedger, aLaterMovementRefusesWithoutTheSecondStage) {
@@ -389,10 +420,10 @@ TEST(GoodsInfoUnit, forgetsWithItsHost) {
     FakeHost host(script);
     {
         const AttachedHost attached(host);
-        GoodInfoMapper.Name = "برنج";
+        GoodInfoMapper._Name = "برنج";
         strMinusGoodCodes = "57";
     }
-    EXPECT_EQ(GoodInfoMapper.Name, "");
+    EXPECT_EQ(GoodInfoMapper._Name, "");
     EXPECT_EQ(strMinusGoodCodes, "");
 }
 

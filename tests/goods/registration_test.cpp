@@ -6,6 +6,7 @@
 
 #include "ado/error.h"
 #include "goods/barcode_extractor_unt.h"
+#include "goods/goodsinfo_unt.h"
 #include "package/registry.h"
 #include "package/services.h"
 #include "tests/goods/layouts.h"
@@ -15,6 +16,8 @@
 
 namespace basalt {
 namespace {
+
+namespace state = Barcode_extractor_unt;
 
 using ::testing::ElementsAre;
 
@@ -49,14 +52,17 @@ TEST_F(GoodsRegistration, listsEveryFunction) {
             "FillGoodInfo(GoodCode text, out Info record) flag",
             "Check_TockMinus(SelectQuery text, Date text, GlobalID integer, StoreTransition flag) flag",
             "Check_TockMinus(SelectQuery text, FromDate text, ToDate text, GlobalID integer) flag",
-            "strMinusGoodCodes() text", "GoodInfoMapper() record", "Fill_FinanceGoodTypes(out Items list)",
+            "strMinusGoodCodes() text", "strMinusGoodCodes(Value text)", "GoodInfoMapper() record",
+            "GoodInfoMapper(Value record)", "Fill_FinanceGoodTypes(out Items list)",
             "Fill_SellCostLevel(out Items list)", "SplitBarcode(Barcode text, Separator text)",
             "FillGoodInfFromBarcode(UseType integer, out FormulType integer, Barcode text, PerCode text, "
             "ItemCode text, TotalPrice amount) flag",
             "GetBarcode_Code(Code text, ByAbbName flag, ShowMessage flag) integer",
             "Get_Barcode_Data(out Fi text, out Weight text, out BalanceNum text, out GoodCode text, out PriceSum "
             "amount)",
-            "GetGoodInFromBarCode() integer", "Percode() text", "BarCodePriceSum(Value amount)",
+            "GetGoodInFromBarCode() integer", "Fi() text", "Fi(Value text)", "Weight() text", "Weight(Value text)",
+            "BalanceNum() text", "BalanceNum(Value text)", "GoodCode() text", "GoodCode(Value text)", "Percode() text",
+            "Percode(Value text)", "BarCodePriceSum() amount", "BarCodePriceSum(Value amount)",
             "After_Equal_Total_Price(Assigned flag) integer", "BarCodeFormul_Get(DigitCount integer, Barcode text)",
             "GetCodeFromGoodInf(ByAbbName flag, Code text, out GoodCode integer) flag",
             "GoodInF_Valid_Code(Code text) flag", "GoodInf_SendToScale(Codes text, ScaleType integer)",
@@ -76,7 +82,7 @@ TEST_F(GoodsRegistration, aScanLeavesWhatItFound) {
     EXPECT_EQ(scan.resultValue(), Datum(true));
     ASSERT_EQ(scan.outputs().size(), 1U);
     EXPECT_EQ(scan.outputs()[0].second, Datum(1));
-    (void)call("BarCodePriceSum", {{"Value", Datum(12.5L)}});
+    (void)call("BarCodePriceSum", {{"Value", Datum(12.5L)}}, 1);
     const FunctionCall data = call("Get_Barcode_Data", {});
     EXPECT_EQ(Datum::record(data.outputs()).toJson(),
               R"({"Fi":"01250","Weight":"1.25","BalanceNum":"-1","GoodCode":"00057","PriceSum":12.5})");
@@ -88,6 +94,43 @@ TEST_F(GoodsRegistration, beforeAScanThereIsNothing) {
     EXPECT_EQ(Datum::record(data.outputs()).toJson(),
               R"({"Fi":"","Weight":"","BalanceNum":"","GoodCode":null,"PriceSum":0})");
     EXPECT_TRUE(call("Percode", {}).resultValue().isNull());
+}
+
+TEST_F(GoodsRegistration, everyVariableIsReadAndSetByItsName) {
+    for (const char* name : {"Fi", "Weight", "BalanceNum", "GoodCode", "Percode", "strMinusGoodCodes"}) {
+        (void)call(name, {{"Value", "007"}}, 1);
+        EXPECT_EQ(call(name, {}).resultValue(), Datum("007")) << name;
+    }
+    (void)call("BarCodePriceSum", {{"Value", Datum(12.5L)}}, 1);
+    EXPECT_EQ(call("BarCodePriceSum", {}).resultValue(), Datum(12.5L));
+    EXPECT_EQ(state::Fi, "007");
+    EXPECT_EQ(state::GoodCode, text("007"));
+    EXPECT_EQ(strMinusGoodCodes, "007");
+    EXPECT_EQ(Datum::record(call("Get_Barcode_Data", {}).outputs()).toJson(),
+              R"({"Fi":"007","Weight":"007","BalanceNum":"007","GoodCode":"007","PriceSum":12.5})");
+    (void)call("GoodCode", {{"Value", Datum()}}, 1);
+    EXPECT_TRUE(call("GoodCode", {}).resultValue().isNull());
+}
+
+TEST_F(GoodsRegistration, particularsAreSetAsARecord) {
+    GoodInfoMapper._Pos = "A-12";
+    (void)call("GoodInfoMapper",
+               {{"Value", Datum::parseJson(R"({"Code":57,"name":"برنج","Mogodi":12.5,"TaxExempt":true})")}}, 1);
+    EXPECT_EQ(GoodInfoMapper._Code, 57);
+    EXPECT_EQ(GoodInfoMapper._Name, "برنج");
+    EXPECT_EQ(GoodInfoMapper._Mogodi, 12.5L);
+    EXPECT_TRUE(GoodInfoMapper._TaxExempt);
+    EXPECT_EQ(GoodInfoMapper._Pos, "");
+    EXPECT_EQ(call("GoodInfoMapper", {}).resultValue().toJson(),
+              R"({"Code":57,"Name":"برنج","Kala_Type":"","Kala_Index":"","Kala_Name":"","Mogodi":12.5,"Unit":0,)"
+              R"("Unit2":0,"UnitName":"","UnitName2":"","MinAva":"","Pos":"","Meghdar_Formool":0,)"
+              R"("Gheymat_Miangin":0,"OffPercentSell":0,"TaxExempt":true,"ChargeExempt":false,)"
+              R"("Tax_In_BuyCosts":false,"Tax_In_SellCosts":false,"TaxPercent":0,"ChargePercent":0,)"
+              R"("ConsumerPrice":0})");
+    for (const char* wrong : {R"({"Colour":1})", R"({"Code":"x"})", R"({"Code":2147483648})", R"({"TaxExempt":7})"}) {
+        EXPECT_THROW((void)call("GoodInfoMapper", {{"Value", Datum::parseJson(wrong)}}, 1), UsageError) << wrong;
+        EXPECT_EQ(GoodInfoMapper._Code, 57) << wrong;
+    }
 }
 
 TEST_F(GoodsRegistration, aUseThatIsNoneIsRefused) {

@@ -90,6 +90,37 @@ TEST_F(Scales, otherKindsStartTheAgentOnceAKey) {
                     "start(open, ScaleAgentApp.exe, 28 \"سیب زرد\" \" \"  450000  1 \" \"  9  192.168.20.21  1, , 0)"));
 }
 
+TEST_F(Scales, aSingleRowIsTheLast) {
+    script.expect(kTwentyParts,
+                  keyRows({{number(4), number(28), text("سیب"), text(""), number(450000), text("192.168.10.21"),
+                            number(0), text(""), number(1), number(1), number(1)}}));
+    GoodInf_SendToScale("28,57", 1);
+    EXPECT_THAT(host.calls, ElementsAre("start(open, ScaleAgentApp.exe, 28 \"سیب\" \" \"  450000  0 \" \"  4  "
+                                        "192.168.10.21  1, , 0)"));
+    EXPECT_FALSE(host.DM().SharedQuery.Active());
+}
+
+TEST_F(Scales, decimalsComeWithoutTheirLastZeros) {
+    RowSet keys = rows({{"PlU", FieldType::Integer},
+                        {"GoodCode", FieldType::Integer},
+                        {"name1", FieldType::Text, 50},
+                        {"name2", FieldType::Text, 50},
+                        {"price", FieldType::Decimal},
+                        {"IP", FieldType::Text, 15},
+                        {"ItemType", FieldType::Integer},
+                        {"BarCode", FieldType::Text, 20}},
+                       {{number(4), number(28), text("سیب"), text(""), *Decimal::parse("450000"), text("192.168.10.21"),
+                         number(0), text("")},
+                        {number(4), number(28), text("سیب"), text(""), *Decimal::parse("0.5"), text("192.168.10.21"),
+                         number(0), text("")}});
+    script.expect(kTwentyParts, std::move(keys));
+    GoodInf_SendToScale("28,57", 1);
+    EXPECT_THAT(host.calls, ElementsAre("start(open, ScaleAgentApp.exe, 28 \"سیب\" \" \"  450000  0 \" \"  4  "
+                                        "192.168.10.21  0, , 0)",
+                                        "start(open, ScaleAgentApp.exe, 28 \"سیب\" \" \"  0.5  0 \" \"  4  "
+                                        "192.168.10.21  1, , 0)"));
+}
+
 TEST_F(Scales, goodsThatNoKeyMeansStartNothing) {
     script.expect(kTwentyParts, keyRows({}));
     GoodInf_SendToScale("28,57", 2);
@@ -100,6 +131,7 @@ TEST_F(Scales, failureStartsNothing) {
     script.expectError(kTwentyParts, DatabaseError(ErrorCategory::Syntax, "42000", 102, "not understood"));
     EXPECT_THROW(GoodInf_SendToScale("28,57", 1), DatabaseError);
     EXPECT_THAT(host.calls, IsEmpty());
+    EXPECT_FALSE(host.DM().SharedQuery.Active());
 }
 
 // The library
@@ -129,6 +161,61 @@ TEST_F(Scales, libraryGetsEveryArgumentAndItsAnswerComesBack) {
     EXPECT_EQ(registerGood(), 315585);
     EXPECT_EQ(GoodInfo_ScaleAgent(1, u"", u"", 0, 0, 0, u"", 0, 0, u"", 0), 103317);
     EXPECT_THAT(host.calls, IsEmpty());
+}
+
+// A library whose uses are noted, with or without the function.
+class NotedLibrary final : public ProgramLibrary {
+public:
+    NotedLibrary(std::vector<std::string>& notes, void* function) : notes_(notes), function_(function) {}
+    ~NotedLibrary() override { notes_.push_back("free"); }
+    void* find(const std::string& function) override {
+        notes_.push_back("find(" + function + ")");
+        return function_;
+    }
+
+private:
+    std::vector<std::string>& notes_;
+    void* function_;
+};
+
+class NotedLibraries final : public ProgramService {
+public:
+    NotedLibraries(std::vector<std::string>& notes, void* function) : notes_(notes), function_(function) {}
+    void start(const ProgramStart& /*program*/) override {}
+    std::unique_ptr<ProgramLibrary> load(const std::string& name) override {
+        notes_.push_back("load(" + name + ")");
+        return std::make_unique<NotedLibrary>(notes_, function_);
+    }
+
+private:
+    std::vector<std::string>& notes_;
+    void* function_;
+};
+
+std::vector<std::string>* called = nullptr;
+std::int32_t BASALT_STDCALL notedRegister(std::int32_t goodCode, const char16_t*, const char16_t*, std::int32_t,
+                                          std::int32_t, std::int32_t, const char16_t*, std::int32_t, std::int32_t,
+                                          const char16_t*, std::int32_t) {
+    called->push_back("GoodInfo_Register(" + std::to_string(goodCode) + ")");
+    return -1;  // as a library answers that could not do it
+}
+
+TEST_F(Scales, libraryIsFreedBehindTheCallWhateverItAnswers) {
+    called = &host.calls;
+    NotedLibraries programs(host.calls, reinterpret_cast<void*>(&notedRegister));
+    host.programs = &programs;
+    EXPECT_EQ(registerGood(), -1);
+    EXPECT_THAT(host.calls,
+                ElementsAre("load(ScaleAgent.dll)", "find(GoodInfo_Register)", "GoodInfo_Register(57)", "free"));
+}
+
+TEST_F(Scales, libraryWithoutTheFunctionIsFreedToo) {
+    NotedLibraries programs(host.calls, nullptr);
+    host.programs = &programs;
+    host.expectMessage("ShowMessage('\"GoodInfo_Register\" Method not found in the DLL')");
+    EXPECT_EQ(registerGood(), 0);
+    EXPECT_THAT(host.calls, ElementsAre("load(ScaleAgent.dll)", "find(GoodInfo_Register)",
+                                        "ShowMessage('\"GoodInfo_Register\" Method not found in the DLL')", "free"));
 }
 
 // Programs of this machine

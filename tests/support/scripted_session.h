@@ -52,6 +52,9 @@ public:
     void expectCall(const std::string& procedure, std::vector<Argument> arguments, CallResult result) {
         expected_.push_back({"exec " + procedure, {}, std::move(arguments), std::move(result), std::nullopt});
     }
+    void expectCallError(const std::string& procedure, std::vector<Argument> arguments, DatabaseError error) {
+        expected_.push_back({"exec " + procedure, {}, std::move(arguments), {}, std::move(error)});
+    }
     void expectError(std::string sql, DatabaseError error) { expectChangeError(std::move(sql), {}, std::move(error)); }
     void expectChangeError(std::string sql, std::vector<Value> parameters, DatabaseError error) {
         expected_.push_back({std::move(sql), std::move(parameters), {}, {}, std::move(error)});
