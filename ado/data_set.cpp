@@ -63,6 +63,7 @@ void TDataSet::statementChanged() {
 // Opening and closing.
 
 void TDataSet::show(RowSet rows) {
+    checkDeclarations(rows);
     std::unique_ptr<RowFilter> filter;
     if (filtered_) filter = compiledFilter(filterText_, rows);
     rows_ = std::move(rows);
@@ -390,6 +391,32 @@ void TDataSet::AddCalculatedField(std::string name, FieldType type, int size) {
     info.type = type;
     info.size = size;
     calculated_.push_back(std::move(info));
+}
+
+void TDataSet::DeclareField(FieldDeclaration field) {
+    if (active_) fail("DeclareField: the data set is open; call Close first");
+    if (declaration(field.name) != nullptr) fail("DeclareField: " + field.name + " is declared already");
+    declared_.push_back(std::move(field));
+}
+
+const FieldDeclaration* TDataSet::declaration(std::string_view name) const {
+    for (const FieldDeclaration& field : declared_)
+        if (sameName(field.name, name)) return &field;
+    return nullptr;
+}
+
+void TDataSet::checkDeclarations(const RowSet& rows) const {
+    for (const FieldDeclaration& field : declared_) {
+        const int column = rows.indexOf(field.name);
+        if (column < 0) continue;
+        const ColumnInfo& info = rows.column(static_cast<std::size_t>(column)).info();
+        const auto whole = [](FieldType type) { return isIntegral(type) && type != FieldType::Boolean; };
+        const bool sameKind = info.type == field.type || (whole(info.type) && whole(field.type));
+        if (!sameKind || (field.type == FieldType::Decimal && info.scale > field.scale))
+            fail("Open: the statement gives the field " + field.name + " as " +
+                 (info.typeName.empty() ? std::string("another type") : info.typeName) +
+                 ", which is not what it was declared as");
+    }
 }
 
 std::size_t TDataSet::rowOf(std::int64_t row) const {

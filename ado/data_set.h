@@ -107,6 +107,13 @@ public:
     void AddCalculatedField(std::string name, FieldType type, int size = 0);
     std::function<void(TDataSet&)> OnCalcFields;
 
+    // What is expected of a field that the statement gives: one of another kind (whole numbers of any width are one
+    // kind) or with more decimals makes Open a UsageError. A declared text is no longer than declared, and a read-only
+    // field cannot be assigned. A field that the statement does not give is not there. Declare while closed; it stays
+    // over closing and opening. UsageError when the name is declared already.
+    void DeclareField(FieldDeclaration field);
+    [[nodiscard]] const std::vector<FieldDeclaration>& declaredFields() const { return declared_; }
+
     // Any row without moving the cursor. The row being edited shows what has been typed. Undefined for a row or field
     // that is not there.
     [[nodiscard]] Value valueAt(std::int64_t row, int field) const;
@@ -177,6 +184,8 @@ private:
     [[nodiscard]] Value calculatedValue(std::size_t field, const Record& record) const;
     void assign(int field, const Value& value);
     void show(RowSet rows);
+    [[nodiscard]] const FieldDeclaration* declaration(std::string_view name) const;  // nullptr: none
+    void checkDeclarations(const RowSet& rows) const;
     void leaveRecord();
     void moveTo(std::size_t row);
     [[nodiscard]] bool matches(std::size_t row, const std::vector<int>& fields, const std::vector<Value>& values,
@@ -205,6 +214,7 @@ private:
 
     mutable std::vector<FieldSlot> fields_;  // made when first asked for
     std::vector<ColumnInfo> calculated_;
+    std::vector<FieldDeclaration> declared_;
     mutable bool calculating_ = false;
     mutable Record calculatedRecord_;
     mutable std::vector<Value> calculatedValues_;

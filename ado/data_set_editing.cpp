@@ -26,9 +26,11 @@ bool sameCell(const Column& column, std::size_t row, const Value& value) {
     return sameValue(column.valueAt(row), value);
 }
 
-void requireLength(const std::string& component, const ColumnInfo& info, const Value& value) {
-    if (info.size <= 0) return;
-    const auto limit = static_cast<std::size_t>(info.size);
+void requireLength(const std::string& component, const ColumnInfo& info, int declaredSize, const Value& value) {
+    int size = info.size;
+    if (declaredSize > 0) size = size > 0 ? std::min(size, declaredSize) : declaredSize;
+    if (size <= 0) return;
+    const auto limit = static_cast<std::size_t>(size);
     std::size_t length = 0;
     const char* unit = "characters";
     if (const auto* text = std::get_if<std::string>(&value)) {
@@ -56,6 +58,8 @@ void TDataSet::assign(int field, const Value& value) {
         return;
     }
     if (isCalculated) fail(info.name + ": the field is calculated; it is assigned in OnCalcFields only");
+    const FieldDeclaration* declared = declared_.empty() ? nullptr : declaration(info.name);
+    if (declared != nullptr && declared->readOnly) fail(info.name + ": the field is read only");
     if (!editing()) fail(info.name + ": call Edit or Append before assigning a field");
     Value fitted;
     try {
@@ -63,7 +67,7 @@ void TDataSet::assign(int field, const Value& value) {
     } catch (const DatabaseError& e) {
         throw DatabaseError(e.category(), e.sqlState(), e.nativeCode(), name_ + ": " + e.what());
     }
-    requireLength(name_, info, fitted);
+    requireLength(name_, info, declared != nullptr ? declared->size : 0, fitted);
     typed_[index] = std::move(fitted);
     const std::int64_t row = state_ == dsInsert ? -1 : static_cast<std::int64_t>(at_);
     listeners_.notify([row](DataSourceListener& listener) { listener.rowChanged(row); });

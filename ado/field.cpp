@@ -15,6 +15,16 @@ bool TField::Calculated() const {
     return static_cast<std::size_t>(index_) >= dataSet_->rows_.columnCount();
 }
 
+bool TField::ReadOnly() const {
+    const FieldDeclaration* declared = dataSet_->declaration(info().name);
+    return declared != nullptr && declared->readOnly;
+}
+
+bool TField::Currency() const {
+    const FieldDeclaration* declared = dataSet_->declaration(info().name);
+    return declared != nullptr && declared->currency;
+}
+
 Value TField::AsValue() const {
     return dataSet_->valueIn(index_, dataSet_->current());
 }

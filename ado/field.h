@@ -22,6 +22,17 @@ namespace basalt {
 
 class TDataSet;
 
+// What a data set knows of a field before it is opened.
+struct FieldDeclaration {
+    std::string name;
+    FieldType type = FieldType::Text;
+    int size = 0;       // Text: longest length in characters
+    int precision = 0;  // Decimal
+    int scale = 0;      // Decimal
+    bool readOnly = false;
+    bool currency = false;
+};
+
 class TField {
 public:
     TField(const TField&) = delete;
@@ -36,9 +47,9 @@ public:
     [[nodiscard]] bool IsNull() const;
 
     // Writing, into the record being edited. UsageError when the data set is not in edit or insert state, and for a
-    // field that is calculated. DatabaseError when the value cannot be converted to the field's type or is out of its
-    // range (Conversion), or is longer than the field (Truncation, with the lengths). The record is unchanged after an
-    // error.
+    // field that is calculated or read only. DatabaseError when the value cannot be converted to the field's type or is
+    // out of its range (Conversion), or is longer than the field (Truncation, with the lengths). The record is
+    // unchanged after an error.
     void SetValue(const Value& value);
     void SetExtended(Extended value);  // rounded to the decimals of a decimal field
     void Clear() { SetValue(Null{}); }
@@ -67,6 +78,10 @@ public:
     [[nodiscard]] int Index() const { return index_; }  // from 0
     [[nodiscard]] const ColumnInfo& info() const;
     [[nodiscard]] bool Calculated() const;
+    // As declared (TDataSet::DeclareField). ReadOnly: cannot be assigned. Currency: a number that is an amount of
+    // money.
+    [[nodiscard]] bool ReadOnly() const;
+    [[nodiscard]] bool Currency() const;
     [[nodiscard]] TDataSet& DataSet() const { return *dataSet_; }
 
 private:

@@ -3,7 +3,8 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <algorithm>
-#include <array>
+#include <set>
+#include <utility>
 
 #include "ado/names.h"
 #include "package/messages.h"
@@ -141,7 +142,6 @@ void TCost_Report_FRM::InitSearch(const std::string& /*text*/) {
     // All rows are here already; the tab's half of them need not be asked for again.
     levels_->CostReport_QUR.Filter(tabs_->TabIndex() == kSaleTab ? "Status = 2" : "Status = 1");
     levels_->CostReport_QUR.Filtered(true);
-    adaptToTab();
 }
 
 void TCost_Report_FRM::RefreshList() {
@@ -183,15 +183,13 @@ void TCost_Report_FRM::MakeGrid() {
     names.Close();
     names.SQL = " SELECT Name, Code FROM costlevel WHERE Code > 0  AND CostType = 1 order by code";
     names.Open();
-    std::array<bool, kPriceLevels + 1> taken{};
+    std::set<std::string> taken;
     int next = kFixedColumns;
     for (; next < last && !names.Eof(); ++next, names.Next()) {
-        const int code = names.FieldByName("Code").AsInteger();
-        // The report has no prices of levels beyond the tenth.
-        if (code > kPriceLevels) break;
-        taken[static_cast<std::size_t>(code)] = true;
+        // A level of a code that no price has gets its column too; its cells are empty.
+        const std::string field = levelField(names.FieldByName("Code").AsInteger());
         const std::string title = names.FieldByName("Name").AsString();
-        const std::string field = levelField(code);
+        taken.insert(field);
         grid_->SetColumn(next,
                          {.FieldName = field, .Title = QString::fromStdString(title), .DisplayFormat = priceFormat()});
         prices_->AddItem({.FieldName = field, .Title = title, .DataType = TSearchDataType::Amount});
@@ -199,7 +197,7 @@ void TCost_Report_FRM::MakeGrid() {
     names.Close();
     // The hidden columns take the fields that are left, so that a field stands for one column only.
     for (int code = 1; code <= kPriceLevels && next < last; ++code) {
-        if (taken[static_cast<std::size_t>(code)]) continue;
+        if (taken.contains(levelField(code))) continue;
         TGridColumn column = grid_->Column(next);
         column.FieldName = levelField(code);
         column.Title = QString::fromStdString(column.FieldName);
@@ -216,19 +214,28 @@ int TCost_Report_FRM::consumerColumn() const {
 }
 
 void TCost_Report_FRM::TTab_Search_Frame1Search_TBCChange() {
+    // The rows are asked for once, when grid and ranges are those of the tab.
+    searching_ = Searching::Later;
     tabs_->Search_TBCChange();
-    adaptToTab();
+    const bool wanted = std::exchange(searching_, Searching::AtOnce) == Searching::Wanted;
+    const bool sale = tabs_->TabIndex() == kSaleTab;
+    adaptTo(sale);
+    if (!wanted) return;
+    try {
+        search();
+    } catch (...) {
+        // The tab that was left comes back, and so does what belongs to it.
+        adaptTo(!sale);
+        throw;
+    }
 }
 
-void TCost_Report_FRM::adaptToTab() {
+void TCost_Report_FRM::adaptTo(bool sale) {
     const int column = consumerColumn();
-    if (tabs_->TabIndex() != kSaleTab) {
+    if (!sale) {
         const int item = prices_->ItemCount() - 1;
-        const std::string narrowing = prices_->Filter();
         if (item >= 0 && isConsumerPrice(prices_->Item(item).FieldName)) prices_->DeleteItem(item);
         if (column >= 0) grid_->RemoveColumn(column);
-        // A range that nobody sees any more must not go on narrowing the list.
-        if (prices_->Filter() != narrowing) search();
         return;
     }
     if (column >= 0) return;
@@ -238,6 +245,10 @@ void TCost_Report_FRM::adaptToTab() {
 }
 
 void TCost_Report_FRM::search() {
+    if (searching_ != Searching::AtOnce) {
+        searching_ = Searching::Wanted;
+        return;
+    }
     // From now on the statement itself says which half of the rows is wanted.
     TADOQuery& report = levels_->CostReport_QUR;
     const bool filtered = report.Filtered();
@@ -250,29 +261,44 @@ void TCost_Report_FRM::search() {
     }
 }
 
-TPrintSettingRequest TCost_Report_FRM::printRequest() const {
-    TPrintSettingRequest request{.ReportName = kReportName, .Title = windowTitle().toStdString()};
+void TCost_Report_FRM::registerPrintColumns() const {
+    ClearPrintColumns(kReportName);
     for (int i = 0; i < grid_->ColumnCount(); ++i) {
         const TGridColumn column = grid_->Column(i);
-        const std::string title = column.Title.toStdString();
-        // A column without a level is nobody's to print.
-        if (isPrice(column.FieldName) && column.VisibleForCustomization)
-            request.Columns.push_back({.FieldName = column.FieldName, .Title = title, .Visible = column.Visible});
-        if (isConsumerPrice(column.FieldName))
-            request.Columns.push_back({.FieldName = column.FieldName,
-                                       .Title = title,
-                                       .Visible = column.Visible,
-                                       .SettingName = kConsumerPriceSetting});
+        if (!isPrice(column.FieldName) && !isConsumerPrice(column.FieldName)) continue;
+        TPrintColumn print{
+            .FieldName = column.FieldName, .Title = column.Title.toStdString(), .Visible = column.Visible};
+        if (isConsumerPrice(column.FieldName)) {
+            print.SettingName = kConsumerPriceSetting;
+            print.Index = std::to_string(i);
+        } else {
+            // A column without a level is nobody's to print.
+            print.Offered = column.VisibleForCustomization;
+        }
+        RegisterPrintColumn(kReportName, print);
     }
-    return request;
+}
+
+std::vector<std::string> TCost_Report_FRM::printedTitles() const {
+    std::vector<std::string> titles;
+    const auto add = [&](const std::string& field, const std::string& title, bool visible) {
+        if (visible && (isPrice(field) || isConsumerPrice(field))) titles.push_back(title);
+    };
+    if (printing_) {
+        for (const TPrintColumn& column : printing_->Columns)
+            add(column.FieldName, column.Title, column.Visible);
+        return titles;
+    }
+    for (int i = 0; i < grid_->ColumnCount(); ++i) {
+        const TGridColumn column = grid_->Column(i);
+        add(column.FieldName, column.Title.toStdString(), column.Visible);
+    }
+    return titles;
 }
 
 std::vector<std::string> TCost_Report_FRM::GetMasterReport_Description() {
-    const std::vector<TPrintColumn> columns = printing_ ? printing_->Columns : printRequest().Columns;
-    std::vector<std::string> description;
-    for (const TPrintColumn& column : columns)
-        if (column.Visible && (isPrice(column.FieldName) || isConsumerPrice(column.FieldName)))
-            description.push_back(column.Title);
+    registerPrintColumns();
+    std::vector<std::string> description = printedTitles();
     const auto count = static_cast<int>(description.size());
     description.push_back(std::to_string(count));
     if (count > kMostPrintColumns)
@@ -282,10 +308,9 @@ std::vector<std::string> TCost_Report_FRM::GetMasterReport_Description() {
 }
 
 void TCost_Report_FRM::PrintList_BTNClick() {
-    TPrintSettingRequest request = printRequest();
-    request.Form = this;
+    registerPrintColumns();
     TPrintSetting setting;
-    if (!PrintSetting(request, setting)) return;
+    if (!PrintSetting({.ReportName = kReportName, .Title = windowTitle().toStdString(), .Form = this}, setting)) return;
     // What names the good stands before its prices, as it does on the screen.
     std::vector<TPrintColumn> columns;
     for (int i = 0; i < kFixedColumns; ++i) {

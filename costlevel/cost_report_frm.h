@@ -30,12 +30,16 @@ public:
     void InitSelect() override {}
     void RefreshList() override;
     void FormShow(QObject* sender) override;
-    // Registers the price columns for the print settings, and gives the titles of those that print and their count.
-    // Warns, at the grid, of more columns than a page holds.
+    // Registers the price columns, hidden ones too, for the print settings (report "CostReport"; the consumer price as
+    // F11), and gives the titles of those that print and their count. Warns, at the grid, of more columns than a page
+    // holds.
     [[nodiscard]] std::vector<std::string> GetMasterReport_Description() override;
 
-    // Gives the grid a column, and the range search an item, for each of the price levels that have a column.
+    // Gives the grid a column, and the range search an item, for each of the first ten price levels by code. The
+    // columns that are left are hidden.
     void MakeGrid();
+    // Nothing: prices are formatted by their columns, not by their fields.
+    void MakeCurrencyField() {}
     // Adapts grid and range search to the tab, which has just been chosen.
     void TTab_Search_Frame1Search_TBCChange();
     void PrintList_BTNClick();
@@ -45,9 +49,13 @@ public:
 private:
     [[nodiscard]] std::string priceFormat() const;
     [[nodiscard]] int consumerColumn() const;  // -1: not shown
-    [[nodiscard]] TPrintSettingRequest printRequest() const;
-    void adaptToTab();
+    void registerPrintColumns() const;
+    [[nodiscard]] std::vector<std::string> printedTitles() const;
+    void adaptTo(bool sale);
     void search();
+
+    // A search that is wanted while the screen is on its way to another tab waits until it has arrived.
+    enum class Searching { AtOnce, Later, Wanted };
 
     TTab_Search_Frame* tabs_ = nullptr;
     TGeneral_Search_Frame* search_ = nullptr;
@@ -56,6 +64,7 @@ private:
     TSmartDBGrid_VRO* grid_ = nullptr;
     TSmartButton_VRO* print_ = nullptr;
     std::optional<TPrintSetting> printing_;  // while pages are shown: what they show
+    Searching searching_ = Searching::AtOnce;
     std::unique_ptr<TCostLevel_DM> levels_;
     std::unique_ptr<TVaroSearchManager> searchManager_;
 };

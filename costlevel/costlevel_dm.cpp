@@ -41,6 +41,16 @@ TCostLevel_DM::TCostLevel_DM()
     CostReport_DS.SetDataSet(&CostReport_QUR);
     SetCost_DS.SetDataSet(&SetCost_QUR);
     SetCost_QUR.AddCalculatedField("Row", FieldType::Integer);
+    SetCost_QUR.DeclareField({.name = "ID", .type = FieldType::Integer, .readOnly = true});
+    SetCost_QUR.DeclareField({.name = "Type", .type = FieldType::SmallInt});
+    SetCost_QUR.DeclareField({.name = "Status", .type = FieldType::Boolean});
+    SetCost_QUR.DeclareField({.name = "TypeCode", .type = FieldType::Integer});
+    SetCost_QUR.DeclareField({.name = "CostLevelCode", .type = FieldType::Integer});
+    SetCost_QUR.DeclareField(
+        {.name = "Cost", .type = FieldType::Decimal, .precision = 23, .scale = 9, .currency = true});
+    SetCost_QUR.DeclareField({.name = "Default", .type = FieldType::Boolean});
+    SetCost_QUR.DeclareField({.name = "title", .type = FieldType::Text, .size = 50});
+    SetCost_QUR.DeclareField({.name = "deftitle", .type = FieldType::Text, .size = 7, .readOnly = true});
     SetCost_QUR.OnCalcFields = [this](TDataSet& list) { SetCost_QURCalcFields(list); };
 }
 

@@ -35,8 +35,9 @@ public:
     // The price report, a row a good and direction.
     TADOQuery CostReport_QUR;
     TDataSource CostReport_DS;
-    // A price list as it is edited: ID, Type, Status, TypeCode, CostLevelCode, Cost, Default, title, deftitle and the
-    // calculated Row. The screen that edits the list sets the statement.
+    // A price list as it is edited: ID (read only), Type, Status, TypeCode, CostLevelCode, Cost (an amount), Default,
+    // title (50 characters), deftitle (7, read only) and the calculated Row. The screen that edits the list sets the
+    // statement.
     TADOQuery SetCost_QUR;
     TDataSource SetCost_DS;
     TADOQuery SetCostGet_QUR;
@@ -103,7 +104,7 @@ public:
     // Name, AbbName, Status, F1 to F10, ConsumerPrice. After a failure it is closed.
     void CostReport_Get();
 
-    // Adds the column of a level, given by its number, to the price report's table.
+    // Adds the column of a level to the price report's table: F and `level` as text, whatever kind of value it is.
     void AddCostReportColumn(const Value& level);
 
 private:

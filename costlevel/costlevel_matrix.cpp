@@ -106,7 +106,8 @@ void TCostLevel_DM::OfferCost_GetAll(int kind, int goodCode, int perCode, int cu
 }
 
 void TCostLevel_DM::SetCost_QURCalcFields(TDataSet& dataSet) {
-    // A record that has not been stored yet may bear a negative number.
+    // Records count from 1 here. Lists of other makes give a record that is being entered a negative number; Row is
+    // defined for those too.
     dataSet.FieldByName("Row") = std::abs(dataSet.RecNo());
 }
 

@@ -153,8 +153,8 @@ void registerCostLevel(Registry& registry) {
     registry.add(operation("CostReport_Get", "Opens the price report: every good with its sale and purchase prices.",
                            {}, "", [](FunctionCall& call) { levels(call).CostReport_Get(); }));
     registry.add(operation(
-        "AddCostReportColumn", "Adds the column of a level to the price report's table.", {in("V", "integer")}, "",
-        [](FunctionCall& call) { levels(call).AddCostReportColumn(Value{std::int64_t{call.integer("V")}}); }));
+        "AddCostReportColumn", "Adds the column of a level to the price report's table: F and V as text.",
+        {in("V", "text")}, "", [](FunctionCall& call) { levels(call).AddCostReportColumn(Value{call.text("V")}); }));
 }
 
 }  // namespace basalt

@@ -67,10 +67,18 @@ int GridModel::field(int index) const {
         for (const GridColumnState& state : columns_) {
             const TField* field = rows ? rows->FindField(state.column.FieldName) : nullptr;
             state.field = field ? field->Index() : -1;
+            state.currency = field && field->Currency();
         }
         fieldsKnown_ = true;
     }
     return columns_[static_cast<std::size_t>(index)].field;
+}
+
+const DisplayFormat& GridModel::format(int index) const {
+    static const DisplayFormat amounts("#,#0.#########;-#,#0.#########;0");
+    static_cast<void>(field(index));
+    const GridColumnState& state = columns_[static_cast<std::size_t>(index)];
+    return state.currency && state.format.isEmpty() ? amounts : state.format;
 }
 
 bool GridModel::isNumberColumn(int index) const {

@@ -31,9 +31,8 @@ public:
     // For what the view knows of a column: its width and whether it shows.
     [[nodiscard]] TGridColumn& arrangement(int index) { return columns_[static_cast<std::size_t>(index)].column; }
     void removeColumnAt(int index);
-    [[nodiscard]] const DisplayFormat& format(int index) const {
-        return columns_[static_cast<std::size_t>(index)].format;
-    }
+    // The column's own, or the one of amounts when it has none and its field is an amount.
+    [[nodiscard]] const DisplayFormat& format(int index) const;
     // The data set's field of a column; -1 while there is none.
     [[nodiscard]] int field(int index) const;
     [[nodiscard]] bool isNumberColumn(int index) const;
@@ -63,6 +62,7 @@ private:
         TGridColumn column;
         DisplayFormat format;
         mutable int field = -1;
+        mutable bool currency = false;  // what the field says of itself
     };
 
     void activeChanged() override;

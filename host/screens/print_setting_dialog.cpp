@@ -39,7 +39,7 @@ PrintSettingDialog::PrintSettingDialog(const TPrintSetting& start, QWidget* pare
     setObjectName(QStringLiteral("PrintSetting_FRM"));
     setWindowTitle(QStringLiteral("تنظیمات چاپ"));
     setLayoutDirection(Qt::RightToLeft);
-    resize(420, 520);
+    resize(420, start.Columns.empty() ? 260 : 520);
 
     title_->setObjectName(QStringLiteral("PrintTitle_EDT"));
     title_->setMaxLength(kTitleCharacters);
@@ -60,15 +60,23 @@ PrintSettingDialog::PrintSettingDialog(const TPrintSetting& start, QWidget* pare
     form->addRow(QStringLiteral("عنوان :"), title_);
     form->addRow(QStringLiteral("کاغذ :"), paper_);
     form->addRow(QStringLiteral("جهت :"), orientation);
-    form->addRow(new QLabel(QStringLiteral("ستون‌های چاپ :"), this));
+    // Without any column to choose, what the report always prints is all there is.
+    const bool choosing = !start.Columns.empty();
+    form->addRow(new QLabel(
+        choosing ? QStringLiteral("ستون‌های چاپ :") : QStringLiteral("این گزارش ستونی برای انتخاب ندارد."),
+        this));
+    columns_->setVisible(choosing);
     const DialogButtons buttons = dialogButtons(*this);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(16, 16, 16, 16);
     layout->setSpacing(10);
     layout->addLayout(form);
     layout->addWidget(columns_, 1);
+    if (!choosing) layout->addStretch(1);
     layout->addLayout(buttons.row);
-    columns_->onChange = [this, accept = buttons.accept] { accept->setEnabled(columns_->anyVisible()); };
+    columns_->onChange = [this, choosing, accept = buttons.accept] {
+        accept->setEnabled(!choosing || columns_->anyVisible());
+    };
     columns_->onChange();
 }
 

@@ -11,10 +11,6 @@
 namespace basalt::host {
 namespace {
 
-const std::string& settingName(const TPrintColumn& column) {
-    return column.SettingName.empty() ? column.FieldName : column.SettingName;
-}
-
 template <class Choice>
 Choice kept(const QJsonValue& value, Choice last, Choice otherwise) {
     const int number = value.toInt(-1);
@@ -22,6 +18,10 @@ Choice kept(const QJsonValue& value, Choice last, Choice otherwise) {
 }
 
 }  // namespace
+
+const std::string& printSettingName(const TPrintColumn& column) {
+    return column.SettingName.empty() ? column.FieldName : column.SettingName;
+}
 
 TPrintSetting PrintSettingMemory::recall(const TPrintSettingRequest& request) {
     requestTitle_ = request.Title;
@@ -36,14 +36,14 @@ TPrintSetting PrintSettingMemory::recall(const TPrintSettingRequest& request) {
 
     const auto everybodys = PrintColumnStore(host_.session()).visible(report_);
     for (TPrintColumn& column : setting.Columns)
-        if (const auto row = everybodys.find(settingName(column)); row != everybodys.end())
+        if (const auto row = everybodys.find(printSettingName(column)); row != everybodys.end())
             column.Visible = row->second;
 
     auto next = setting.Columns.begin();
     for (const auto& entry : own.value(QStringLiteral("columns")).toArray()) {
         const std::string name = entry.toObject().value(QStringLiteral("name")).toString().toStdString();
         const auto found = std::find_if(next, setting.Columns.end(),
-                                        [&](const TPrintColumn& column) { return settingName(column) == name; });
+                                        [&](const TPrintColumn& column) { return printSettingName(column) == name; });
         if (found == setting.Columns.end()) continue;
         if (everybodys.contains(name))
             found->Visible = entry.toObject().value(QStringLiteral("visible")).toBool(found->Visible);
@@ -56,7 +56,7 @@ TPrintSetting PrintSettingMemory::recall(const TPrintSettingRequest& request) {
 void PrintSettingMemory::keep(const TPrintSetting& setting) {
     QJsonArray columns;
     for (const TPrintColumn& column : setting.Columns)
-        columns.append(QJsonObject{{QStringLiteral("name"), QString::fromStdString(settingName(column))},
+        columns.append(QJsonObject{{QStringLiteral("name"), QString::fromStdString(printSettingName(column))},
                                    {QStringLiteral("visible"), column.Visible}});
     QJsonObject own{{QStringLiteral("paper"), static_cast<int>(setting.Paper)},
                     {QStringLiteral("orientation"), static_cast<int>(setting.Orientation)},
@@ -69,7 +69,7 @@ void PrintSettingMemory::keep(const TPrintSetting& setting) {
                              QJsonDocument(own).toJson(QJsonDocument::Compact).toStdString());
     PrintColumnStore store(host_.session());
     for (const TPrintColumn& column : setting.Columns)
-        store.keep(report_, {settingName(column), column.Title, column.Visible});
+        store.keep(report_, {printSettingName(column), column.Title, column.Visible});
     transaction.commit();
 }
 

@@ -12,6 +12,9 @@
 
 namespace basalt::host {
 
+// Under which a column's choice is kept.
+[[nodiscard]] const std::string& printSettingName(const TPrintColumn& column);
+
 class PrintSettingMemory {
 public:
     PrintSettingMemory(ReferenceHost& host, std::string reportName) : host_(host), report_(std::move(reportName)) {}

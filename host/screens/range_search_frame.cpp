@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <utility>
 
 #include "ado/error.h"
 #include "host/screens/search_condition.h"
@@ -30,14 +31,22 @@ RangeSearchFrame::RangeSearchFrame(ScreenContext& context, const QString& object
     adaptInputs();
 
     for (SearchEdit* edit : {from_, to_})
-        QObject::connect(edit, &QLineEdit::textChanged, this, [this] { change_.typed(); });
+        QObject::connect(edit, &QLineEdit::textChanged, this, [this] {
+            if (narrowsOtherwise()) change_.typed();
+        });
     QObject::connect(fields_, &QComboBox::currentIndexChanged, this, [this] {
         const bool muted = change_.isMuted();
         change_.mute(true);
         adaptInputs();
         change_.mute(muted);
-        change_.changed();
+        if (narrowsOtherwise()) change_.changed();
     });
+}
+
+// A choice between items that ask for nothing, or half a number, is no reason to run a statement again.
+bool RangeSearchFrame::narrowsOtherwise() {
+    const std::string before = std::exchange(narrowing_, Filter());
+    return narrowing_ != before;
 }
 
 void RangeSearchFrame::adaptInputs() {
@@ -71,6 +80,7 @@ void RangeSearchFrame::Clear() {
     change_.mute(true);
     from_->clear();
     to_->clear();
+    narrowing_.clear();
     change_.mute(false);
 }
 
@@ -103,6 +113,7 @@ void RangeSearchFrame::DeleteItem(int index) {
     items_.erase(items_.begin() + index);
     fields_->removeItem(index);
     adaptInputs();
+    narrowing_ = Filter();
     change_.mute(false);
 }
 

@@ -31,12 +31,15 @@ protected:
 private:
     void checkIndex(int index, const char* operation) const;
     void adaptInputs();
+    // Whether the condition has changed since it was last asked for.
+    [[nodiscard]] bool narrowsOtherwise();
 
     std::vector<TSearchItem> items_;
     QComboBox* fields_;
     QLabel* field_;  // instead of the choice while there is but one item
     SearchEdit* from_;
     SearchEdit* to_;
+    std::string narrowing_;  // the condition as it was last told
     SearchChange change_;
 };
 

@@ -2,12 +2,14 @@
 
 #include <QApplication>
 #include <QLineEdit>
+#include <algorithm>
 
 #include "host/screens/dock_base_impl.h"
 #include "host/screens/entity_picker.h"
 #include "host/screens/general_search_frame.h"
 #include "host/screens/get_base_impl.h"
 #include "host/screens/print_setting_dialog.h"
+#include "host/screens/print_setting_memory.h"
 #include "host/screens/range_search_frame.h"
 #include "host/screens/search_manager.h"
 #include "host/screens/smart_grid.h"
@@ -63,8 +65,31 @@ void HostScreenServices::SetWinControlRightAlign(QWidget& control) {
     if (auto* line = qobject_cast<QLineEdit*>(&control)) line->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
 }
 
+void HostScreenServices::RegisterPrintColumn(const std::string& reportName, const TPrintColumn& column) {
+    std::vector<TPrintColumn>& columns = printColumns_[reportName];
+    const auto same = std::find_if(columns.begin(), columns.end(), [&](const TPrintColumn& other) {
+        return printSettingName(other) == printSettingName(column);
+    });
+    if (same == columns.end()) {
+        columns.push_back(column);
+    } else {
+        *same = column;
+    }
+}
+
+void HostScreenServices::ClearPrintColumns(const std::string& reportName) {
+    printColumns_.erase(reportName);
+}
+
 bool HostScreenServices::PrintSetting(const TPrintSettingRequest& request, TPrintSetting& setting) {
-    return askPrintSetting(context_, request, setting);
+    TPrintSettingRequest offered = request;
+    if (const auto registered = printColumns_.find(request.ReportName);
+        offered.Columns.empty() && registered != printColumns_.end())
+        offered.Columns = registered->second;
+    std::erase_if(offered.Columns, [](const TPrintColumn& column) { return !column.Offered; });
+    std::stable_partition(offered.Columns.begin(), offered.Columns.end(),
+                          [](const TPrintColumn& column) { return column.Index.empty(); });
+    return askPrintSetting(context_, offered, setting);
 }
 
 std::string HostScreenServices::pickEntities(TSoftwarePart part, const std::string& text) {

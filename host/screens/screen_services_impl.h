@@ -9,7 +9,9 @@
 // Needs a QApplication, which it dresses in the theme.
 #pragma once
 
+#include <map>
 #include <memory>
+#include <vector>
 
 #include "host/screens/busy_notice.h"
 #include "host/screens/output_services.h"
@@ -37,6 +39,8 @@ public:
     [[nodiscard]] TTab_Search_Frame* createTabSearch(const char* objectName, QWidget* parent) override;
     [[nodiscard]] std::unique_ptr<TVaroSearchManager> createSearchManager() override;
     void SetWinControlRightAlign(QWidget& control) override;
+    void RegisterPrintColumn(const std::string& reportName, const TPrintColumn& column) override;
+    void ClearPrintColumns(const std::string& reportName) override;
     [[nodiscard]] bool PrintSetting(const TPrintSettingRequest& request, TPrintSetting& setting) override;
 
 private:
@@ -45,6 +49,7 @@ private:
     DialogOutputServices dialogs_;
     ScreenContext context_;
     std::unique_ptr<BusyNotice> busy_;
+    std::map<std::string, std::vector<TPrintColumn>> printColumns_;  // by report, in the order of the telling
 };
 
 }  // namespace basalt::host

@@ -4,10 +4,27 @@
 
 namespace basalt {
 
+namespace {
+
+ScreenServices& screensFor(const std::string& reportName, const char* operation) {
+    if (reportName.empty()) throw UsageError(std::string(operation) + ": the report has no name");
+    return attachedScreens();
+}
+
+}  // namespace
+
+void RegisterPrintColumn(const std::string& reportName, const TPrintColumn& column) {
+    ScreenServices& screens = screensFor(reportName, "RegisterPrintColumn");
+    if (column.FieldName.empty()) throw UsageError("RegisterPrintColumn: a column of " + reportName + " has no name");
+    screens.RegisterPrintColumn(reportName, column);
+}
+
+void ClearPrintColumns(const std::string& reportName) {
+    screensFor(reportName, "ClearPrintColumns").ClearPrintColumns(reportName);
+}
+
 bool PrintSetting(const TPrintSettingRequest& request, TPrintSetting& setting) {
-    if (request.ReportName.empty()) throw UsageError("PrintSetting: the report has no name");
-    if (request.Columns.empty()) throw UsageError("PrintSetting: " + request.ReportName + " has no columns");
-    return attachedScreens().PrintSetting(request, setting);
+    return screensFor(request.ReportName, "PrintSetting").PrintSetting(request, setting);
 }
 
 }  // namespace basalt

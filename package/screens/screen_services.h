@@ -30,7 +30,9 @@ public:
     // Makes a control right to left.
     virtual void SetWinControlRightAlign(QWidget& control) = 0;
 
-    // As the free function of that name; the request names a report and at least one column.
+    // As the free functions of these names; reports and columns have a name.
+    virtual void RegisterPrintColumn(const std::string& reportName, const TPrintColumn& column) = 0;
+    virtual void ClearPrintColumns(const std::string& reportName) = 0;
     [[nodiscard]] virtual bool PrintSetting(const TPrintSettingRequest& request, TPrintSetting& setting) = 0;
 };
 

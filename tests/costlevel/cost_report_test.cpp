@@ -134,6 +134,8 @@ TEST_F(CostReport, hasItsControls) {
     EXPECT_EQ(control<QLabel>(*report, "CostReport_LBL").text(), " لیست قیمت ها ");
     EXPECT_EQ(control<FakeButton>(*report, "PrintList_BTN").Caption(), "پیش نمایش ليست F9");
     EXPECT_EQ(control<FakeButton>(*report, "EXit_BTN").Caption(), "خروج Esc");
+    EXPECT_TRUE(grid(*report).multiSelect);
+    EXPECT_EQ(grid(*report).titleLines, 2);
     const auto& tabs = control<FakeTabs>(*report, "TTab_Search_Frame1");
     EXPECT_EQ(tabs.fieldName, "Status");
     EXPECT_THAT(tabs.tabs, ElementsAre(std::pair<std::string, std::string>("&خرید  ", "1"),
@@ -165,29 +167,54 @@ TEST_F(CostReport, hasAColumnForEachLevelInTheOrderOfCodes) {
                                      "F3 'F3'  hidden out of reach", "F5 'F5'  hidden out of reach",
                                      "F6 'F6'  hidden out of reach", "F7 'F7'  hidden out of reach",
                                      "F8 'F8'  hidden out of reach", "F9 'F9'  hidden out of reach"));
-    EXPECT_THAT(titles(prices(*report)), ElementsAre("F1 'تک‌فروشی'", "F4 'نمایندگی'", "F10 'صادرات'"));
+    EXPECT_THAT(titles(prices(*report)), ElementsAre("F1 'تک‌فروشی'", "F4 'نمایندگی'", "F10 'صادرات'",
+                                                     "ConsumerPrice 'فی مصرف کننده'"));
 }
 
 TEST_F(CostReport, standsWithoutAnyLevel) {
     const auto report = open({});
     for (int i = 3; i < grid(*report).ColumnCount(); ++i)
         EXPECT_FALSE(grid(*report).Column(i).Visible) << i;
-    EXPECT_TRUE(prices(*report).items.empty());
+    EXPECT_THAT(titles(prices(*report)), ElementsAre("ConsumerPrice 'فی مصرف کننده'"));
     EXPECT_THAT(report->GetMasterReport_Description(), ElementsAre("0"));
+    goToTab(*report, 1);
+    EXPECT_THAT(report->GetMasterReport_Description(), ElementsAre("قیمت مصرف کننده", "1"));
+}
+
+TEST_F(CostReport, printsWithoutAnyLevel) {
+    const auto report = open({});
+    screens.onPrintSetting = [](const TPrintSettingRequest&, TPrintSetting& setting) {
+        setting = {.Title = "کالاها"};
+        return true;
+    };
+    control<FakeButton>(*report, "PrintList_BTN").Click();
+    EXPECT_EQ(screens.printReport, "CostReport");
+    EXPECT_EQ(screens.printColumns.size(), 10U);
+    ASSERT_EQ(grid(*report).printed.size(), 1U);
+    std::vector<std::string> columns;
+    for (const TPrintColumn& column : grid(*report).printed[0].Columns)
+        columns.push_back(column.FieldName);
+    EXPECT_THAT(columns, ElementsAre("Code", "AbbName", "Name"));
 }
 
 TEST_F(CostReport, levelsBeyondTheTenthHaveNoColumn) {
     const auto report = open(firstLevels(12));
     ASSERT_EQ(grid(*report).ColumnCount(), 13);
-    EXPECT_EQ(grid(*report).Column(12).FieldName, "F10");
-    EXPECT_EQ(prices(*report).items.size(), 10U);
-    EXPECT_EQ(prices(*report).items.back().FieldName, "F10");
+    EXPECT_EQ(shown(grid(*report).Column(12)), "F10 'سطح 10' #,#0;-#,#0;0");
+    ASSERT_EQ(prices(*report).items.size(), 11U);
+    EXPECT_EQ(prices(*report).items[9].FieldName, "F10");
+    EXPECT_EQ(prices(*report).items[10].FieldName, "ConsumerPrice");
 }
 
-TEST_F(CostReport, levelOfACodeBeyondTheColumnsHasNone) {
+// The place among the levels gives a level its column, not its code.
+TEST_F(CostReport, levelOfACodeAboveTenHasItsColumn) {
     const auto report = open({{"تک‌فروشی", 1}, {"دوازدهم", 12}});
-    EXPECT_FALSE(grid(*report).Column(4).Visible);
-    EXPECT_THAT(titles(prices(*report)), ElementsAre("F1 'تک‌فروشی'"));
+    EXPECT_EQ(shown(grid(*report).Column(4)), "F12 'دوازدهم' #,#0;-#,#0;0");
+    EXPECT_EQ(shown(grid(*report).Column(5)), "F2 'F2'  hidden out of reach");
+    EXPECT_EQ(shown(grid(*report).Column(12)), "F9 'F9'  hidden out of reach");
+    EXPECT_THAT(titles(prices(*report)),
+                ElementsAre("F1 'تک‌فروشی'", "F12 'دوازدهم'", "ConsumerPrice 'فی مصرف کننده'"));
+    EXPECT_THAT(report->GetMasterReport_Description(), ElementsAre("تک‌فروشی", "دوازدهم", "2"));
 }
 
 TEST_F(CostReport, longNamesStayWhole) {
@@ -229,12 +256,56 @@ TEST_F(CostReport, consumerPriceComesAndGoesWithTheSalePrices) {
         EXPECT_THAT(host.calls, ElementsAre("Search_TBCChange", "ExecuteFilter_DataSet", "EnableButtons"));
         ASSERT_EQ(grid(*report).ColumnCount(), 14);
         EXPECT_EQ(shown(grid(*report).columns.back()), "ConsumerPrice 'قیمت مصرف کننده' #,#0;-#,#0;0");
-        EXPECT_THAT(titles(prices(*report)), ElementsAre("F1 'سطح 1'", "ConsumerPrice 'قیمت مصرف کننده'"));
+        EXPECT_THAT(titles(prices(*report)),
+                    ElementsAre("F1 'سطح 1'", "ConsumerPrice 'فی مصرف کننده'", "ConsumerPrice 'قیمت مصرف کننده'"));
 
+        host.calls.clear();
         goToTab(*report, 0);
+        EXPECT_THAT(host.calls, ElementsAre("Search_TBCChange", "ExecuteFilter_DataSet", "EnableButtons"));
         EXPECT_EQ(grid(*report).ColumnCount(), 13);
-        EXPECT_THAT(titles(prices(*report)), ElementsAre("F1 'سطح 1'"));
+        EXPECT_THAT(titles(prices(*report)), ElementsAre("F1 'سطح 1'", "ConsumerPrice 'فی مصرف کننده'"));
     }
+}
+
+TEST_F(CostReport, startsOnThePurchasePricesWithoutTheConsumersColumn) {
+    const auto report = open(firstLevels(1));
+    EXPECT_EQ(control<FakeTabs>(*report, "TTab_Search_Frame1").TabIndex(), 0);
+    EXPECT_EQ(grid(*report).ColumnCount(), 13);
+    EXPECT_THAT(titles(prices(*report)), ElementsAre("F1 'سطح 1'", "ConsumerPrice 'فی مصرف کننده'"));
+    const TDataSet& rows = *grid(*report).source->DataSet();
+    EXPECT_TRUE(rows.Filtered());
+    EXPECT_EQ(rows.Filter(), "Status = 1");
+    EXPECT_EQ(rows.RecordCount(), 2);
+}
+
+TEST_F(CostReport, leavingARangeOfTheConsumersSearchesOnce) {
+    const auto report = open(firstLevels(1));
+    goToTab(*report, 1);
+    prices(*report).filter = "[ConsumerPrice] >= 5";
+    prices(*report).narrowing = 2;
+    host.calls.clear();
+    std::string searched = "nothing";
+    screens.onSearch = [&] { searched = prices(*report).filter; };
+    goToTab(*report, 0);
+    EXPECT_THAT(host.calls, ElementsAre("Search_TBCChange", "ExecuteFilter_DataSet", "EnableButtons"));
+    EXPECT_EQ(searched, "");
+}
+
+TEST_F(CostReport, failedSearchOfATabLeavesGridAndRangesAsTheyWere) {
+    const auto report = open(firstLevels(1));
+    const auto fail = [] { throw DatabaseError(ErrorCategory::Connection, "08S01", 0, "the connection is lost"); };
+    screens.onSearch = fail;
+    EXPECT_THROW(goToTab(*report, 1), DatabaseError);
+    EXPECT_EQ(grid(*report).ColumnCount(), 13);
+    EXPECT_THAT(titles(prices(*report)), ElementsAre("F1 'سطح 1'", "ConsumerPrice 'فی مصرف کننده'"));
+    EXPECT_TRUE(grid(*report).source->DataSet()->Filtered());
+
+    screens.onSearch = {};
+    goToTab(*report, 1);
+    screens.onSearch = fail;
+    EXPECT_THROW(goToTab(*report, 0), DatabaseError);
+    EXPECT_EQ(grid(*report).ColumnCount(), 14);
+    EXPECT_EQ(prices(*report).items.size(), 3U);
 }
 
 TEST_F(CostReport, sameTabTwiceAddsNothing) {
@@ -242,18 +313,11 @@ TEST_F(CostReport, sameTabTwiceAddsNothing) {
     goToTab(*report, 1);
     goToTab(*report, 1);
     EXPECT_EQ(grid(*report).ColumnCount(), 14);
-    EXPECT_EQ(prices(*report).items.size(), 2U);
+    EXPECT_EQ(prices(*report).items.size(), 3U);
     goToTab(*report, 0);
     goToTab(*report, 0);
     EXPECT_EQ(grid(*report).ColumnCount(), 13);
-    EXPECT_EQ(prices(*report).items.size(), 1U);
-}
-
-TEST_F(CostReport, gridBeforeAnyTabOffersTheConsumerPriceRange) {
-    const auto report = open({});
-    script.expect(kLevelNames, levelNames(firstLevels(1)));
-    report->MakeGrid();
-    EXPECT_THAT(titles(prices(*report)), ElementsAre("F1 'سطح 1'", "ConsumerPrice 'فی مصرف کننده'"));
+    EXPECT_EQ(prices(*report).items[0].FieldName, "F1");
 }
 
 // Searching
@@ -310,27 +374,39 @@ TEST_F(CostReport, registersItsColumnsForPrinting) {
     const auto report = open({{"تک‌فروشی", 1}, {"نمایندگی", 4}});
     goToTab(*report, 1);
     grid(*report).columns[4].Visible = false;
-    std::vector<std::string> registered;
+    const auto registered =
+        ElementsAre("F1 'تک‌فروشی'", "F4 'نمایندگی' hidden", "F2 'F2' hidden out of reach",
+                    "F3 'F3' hidden out of reach", "F5 'F5' hidden out of reach", "F6 'F6' hidden out of reach",
+                    "F7 'F7' hidden out of reach", "F8 'F8' hidden out of reach", "F9 'F9' hidden out of reach",
+                    "F10 'F10' hidden out of reach", "F11 on ConsumerPrice 'قیمت مصرف کننده' at 13");
+    EXPECT_THAT(report->GetMasterReport_Description(), ElementsAre("تک‌فروشی", "قیمت مصرف کننده", "2"));
+    EXPECT_EQ(screens.printReport, "CostReport");
+    EXPECT_THAT(screens.printColumns, registered);
+
+    screens.printColumns.clear();
     screens.onPrintSetting = [&](const TPrintSettingRequest& request, TPrintSetting&) {
         EXPECT_EQ(request.ReportName, "CostReport");
         EXPECT_EQ(request.Form, report.get());
-        for (const TPrintColumn& column : request.Columns)
-            registered.push_back(column.FieldName + ' ' + column.Title + (column.Visible ? "" : " hidden") +
-                                 (column.SettingName.empty() ? "" : " as " + column.SettingName));
+        EXPECT_THAT(screens.printColumns, registered);
         return false;
     };
     control<FakeButton>(*report, "PrintList_BTN").Click();
-    EXPECT_THAT(registered,
-                ElementsAre("F1 تک‌فروشی", "F4 نمایندگی hidden", "ConsumerPrice قیمت مصرف کننده as F11"));
+    EXPECT_THAT(screens.printColumns, registered);
     // Cancelled: nothing is printed.
     EXPECT_TRUE(grid(*report).printed.empty());
+
+    // What is not there any more is not registered any more.
+    goToTab(*report, 0);
+    EXPECT_THAT(report->GetMasterReport_Description(), ElementsAre("تک‌فروشی", "1"));
+    EXPECT_EQ(screens.printColumns.size(), 10U);
 }
 
 TEST_F(CostReport, printsWhatTheUserChoseBehindTheGoodsNames) {
     const auto report = open(firstLevels(3));
-    screens.onPrintSetting = [](const TPrintSettingRequest& request, TPrintSetting& setting) {
-        setting = {.Title = "قیمت همکار", .Columns = {request.Columns[2], request.Columns[0]}};
-        setting.Columns[1].Visible = false;
+    screens.onPrintSetting = [](const TPrintSettingRequest&, TPrintSetting& setting) {
+        setting = {.Title = "قیمت همکار",
+                   .Columns = {{.FieldName = "F3", .Title = "سطح 3"},
+                               {.FieldName = "F1", .Title = "سطح 1", .Visible = false}}};
         setting.Orientation = TPrintOrientation::Landscape;
         return true;
     };

@@ -211,15 +211,34 @@ TEST_F(CostMatrix, thereAreNoOtherOffers) {
 
 // Price lists
 
-TEST_F(CostMatrix, numbersThePriceList) {
+// A price list as a screen asks for it.
+RowSet priceList(const std::vector<std::int64_t>& ids) {
     RowSet rows({{.name = "ID", .type = FieldType::Integer, .identity = true},
-                 {.name = "Cost", .type = FieldType::Decimal, .precision = 23, .scale = 9}});
-    for (const std::int64_t id : {41, 17, 99}) {
+                 {.name = "Type", .type = FieldType::TinyInt},
+                 {.name = "Status", .type = FieldType::Boolean},
+                 {.name = "TypeCode", .type = FieldType::Integer},
+                 {.name = "CostLevelCode", .type = FieldType::Integer},
+                 {.name = "Cost", .type = FieldType::Decimal, .precision = 23, .scale = 9},
+                 {.name = "Default", .type = FieldType::Boolean},
+                 {.name = "title", .type = FieldType::Text},
+                 {.name = "deftitle", .type = FieldType::Text}});
+    for (const std::int64_t id : ids) {
         rows.column(0).appendInt(id);
-        rows.column(1).appendDecimal(Int128{id});
+        rows.column(1).appendInt(3);
+        rows.column(2).appendInt(0);
+        rows.column(3).appendInt(57);
+        rows.column(4).appendInt(1);
+        rows.column(5).appendDecimal(Int128{id} * 1'000'000'000);
+        rows.column(6).appendInt(0);
+        rows.column(7).appendText("همکار");
+        rows.column(8).appendText("");
         rows.finishRow();
     }
-    script.expect("select * from tmpcostlist", std::move(rows));
+    return rows;
+}
+
+TEST_F(CostMatrix, numbersThePriceList) {
+    script.expect("select * from tmpcostlist", priceList({41, 17, 99}));
     EXPECT_EQ(store.SetCost_DS.DataSet(), &store.SetCost_QUR);
     store.SetCost_QUR.SQL = "select * from tmpcostlist";
     store.SetCost_QUR.Open();
@@ -228,6 +247,46 @@ TEST_F(CostMatrix, numbersThePriceList) {
         numbers.push_back(store.SetCost_QUR.FieldByName("Row").AsInteger());
     EXPECT_THAT(numbers, ElementsAre(1, 2, 3));
     EXPECT_TRUE(store.SetCost_QUR.FieldByName("Row").Calculated());
+}
+
+TEST_F(CostMatrix, declaresTheFieldsOfThePriceList) {
+    std::vector<std::string> declared;
+    for (const FieldDeclaration& field : store.SetCost_QUR.declaredFields()) {
+        std::string line = field.name + ' ' + std::to_string(static_cast<int>(field.type));
+        if (field.size > 0) line += " of " + std::to_string(field.size);
+        if (field.precision > 0) line += " " + std::to_string(field.precision) + "," + std::to_string(field.scale);
+        declared.push_back(line + (field.readOnly ? " read only" : "") + (field.currency ? " currency" : ""));
+    }
+    const auto kind = [](FieldType type) { return ' ' + std::to_string(static_cast<int>(type)); };
+    EXPECT_THAT(declared, ElementsAre("ID" + kind(FieldType::Integer) + " read only",
+                                      "Type" + kind(FieldType::SmallInt), "Status" + kind(FieldType::Boolean),
+                                      "TypeCode" + kind(FieldType::Integer), "CostLevelCode" + kind(FieldType::Integer),
+                                      "Cost" + kind(FieldType::Decimal) + " 23,9 currency",
+                                      "Default" + kind(FieldType::Boolean), "title" + kind(FieldType::Text) + " of 50",
+                                      "deftitle" + kind(FieldType::Text) + " of 7 read only"));
+    script.expect("select * from tmpcostlist", priceList({41}));
+    TADOQuery& list = store.SetCost_QUR;
+    list.SQL = "select * from tmpcostlist";
+    list.Open();
+    EXPECT_TRUE(list.FieldByName("Cost").Currency());
+    EXPECT_FALSE(list.FieldByName("ID").Currency());
+    EXPECT_TRUE(list.FieldByName("deftitle").ReadOnly());
+    EXPECT_FALSE(list.FieldByName("title").ReadOnly());
+    list.Edit();
+    EXPECT_THROW(list.FieldByName("ID") = 5, UsageError);
+    EXPECT_THROW(list.FieldByName("deftitle") = "پیش فرض", UsageError);
+    EXPECT_THROW(list.FieldByName("title") = std::string(51, 'x'), DatabaseError);
+    list.FieldByName("title") = std::string(50, 'x');
+    list.FieldByName("Cost") = 12500.5;
+    list.Cancel();
+}
+
+TEST_F(CostMatrix, refusesAPriceListOfOtherFields) {
+    RowSet rows({{.name = "ID", .type = FieldType::Integer}, {.name = "Cost", .type = FieldType::Text}});
+    script.expect("select * from tmpcostlist", std::move(rows));
+    store.SetCost_QUR.SQL = "select * from tmpcostlist";
+    EXPECT_THROW(store.SetCost_QUR.Open(), UsageError);
+    EXPECT_FALSE(store.SetCost_QUR.Active());
 }
 
 // The report
@@ -246,6 +305,8 @@ TEST_F(CostMatrix, opensTheReport) {
 TEST_F(CostMatrix, addsAColumnToTheReport) {
     script.expectChange("Alter Table CostReport Add F11 Decimal(23, 9) ", {}, -1);
     store.AddCostReportColumn(Value{std::int64_t{11}});
+    script.expectChange("Alter Table CostReport Add F12 Decimal(23, 9) ", {}, -1);
+    store.AddCostReportColumn(Value{*Decimal::parse("12")});
     script.expectError("Alter Table CostReport Add F3 Decimal(23, 9) ",
                        DatabaseError(ErrorCategory::Other, "42S21", 2705, "the column is there"));
     EXPECT_THROW(store.AddCostReportColumn(Value{std::string("3")}), DatabaseError);

@@ -52,7 +52,7 @@ TEST_F(CostLevelRegistration, listsEveryOperationOfTheStore) {
                                         "LoadCostDiscountTitles(out GoodCostDiscountTitles record)",
                                         "OfferCost_GetAll(Kind integer, GoodCode integer, PerCode integer, "
                                         "CurrCode integer, Direction integer)",
-                                        "CostReport_Get()", "AddCostReportColumn(V integer)"));
+                                        "CostReport_Get()", "AddCostReportColumn(V text)"));
 }
 
 TEST_F(CostLevelRegistration, readsALevelIntoItsRecord) {

@@ -165,11 +165,45 @@ TEST_F(PrintSettings, areNotAcceptedWithoutAColumn) {
     EXPECT_FALSE(PrintSetting(request, setting));
 }
 
-TEST_F(PrintSettings, withoutANameOrColumnsAreAMistakeOfTheCaller) {
+TEST_F(PrintSettings, withoutANameAreAMistakeOfTheCaller) {
     TPrintSetting setting;
-    EXPECT_THROW(static_cast<void>(PrintSetting({.ReportName = "CostReport", .Title = ""}, setting)), UsageError);
     request.ReportName.clear();
     EXPECT_THROW(static_cast<void>(PrintSetting(request, setting)), UsageError);
+    EXPECT_THROW(RegisterPrintColumn("", {.FieldName = "F1", .Title = "همکار"}), UsageError);
+    EXPECT_THROW(RegisterPrintColumn("CostReport", {.FieldName = "", .Title = "همکار"}), UsageError);
+    EXPECT_THROW(ClearPrintColumns(""), UsageError);
+}
+
+TEST_F(PrintSettings, offerTheRegisteredColumns) {
+    request.Columns.clear();
+    RegisterPrintColumn("CostReport",
+                        {.FieldName = "ConsumerPrice", .Title = "مصرف کننده", .SettingName = "F11", .Index = "13"});
+    RegisterPrintColumn("CostReport", {.FieldName = "F1", .Title = "نام پیشین"});
+    RegisterPrintColumn("CostReport", {.FieldName = "F2", .Title = "F2", .Visible = false, .Offered = false});
+    RegisterPrintColumn("CostReport", {.FieldName = "F1", .Title = "همکار", .Visible = false});
+    RegisterPrintColumn("AnotherReport", {.FieldName = "F3", .Title = "عمده"});
+    const TPrintSetting setting = started();
+    EXPECT_EQ(shown(setting), "F1- ConsumerPrice+ ");
+    EXPECT_EQ(setting.Columns[0].Title, "همکار");
+    // What was not offered has no row.
+    EXPECT_EQ(one("SELECT COUNT(*) FROM PrintsSettings"), "2");
+    EXPECT_EQ(one("SELECT Title FROM PrintsSettings WHERE Comment = 'F11'"), "مصرف کننده");
+}
+
+TEST_F(PrintSettings, withoutAnyColumnAskForTheRest) {
+    request.Columns.clear();
+    ClearPrintColumns("CostReport");
+    TPrintSetting setting;
+    inDialog("PrintSetting_FRM", [](QDialog& dialog) {
+        EXPECT_FALSE(control<QListWidget>(dialog, "Columns_LST")->isVisible());
+        EXPECT_TRUE(control<QPushButton>(dialog, "Ok_BTN")->isEnabled());
+        QTest::mouseClick(control<QRadioButton>(dialog, "Landscape_RDB"), Qt::LeftButton, {}, QPoint(8, 8));
+        press(dialog, "Ok_BTN");
+    });
+    ASSERT_TRUE(PrintSetting(request, setting));
+    EXPECT_TRUE(setting.Columns.empty());
+    EXPECT_EQ(setting.Orientation, TPrintOrientation::Landscape);
+    EXPECT_EQ(one("SELECT COUNT(*) FROM PrintsSettings"), "0");
 }
 
 class EntityPickers : public HostDialogs {

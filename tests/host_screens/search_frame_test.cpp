@@ -84,6 +84,28 @@ TEST_F(SearchFrames, aRangeBoundsTheChosenItem) {
     EXPECT_THROW(frame->DeleteItem(1), UsageError);
 }
 
+TEST_F(SearchFrames, aRangeTellsOnlyOfWhatNarrowsOtherwise) {
+    auto* frame = screens.createCostRangeSearch("Range", &window);
+    frame->AddItem({"F1", "همکار", TSearchDataType::Amount});
+    frame->AddItem({"F2", "عمده", TSearchDataType::Amount});
+    frame->init();
+    int told = 0;
+    frame->OnChange = [&] { ++told; };
+    auto* items = control<QComboBox>(window, "Range_CMB");
+    items->setCurrentIndex(1);
+    EXPECT_EQ(told, 0) << "an item without a range";
+    type(control<QLineEdit>(window, "Range_From_EDT"), QStringLiteral("5"));
+    EXPECT_EQ(told, 1);
+    type(control<QLineEdit>(window, "Range_From_EDT"), QStringLiteral("."));
+    EXPECT_EQ(told, 1) << "the same number";
+    items->setCurrentIndex(0);
+    EXPECT_EQ(told, 2);
+    frame->Clear();
+    EXPECT_EQ(told, 2);
+    type(control<QLineEdit>(window, "Range_From_EDT"), QStringLiteral("5"));
+    EXPECT_EQ(told, 3) << "the same range, after it was cleared";
+}
+
 TEST_F(SearchFrames, aRangeWithoutItemsNarrowsNothing) {
     auto* frame = screens.createDigitRangeSearch("Range", &window);
     frame->init();

@@ -51,8 +51,8 @@ public:
     [[nodiscard]] TGridColumn Column(int index) const override { return columns.at(static_cast<std::size_t>(index)); }
     [[nodiscard]] int ColumnCount() const override { return static_cast<int>(columns.size()); }
     void RemoveColumn(int index) override { columns.erase(columns.begin() + index); }
-    void SetMultiSelect(bool /*on*/) override {}
-    void SetTitleLines(int /*lines*/) override {}
+    void SetMultiSelect(bool on) override { multiSelect = on; }
+    void SetTitleLines(int lines) override { titleLines = lines; }
     [[nodiscard]] int CurrentRow() const override {
         const TDataSet* rows = source != nullptr ? source->DataSet() : nullptr;
         return rows != nullptr ? rows->RecNo() - 1 : -1;
@@ -67,6 +67,8 @@ public:
     TDataSource* source = nullptr;
     std::vector<TGridColumn> columns;
     std::vector<TPrintSetting> printed;
+    bool multiSelect = false;
+    int titleLines = 1;
 
 private:
     QListView view_;
@@ -94,16 +96,21 @@ class FakeRange final : public TRange_Search_Frame {
 public:
     using TRange_Search_Frame::TRange_Search_Frame;
     void init() override { ++inits; }
-    [[nodiscard]] std::string Filter() const override { return {}; }
-    void Clear() override {}
+    [[nodiscard]] std::string Filter() const override { return filter; }
+    void Clear() override { filter.clear(); }
     void FocusFirst() override {}
     void AddItem(const TSearchItem& item) override { items.push_back(item); }
-    void DeleteItem(int index) override { items.erase(items.begin() + index); }
+    void DeleteItem(int index) override {
+        if (index == narrowing) filter.clear();
+        items.erase(items.begin() + index);
+    }
     [[nodiscard]] int ItemCount() const override { return static_cast<int>(items.size()); }
     [[nodiscard]] TSearchItem Item(int index) const override { return items.at(static_cast<std::size_t>(index)); }
 
     std::vector<TSearchItem> items;
     int inits = 0;
+    std::string filter;  // as if entered
+    int narrowing = -1;  // for which item
 };
 
 // A change of tab goes the same way as on a screen: to the screen's reaction, or else to the frame's own.
@@ -146,10 +153,12 @@ public:
     void AddFrame(TSearchFrame* /*frame*/) override {}
     void ExecuteFilter_DataSet() override {
         trace_.emplace_back("ExecuteFilter_DataSet");
+        if (onSearch) onSearch();
         if (AfterSearch) AfterSearch();
     }
 
     TDataSource* source = nullptr;
+    std::function<void()> onSearch;
 
 private:
     Trace& trace_;
@@ -322,6 +331,8 @@ public:
     FakeGetBase::WhileShown onEditor;
     // Editors find their record gone.
     bool editorsCloseOnCreate = false;
+    // What else a search does, failing for instance.
+    std::function<void()> onSearch;
 
     [[nodiscard]] std::unique_ptr<DockBase> createDockBase(TBaseDock_FRM& screen) override {
         return std::make_unique<FakeDockBase>(screen, trace_, onList);
@@ -345,9 +356,27 @@ public:
         return named(new FakeTabs(trace_, parent), objectName);
     }
     [[nodiscard]] std::unique_ptr<TVaroSearchManager> createSearchManager() override {
-        return std::make_unique<FakeSearchManager>(trace_);
+        auto manager = std::make_unique<FakeSearchManager>(trace_);
+        manager->onSearch = [this] {
+            if (onSearch) onSearch();
+        };
+        return manager;
     }
     void SetWinControlRightAlign(QWidget& control) override { control.setLayoutDirection(Qt::RightToLeft); }
+    // "F3 'همکار' hidden out of reach", "F11 on ConsumerPrice 'قیمت مصرف کننده' at 13"
+    void RegisterPrintColumn(const std::string& reportName, const TPrintColumn& column) override {
+        const bool own = !column.SettingName.empty();
+        printColumns.push_back((own ? column.SettingName + " on " : "") + column.FieldName + " '" + column.Title +
+                               '\'' + (column.Index.empty() ? "" : " at " + column.Index) +
+                               (column.Visible ? "" : " hidden") + (column.Offered ? "" : " out of reach"));
+        printReport = reportName;
+    }
+    void ClearPrintColumns(const std::string& reportName) override {
+        printColumns.clear();
+        printReport = reportName;
+    }
+    std::vector<std::string> printColumns;
+    std::string printReport;  // whose columns were told last
     // What onPrintSetting answers; without it the dialog is cancelled.
     std::function<bool(const TPrintSettingRequest&, TPrintSetting&)> onPrintSetting;
     [[nodiscard]] bool PrintSetting(const TPrintSettingRequest& request, TPrintSetting& setting) override {
