@@ -59,6 +59,7 @@ struct IndexSchema {
     bool unique = false;
     std::vector<KeyColumnSchema> columns;
     std::string condition{};  // of a filtered index; empty when it holds every row
+    std::vector<std::string> included{};
 };
 
 struct TableSchema {

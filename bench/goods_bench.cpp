@@ -76,7 +76,7 @@ std::string fiveDigits(int number) {
 }
 
 std::string barcodeOf(int number) {
-    return std::to_string(kFirstLayout + number % kLayouts) + fiveDigits(number * 7919 % kGoods) + "012505";
+    return std::to_string(kFirstLayout + number % kLayouts) + fiveDigits(number % kGoods * 7919 % kGoods) + "012505";
 }
 
 std::string layoutStatement(const std::string& barcode) {

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "engines/embedded/catalog/catalog.h"
+#include "engines/embedded/catalog/text_search.h"
 
 namespace basalt::embedded {
 
@@ -70,6 +71,9 @@ std::vector<std::string> findProblems(SqliteDatabase& database) {
             problems.push_back("A row of " + references.textAt(0) + " refers to a row of " + references.textAt(2) +
                                " that is not there");
         }
+        references.reset();
+        Catalog catalog(database);
+        checkTextSearch(database, catalog, problems);
     } catch (const DatabaseError& error) {
         if (error.category() != ErrorCategory::Corrupt) throw;
         problems.emplace_back(error.what());

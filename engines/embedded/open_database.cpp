@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "engines/embedded/catalog/catalog.h"
+#include "engines/embedded/catalog/text_search.h"
 #include "engines/embedded/runtime/collation.h"
 #include "engines/embedded/runtime/function_support.h"
 
@@ -10,8 +11,10 @@ namespace basalt::embedded {
 
 namespace {
 
-// How the engine keeps values and system tables; a file of a later number is not for this program.
-constexpr int kFormatVersion = 1;
+// How the engine keeps values and system tables; a file of a later number is not for this program. A file takes a
+// higher number when it first holds what programs of the lower one do not know.
+constexpr int kFormatVersion = 2;
+constexpr const char* kFirstFormat = "1";
 
 [[noreturn]] void refuseNewer(const std::string& path) {
     throw DatabaseError(
@@ -55,7 +58,7 @@ std::unique_ptr<SqliteDatabase> openDatabase(const std::string& path, const Embe
         database->execute("BEGIN IMMEDIATE");
         // Another program may have been first.
         Catalog::createSystemTables(*database, false);
-        catalog.setProperty("format_version", std::to_string(kFormatVersion));
+        catalog.setProperty("format_version", kFirstFormat);
         catalog.setProperty("collation_version", collationVersion());
         database->execute("COMMIT");
     } else if (database->integer("SELECT count(*) FROM sqlite_schema WHERE name = 'basalt_property'") == 0) {
@@ -68,6 +71,7 @@ std::unique_ptr<SqliteDatabase> openDatabase(const std::string& path, const Embe
         // The order of texts has changed with the system's Unicode data: indexes built by the old order are wrong.
         database->execute("BEGIN IMMEDIATE");
         database->execute("REINDEX TSQL");
+        refillTextSearch(*database, catalog);
         catalog.setProperty("collation_version", collationVersion());
         database->execute("COMMIT");
     }

@@ -82,6 +82,7 @@ std::string tableText(const TableSchema& table) {
 std::string indexText(const TableSchema& table, const IndexSchema& index) {
     return std::string("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX " + bracketed(index.name) + " ON dbo." +
            bracketed(table.name) + " " + columnList(index.columns) +
+           (index.included.empty() ? "" : " INCLUDE " + columnList(index.included)) +
            (index.condition.empty() ? "" : " WHERE " + index.condition);
 }
 

@@ -159,6 +159,8 @@ private:
                                      const Scope& scope) const;
     void checkGrouping(const BoundSelect& select, const BoundQuery* query, const Scope& scope, SourceRange range);
     BoundPtr rowLimit(const ast::Expression& count, Scope* scope);
+    // text_search.cpp: marks what LIKE can look up.
+    void findTextSearches(BoundSelect& select);
     // select_assignment.cpp
     BoundPtr assignedItem(const ast::SelectItem& item, Scope& scope);
     void settleRunningValues(BoundSelectStatement& statement, SourceRange range);

@@ -88,6 +88,12 @@ struct BaseColumn {
     bool identity = false;
 };
 
+// Where the rows that may match a LIKE are found.
+struct BoundTextSearch {
+    std::string pieces;            // the table of the pieces, as SQLite takes it: piece, k1, k2, ...
+    std::vector<std::string> key;  // the columns of the searched table that k1, k2, ... are
+};
+
 struct BoundExpression {
     BoundKind kind = BoundKind::Constant;
     SqlType type;
@@ -105,6 +111,7 @@ struct BoundExpression {
     std::unique_ptr<BoundQuery> query;
     std::unique_ptr<BoundOver> over;
     std::optional<BaseColumn> base;
+    std::unique_ptr<BoundTextSearch> search;  // of a LIKE; it is true for no other rows
 
     BoundExpression();
     ~BoundExpression();

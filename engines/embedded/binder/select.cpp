@@ -74,6 +74,7 @@ std::unique_ptr<BoundSelect> Binder::select(const ast::Select& select, Scope* ou
     result->distinct = select.distinct;
     if (!select.from.empty()) result->from = from(select.from, scope);
     if (select.where != nullptr) result->where = condition(*select.where, &scope);
+    findTextSearches(*result);
     for (const ast::ExpressionPtr& group : select.groupBy) {
         if (group->kind == ast::ExpressionKind::Literal) {
             fail(164, "Each GROUP BY expression must contain at least one column that is not an outer reference.",

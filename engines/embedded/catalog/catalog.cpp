@@ -40,6 +40,10 @@ std::string shownIndexName(std::string_view table, std::string_view stored) {
     return std::string(stored.starts_with(prefix) ? stored.substr(prefix.size()) : stored);
 }
 
+std::string piecesTable(std::string_view table, std::string_view column) {
+    return "basalt_pieces." + std::string(table) + "." + std::string(column);
+}
+
 std::string sqlQuoted(std::string_view name) {
     return quotedWith(name, '"');
 }
@@ -166,6 +170,13 @@ void Catalog::readDetails(Table& table) {
         if (const int position = table.find(defaults.textAt(0)); position >= 0) {
             table.columns[static_cast<std::size_t>(position)].defaultText = defaults.textAt(1);
         }
+    }
+    SqliteStatement pieces = database_.prepare("SELECT 1 FROM main.sqlite_schema WHERE type = 'table' AND name = ?1");
+    for (std::size_t i = 0; i < table.columns.size() && !table.temporary; ++i) {
+        if (!table.columns[i].type.isText()) continue;
+        pieces.bind(1, std::string_view(piecesTable(table.name, table.columns[i].name)));
+        if (pieces.step()) table.searched.push_back(i);
+        pieces.reset();
     }
     const std::string arguments = "(" + sqlText(table.name) + ", '" + schema.substr(0, schema.size() - 1) + "')";
     SqliteStatement indexes =

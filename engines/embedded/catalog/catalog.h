@@ -54,6 +54,8 @@ struct Table {
     std::vector<std::size_t> key;  // positions of the primary key's columns
     std::vector<Index> uniques;
     std::vector<ForeignKey> foreignKeys;
+    // Positions of the columns whose texts are kept in pieces too (catalog/text_search.h).
+    std::vector<std::size_t> searched;
 
     // -1 when there is none.
     [[nodiscard]] int find(std::string_view column) const;
@@ -148,6 +150,9 @@ private:
 // T-SQL's index names are unique within a table, SQLite's within the database.
 [[nodiscard]] std::string storedIndexName(std::string_view table, std::string_view index);
 [[nodiscard]] std::string shownIndexName(std::string_view table, std::string_view stored);
+
+// The table that keeps the pieces of a column's texts.
+[[nodiscard]] std::string piecesTable(std::string_view table, std::string_view column);
 
 // "name" with doubled quotes inside.
 [[nodiscard]] std::string sqlQuoted(std::string_view name);

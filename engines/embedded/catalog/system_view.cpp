@@ -5,6 +5,7 @@
 #include "ado/names.h"
 #include "engines/embedded/ast/definition_statement.h"
 #include "engines/embedded/catalog/data_type.h"
+#include "engines/embedded/catalog/included_columns.h"
 #include "engines/embedded/parser/parser.h"
 
 namespace basalt::embedded {
@@ -206,22 +207,27 @@ struct StoredIndex {
     std::string table, name;
     bool unique = false, primary = false, constraint = false;
     std::vector<std::string> columns;
+    std::vector<std::string> included;
 };
 
 std::vector<StoredIndex> indexesOf(Catalog& catalog, SqliteDatabase& database) {
     std::vector<StoredIndex> indexes;
     for (const Table& table : tablesOf(catalog)) {
         for (const Index& index : table.uniques)
-            indexes.push_back({table.name, index.name, true, index.primary, index.constraint, index.columns});
+            indexes.push_back({table.name, index.name, true, index.primary, index.constraint, index.columns,
+                               includedColumns(database, table, storedIndexName(table.name, index.name))});
         SqliteStatement others = database.prepare("SELECT name FROM pragma_index_list(" + sqlText(table.name) +
                                                   ", 'main') WHERE NOT \"unique\" ORDER BY name");
         while (others.step()) {
             const std::string stored = others.textAt(0);
-            StoredIndex index{table.name, shownIndexName(table.name, stored), false, false, false, {}};
+            StoredIndex index{table.name, shownIndexName(table.name, stored),      false, false, false,
+                              {},         includedColumns(database, table, stored)};
             SqliteStatement columns =
                 database.prepare("SELECT name FROM pragma_index_info(" + sqlText(stored) + ", 'main') ORDER BY seqno");
             while (columns.step())
                 index.columns.push_back(columns.textAt(0));
+            // They stand behind the key.
+            index.columns.resize(index.columns.size() - index.included.size());
             indexes.push_back(std::move(index));
         }
     }
@@ -256,11 +262,16 @@ Rows indexColumnRows(Catalog& catalog, SqliteDatabase& database) {
     Rows rows;
     eachIndex(indexesOf(catalog, database), [&](const StoredIndex& index, int ordinal) {
         const Table* table = catalog.table(index.table);
-        for (std::size_t i = 0; i < index.columns.size(); ++i) {
-            const auto position = static_cast<std::int64_t>(i) + 1;
+        std::int64_t position = 0;
+        const auto add = [&](const std::string& column, bool included) {
+            ++position;
             rows.push_back({number(Catalog::objectNumber(index.table)), number(ordinal), number(position),
-                            number(table->find(index.columns[i]) + 1), number(position), false});
-        }
+                            number(table->find(column) + 1), number(included ? 0 : position), included});
+        };
+        for (const std::string& column : index.columns)
+            add(column, false);
+        for (const std::string& column : index.included)
+            add(column, true);
     });
     return rows;
 }

@@ -149,6 +149,7 @@ std::unique_ptr<Plan> Executor::plan(const ast::Batch& batch, const ast::Stateme
             BoundSelectStatement bound = binder.selectStatement(ast::as<ast::SelectStatement>(statement));
             writer.query(*bound.query);
             result = prepared(writer);
+            planTextSearch(*result, *bound.query, writer);
             if (bound.assignments.empty()) describe(*result, bound.query->columns);
             result->assignments = std::move(bound.assignments);
             break;
@@ -169,7 +170,7 @@ std::unique_ptr<Plan> Executor::plan(const ast::Batch& batch, const ast::Stateme
             result = prepared(writer);
             result->kind = PlanKind::Insert;
             result->table = bound.table->name;
-            result->oneRow = bound.query == nullptr && bound.rows.size() == 1;
+            result->oneRow = bound.query == nullptr && bound.rows.size() == 1 && bound.table->searched.empty();
             result->generatesIdentity = bound.generatesIdentity;
             result->setsIdentity = bound.setsIdentity;
             result->identityOutput = bound.returning.empty() ? 0 : bound.returning.size() - 1;
@@ -184,7 +185,7 @@ std::unique_ptr<Plan> Executor::plan(const ast::Batch& batch, const ast::Stateme
             result = prepared(writer);
             result->kind = PlanKind::Update;
             result->table = bound.table->name;
-            result->oneRow = bound.oneRow;
+            result->oneRow = bound.oneRow && bound.table->searched.empty();
             result->assignments = std::move(bound.assignments);
             describe(*result, bound.outputs);
             if (bound.before.query != nullptr) {
@@ -329,6 +330,7 @@ void Executor::bindSlot(SqliteStatement& statement, int index, const Slot& slot,
 }
 
 void Executor::bind(Plan& plan, const Environment& environment) {
+    if (plan.search != nullptr) chooseTextSearch(plan, environment);
     for (std::size_t i = 0; i < plan.slots.size(); ++i)
         bindSlot(plan.statement, static_cast<int>(i + 1), plan.slots[i], environment);
 }

@@ -102,6 +102,9 @@ private:
                                const Environment& environment);
     std::unique_ptr<Plan> prepared(class SqlWriter& writer);
     void describe(Plan& plan, const std::vector<OutputColumn>& columns);
+    // text_search.cpp
+    void planTextSearch(Plan& plan, const BoundQuery& query, const class SqlWriter& written);
+    void chooseTextSearch(Plan& plan, const Environment& environment);
     void bind(Plan& plan, const Environment& environment);
     void bindSlot(SqliteStatement& statement, int index, const Slot& slot, const Environment& environment);
     [[nodiscard]] Value systemValue(SystemValue value);

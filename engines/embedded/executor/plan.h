@@ -42,6 +42,20 @@ struct OutputTarget {
     PlanSet plans;
 };
 
+// The same query with its LIKEs looked up, for patterns that few texts come into question for.
+struct TextSearch {
+    // Counts how many, up to a number that is too many.
+    struct Probe {
+        SqliteStatement statement;
+        Slot pattern;
+    };
+    std::vector<Probe> probes;
+    // Those of the plan and these change places when the patterns want it.
+    SqliteStatement statement;
+    std::vector<Slot> slots;
+    bool inUse = false;
+};
+
 struct Plan {
     PlanKind kind = PlanKind::Select;
     SqliteStatement statement;
@@ -58,6 +72,7 @@ struct Plan {
     std::uint64_t generation = 0;          // of the catalog
     std::unique_ptr<Plan> before;          // of UPDATE: assigns variables from the rows before they change
     std::unique_ptr<Plan> shown;           // of UPDATE: its OUTPUT, from the rows before they change
+    std::unique_ptr<TextSearch> search;    // null when the query has no such LIKE
     std::unique_ptr<OutputTarget> target;  // where the OUTPUT goes instead of to the caller
 
     [[nodiscard]] bool writes() const { return kind != PlanKind::Select; }

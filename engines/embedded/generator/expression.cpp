@@ -119,6 +119,11 @@ void SqlWriter::expression(const BoundExpression& expression) {
             *this << expression.name;
             return;
         case BoundKind::Call:
+            // In the query of an APPLY the pattern comes as a parameter of another kind.
+            if (expression.search != nullptr && outer_ == nullptr) {
+                textSearches_.push_back(&expression);
+                if (texts_ == Texts::LookUp) lookUp(expression);
+            }
             *this << expression.name << "(";
             list(expression.arguments);
             *this << ")";
@@ -168,6 +173,22 @@ void SqlWriter::expression(const BoundExpression& expression) {
             *this << "))";
             return;
     }
+}
+
+// Before the LIKE itself, which still has the last word.
+void SqlWriter::lookUp(const BoundExpression& like) {
+    const BoundTextSearch& search = *like.search;
+    *this << "(";
+    for (std::size_t i = 0; i < search.key.size(); ++i)
+        *this << (i == 0 ? "" : ", ") << search.key[i];
+    *this << ") IN (SELECT ";
+    for (std::size_t i = 1; i <= search.key.size(); ++i)
+        *this << (i == 1 ? "k" : ", k") << std::to_string(i);
+    *this << " FROM " << search.pieces << " WHERE piece >= t_needle(";
+    expression(*like.arguments[1]);
+    *this << ") AND piece < t_needle_end(";
+    expression(*like.arguments[1]);
+    *this << ")) AND ";
 }
 
 // Long chains of AND, OR and || are written as balanced trees: SQLite bounds the height of an expression.

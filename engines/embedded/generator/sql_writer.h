@@ -20,6 +20,11 @@ namespace basalt::embedded {
 
 class SqlWriter {
 public:
+    enum class Texts : std::uint8_t { ReadThrough, LookUp };
+
+    // By default every LIKE is written as the test of a row that it is; with LookUp those that can be looked up are.
+    explicit SqlWriter(Texts texts = Texts::ReadThrough) : texts_(texts) {}
+
     // expression.cpp
     void expression(const BoundExpression& expression);
     // query.cpp
@@ -31,6 +36,8 @@ public:
 
     [[nodiscard]] const std::string& sql() const { return sql_; }
     [[nodiscard]] std::vector<Slot> takeSlots() { return std::move(slots_); }
+    // The LIKEs so far that can be looked up. They live as long as the statement that was written.
+    [[nodiscard]] const std::vector<const BoundExpression*>& textSearches() const { return textSearches_; }
 
 private:
     void collated(const BoundExpression& expression);
@@ -42,6 +49,7 @@ private:
     void caseExpression(const BoundExpression& expression);
     void in(const BoundExpression& expression);
     void list(const std::vector<BoundPtr>& expressions);
+    void lookUp(const BoundExpression& like);
 
     void with(const std::vector<BoundCommonTable>& tables);
     void body(const BoundBody& body);
@@ -60,7 +68,9 @@ private:
         return *this;
     }
 
+    Texts texts_;
     std::string sql_;
+    std::vector<const BoundExpression*> textSearches_;
     std::vector<Slot> slots_;
     std::unordered_multimap<std::uint64_t, std::size_t> slotNumbers_;  // where they are
     const std::vector<std::string>* outer_ = nullptr;                  // aliases from outside, in the query of an APPLY

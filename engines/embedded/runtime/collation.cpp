@@ -115,14 +115,13 @@ int compareTexts(std::string_view a, std::string_view b) {
     return a.size() < b.size() ? -1 : 1;
 }
 
+char32_t foldedCharacter(char32_t character) {
+    if (character < 128) return character >= 'A' && character <= 'Z' ? character + 32 : character;
+    return static_cast<char32_t>(u_foldCase(static_cast<UChar32>(character), U_FOLD_CASE_DEFAULT));
+}
+
 bool sameCharacter(char32_t a, char32_t b) {
-    if (a == b) return true;
-    if (a < 128 && b < 128) {
-        const auto lower = [](char32_t c) { return c >= 'A' && c <= 'Z' ? c + 32 : c; };
-        return lower(a) == lower(b);
-    }
-    return u_foldCase(static_cast<UChar32>(a), U_FOLD_CASE_DEFAULT) ==
-           u_foldCase(static_cast<UChar32>(b), U_FOLD_CASE_DEFAULT);
+    return a == b || foldedCharacter(a) == foldedCharacter(b);
 }
 
 int compareCharacters(char32_t a, char32_t b) {

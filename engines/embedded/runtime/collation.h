@@ -15,6 +15,8 @@ namespace basalt::embedded {
 
 // Whether two single characters (code points) are the same to the collation.
 [[nodiscard]] bool sameCharacter(char32_t a, char32_t b);
+// The one that stands for all characters that are the same.
+[[nodiscard]] char32_t foldedCharacter(char32_t character);
 [[nodiscard]] int compareCharacters(char32_t a, char32_t b);
 
 // Changes when a new release of the collation data may order texts differently: indexes must then be rebuilt.

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "engines/embedded/runtime/collation.h"
+#include "engines/embedded/runtime/text_pieces.h"
 
 namespace basalt::embedded {
 
@@ -51,6 +52,7 @@ void addRuntime(SqliteDatabase& database) {
     addMathFunctions(database);
     addDateFunctions(database);
     addAggregateFunctions(database);
+    addTextPieces(database);
 }
 
 }  // namespace basalt::embedded

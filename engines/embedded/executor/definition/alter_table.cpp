@@ -2,6 +2,8 @@
 #include <algorithm>
 
 #include "ado/names.h"
+#include "engines/embedded/catalog/included_columns.h"
+#include "engines/embedded/catalog/text_search.h"
 #include "engines/embedded/executor/constraint_error.h"
 #include "engines/embedded/executor/definition/schema_reader.h"
 #include "engines/embedded/executor/definition/table_design.h"
@@ -77,6 +79,7 @@ std::string userOf(const TableDesign& design, std::string_view column) {
 struct StoredIndex {
     std::string name, sql;
     std::string condition;  // T-SQL
+    std::vector<std::string> included;
 };
 
 std::vector<StoredIndex> indexesOf(const Table& table, SqliteDatabase& database) {
@@ -86,10 +89,12 @@ std::vector<StoredIndex> indexesOf(const Table& table, SqliteDatabase& database)
     list.bind(1, std::string_view(table.name));
     std::vector<StoredIndex> result;
     while (list.step())
-        result.push_back({list.textAt(0), list.textAt(1), {}});
+        result.push_back({list.textAt(0), list.textAt(1), {}, {}});
     list.reset();
     for (StoredIndex& index : result) {
-        if (!table.temporary) index.condition = indexCondition(database, table, index.name);
+        if (table.temporary) continue;
+        index.condition = indexCondition(database, table, index.name);
+        index.included = includedColumns(database, table, index.name);
     }
     return result;
 }
@@ -188,6 +193,7 @@ void rebuild(const Table& before, const TableDesign& after, SqliteDatabase& data
     }
     const References references(database);
     database.execute(("CREATE TEMP TABLE basalt_rebuild AS SELECT * FROM " + before.sqlName()).c_str());
+    dropTextSearch(database, before);
     database.execute(("DROP TABLE " + before.sqlName()).c_str());
     TableDesign::forget(before.name, before.temporary, database);
     after.create(database, catalog);
@@ -199,8 +205,13 @@ void rebuild(const Table& before, const TableDesign& after, SqliteDatabase& data
     for (const StoredIndex& index : indexes) {
         if (!exists(database, before, index.name)) database.execute(index.sql.c_str());
         if (!index.condition.empty()) keepIndexCondition(database, before, index.name, index.condition);
+        keepIncludedColumns(database, before, index.name, index.included);
     }
     catalog.invalidate();
+    if (!before.temporary) {
+        settleTextSearch(database, catalog.requireTable(before.name), includedColumns(database, before));
+        catalog.invalidate();
+    }
     references.check(before, catalog);
 }
 

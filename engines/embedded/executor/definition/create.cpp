@@ -2,6 +2,8 @@
 #include <algorithm>
 
 #include "ado/names.h"
+#include "engines/embedded/catalog/included_columns.h"
+#include "engines/embedded/catalog/text_search.h"
 #include "engines/embedded/executor/definition/schema_reader.h"
 #include "engines/embedded/executor/definition/table_design.h"
 #include "engines/embedded/executor/executor.h"
@@ -129,6 +131,27 @@ void Executor::createIndex(const ast::Batch& batch, const ast::CreateIndexStatem
         names.push_back(table.columns[static_cast<std::size_t>(position)].name);
         columns += (columns.empty() ? "" : ", ") + sqlQuoted(names.back()) + (key.descending ? " DESC" : "");
     }
+    std::vector<std::string> included;
+    for (const ast::Identifier& name : statement.included) {
+        const int position = table.find(name.text);
+        if (position < 0) {
+            throw statementError(ErrorCategory::NotFound, 1911,
+                                 "Column name '" + name.text + "' does not exist in the target table or view.",
+                                 batch.text, name.range);
+        }
+        const std::string& column = table.columns[static_cast<std::size_t>(position)].name;
+        const auto twice = [&](const std::vector<std::string>& list) {
+            return std::find(list.begin(), list.end(), column) != list.end();
+        };
+        if (twice(names) || twice(included)) {
+            throw statementError(
+                ErrorCategory::Other, 1909,
+                "Cannot use duplicate column names in index. Column name '" + column + "' listed more than once.",
+                batch.text, name.range);
+        }
+        included.push_back(column);
+        if (!statement.unique) columns += ", " + sqlQuoted(column);
+    }
     SqliteStatement taken = database_.prepare(std::string("SELECT 1 FROM ") + (table.temporary ? "temp" : "main") +
                                               ".sqlite_schema WHERE type = 'index' AND name = ?1 COLLATE NOCASE");
     taken.bind(1, std::string_view(stored));
@@ -153,6 +176,10 @@ void Executor::createIndex(const ast::Batch& batch, const ast::CreateIndexStatem
     }
     if (code != SQLITE_OK) throw database_.failure(code);
     if (!condition.empty() && !table.temporary) keepIndexCondition(database_, table, stored, condition);
+    if (!included.empty() && !table.temporary) {
+        keepIncludedColumns(database_, table, stored, included);
+        settleTextSearch(database_, table, includedColumns(database_, table));
+    }
     if (statement.unique && statement.where == nullptr) createNullGuards(database_, table, statement.name.text, names);
 }
 

@@ -1,5 +1,7 @@
 // DROP TABLE, VIEW, PROCEDURE, FUNCTION and INDEX; TRUNCATE TABLE.
 #include "ado/names.h"
+#include "engines/embedded/catalog/included_columns.h"
+#include "engines/embedded/catalog/text_search.h"
 #include "engines/embedded/executor/definition/schema_reader.h"
 #include "engines/embedded/executor/definition/table_design.h"
 #include "engines/embedded/executor/executor.h"
@@ -94,8 +96,11 @@ void Executor::drop(const ast::Batch& batch, const ast::DropStatement& statement
                     if (dropped) {
                         for (const std::string& stored : names) {
                             database_.execute(("DROP INDEX " + schema + "." + sqlQuoted(stored)).c_str());
-                            if (!table->temporary) forgetIndexCondition(database_, *table, stored);
+                            if (table->temporary) continue;
+                            forgetIndexCondition(database_, *table, stored);
+                            forgetIncludedColumns(database_, *table, stored);
                         }
+                        settleTextSearch(database_, *table, includedColumns(database_, *table));
                     }
                 }
                 if (!dropped) missing();
@@ -121,6 +126,7 @@ void Executor::drop(const ast::Batch& batch, const ast::DropStatement& statement
 void Executor::dropTable(const std::string& name) {
     catalog_.settleIdentities();
     const Table table = catalog_.requireTable(name);
+    dropTextSearch(database_, table);
     database_.execute(("DROP TABLE " + table.sqlName()).c_str());
     TableDesign::forget(table.name, table.temporary, database_);
     usedIdentities_.erase(foldName(table.name));

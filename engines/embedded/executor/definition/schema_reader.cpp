@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ado/names.h"
+#include "engines/embedded/catalog/included_columns.h"
 #include "engines/embedded/executor/definition/table_design.h"
 
 namespace basalt::embedded {
@@ -47,8 +48,10 @@ void readIndexes(SqliteDatabase& database, const Table& table, TableSchema& sche
     while (list.step()) {
         const std::string stored = list.textAt(0);
         if (stored.starts_with("basalt_null_")) continue;
-        schema.indexes.push_back({shownIndexName(table.name, stored), list.integerAt(1) != 0,
-                                  indexColumns(database, stored), indexCondition(database, table, stored)});
+        IndexSchema index{shownIndexName(table.name, stored), list.integerAt(1) != 0, indexColumns(database, stored),
+                          indexCondition(database, table, stored), includedColumns(database, table, stored)};
+        if (!index.unique) index.columns.resize(index.columns.size() - index.included.size());
+        schema.indexes.push_back(std::move(index));
     }
 }
 

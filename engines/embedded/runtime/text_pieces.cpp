@@ -1,0 +1,190 @@
+#include "engines/embedded/runtime/text_pieces.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "engines/embedded/runtime/collation.h"
+#include "engines/embedded/runtime/function_support.h"
+#include "engines/embedded/runtime/utf16.h"
+
+namespace basalt::embedded {
+
+namespace {
+
+// Fewer characters would hardly narrow anything.
+constexpr std::size_t kShortestNeedle = 3;
+// More characters would make the pieces larger and hardly tell more texts apart.
+constexpr std::size_t kLongestPiece = 8;
+
+// A text with all characters folded, and where each begins.
+struct Folded {
+    std::string bytes;
+    std::vector<std::size_t> starts;  // one more than there are characters
+
+    void add(char32_t character) {
+        appendCharacter(bytes, foldedCharacter(character));
+        // What has no form of its own still counts as a character.
+        if (bytes.size() == starts.back()) appendCharacter(bytes, U'\uFFFD');
+        starts.push_back(bytes.size());
+    }
+    [[nodiscard]] std::size_t count() const { return starts.size() - 1; }
+    [[nodiscard]] std::string_view part(std::size_t from, std::size_t to) const {
+        return std::string_view(bytes).substr(starts[from], starts[to] - starts[from]);
+    }
+};
+
+// The rows of t_pieces.
+struct Cursor : sqlite3_vtab_cursor {
+    std::vector<std::string> pieces;
+    std::size_t at = 0;
+};
+
+Cursor& cursorOf(sqlite3_vtab_cursor* cursor) {
+    return *static_cast<Cursor*>(cursor);
+}
+
+int connect(sqlite3* database, void*, int, const char* const*, sqlite3_vtab** table, char**) {
+    const int code = sqlite3_declare_vtab(database, "CREATE TABLE x(value, source HIDDEN)");
+    if (code != SQLITE_OK) return code;
+    // The triggers that keep the pieces read it, whoever has made the file.
+    sqlite3_vtab_config(database, SQLITE_VTAB_INNOCUOUS);
+    *table = new sqlite3_vtab{};
+    return SQLITE_OK;
+}
+
+int disconnect(sqlite3_vtab* table) {
+    delete table;
+    return SQLITE_OK;
+}
+
+int bestIndex(sqlite3_vtab*, sqlite3_index_info* info) {
+    for (int i = 0; i < info->nConstraint; ++i) {
+        const auto& constraint = info->aConstraint[i];
+        if (constraint.iColumn != 1 || constraint.op != SQLITE_INDEX_CONSTRAINT_EQ || constraint.usable == 0) continue;
+        info->aConstraintUsage[i].argvIndex = 1;
+        info->aConstraintUsage[i].omit = 1;
+        info->estimatedCost = 20;
+        info->estimatedRows = 20;
+        return SQLITE_OK;
+    }
+    return SQLITE_CONSTRAINT;
+}
+
+int openCursor(sqlite3_vtab*, sqlite3_vtab_cursor** cursor) {
+    *cursor = new Cursor();
+    return SQLITE_OK;
+}
+
+int closeCursor(sqlite3_vtab_cursor* cursor) {
+    delete static_cast<Cursor*>(cursor);
+    return SQLITE_OK;
+}
+
+int filter(sqlite3_vtab_cursor* cursor, int, const char*, int count, sqlite3_value** values) {
+    try {
+        Cursor& own = cursorOf(cursor);
+        own.pieces.clear();
+        own.at = 0;
+        if (count != 1 || sqlite3_value_type(values[0]) == SQLITE_NULL) return SQLITE_OK;
+        const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(values[0]));
+        if (text == nullptr) return SQLITE_NOMEM;
+        own.pieces = piecesOf({text, static_cast<std::size_t>(sqlite3_value_bytes(values[0]))});
+        return SQLITE_OK;
+    } catch (const std::bad_alloc&) {
+        return SQLITE_NOMEM;
+    }
+}
+
+int advance(sqlite3_vtab_cursor* cursor) {
+    ++cursorOf(cursor).at;
+    return SQLITE_OK;
+}
+
+int atEnd(sqlite3_vtab_cursor* cursor) {
+    return cursorOf(cursor).at >= cursorOf(cursor).pieces.size() ? 1 : 0;
+}
+
+int column(sqlite3_vtab_cursor* cursor, sqlite3_context* context, int index) {
+    if (index != 0) return SQLITE_OK;
+    const std::string& piece = cursorOf(cursor).pieces[cursorOf(cursor).at];
+    sqlite3_result_blob64(context, piece.data(), piece.size(), SQLITE_TRANSIENT);
+    return SQLITE_OK;
+}
+
+int rowNumber(sqlite3_vtab_cursor* cursor, sqlite3_int64* number) {
+    *number = static_cast<sqlite3_int64>(cursorOf(cursor).at);
+    return SQLITE_OK;
+}
+
+const sqlite3_module& module() {
+    static const sqlite3_module made = [] {
+        sqlite3_module m{};
+        m.xConnect = connect;  // no xCreate: the table is there by itself and nowhere else
+        m.xDisconnect = disconnect;
+        m.xBestIndex = bestIndex;
+        m.xOpen = openCursor;
+        m.xClose = closeCursor;
+        m.xFilter = filter;
+        m.xNext = advance;
+        m.xEof = atEnd;
+        m.xColumn = column;
+        m.xRowid = rowNumber;
+        return m;
+    }();
+    return made;
+}
+
+}  // namespace
+
+std::vector<std::string> piecesOf(std::string_view text) {
+    Folded folded{{}, {0}};
+    for (std::size_t offset = 0; offset < text.size();)
+        folded.add(nextCharacter(text, offset));
+    std::vector<std::string> pieces;
+    for (std::size_t i = 0; i + kShortestNeedle <= folded.count(); ++i)
+        pieces.emplace_back(folded.part(i, std::min(i + kLongestPiece, folded.count())));
+    std::sort(pieces.begin(), pieces.end());
+    pieces.erase(std::unique(pieces.begin(), pieces.end()), pieces.end());
+    return pieces;
+}
+
+std::optional<std::string> needleOf(std::string_view pattern) {
+    Folded longest{{}, {0}};
+    Folded current{{}, {0}};
+    const auto close = [&] {
+        if (current.count() > longest.count()) longest = current;
+        current = {{}, {0}};
+    };
+    for (std::size_t offset = 0; offset < pattern.size();) {
+        const char32_t character = nextCharacter(pattern, offset);
+        if (character == U'[') break;  // what follows may belong to the set
+        if (character == U'%' || character == U'_') {
+            close();
+        } else {
+            current.add(character);
+        }
+    }
+    close();
+    if (longest.count() < kShortestNeedle) return std::nullopt;
+    // Of a long needle the end, since what is numbered begins alike.
+    const std::size_t from = longest.count() - std::min(longest.count(), kLongestPiece);
+    return std::string(longest.part(from, longest.count()));
+}
+
+void addTextPieces(SqliteDatabase& database) {
+    const int code = sqlite3_create_module_v2(database.handle(), "t_pieces", &module(), nullptr, nullptr);
+    if (code != SQLITE_OK) throw database.failure(code);
+    addFunction(database, "t_needle", 1, [](Call& call) {
+        const std::optional<std::string> needle = needleOf(call.text(0));
+        needle ? call.result(Value(Bytes(needle->begin(), needle->end()))) : call.resultNull();
+    });
+    addFunction(database, "t_needle_end", 1, [](Call& call) {
+        const std::optional<std::string> needle = needleOf(call.text(0));
+        if (!needle) return call.resultNull();
+        Bytes end(needle->begin(), needle->end());
+        end.push_back(0xFF);  // no byte of UTF-8
+        call.result(Value(std::move(end)));
+    });
+}
+
+}  // namespace basalt::embedded
