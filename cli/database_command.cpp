@@ -9,7 +9,9 @@
 #include "cli/commands.h"
 #include "cli/workspace.h"
 #include "cli/wrong_usage.h"
+#include "host/engines/draft_file.h"
 #include "host/engines/open_database.h"
+#include "host/engines/path_text.h"
 #include "host/services/deploy.h"
 #include "host/transfer/database_dump.h"
 #include "host/transfer/database_load.h"
@@ -24,10 +26,6 @@ struct DatabaseCommandOptions {
     bool demo = false;
     std::string file;  // empty: the standard input or output
 };
-
-fs::path pathOf(const std::string& text) {
-    return fs::path(std::u8string(text.begin(), text.end()));
-}
 
 int create(const CommonOptions& common, bool demo) {
     const host::DatabaseUrl url = databaseOf(common);
@@ -70,20 +68,13 @@ int dump(const CommonOptions& common, const std::string& file) {
         host::dumpDatabase(*session, schema, std::cout);
         return 0;
     }
-    // Under another name until it is whole.
-    const fs::path path = pathOf(file);
-    fs::path draft = path;
-    draft += ".new";
-    try {
-        std::ofstream out(draft, std::ios::binary);
+    const host::DraftFile draft(host::pathFromText(file));
+    {
+        std::ofstream out(draft.path(), std::ios::binary);
         if (!out) throw std::runtime_error("the file " + file + " cannot be written");
         host::dumpDatabase(*session, schema, out);
-    } catch (...) {
-        std::error_code ignored;
-        fs::remove(draft, ignored);
-        throw;
     }
-    fs::rename(draft, path);
+    draft.replace();
     return 0;
 }
 
@@ -98,14 +89,15 @@ int load(const CommonOptions& common, const std::string& file) {
     const host::DatabaseUrl url = databaseOf(common);
     std::ifstream stream;
     if (!file.empty()) {
-        stream.open(pathOf(file), std::ios::binary);
+        stream.open(host::pathFromText(file), std::ios::binary);
         if (!stream) throw WrongUsage("the file " + file + " cannot be read");
     }
     std::istream& script = file.empty() ? std::cin : stream;
     std::size_t batches = 0;
     const auto fill = [&](Session& session) { batches = host::loadScript(session, script); };
     std::error_code failure;
-    if (url.engine == host::EngineKind::Embedded && !url.inMemory() && !fs::exists(pathOf(url.target), failure)) {
+    if (url.engine == host::EngineKind::Embedded && !url.inMemory() &&
+        !fs::exists(host::pathFromText(url.target), failure)) {
         host::createDatabase(url, fill);
     } else {
         const std::unique_ptr<Session> session = host::openOrCreateDatabase(url);

@@ -13,6 +13,7 @@
 #include "cli/terminal.h"
 #include "cli/workspace.h"
 #include "cli/wrong_usage.h"
+#include "host/engines/path_text.h"
 #include "host/services/script_batches.h"
 
 namespace basalt::cli {
@@ -60,7 +61,7 @@ void runScript(SqlConsole& console, std::istream& script, const std::string& nam
 }
 
 std::ifstream openScript(const std::string& file) {
-    std::ifstream stream(std::filesystem::path(std::u8string(file.begin(), file.end())), std::ios::binary);
+    std::ifstream stream(host::pathFromText(file), std::ios::binary);
     if (!stream) throw WrongUsage("the file " + file + " cannot be read");
     return stream;
 }

@@ -252,6 +252,12 @@ void EmbeddedSession::backUp(const std::string& path) {
     backUpDatabase(core_->database(), path);
 }
 
+void EmbeddedSession::flush() {
+    SqliteDatabase& database = core_->database();
+    const int code = sqlite3_wal_checkpoint_v2(database.handle(), "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+    if (code != SQLITE_OK) throw database.failure(code);
+}
+
 int EmbeddedSession::schemaVersion() {
     const std::string text = core_->catalog().property(kSchemaVersionProperty);
     return text.empty() ? 0 : std::stoi(text);

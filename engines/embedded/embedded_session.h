@@ -69,6 +69,9 @@ public:
     // Copies the database, as its last commit left it, into a new file, while others go on writing. Throws
     // DatabaseError (DiskFull, Connection) and leaves a file of no use behind when it cannot be written whole.
     void backUp(const std::string& path);
+    // Brings what was committed from the log into the file itself, which then may be moved. Throws DatabaseError
+    // (DiskFull, Busy); what was committed stays in the log then.
+    void flush();
     // A number that the application keeps for its own schema; 0 in a new file.
     [[nodiscard]] int schemaVersion();
     void setSchemaVersion(int version);

@@ -48,12 +48,25 @@ std::unique_ptr<SqliteDatabase> openDatabase(const std::string& path, const Embe
             ErrorCategory::Connection, "08001", 3906,
             "The database file '" + path + "' cannot be written. Check that you may write to it and to its folder.");
     }
+    Catalog catalog(*database);
+    // A file of another program is told before anything is written into it.
+    if (objects == 0 && !inMemory && !options.createIfMissing) {
+        throw DatabaseError(ErrorCategory::Corrupt, "08001", 5171,
+                            "The file '" + path + "' is empty. Check the path, or create the database first.");
+    }
+    if (objects != 0) {
+        if (database->integer("SELECT count(*) FROM sqlite_schema WHERE name = 'basalt_property'") == 0) {
+            throw DatabaseError(ErrorCategory::Corrupt, "08001", 5171,
+                                "The file '" + path + "' is a database, but not one of this program. Check the path.");
+        }
+        if (number(catalog.property("format_version")) > kFormatVersion) refuseNewer(path);
+        if (number(catalog.property(kSchemaVersionProperty)) > options.knownSchemaVersion) refuseNewer(path);
+    }
     database->execute("PRAGMA journal_mode = WAL");
     database->execute("PRAGMA synchronous = FULL");
     database->execute("PRAGMA foreign_keys = ON");
     database->execute("PRAGMA temp_store = MEMORY");
     database->execute("PRAGMA cache_size = -32768");
-    Catalog catalog(*database);
     if (objects == 0) {
         database->execute("BEGIN IMMEDIATE");
         // Another program may have been first.
@@ -61,12 +74,7 @@ std::unique_ptr<SqliteDatabase> openDatabase(const std::string& path, const Embe
         catalog.setProperty("format_version", kFirstFormat);
         catalog.setProperty("collation_version", collationVersion());
         database->execute("COMMIT");
-    } else if (database->integer("SELECT count(*) FROM sqlite_schema WHERE name = 'basalt_property'") == 0) {
-        throw DatabaseError(ErrorCategory::Corrupt, "08001", 5171,
-                            "The file '" + path + "' is a database, but not one of this program. Check the path.");
     }
-    if (number(catalog.property("format_version")) > kFormatVersion) refuseNewer(path);
-    if (number(catalog.property(kSchemaVersionProperty)) > options.knownSchemaVersion) refuseNewer(path);
     if (catalog.property("collation_version") != collationVersion()) {
         // The order of texts has changed with the system's Unicode data: indexes built by the old order are wrong.
         database->execute("BEGIN IMMEDIATE");

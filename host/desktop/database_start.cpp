@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "host/engines/open_database.h"
+#include "host/engines/path_text.h"
 #include "host/services/deploy.h"
 #include "host/services/message_catalogue.h"
 
@@ -13,7 +14,7 @@ namespace {
 bool fileIsMissing(const DatabaseUrl& url) {
     if (url.engine != EngineKind::Embedded || url.inMemory()) return false;
     std::error_code ignored;
-    return !std::filesystem::exists(std::u8string(url.target.begin(), url.target.end()), ignored);
+    return !std::filesystem::exists(pathFromText(url.target), ignored);
 }
 
 std::string problemTitle(ErrorCategory category) {

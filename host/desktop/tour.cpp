@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/desktop/desktop.h"
+#include "host/engines/path_text.h"
 #include "host/steps/step_player.h"
 #include "host/steps/steps_error.h"
 #include "host/steps/steps_file.h"
@@ -24,11 +25,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string textOf(const fs::path& path) {
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
-
 // A new tour begins on a new database: what an earlier one left in the folder goes first.
 void removeOldDatabase(const fs::path& database) {
     for (const char* ending : {"", "-wal", "-shm", "-journal"}) {
@@ -41,7 +37,7 @@ void removeOldDatabase(const fs::path& database) {
 void placePictures(std::vector<Step>& steps, const fs::path& folder, std::vector<std::string>& pictures) {
     for (Step& step : steps) {
         if (auto* shot = std::get_if<ShotStep>(&step.action)) {
-            shot->file = textOf(folder / shot->file);
+            shot->file = textFromPath(folder / shot->file);
             pictures.push_back(shot->file);
         }
     }
@@ -66,16 +62,16 @@ int takeTour(Module& module, const fs::path& folder) {
     std::error_code failure;
     fs::create_directories(folder, failure);
     if (failure) {
-        std::cerr << "basalt-desktop: the folder " << textOf(folder) << " cannot be made: " << failure.message()
+        std::cerr << "basalt-desktop: the folder " << textFromPath(folder) << " cannot be made: " << failure.message()
                   << '\n';
         return 1;
     }
     const fs::path place = fs::absolute(folder);
     const fs::path database = place / "tour.db";
     removeOldDatabase(database);
-    const DesktopOptions options{.database = {EngineKind::Embedded, textOf(database)},
+    const DesktopOptions options{.database = {EngineKind::Embedded, textFromPath(database)},
                                  .createMissing = true,
-                                 .userDataFolder = textOf(place),
+                                 .userDataFolder = textFromPath(place),
                                  .persistOptions = false};
 
     const QDir stages(QStringLiteral(":/basalt/tour"));
@@ -100,7 +96,7 @@ int takeTour(Module& module, const fs::path& folder) {
             return 1;
         }
     }
-    std::cout << "The tour is done; its pictures are in " << textOf(place) << std::endl;
+    std::cout << "The tour is done; its pictures are in " << textFromPath(place) << std::endl;
     return 0;
 }
 

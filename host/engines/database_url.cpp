@@ -2,6 +2,7 @@
 
 #include "ado/error.h"
 #include "engines/odbc/connection_string.h"
+#include "host/engines/path_text.h"
 #include "host/services/platform/user_folders.h"
 
 namespace basalt::host {
@@ -25,8 +26,7 @@ DatabaseUrl DatabaseUrl::parse(std::string_view text) {
 }
 
 DatabaseUrl DatabaseUrl::defaultDatabase() {
-    const std::u8string path = (userDataFolder() / "basalt.db").u8string();
-    return {EngineKind::Embedded, std::string(path.begin(), path.end())};
+    return {EngineKind::Embedded, textFromPath(userDataFolder() / "basalt.db")};
 }
 
 std::string DatabaseUrl::display() const {

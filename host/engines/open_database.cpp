@@ -6,6 +6,8 @@
 
 #include "engines/embedded/embedded_session.h"
 #include "engines/odbc/odbc_session.h"
+#include "host/engines/draft_file.h"
+#include "host/engines/path_text.h"
 #include "host/services/deploy.h"
 #include "host/transfer/server_schema.h"
 
@@ -17,66 +19,46 @@ namespace {
 
 constexpr const char* memory = ":memory:";
 
-fs::path pathOf(const std::string& text) {
-    return fs::path(std::u8string(text.begin(), text.end()));
+// A new file must not take up what a database that is gone has left beside its place: the engine would take it for the
+// new one's own log. It may be all that is left of somebody's work, so it is not removed either.
+void refuseRemains(const fs::path& path) {
+    for (const char* suffix : {"-wal", "-journal"}) {
+        fs::path remains = path;
+        std::error_code ignored;
+        if (!fs::exists(remains += suffix, ignored)) continue;
+        throw UsageError("the remains of a database that is gone are at " + textFromPath(remains) +
+                         "; what was written into it last may be in them. Move them away, or remove them, first");
+    }
 }
 
-std::string textOf(const fs::path& path) {
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
+// The folder that the file is to lie in.
+void makeFolder(const fs::path& file) {
+    const fs::path folder = file.parent_path();
+    std::error_code failure;
+    if (!folder.empty()) fs::create_directories(folder, failure);
+    if (!failure) return;
+    throw DatabaseError(ErrorCategory::Connection, "08001", 0,
+                        "the folder " + textFromPath(folder) + " cannot be made: " + failure.message());
 }
 
 std::unique_ptr<embedded::EmbeddedSession> openEmbedded(const std::string& path, bool create) {
     if (create && path != memory) {
-        const fs::path folder = pathOf(path).parent_path();
+        const fs::path file = pathFromText(path);
         std::error_code failure;
-        if (!folder.empty()) fs::create_directories(folder, failure);
-        if (failure) {
-            throw DatabaseError(ErrorCategory::Connection, "08001", 0,
-                                "the folder " + textOf(folder) + " cannot be made: " + failure.message());
-        }
+        if (!fs::exists(file, failure)) refuseRemains(file);
+        makeFolder(file);
     }
     return embedded::EmbeddedSession::open(path, {.createIfMissing = create});
 }
 
 std::unique_ptr<embedded::EmbeddedSession> openFile(const DatabaseUrl& url) {
     std::error_code failure;
-    if (!fs::exists(pathOf(url.target), failure)) {
+    if (!fs::exists(pathFromText(url.target), failure)) {
         throw MissingDatabase("there is no database at " + url.target +
                               "; make one with: basalt db create --demo --database \"" + url.display() + "\"");
     }
     return openEmbedded(url.target, false);
 }
-
-// The half-made file of a database and what the engine keeps beside it; gone at the end unless it became the database.
-class DraftFile {
-public:
-    explicit DraftFile(fs::path path) : path_(std::move(path)) { remove(); }
-    ~DraftFile() { remove(); }
-    DraftFile(const DraftFile&) = delete;
-    DraftFile& operator=(const DraftFile&) = delete;
-
-    [[nodiscard]] const fs::path& path() const { return path_; }
-    // The file under its own name; the engine has let go of it. DatabaseError when that cannot be.
-    void become(const fs::path& name) const {
-        std::error_code failure;
-        fs::rename(path_, name, failure);
-        if (!failure) return;
-        throw DatabaseError(ErrorCategory::Connection, "08001", 0,
-                            textOf(name) + " cannot be made: " + failure.message());
-    }
-
-private:
-    void remove() const {
-        for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
-            std::error_code ignored;
-            fs::path file = path_;
-            fs::remove(file += suffix, ignored);
-        }
-    }
-
-    fs::path path_;
-};
 
 }  // namespace
 
@@ -107,16 +89,21 @@ void createDatabase(const DatabaseUrl& url, const std::function<void(Session&)>&
         throw UsageError("only an embedded database is a file to be made; db deploy fills one on a server");
     }
     if (url.inMemory()) throw UsageError("a database in memory is made whenever it is opened");
-    const fs::path path = pathOf(url.target);
+    const fs::path path = pathFromText(url.target);
     std::error_code failure;
     if (fs::exists(path, failure)) {
         throw UsageError("there is a file at " + url.target +
                          " already; db deploy brings an existing database up to date");
     }
-    fs::path draftPath = path;
-    const DraftFile draft(draftPath += ".new");
-    fill(*openEmbedded(textOf(draft.path()), true));
-    draft.become(path);
+    refuseRemains(path);
+    makeFolder(path);
+    const DraftFile draft(path);
+    {
+        const auto session = openEmbedded(textFromPath(draft.path()), true);
+        fill(*session);
+        session->flush();
+    }
+    draft.takePlace();
 }
 
 void createDatabase(const DatabaseUrl& url, bool demo) {
@@ -130,18 +117,22 @@ void backUpDatabase(const DatabaseUrl& url, const std::string& file) {
             "DATABASE name TO DISK = 'path'");
     }
     if (url.inMemory()) throw UsageError("a database in memory is new whenever it is opened; there is nothing to keep");
-    const fs::path path = pathOf(file);
+    const fs::path path = pathFromText(file);
     std::error_code failure;
     if (fs::exists(path, failure)) throw UsageError("there is a file at " + file + " already");
+    refuseRemains(path);
     const std::unique_ptr<embedded::EmbeddedSession> source = openFile(url);
-    fs::path draftPath = path;
-    const DraftFile draft(draftPath += ".new");
-    source->backUp(textOf(draft.path()));
-    const std::vector<std::string> problems = openEmbedded(textOf(draft.path()), false)->integrityCheck();
-    if (!problems.empty()) {
-        throw DatabaseError(ErrorCategory::Corrupt, "HY000", 0, "the copy is not sound: " + problems.front());
+    const DraftFile draft(path);
+    source->backUp(textFromPath(draft.path()));
+    {
+        const auto copy = openEmbedded(textFromPath(draft.path()), false);
+        const std::vector<std::string> problems = copy->integrityCheck();
+        if (!problems.empty()) {
+            throw DatabaseError(ErrorCategory::Corrupt, "HY000", 0, "the copy is not sound: " + problems.front());
+        }
+        copy->flush();
     }
-    draft.become(path);
+    draft.takePlace();
 }
 
 DatabaseSchema readSchema(Session& session) {

@@ -1,0 +1,38 @@
+// A file in the making: written in a folder of its own beside the place it is for, and moved there when it is whole.
+//
+//   DraftFile draft("shop.sql");
+//   std::ofstream out(draft.path(), std::ios::binary);
+//   ...
+//   draft.replace();
+//
+// Whatever goes wrong before leaves nothing behind and touches no other file.
+#pragma once
+
+#include <filesystem>
+
+namespace basalt::host {
+
+class DraftFile {
+public:
+    // Makes the folder. DatabaseError (Connection) when that cannot be.
+    explicit DraftFile(std::filesystem::path place);
+    ~DraftFile();
+    DraftFile(const DraftFile&) = delete;
+    DraftFile& operator=(const DraftFile&) = delete;
+
+    // Where to write. What belongs to the file while it is open (an engine's log) may stand beside it.
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+    // The file, closed by now, takes its place. UsageError when a file has come there meanwhile, which stays as it is;
+    // DatabaseError (Connection) when it cannot be moved.
+    void takePlace() const;
+    // The same, but a file that is there gives way.
+    void replace() const;
+
+private:
+    std::filesystem::path place_;
+    std::filesystem::path folder_;
+    std::filesystem::path path_;
+};
+
+}  // namespace basalt::host
