@@ -8,11 +8,14 @@
 //   catch (const DatabaseError& e) { show(e.what(), e.statement()); }
 #pragma once
 
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <utility>
 
 namespace basalt {
+
+struct BatchResult;  // ado/session.h
 
 // What kind of trouble a DatabaseError reports, so that callers need not know SQLSTATEs.
 enum class ErrorCategory {
@@ -49,6 +52,10 @@ public:
     [[nodiscard]] int nativeCode() const noexcept { return nativeCode_; }
     // The statement that failed, as it was sent; empty when the failure belongs to no statement.
     [[nodiscard]] const std::string& statement() const noexcept { return statement_; }
+    // What the other statements of the batch brought, which a server delivers all the same; null when they brought
+    // nothing.
+    [[nodiscard]] const std::shared_ptr<const BatchResult>& results() const noexcept { return results_; }
+    void setResults(std::shared_ptr<const BatchResult> results) noexcept { results_ = std::move(results); }
 
 private:
     static std::string withoutNuls(std::string message) {
@@ -61,6 +68,7 @@ private:
     std::string sqlState_;
     int nativeCode_;
     std::string statement_;
+    std::shared_ptr<const BatchResult> results_;
 };
 
 class UsageError : public std::logic_error {

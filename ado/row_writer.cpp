@@ -166,13 +166,22 @@ void RowWriter::requireOneRow(const BatchResult& result, const std::string& text
                         text);
 }
 
+// A new value as it stands in the statement. A null travels as a text where nothing tells its type, and SQL Server
+// turns no text into bytes by itself (257).
+std::string RowWriter::given(const Change& change, std::vector<Value>& values) const {
+    if (isNull(change.value) && rows_.column(change.column).info().type == FieldType::Binary) return "NULL";
+    values.push_back(change.value);
+    return "?";
+}
+
 void RowWriter::update(std::size_t row, const std::vector<Change>& changes) {
     const Target target = targetOf(changes);
     std::string text = "UPDATE " + quotedName(target.table) + " SET ";
     std::vector<Value> values;
+    std::string separator;
     for (const Change& change : changes) {
-        text += (values.empty() ? "" : ", ") + quotedName(target.columns[change.column]) + " = ?";
-        values.push_back(change.value);
+        text += separator + quotedName(target.columns[change.column]) + " = " + given(change, values);
+        separator = ", ";
     }
     text += condition(target, row, changes, values);
     requireOneRow(send(target, text, values), text);
@@ -184,9 +193,12 @@ std::optional<RowWriter::Identity> RowWriter::insert(const std::vector<Change>& 
     std::string markers;
     std::vector<Value> values;
     for (const Change& change : changes) {
-        names += (values.empty() ? "" : ", ") + quotedName(target.columns[change.column]);
-        markers += values.empty() ? "?" : ", ?";
-        values.push_back(change.value);
+        if (!names.empty()) {
+            names += ", ";
+            markers += ", ";
+        }
+        names += quotedName(target.columns[change.column]);
+        markers += given(change, values);
     }
     std::optional<std::size_t> identity;
     for (const ColumnInfo& column : connection_.table(target.table).columns) {

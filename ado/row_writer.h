@@ -48,6 +48,7 @@ private:
     // " WHERE [Code] = ? AND ..." with its values appended to `values`.
     std::string condition(const Target& target, std::size_t row, const std::vector<Change>& changes,
                           std::vector<Value>& values);
+    [[nodiscard]] std::string given(const Change& change, std::vector<Value>& values) const;
     BatchResult send(const Target& target, const std::string& text, const std::vector<Value>& values);
     void requireOneRow(const BatchResult& result, const std::string& text) const;
     [[noreturn]] void fail(const std::string& problem) const;

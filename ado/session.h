@@ -8,14 +8,17 @@
 //
 // Failures are DatabaseError. A statement that fails changes nothing itself; earlier statements of the batch and the
 // transaction stay as they are, unless the error's category is Connection, Corrupt or DiskFull: then the transaction
-// has been rolled back and inTransaction() answers false.
+// has been rolled back and inTransaction() answers false. What the other statements of the batch brought comes with the
+// error (DatabaseError::results).
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ado/error.h"
@@ -33,6 +36,13 @@ struct BatchResult {
     std::vector<StatementResult> results;  // in the order of the statements
     std::vector<std::string> messages;     // PRINT and informational messages
 };
+
+// The error of a batch together with what its statements brought.
+[[nodiscard]] inline DatabaseError withResults(DatabaseError error, BatchResult batch) {
+    if (!batch.results.empty() || !batch.messages.empty())
+        error.setResults(std::make_shared<const BatchResult>(std::move(batch)));
+    return error;
+}
 
 // The rows changed by the last statement of the batch that counts them; -1 when none does.
 [[nodiscard]] inline std::int64_t affectedRows(const BatchResult& batch) {

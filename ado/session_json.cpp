@@ -267,11 +267,13 @@ Json fromTable(const TableInfo& table) {
 }
 
 Json fromError(const DatabaseError& error) {
-    return {{"category", kCategories[static_cast<std::size_t>(error.category())]},
-            {"sqlState", fromText(error.sqlState())},
-            {"nativeCode", error.nativeCode()},
-            {"message", fromText(error.what())},
-            {"statement", fromText(error.statement())}};
+    Json json{{"category", kCategories[static_cast<std::size_t>(error.category())]},
+              {"sqlState", fromText(error.sqlState())},
+              {"nativeCode", error.nativeCode()},
+              {"message", fromText(error.what())},
+              {"statement", fromText(error.statement())}};
+    if (error.results()) json.update(fromBatch(*error.results()));
+    return json;
 }
 
 Value toValue(const Json& json) {
@@ -340,8 +342,11 @@ TableInfo toTable(const Json& json) {
 }
 
 DatabaseError toError(const Json& json) {
-    return {fromWord<ErrorCategory>(kCategories, json.at("category")), toTextValue(json.at("sqlState")),
-            json.at("nativeCode").get<int>(), toTextValue(json.at("message")), toTextValue(json.at("statement"))};
+    DatabaseError error(fromWord<ErrorCategory>(kCategories, json.at("category")), toTextValue(json.at("sqlState")),
+                        json.at("nativeCode").get<int>(), toTextValue(json.at("message")),
+                        toTextValue(json.at("statement")));
+    if (json.contains("results")) return withResults(std::move(error), toBatch(json));
+    return error;
 }
 
 }  // namespace basalt::session_json

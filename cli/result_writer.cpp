@@ -65,6 +65,12 @@ void ResultWriter::write(const BatchResult& batch) {
     out_.flush();
 }
 
+void ResultWriter::write(const DatabaseError& error) {
+    if (format_ != ResultFormat::Json) return;
+    const Datum description = Datum::record({{"type", "DatabaseError"}, {"message", error.what()}});
+    out_ << Datum::record({{"error", description}}).toJson() << std::endl;
+}
+
 void ResultWriter::writeTable(const RowSet& rows) {
     std::vector<TextTable::Title> titles;
     for (std::size_t c = 0; c < rows.columnCount(); ++c)

@@ -25,6 +25,9 @@ public:
         : out_(out), notes_(notes), format_(format), terminalColumns_(terminalColumns) {}
 
     void write(const BatchResult& batch);
+    // In JSON a line {"error":{"type":"DatabaseError","message":"..."}}; in the other formats nothing, because errors
+    // go to the standard error.
+    void write(const DatabaseError& error);
 
 private:
     void writeTable(const RowSet& rows);

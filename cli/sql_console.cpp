@@ -57,7 +57,13 @@ const DatabaseSchema& SqlConsole::schema() {
 void SqlConsole::run(const std::string& batch) {
     if (isCommand(batch)) return follow(trimmed(batch));
     schema_.reset();
-    writer_.write(database_.session().run(batch));
+    try {
+        writer_.write(database_.session().run(batch));
+    } catch (const DatabaseError& error) {
+        if (error.results()) writer_.write(*error.results());
+        writer_.write(error);
+        throw;
+    }
 }
 
 void SqlConsole::follow(std::string_view line) {

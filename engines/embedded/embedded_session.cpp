@@ -52,10 +52,10 @@ public:
         markerTypes_.clear();
         for (const Value& value : parameters)
             markerTypes_.push_back(markerType(value));
+        BatchResult result;
         try {
             // A plan may turn out to be stale when it is used; the next round then plans anew.
             while (true) {
-                BatchResult result;
                 CompiledBatch* found =
                     cache_.find(lexer_.key(), lexer_.literals(), markerTypes_, catalog_.generation());
                 if (found == nullptr) {
@@ -69,7 +69,7 @@ public:
                 }
             }
         } catch (const DatabaseError& error) {
-            throw withStatement(error, sql);
+            throw withResults(withStatement(error, sql), std::move(result));
         }
     }
 
@@ -94,6 +94,29 @@ private:
         } catch (...) {
             return 1;
         }
+    }
+
+    // Which of several statements it was. Errors of the parser and the binder tell their place themselves.
+    [[nodiscard]] DatabaseError withPlace(const DatabaseError& error, const ast::Batch& batch) const {
+        const std::optional<SourceRange>& place = interpreter_.failedAt();
+        const bool only = batch.statements.size() == 1 && place && place->begin == batch.statements[0]->range.begin;
+        if (!place || only || std::string_view(error.what()).find("\nLine ") != std::string_view::npos) return error;
+        return {error.category(), error.sqlState(), error.nativeCode(),
+                std::string(error.what()) + "\n" + renderContext(lexer_.text(), inThisText(*place, batch.text)),
+                error.statement()};
+    }
+
+    // A plan that is used again was made from a text with other literals and blanks between the same tokens.
+    [[nodiscard]] SourceRange inThisText(SourceRange range, const std::string& planned) const {
+        Lexer other;
+        other.scan(planned);
+        SourceRange found;
+        for (std::size_t i = 0; i < std::min(other.tokens().size(), lexer_.tokens().size()); ++i) {
+            const SourceRange& token = other.tokens()[i].range;
+            if (token.begin == range.begin) found.begin = lexer_.tokens()[i].range.begin;
+            if (token.end <= range.end) found.end = lexer_.tokens()[i].range.end;
+        }
+        return found;
     }
 
     void runNew(std::span<const Value> parameters, BatchResult& result) {
@@ -151,7 +174,13 @@ private:
 
     void runStatements(CompiledBatch& compiled, const Environment& environment, BatchResult& result) {
         const ast::Batch& batch = compiled.batch;
-        if (!compiled.plain) return interpreter_.run(batch, compiled.layout, compiled.plans, environment, result);
+        if (!compiled.plain) {
+            try {
+                return interpreter_.run(batch, compiled.layout, compiled.plans, environment, result);
+            } catch (const DatabaseError& error) {
+                throw withPlace(error, batch);
+            }
+        }
         for (const ast::StatementPtr& statement : batch.statements)
             executor_.execute(batch, *statement, compiled.plans, environment, result);
     }

@@ -30,7 +30,7 @@ public:
             if (rc == SQL_NO_DATA || rc == SQL_INVALID_HANDLE) break;
         }
         if (rc == SQL_NO_DATA) listen(rc);
-        if (error_) throw *error_;
+        if (error_) throw withResults(*error_, std::move(result_));
         return std::move(result_);
     }
 

@@ -129,8 +129,10 @@ private:
         if (std::exchange(inTransaction_, false)) context += ", and the transaction with it";
         // FreeTDS has no state of its own for it.
         const std::string state = error.sqlState().starts_with("08") ? error.sqlState() : "08S01";
-        throw DatabaseError(ErrorCategory::Connection, state, error.nativeCode(), context + ": " + error.what(),
-                            error.statement());
+        DatabaseError loss(ErrorCategory::Connection, state, error.nativeCode(), context + ": " + error.what(),
+                           error.statement());
+        loss.setResults(error.results());
+        throw loss;
     }
 
     // An error may have ended the transaction, or left it so that it can only be rolled back. A server that does not

@@ -22,7 +22,7 @@ public:
 
     // A value for a `?` whose place tells the server its type. A time travels as ISO text: compared with a datetime
     // column, a datetime2 parameter would never equal what was read from it. A null travels as a text, which every type
-    // but the binary ones takes.
+    // but the binary ones takes; data sets write it into the statement for these.
     void addMarker(const Value& value);
     // A procedure's parameter, with the procedure's own type. A value that the type cannot hold is left to the server
     // to refuse; that of an output parameter is DatabaseError (Conversion).

@@ -40,6 +40,12 @@ ErrorCategory categoryOf(const std::function<void()>& action) {
     return ErrorCategory::Other;
 }
 
+ColumnInfo pictureColumn(const char* name, FieldType type) {
+    ColumnInfo info = levelColumn(name, type);
+    info.baseTable = "Picture";
+    return info;
+}
+
 class Editing : public ::testing::Test {
 protected:
     Editing() {
@@ -72,6 +78,37 @@ TEST_F(Editing, updatesWhatChangedKeyedByKeyAndOldValues) {
     EXPECT_EQ(query.State(), dsBrowse);
     EXPECT_EQ(field("Name").AsString(), "نو");
     EXPECT_EQ(query.RecNo(), 1);
+}
+
+// As a value it would travel as a text, which a server does not turn into bytes (257).
+TEST_F(Editing, writesNullIntoBinaryColumnsByItsName) {
+    const ColumnInfo code = pictureColumn("Code", FieldType::Integer);
+    const ColumnInfo image = pictureColumn("Image", FieldType::Binary);
+    const ColumnInfo note = pictureColumn("Note", FieldType::Text);
+    session.setTable({.name = "Picture", .columns = {code, image, note}, .key = {"Code"}});
+    RowSet rows({code, image, note});
+    rows.column(0).appendInt(7);
+    rows.column(1).appendBytes("\x01\x02", 2);
+    rows.column(2).appendText("a");
+    rows.finishRow();
+    openOn(std::move(rows));
+    query.Edit();
+    field("Image").Clear();
+    field("Note").Clear();
+    session.expectChange(
+        "UPDATE [Picture] SET [Image] = NULL, [Note] = ? WHERE [Code] = ? AND [Image] = ? AND [Note] = ?",
+        {Null{}, integer(7), Bytes{1, 2}, text("a")}, 1);
+    query.Post();
+    EXPECT_TRUE(field("Image").IsNull());
+
+    query.Append();
+    field("Code") = 8;
+    field("Image") = Value(Bytes{3});
+    field("Image").Clear();
+    field("Note") = "b";
+    session.expectChange("INSERT INTO [Picture] ([Code], [Image], [Note]) VALUES (?, NULL, ?)", {integer(8), text("b")},
+                         1);
+    query.Post();
 }
 
 TEST_F(Editing, comparesOldNullsWithIsNullAndWritesNulls) {

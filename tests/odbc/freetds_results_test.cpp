@@ -180,6 +180,24 @@ TEST_F(FreeTds, whatFollowsAnEmptyResultIsNotLost) {
     EXPECT_EQ(affectedRows(session().run("select long; update")), 3);
 }
 
+TEST_F(FreeTds, anErrorBringsWhatTheOtherStatementsBrought) {
+    server_.answer(TdsReply()
+                       .columns({tds::integer("A")})
+                       .row({std::int64_t{5}})
+                       .done(1, true)
+                       .info(0, "پایان")
+                       .done(3, true)
+                       .error(2627, 14, "late")
+                       .doneWithError());
+    const DatabaseError error = errorOf([&] { session().run("select; print; update; insert"); });
+    EXPECT_EQ(error.nativeCode(), 2627);
+    ASSERT_NE(error.results(), nullptr);
+    ASSERT_GE(error.results()->results.size(), 2U);
+    EXPECT_EQ(error.results()->results[0].rows.value().column(0).intAt(0), 5);
+    EXPECT_EQ(error.results()->results[1].affectedRows, 3);
+    EXPECT_THAT(error.results()->messages, ElementsAre("پایان"));
+}
+
 // With counting off the end of a result bears no count.
 TEST_F(FreeTds, anErrorAfterAnUncountedEmptyResultIsNotLost) {
     server_.answer(TdsReply().columns({tds::integer("A")}).done(-1, true).error(50000, 16, "late").doneWithError());

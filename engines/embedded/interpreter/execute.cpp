@@ -549,8 +549,13 @@ CallResult Interpreter::call(std::string_view name, std::span<const Argument> ar
         next.output = argument.output;
     }
     CallResult result;
-    const CallOutcome outcome = callProgram(*program, passed, result.batch);
-    throwPending();
+    CallOutcome outcome;
+    try {
+        outcome = callProgram(*program, passed, result.batch);
+        throwPending();
+    } catch (const DatabaseError& error) {
+        throw withResults(error, std::move(result.batch));
+    }
     result.returnValue = outcome.returnValue;
     for (std::size_t i = 0; i < passed.size(); ++i) {
         if (!passed[i].output) continue;

@@ -81,6 +81,7 @@ void Interpreter::run(const ast::Batch& batch, const Layout& layout, PlanSet& pl
     Activation activation{.batch = batch, .plans = plans, .frame = frame, .environment = environment, .into = &into};
     activation.environment.variables = &frame;
     startAfresh();
+    outermost_ = &batch;
     runList(activation, batch.statements);
     throwPending();
 }
@@ -88,6 +89,8 @@ void Interpreter::run(const ast::Batch& batch, const Layout& layout, PlanSet& pl
 void Interpreter::startAfresh() {
     // A run that failed may have left these.
     pending_ = nullptr;
+    outermost_ = nullptr;
+    failedAt_.reset();
     located_ = nullptr;
     tries_ = 0;
     calls_ = 0;

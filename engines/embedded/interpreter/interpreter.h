@@ -58,6 +58,9 @@ public:
     // The seam's procedure() and call().
     [[nodiscard]] ProcedureInfo procedure(std::string_view name);
     [[nodiscard]] CallResult call(std::string_view name, std::span<const Argument> arguments);
+    // The statement of the batch that the error of the last run() came from; nothing when it was raised on purpose,
+    // because then its text is meant as it is.
+    [[nodiscard]] const std::optional<SourceRange>& failedAt() const { return failedAt_; }
 
 private:
     // How a statement ended, and where to go on.
@@ -164,6 +167,8 @@ private:
     int statements_ = 0;                                                    // inside each other
     int calls_ = 0;                                                         // procedures inside each other
     int tries_ = 0;                                                         // TRY blocks inside each other
+    const ast::Batch* outermost_ = nullptr;                                 // what run() runs
+    std::optional<SourceRange> failedAt_;
     std::exception_ptr pending_;     // the first error that did not end the batch
     const void* located_ = nullptr;  // the error whose place is known
     int errorLine_ = 0;

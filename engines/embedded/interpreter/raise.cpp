@@ -96,6 +96,8 @@ bool Interpreter::goesOn(Activation& activation, const ast::Statement& statement
     const bool endsBatch = raised ? raised->ends() : state.abortOnError || !endsStatementOnly(error.nativeCode());
     // An error in a function ends the statement that has called it.
     if (losesTheTransaction(error) || tries_ > 0 || activation.function != nullptr) return false;
+    // The innermost statement of the batch itself; what a procedure runs has a text of its own.
+    if (!pending_ && !failedAt_ && raised == nullptr && &activation.batch == outermost_) failedAt_ = statement.range;
     if (!endsBatch) {
         if (!pending_) pending_ = std::current_exception();
         located_ = nullptr;

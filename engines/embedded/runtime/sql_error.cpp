@@ -145,7 +145,9 @@ void throwSqlError(int number, const std::string& message) {
 
 DatabaseError withStatement(const DatabaseError& error, std::string_view statement) {
     if (!error.statement().empty()) return error;
-    return DatabaseError(error.category(), error.sqlState(), error.nativeCode(), error.what(), std::string(statement));
+    DatabaseError stated(error.category(), error.sqlState(), error.nativeCode(), error.what(), std::string(statement));
+    stated.setResults(error.results());
+    return stated;
 }
 
 }  // namespace basalt::embedded
