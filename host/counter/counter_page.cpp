@@ -11,6 +11,7 @@
 #include <set>
 
 #include "host/counter/counter_ledger.h"
+#include "host/counter/persian_inputs.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
 #include "host/services/sql_access.h"
@@ -46,6 +47,8 @@ QString pageStyle() {
         "#Result_LBL[mood=\"removed\"], #Result_LBL[mood=\"warned\"] { background: @warningSoft@; color: @warning@; }"
         "#Result_LBL[mood=\"refused\"] { background: @dangerSoft@; color: @danger@; }"
         "#Removing_BTN:checked { background: @dangerSoft@; color: @danger@; border-color: @danger@; }"
+        "#Progress_BAR { border: 1px solid @border@; border-radius: 6px; background: @surface@; text-align: center; }"
+        "#Progress_BAR::chunk { background: @selection@; border-radius: 5px; }"
         "#Total_LBL { font-size: 15pt; font-weight: 700; }"));
 }
 
@@ -73,8 +76,10 @@ public:
         ++count_;
         // While the goods are sent, their keys are the rows of the shared query.
         const TADOQuery& keys = host_.DM().SharedQuery;
-        bar_.setRange(0, keys.Active() ? std::max(keys.RecordCount(), count_) : count_);
+        const int all = keys.Active() ? std::max(keys.RecordCount(), count_) : count_;
+        bar_.setRange(0, all);
         bar_.setValue(count_);
+        bar_.setFormat(persianDigits(QStringLiteral("%1 از %2").arg(count_).arg(all)));
         QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     }
     [[nodiscard]] std::unique_ptr<ProgramLibrary> load(const std::string& name) override { return inner_.load(name); }
@@ -127,18 +132,24 @@ void CounterPage::makeScanRow(QBoxLayout& layout) {
     sound_ = new QCheckBox(QStringLiteral("با صدا"));
     sound_->setObjectName(QStringLiteral("Sound_CHK"));
     row->addWidget(sound_);
-    person_ = new QSpinBox;
+    person_ = new PersianSpinBox;
     person_->setObjectName(QStringLiteral("Person_EDT"));
     person_->setRange(0, kMostPersons);
     addField(*row, QStringLiteral("کد شخص"), person_);
     store_ = new QComboBox;
     store_->setObjectName(QStringLiteral("Store_CMB"));
+    store_->setSizeAdjustPolicy(QComboBox::AdjustToContents);  // the stores come when the page is shown
     addField(*row, QStringLiteral("انبار"), store_);
     layout.addLayout(row);
     result_ = new QLabel(QStringLiteral("آمادهٔ اسکن"));
     result_->setObjectName(QStringLiteral("Result_LBL"));
     result_->setTextFormat(Qt::PlainText);
     layout.addWidget(result_);
+    for (QWidget* each : std::initializer_list<QWidget*>{removing_, sound_, store_})
+        each->installEventFilter(this);
+    QObject::connect(person_, &QSpinBox::editingFinished, this, [this] {
+        if (person_->hasFocus()) scan_->setFocus();  // Enter; leaving it goes where the user wants
+    });
     QObject::connect(scan_, &QLineEdit::returnPressed, this,
                      [this] { context_.handlers.guarded(this, [this] { scan(); }); });
 }
@@ -175,6 +186,7 @@ QPushButton* CounterPage::addButton(QBoxLayout& row, const char* objectName, con
     auto* button =
         new QPushButton(QStringLiteral("%1 \u2066%2\u2069").arg(title, key.toString(QKeySequence::NativeText)));
     button->setObjectName(QString::fromLatin1(objectName));
+    button->installEventFilter(this);
     row.addWidget(button);
     const auto run = [this, work] { context_.handlers.guarded(this, [this, work] { (this->*work)(); }); };
     QObject::connect(button, &QPushButton::clicked, this, run);
@@ -196,6 +208,7 @@ void CounterPage::makeFooter(QBoxLayout& layout) {
     policy_->addItems({QStringLiteral("موجودی منفی ممنوع"), QStringLiteral("موجودی منفی با پرسش"),
                        QStringLiteral("موجودی منفی مجاز")});
     policy_->setAccessibleName(QStringLiteral("سیاست موجودی منفی"));
+    policy_->installEventFilter(this);
     row->addWidget(policy_);
     addButton(*row, "Tare_BTN", QStringLiteral("وزن ظرف"), QKeySequence(Qt::Key_F8), &CounterPage::tare);
     addButton(*row, "RemoveLine_BTN", QStringLiteral("حذف سطر"), QKeySequence(Qt::Key_F7), &CounterPage::removeLine);
@@ -211,6 +224,7 @@ void CounterPage::makeFooter(QBoxLayout& layout) {
     // In the order of the kinds of scales.
     scaleType_->addItems({QStringLiteral("همه با هم"), QStringLiteral("یک‌به‌یک")});
     scaleType_->setAccessibleName(QStringLiteral("روش ارسال به ترازو"));
+    scaleType_->installEventFilter(this);
     row->addWidget(scaleType_);
     addButton(*row, "SendToScale_BTN", QStringLiteral("ارسال به ترازو"), QKeySequence(Qt::Key_F9),
               &CounterPage::sendToScale);
@@ -233,16 +247,17 @@ void CounterPage::enter() {
     scan_->setFocus();
 }
 
-// Typing anywhere on the invoice is a scan.
+// Typing anywhere but into the person's code is a scan: a scanner does not know where the focus is.
 bool CounterPage::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == grid_ && event->type() == QEvent::KeyPress) {
+    if (event->type() == QEvent::KeyPress) {
         auto& key = static_cast<QKeyEvent&>(*event);
-        if (!key.text().isEmpty() && key.text()[0].isPrint() && key.text()[0] != QLatin1Char(' ')) {
+        const bool plain = (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) == 0;
+        if (plain && !key.text().isEmpty() && key.text()[0].isPrint() && key.text()[0] != QLatin1Char(' ')) {
             scan_->setFocus();
             QApplication::sendEvent(scan_, &key);
             return true;
         }
-        if (key.key() == Qt::Key_Delete) {
+        if (watched == grid_ && key.key() == Qt::Key_Delete) {
             context_.handlers.guarded(this, [this] { removeLine(); });
             return true;
         }
@@ -254,8 +269,11 @@ void CounterPage::scan() {
     const QString typed = scan_->text();
     scan_->clear();
     if (typed.trimmed().isEmpty()) return;
+    const std::size_t before = invoice_.lines().size();
     const ScanReport done = scanner_.scan(typed, {.person = person_->value(), .removing = removing_->isChecked()});
     showLines();
+    // What is done next, a tare for instance, is meant for what was just scanned.
+    if (invoice_.lines().size() > before) grid_->setCurrentCell(grid_->rowCount() - 1, 0);
     report(done.mood, done.text);
     scan_->setFocus();
 }

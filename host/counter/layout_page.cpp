@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "host/counter/persian_inputs.h"
 #include "host/counter/scan_text.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
@@ -45,7 +46,8 @@ QString coloured(const QString& text, const QString& background) {
 QString listTitle(const BarcodeLayout& layout) {
     const QString title = layout.title.empty() ? QStringLiteral("بی‌نام") : QString::fromStdString(layout.title);
     return QStringLiteral("%1 — %2 (%3 رقمی)")
-        .arg(title, QString::fromStdString(layout.constantCode), persianDigits(QString::number(layout.digitCount)));
+        .arg(title, persianDigits(QString::fromStdString(layout.constantCode)),
+             persianDigits(QString::number(layout.digitCount)));
 }
 
 }  // namespace
@@ -54,7 +56,7 @@ QString previewOf(const BarcodeLayout& layout, const QString& barcode) {
     const std::vector<FieldSpan> spans = spansOf(layout);
     QString characters;
     for (int position = 1; position <= barcode.size(); ++position) {
-        const QString character = barcode.mid(position - 1, 1);
+        const QString character = persianDigits(barcode.mid(position - 1, 1));
         const auto covers = [position](const FieldSpan& span) { return span.begin <= position && position < span.end; };
         const auto count = std::count_if(spans.begin(), spans.end(), covers);
         if (count == 0) {
@@ -68,11 +70,17 @@ QString previewOf(const BarcodeLayout& layout, const QString& barcode) {
     QString legend;
     for (const FieldSpan& span : spans) {
         const int begin = std::max(span.begin, 1);
-        const QString cut = barcode.mid(begin - 1, std::max(span.end - begin, 0));
-        legend += QStringLiteral("<tr><td>%1</td><td dir=\"ltr\" style=\"padding:0 12px\">%2</td></tr>")
-                      .arg(coloured(titleOf(span.field), backgroundOf(span.field)), cut.toHtmlEscaped());
+        const QString cut = persianDigits(barcode.mid(begin - 1, std::max(span.end - begin, 0)));
+        // Tables go from left to right whatever is said of them.
+        legend += QStringLiteral(
+                      "<tr><td align=\"right\" style=\"padding:2px 12px\">%1</td>"
+                      "<td align=\"right\" style=\"padding:2px 0\">%2</td></tr>")
+                      .arg(cut.toHtmlEscaped(), coloured(QStringLiteral("\u00A0%1\u00A0").arg(titleOf(span.field)),
+                                                         backgroundOf(span.field)));
     }
-    return QStringLiteral("<div dir=\"ltr\" align=\"center\" style=\"font-size:20pt\">%1</div><table>%2</table>")
+    return QStringLiteral(
+               "<div dir=\"ltr\" align=\"center\" style=\"font-size:20pt\">%1</div>"
+               "<table align=\"right\">%2</table>")
         .arg(characters, legend);
 }
 
@@ -110,39 +118,46 @@ LayoutPage::LayoutPage(DesktopContext context, QWidget* parent)
         Qt::QueuedConnection);
 }
 
-QSpinBox* LayoutPage::addNumber(QFormLayout& form, const char* objectName, const QString& title,
-                                int BarcodeLayout::*field) {
-    auto* input = new QSpinBox;
-    input->setObjectName(QString::fromLatin1(objectName));
+QSpinBox* LayoutPage::makeNumber(const QString& objectName, const QString& accessibleName, int BarcodeLayout::*field) {
+    auto* input = new PersianSpinBox;
+    input->setObjectName(objectName);
     input->setRange(0, kLongestBarcode);
-    input->setAccessibleName(title);
-    form.addRow(title, input);
+    input->setAccessibleName(accessibleName);
     QObject::connect(input, &QSpinBox::valueChanged, this, [this] { edited(); });
     take_.emplace_back([input, field](BarcodeLayout& layout) { layout.*field = input->value(); });
     fill_.emplace_back([input, field](const BarcodeLayout& layout) { input->setValue(layout.*field); });
     return input;
 }
 
+QSpinBox* LayoutPage::addNumber(QFormLayout& form, const char* objectName, const QString& title,
+                                int BarcodeLayout::*field) {
+    QSpinBox* input = makeNumber(QString::fromLatin1(objectName), title, field);
+    form.addRow(title, input);
+    return input;
+}
+
+// Where a field begins and how long it is, side by side.
 void LayoutPage::addPlace(QFormLayout& form, const QString& name, const QString& title, int BarcodeLayout::*start,
                           int BarcodeLayout::*count) {
-    addNumber(form, (name + QStringLiteral("Start_EDT")).toLatin1().constData(), QStringLiteral("%1 از").arg(title),
-              start);
-    addNumber(form, (name + QStringLiteral("Count_EDT")).toLatin1().constData(),
-              QStringLiteral("تعداد رقم %1").arg(title), count);
+    auto* row = new QHBoxLayout;
+    row->setSpacing(8);
+    QSpinBox* first = makeNumber(name + QStringLiteral("Start_EDT"), QStringLiteral("%1 از رقم").arg(title), start);
+    row->addWidget(new QLabel(QStringLiteral("از")));
+    row->addWidget(first, 1);
+    row->addWidget(new QLabel(QStringLiteral("تعداد")));
+    row->addWidget(makeNumber(name + QStringLiteral("Count_EDT"), QStringLiteral("تعداد رقم %1").arg(title), count), 1);
+    form.addRow(title, row);
 }
 
 void LayoutPage::makeFields(QFormLayout& form) {
-    const auto addText = [this, &form](const char* name, const QString& title, int longest,
-                                       std::string BarcodeLayout::*field) {
+    const auto makeText = [this, &form](const char* name, const QString& title, int longest) {
         auto* input = new QLineEdit;
         input->setObjectName(QString::fromLatin1(name));
         input->setMaxLength(longest);
         input->setAccessibleName(title);
         form.addRow(title, input);
         QObject::connect(input, &QLineEdit::textEdited, this, [this] { edited(); });
-        take_.emplace_back([input, field](BarcodeLayout& layout) { layout.*field = input->text().toStdString(); });
-        fill_.emplace_back(
-            [input, field](const BarcodeLayout& layout) { input->setText(QString::fromStdString(layout.*field)); });
+        return input;
     };
     const auto addFlag = [this, &form](const char* name, const QString& title, auto isOn, auto setOn) {
         auto* input = new QCheckBox(title);
@@ -153,7 +168,9 @@ void LayoutPage::makeFields(QFormLayout& form) {
         fill_.emplace_back([input, isOn](const BarcodeLayout& layout) { input->setChecked(isOn(layout)); });
     };
 
-    addText("Title_EDT", QStringLiteral("عنوان"), kLongestTitle, &BarcodeLayout::title);
+    auto* name = makeText("Title_EDT", QStringLiteral("عنوان"), kLongestTitle);
+    take_.emplace_back([name](BarcodeLayout& layout) { layout.title = name->text().toStdString(); });
+    fill_.emplace_back([name](const BarcodeLayout& layout) { name->setText(QString::fromStdString(layout.title)); });
     auto* kind = new QComboBox;
     kind->setObjectName(QStringLiteral("BarCodeType_CMB"));
     // In the order of the kinds, from 1.
@@ -165,9 +182,18 @@ void LayoutPage::makeFields(QFormLayout& form) {
     });
     fill_.emplace_back([kind](const BarcodeLayout& layout) { kind->setCurrentIndex(layout.barCodeType - 1); });
     addNumber(form, "DigitCount_EDT", QStringLiteral("تعداد رقم بارکد"), &BarcodeLayout::digitCount);
-    addText("ConstantCode_EDT", QStringLiteral("پیش‌شماره"), kLongestPrefix, &BarcodeLayout::constantCode);
-    addPlace(form, QStringLiteral("Constant"), QStringLiteral("پیش‌شماره"), &BarcodeLayout::constantStart,
-             &BarcodeLayout::constantCount);
+    auto* prefix = makeText("ConstantCode_EDT", QStringLiteral("پیش‌شماره"), kLongestPrefix);
+    prefix->setValidator(new PersianDigitsShown(prefix));
+    const auto shownPrefix = [](const BarcodeLayout& layout) {
+        return persianDigits(latinDigits(QString::fromStdString(layout.constantCode)));
+    };
+    take_.emplace_back([prefix, shownPrefix](BarcodeLayout& layout) {
+        // One that nobody touched stays as it is, whatever digits it has.
+        if (prefix->text() != shownPrefix(layout)) layout.constantCode = latinDigits(prefix->text()).toStdString();
+    });
+    fill_.emplace_back([prefix, shownPrefix](const BarcodeLayout& layout) { prefix->setText(shownPrefix(layout)); });
+    addPlace(form, QStringLiteral("Constant"), QStringLiteral("جای پیش‌شماره"),
+             &BarcodeLayout::constantStart, &BarcodeLayout::constantCount);
     addNumber(form, "ItemConstantCode_EDT", QStringLiteral("کالای ثابت"), &BarcodeLayout::itemConstantCode)
         ->setMaximum(kMostGoods);
     addFlag(
@@ -205,6 +231,7 @@ void LayoutPage::makePreview(QBoxLayout& layout) {
     sample_->setObjectName(QStringLiteral("Sample_EDT"));
     sample_->setPlaceholderText(QStringLiteral("بارکد"));
     sample_->setAccessibleName(title->text());
+    sample_->setValidator(new PersianDigitsShown(sample_));
     layout.addWidget(sample_);
     preview_ = new QLabel;
     preview_->setObjectName(QStringLiteral("Preview_LBL"));

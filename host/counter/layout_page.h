@@ -36,6 +36,7 @@ private:
     void makeButtons(QBoxLayout& layout);
     QPushButton* addButton(QBoxLayout& row, const char* objectName, const QString& title, const QKeySequence& key,
                            void (LayoutPage::*work)());
+    QSpinBox* makeNumber(const QString& objectName, const QString& accessibleName, int BarcodeLayout::*field);
     QSpinBox* addNumber(QFormLayout& form, const char* objectName, const QString& title, int BarcodeLayout::*field);
     void addPlace(QFormLayout& form, const QString& name, const QString& title, int BarcodeLayout::*start,
                   int BarcodeLayout::*count);

@@ -16,10 +16,10 @@ const QHash<QChar, QChar>& keys() {
         const QString latin = QStringLiteral("qwertyuiopasdfghjklzxcvbnmd;;");
         for (qsizetype i = 0; i < persian.size(); ++i)
             made.insert(persian[i], latin[i]);
-        // Above 2 to 7.
-        const QString signs = QStringLiteral("٬٫﷼٪×،");
+        // Above 1 to 9 and 0.
+        const QString signs = QStringLiteral("!٬٫﷼٪×،*)(");
         for (qsizetype i = 0; i < signs.size(); ++i)
-            made.insert(signs[i], QLatin1Char(static_cast<char>('2' + i)));
+            made.insert(signs[i], QLatin1Char(static_cast<char>('0' + (i + 1) % 10)));
         return made;
     }();
     return map;

@@ -125,8 +125,8 @@ TEST(BarcodePreview, coloursEachCharacterByItsField) {
     EXPECT_EQ(preview.count("#DDE2EA"), 2 + 1);  // and once in the legend
     EXPECT_EQ(preview.count("#CFE8D8"), 5 + 1);
     EXPECT_EQ(preview.count("#FBE3B3"), 5 + 1);
-    EXPECT_TRUE(preview.contains(">00057</td>"));
-    EXPECT_TRUE(preview.contains(">01250</td>"));
+    EXPECT_TRUE(preview.contains(">۰۰۰۵۷</td>"));
+    EXPECT_TRUE(preview.contains(">۰۱۲۵۰</td>"));
 }
 
 TEST(BarcodePreview, textIsNotMarkup) {

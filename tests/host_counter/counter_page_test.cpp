@@ -2,6 +2,7 @@
 #include "host/counter/counter_page.h"
 
 #include <QComboBox>
+#include <QProgressBar>
 #include <QTimer>
 
 #include "tests/host_desktop/desktop_test.h"
@@ -13,9 +14,15 @@ using ::testing::ElementsAre;
 
 class NotedPrograms final : public ProgramService {
 public:
-    void start(const ProgramStart& program) override { started.push_back(program.parameters); }
+    void start(const ProgramStart& program) override {
+        started.push_back(program.parameters);
+        if (bar != nullptr && started.size() > 1) shown.push_back(bar->text().toStdString());
+    }
     [[nodiscard]] std::unique_ptr<ProgramLibrary> load(const std::string& /*name*/) override { return nullptr; }
     std::vector<std::string> started;
+    // What the bar says at each start but the first.
+    QProgressBar* bar = nullptr;
+    std::vector<std::string> shown;
 };
 
 class Counter : public DesktopTest {
@@ -129,6 +136,44 @@ TEST_F(Counter, typingOnTheInvoiceIsAScan) {
     EXPECT_EQ(control<QLineEdit>(*page, "Scan_EDT").text(), "2");
 }
 
+TEST_F(Counter, aScannerNeedNotKnowWhereTheFocusIs) {
+    for (const char* name : {"Removing_BTN", "Sound_CHK", "Store_CMB", "Policy_CMB", "Save_BTN", "SendToScale_BTN"}) {
+        click(*page, "Clear_BTN");
+        control(*page, name).setFocus();
+        const int policyBefore = control<QComboBox>(*page, "Policy_CMB").currentIndex();
+        // To whatever has the focus, as a keyboard does.
+        for (const char digit : std::string("2800105012507"))
+            QTest::keyClick(page->focusWidget(), digit);
+        QTest::keyClick(page->focusWidget(), Qt::Key_Return);
+        EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱.۲۵")) << name;
+        EXPECT_FALSE(control<QPushButton>(*page, "Removing_BTN").isChecked()) << name;
+        EXPECT_EQ(control<QComboBox>(*page, "Policy_CMB").currentIndex(), policyBefore) << name;
+    }
+}
+
+TEST_F(Counter, thePersonsCodeIsTypedAndTheScanGoesOn) {
+    type(*page, "Person_EDT", "۱2");
+    EXPECT_EQ(control<QSpinBox>(*page, "Person_EDT").value(), 12);
+    EXPECT_EQ(control<QSpinBox>(*page, "Person_EDT").text(), "۱۲");
+    QTest::keyClick(page->focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(page->focusWidget(), &control(*page, "Scan_EDT"));
+    EXPECT_TRUE(lines().empty());
+}
+
+TEST_F(Counter, aWholeLayoutOfPersianKeysStillScans) {
+    scan("٬*((!(٪(!٬٪(،");  // 2800105012507 with the shift key down
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱.۲۵"));
+}
+
+TEST_F(Counter, theNewestLineIsTheOneToWeigh) {
+    scan("2800105012507");
+    scan("2800098002507");
+    EXPECT_EQ(control<QTableWidget>(*page, "Lines_GRD").currentRow(), 1);
+    control<QTableWidget>(*page, "Lines_GRD").setCurrentCell(0, 0);
+    scan("1234567890123");  // nothing came
+    EXPECT_EQ(control<QTableWidget>(*page, "Lines_GRD").currentRow(), 0);
+}
+
 std::string remaining(Session& session) {
     return linesOf(session,
                    "SELECT TOP 1 CAST(Tedad AS nvarchar(30)), OperationType, OperationRow FROM dbo.Kardex "
@@ -214,9 +259,11 @@ TEST_F(Counter, chosenGoodsGoToTheScales) {
     EXPECT_TRUE(programs.started[0].ends_with(" \"105,98\"")) << programs.started[0];
     programs.started.clear();
     control<QComboBox>(*page, "ScaleType_CMB").setCurrentIndex(1);
+    programs.bar = &control<QProgressBar>(*page, "Progress_BAR");
     click(*page, "SendToScale_BTN");
     EXPECT_EQ(mood(), "added");
-    ASSERT_FALSE(programs.started.empty());
+    ASSERT_EQ(programs.started.size(), 4U);
+    EXPECT_THAT(programs.shown, ElementsAre("۱ از ۴", "۲ از ۴", "۳ از ۴"));
     for (std::size_t i = 0; i < programs.started.size(); ++i)
         EXPECT_TRUE(programs.started[i].ends_with(i + 1 == programs.started.size() ? "  1" : "  0"));
     EXPECT_EQ(&host.programs(), &programs);

@@ -3,6 +3,7 @@
 
 #include <QCheckBox>
 
+#include "host/screens/persian_digits.h"
 #include "tests/host_desktop/desktop_test.h"
 
 namespace basalt::host {
@@ -23,7 +24,7 @@ protected:
     QListWidget& list() { return control<QListWidget>(*page, "Layouts_LST"); }
     void choose(const char* prefix) {
         for (int row = 0; row < list().count(); ++row) {
-            if (list().item(row)->text().contains(QString::fromLatin1(prefix))) list().setCurrentRow(row);
+            if (latinDigits(list().item(row)->text()).contains(QString::fromLatin1(prefix))) list().setCurrentRow(row);
         }
         QCoreApplication::processEvents();
     }
@@ -36,7 +37,7 @@ protected:
 TEST_F(Layouts, showsTheFieldsOfTheChosenOne) {
     EXPECT_EQ(list().count(), 5);
     choose("27");
-    EXPECT_EQ(control<QLineEdit>(*page, "ConstantCode_EDT").text(), "27");
+    EXPECT_EQ(control<QLineEdit>(*page, "ConstantCode_EDT").text(), "۲۷");
     EXPECT_EQ(number("DigitCount_EDT").value(), 20);
     EXPECT_EQ(number("BalanceNoCount_EDT").value(), 2);
     EXPECT_TRUE(control<QCheckBox>(*page, "BalanceNoAsStore_CHK").isChecked());
@@ -47,8 +48,8 @@ TEST_F(Layouts, previewsWhatIsTyped) {
     choose("28");
     type(*page, "Sample_EDT", "۲۸۰۰۱۰۵۰۱۲۵۰۷");
     const std::string preview = control<QLabel>(*page, "Preview_LBL").text().toStdString();
-    EXPECT_THAT(preview, HasSubstr(">00105</td>"));
-    EXPECT_THAT(preview, HasSubstr(">01250</td>"));
+    EXPECT_THAT(preview, HasSubstr(">۰۰۱۰۵</td>"));
+    EXPECT_THAT(preview, HasSubstr(">۰۱۲۵۰</td>"));
     EXPECT_EQ(problems(), "");
     choose("29");
     EXPECT_THAT(problems(), HasSubstr("این بارکد با این الگو نمی‌خواند."));
@@ -66,6 +67,42 @@ TEST_F(Layouts, warnsWhileItIsEdited) {
     messages.answers = {mrNo};
     EXPECT_TRUE(page->mayLeave());
     EXPECT_EQ(number("AmountStart_EDT").value(), 8);
+}
+
+TEST_F(Layouts, overlappingCharactersHaveAColourOfTheirOwn) {
+    BarcodeLayout layout;
+    layout.digitCount = 4;
+    layout.constantCode = "28";
+    layout.itemCodeStart = 2;
+    layout.itemCodeCount = 2;
+    const QString preview = previewOf(layout, "2801");
+    const auto colourOf = [&preview](const char* digit) {
+        const QString sign = QStringLiteral("\">%1</span>").arg(QString::fromUtf8(digit));
+        const qsizetype end = preview.indexOf(sign);
+        return end < 0 ? std::string("none") : preview.mid(end - 7, 7).toStdString();
+    };
+    EXPECT_EQ(colourOf("۱"), "none");
+    EXPECT_NE(colourOf("۸"), "none");
+    EXPECT_NE(colourOf("۸"), colourOf("۲"));
+    EXPECT_NE(colourOf("۸"), colourOf("۰"));
+    EXPECT_NE(colourOf("۲"), colourOf("۰"));
+}
+
+TEST_F(Layouts, numbersAreShownAndTypedInPersianDigits) {
+    choose("28");
+    EXPECT_EQ(number("DigitCount_EDT").text(), "۱۳");
+    type(*page, "AmountStart_EDT", "۹");
+    EXPECT_EQ(number("AmountStart_EDT").value(), 9);
+    type(*page, "AmountStart_EDT", "12");
+    EXPECT_EQ(number("AmountStart_EDT").value(), 12);
+    EXPECT_EQ(number("AmountStart_EDT").text(), "۱۲");
+    type(*page, "Sample_EDT", "28001");
+    EXPECT_EQ(control<QLineEdit>(*page, "Sample_EDT").text(), "۲۸۰۰۱");
+    type(*page, "ConstantCode_EDT", "۲۱");
+    type(*page, "Title_EDT", "وزن ۵");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(linesOf(*session, "SELECT Title, AmountStart FROM dbo.BarCodeFormul WHERE ConstantCode = N'21'").at(0),
+              "وزن ۵|12");
 }
 
 TEST_F(Layouts, savesAndDeletes) {

@@ -30,7 +30,7 @@ TEST(ScanText, lettersOfThePersianLayoutBecomeTheirKeys) {
 }
 
 TEST(ScanText, signsAboveTheDigitsBecomeDigits) {
-    EXPECT_EQ(repaired("٬٫﷼٪×،"), "234567");
+    EXPECT_EQ(repaired("!٬٫﷼٪×،*)("), "1234567890");
 }
 
 TEST(ScanText, directionMarksGo) {

@@ -1,0 +1,42 @@
+// Inputs that show digits as Persian ones, whatever keyboard layout they were typed under.
+//
+//   auto* start = new PersianSpinBox;               // value() is a number as ever
+//   edit->setValidator(new PersianDigitsShown(edit));
+//   latinDigits(edit->text())                       // what is stored and compared
+#pragma once
+
+#include <QSpinBox>
+#include <QValidator>
+
+#include "host/screens/persian_digits.h"
+
+namespace basalt::host {
+
+class PersianSpinBox final : public QSpinBox {
+public:
+    using QSpinBox::QSpinBox;
+
+protected:
+    [[nodiscard]] QString textFromValue(int value) const override { return persianDigits(QString::number(value)); }
+    [[nodiscard]] int valueFromText(const QString& text) const override {
+        return QSpinBox::valueFromText(latinDigits(text));
+    }
+    QValidator::State validate(QString& text, int& cursor) const override {
+        QString latin = latinDigits(text);
+        const QValidator::State state = QSpinBox::validate(latin, cursor);
+        text = persianDigits(latin);
+        return state;
+    }
+};
+
+// Takes any text.
+class PersianDigitsShown final : public QValidator {
+public:
+    using QValidator::QValidator;
+    State validate(QString& text, int& /*cursor*/) const override {
+        text = persianDigits(latinDigits(text));
+        return Acceptable;
+    }
+};
+
+}  // namespace basalt::host
