@@ -1,6 +1,7 @@
 // basalt batch: a call in JSON on each line of the standard input, its reply on a line of the standard output.
 #include <iostream>
 #include <memory>
+#include <set>
 
 #include "ado/error.h"
 #include "cli/commands.h"
@@ -28,7 +29,9 @@ BatchCall parseCall(const std::string& line) {
     const Datum request = Datum::parseJson(line);
     if (!request.isRecord()) throw UsageError("a call is an object like {\"call\":NAME,\"args\":{},\"answers\":[]}");
     BatchCall call;
+    std::set<std::string> seen;
     for (const auto& [key, value] : request.asRecord()) {
+        if (!seen.insert(key).second) throw UsageError("the call has \"" + key + "\" more than once");
         if (key == "call" && value.isText()) {
             call.function = value.asText();
         } else if (key == "args" && value.isRecord()) {

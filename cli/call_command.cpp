@@ -32,17 +32,19 @@ std::vector<host::Answer> parseAnswers(const std::vector<std::string>& words) {
     return answers;
 }
 
-host::CallReport call(Workspace& workspace, const CallOptions& options, const std::vector<host::Answer>& answers) {
+host::CallReport call(Workspace& workspace, const std::string& function, const std::vector<std::string>& words,
+                      const std::vector<host::Answer>& answers) {
     const Registry& registry = workspace.module().registry();
     host::FunctionCaller caller(registry, workspace.host());
-    return caller.call(options.function, host::argumentsFromWords(registry, options.function, options.arguments),
-                       answers);
+    return caller.call(function, host::argumentsFromWords(registry, function, words), answers);
 }
 
 int run(const CommonOptions& common, const CallOptions& options) {
     const std::vector<host::Answer> answers = parseAnswers(options.answers);
     Workspace workspace(common);
-    const host::CallReport report = call(workspace, options, answers);
+    std::vector<std::string> words = options.arguments;
+    words.insert(words.end(), common.moreArguments.begin(), common.moreArguments.end());
+    const host::CallReport report = call(workspace, options.function, words, answers);
     if (options.json || (!options.text && !outputIsTerminal())) {
         std::cout << host::toDatum(report).toJson() << std::endl;
     } else if (report.started) {

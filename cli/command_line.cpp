@@ -1,7 +1,12 @@
 #include "cli/command_line.h"
 
+#include <algorithm>
 #include <exception>
 #include <iostream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "cli/commands.h"
 #include "cli/terminal.h"
@@ -17,6 +22,30 @@ CLI::App& Program::command(CLI::App& parent, const std::string& name, const std:
     return added;
 }
 
+namespace {
+
+// Behind "--" stand values that begin with a minus sign. The library gives them to a list of values only as long as the
+// list is empty, so those behind other values are added here.
+void parse(CLI::App& app, CommonOptions& options, int argc, char** argv) {
+    char** const end = argv + argc;
+    char** const dashes = std::find_if(argv, end, [](const char* word) { return std::string_view(word) == "--"; });
+    if (dashes != end) {
+        try {
+            app.parse(static_cast<int>(dashes - argv), argv);
+            const CLI::Option* list = app.get_subcommands().front()->get_option_no_throw("ARGUMENT");
+            if (list != nullptr && list->count() > 0) {
+                options.moreArguments.assign(dashes + 1, end);
+                return;
+            }
+        } catch (const CLI::ParseError&) {
+            // What is missing stands behind the dashes, or the whole is wrong.
+        }
+    }
+    app.parse(argc, argv);
+}
+
+}  // namespace
+
 int runCommandLine(int argc, char** argv) {
     prepareTerminal();
     CommonOptions options;
@@ -26,7 +55,8 @@ int runCommandLine(int argc, char** argv) {
     app.require_subcommand(1);
     app.add_option("--database", options.database,
                    "embedded:PATH, embedded::memory: (new, with demo data) or odbc:CONNECTION STRING")
-        ->type_name("URL");
+        ->type_name("URL")
+        ->check([](const std::string& url) { return url.empty() ? "names no database" : std::string(); });
     app.add_option("--user", options.user, "code of the user who is signed in; 1 when left out")->type_name("CODE");
     app.add_option("--record", options.record, "write what passes between program and database to a file")
         ->type_name("FILE");
@@ -45,12 +75,23 @@ int runCommandLine(int argc, char** argv) {
     addScreenCommand(program);
 
     try {
-        app.parse(argc, argv);
+        parse(app, options, argc, argv);
+    } catch (const CLI::RequiredError& error) {
+        const std::vector<std::string> words = app.remaining();
+        if (!app.get_subcommands().empty() || words.empty()) return app.exit(error) == 0 ? 0 : 2;
+        if (words.front() == "help") {
+            std::cout << app.help();
+            return 0;
+        }
+        std::cerr << "basalt: there is no command " << words.front() << "; basalt --help lists them\n";
+        return 2;
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : 2;
     }
     try {
-        return chosen();
+        const int status = chosen();
+        if (!std::cout.flush()) throw std::runtime_error("the output cannot be written; what is there of it is cut");
+        return status;
     } catch (const WrongUsage& error) {
         std::cerr << "basalt: " << error.what() << '\n';
         return 2;

@@ -12,7 +12,8 @@ struct CommonOptions {
     int user = 1;
     std::string record;                 // a file
     std::string replay;                 // a file
-    std::vector<std::string> settings;  // NAME=VALUE
+    std::vector<std::string> settings;       // NAME=VALUE
+    std::vector<std::string> moreArguments;  // of a command that takes a list of them, behind the rest
 };
 
 }  // namespace basalt::cli

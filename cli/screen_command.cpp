@@ -2,7 +2,6 @@
 #include <QApplication>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <memory>
 
 #include "cli/commands.h"
@@ -29,7 +28,12 @@ struct ScreenOptions {
 std::string readFile(const std::string& name) {
     std::ifstream stream(name, std::ios::binary);
     if (!stream) throw WrongUsage("the file " + name + " cannot be read");
-    return {std::istreambuf_iterator<char>(stream), {}};
+    // A folder opens like a file and fails only when it is read.
+    std::string text;
+    for (char block[4096]; stream.read(block, sizeof block), stream.gcount() > 0;)
+        text.append(block, static_cast<std::size_t>(stream.gcount()));
+    if (stream.bad()) throw WrongUsage("the file " + name + " cannot be read");
+    return text;
 }
 
 // The module's screens and the host's own.
@@ -57,7 +61,6 @@ host::BoundArguments bind(const EntryPoint& entry, const std::vector<std::string
     }
 }
 
-// Qt reads its own options from the arguments; those of this program are not for it.
 // Qt's own words for developers go to the standard error; one that the offscreen display repeats for every window does
 // not.
 void tell(QtMsgType type, const QMessageLogContext& context, const QString& message) {
@@ -65,6 +68,7 @@ void tell(QtMsgType type, const QMessageLogContext& context, const QString& mess
     std::cerr << qFormatLogMessage(type, context, message).toStdString() << std::endl;
 }
 
+// Qt reads its own options from the arguments; those of this program are not for it.
 class Application {
 public:
     Application() : handler_(qInstallMessageHandler(tell)), application_(count_, arguments_) {}
@@ -114,10 +118,11 @@ int showByHand(Workspace& workspace, const EntryPoint& entry, const host::BoundA
     return report(caller.show(entry, arguments, messages), std::nullopt);
 }
 
-int openScreen(Workspace& workspace, const ScreenOptions& options, std::vector<host::Step> steps) {
+int openScreen(Workspace& workspace, const ScreenOptions& options, const std::vector<std::string>& words,
+               std::vector<host::Step> steps) {
     const Registry known = screensOf(workspace);
     const EntryPoint& entry = findEntry(known, options.entry);
-    const host::BoundArguments arguments = bind(entry, options.arguments);
+    const host::BoundArguments arguments = bind(entry, words);
     host::HostScreenServices screens(workspace.host());
     workspace.host().setScreens(&screens);
     if (options.steps.empty()) return showByHand(workspace, entry, arguments);
@@ -131,7 +136,9 @@ int run(const CommonOptions& common, const ScreenOptions& options) {
     requireDisplay(played);
     Application application;
     Workspace workspace(common);
-    const int status = openScreen(workspace, options, std::move(steps));
+    std::vector<std::string> words = options.arguments;
+    words.insert(words.end(), common.moreArguments.begin(), common.moreArguments.end());
+    const int status = openScreen(workspace, options, words, std::move(steps));
     if (status == 0) workspace.finish();
     return status;
 }

@@ -246,7 +246,7 @@ int GetBaseImpl::ShowModal() {
     const int code = editor_.exec();
     context_.rethrowUnshown();
     // The code first: other users wait for it.
-    context_.guarded(&editor_, [this] { lock_.release(); });
+    lock_.release();
     option_.saveQuietly({{QStringLiteral("width"), editor_.width()}, {QStringLiteral("height"), editor_.height()}});
     context_.rethrowUnshown();
     if (code == QDialog::Accepted || wroteOnce_) return mrOk;

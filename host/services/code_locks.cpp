@@ -33,7 +33,7 @@ CodeLock::CodeLock(CodeLock&& other) noexcept
 
 CodeLock& CodeLock::operator=(CodeLock&& other) noexcept {
     if (this == &other) return *this;
-    releaseQuietly();
+    release();
     locks_ = std::exchange(other.locks_, nullptr);
     part_ = other.part_;
     value_ = std::move(other.value_);
@@ -44,26 +44,22 @@ CodeLock& CodeLock::operator=(CodeLock&& other) noexcept {
 }
 
 CodeLock::~CodeLock() {
-    releaseQuietly();
+    release();
 }
 
-void CodeLock::releaseQuietly() noexcept {
-    try {
-        release();
-    } catch (const std::exception&) {
-        // The row stays until this client ends or the machine's next client starts.
-    }
-}
-
-void CodeLock::release() {
+void CodeLock::release() noexcept {
     CodeLocks* locks = std::exchange(locks_, nullptr);
     if (!locks) return;
     locks->release({part_, code_, owner_, slot_});
 }
 
-void CodeLocks::release(Row row) {
+void CodeLocks::release(Row row) noexcept {
     unreleased_.push_back(std::move(row));
-    releaseRest();
+    try {
+        releaseRest();
+    } catch (const std::exception&) {
+        // It is among those of the next time.
+    }
 }
 
 void CodeLocks::releaseRest() {
@@ -75,8 +71,7 @@ void CodeLocks::releaseRest() {
         try {
             execute(session_, "DELETE FROM dbo.CodeLock_TBL WHERE Status = ? AND Code = ? AND Slot = ? AND Owner = ?",
                     {std::int64_t{row.part}, row.code, std::int64_t{row.slot}, std::int64_t{row.owner}});
-        } catch (const DatabaseError& error) {
-            if (error.category() != ErrorCategory::Busy) throw;
+        } catch (const DatabaseError&) {
             unreleased_.push_back(row);
             return;
         }

@@ -20,9 +20,9 @@ namespace basalt::host {
 
 class CodeLocks;
 
-// A held code; not to outlive the CodeLocks that gave it. Moving hands it on; destroying it releases the code, an error
-// while releasing is dropped (the row then goes with the next start of the workstation). While another program is
-// writing nobody is kept waiting: the row goes with the next use of CodeLocks, and at the latest when this client ends.
+// A held code; not to outlive the CodeLocks that gave it. Moving hands it on; destroying it releases the code. A row
+// that cannot be removed now (another program is writing, or the disk is full) is nobody's worry: what was done under
+// the lock is done. It goes with the next use of CodeLocks, when this client ends, or at the workstation's next start.
 class CodeLock {
 public:
     CodeLock() = default;
@@ -33,13 +33,11 @@ public:
     [[nodiscard]] bool held() const { return locks_ != nullptr; }
     [[nodiscard]] const std::string& code() const { return code_; }
     [[nodiscard]] const Value& value() const { return value_; }  // the code as nextCode gave it; for hold() its text
-    // Errors of the database pass; the lock then counts as released here.
-    void release();
+    void release() noexcept;
 
 private:
     friend class CodeLocks;
     CodeLock(CodeLocks& locks, TSoftwarePart part, Value value, int owner, int slot);
-    void releaseQuietly() noexcept;
 
     CodeLocks* locks_ = nullptr;
     TSoftwarePart part_{};
@@ -93,7 +91,7 @@ private:
         int owner = 0;
         int slot = 0;
     };
-    void release(Row row);
+    void release(Row row) noexcept;
     void releaseRest();
     [[nodiscard]] std::vector<CodeLockHolder> holders(const std::string& code, TSoftwarePart part);
     // False when the slot is taken.

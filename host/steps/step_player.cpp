@@ -272,7 +272,7 @@ template <>
 std::function<void()> StepPlayer::prepareStep(const ExpectResult& step) {
     if (!returned_) throw StepFailure("the result " + step.value, "the call still running");
     const std::string found = result_.isText() ? result_.asText() : result_.toJson();
-    if (found != step.value) throw StepFailure("the result " + step.value, found);
+    if (!readsAs(QString::fromStdString(found), step.value)) throw StepFailure("the result " + step.value, found);
     return {};
 }
 

@@ -5,11 +5,16 @@
 #include <map>
 #include <utility>
 
+#include "host/screens/persian_digits.h"
 #include "host/steps/steps_error.h"
 
 namespace basalt::host {
 
 namespace {
+
+std::string inLatinDigits(std::string_view text) {
+    return latinDigits(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))).toStdString();
+}
 
 bool isBlank(char c) {
     return c == ' ' || c == '\t';
@@ -63,9 +68,11 @@ public:
     }
 
     [[nodiscard]] static std::optional<int> asNumber(std::string_view text) {
+        const std::string digits = inLatinDigits(text);
         int value = 0;
-        const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
-        if (failure != std::errc() || end != text.data() + text.size()) return std::nullopt;
+        const char* const last = digits.data() + digits.size();
+        const auto [end, failure] = std::from_chars(digits.data(), last, value);
+        if (failure != std::errc() || end != last) return std::nullopt;
         return value;
     }
 

@@ -151,9 +151,9 @@ click Save_BTN
 expect screen List_FRM
 expect cell List_GRD 1 عنوان همکار ۲ (New)
 expect cell List_GRD 1 1 همکار ۲ (New)
-expect cell List_GRD 1 کد 2
+expect cell List_GRD ۱ کد 2
 key - Esc
-expect result 0
+expect result ۰
 )"),
               "");
 }

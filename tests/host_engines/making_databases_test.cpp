@@ -2,15 +2,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
-#include <sys/resource.h>
 
-#include <csignal>
 #include <functional>
 #include <optional>
 
 #include "ado/error.h"
 #include "host/engines/open_database.h"
 #include "tests/host_engines/files.h"
+#include "tests/support/small_files.h"
 
 namespace basalt::host {
 namespace {
@@ -20,27 +19,6 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::ThrowsMessage;
 using ::testing::UnorderedElementsAre;
-
-// As long as it lives no file of this process grows beyond the size, as on a disk that has no more room.
-class SmallFiles {
-public:
-    explicit SmallFiles(rlim_t bytes) : signal_(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        rlimit smaller = before_;
-        smaller.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &smaller);
-    }
-    ~SmallFiles() {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        static_cast<void>(std::signal(SIGXFSZ, signal_));
-    }
-    SmallFiles(const SmallFiles&) = delete;
-    SmallFiles& operator=(const SmallFiles&) = delete;
-
-private:
-    rlimit before_{};
-    void (*signal_)(int);
-};
 
 class MakingDatabases : public test::Files {
 protected:
@@ -72,7 +50,7 @@ TEST_F(MakingDatabases, whatIsMadeStandsInTheFileAlone) {
 }
 
 TEST_F(MakingDatabases, aDatabaseThatFindsNoRoomAtTheEndIsNotMade) {
-    std::optional<SmallFiles> full;
+    std::optional<test::SmallFiles> full;
     EXPECT_THROW(make("a.db",
                       [&full](Session& session) {
                           addLevel(session, "عمده");
@@ -127,7 +105,7 @@ TEST_F(MakingDatabases, aCopyThatFindsNoRoomIsNotMade) {
     });
     {
         // Enough to open the database, too little for all of it.
-        const SmallFiles full(65536);
+        const test::SmallFiles full(65536);
         EXPECT_THROW(backUpDatabase(url("a.db"), path("b.db").string()), DatabaseError);
     }
     EXPECT_THAT(names(), Not(Contains(HasSubstr("b.db"))));

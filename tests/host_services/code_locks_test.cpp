@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "tests/host_services/demo_database.h"
+#include "tests/support/small_files.h"
 
 namespace basalt::host {
 namespace {
@@ -83,6 +84,18 @@ TEST_F(CodeLocksTest, nobodyWaitsForACodeToBeReleased) {
     other.release();
     EXPECT_THAT(lockRows(*secondSession), IsEmpty()) << "both, now that it can be done";
     EXPECT_EQ(linesOf(*firstSession, "SELECT @@LOCK_TIMEOUT"), std::vector<std::string>{"-1"});
+}
+
+TEST_F(CodeLocksTest, aCodeThatCannotBeReleasedForWantOfRoomIsReleasedLater) {
+    CodeLock lock = first.codeLocks().hold("3", spPriceLevels);
+    {
+        const test::SmallFiles full(1);
+        lock.release();
+    }
+    EXPECT_FALSE(lock.held());
+    EXPECT_THAT(lockRows(*secondSession), SizeIs(1));
+    const CodeLock other = first.codeLocks().hold("4", spPriceLevels);
+    EXPECT_THAT(lockRows(*secondSession), ElementsAre(::testing::StartsWith("114|4|")));
 }
 
 TEST_F(CodeLocksTest, aLayoutThatCannotBeSavedNowIsSavedLater) {
