@@ -41,6 +41,15 @@ private:
     lxw_workbook* book_ = nullptr;
 };
 
+// Without the zeros that a column's scale puts behind every number, so that they do not count as digits.
+Decimal shortened(const Decimal& value) {
+    Int128 coefficient = value.coefficient();
+    int scale = value.scale();
+    for (; scale > 0 && coefficient % 10 == 0; --scale)
+        coefficient /= 10;
+    return {coefficient, scale};
+}
+
 std::string formatOf(const TableColumn& column) {
     if (!column.displayFormat.empty()) return column.displayFormat;
     if (column.type == FieldType::Date) return "yyyy-mm-dd";
@@ -91,8 +100,13 @@ private:
         const Value value = table_.value(row, column);
         lxw_format* format = formats_[column];
         if (isNull(value)) return;
-        if (const auto* decimal = std::get_if<Decimal>(&value); decimal && decimal->digits() <= kExactDigits) {
-            worksheet_write_number(sheet, at, column, decimal->toDouble(), format);
+        if (const auto* decimal = std::get_if<Decimal>(&value)) {
+            const Decimal number = decimal->digits() <= kExactDigits ? *decimal : shortened(*decimal);
+            if (number.digits() <= kExactDigits) {
+                worksheet_write_number(sheet, at, column, number.toDouble(), format);
+            } else {
+                worksheet_write_string(sheet, at, column, number.toString().c_str(), nullptr);
+            }
         } else if (const auto* integer = std::get_if<std::int64_t>(&value);
                    integer && Decimal(*integer, 0).digits() <= kExactDigits) {
             worksheet_write_number(sheet, at, column, static_cast<double>(*integer), format);

@@ -44,6 +44,9 @@ struct AnswerStep {
 struct ShotStep {
     std::string file;
 };
+struct ExportStep {
+    std::string grid, format, file;
+};  // format: csv, xlsx or pdf
 
 // What must be there.
 struct ExpectText {
@@ -77,10 +80,14 @@ struct ExpectScreen {
 struct ExpectResult {
     std::string value;
 };
+struct ExpectFile {
+    std::string file;
+    std::string expected;  // a file with the same contents; empty: any but none
+};
 
 using StepAction = std::variant<ClickStep, DoubleClickStep, KeyStep, TypeStep, ClearStep, RowStep, TabStep, ChooseStep,
-                                AnswerStep, ShotStep, ExpectText, ExpectRows, ExpectCell, ExpectState, ExpectMessage,
-                                ExpectStatement, ExpectScreen, ExpectResult>;
+                                AnswerStep, ShotStep, ExportStep, ExpectText, ExpectRows, ExpectCell, ExpectState,
+                                ExpectMessage, ExpectStatement, ExpectScreen, ExpectResult, ExpectFile>;
 
 struct Step {
     int line = 0;  // from 1
@@ -89,8 +96,8 @@ struct Step {
 
 // True for the steps that look and change nothing.
 [[nodiscard]] inline bool isExpectation(const StepAction& action) {
-    static_assert(std::is_same_v<std::variant_alternative_t<10, StepAction>, ExpectText>);
-    return action.index() >= 10;
+    static_assert(std::is_same_v<std::variant_alternative_t<11, StepAction>, ExpectText>);
+    return action.index() >= 11;
 }
 
 }  // namespace basalt::host

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "host/steps/file_export.h"
 #include "host/steps/screen_finder.h"
 #include "host/steps/screen_reader.h"
 #include "host/steps/step_failure.h"
@@ -84,6 +85,10 @@ void StepPlayer::play() {
     if (!step) {
         phase_ = Phase::Closing;
         timer_.start(0);
+        return;
+    }
+    if (exporting_) {
+        timer_.start(retryPause);
         return;
     }
     if (!waiting_.isValid()) waiting_.start();
@@ -205,6 +210,15 @@ std::function<void()> StepPlayer::prepareStep(const ShotStep& step) {
 }
 
 template <>
+std::function<void()> StepPlayer::prepareStep(const ExportStep& step) {
+    return [this, work = exportGrid(step.grid, step.format, step.file)] {
+        exporting_ = true;
+        work();
+        exporting_ = false;
+    };
+}
+
+template <>
 std::function<void()> StepPlayer::prepareStep(const ExpectText& step) {
     requireText(shownText(requireObject(step.object)), step.text, step.object);
     return {};
@@ -273,6 +287,16 @@ std::function<void()> StepPlayer::prepareStep(const ExpectResult& step) {
     if (!returned_) throw StepFailure("the result " + step.value, "the call still running");
     const std::string found = result_.isText() ? result_.asText() : result_.toJson();
     if (!readsAs(QString::fromStdString(found), step.value)) throw StepFailure("the result " + step.value, found);
+    return {};
+}
+
+template <>
+std::function<void()> StepPlayer::prepareStep(const ExpectFile& step) {
+    // The file to compare with lies beside the steps.
+    const QDir beside = QFileInfo(QString::fromStdString(script_.file())).absoluteDir();
+    requireFile(step.file, step.expected.empty()
+                               ? std::string()
+                               : beside.filePath(QString::fromStdString(step.expected)).toStdString());
     return {};
 }
 

@@ -81,6 +81,7 @@ private:
     QTimer timer_;
     QElapsedTimer waiting_;  // since the current step was first tried
     Phase phase_ = Phase::Playing;
+    bool exporting_ = false;  // until the file is there, the steps wait
     bool returned_ = false;
     Datum result_;
     StatementSource statements_;

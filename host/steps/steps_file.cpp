@@ -174,6 +174,11 @@ const std::map<std::string, Parser, std::less<>>& expectations() {
         {"statement", [](Line& line) -> StepAction { return ExpectStatement{unescaped(line.text())}; }},
         {"screen", [](Line& line) -> StepAction { return ExpectScreen{line.word("a screen")}; }},
         {"result", [](Line& line) -> StepAction { return ExpectResult{line.trimmedText()}; }},
+        {"file",
+         [](Line& line) -> StepAction {
+             std::string file = line.word("a file");
+             return ExpectFile{std::move(file), line.trimmedText()};
+         }},
     };
     return parsers;
 }
@@ -218,6 +223,17 @@ const std::map<std::string, Parser, std::less<>>& actions() {
              return AnswerStep{*answer};
          }},
         {"shot", [](Line& line) -> StepAction { return ShotStep{line.trimmedText()}; }},
+        {"export",
+         [](Line& line) -> StepAction {
+             ExportStep step;
+             step.grid = line.word("a grid");
+             step.format = line.word("a format (csv, xlsx or pdf)");
+             if (step.format != "csv" && step.format != "xlsx" && step.format != "pdf")
+                 line.fail("expected a format (csv, xlsx or pdf), found \"" + step.format + "\"");
+             step.file = line.trimmedText();
+             if (step.file.empty()) line.fail("expected the file to write, found the end of the line");
+             return step;
+         }},
         {"expect", [](Line& line) -> StepAction { return parseWith(expectations(), line, "what to expect"); }},
     };
     return parsers;

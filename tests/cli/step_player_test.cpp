@@ -203,6 +203,28 @@ TEST(StepPlayer, takesPictures) {
     EXPECT_FALSE(QImage(file).isNull());
 }
 
+TEST(StepPlayer, filesAreLookedInto) {
+    const QTemporaryDir folder;
+    const auto write = [&](const char* name, const char* text) {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+        return file.fileName().toStdString();
+    };
+    const std::string one = write("one.csv", "a,1\r\nb,2\r\n");
+    const std::string same = write("same.csv", "a,1\r\nb,2\r\n");
+    const std::string other = write("other.csv", "a,1\r\nb,3\r\n");
+    const std::string none = write("none.csv", "");
+    EXPECT_EQ(play("expect file " + one + "\nexpect file " + one + " " + same + "\n"), "");
+    EXPECT_EQ(play("expect file " + one + " " + other + "\n"),
+              "t.steps:1: expected \"b,3\" in line 2 of " + one + ", found \"b,2\"");
+    EXPECT_EQ(play("expect file " + none + "\n"),
+              "t.steps:1: expected something in the file " + none + ", found nothing");
+    EXPECT_EQ(play("expect file gone.csv\n"), "t.steps:1: expected the file gone.csv, found none that can be read");
+    EXPECT_EQ(play("export List_GRD csv " + one + "\n"),
+              "t.steps:1: expected List_GRD to offer an export to csv, found none");
+}
+
 TEST(StepPlayer, slowScreensAreWaitedFor) {
     // The editor is looked for before the event that opens it has been handled.
     StepPlayer player(parseSteps("expect screen Late_FRM\n", "t.steps"), "t.steps");

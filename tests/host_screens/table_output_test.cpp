@@ -1,9 +1,6 @@
 // Tables as text, workbook and pages.
-#include <zlib.h>
-
 #include <QFile>
 #include <QTemporaryDir>
-#include <map>
 
 #include "host/screens/record_content.h"
 #include "host/screens/table_printer.h"
@@ -12,6 +9,7 @@
 #include "host/screens/theme.h"
 #include "host/services/output_error.h"
 #include "tests/host_screens/screen_test.h"
+#include "tests/support/unzipped.h"
 
 namespace basalt::host {
 namespace {
@@ -50,39 +48,6 @@ QByteArray contents(const QString& path) {
     QFile file(path);
     EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
     return file.readAll();
-}
-
-// The files of a zip archive, read by its central directory.
-std::map<std::string, std::string> unzipped(const QByteArray& zip) {
-    const auto number = [&](qsizetype at, int bytes) {
-        std::uint32_t value = 0;
-        for (int i = bytes; i-- > 0;)
-            value = value << 8 | static_cast<std::uint8_t>(zip[at + i]);
-        return value;
-    };
-    std::map<std::string, std::string> files;
-    for (qsizetype at = zip.indexOf("PK\x01\x02"); at >= 0; at = zip.indexOf("PK\x01\x02", at + 4)) {
-        const std::uint32_t packed = number(at + 20, 4);
-        const std::uint32_t size = number(at + 24, 4);
-        const std::string name = zip.mid(at + 46, number(at + 28, 2)).toStdString();
-        const std::uint32_t local = number(at + 42, 4);
-        const qsizetype data = local + 30 + number(local + 26, 2) + number(local + 28, 2);
-        std::string text(size, '\0');
-        if (number(at + 10, 2) == 0) {
-            text = zip.mid(data, size).toStdString();
-        } else {
-            z_stream stream{};
-            inflateInit2(&stream, -MAX_WBITS);
-            stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(zip.constData() + data));
-            stream.avail_in = packed;
-            stream.next_out = reinterpret_cast<Bytef*>(text.data());
-            stream.avail_out = size;
-            EXPECT_EQ(inflate(&stream, Z_FINISH), Z_STREAM_END) << name;
-            inflateEnd(&stream);
-        }
-        files[name] = text;
-    }
-    return files;
 }
 
 bool holds(const std::string& text, const char* piece) {
@@ -131,6 +96,21 @@ TEST_F(TableOutput, aWorkbookHoldsNumbersDatesAndFormats) {
     EXPECT_TRUE(holds(files.at("xl/styles.xml"), "#,#0.##;-#,#0.##;0"));
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
               QStringList{QStringLiteral("t.xlsx")});
+}
+
+TEST_F(TableOutput, aWorkbookHoldsPricesOfTheColumnsScaleAsNumbers) {
+    Table table = sample();
+    table.rows.clear();
+    for (const char* price : {"12500000.000000000", "-1234567.891000000", "99999999999999.999999999", "0.000000001"})
+        table.rows.push_back({std::int64_t{1}, std::string("کالا"), *Decimal::parse(price), Value{}});
+    const QString path = folder.filePath("t.xlsx");
+    writeWorkbook(table, path);
+    const auto files = unzipped(contents(path));
+    const std::string& sheet = files.at("xl/worksheets/sheet1.xml");
+    EXPECT_TRUE(holds(sheet, "<v>12500000</v>")) << sheet;
+    EXPECT_TRUE(holds(sheet, "<v>-1234567.891</v>"));
+    EXPECT_TRUE(holds(sheet, "<t>99999999999999.999999999</t>"));
+    EXPECT_TRUE(holds(sheet, "<v>1E-09</v>") || holds(sheet, "<v>1e-09</v>"));
 }
 
 TEST_F(TableOutput, aWorkbookReplacesTheOneBefore) {

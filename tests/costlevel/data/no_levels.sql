@@ -1,0 +1,3 @@
+-- A company that has no price levels.
+DELETE FROM costlist
+DELETE FROM CostLevel WHERE CostType = 1
