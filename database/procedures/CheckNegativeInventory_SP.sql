@@ -32,7 +32,7 @@ AS
 BEGIN
     SET NOCOUNT ON
 
-    DECLARE @Insert nvarchar(max), @Place int, @Code int
+    DECLARE @Insert nvarchar(max), @Place int, @Code int, @From nvarchar(10)
 
     SET @NegProductNames = N''
     SET @NegProductCodes = N''
@@ -56,7 +56,12 @@ BEGIN
     WHERE K.Global_ID = @Place
         AND NOT EXISTS (SELECT 1 FROM #DocumentLines AS L WHERE L.Code = K.kala AND L.Anbar = K.Anbar)
 
-    -- What the ledger has and what it would have, document by document.
+    -- Before the document's day, and before the earliest that it was on, nothing changes.
+    SELECT @From = MIN([Date]) FROM dbo.Kardex WHERE Global_ID = @Place
+    IF @From IS NULL OR @From > ISNULL(@Date, N'')
+        SET @From = ISNULL(@Date, N'')
+
+    -- What the ledger has and what it would have: the balance until then, and from then on document by document.
     INSERT INTO #NegativeGoods (Code, Name)
     SELECT G.Code, G.Name
     FROM dbo.GoodInf AS G
@@ -71,10 +76,18 @@ BEGIN
             FROM (
                 SELECT M.Code, M.Anbar, M.[Date], M.Global_ID, SUM(M.Now) AS Now, SUM(M.Later) AS Later
                 FROM (
-                    SELECT K.kala AS Code, K.Anbar, K.[Date], K.Global_ID, K.Tedad AS Now,
-                        CASE WHEN K.Global_ID = @Place THEN 0 ELSE K.Tedad END AS Later
+                    SELECT O.Code, O.Anbar, N'' AS [Date], 0 AS Global_ID, O.Tedad AS Now, O.Tedad AS Later
+                    FROM (
+                        SELECT L.Code, L.Anbar, SUM(K.Tedad) AS Tedad
+                        FROM #DocumentLines AS L
+                        INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] < @From
+                        GROUP BY L.Code, L.Anbar
+                    ) AS O
+                    UNION ALL
+                    SELECT K.kala, K.Anbar, K.[Date], K.Global_ID, K.Tedad,
+                        CASE WHEN K.Global_ID = @Place THEN 0 ELSE K.Tedad END
                     FROM #DocumentLines AS L
-                    INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar
+                    INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] >= @From
                     UNION ALL
                     SELECT L.Code, L.Anbar, @Date, @Place, 0, L.Mogodi
                     FROM #DocumentLines AS L

@@ -159,6 +159,8 @@ private:
                                      const Scope& scope) const;
     void checkGrouping(const BoundSelect& select, const BoundQuery* query, const Scope& scope, SourceRange range);
     BoundPtr rowLimit(const ast::Expression& count, Scope* scope);
+    // group_restriction.cpp: lets grouped tables of FROM work out only the groups that their joins ask for.
+    void restrictGroups(BoundSource& source, BoundQuery& query);
     // text_search.cpp: marks what LIKE can look up.
     void findTextSearches(BoundSelect& select);
     // select_assignment.cpp

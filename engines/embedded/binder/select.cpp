@@ -28,6 +28,10 @@ std::string nameOf(const ast::SelectItem& item) {
     return {};
 }
 
+bool seesSources(const Scope* scope) {
+    return scope != nullptr && (!scope->sources.empty() || seesSources(scope->parent));
+}
+
 OutputColumn outputOf(const BoundExpression& expression, std::string name) {
     return {std::move(name), expression.type, expression.nullable,
             expression.kind == BoundKind::Column ? expression.base : std::nullopt};
@@ -75,6 +79,7 @@ std::unique_ptr<BoundSelect> Binder::select(const ast::Select& select, Scope* ou
     if (!select.from.empty()) result->from = from(select.from, scope);
     if (select.where != nullptr) result->where = condition(*select.where, &scope);
     findTextSearches(*result);
+    if (result->from != nullptr && query != nullptr && !seesSources(outer)) restrictGroups(*result->from, *query);
     for (const ast::ExpressionPtr& group : select.groupBy) {
         if (group->kind == ast::ExpressionKind::Literal) {
             fail(164, "Each GROUP BY expression must contain at least one column that is not an outer reference.",

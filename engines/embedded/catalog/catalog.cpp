@@ -178,7 +178,8 @@ void Catalog::readDetails(Table& table) {
         if (pieces.step()) table.searched.push_back(i);
         pieces.reset();
     }
-    const std::string arguments = "(" + sqlText(table.name) + ", '" + schema.substr(0, schema.size() - 1) + "')";
+    const std::string schemaText = sqlText(schema.substr(0, schema.size() - 1));
+    const std::string arguments = "(" + sqlText(table.name) + ", " + schemaText + ")";
     SqliteStatement indexes =
         database_.prepare("SELECT name, origin, partial FROM pragma_index_list" + arguments + " WHERE \"unique\"");
     while (indexes.step()) {
@@ -193,6 +194,13 @@ void Catalog::readDetails(Table& table) {
         while (columns.step())
             index.columns.push_back(columns.textAt(0));
         table.uniques.push_back(std::move(index));
+    }
+    SqliteStatement leading = database_.prepare("SELECT DISTINCT c.name FROM pragma_index_list" + arguments +
+                                                " AS i, pragma_index_info(i.name, " + schemaText +
+                                                ") AS c WHERE c.seqno = 0 AND NOT i.partial");
+    while (leading.step()) {
+        if (const int position = table.find(leading.textAt(0)); position >= 0)
+            table.sought.push_back(static_cast<std::size_t>(position));
     }
     // SQLite numbers the indexes of constraints; their T-SQL names are kept aside, told apart by their columns.
     SqliteStatement names =

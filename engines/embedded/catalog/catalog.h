@@ -54,6 +54,8 @@ struct Table {
     std::vector<std::size_t> key;  // positions of the primary key's columns
     std::vector<Index> uniques;
     std::vector<ForeignKey> foreignKeys;
+    // Positions of the columns by which an index finds rows.
+    std::vector<std::size_t> sought;
     // Positions of the columns whose texts are kept in pieces too (catalog/text_search.h).
     std::vector<std::size_t> searched;
 
