@@ -157,7 +157,7 @@ public:
     std::optional<QString> chooseFile(QWidget*, const QString&, const QString&, const QString&) override {
         return path_;
     }
-    void preview(QWidget*, const QString&, const QPageLayout&, const std::function<void(QPrinter&)>&) override {}
+    void preview(host::ScreenContext&, QWidget*, host::PrintDocument&, const QPageLayout&) override {}
 
 private:
     QString path_;

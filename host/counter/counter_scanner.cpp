@@ -26,7 +26,7 @@ QString quoted(const std::string& name) {
 QString amountText(Extended amount) {
     static const DisplayFormat format("#,##0.#########;-#,##0.#########;0");
     const auto decimal = Decimal::fromExtended(amount, 9);
-    return persianDigits(QString::fromStdString(decimal ? format.text(*decimal) : FloatToStr_VRO(amount)));
+    return screenNumber(decimal ? format.text(*decimal) : FloatToStr_VRO(amount));
 }
 
 ScanReport CounterScanner::scan(const QString& typed, const ScanOptions& options) {

@@ -119,7 +119,7 @@ void HomePage::enter() {
         const std::array<std::string, 5> texts{entry.date, entry.time, entry.userName, what, entry.text};
         for (std::size_t column = 0; column < texts.size(); ++column)
             recent_->setItem(row, static_cast<int>(column),
-                             new QTableWidgetItem(persianDigits(QString::fromStdString(texts.at(column)))));
+                             new QTableWidgetItem(screenText(QString::fromStdString(texts.at(column)))));
         ++row;
     }
     if (firstTile_) firstTile_->setFocus();

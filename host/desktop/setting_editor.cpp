@@ -68,6 +68,7 @@ QWidget* SettingEditor::makeInput() {
     if (field_.kind == SettingKind::Integer) {
         edit_->setPlaceholderText(persianDigits(QStringLiteral("%1 تا %2").arg(field_.lowest).arg(field_.highest)));
         edit_->setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
+        edit_->setInputMethodHints(Qt::ImhDigitsOnly);
     }
     QObject::connect(edit_, &QLineEdit::textEdited, this, [this] { edited(); });
     return edit_;

@@ -6,6 +6,7 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
+#include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
 #include "host/services/host_parts.h"
 
@@ -104,7 +105,6 @@ void SettingsPage::makeWorkstation(QBoxLayout& layout) {
     panel->addWidget(workstationProblem_);
     fontSize_ = new QSpinBox;
     fontSize_->setObjectName(QStringLiteral("FontSize_EDT"));
-    fontSize_->setLocale(QLocale(QLocale::Persian, QLocale::Iran));
     fontSize_->setRange(kSmallestFont, kLargestFont);
     fontSize_->setFixedWidth(120);
     addField(*panel, QStringLiteral("اندازهٔ قلم"), fontSize_);
@@ -219,6 +219,7 @@ void SettingsPage::saveWorkstation() {
     // Writes the option file, with the other options too.
     context_.host.renameWorkstation(workstation_->text().trimmed().toStdString());
     QApplication::setFont(themeFont(options.fontSize));
+    showPersianDigits(options.persianDigits);
 }
 
 void SettingsPage::edited() {

@@ -21,7 +21,7 @@ constexpr int kLongestAmount = 40;
 
 QString amountText(const Decimal& amount) {
     static const DisplayFormat format("#,#0.#########;-#,#0.#########;0");
-    return persianDigits(QString::fromStdString(format.text(amount)));
+    return screenNumber(format.text(amount));
 }
 
 Decimal amountOf(const QLineEdit& input) {
@@ -55,6 +55,7 @@ void PriceEditor::addAmount(QGridLayout& layout, const std::string& field, const
     input->setMaxLength(kLongestAmount);
     input->setAlignment(Qt::AlignHCenter);
     input->setLayoutDirection(Qt::LeftToRight);
+    input->setInputMethodHints(Qt::ImhFormattedNumbersOnly);
     static const QRegularExpression amount(QStringLiteral("-?[0-9\u06F0-\u06F9\u0660-\u0669,.\u066B\u066C]*"));
     input->setValidator(new QRegularExpressionValidator(amount, input));
     layout.addWidget(input, row, column);

@@ -327,9 +327,8 @@ void GetBaseImpl::turnToExisting() {
 
 void GetBaseImpl::printRecord() {
     const RecordContent record(frame_->title(), *formPanel_);
-    const QString footer = QString::fromStdString(context_.host().NowDate("/"));
-    context_.output().preview(&editor_, record.title(), pageLayout(),
-                              [&](QPrinter& printer) { paintTable(record, footer, printer); });
+    TableDocument document(record, QString::fromStdString(context_.host().NowDate("/")));
+    context_.output().preview(context_, &editor_, document, pageLayout());
 }
 
 bool GetBaseImpl::MayClose() {

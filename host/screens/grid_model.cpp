@@ -132,12 +132,12 @@ Value GridModel::value(int modelRow, int column) const {
 QString GridModel::shown(int modelRow, int column) const {
     const Value cell = value(modelRow, column);
     if (isNull(cell)) return {};
-    if (!isNumberColumn(column)) return QString::fromStdString(toText(cell));
+    if (!isNumberColumn(column)) return screenText(QString::fromStdString(toText(cell)));
     try {
-        return persianDigits(QString::fromStdString(format(column).text(toDecimal(cell))));
+        return screenNumber(format(column).text(toDecimal(cell)));
     } catch (const DatabaseError&) {
         // A floating-point number beyond the reach of decimals is shown as it is.
-        return persianDigits(QString::fromStdString(toText(cell)));
+        return screenNumber(toText(cell));
     }
 }
 

@@ -58,7 +58,7 @@ Value RecordContent::value(int row, int column) const {
 
 QString RecordContent::shown(int row, int column) const {
     const Line& line = lines_[static_cast<std::size_t>(row)];
-    return persianDigits(column == 0 ? line.label : line.text);
+    return screenText(column == 0 ? line.label : line.text);
 }
 
 }  // namespace basalt::host

@@ -8,6 +8,7 @@
 #include "host/screens/entity_picker.h"
 #include "host/screens/general_search_frame.h"
 #include "host/screens/get_base_impl.h"
+#include "host/screens/persian_digits.h"
 #include "host/screens/print_setting_dialog.h"
 #include "host/screens/print_setting_memory.h"
 #include "host/screens/range_search_frame.h"
@@ -20,6 +21,7 @@ namespace basalt::host {
 
 HostScreenServices::HostScreenServices(ReferenceHost& host) : context_(host, dialogs_) {
     applyTheme(*qApp);
+    showPersianDigits(host.optionFile().options().persianDigits);
     busy_ = std::make_unique<BusyNotice>(host.session());
     host.setEntityPicking(this);
 }

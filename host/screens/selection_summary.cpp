@@ -29,7 +29,7 @@ Decimal sumOf(const Decimal& a, const Decimal& b) {
 
 QString grouped(int number) {
     static const DisplayFormat format("#,#0");
-    return QString::fromStdString(format.text(Decimal(number, 0)));
+    return screenNumber(format.text(Decimal(number, 0)));
 }
 
 int rowsOf(const QItemSelection& selection) {
@@ -75,7 +75,7 @@ SelectionSummary::SelectionSummary(SmartGrid& grid, QWidget* parent) : QLabel(pa
 }
 
 void SelectionSummary::refresh() {
-    setText(persianDigits(described()));
+    setText(described());
 }
 
 QString SelectionSummary::described() const {
@@ -89,7 +89,7 @@ QString SelectionSummary::described() const {
     if (column < 0 || !model.isNumberColumn(column)) return chosen;
     const auto total = columnTotal(model, selected, column);
     if (!total) return chosen;
-    const auto shown = [&](const Decimal& number) { return QString::fromStdString(model.format(column).text(number)); };
+    const auto shown = [&](const Decimal& number) { return screenNumber(model.format(column).text(number)); };
     return QStringLiteral("%1   |   %2: جمع %3، میانگین %4")
         .arg(chosen, model.column(column).Title, shown(total->sum), shown(total->average));
 }

@@ -433,10 +433,9 @@ void SmartGrid::chooseColumns() {
 }
 
 void SmartGrid::preview(const TableContent& table, const QPageLayout& layout) {
-    const QString footer = QString::fromStdString(context_.host().NowDate("/"));
     checkPrintable(table);
-    context_.output().preview(window(), table.title(), layout,
-                              [&](QPrinter& printer) { paintTable(table, footer, printer); });
+    TableDocument document(table, QString::fromStdString(context_.host().NowDate("/")));
+    context_.output().preview(context_, window(), document, layout);
 }
 
 void SmartGrid::print() {
@@ -461,7 +460,9 @@ void SmartGrid::save(const QString& title, const QString& suffix,
 
 void SmartGrid::exportPdf() {
     save(QStringLiteral("خروجی PDF"), QStringLiteral("pdf"), [this](const TableContent& table, const QString& path) {
-        writePdf(table, QString::fromStdString(context_.host().NowDate("/")), path);
+        checkPrintable(table);
+        TableDocument document(table, QString::fromStdString(context_.host().NowDate("/")));
+        writePdf(document, pageLayout(), path);
     });
 }
 

@@ -8,6 +8,10 @@
 #include <array>
 #include <utility>
 
+#include "host/screens/number_typing.h"
+#include "host/screens/persian_digits.h"
+#include "host/screens/qt_texts.h"
+
 // The resource lives in a static library, which registers nothing by itself. Q_INIT_RESOURCE must stand outside of any
 // namespace.
 static void initializeThemeResource() {
@@ -120,6 +124,9 @@ void applyTheme(QApplication& application) {
     QApplication::setPalette(themePalette());
     QApplication::setLayoutDirection(Qt::RightToLeft);
     application.setStyleSheet(themeStyleSheet());
+    showPersianDigits(showsPersianDigits());
+    watchNumberTyping(application);
+    translateQtTexts(application);
 }
 
 }  // namespace basalt::host

@@ -151,7 +151,7 @@ std::string stateName(ObjectState state) {
 }
 
 bool readsAs(const QString& shown, const std::string& expected) {
-    return latinDigits(shown) == latinDigits(QString::fromStdString(expected));
+    return plainNumber(shown) == plainNumber(QString::fromStdString(expected));
 }
 
 }  // namespace basalt::host

@@ -16,6 +16,7 @@
 
 #include "ado/query.h"
 #include "host/screens/output_services.h"
+#include "host/screens/print_document.h"
 #include "host/screens/screen_services_impl.h"
 #include "package/services.h"
 #include "tests/support/scripted_session.h"
@@ -56,7 +57,7 @@ private:
     std::deque<std::pair<std::string, int>> expected_;
 };
 
-// Answers file choices from a queue and paints previews to a file.
+// Answers file choices from a queue and notes previews.
 class QueuedOutput final : public OutputServices {
 public:
     ~QueuedOutput() override {
@@ -66,7 +67,7 @@ public:
     std::vector<QString> asked;
     std::vector<QString> previews;
     std::vector<QPageLayout> layouts;
-    std::function<void(const QString& title, const std::function<void(QPrinter&)>& paint)> onPreview;
+    std::function<void(PrintDocument& document)> onPreview;
 
     std::optional<QString> chooseFile(QWidget*, const QString& title, const QString& suggestedName,
                                       const QString& suffix) override {
@@ -79,11 +80,10 @@ public:
         files.pop_front();
         return file;
     }
-    void preview(QWidget*, const QString& title, const QPageLayout& layout,
-                 const std::function<void(QPrinter&)>& paint) override {
-        previews.push_back(title);
-        layouts.push_back(layout);
-        if (onPreview) onPreview(title, paint);
+    void preview(ScreenContext&, QWidget*, PrintDocument& document, const QPageLayout& paper) override {
+        previews.push_back(document.title());
+        layouts.push_back(paper);
+        if (onPreview) onPreview(document);
     }
 };
 

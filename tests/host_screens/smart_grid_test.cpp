@@ -57,7 +57,7 @@ TEST_F(Grid, showsNumbersInPersianDigitsAndKeepsTheDataAsItIs) {
     openThree();
     EXPECT_EQ(cell(0, 0), "۳");
     EXPECT_EQ(cell(0, 1), "پنیر");
-    EXPECT_EQ(cell(0, 2), "۱۲,۵۰۰.۵");
+    EXPECT_EQ(cell(0, 2), "۱۲٬۵۰۰٫۵");
     EXPECT_EQ(cell(1, 2), "");
     EXPECT_EQ(cell(2, 2), "-۳۰۰");
     EXPECT_EQ(grid.model().index(0, 2).data(Qt::EditRole).toString().toStdString(), "12500.50");
@@ -340,12 +340,7 @@ TEST_F(Grid, printsWhatASettingNames) {
                        {.FieldName = "F9", .Title = "سطح نه"}};
     QTemporaryDir folder;
     const QString file = folder.filePath("pages.pdf");
-    output.onPreview = [&](const QString&, const std::function<void(QPrinter&)>& paint) {
-        QPrinter printer;
-        printer.setOutputFormat(QPrinter::PdfFormat);
-        printer.setOutputFileName(file);
-        paint(printer);
-    };
+    output.onPreview = [&](PrintDocument& document) { writePdf(document, pageLayout(), file); };
     grid.PrintPreview(setting);
     EXPECT_EQ(output.previews, std::vector<QString>{QStringLiteral("لیست")});
     ASSERT_EQ(output.layouts.size(), 1U);

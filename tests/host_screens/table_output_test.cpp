@@ -129,13 +129,14 @@ TEST_F(TableOutput, pagesRepeatTheTitlesAndCountThemselves) {
     for (int i = 0; i < 200; ++i)
         table.rows.push_back({std::int64_t{i}, std::string("سطر"), Value{}, Value{}});
     const QString path = folder.filePath("t.pdf");
-    writePdf(table, QStringLiteral("1405/08/30"), path);
+    TableDocument document(table, QStringLiteral("1405/08/30"));
+    writePdf(document, pageLayout(), path);
     const QByteArray pdf = contents(path);
     EXPECT_TRUE(pdf.startsWith("%PDF"));
     const auto pages = pdf.count("/Type /Page\n");
     EXPECT_GE(pages, 4);
     EXPECT_LE(pages, 8);
-    EXPECT_THROW(writePdf(table, {}, QStringLiteral("/nowhere/t.pdf")), OutputError);
+    EXPECT_THROW(writePdf(document, pageLayout(), QStringLiteral("/nowhere/t.pdf")), OutputError);
 }
 
 TEST_F(TableOutput, aHugeListIsNotPrinted) {

@@ -1,9 +1,15 @@
 // Digits, captions and number formats.
 #include <gtest/gtest.h>
 
+#include <QLineEdit>
+#include <QSpinBox>
+#include <QtTest>
+
 #include "host/screens/display_format.h"
+#include "host/screens/number_typing.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/short_cut.h"
+#include "host/screens/theme.h"
 #include "tests/ado/named_case.h"
 
 namespace basalt::host {
@@ -13,6 +19,51 @@ TEST(PersianDigits, changeDigitsAndNothingElse) {
     EXPECT_EQ(persianDigits(QStringLiteral("-1,203.45 ریال")).toStdString(), "-۱,۲۰۳.۴۵ ریال");
     EXPECT_EQ(latinDigits(QStringLiteral("۰۱۲۳۴۵۶۷۸۹")).toStdString(), "0123456789");
     EXPECT_EQ(latinDigits(QStringLiteral("٠١٢٣٤٥٦٧٨٩ کالا")).toStdString(), "0123456789 کالا");
+}
+
+TEST(ScreenNumbers, havePersianMarksBetweenDigits) {
+    EXPECT_EQ(screenNumber("-1,234,567.05").toStdString(), "-۱٬۲۳۴٬۵۶۷٫۰۵");
+    EXPECT_EQ(screenNumber("0").toStdString(), "۰");
+    EXPECT_EQ(screenNumber("").toStdString(), "");
+    EXPECT_EQ(screenNumber("1,500 ریال.").toStdString(), "۱٬۵۰۰ ریال.");
+    EXPECT_EQ(plainNumber(QStringLiteral("-۱٬۲۳۴٬۵۶۷٫۰۵")).toStdString(), "-1,234,567.05");
+}
+
+TEST(ScreenTexts, leaveWordsWithLatinLettersAlone) {
+    EXPECT_EQ(screenText(QStringLiteral("سطر 12 از A4 در 1405/08/30، 08:30:11")).toStdString(),
+              "سطر ۱۲ از A4 در ۱۴۰۵/۰۸/۳۰، ۰۸:۳۰:۱۱");
+    EXPECT_EQ(screenText(QStringLiteral(" 6267311001001\nXK-200  7")).toStdString(), " ۶۲۶۷۳۱۱۰۰۱۰۰۱\nXK-200  ۷");
+}
+
+TEST(ScreenNumbers, areLatinWhenTheUserWishesSo) {
+    showPersianDigits(false);
+    EXPECT_EQ(screenNumber("1,234.5").toStdString(), "1,234.5");
+    EXPECT_EQ(screenText(QStringLiteral("سطر 12")).toStdString(), "سطر 12");
+    EXPECT_EQ(typedNumber(QStringLiteral("۱"), true).toStdString(), "1");
+    EXPECT_EQ(typedNumber(QStringLiteral("/"), true).toStdString(), ".");
+    showPersianDigits(true);
+    EXPECT_EQ(screenNumber("1,234.5").toStdString(), "۱٬۲۳۴٫۵");
+}
+
+TEST(NumberTyping, showsWhatIsTypedAsWhatIsStored) {
+    applyTheme(*qApp);
+    QLineEdit number;
+    number.setInputMethodHints(Qt::ImhFormattedNumbersOnly);
+    QTest::keyClicks(&number, "-12.5");
+    EXPECT_EQ(number.text().toStdString(), "-۱۲٫۵");
+    number.clear();
+    QTest::keyClicks(&number, "1/25");
+    EXPECT_EQ(number.text().toStdString(), "۱٫۲۵");
+    QSpinBox spin;
+    spin.setMaximum(1000);
+    auto* inner = spin.findChild<QLineEdit*>();
+    inner->selectAll();
+    QTest::keyClicks(&spin, "57");
+    EXPECT_EQ(spin.value(), 57);
+    EXPECT_EQ(inner->text().toStdString(), "۵۷");
+    QLineEdit words;
+    QTest::keyClicks(&words, "A4 1.5/2");
+    EXPECT_EQ(words.text().toStdString(), "A4 1.5/2");
 }
 
 struct CaptionCase {

@@ -1,0 +1,69 @@
+#include "host/screens/number_typing.h"
+
+#include <QAbstractSpinBox>
+#include <QDoubleSpinBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <utility>
+
+#include "host/screens/persian_digits.h"
+
+namespace basalt::host {
+namespace {
+
+enum class NumberKind { None, Whole, Decimal };
+
+NumberKind kindOf(const QLineEdit& edit) {
+    if (qobject_cast<const QDoubleSpinBox*>(edit.parent())) return NumberKind::Decimal;
+    if (qobject_cast<const QAbstractSpinBox*>(edit.parent())) return NumberKind::Whole;
+    const Qt::InputMethodHints hints = edit.inputMethodHints();
+    if (hints & Qt::ImhDigitsOnly) return NumberKind::Whole;
+    if (hints & (Qt::ImhFormattedNumbersOnly | Qt::ImhPreferNumbers)) return NumberKind::Decimal;
+    return NumberKind::None;
+}
+
+class NumberTyping final : public QObject {
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::KeyPress || replacing_) return false;
+        auto* edit = qobject_cast<QLineEdit*>(watched);
+        if (!edit && qobject_cast<QAbstractSpinBox*>(watched)) edit = watched->findChild<QLineEdit*>();
+        if (!edit || edit->isReadOnly()) return false;
+        const NumberKind kind = kindOf(*edit);
+        if (kind == NumberKind::None) return false;
+        auto& key = *static_cast<QKeyEvent*>(event);
+        if (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) return false;
+        const QString text = typedNumber(key.text(), kind == NumberKind::Decimal);
+        if (text == key.text()) return false;
+        QKeyEvent replaced(QEvent::KeyPress, key.key(), key.modifiers(), text, key.isAutoRepeat());
+        replacing_ = true;
+        QCoreApplication::sendEvent(watched, &replaced);
+        replacing_ = false;
+        event->setAccepted(replaced.isAccepted());
+        return true;
+    }
+
+private:
+    bool replacing_ = false;
+};
+
+}  // namespace
+
+QString typedNumber(QString text, bool decimals) {
+    if (decimals) {
+        const QChar mark = showsPersianDigits() ? QChar(u'\u066B') : QChar(u'.');
+        for (const char16_t typed : {u'.', u'/', u'\u066B'})
+            text.replace(QChar(typed), mark);
+    }
+    return persianDigits(latinDigits(std::move(text)));
+}
+
+void watchNumberTyping(QApplication& application) {
+    static bool watching = false;
+    if (std::exchange(watching, true)) return;
+    application.installEventFilter(new NumberTyping(&application));
+}
+
+}  // namespace basalt::host

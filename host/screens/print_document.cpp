@@ -1,0 +1,52 @@
+#include "host/screens/print_document.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <algorithm>
+
+#include "host/services/output_error.h"
+
+namespace basalt::host {
+
+QPageLayout pageLayout(QPageSize::PageSizeId paper, QPageLayout::Orientation orientation) {
+    constexpr qreal kMargin = 10;
+    return {QPageSize(paper), orientation, QMarginsF(kMargin, kMargin, kMargin, kMargin), QPageLayout::Millimeter};
+}
+
+void printPages(PrintDocument& document, QPrinter& printer, int from, int to) {
+    const int last = std::min(to, document.layOut(printer.pageLayout()) - 1);
+    QPainter painter(&printer);
+    if (!painter.isActive()) throw OutputError("چاپگر آماده نیست.");
+    const qreal scale = static_cast<qreal>(printer.resolution()) / kPageDpi;
+    for (int page = from; page <= last; ++page) {
+        if (page > from && !printer.newPage())
+            throw OutputError("چاپگر صفحه‌ی تازه‌ای نمی‌پذیرد.");
+        painter.save();
+        painter.scale(scale, scale);
+        document.paintPage(painter, page);
+        painter.restore();
+    }
+    if (!painter.end()) throw OutputError("چاپ به پایان نرسید.");
+}
+
+void writePdf(PrintDocument& document, const QPageLayout& paper, const QString& path) {
+    const auto fail = [&] {
+        throw OutputError(QStringLiteral("پرونده‌ی «%1» نوشته نشد.").arg(path).toStdString());
+    };
+    QTemporaryDir folder(QFileInfo(path).absolutePath() + QStringLiteral("/.pages-XXXXXX"));
+    if (!folder.isValid()) fail();
+    const QString made = folder.filePath(QStringLiteral("table.pdf"));
+    {
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(made);
+        printer.setDocName(document.title());
+        printer.setPageLayout(paper);
+        printPages(document, printer, 0, document.layOut(paper) - 1);
+    }
+    if (QFile::exists(path) && !QFile::remove(path)) fail();
+    if (!QFile::rename(made, path)) fail();
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,64 @@
+#include "host/screens/save_file_dialog.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QFileSystemModel>
+#include <QStandardPaths>
+#include <QStyledItemDelegate>
+
+#include "host/screens/persian_digits.h"
+#include "host/services/jalali_calendar.h"
+
+namespace basalt::host {
+namespace {
+
+enum Column { kName, kSize, kType, kDate };
+
+QString sizeText(qint64 bytes) {
+    constexpr qint64 kStep = 1024;
+    if (bytes < kStep) return QStringLiteral("%1 بایت").arg(bytes);
+    if (bytes < kStep * kStep) return QStringLiteral("%1 کیلوبایت").arg((bytes + kStep - 1) / kStep);
+    return QStringLiteral("%1 مگابایت").arg((bytes + kStep * kStep - 1) / (kStep * kStep));
+}
+
+QString dateText(const QDateTime& moment) {
+    if (!moment.isValid()) return {};
+    const QDate day = moment.date();
+    const JalaliDate date = toJalali(day.year(), day.month(), day.day());
+    return QString::fromStdString(toText(date, "/")) + moment.time().toString(QStringLiteral("  HH:mm"));
+}
+
+// The model tells sizes and days in the platform's language and calendar.
+class FileDelegate final : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (index.column() != kSize && index.column() != kDate) return;
+        const QFileInfo file(index.data(QFileSystemModel::FilePathRole).toString());
+        QString text;
+        if (index.column() == kDate) text = dateText(file.lastModified());
+        if (index.column() == kSize && file.isFile()) text = sizeText(file.size());
+        option->text = persianDigits(text);
+    }
+};
+
+}  // namespace
+
+SaveFileDialog::SaveFileDialog(QWidget* parent, const QString& title, const QString& suggestedName,
+                               const QString& suffix)
+    : QFileDialog(parent, title, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)) {
+    setObjectName(QStringLiteral("SaveFile_FRM"));
+    // The platform's own dialog speaks the platform's language.
+    setOption(QFileDialog::DontUseNativeDialog);
+    setAcceptMode(QFileDialog::AcceptSave);
+    setViewMode(QFileDialog::Detail);
+    setDefaultSuffix(suffix);
+    setNameFilter(QStringLiteral("%1 (*.%2)").arg(suffix.toUpper(), suffix));
+    setItemDelegate(new FileDelegate(this));
+    selectFile(suggestedName + QLatin1Char('.') + suffix);
+    resize(820, 520);
+}
+
+}  // namespace basalt::host
