@@ -40,9 +40,9 @@ void requireLength(const std::string& component, const ColumnInfo& info, int dec
         unit = "bytes";
     }
     if (length <= limit) return;
-    throw DatabaseError(ErrorCategory::Truncation, "22001", 8152,
-                        component + "." + info.name + ": the value has " + std::to_string(length) + " " + unit +
-                            ", at most " + std::to_string(limit) + " fit");
+    throw ValueTooLong(info.name, length, limit,
+                       component + "." + info.name + ": the value has " + std::to_string(length) + " " + unit +
+                           ", at most " + std::to_string(limit) + " fit");
 }
 
 }  // namespace

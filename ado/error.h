@@ -71,6 +71,26 @@ private:
     std::shared_ptr<const BatchResult> results_;
 };
 
+// A text or binary value that its field cannot hold.
+class ValueTooLong : public DatabaseError {
+public:
+    // Lengths in UTF-16 units, of binary values in bytes.
+    ValueTooLong(std::string field, std::size_t length, std::size_t limit, const std::string& message)
+        : DatabaseError(ErrorCategory::Truncation, "22001", 8152, message),
+          field_(std::move(field)),
+          length_(length),
+          limit_(limit) {}
+
+    [[nodiscard]] const std::string& field() const noexcept { return field_; }
+    [[nodiscard]] std::size_t length() const noexcept { return length_; }
+    [[nodiscard]] std::size_t limit() const noexcept { return limit_; }
+
+private:
+    std::string field_;
+    std::size_t length_;
+    std::size_t limit_;
+};
+
 class UsageError : public std::logic_error {
 public:
     using std::logic_error::logic_error;

@@ -1,4 +1,4 @@
-// basalt functions [NAME] [--json]: what the module exports.
+// basalt functions [NAME] [--json]: what the module exports, and the reference host's own screen.
 #include <iostream>
 #include <map>
 #include <memory>
@@ -8,6 +8,7 @@
 #include "cli/wrong_usage.h"
 #include "host/calls/arguments.h"
 #include "host/module_loader/module_loader.h"
+#include "host/price_editor/price_editor.h"
 
 namespace basalt::cli {
 
@@ -22,7 +23,9 @@ Datum toDatum(const std::vector<FunctionParameter>& parameters) {
     Datum::List list;
     for (const FunctionParameter& parameter : parameters) {
         const char* direction = !parameter.output ? "in" : parameter.input ? "inout" : "out";
-        list.push_back(Datum::record({{"name", parameter.name}, {"type", parameter.type}, {"direction", direction}}));
+        Datum::Fields described{{"name", parameter.name}, {"type", parameter.type}, {"direction", direction}};
+        if (!parameter.fields.empty()) described.emplace_back("fields", toDatum(parameter.fields));
+        list.push_back(Datum::record(std::move(described)));
     }
     return Datum::list(std::move(list));
 }
@@ -40,9 +43,10 @@ Datum toDatum(const FunctionEntry& entry) {
                           {"result", resultOf(entry.result)}});
 }
 
-Datum toDatum(const EntryPoint& entry) {
+Datum toDatum(const EntryPoint& entry, const char* owner) {
     return Datum::record({{"name", entry.name},
                           {"kind", "screen"},
+                          {"of", owner},
                           {"subsystem", entry.subsystem},
                           {"title", entry.title},
                           {"summary", entry.summary},
@@ -77,8 +81,14 @@ int run(const FunctionsOptions& options) {
     };
     for (const EntryPoint& entry : registry.entryPoints()) {
         if (!wanted(entry.name)) continue;
-        list.push_back(toDatum(entry));
+        list.push_back(toDatum(entry, "module"));
         section(entry.subsystem) += describe("screen " + signatureOf(entry), entry.summary);
+    }
+    // The host's own screen, which "basalt screen" opens like those of the module.
+    const EntryPoint prices = host::priceEditorEntry();
+    if (wanted(prices.name)) {
+        list.push_back(toDatum(prices, "host"));
+        section(prices.subsystem) += describe("screen " + signatureOf(prices) + "   [host]", prices.summary);
     }
     for (const FunctionEntry& entry : registry.functions()) {
         if (!wanted(entry.name)) continue;

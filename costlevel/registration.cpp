@@ -106,11 +106,14 @@ void registerCostLevel(Registry& registry) {
                                call.result(
                                    levels(call).CostLevel_GetNewCode(call.integer("Part"), call.integer("CostType")));
                            }));
-    registry.add(operation("CostLevel_InsUpd",
-                           "Writes a level: over the row opened by CostLevel_GetByID, or as a new one.",
-                           {in("Mapper", "record"), in("IsEdit", "flag")}, "", [](FunctionCall& call) {
-                               levels(call).CostLevel_InsUpd(mapperFrom(call.argument("Mapper")), call.flag("IsEdit"));
-                           }));
+    registry.add(operation(
+        "CostLevel_InsUpd", "Writes a level: over the row opened by CostLevel_GetByID, or as a new one.",
+        {inRecord("Mapper",
+                  {in("Code", "integer"), in("Name", "text"), in("Comment", "text"), in("CostType", "integer")}),
+         in("IsEdit", "flag")},
+        "", [](FunctionCall& call) {
+            levels(call).CostLevel_InsUpd(mapperFrom(call.argument("Mapper")), call.flag("IsEdit"));
+        }));
     registry.add(operation("CostLevel_Delete", "Deletes a level after asking; tells whether it was deleted.",
                            {in("Code", "integer"), in("CostType", "integer")}, "flag", [](FunctionCall& call) {
                                call.result(

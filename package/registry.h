@@ -31,9 +31,14 @@ struct FunctionParameter {
     std::string type;  // "integer", "amount", "text", "flag", "record", "list"
     bool input = true;
     bool output = false;
+    std::vector<FunctionParameter> fields = {};  // of a record that goes in; none: whatever is given passes
 };
 [[nodiscard]] inline FunctionParameter in(std::string name, std::string type) {
     return {std::move(name), std::move(type), true, false};
+}
+// A record with those fields; others are refused by name.
+[[nodiscard]] inline FunctionParameter inRecord(std::string name, std::vector<FunctionParameter> fields) {
+    return {std::move(name), "record", true, false, std::move(fields)};
 }
 [[nodiscard]] inline FunctionParameter out(std::string name, std::string type) {
     return {std::move(name), std::move(type), false, true};

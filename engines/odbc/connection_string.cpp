@@ -91,6 +91,13 @@ std::string ConnectionString::publicParts() const {
     return result;
 }
 
+std::optional<std::string> ConnectionString::value(std::string_view key) const {
+    const auto found =
+        std::find_if(parts_.begin(), parts_.end(), [&](const Part& part) { return sameName(part.key, key); });
+    if (found == parts_.end()) return std::nullopt;
+    return found->value;
+}
+
 std::string ConnectionString::withoutSecrets(std::string message) const {
     for (const Part& part : parts_) {
         if (!isSecret(part.key)) continue;

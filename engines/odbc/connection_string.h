@@ -5,6 +5,7 @@
 //   text.withoutSecrets("login a;b failed")  "login *** failed"
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +20,8 @@ public:
     [[nodiscard]] const std::string& text() const { return text_; }
     // Server, DSN and database; nothing else is known to be free of secrets.
     [[nodiscard]] std::string publicParts() const;
+    // What a part says, without braces; nullopt when there is no such part. Keys compare without case.
+    [[nodiscard]] std::optional<std::string> value(std::string_view key) const;
     // The message of a driver with the values of all passwords blotted out.
     [[nodiscard]] std::string withoutSecrets(std::string message) const;
 

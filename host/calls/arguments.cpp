@@ -12,26 +12,55 @@ namespace basalt::host {
 
 namespace {
 
+// UsageError when the value cannot be read as a plain type.
+void requireFitting(const FunctionParameter& parameter, const Datum& value) {
+    if (parameter.type == "integer") {
+        const std::int64_t number = value.asInteger();
+        if (number != static_cast<std::int32_t>(number))
+            throw UsageError(value.asText() + " is beyond the range of an integer");
+    } else if (parameter.type == "amount") {
+        (void)value.asAmount();
+    } else if (parameter.type == "flag") {
+        (void)value.asBool();
+    } else if (parameter.type == "text") {
+        (void)value.asText();
+    }
+}
+
+// A mistyped name must not pass as a field that was left out.
+void requireFields(const std::vector<FunctionParameter>& fields, const Datum& record) {
+    if (fields.empty()) return;
+    std::string known;
+    for (const FunctionParameter& field : fields)
+        known += (known.empty() ? "" : ", ") + field.name;
+    for (const auto& [name, value] : record.asRecord()) {
+        const auto field =
+            std::find_if(fields.begin(), fields.end(), [&](const auto& each) { return sameName(each.name, name); });
+        if (field == fields.end()) throw UsageError("there is no field " + name + "; the fields are " + known);
+        try {
+            if (!value.isNull()) requireFitting(*field, value);
+        } catch (const std::exception& error) {
+            throw UsageError("field " + field->name + ": " + error.what());
+        }
+    }
+    for (const FunctionParameter& field : fields) {
+        // A text that is left out is empty.
+        if (field.type != "text" && record[field.name].isNull())
+            throw UsageError("the field " + field.name + " is missing; the fields are " + known);
+    }
+}
+
 // The argument as its parameter takes it; UsageError when it cannot be read so, before anything of the call has run.
 Datum fitted(const FunctionParameter& parameter, const Datum& value) {
     try {
-        if (parameter.type == "integer") {
-            const std::int64_t number = value.asInteger();
-            if (number != static_cast<std::int32_t>(number)) {
-                throw UsageError(value.asText() + " is beyond the range of an integer");
-            }
-        } else if (parameter.type == "amount") {
-            (void)value.asAmount();
-        } else if (parameter.type == "flag") {
-            (void)value.asBool();
-        } else if (parameter.type == "text") {
-            (void)value.asText();
-        } else if (parameter.type == "record" || parameter.type == "list") {
+        if (parameter.type == "record" || parameter.type == "list") {
             Datum datum = value.isText() ? Datum::parseJson(value.asText()) : value;
-            if (parameter.type == "record") (void)datum.asRecord();
             if (parameter.type == "list") (void)datum.asList();
+            if (parameter.type == "record") (void)datum.asRecord();
+            requireFields(parameter.fields, datum);
             return datum;
         }
+        requireFitting(parameter, value);
     } catch (const std::exception& error) {
         throw UsageError("argument " + parameter.name + ": " + error.what());
     }
@@ -40,7 +69,10 @@ Datum fitted(const FunctionParameter& parameter, const Datum& value) {
 
 std::string describeParameter(const FunctionParameter& parameter) {
     const char* direction = !parameter.output ? "" : parameter.input ? "var " : "out ";
-    return direction + parameter.name + ": " + parameter.type;
+    std::string fields;
+    for (const FunctionParameter& field : parameter.fields)
+        fields += (fields.empty() ? " {" : ", ") + field.name;
+    return direction + parameter.name + ": " + parameter.type + (fields.empty() ? "" : fields + "}");
 }
 
 // Changes of one letter that turn one name into the other.

@@ -6,6 +6,7 @@
 
 #include "host/calls/answer.h"
 #include "host/screens/persian_digits.h"
+#include "host/screens/theme.h"
 
 namespace basalt::host {
 namespace {
@@ -85,7 +86,7 @@ QTableWidget* CallView::addTable(const char* objectName, const QString& title, c
     table->setHorizontalHeaderLabels(columns);
     prepare(*table);
     table->verticalHeader()->hide();
-    table->setColumnWidth(0, 190);
+    table->setColumnWidth(0, themePixels(190));
     titles_.append(title);
     tabs_->addTab(table, title);
     return table;

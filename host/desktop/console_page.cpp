@@ -5,6 +5,8 @@
 #include <QSplitter>
 #include <QVBoxLayout>
 
+#include "host/screens/splitter_edge.h"
+#include "host/screens/theme.h"
 #include "host/services/host_parts.h"
 
 namespace basalt::host {
@@ -30,7 +32,8 @@ ConsolePage::ConsolePage(DesktopContext context, QWidget* parent)
     parts->addWidget(makeCallPanel());
     parts->setStretchFactor(0, 0);
     parts->setStretchFactor(1, 1);
-    parts->setSizes({260, 640});
+    parts->setSizes({themePixels(300), 640});
+    keepPartsInside(*parts);
     layout->addWidget(parts, 1);
 }
 

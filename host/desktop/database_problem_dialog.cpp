@@ -18,7 +18,7 @@ DatabaseProblemDialog::DatabaseProblemDialog(const DatabaseProblem& problem, con
     setObjectName(QStringLiteral("DatabaseProblem_FRM"));
     setWindowTitle(QStringLiteral("بازالت"));
     setStyleSheet(shellStyleSheet());
-    setFixedWidth(560);
+    setFixedWidth(themePixels(560));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(28, 24, 28, 24);
     layout->setSpacing(10);

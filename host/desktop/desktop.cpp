@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QEventLoop>
+#include <QScreen>
 #include <iostream>
 
 #include "host/desktop/database_opener.h"
@@ -16,6 +17,8 @@
 
 namespace basalt::host {
 namespace {
+
+constexpr QSize kSmallScreen(1440, 900);
 
 // For errors with which the run ends; the host's own messages may be what has failed.
 void showFatal(const std::exception& error) {
@@ -37,7 +40,13 @@ MainShell::End showShell(const DesktopContext& context) {
         end = how;
         loop.quit();
     };
-    shell.show();
+    // A small screen has no room for anything beside it.
+    const QSize room = shell.screen()->availableSize();
+    const bool small = room.width() <= kSmallScreen.width() || room.height() <= kSmallScreen.height();
+    if (small && room.width() >= shell.minimumWidth())
+        shell.showMaximized();
+    else
+        shell.show();
     shell.activateWindow();
     loop.exec();
     return end;
@@ -78,7 +87,6 @@ void Desktop::work(ReferenceHost& host, const QString& notice) {
     host.setScreens(&screens);
     const AttachedModule attached(module_, host);
     host.setExports(&module_.registry());
-    QApplication::setFont(themeFont(host.optionFile().options().fontSize));
 
     QString shownNotice = notice;
     while (signIn(host, shownNotice)) {

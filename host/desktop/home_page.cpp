@@ -4,10 +4,12 @@
 #include <QHeaderView>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <array>
 #include <utility>
 
 #include "host/desktop/date_text.h"
+#include "host/desktop/navigation_panel.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
 #include "host/services/host_parts.h"
@@ -15,8 +17,11 @@
 namespace basalt::host {
 namespace {
 
-constexpr int kTilesInRow = 3;
-constexpr int kRecentEntries = 7;
+constexpr int kFewestInRow = 3;
+constexpr int kMostInRow = 5;
+constexpr int kTileWidth = 250;
+constexpr int kTileGap = 12;
+constexpr int kRecentEntries = 12;
 
 QLabel* makeLabel(const QString& text, const char* kind) {
     auto* label = new QLabel(text);
@@ -38,9 +43,7 @@ HomePage::HomePage(DesktopContext context, QWidget* parent) : ShellPage(parent),
     layout->addWidget(date_);
     layout->addSpacing(14);
     tiles_ = new QGridLayout;
-    tiles_->setSpacing(14);
-    for (int column = 0; column < kTilesInRow; ++column)
-        tiles_->setColumnStretch(column, 1);
+    tiles_->setSpacing(kTileGap);
     layout->addLayout(tiles_);
     layout->addSpacing(20);
     layout->addWidget(makeLabel(QStringLiteral("آخرین رویدادها"), "sectionTitle"));
@@ -57,10 +60,10 @@ QWidget* HomePage::makeRecent() {
     recent_->horizontalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
     recent_->horizontalHeader()->setSectionResizeMode(3, QHeaderView::Stretch);
     for (const auto& [column, width] : {std::pair{0, 130}, {1, 110}, {2, 190}, {4, 90}})
-        recent_->setColumnWidth(column, width);
+        recent_->setColumnWidth(column, themePixels(width));
     recent_->horizontalHeader()->setHighlightSections(false);
     recent_->verticalHeader()->hide();
-    recent_->verticalHeader()->setDefaultSectionSize(36);
+    recent_->verticalHeader()->setDefaultSectionSize(themePixels(36));
     recent_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     recent_->setSelectionMode(QAbstractItemView::NoSelection);
     recent_->setFocusPolicy(Qt::NoFocus);
@@ -74,14 +77,17 @@ void HomePage::addTile(Group group, const HomeTile& tile, const std::function<vo
     button->setObjectName(tile.objectName);
     button->setProperty("kind", QStringLiteral("tile"));
     button->setAccessibleName(tile.title);
-    button->setAccessibleDescription(tile.hint);
+    button->setProperty("locked", tile.locked);
+    button->setAccessibleDescription(tile.locked ? lockedHint() : tile.hint);
+    if (tile.locked) button->setToolTip(lockedHint());
     // Every column is as wide as the others, whatever is written in it.
     button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     auto* content = new QHBoxLayout(button);
-    content->setContentsMargins(18, 14, 18, 14);
+    content->setContentsMargins(18, 10, 18, 10);
     content->setSpacing(14);
     auto* picture = new QLabel;
-    picture->setPixmap(linePixmap(tile.icon, themeColors().accent, 30));
+    picture->setPixmap(linePixmap(tile.locked ? LineIcon::Lock : tile.icon,
+                                  tile.locked ? themeColors().muted : themeColors().accent, 30));
     content->addWidget(picture);
     auto* texts = new QVBoxLayout;
     texts->setSpacing(2);
@@ -97,10 +103,30 @@ void HomePage::addTile(Group group, const HomeTile& tile, const std::function<vo
     for (QLabel* label : {picture, title, hint})
         label->setAttribute(Qt::WA_TransparentForMouseEvents);
     QObject::connect(button, &QPushButton::clicked, this, onClick);
-    if (group != std::exchange(lastGroup_, group)) nextCell_ += (kTilesInRow - nextCell_ % kTilesInRow) % kTilesInRow;
-    tiles_->addWidget(button, nextCell_ / kTilesInRow, nextCell_ % kTilesInRow);
-    ++nextCell_;
-    if (!firstTile_) firstTile_ = button;
+    placed_.push_back({button, group});
+    columns_ = 0;
+    placeTiles();
+}
+
+void HomePage::placeTiles() {
+    const int room = tiles_->contentsRect().width() + kTileGap;
+    const int columns = std::clamp(room / (themePixels(kTileWidth) + kTileGap), kFewestInRow, kMostInRow);
+    if (columns == columns_) return;
+    columns_ = columns;
+    for (int column = 0; column < kMostInRow; ++column)
+        tiles_->setColumnStretch(column, column < columns ? 1 : 0);
+    int cell = 0;
+    Group last = Group::Screens;
+    for (const PlacedTile& tile : placed_) {
+        if (tile.group != std::exchange(last, tile.group)) cell += (columns - cell % columns) % columns;
+        tiles_->addWidget(tile.button, cell / columns, cell % columns);
+        ++cell;
+    }
+}
+
+void HomePage::resizeEvent(QResizeEvent* event) {
+    ShellPage::resizeEvent(event);
+    placeTiles();
 }
 
 void HomePage::enter() {
@@ -122,7 +148,7 @@ void HomePage::enter() {
                              new QTableWidgetItem(screenText(QString::fromStdString(texts.at(column)))));
         ++row;
     }
-    if (firstTile_) firstTile_->setFocus();
+    if (!placed_.empty()) placed_.front().button->setFocus();
 }
 
 }  // namespace basalt::host

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QTableWidget>
 #include <functional>
+#include <vector>
 
 #include "host/desktop/desktop_context.h"
 #include "host/desktop/line_icon.h"
@@ -17,6 +18,7 @@ struct HomeTile {
     QString title;
     QString hint;
     LineIcon icon = LineIcon::Window;
+    bool locked = false;  // the user may not open it; the tile works all the same, the host explains
 };
 
 class HomePage final : public ShellPage {
@@ -29,17 +31,26 @@ public:
     // Shows the date and the latest entries of the user log.
     void enter() override;
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
+    struct PlacedTile {
+        QWidget* button;
+        Group group;
+    };
+
     [[nodiscard]] QWidget* makeRecent();
+    // As many side by side as there is room for.
+    void placeTiles();
 
     DesktopContext context_;
     QLabel* greeting_;
     QLabel* date_;
     QGridLayout* tiles_;
-    Group lastGroup_ = Group::Screens;
-    int nextCell_ = 0;
+    std::vector<PlacedTile> placed_;
+    int columns_ = 0;
     QTableWidget* recent_ = nullptr;
-    QWidget* firstTile_ = nullptr;
 };
 
 }  // namespace basalt::host

@@ -5,6 +5,7 @@
 #include <QStyle>
 #include <optional>
 
+#include "host/screens/theme.h"
 #include "host/services/jalali_calendar.h"
 
 namespace basalt::host {
@@ -34,7 +35,7 @@ LogFilter::LogFilter(QWidget* parent) : TSearchFrame(parent) {
     part_ = new QComboBox;
     part_->setObjectName(QStringLiteral("Part_CMB"));
     part_->setAccessibleName(QStringLiteral("بخش"));
-    part_->setMinimumWidth(150);
+    part_->setMinimumWidth(themePixels(150));
     title->setBuddy(part_);
     layout->addWidget(part_);
     from_ = addDate("DateFrom_EDT", QStringLiteral("از:"));
@@ -51,7 +52,7 @@ QLineEdit* LogFilter::addDate(const char* objectName, const QString& title) {
     edit->setAccessibleName(title.chopped(1) + QStringLiteral(" تاریخ"));
     edit->setPlaceholderText(QStringLiteral("۱۴۰۵/۰۸/۳۰"));
     edit->setMaxLength(10);
-    edit->setFixedWidth(110);
+    edit->setFixedWidth(themePixels(110));
     label->setBuddy(edit);
     layout()->addWidget(label);
     layout()->addWidget(edit);

@@ -71,17 +71,19 @@ void MainShell::addPriceEditor() {
     };
     const QString name = QString::fromStdString(prices.name);
     const QKeySequence key(QStringLiteral("Ctrl+P"));
+    const bool locked = !mayOpen(context_, prices);
     navigation_->addItem({.objectName = name + QStringLiteral("_BTN"),
                           .title = entryTitle(prices),
                           .icon = LineIcon::PriceTag,
                           .shortCut = key,
-                          .locked = !mayOpen(context_, prices)},
+                          .locked = locked},
                          action);
     home_->addTile(HomePage::Group::Screens,
                    {.objectName = name + QStringLiteral("_TILE"),
                     .title = entryTitle(prices),
                     .hint = subsystemTitle(prices.subsystem),
-                    .icon = LineIcon::PriceTag},
+                    .icon = LineIcon::PriceTag,
+                    .locked = locked},
                    action);
     bind(key, action);
 }
@@ -118,7 +120,11 @@ void MainShell::addTools() {
              .shortCut = QKeySequence(QStringLiteral("Ctrl+K"))},
             new ConsolePage(context_));
     auto* settings = new SettingsPage(context_);
-    settings->OnSaved = [this] { status_->refresh(); };
+    settings->OnSaved = [this] {
+        // The size of the font may be another one now.
+        setStyleSheet(shellStyleSheet());
+        status_->refresh();
+    };
     addPage({.objectName = QStringLiteral("Settings"),
              .title = partTitle(hpSettings),
              .part = hpSettings,
@@ -170,17 +176,19 @@ void MainShell::addEntries() {
         const QKeySequence key = number <= 9 ? QKeySequence(QStringLiteral("Ctrl+%1").arg(number)) : QKeySequence();
         const QString name = QString::fromStdString(entry->name);
         const auto action = [this, entry] { open(*entry); };
+        const bool locked = !mayOpen(context_, *entry);
         navigation_->addItem({.objectName = name + QStringLiteral("_BTN"),
                               .title = entryTitle(*entry),
                               .icon = partIcon(entry->part),
                               .shortCut = key,
-                              .locked = !mayOpen(context_, *entry)},
+                              .locked = locked},
                              action);
         home_->addTile(HomePage::Group::Screens,
                        {.objectName = name + QStringLiteral("_TILE"),
                         .title = entryTitle(*entry),
                         .hint = subsystemTitle(subsystem),
-                        .icon = partIcon(entry->part)},
+                        .icon = partIcon(entry->part),
+                        .locked = locked},
                        action);
         bind(key, action);
     }
@@ -200,7 +208,7 @@ void MainShell::addPage(const PageItem& item, ShellPage* page) {
     known_.push_back({page, button, item.part});
     if (page != home_) {
         home_->addTile(HomePage::Group::Tools,
-                       {item.objectName + QStringLiteral("_TILE"), item.title, item.hint, item.icon}, action);
+                       {item.objectName + QStringLiteral("_TILE"), item.title, item.hint, item.icon, locked}, action);
     }
     bind(item.shortCut, action);
 }

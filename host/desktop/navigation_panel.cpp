@@ -11,17 +11,21 @@ namespace basalt::host {
 namespace {
 
 QColor iconColor(const NavigationItem& item) {
-    return item.locked ? themeColors().disabled : themeColors().accent;
+    return item.locked ? themeColors().muted : themeColors().accent;
 }
 
 }  // namespace
+
+QString lockedHint() {
+    return QStringLiteral("مجوز باز کردن این بخش را ندارید");
+}
 
 NavigationPanel::NavigationPanel(QWidget* parent) : QScrollArea(parent) {
     setObjectName(QStringLiteral("Navigation_PNL"));
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setFixedWidth(236);
+    setFixedWidth(themePixels(236));
     setFocusPolicy(Qt::NoFocus);
     auto* content = new QWidget;
     content->setObjectName(QStringLiteral("NavigationContent_PNL"));
@@ -45,7 +49,7 @@ QAbstractButton* NavigationPanel::addItem(const NavigationItem& item, const std:
     button->setProperty("locked", item.locked);
     button->setIconSize({20, 20});
     button->setAccessibleName(item.title);
-    QString toolTip = item.locked ? QStringLiteral("مجوز باز کردن این بخش را ندارید") : item.title;
+    QString toolTip = item.locked ? lockedHint() : item.title;
     if (!item.shortCut.isEmpty())
         toolTip += QStringLiteral(" \u2066(%1)\u2069").arg(item.shortCut.toString(QKeySequence::NativeText));
     button->setToolTip(toolTip);

@@ -18,6 +18,9 @@
 
 namespace basalt::host {
 
+// Why an item bears a lock.
+[[nodiscard]] QString lockedHint();
+
 struct NavigationItem {
     QString objectName;
     QString title;

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "host/screens/persian_digits.h"
+#include "host/screens/theme.h"
 
 namespace basalt::host {
 namespace {
@@ -39,7 +40,7 @@ SettingEditor::SettingEditor(const SettingField& field, QWidget* parent) : QWidg
     input->setAccessibleName(fieldTitle(field_));
     if (title) title->setBuddy(input);
     // A switch is as wide as its words: a click beside them does nothing.
-    if (!box_) input->setFixedWidth(kInputWidth);
+    if (!box_) input->setFixedWidth(themePixels(kInputWidth));
     layout->addWidget(input, 0, Qt::AlignLeft);
     problem_ = new QLabel;
     problem_->setObjectName(objectNameOf(field_, "_Problem"));

@@ -96,7 +96,7 @@ void SettingsPage::makeWorkstation(QBoxLayout& layout) {
     workstation_ = new QLineEdit;
     workstation_->setObjectName(QStringLiteral("WorkstationName_EDT"));
     workstation_->setMaxLength(kLongestWorkstationName);
-    workstation_->setFixedWidth(280);
+    workstation_->setFixedWidth(themePixels(280));
     addField(*panel, QStringLiteral("نام ایستگاه"), workstation_);
     workstationProblem_ = new QLabel(QStringLiteral("نام ایستگاه نباید خالی باشد."));
     workstationProblem_->setObjectName(QStringLiteral("WorkstationName_Problem"));
@@ -106,7 +106,7 @@ void SettingsPage::makeWorkstation(QBoxLayout& layout) {
     fontSize_ = new QSpinBox;
     fontSize_->setObjectName(QStringLiteral("FontSize_EDT"));
     fontSize_->setRange(kSmallestFont, kLargestFont);
-    fontSize_->setFixedWidth(120);
+    fontSize_->setFixedWidth(themePixels(120));
     addField(*panel, QStringLiteral("اندازهٔ قلم"), fontSize_);
     persianDigits_ = new QCheckBox(QStringLiteral("نمایش عددها با رقم‌های فارسی"));
     persianDigits_->setObjectName(QStringLiteral("PersianDigits_CHK"));
@@ -218,7 +218,7 @@ void SettingsPage::saveWorkstation() {
     options.persianDigits = persianDigits_->isChecked();
     // Writes the option file, with the other options too.
     context_.host.renameWorkstation(workstation_->text().trimmed().toStdString());
-    QApplication::setFont(themeFont(options.fontSize));
+    setThemeFontSize(options.fontSize);
     showPersianDigits(options.persianDigits);
 }
 

@@ -30,17 +30,20 @@ QPushButton[kind="navigation"] {
 QPushButton[kind="navigation"]:hover { background: @window@; }
 QPushButton[kind="navigation"]:focus { border: 2px solid @accent@; padding: 6px 8px; }
 QPushButton[kind="navigation"]:pressed { background: @selection@; }
-QPushButton[kind="navigation"][locked="true"] { color: @disabled@; }
+QPushButton[kind="navigation"][locked="true"] { color: @muted@; }
 QPushButton[kind="navigation"][current="true"] { background: @accentSoft@; color: @accentDark@; font-weight: 700; }
 
 QPushButton[kind="tile"] {
-    background: @surface@; border: 1px solid @border@; border-radius: 12px; padding: 0; min-height: 86px;
+    background: @surface@; border: 1px solid @border@; border-radius: 12px; padding: 0; min-height: 70px;
 }
 QPushButton[kind="tile"]:hover { border-color: @accent@; background: @raised@; }
 QPushButton[kind="tile"]:pressed { background: @accentSoft@; }
 QPushButton[kind="tile"]:focus { border: 2px solid @accent@; padding: 0; }
 QPushButton[kind="tile"] QLabel[kind="tileTitle"] { font-size: 11.5pt; font-weight: 700; color: @text@; }
 QPushButton[kind="tile"] QLabel[kind="tileHint"] { color: @muted@; font-size: 9.5pt; }
+
+QPushButton[kind="tile"][locked="true"] { background: @raised@; }
+QPushButton[kind="tile"][locked="true"] QLabel[kind="tileTitle"] { color: @muted@; }
 
 QFrame[kind="panel"] { background: @surface@; border: 1px solid @border@; border-radius: 10px; }
 QLabel[kind="code"], QPlainTextEdit[kind="code"], QTableWidget[kind="code"] { font-family: "Vazirmatn", monospace; }

@@ -27,7 +27,7 @@ SignInDialog::SignInDialog(ReferenceHost& host, const QString& notice, QWidget* 
     : QDialog(parent), host_(host), demo_(holdsDemoData(host.session())) {
     setObjectName(QStringLiteral("SignIn_FRM"));
     setWindowTitle(QStringLiteral("ورود به بازالت"));
-    setFixedWidth(420);
+    setFixedWidth(themePixels(420));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(32, 28, 32, 28);
     layout->setSpacing(16);

@@ -4,7 +4,9 @@
 #include <string>
 #include <system_error>
 
+#include "ado/names.h"
 #include "engines/embedded/embedded_session.h"
+#include "engines/odbc/connection_string.h"
 #include "engines/odbc/odbc_session.h"
 #include "host/engines/draft_file.h"
 #include "host/engines/path_text.h"
@@ -60,10 +62,36 @@ std::unique_ptr<embedded::EmbeddedSession> openFile(const DatabaseUrl& url) {
     return openEmbedded(url.target, false);
 }
 
+// Drivers say of a missing part only that they cannot connect.
+void requireParts(const odbc::ConnectionString& text) {
+    const auto fail = [](const std::string& what) {
+        throw DatabaseError(ErrorCategory::Connection, "08001", 0, "the connection string " + what);
+    };
+    for (const char* key : {"Driver", "DSN", "Server", "Servername", "Database"}) {
+        const auto value = text.value(key);
+        if (value && value->empty()) fail(std::string("gives no value for ") + key);
+    }
+    if (text.value("DSN") || text.value("FILEDSN")) return;
+    const auto driver = text.value("Driver");
+    if (!driver) fail("names neither a Driver nor a DSN");
+    const std::string folded = foldName(*driver);
+    const bool sqlServer = folded.find(foldName("FreeTDS")) != std::string::npos ||
+                           folded.find(foldName("tdsodbc")) != std::string::npos ||
+                           folded.find(foldName("SQL Server")) != std::string::npos;
+    const auto given = [&](const char* key) { return text.value(key).has_value(); };
+    if (sqlServer && !given("Server") && !given("Servername") && !given("Address") && !given("Addr"))
+        fail("names no Server");
+}
+
+std::unique_ptr<Session> openServer(const DatabaseUrl& url) {
+    requireParts(odbc::ConnectionString(url.target));
+    return odbc::OdbcSession::open(url.target);
+}
+
 }  // namespace
 
 std::unique_ptr<Session> openDatabase(const DatabaseUrl& url) {
-    if (url.engine == EngineKind::Odbc) return odbc::OdbcSession::open(url.target);
+    if (url.engine == EngineKind::Odbc) return openServer(url);
     if (url.inMemory()) {
         std::unique_ptr<Session> session = openEmbedded(memory, true);
         deployDatabase(*session, {.demo = true});
@@ -73,7 +101,7 @@ std::unique_ptr<Session> openDatabase(const DatabaseUrl& url) {
 }
 
 std::unique_ptr<Session> openOrCreateDatabase(const DatabaseUrl& url) {
-    if (url.engine == EngineKind::Odbc) return odbc::OdbcSession::open(url.target);
+    if (url.engine == EngineKind::Odbc) return openServer(url);
     return openEmbedded(url.target, true);
 }
 

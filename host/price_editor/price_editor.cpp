@@ -12,7 +12,7 @@ namespace {
 void openPriceEditor(ReferenceHost& host, const Registry& registry, int goodCode) {
     // The base of editors finds its host here as it does within the module.
     const AttachedHost attached(host);
-    if (!host.HavePermission(host.UserInfo(), spGoods, prOpen, true, true, "")) return;
+    if (!host.HavePermission(host.UserInfo(), spGoods, prEdit, true, true, "")) return;
     if (goodCode != 0) {
         (void)CreateEditor<PriceEditor>(host, registry, goodCode)->ShowModal();
         return;
@@ -25,17 +25,23 @@ void openPriceEditor(ReferenceHost& host, const Registry& registry, int goodCode
 
 }  // namespace
 
+// It changes prices: who may only look at goods is refused before he has picked one.
+EntryPoint priceEditorEntry() {
+    return {.name = "Open_PriceEditor",
+            .subsystem = "costlevel",
+            .title = "قیمت‌ها و تخفیف‌های کالا",
+            .summary = "Shows and changes one good's prices and discounts by level; 0 asks for the good.",
+            .part = spGoods,
+            .permission = prEdit,
+            .parameters = {in("GoodCode", "integer")},
+            .result = "",
+            .run = {}};
+}
+
 EntryPoint priceEditorEntry(ReferenceHost& host, const Registry& registry) {
-    return {
-        .name = "Open_PriceEditor",
-        .subsystem = "costlevel",
-        .title = "قیمت‌ها و تخفیف‌های کالا",
-        .summary = "Shows and changes one good's prices and discounts by level; 0 asks for the good.",
-        .part = spGoods,
-        .permission = prOpen,
-        .parameters = {in("GoodCode", "integer")},
-        .result = "",
-        .run = [&host, &registry](FunctionCall& call) { openPriceEditor(host, registry, call.integer("GoodCode")); }};
+    EntryPoint entry = priceEditorEntry();
+    entry.run = [&host, &registry](FunctionCall& call) { openPriceEditor(host, registry, call.integer("GoodCode")); };
+    return entry;
 }
 
 }  // namespace basalt::host

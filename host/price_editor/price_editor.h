@@ -14,4 +14,7 @@ namespace basalt::host {
 // the entry runs; host and registry are lent.
 [[nodiscard]] EntryPoint priceEditorEntry(ReferenceHost& host, const Registry& registry);
 
+// The same with nothing to run it on, for lists of what there is.
+[[nodiscard]] EntryPoint priceEditorEntry();
+
 }  // namespace basalt::host

@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
 
 namespace basalt::host {
@@ -87,17 +88,17 @@ QWidget* MessageBox::heading(const MessageBoxContent& content) {
     auto* texts = new QVBoxLayout;
     texts->setSpacing(6);
     if (!content.title.isEmpty()) {
-        auto* title = new QLabel(content.title, row);
+        auto* title = new QLabel(screenText(content.title), row);
         title->setObjectName(QStringLiteral("MessageTitle_LBL"));
         title->setTextFormat(Qt::PlainText);
-        title->setFont(themeFont(11.5, QFont::Bold));
+        title->setFont(themeFont(themeSize(11.5), QFont::Bold));
         texts->addWidget(title);
     }
-    auto* text = new QLabel(content.text, row);
+    auto* text = new QLabel(screenText(content.text), row);
     text->setObjectName(QStringLiteral("MessageText_LBL"));
     text->setTextFormat(Qt::PlainText);
     text->setWordWrap(true);
-    text->setFixedWidth(kTextWidth);
+    text->setFixedWidth(themePixels(kTextWidth));
     text->setTextInteractionFlags(Qt::TextSelectableByMouse);
     texts->addWidget(text);
     texts->addStretch(1);

@@ -3,11 +3,11 @@
 #include <QAbstractSpinBox>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <optional>
 
+#include "host/screens/field_title.h"
 #include "host/screens/persian_digits.h"
 
 namespace basalt::host {
@@ -27,27 +27,16 @@ std::optional<QString> textOf(const QWidget* input) {
     return std::nullopt;
 }
 
-QString withoutColon(QString label) {
-    label.remove(QLatin1Char('&'));
-    label = label.trimmed();
-    while (label.endsWith(QLatin1Char(':')))
-        label.chop(1);
-    return label.trimmed();
-}
-
 }  // namespace
 
 RecordContent::RecordContent(QString title, const QWidget& form) : title_(std::move(title)) {
     columns_ = {{QStringLiteral("عنوان"), FieldType::Text, {}, 160},
                 {QStringLiteral("مقدار"), FieldType::Text, {}, 440}};
-    const auto labels = form.findChildren<QLabel*>();
     for (const QWidget* input : form.findChildren<QWidget*>()) {
         const std::optional<QString> text = textOf(input);
         if (!text || !input->isVisibleTo(&form)) continue;
-        QString label = input->accessibleName();
-        for (const QLabel* candidate : labels)
-            if (candidate->buddy() == input) label = candidate->text();
-        if (!label.isEmpty()) lines_.push_back({withoutColon(label), *text});
+        const QString label = labelOf(*input, form);
+        if (!label.isEmpty()) lines_.push_back({label, *text});
     }
 }
 

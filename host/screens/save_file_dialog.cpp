@@ -7,6 +7,7 @@
 #include <QStyledItemDelegate>
 
 #include "host/screens/persian_digits.h"
+#include "host/screens/splitter_edge.h"
 #include "host/services/jalali_calendar.h"
 
 namespace basalt::host {
@@ -59,6 +60,7 @@ SaveFileDialog::SaveFileDialog(QWidget* parent, const QString& title, const QStr
     setItemDelegate(new FileDelegate(this));
     selectFile(suggestedName + QLatin1Char('.') + suffix);
     resize(820, 520);
+    if (auto* parts = findChild<QSplitter*>()) keepPartsInside(*parts);
 }
 
 }  // namespace basalt::host

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "ado/progress.h"
+#include "host/screens/field_title.h"
 
 namespace basalt::host {
 
@@ -18,9 +19,14 @@ void ScreenContext::guarded(QWidget* origin, const std::function<void()>& handle
             // Whoever has given up a request need not be told so.
             const auto* failure = dynamic_cast<const DatabaseError*>(&error);
             if (failure && isCancelled(*failure)) return;
-            MessageRequest request = host_.catalogue().errorRequest(error);
+            MessageRequest request = host_.catalogue().errorRequest(
+                error, [&](const std::string& field) { return fieldTitle(window, field); });
             request.form = window;
             host_.Messages().show(request);
+            // The text that is too long is where the work goes on.
+            const auto* tooLong = dynamic_cast<const ValueTooLong*>(&error);
+            QWidget* input = tooLong && window ? inputOf(*window, tooLong->field()) : nullptr;
+            if (input) input->setFocus();
         }
     } catch (...) {
         // An error must not fly through the event loop. The first one is what matters to whoever waits for the screen.

@@ -21,6 +21,7 @@ namespace basalt::host {
 
 HostScreenServices::HostScreenServices(ReferenceHost& host) : context_(host, dialogs_) {
     applyTheme(*qApp);
+    setThemeFontSize(host.optionFile().options().fontSize);
     showPersianDigits(host.optionFile().options().persianDigits);
     busy_ = std::make_unique<BusyNotice>(host.session());
     host.setEntityPicking(this);

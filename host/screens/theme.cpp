@@ -2,12 +2,16 @@
 
 #include <QFile>
 #include <QFontDatabase>
+#include <QFontMetrics>
+#include <QPainter>
 #include <QPalette>
 #include <QProxyStyle>
+#include <QRegularExpression>
 #include <QStyleFactory>
 #include <array>
 #include <utility>
 
+#include "host/screens/cut_text.h"
 #include "host/screens/number_typing.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/qt_texts.h"
@@ -21,9 +25,22 @@ static void initializeThemeResource() {
 namespace basalt::host {
 namespace {
 
+constexpr qreal kUsualFontSize = 10;
+qreal fontScale = 1;
+
 class ThemeStyle final : public QProxyStyle {
 public:
     ThemeStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
+
+    // Labels, buttons, combo boxes and titles of columns are drawn here; styles cut what has no room in mid-letter.
+    void drawItemText(QPainter* painter, const QRect& room, int flags, const QPalette& palette, bool enabled,
+                      const QString& text, QPalette::ColorRole role) const override {
+        const bool oneLine = (flags & Qt::TextWordWrap) == 0 && !text.contains(QLatin1Char('\n'));
+        const QFontMetrics metrics = painter->fontMetrics();
+        const bool cut = oneLine && metrics.size(flags, text).width() > room.width();
+        QProxyStyle::drawItemText(painter, room, flags, palette, enabled,
+                                  cut ? metrics.elidedText(text, Qt::ElideRight, room.width(), flags) : text, role);
+    }
 
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* returned) const override {
@@ -105,7 +122,22 @@ QString withThemeColors(QString sheet) {
     }};
     for (const auto& [name, color] : names)
         sheet.replace(QLatin1String(name), color.name());
+    if (fontScale == 1) return sheet;
+    static const QRegularExpression size(QStringLiteral("font-size: ([0-9.]+)pt"));
+    for (auto match = size.match(sheet); match.hasMatch(); match = size.match(sheet, match.capturedEnd()))
+        sheet.replace(match.capturedStart(1), match.capturedLength(1),
+                      QString::number(themeSize(match.captured(1).toDouble()), 'f', 1));
     return sheet;
+}
+
+void setThemeFontSize(qreal points) {
+    fontScale = points / kUsualFontSize;
+    QApplication::setFont(themeFont(points));
+    if (qApp->property("basaltTheme").toBool()) qApp->setStyleSheet(themeStyleSheet());
+}
+
+qreal themeSize(qreal size) {
+    return size * fontScale;
 }
 
 QFont themeFont(qreal pointSize, QFont::Weight weight) {
@@ -127,6 +159,7 @@ void applyTheme(QApplication& application) {
     showPersianDigits(showsPersianDigits());
     watchNumberTyping(application);
     translateQtTexts(application);
+    showCutTexts(application);
 }
 
 }  // namespace basalt::host

@@ -40,7 +40,15 @@ struct ThemeColors {
 // Font, palette, style sheet, and right-to-left layout. Calling it again does nothing.
 void applyTheme(QApplication& application);
 
-// A style sheet with the names of colours ("@accent@") filled in.
+// The size of the application's font. Sizes of titles and hints, and what is measured by themePixels, follow it.
+void setThemeFontSize(qreal points);
+// A size of points or pixels that is right at the usual font size, at the size that the user has chosen.
+[[nodiscard]] qreal themeSize(qreal size);
+[[nodiscard]] inline int themePixels(int pixels) {
+    return static_cast<int>(themeSize(pixels));
+}
+
+// A style sheet with the names of colours ("@accent@") filled in and its font sizes at the user's scale.
 [[nodiscard]] QString withThemeColors(QString sheet);
 
 // The bundled Persian font; falls back to the system's own when it cannot be read.

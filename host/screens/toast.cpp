@@ -4,6 +4,8 @@
 #include <QHBoxLayout>
 #include <algorithm>
 
+#include "host/screens/persian_digits.h"
+
 namespace basalt::host {
 namespace {
 constexpr int kShortest = 2500;
@@ -33,7 +35,7 @@ void Toast::show(QWidget* window, const QString& text, int milliseconds) {
     if (!window) return;
     auto* toast = static_cast<Toast*>(window->findChild<QFrame*>(QStringLiteral("Toast"), Qt::FindDirectChildrenOnly));
     if (!toast) toast = new Toast(window);
-    toast->label_->setText(text);
+    toast->label_->setText(screenText(text));
     toast->setAccessibleName(text);
     toast->place();
     toast->QFrame::show();

@@ -63,6 +63,28 @@ std::string_view defaultTitle(MessageKind kind) {
     return "توجه";
 }
 
+// The column that a server names in its message; empty when it names none.
+std::string columnIn(std::string_view message) {
+    constexpr std::string_view kBefore = ", column '";
+    const std::size_t at = message.find(kBefore);
+    if (at == std::string_view::npos) return {};
+    const std::string_view rest = message.substr(at + kBefore.size());
+    return std::string(rest.substr(0, rest.find('\'')));
+}
+
+// The sentence for a text that is too long; empty for other errors and where nothing tells which text it is.
+std::string tooLongText(const std::exception& error, const MessageCatalogue::FieldTitles& titleOf) {
+    const auto title = [&](const std::string& field) { return titleOf ? titleOf(field) : field; };
+    if (const auto* own = dynamic_cast<const ValueTooLong*>(&error)) {
+        return fill(tooLongSentence(true),
+                    {title(own->field()), std::to_string(own->limit()), std::to_string(own->length())});
+    }
+    const auto* failure = dynamic_cast<const DatabaseError*>(&error);
+    if (!failure || failure->category() != ErrorCategory::Truncation) return {};
+    const std::string column = columnIn(failure->what());
+    return column.empty() ? std::string() : fill(tooLongSentence(false), {title(column)});
+}
+
 // A balloon's text comes from the caller, its values fill it.
 RenderedMessage tooltip(const MessageRequest& request) {
     if (request.arguments.empty()) return {std::string(defaultTitle(request.kind)), {}};
@@ -100,7 +122,7 @@ std::string MessageCatalogue::errorText(const std::exception& error) const {
     return "خطایی در برنامه رخ داد و این کار انجام نشد. جزئیات آن را به پشتیبانی بدهید.";
 }
 
-MessageRequest MessageCatalogue::errorRequest(const std::exception& error) const {
+MessageRequest MessageCatalogue::errorRequest(const std::exception& error, const FieldTitles& titleOf) const {
     // What could not be written is nobody's fault, and its text is meant for the user as it is.
     if (dynamic_cast<const OutputError*>(&error) != nullptr) {
         MessageRequest request;
@@ -113,7 +135,8 @@ MessageRequest MessageCatalogue::errorRequest(const std::exception& error) const
     MessageRequest request;
     request.operation = database ? "DatabaseError" : "ProgramError";
     request.kind = MessageKind::Error;
-    request.arguments = {errorText(error), error.what()};
+    const std::string tooLong = tooLongText(error, titleOf);
+    request.arguments = {tooLong.empty() ? errorText(error) : tooLong, error.what()};
     return request;
 }
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <exception>
+#include <functional>
 #include <string>
 
 #include "ado/error.h"
@@ -28,7 +29,10 @@ public:
     [[nodiscard]] std::string errorText(const std::exception& error) const;
     // A request that shows an error: operation "DatabaseError" or "ProgramError", arguments {errorText, detail};
     // "OutputError" with the error's own text when a file or a print could not be made.
-    [[nodiscard]] MessageRequest errorRequest(const std::exception& error) const;
+    // `titleOf` gives the title under which the user knows a field, for errors that name one; without it the field's
+    // own name stands.
+    using FieldTitles = std::function<std::string(const std::string& field)>;
+    [[nodiscard]] MessageRequest errorRequest(const std::exception& error, const FieldTitles& titleOf = {}) const;
 
     // "بله", "خیر", "تأیید", "انصراف"
     [[nodiscard]] std::string buttonText(TMessageButton button) const;

@@ -92,6 +92,11 @@ std::string_view errorSentence(ErrorCategory category) {
     return "پایگاه داده درخواست را انجام نداد و چیزی ذخیره نشد. دوباره تلاش کنید و اگر تکرار شد جزئیات را به پشتیبانی بدهید.";
 }
 
+std::string_view tooLongSentence(bool limitKnown) {
+    if (!limitKnown) return "متن «%1» از اندازه‌ی مجاز بلندتر است و چیزی ذخیره نشد. آن را کوتاه‌تر کنید.";
+    return "«%1» حداکثر %2 نویسه می‌پذیرد؛ متن شما %3 نویسه دارد و چیزی ذخیره نشد. آن را کوتاه‌تر کنید.";
+}
+
 // clang-format on
 
 }  // namespace basalt::host

@@ -19,5 +19,7 @@ struct MessageText {
 [[nodiscard]] const MessageText* findOperationText(std::string_view operation);
 [[nodiscard]] const MessageText* findNumberText(int number);
 [[nodiscard]] std::string_view errorSentence(ErrorCategory category);
+// A text that is too long: %1 its title, %2 how much fits, %3 how much there is; and where only the title is known.
+[[nodiscard]] std::string_view tooLongSentence(bool limitKnown);
 
 }  // namespace basalt::host

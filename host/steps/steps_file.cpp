@@ -222,7 +222,12 @@ const std::map<std::string, Parser, std::less<>>& actions() {
              if (!answer) line.fail("expected an answer (yes, no, cancel, ok or a number), found \"" + word + "\"");
              return AnswerStep{*answer};
          }},
-        {"shot", [](Line& line) -> StepAction { return ShotStep{line.trimmedText()}; }},
+        {"shot",
+         [](Line& line) -> StepAction {
+             std::string file = line.trimmedText();
+             if (file.empty()) line.fail("expected the picture's file (shot FILE.png), found the end of the line");
+             return ShotStep{std::move(file)};
+         }},
         {"export",
          [](Line& line) -> StepAction {
              ExportStep step;

@@ -54,6 +54,28 @@ std::string messageOf(const Registry& registry, const std::string& function, con
     return "no error";
 }
 
+TEST(BindArguments, fieldsOfARecordAreCheckedByName) {
+    Registry registry;
+    registry.add(
+        FunctionEntry{"SaveLevel",
+                      "costlevel",
+                      "Saves a level.",
+                      {inRecord("Mapper", {in("Code", "integer"), in("Name", "text"), in("CostType", "integer")})},
+                      "",
+                      [](FunctionCall&) {}});
+    const auto complaint = [&](const char* json) {
+        return messageOf(registry, "SaveLevel", {.named = {{"Mapper", json}}, .positional = {}});
+    };
+    EXPECT_EQ(complaint(R"({"Code":3,"Nam":"x","CostType":1})"),
+              "argument Mapper: there is no field Nam; the fields are Code, Name, CostType");
+    EXPECT_EQ(complaint(R"({"Code":3,"Name":"x"})"),
+              "argument Mapper: the field CostType is missing; the fields are Code, Name, CostType");
+    EXPECT_EQ(complaint(R"({"Code":"three","CostType":1})"),
+              "argument Mapper: field Code: \"three\" cannot be read as a whole number");
+    EXPECT_EQ(complaint(R"({"code":"3","COSTTYPE":1})"), "no error");
+    EXPECT_EQ(signature(registry.functions().front()), "SaveLevel(Mapper: record {Code, Name, CostType})");
+}
+
 TEST(BindArguments, byNameWithoutCase) {
     const Registry registry = sampleRegistry();
     const BoundCall bound = bindArguments(registry, "getgoodunits", {.named = {{"goodcode", 5}}, .positional = {}});

@@ -107,6 +107,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "a.steps:1: expected a count of rows (a number from 0), found \"-1\""},
         Malformed{"hugeNumber", "row G 99999999999", "a.steps:1: expected a row (a number from 0)"},
         Malformed{"badAnswer", "answer maybe", "a.steps:1: expected an answer (yes, no, cancel, ok or a number)"},
+        Malformed{"noPicture", "shot ", "a.steps:1: expected the picture's file (shot FILE.png), found the end"},
         Malformed{"nothingToType", "type A", "a.steps:1: expected the text to type"}),
     [](const auto& test) { return test.param.name; });
 

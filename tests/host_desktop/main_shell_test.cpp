@@ -84,6 +84,14 @@ TEST_F(Shell, tellsACashierWhatHeMayNotOpen) {
     EXPECT_FALSE(locked("Open_CostLevel_List_BTN"));
     EXPECT_TRUE(locked("Open_DiscountLevel_List_BTN"));
     EXPECT_TRUE(locked("Settings_BTN"));
+    EXPECT_FALSE(locked("Open_CostLevel_List_TILE"));
+    EXPECT_TRUE(locked("Open_DiscountLevel_List_TILE"));
+    EXPECT_TRUE(locked("Settings_TILE"));
+    // Changing prices is more than looking at goods, and is refused before a good is asked for.
+    EXPECT_TRUE(locked("Open_PriceEditor_BTN"));
+    EXPECT_TRUE(locked("Open_PriceEditor_TILE"));
+    click(*shell, "Open_PriceEditor_TILE");
+    EXPECT_THAT(takeMessages(), ElementsAre("HavePermission('کالا', 'ویرایش')"));
     click(*shell, "Open_DiscountLevel_List_BTN");
     EXPECT_THAT(takeMessages(), ElementsAre("HavePermission('سطوح تخفیف', 'مشاهده')"));
     click(*shell, "Settings_BTN");
