@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "host/screens/persian_digits.h"
+#include "host/screens/theme.h"
 #include "host/services/host_parts.h"
 
 namespace basalt::host {
@@ -70,13 +71,13 @@ void LogPage::makeGrid(QBoxLayout& layout) {
         TGridColumn column;
         column.FieldName = field;
         column.Title = QString::fromUtf8(title);
-        column.Width = width;
+        column.Width = themePixels(width);
         grid_->AddColumn(column);
     };
     add("LogDate", "تاریخ", 104);
     add("LogTime", "ساعت", 84);
     add("UserName", "کاربر", 120);
-    add("PartTitle", "بخش", 120);
+    add("PartTitle", "بخش", 160);
     add("PermissionTitle", "کار", 80);
     add("Text", "کد", 60);
     add("Description", "شرح", 0);

@@ -91,7 +91,7 @@ TEST_F(Shell, tellsACashierWhatHeMayNotOpen) {
     EXPECT_TRUE(locked("Open_PriceEditor_BTN"));
     EXPECT_TRUE(locked("Open_PriceEditor_TILE"));
     click(*shell, "Open_PriceEditor_TILE");
-    EXPECT_THAT(takeMessages(), ElementsAre("HavePermission('کالا', 'ویرایش')"));
+    EXPECT_THAT(takeMessages(), ElementsAre("HavePermission('کالاها', 'ویرایش')"));
     click(*shell, "Open_DiscountLevel_List_BTN");
     EXPECT_THAT(takeMessages(), ElementsAre("HavePermission('سطوح تخفیف', 'مشاهده')"));
     click(*shell, "Settings_BTN");
