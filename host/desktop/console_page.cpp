@@ -32,7 +32,7 @@ ConsolePage::ConsolePage(DesktopContext context, QWidget* parent)
     parts->addWidget(makeCallPanel());
     parts->setStretchFactor(0, 0);
     parts->setStretchFactor(1, 1);
-    parts->setSizes({themePixels(300), 640});
+    parts->setSizes({300, 700});
     keepPartsInside(*parts);
     layout->addWidget(parts, 1);
 }

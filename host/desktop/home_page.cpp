@@ -17,9 +17,10 @@
 namespace basalt::host {
 namespace {
 
-constexpr int kFewestInRow = 3;
+constexpr int kFewestInRow = 2;
 constexpr int kMostInRow = 5;
 constexpr int kTileWidth = 250;
+constexpr int kTileHeight = 72;
 constexpr int kTileGap = 12;
 constexpr int kRecentEntries = 12;
 
@@ -59,8 +60,8 @@ QWidget* HomePage::makeRecent() {
                                         QStringLiteral("شرح"), QStringLiteral("کد")});
     recent_->horizontalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
     recent_->horizontalHeader()->setSectionResizeMode(3, QHeaderView::Stretch);
-    for (const auto& [column, width] : {std::pair{0, 130}, {1, 110}, {2, 190}, {4, 90}})
-        recent_->setColumnWidth(column, themePixels(width));
+    for (const int column : {0, 1, 2, 4})
+        recent_->horizontalHeader()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
     recent_->horizontalHeader()->setHighlightSections(false);
     recent_->verticalHeader()->hide();
     recent_->verticalHeader()->setDefaultSectionSize(themePixels(36));
@@ -79,7 +80,8 @@ void HomePage::addTile(Group group, const HomeTile& tile, const std::function<vo
     button->setAccessibleName(tile.title);
     button->setProperty("locked", tile.locked);
     button->setAccessibleDescription(tile.locked ? lockedHint() : tile.hint);
-    if (tile.locked) button->setToolTip(lockedHint());
+    button->setToolTip(tile.locked ? lockedHint() : tile.hint);
+    button->setMinimumHeight(themePixels(kTileHeight));
     // Every column is as wide as the others, whatever is written in it.
     button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     auto* content = new QHBoxLayout(button);
@@ -94,7 +96,6 @@ void HomePage::addTile(Group group, const HomeTile& tile, const std::function<vo
     texts->addStretch();
     QLabel* title = makeLabel(tile.title, "tileTitle");
     QLabel* hint = makeLabel(tile.hint, "tileHint");
-    hint->setWordWrap(true);
     texts->addWidget(title);
     texts->addWidget(hint);
     texts->addStretch();

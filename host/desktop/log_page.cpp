@@ -48,13 +48,13 @@ void LogPage::makeSearch(QBoxLayout& layout) {
     search_->init();
     search_->SetItemIndex(0);
     row->addWidget(search_, 1);
-    filter_ = new LogFilter;
-    filter_->init();
-    row->addWidget(filter_);
     auto* refreshButton = new QPushButton(QStringLiteral("تازه‌سازی \u2066F5\u2069"));
     refreshButton->setObjectName(QStringLiteral("Refresh_BTN"));
     row->addWidget(refreshButton);
     layout.addLayout(row);
+    filter_ = new LogFilter;
+    filter_->init();
+    layout.addWidget(filter_, 0, Qt::AlignLeft);
 
     const auto run = [this] { context_.handlers.guarded(this, [this] { refresh(); }); };
     search_->OnChange = run;

@@ -92,7 +92,7 @@ std::string SettingEditor::value() const {
 
 std::string SettingEditor::check() {
     std::string problem = SettingsStore::problem(field_, value());
-    problem_->setText(QString::fromStdString(problem));
+    problem_->setText(screenText(QString::fromStdString(problem)));
     problem_->setVisible(!problem.empty());
     return problem;
 }

@@ -16,6 +16,7 @@ namespace {
 constexpr int kLongestWorkstationName = 50;
 constexpr int kSmallestFont = 8;
 constexpr int kLargestFont = 16;
+constexpr int kWidthForTwoPanels = 780;
 
 // A panel with a title and its inputs below each other.
 QVBoxLayout* addPanel(QBoxLayout& layout, const QString& title) {
@@ -60,12 +61,12 @@ SettingsPage::SettingsPage(DesktopContext context, QWidget* parent) : ShellPage(
     scroll->setWidgetResizable(true);
     scroll->setFocusPolicy(Qt::NoFocus);
     auto* content = new QWidget;
-    auto* columns = new QHBoxLayout(content);
-    columns->setContentsMargins(0, 0, 0, 0);
-    columns->setSpacing(16);
-    columns->setAlignment(Qt::AlignTop | Qt::AlignRight);
-    makeCompany(*columns);
-    makeWorkstation(*columns);
+    panels_ = new QHBoxLayout(content);
+    panels_->setContentsMargins(0, 0, 0, 0);
+    panels_->setSpacing(16);
+    panels_->setAlignment(Qt::AlignTop | Qt::AlignRight);
+    makeCompany(*panels_);
+    makeWorkstation(*panels_);
     scroll->setWidget(content);
     layout->addWidget(scroll, 1);
     makeFooter(*layout);
@@ -144,6 +145,12 @@ void SettingsPage::makeFooter(QBoxLayout& layout) {
     auto* key = new QShortcut(QKeySequence(Qt::Key_F3), this);
     key->setContext(Qt::WidgetWithChildrenShortcut);
     QObject::connect(key, &QShortcut::activated, save_, &QPushButton::click);
+}
+
+void SettingsPage::resizeEvent(QResizeEvent* event) {
+    ShellPage::resizeEvent(event);
+    const bool sideBySide = width() > themePixels(kWidthForTwoPanels) + 2 * layout()->contentsMargins().left();
+    panels_->setDirection(sideBySide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
 }
 
 void SettingsPage::enter() {

@@ -27,6 +27,10 @@ public:
 
     std::function<void()> OnSaved;
 
+protected:
+    // The panels stand side by side where there is room for both.
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     void makeCompany(QBoxLayout& layout);
     void makeWorkstation(QBoxLayout& layout);
@@ -44,6 +48,7 @@ private:
     QLineEdit* workstation_ = nullptr;
     QLabel* workstationProblem_ = nullptr;
     QCheckBox* persianDigits_ = nullptr;
+    QBoxLayout* panels_ = nullptr;
     QSpinBox* fontSize_ = nullptr;
     QLabel* state_ = nullptr;
     QPushButton* save_ = nullptr;

@@ -34,7 +34,7 @@ QPushButton[kind="navigation"][locked="true"] { color: @muted@; }
 QPushButton[kind="navigation"][current="true"] { background: @accentSoft@; color: @accentDark@; font-weight: 700; }
 
 QPushButton[kind="tile"] {
-    background: @surface@; border: 1px solid @border@; border-radius: 12px; padding: 0; min-height: 70px;
+    background: @surface@; border: 1px solid @border@; border-radius: 12px; padding: 0;
 }
 QPushButton[kind="tile"]:hover { border-color: @accent@; background: @raised@; }
 QPushButton[kind="tile"]:pressed { background: @accentSoft@; }

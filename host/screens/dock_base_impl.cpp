@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "ado/error.h"
+#include "host/screens/theme.h"
 #include "package/screens/base_get_frm.h"
 
 namespace basalt::host {
@@ -43,7 +44,7 @@ DockBaseImpl::DockBaseImpl(ScreenContext& context, TBaseDock_FRM& screen)
       listPanel_(frame_->addPanel("List_PNL", 1)),
       summaryPanel_(frame_->addPanel("Summary_PNL", 0)),
       detailPanel_(frame_->addPanel("Detail_PNL", 0)) {
-    screen.resize(760, 560);
+    screen.resize(themePixels(760), themePixels(560));
     frame_->onEnter = [this] { return enterPressed(); };
 }
 

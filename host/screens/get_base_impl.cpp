@@ -9,6 +9,7 @@
 #include "host/screens/output_services.h"
 #include "host/screens/record_content.h"
 #include "host/screens/table_printer.h"
+#include "host/screens/theme.h"
 
 namespace basalt::host {
 namespace {
@@ -66,7 +67,7 @@ GetBaseImpl::GetBaseImpl(ScreenContext& context, TBaseGet_FRM& editor)
     auto* layout = new QHBoxLayout(banner_);
     layout->setContentsMargins(10, 6, 10, 6);
     layout->addWidget(bannerText_);
-    editor.setMinimumWidth(460);
+    editor.setMinimumWidth(themePixels(460));
     frame_->onEnter = [this] {
         enterPressed();
         return true;

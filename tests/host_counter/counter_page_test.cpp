@@ -66,16 +66,16 @@ protected:
 
 TEST_F(Counter, aWeighedGoodBecomesALine) {
     scan("2800105012507");
-    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱.۲۵"));
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵"));
     EXPECT_EQ(mood(), "added");
-    EXPECT_EQ(shown(*page, "Result_LBL"), "۱.۲۵ کیلوگرم «موز درجه یک» افزوده شد.");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "۱٫۲۵ کیلوگرم «موز درجه یک» افزوده شد.");
     EXPECT_TRUE(control<QLineEdit>(*page, "Scan_EDT").text().isEmpty());
 }
 
 TEST_F(Counter, aWrongKeyboardLayoutStillScans) {
     scan("۲۸۰۰۱۰۵۰۱۲۵۰۷");
     scan("٢٨٠٠١٠٥٠٠٢٥٠٧");
-    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱.۲۵", "۱۰۵|۰.۲۵"));
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵", "۱۰۵|۰٫۲۵"));
 }
 
 TEST_F(Counter, theMakersBarcodeIsOnePiece) {
@@ -98,22 +98,22 @@ TEST_F(Counter, deleteModeTakesOff) {
     scan("2800105002507");
     QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F6);
     scan("2800105012507");  // at once
-    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰.۲۵"));
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰٫۲۵"));
     EXPECT_EQ(mood(), "removed");
     scan("2800105099997");
     EXPECT_EQ(mood(), "refused");
-    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰.۲۵"));
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰٫۲۵"));
 }
 
 TEST_F(Counter, pricesAloneAreSummedAndTakenOff) {
     scan("2900000125005");
     EXPECT_EQ(mood(), "added");
-    EXPECT_EQ(shown(*page, "PriceSum_LBL"), "جمع بارکدهای مبلغی: ۱۲,۵۰۰");
-    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱۲,۵۰۰");
+    EXPECT_EQ(shown(*page, "PriceSum_LBL"), "جمع بارکدهای مبلغی: ۱۲٬۵۰۰");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱۲٬۵۰۰");
     click(*page, "Removing_BTN");
     scan("2900000025005");
     EXPECT_EQ(mood(), "removed");
-    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱۰,۰۰۰");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱۰٬۰۰۰");
     EXPECT_TRUE(lines().empty());
 }
 
@@ -233,20 +233,20 @@ TEST_F(Counter, boxesAreTakenOffTheWeight) {
         QTest::keyClick(&control(dialog, "Count_EDT"), Qt::Key_Return);
     });
     click(*page, "Tare_BTN");
-    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰.۷۵"));
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰٫۷۵"));
     QTimer::singleShot(0, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
     click(*page, "Tare_BTN");
-    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰.۷۵"));
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰٫۷۵"));
     QTimer::singleShot(0, [] {
         QWidget& dialog = *QApplication::activeModalWidget();
-        EXPECT_EQ(control<QComboBox>(dialog, "Weight_CMB").itemText(0), "۰.۲۵");
+        EXPECT_EQ(control<QComboBox>(dialog, "Weight_CMB").itemText(0), "۰٫۲۵");
         control<QComboBox>(dialog, "Weight_CMB").setEditText("5");
         control<QLineEdit>(dialog, "Count_EDT").setText("2");
         QTest::keyClick(&dialog, Qt::Key_F3);
     });
     click(*page, "Tare_BTN");
     EXPECT_EQ(mood(), "refused");
-    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰.۷۵"));
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰٫۷۵"));
 }
 
 TEST_F(Counter, chosenGoodsGoToTheScales) {

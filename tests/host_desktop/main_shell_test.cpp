@@ -79,6 +79,19 @@ TEST_F(Shell, opensAScreenByMouseAndByKeyboard) {
               "");
 }
 
+TEST_F(Shell, placesAsManyTilesSideBySideAsThereIsRoomFor) {
+    open(1);
+    const auto top = [&](const char* tile) { return control(*shell, tile).y(); };
+    shell->resize(1400, 800);
+    QApplication::processEvents();
+    EXPECT_EQ(top("Open_PriceEditor_TILE"), top("Open_CostLevel_List_TILE"));
+    EXPECT_GT(top("Log_TILE"), top("Open_CostLevel_List_TILE")) << "another group begins a new row";
+    shell->resize(900, 700);
+    QApplication::processEvents();
+    EXPECT_GT(top("Open_PriceEditor_TILE"), top("Open_CostLevel_List_TILE"));
+    EXPECT_EQ(top("Open_DiscountLevel_List_TILE"), top("Open_CostLevel_List_TILE"));
+}
+
 TEST_F(Shell, tellsACashierWhatHeMayNotOpen) {
     open(2);
     EXPECT_FALSE(locked("Open_CostLevel_List_BTN"));
