@@ -182,7 +182,8 @@ void PrintPreview::print() {
     PrinterDialog dialog(view_->pageCount(), view_->page(), this);
     if (!dialog.hasPrinters())
         throw OutputError(
-            "در این رایانه چاپگری تعریف نشده است. صفحه‌ها را می‌توان به شکل PDF "
+            "در این رایانه چاپگری تعریف نشده است. صفحه‌ها را می‌توان به شکل "
+            "PDF "
             "ذخیره "
             "کرد.");
     if (dialog.exec() != QDialog::Accepted) return;

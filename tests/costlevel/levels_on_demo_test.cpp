@@ -98,7 +98,8 @@ TEST_F(LevelsOnDemo, aNameThatWasTooLongDoesNotHideTheOthersChange) {
         messages.expect("DatabaseError");
         editor->BaseSaveANDClose_Click();
         EXPECT_EQ(messages.shown.back().arguments.at(0),
-                  "«عنوان» حداکثر 50 نویسه می‌پذیرد؛ متن شما 200 نویسه دارد و چیزی ذخیره نشد. آن را کوتاه‌تر "
+                  "«عنوان» حداکثر 50 نویسه می‌پذیرد؛ متن شما 200 نویسه دارد و چیزی ذخیره نشد. آن را "
+                  "کوتاه‌تر "
                   "کنید.");
         run("UPDATE CostLevel SET Name = N'از دیگری' WHERE CostType = 1 AND Code = 5");
         rename(*editor, QStringLiteral("کوتاه"));
