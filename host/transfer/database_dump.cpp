@@ -80,8 +80,8 @@ private:
         }
         const RowSet rows =
             rowsOf(session_, "SELECT " + columns + " FROM dbo." + bracketed(table.name) + keyOrder(table));
-        if (rows.rowCount() == 0) return;
         const std::string name = "dbo." + bracketed(table.name);
+        if (rows.rowCount() == 0) return goOnBehind(table, rows);
         const std::string head = "INSERT INTO " + name + " (" + columns + ") VALUES\n";
         if (identity) batch("SET IDENTITY_INSERT " + name + " ON");
         std::string statement;
@@ -98,6 +98,40 @@ private:
         }
         batch(statement);
         if (identity) batch("SET IDENTITY_INSERT " + name + " OFF");
+        goOnBehind(table, rows);
+    }
+
+    // Numbers that were given to rows which are gone are not given again.
+    void goOnBehind(const TableSchema& table, const RowSet& rows) {
+        std::size_t position = 0;
+        for (const ColumnSchema& column : table.columns) {
+            if (column.identity) return goOnBehind(table, *column.identity, rows, position);
+            if (column.computedText.empty()) ++position;
+        }
+    }
+
+    void goOnBehind(const TableSchema& table, const ColumnSchema::Identity& identity, const RowSet& rows,
+                    std::size_t position) {
+        const std::string name = "dbo." + bracketed(table.name);
+        const RowSet counter = rowsOf(session_,
+                                      "SELECT CAST(last_value AS bigint) FROM sys.identity_columns "
+                                      "WHERE object_id = OBJECT_ID(" +
+                                          sqlLiteral(name, "nvarchar(300)") + ")");
+        if (counter.rowCount() == 0 || counter.column(0).isNull(0)) return;
+        std::int64_t last = integerAt(counter, 0, 0);
+        if (rows.rowCount() == 0) {
+            // A table that has had no row yet begins with the number itself.
+            last += identity.increment;
+        } else {
+            std::int64_t inRows = integerAt(rows, position, 0);
+            for (std::size_t row = 1; row < rows.rowCount(); ++row) {
+                const std::int64_t number = integerAt(rows, position, row);
+                if (identity.increment > 0 ? number > inRows : number < inRows) inRows = number;
+            }
+            if (inRows == last) return;
+        }
+        batch("DBCC CHECKIDENT(" + sqlLiteral(name, "nvarchar(300)") + ", RESEED, " + std::to_string(last) +
+              ") WITH NO_INFOMSGS");
     }
 
     static std::string keyOrder(const TableSchema& table) {

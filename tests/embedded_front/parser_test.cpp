@@ -244,6 +244,11 @@ INSTANTIATE_TEST_SUITE_P(
                  "DECLARE @GoodCode int;\nSELECT @GoodCode = 57;\nSELECT @GoodCode AS g;"},
         TreeCase{"DeclareTable", "declare @t table (a int, primary key (a)), @i as int = 5",
                  "DECLARE @t TABLE (a int, PRIMARY KEY (a)), @i int = 5;"},
+        TreeCase{"CheckIdentity",
+                 "dbcc checkident('t') dbcc checkident(t, noreseed) dbcc checkident(N'dbo.[t]', reseed, -5) with "
+                 "no_infomsgs",
+                 "DBCC CHECKIDENT('t');\nDBCC CHECKIDENT(t, NORESEED);\n"
+                 "DBCC CHECKIDENT(N'dbo.[t]', RESEED, (-5)) WITH NO_INFOMSGS;"},
         TreeCase{
             "SetForms",
             "set @a = 1 set @a += 2; set nocount, xact_abort on set identity_insert t off set transaction "

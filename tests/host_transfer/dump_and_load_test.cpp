@@ -139,6 +139,29 @@ TEST_F(DumpAndLoad, identitiesGoOnBehindTheLastRow) {
     EXPECT_EQ(cell(*copy, "SELECT ID FROM A WHERE X = 3"), "15");
 }
 
+TEST_F(DumpAndLoad, identitiesGoOnBehindRowsThatAreGone) {
+    session_->run(
+        "CREATE TABLE A (X int, ID int IDENTITY(5,5) PRIMARY KEY) INSERT INTO A (X) VALUES (1), (2), (3) "
+        "DELETE FROM A WHERE X > 1 "
+        "CREATE TABLE B (ID bigint IDENTITY(-1,-1) PRIMARY KEY, X int) INSERT INTO B (X) VALUES (1), (2) DELETE FROM B "
+        "CREATE TABLE C (ID int IDENTITY(7,1) PRIMARY KEY, X int) "
+        "CREATE TABLE [it's] (ID int IDENTITY PRIMARY KEY, X int) INSERT INTO [it's] (X) VALUES (1), (2) "
+        "DELETE FROM [it's] WHERE X = 2");
+    const std::string dump = dumpOf(*session_);
+    EXPECT_NE(dump.find("\nDBCC CHECKIDENT(N'dbo.[A]', RESEED, 15) WITH NO_INFOMSGS\nGO\n"), std::string::npos) << dump;
+    const auto copy = loaded(dump);
+    const auto again = loaded(dumpOf(*copy));
+    for (Session* session : {session_.get(), copy.get(), again.get()}) {
+        session->run(
+            "INSERT INTO A (X) VALUES (9) INSERT INTO B (X) VALUES (9) INSERT INTO C (X) VALUES (9) "
+            "INSERT INTO [it's] (X) VALUES (9)");
+        EXPECT_EQ(cell(*session, "SELECT ID FROM A WHERE X = 9"), "20");
+        EXPECT_EQ(cell(*session, "SELECT ID FROM B WHERE X = 9"), "-3");
+        EXPECT_EQ(cell(*session, "SELECT ID FROM C WHERE X = 9"), "7");
+        EXPECT_EQ(cell(*session, "SELECT ID FROM [it's] WHERE X = 9"), "3");
+    }
+}
+
 TEST_F(DumpAndLoad, referencesBetweenRowsAndInCirclesOfTablesComeBack) {
     session_->run("CREATE TABLE Tree (ID int NOT NULL PRIMARY KEY, Parent int NULL REFERENCES Tree (ID))");
     session_->run("INSERT INTO Tree VALUES (3, NULL), (2, 3), (1, 2)");

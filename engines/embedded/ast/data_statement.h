@@ -76,6 +76,16 @@ struct DeleteStatement : StatementOf<StatementKind::Delete> {
     ExpressionPtr where;
 };
 
+// DBCC CHECKIDENT(t), (N't', NORESEED), (N't', RESEED, 7)
+struct CheckIdentityStatement : StatementOf<StatementKind::CheckIdentity> {
+    enum class Action : std::uint8_t { Correct, Report, Set };
+    Identifier name;      // when the table is given by its bare name
+    ExpressionPtr table;  // otherwise
+    Action action = Action::Correct;
+    ExpressionPtr value;  // Set
+    bool silent = false;  // WITH NO_INFOMSGS
+};
+
 struct TruncateStatement : StatementOf<StatementKind::Truncate> {
     ObjectName table;
 };

@@ -16,6 +16,7 @@ enum class StatementKind : std::uint8_t {
     Insert,
     Update,
     Delete,
+    CheckIdentity,
     Truncate,
     CreateTable,
     AlterTable,

@@ -1,4 +1,6 @@
 // The operators + - * / % & | ^ ~ with the types that SQL Server gives their results.
+#include <algorithm>
+
 #include "engines/embedded/binder/binder.h"
 #include "engines/embedded/binder/type_rules.h"
 #include "engines/embedded/runtime/dates.h"
@@ -121,6 +123,13 @@ BoundPtr Binder::operation(ast::BinaryOperator op, BoundPtr left, BoundPtr right
                  range);
         }
         return boundInfix("||", concatenatedType(a, b), std::move(left), std::move(right));
+    }
+    if (a.isBinary() && b.isBinary() && op == Operator::Add) {
+        const bool unbounded = a.length == kMaxLength || b.length == kMaxLength;
+        const SqlType joined =
+            SqlType::text(TypeKind::VarBinary, unbounded ? kMaxLength : std::min(a.length + b.length, 8000));
+        return boundCall("t_join_bytes", joined, std::move(left), std::move(right),
+                         boundInteger(unbounded ? -1 : joined.length));
     }
     if ((a.isText() && b.kind == TypeKind::UniqueIdentifier) || (b.isText() && a.kind == TypeKind::UniqueIdentifier))
         refuse();

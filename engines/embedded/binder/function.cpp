@@ -262,6 +262,11 @@ BoundPtr coalesce(FunctionBinder& f) {
         type = commonType(type, values.back()->type);
         nullable = nullable && values.back()->nullable;
     }
+    if (type.isNull()) {
+        f.binder().fail(
+            4127, "At least one of the arguments to COALESCE must be an expression that is not the NULL constant.",
+            f.range());
+    }
     for (BoundPtr& value : values)
         value = f.binder().cast(std::move(value), type);
     BoundPtr result = makeCall("coalesce", type, std::move(values));
@@ -271,6 +276,12 @@ BoundPtr coalesce(FunctionBinder& f) {
 
 BoundPtr nullIf(FunctionBinder& f) {
     BoundPtr shown = f.value(0);
+    if (shown->type.isNull()) {
+        f.binder().fail(4151,
+                        "The type of the first argument to NULLIF cannot be the NULL constant because the type of the "
+                        "first argument has to be known.",
+                        f.range());
+    }
     BoundPtr compared = f.value(0);
     BoundPtr other = f.value(1);
     f.binder().unifyForComparison(compared, other);

@@ -192,6 +192,20 @@ Rows columnRows(Catalog& catalog) {
     return rows;
 }
 
+Rows identityRows(Catalog& catalog) {
+    Rows rows;
+    for (const Table& table : tablesOf(catalog)) {
+        for (std::size_t i = 0; i < table.columns.size(); ++i) {
+            if (!table.columns[i].identity) continue;
+            const IdentityState state = catalog.identity(table.name);
+            rows.push_back({number(Catalog::objectNumber(table.name)), text(table.columns[i].name),
+                            number(static_cast<std::int64_t>(i) + 1), number(state.seed), number(state.increment),
+                            state.last ? Value(number(*state.last)) : Value(Null{})});
+        }
+    }
+    return rows;
+}
+
 Rows typeRows() {
     Rows rows;
     for (const TypeNumber& type : kTypes) {
@@ -409,6 +423,14 @@ const std::vector<Entry>& entries() {
                {"is_identity", bit()},
                {"is_computed", bit()}}},
              [](Catalog& c, SqliteDatabase&) { return columnRows(c); }},
+            {{"sys.identity_columns",
+              {{"object_id", integer()},
+               {"name", name()},
+               {"column_id", integer()},
+               {"seed_value", SqlType::of(TypeKind::BigInt)},
+               {"increment_value", SqlType::of(TypeKind::BigInt)},
+               {"last_value", SqlType::of(TypeKind::BigInt)}}},
+             [](Catalog& c, SqliteDatabase&) { return identityRows(c); }},
             {{"sys.types",
               {{"name", name()},
                {"system_type_id", smallest},

@@ -37,11 +37,11 @@ Executor::Executor(SqliteDatabase& database, Catalog& catalog, std::function<std
 Executor::~Executor() = default;
 
 bool Executor::takes(StatementKind kind) {
-    return isPlanned(kind) || kind == StatementKind::Truncate || kind == StatementKind::CreateTable ||
-           kind == StatementKind::AlterTable || kind == StatementKind::CreateIndex ||
-           kind == StatementKind::CreateView || kind == StatementKind::CreateProcedure ||
-           kind == StatementKind::CreateFunction || kind == StatementKind::Drop || kind == StatementKind::SetOption ||
-           kind == StatementKind::Transaction;
+    return isPlanned(kind) || kind == StatementKind::CheckIdentity || kind == StatementKind::Truncate ||
+           kind == StatementKind::CreateTable || kind == StatementKind::AlterTable ||
+           kind == StatementKind::CreateIndex || kind == StatementKind::CreateView ||
+           kind == StatementKind::CreateProcedure || kind == StatementKind::CreateFunction ||
+           kind == StatementKind::Drop || kind == StatementKind::SetOption || kind == StatementKind::Transaction;
 }
 
 bool Executor::isPlanned(StatementKind kind) {
@@ -69,6 +69,8 @@ void Executor::execute(const ast::Batch& batch, const ast::Statement& statement,
         case StatementKind::Update:
         case StatementKind::Delete:
             return run(*planOf(batch, statement, plans, environment), environment, into);
+        case StatementKind::CheckIdentity:
+            return checkIdentity(batch, ast::as<ast::CheckIdentityStatement>(statement), environment, into);
         case StatementKind::Truncate:
             return truncate(batch, ast::as<ast::TruncateStatement>(statement));
         case StatementKind::Transaction:

@@ -40,8 +40,8 @@ public:
     Executor& operator=(const Executor&) = delete;
     ~Executor();
 
-    // SELECT, INSERT, UPDATE, DELETE, TRUNCATE, definitions, BEGIN/COMMIT/ROLLBACK/SAVE TRANSACTION, SET options.
-    // True for the kinds that execute() takes.
+    // SELECT, INSERT, UPDATE, DELETE, TRUNCATE, DBCC CHECKIDENT, definitions, BEGIN/COMMIT/ROLLBACK/SAVE TRANSACTION,
+    // SET options. True for the kinds that execute() takes.
     [[nodiscard]] static bool takes(ast::StatementKind kind);
     // Whether the statement keeps a plan that serves other literals too.
     [[nodiscard]] static bool isPlanned(ast::StatementKind kind);
@@ -124,6 +124,8 @@ private:
 
     void selectInto(const ast::Batch& batch, const ast::SelectStatement& statement, const Environment& environment,
                     BatchResult& into);
+    void checkIdentity(const ast::Batch& batch, const ast::CheckIdentityStatement& statement,
+                       const Environment& environment, BatchResult& into);
     void truncate(const ast::Batch& batch, const ast::TruncateStatement& statement);
     void transaction(const ast::Batch& batch, const ast::TransactionStatement& statement,
                      const Environment& environment);

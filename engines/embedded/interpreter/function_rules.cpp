@@ -66,6 +66,8 @@ private:
                 refuse("SET OPTION ON", statement);
             case StatementKind::CreateTable:
                 refuse("CREATE TABLE", statement);
+            case StatementKind::CheckIdentity:
+                refuse("DBCC", statement);
             case StatementKind::Truncate:
                 refuse("TRUNCATE TABLE", statement);
             default:

@@ -49,7 +49,6 @@ bool beginsUnsupported(Keyword word) {
         case Keyword::Bulk:
         case Keyword::Checkpoint:
         case Keyword::Close:
-        case Keyword::Dbcc:
         case Keyword::Deallocate:
         case Keyword::Deny:
         case Keyword::Dump:
@@ -106,6 +105,8 @@ StatementPtr parseStatement(TokenCursor& cursor) {
             return parseUpdate(cursor, {});
         case Keyword::Delete:
             return parseDelete(cursor, {});
+        case Keyword::Dbcc:
+            return parseCheckIdentity(cursor);
         case Keyword::Truncate:
             return parseTruncate(cursor);
         case Keyword::Create:

@@ -20,6 +20,7 @@ ast::StatementPtr parseSelect(TokenCursor& cursor, With with);
 ast::StatementPtr parseInsert(TokenCursor& cursor, With with);
 ast::StatementPtr parseUpdate(TokenCursor& cursor, With with);
 ast::StatementPtr parseDelete(TokenCursor& cursor, With with);
+ast::StatementPtr parseCheckIdentity(TokenCursor& cursor);
 ast::StatementPtr parseTruncate(TokenCursor& cursor);
 
 ast::StatementPtr parseCreate(TokenCursor& cursor);

@@ -1,4 +1,4 @@
-// SELECT, INSERT, UPDATE, DELETE, TRUNCATE.
+// SELECT, INSERT, UPDATE, DELETE, DBCC CHECKIDENT, TRUNCATE.
 #include "engines/embedded/printer/writer.h"
 
 namespace basalt::embedded {
@@ -13,6 +13,22 @@ void write(Writer& writer, const TableTarget& target) {
     } else {
         writer << target.variable;
     }
+}
+
+void write(Writer& writer, const CheckIdentityStatement& check) {
+    using Action = CheckIdentityStatement::Action;
+    writer << "DBCC CHECKIDENT(";
+    if (check.table != nullptr) {
+        write(writer, *check.table);
+    } else {
+        write(writer, check.name);
+    }
+    if (check.action == Action::Report) writer << ", NORESEED";
+    if (check.action == Action::Set) {
+        writer << ", RESEED, ";
+        write(writer, *check.value);
+    }
+    writer << (check.silent ? ") WITH NO_INFOMSGS" : ")");
 }
 
 void write(Writer& writer, const OutputClause& output) {
@@ -120,6 +136,9 @@ void writeDataStatement(Writer& writer, const Statement& statement) {
             break;
         case StatementKind::Delete:
             write(writer, as<DeleteStatement>(statement));
+            break;
+        case StatementKind::CheckIdentity:
+            write(writer, as<CheckIdentityStatement>(statement));
             break;
         default:
             writer << "TRUNCATE TABLE ";

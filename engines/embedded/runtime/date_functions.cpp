@@ -41,7 +41,9 @@ void fromParts(Call& call) {
 }
 
 void isDate(Call& call) {
-    if (call.isNull(0)) return call.result(std::int64_t{0});
+    // An empty text converts, and is no date all the same.
+    if (call.isNull(0) || call.text(0).find_first_not_of(' ') == std::string_view::npos)
+        return call.result(std::int64_t{0});
     try {
         const Value value = convert(std::string(call.text(0)), SqlType::text(TypeKind::NVarChar, kMaxLength),
                                     SqlType::of(TypeKind::DateTime));

@@ -18,6 +18,18 @@ namespace {
 // Texts that REPLICATE and SPACE may build at most: those of the bounded types.
 constexpr std::int64_t kLongestBounded = 8000;
 
+// t_join_bytes(a, b, the longest result)
+void joinBytes(Call& call) {
+    const SqlType type = SqlType::text(TypeKind::VarBinary, kMaxLength);
+    Bytes joined = std::get<Bytes>(call.value(0, type));
+    const Bytes more = std::get<Bytes>(call.value(1, type));
+    joined.insert(joined.end(), more.begin(), more.end());
+    const std::int64_t longest = call.integer(2);
+    if (longest >= 0 && joined.size() > static_cast<std::size_t>(longest))
+        joined.resize(static_cast<std::size_t>(longest));
+    call.result(Value(std::move(joined)));
+}
+
 std::string_view rightTrimmed(std::string_view text) {
     while (!text.empty() && text.back() == ' ')
         text.remove_suffix(1);
@@ -345,6 +357,7 @@ void escapeXml(Call& call) {
 
 void addTextFunctions(SqliteDatabase& database) {
     addFunction(database, "t_xml", 1, escapeXml);
+    addFunction(database, "t_join_bytes", 3, joinBytes);
     addFunction(database, "t_len", 1, length);
     addFunction(database, "t_datalength", 2, dataLength);
     addFunction(database, "t_upper", 1, [](Call& call) { call.result(std::string_view(upperCase(call.text(0)))); });
