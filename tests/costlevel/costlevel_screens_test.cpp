@@ -261,6 +261,16 @@ TEST_F(CostLevelScreens, deletingADiscountLevelIsOfItsKind) {
                                         "LocateLockCode_SoftwarePart('1', 134, 7, false)", "MsgDeleteRow()"));
 }
 
+TEST_F(CostLevelScreens, selectingBeginsWithNothingSelected) {
+    const auto list = openList(fmSelect, twoLevels());
+    list->Select_BTNClick();
+    EXPECT_EQ(list->SelectedCode(), 4);
+    EXPECT_EQ(list->SelectedName(), "نمایندگی");
+    list->InitSelect();
+    EXPECT_EQ(list->SelectedCode(), 0);
+    EXPECT_EQ(list->SelectedName(), "");
+}
+
 TEST_F(CostLevelScreens, doubleClickSelectsWhereThereIsSomebodyToSelectFor) {
     const auto list = openList(fmSelect, twoLevels());
     control<FakeGrid>(*list, "GroupList_GRD").OnDblClick();
@@ -361,6 +371,22 @@ TEST_F(CostLevelEditor, showingNamesItsFormOptions) {
     const auto discount = editDiscountLevel();
     discount->FormShow(nullptr);
     EXPECT_THAT(host.calls, ElementsAre("SetSoftwarePart 27", "base FormShow", "SetShortCut"));
+}
+
+TEST_F(CostLevelEditor, showingEndsWithItsSettings) {
+    class Editor final : public TCostLevel_Get_FRM {
+    public:
+        using TCostLevel_Get_FRM::TCostLevel_Get_FRM;
+        void SetSetting() override { ++settings; }
+        int settings = 0;
+    };
+    script.setTable(levelTable());
+    for (int i = 0; i < 2; ++i)
+        script.expect("SELECT * FROM CostLevel Where Code = 4 AND CostType = 1", levelRows({{4, "", "", 1}}));
+    const auto editor = CreateEditor<Editor>(spPriceLevels, Value{std::int64_t{4}}, fmEdit);
+    EXPECT_EQ(editor->settings, 1) << "of the construction";
+    editor->FormShow(nullptr);
+    EXPECT_EQ(editor->settings, 2);
 }
 
 TEST_F(CostLevelEditor, savesAPriceLevel) {
@@ -493,21 +519,27 @@ TEST_F(CostLevelEntryPoints, showNothingWithoutThePermission) {
 }
 
 TEST_F(CostLevelEntryPoints, openListsForMaintenance) {
-    screens.onList = [](TBaseDock_FRM& list) { EXPECT_EQ(list.Mode(), fmBrowse); };
+    std::string before;  // what was called last before the screen showed itself
+    screens.onList = [this, &before](TBaseDock_FRM& list) {
+        EXPECT_EQ(list.Mode(), fmBrowse);
+        EXPECT_EQ(list.CustomText(), "");
+        before = *(std::find(host.calls.begin(), host.calls.end(), "base FormShow") - 1);
+    };
     script.expect(kPriceList, twoLevels());
     Open_CostLevel_List();
     EXPECT_EQ(host.calls.front(), "HavePermission(user 1, 114, 6, true, true, '')");
-    EXPECT_THAT(host.calls, ::testing::Contains("SetSoftwarePart 14").Times(1));
+    EXPECT_EQ(before, "SetSoftwarePart 14");
     host.calls.clear();
     script.expect(kDiscountList, twoLevels());
     Open_DiscountLevel_List();
     EXPECT_EQ(host.calls.front(), "HavePermission(user 1, 134, 6, true, true, '')");
-    EXPECT_THAT(host.calls, ::testing::Contains("SetSoftwarePart 27").Times(1));
+    EXPECT_EQ(before, "SetSoftwarePart 27");
 }
 
 TEST_F(CostLevelEntryPoints, selectGivesThePickedCode) {
     screens.onList = [](TBaseDock_FRM& list) {
         EXPECT_EQ(list.Mode(), fmSelect);
+        EXPECT_EQ(list.CustomText(), "");
         list.Select_BTNClick();
     };
     script.expect(kPriceList, twoLevels());
