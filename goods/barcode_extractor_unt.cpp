@@ -81,7 +81,7 @@ private:
 
 std::string goodOf(const Scan& scan) {
     if (const int always = scan.number("ItemConstantCode"); always > 0) return std::to_string(always);
-    const std::string characters = scan.field("ItemCode");
+    std::string characters = scan.field("ItemCode");
     if (scan.number("ItemCodeType") == 1) return characters;
     return std::to_string(GetBarcode_Code(characters, SettingRecord().FindGoodByScaleCode, true));
 }

@@ -8,11 +8,6 @@ namespace basalt::odbc {
 
 namespace {
 
-SQLPOINTER attribute(SQLULEN value) {
-    // ODBC takes numbers where it takes pointers.
-    return reinterpret_cast<SQLPOINTER>(value);  // NOLINT(performance-no-int-to-ptr)
-}
-
 // Walks over everything that one execution brings: result sets, counts, messages, errors.
 class ResultWalk {
 public:

@@ -9,3 +9,12 @@
 
 // UTF-16 in both; unixODBC must have been built with its usual two-byte SQLWCHAR.
 static_assert(sizeof(SQLWCHAR) == sizeof(char16_t));
+
+namespace basalt::odbc {
+
+// The value of an attribute that is a number: ODBC takes it where it takes pointers.
+inline SQLPOINTER attribute(SQLULEN value) {
+    return reinterpret_cast<SQLPOINTER>(value);  // NOLINT(performance-no-int-to-ptr)
+}
+
+}  // namespace basalt::odbc

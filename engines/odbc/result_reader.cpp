@@ -28,10 +28,6 @@ T cellAs(const std::byte* cell) {
     return value;
 }
 
-SQLPOINTER attribute(SQLULEN value) {
-    return reinterpret_cast<SQLPOINTER>(value);
-}
-
 }  // namespace
 
 ResultReader::ResultReader(SQLHSTMT statement, const DriverTraits& traits, std::string_view sql)

@@ -54,12 +54,12 @@ CallReport FunctionCaller::call(const BoundCall& bound, MessageService& messages
     return run(bound.entry->name, bound.entry->parameters, bound.entry->run, bound.arguments, messages);
 }
 
-CallReport FunctionCaller::show(const EntryPoint& entry, BoundArguments arguments, MessageService& messages) {
-    return run(entry.name, entry.parameters, entry.run, std::move(arguments), messages);
+CallReport FunctionCaller::show(const EntryPoint& entry, const BoundArguments& arguments, MessageService& messages) {
+    return run(entry.name, entry.parameters, entry.run, arguments, messages);
 }
 
 CallReport FunctionCaller::run(const std::string& name, const std::vector<FunctionParameter>& parameters,
-                               const std::function<void(FunctionCall&)>& function, BoundArguments arguments,
+                               const std::function<void(FunctionCall&)>& function, const BoundArguments& arguments,
                                MessageService& messages) {
     FunctionCall call(state_, arguments);
     std::optional<CallError> error;

@@ -25,14 +25,14 @@ public:
     // The same with messages that a person or a script answers.
     [[nodiscard]] CallReport call(const BoundCall& bound, MessageService& messages);
     // Shows an entry point's screen and returns when it is closed.
-    [[nodiscard]] CallReport show(const EntryPoint& entry, BoundArguments arguments, MessageService& messages);
+    [[nodiscard]] CallReport show(const EntryPoint& entry, const BoundArguments& arguments, MessageService& messages);
 
     // The statements of the call that is running.
     [[nodiscard]] const std::vector<SentStatement>& statements() const { return recorder_.statements(); }
 
 private:
     [[nodiscard]] CallReport run(const std::string& name, const std::vector<FunctionParameter>& parameters,
-                                 const std::function<void(FunctionCall&)>& function, BoundArguments arguments,
+                                 const std::function<void(FunctionCall&)>& function, const BoundArguments& arguments,
                                  MessageService& messages);
 
     const Registry& registry_;

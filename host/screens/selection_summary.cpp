@@ -80,11 +80,11 @@ void SelectionSummary::refresh() {
 
 QString SelectionSummary::described() const {
     const GridModel& model = grid_.model();
-    const QString all = QStringLiteral("%1 سطر").arg(grouped(model.rowCount()));
+    QString all = QStringLiteral("%1 سطر").arg(grouped(model.rowCount()));
     const QItemSelection selected = grid_.View()->selectionModel()->selection();
     const int count = rowsOf(selected);
     if (count < 2) return all;
-    const QString chosen = QStringLiteral("%1   |   %2 سطر برگزیده").arg(all, grouped(count));
+    QString chosen = QStringLiteral("%1   |   %2 سطر برگزیده").arg(all, grouped(count));
     const int column = grid_.View()->currentIndex().column();
     if (column < 0 || !model.isNumberColumn(column)) return chosen;
     const auto total = columnTotal(model, selected, column);

@@ -452,13 +452,8 @@ std::int64_t Interpreter::executeSql(Activation& activation, std::vector<PassedA
             values, [&](const PassedArgument& value) { return sameName(value.name, parameter.name); });
         const bool placed = position < values.size() && values[position].name.empty();
         if (named || placed || parameter.defaultValue != nullptr) continue;
-        throwSqlError(8178, std::string("The parameterized query '(")
-                                .append(declarations)
-                                .append(")")
-                                .append(statement)
-                                .append("' expects the parameter '")
-                                .append(parameter.name)
-                                .append("', which was not supplied."));
+        throwSqlError(8178, "The parameterized query '(" + declarations + ")" + statement +
+                                "' expects the parameter '" + parameter.name + "', which was not supplied.");
     }
     const CallOutcome outcome = callProgram(*program, values, *activation.into);
     returnOutputs(activation, *program, values, outcome);
