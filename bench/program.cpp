@@ -24,18 +24,23 @@ SmallestTimes runRegistered(int count, char** arguments, int repetitions) {
     return times;
 }
 
-int takeRows(int& count, char** arguments) {
-    int rows = 1'000'000;
+int takeNumber(int& count, char** arguments, const std::string& option, int otherwise) {
+    const std::string begin = "--" + option + "=";
+    int number = otherwise;
     int kept = 0;
     for (int i = 0; i < count; ++i) {
-        if (std::strncmp(arguments[i], "--rows=", 7) == 0) {
-            rows = std::atoi(arguments[i] + 7);
+        if (std::strncmp(arguments[i], begin.c_str(), begin.size()) == 0) {
+            number = std::atoi(arguments[i] + begin.size());
         } else {
             arguments[kept++] = arguments[i];
         }
     }
     count = kept;
-    return rows;
+    return number;
+}
+
+int takeRows(int& count, char** arguments) {
+    return takeNumber(count, arguments, "rows", 1'000'000);
 }
 
 int program(const std::function<bool()>& run) {

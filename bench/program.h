@@ -10,6 +10,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 
 #include "bench/ratios.h"
 
@@ -19,6 +20,8 @@ namespace basalt::bench {
 // Benchmark's; what they say goes before the repetitions named here.
 [[nodiscard]] SmallestTimes runRegistered(int count, char** arguments, int repetitions);
 
+// Takes --OPTION=N out of the arguments; `otherwise` when it is not among them.
+[[nodiscard]] int takeNumber(int& count, char** arguments, const std::string& option, int otherwise);
 // Takes --rows=N out of the arguments; a million when it is not among them.
 [[nodiscard]] int takeRows(int& count, char** arguments);
 

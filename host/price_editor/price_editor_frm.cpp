@@ -4,6 +4,8 @@
 #include <QHBoxLayout>
 #include <QRegularExpressionValidator>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <optional>
 
 #include "ado/error.h"
 #include "host/screens/display_format.h"
@@ -18,16 +20,22 @@ constexpr int kPrices = 10;
 constexpr int kDiscounts = 4;
 constexpr int kSaveAndClose = 2;
 constexpr int kLongestAmount = 40;
+constexpr int kMostPercent = 100;
 
-QString amountText(const Decimal& amount) {
+QString amountText(const std::optional<Decimal>& amount) {
     static const DisplayFormat format("#,#0.#########;-#,#0.#########;0");
-    return screenNumber(format.text(amount));
+    return amount ? screenNumber(format.text(*amount)) : QString();
 }
 
-Decimal amountOf(const QLineEdit& input) {
-    const QString text = input.text().trimmed();
-    if (text.isEmpty()) return {};
-    return *Decimal::parse(FloatToStr_VRO(StrToFloat_VRO(text.toStdString())));
+// Nothing for an empty input. DatabaseError (Conversion) when the text is no number.
+std::optional<Decimal> amountOf(const QLineEdit& input) {
+    const QString text = plainNumber(input.text().trimmed()).replace(QLatin1Char('/'), QLatin1Char('.'));
+    if (text.isEmpty()) return std::nullopt;
+    return Decimal::parse(FloatToStr_VRO(StrToFloat_VRO(text.toStdString())));
+}
+
+bool isDiscount(const std::string& field) {
+    return field.starts_with("Discount_");
 }
 
 // Where a default level stands in its list; none for a number that is no level.
@@ -56,8 +64,19 @@ void PriceEditor::addAmount(QGridLayout& layout, const std::string& field, const
     input->setAlignment(Qt::AlignHCenter);
     input->setLayoutDirection(Qt::LeftToRight);
     input->setInputMethodHints(Qt::ImhFormattedNumbersOnly);
-    static const QRegularExpression amount(QStringLiteral("-?[0-9\u06F0-\u06F9\u0660-\u0669,.\u066B\u066C]*"));
+    input->setPlaceholderText(QStringLiteral("—"));
+    static const QRegularExpression amount(QStringLiteral("-?[0-9\u06F0-\u06F9\u0660-\u0669,./\u066B\u066C\u060C]*"));
     input->setValidator(new QRegularExpressionValidator(amount, input));
+    // What was typed looks like what is stored, once the user has gone on.
+    QObject::connect(input, &QLineEdit::editingFinished, input, [input] {
+        try {
+            const QString shown = amountText(amountOf(*input));
+            if (shown != input->text()) input->setText(shown);
+        } catch (const DatabaseError&) {
+            // What is no number stays as it was typed; saving tells.
+            return;
+        }
+    });
     layout.addWidget(input, row, column);
     amounts_[field] = input;
 }
@@ -85,9 +104,10 @@ QWidget* PriceEditor::makeGroup(const Group& group, QWidget* parent) {
         titles_[group.titleStem + number] = title;
         for (int column = 0; column < 2; ++column) {
             const std::string field = std::string(group.stem) + "_" + directions[column].first + "_" + number;
-            addAmount(*layout, field,
-                      QStringLiteral("%1 %2").arg(group.columnTitle.arg(directions[column].second)).arg(level), level,
-                      column + 1);
+            addAmount(
+                *layout, field,
+                persianDigits(QStringLiteral("%1 %2").arg(group.columnTitle.arg(directions[column].second)).arg(level)),
+                level, column + 1);
         }
     }
     layout->addWidget(new QLabel(QStringLiteral("پیش فرض")), group.levels + 1, 0);
@@ -170,7 +190,7 @@ void PriceEditor::OnFill(const Value& /*code*/) {
     for (const auto& [field, input] : amounts_)
         input->setText(amountText(shown_.at(field)));
     for (const auto& [field, levels] : defaults_) {
-        levels->setCurrentIndex(levelIndex(*levels, shown_.at(field)));
+        levels->setCurrentIndex(levelIndex(*levels, shown_.at(field).value_or(Decimal())));
     }
 }
 
@@ -180,22 +200,44 @@ GoodPrices PriceEditor::entered() const {
     for (const auto& [field, input] : amounts_)
         if (input->text() != amountText(shown_.at(field))) prices[field] = amountOf(*input);
     for (const auto& [field, levels] : defaults_)
-        if (levels->currentIndex() != levelIndex(*levels, shown_.at(field)))
+        if (levels->currentIndex() != levelIndex(*levels, shown_.at(field).value_or(Decimal())))
             prices[field] = Decimal(levels->currentIndex(), 0);
     return prices;
 }
 
-bool PriceEditor::IsValid() {
-    for (const auto& [field, input] : amounts_) {
-        try {
-            (void)amountOf(*input);
-        } catch (const DatabaseError&) {
-            input->setFocus();
-            input->selectAll();
-            throw;
-        }
+std::string PriceEditor::titleOf(const std::string& field) const {
+    std::string title = amounts_.at(field)->accessibleName().toStdString();
+    const std::string level = field.substr(field.rfind('_') + 1);
+    const auto name = titles_.find((isDiscount(field) ? "Discount_Sell_" : "CostLevel_") + level);
+    if (name != titles_.end()) title += " (" + name->second->text().toStdString() + ")";
+    return title;
+}
+
+bool PriceEditor::accepts(const std::string& field, QLineEdit& input) {
+    const auto refuse = [&](const char* operation, std::vector<std::string> words) {
+        words.insert(words.begin(), titleOf(field));
+        host_.Messages().show({.operation = operation, .arguments = std::move(words), .control = &input, .form = this});
+        input.setFocus();
+        input.selectAll();
+        return false;
+    };
+    // What nobody has touched stays as it is, whatever it is.
+    if (input.text() == amountText(shown_.at(field))) return true;
+    std::optional<Decimal> amount;
+    try {
+        amount = amountOf(input);
+    } catch (const DatabaseError&) {
+        return refuse("MsgNotANumber", {input.text().toStdString()});
     }
+    if (!amount || !isDiscount(field)) return true;
+    if (*amount < Decimal() || *amount > Decimal(kMostPercent, 0))
+        return refuse("MsgOutOfRange", {"۰", screenNumber(std::to_string(kMostPercent)).toStdString()});
     return true;
+}
+
+bool PriceEditor::IsValid() {
+    return std::all_of(amounts_.begin(), amounts_.end(),
+                       [this](const auto& entry) { return accepts(entry.first, *entry.second); });
 }
 
 void PriceEditor::OnSave() {

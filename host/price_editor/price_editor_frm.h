@@ -3,6 +3,9 @@
 //
 //   CreateEditor<PriceEditor>(host, registry, 57)->ShowModal();
 //
+// An empty input is a price or discount that the good does not have. Discounts are percents, 0 to 100. The decimal mark
+// may be typed as a point, a slash or "٫"; it is shown as the last.
+//
 // Inputs are named after their columns (CostLevel_Sell_3_EDT, Default_Discount_Buy_Number_CMB).
 #pragma once
 
@@ -48,6 +51,10 @@ private:
     QWidget* makeGroup(const Group& group, QWidget* parent);
     void addAmount(QGridLayout& layout, const std::string& field, const QString& title, int row, int column);
     [[nodiscard]] GoodPrices entered() const;
+    // As the user knows the input: what it is for, and the name of its level.
+    [[nodiscard]] std::string titleOf(const std::string& field) const;
+    // False after having told what is wrong with the input, if anything is.
+    [[nodiscard]] bool accepts(const std::string& field, QLineEdit& input);
 
     ReferenceHost& host_;
     PriceMatrix matrix_;

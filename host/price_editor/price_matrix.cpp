@@ -22,6 +22,10 @@ std::optional<PriceCell> priceCell(const std::string& name) {
     return std::nullopt;
 }
 
+bool isDefault(const std::string& name) {
+    return name.starts_with("Default_");
+}
+
 Decimal decimalOf(const Datum& value) {
     const auto number = Decimal::parse(value.asText());
     if (!number) throw UsageError("a price reads as " + value.asText());
@@ -47,6 +51,14 @@ GoodPrices PriceMatrix::read(int goodCode) {
     GoodPrices prices;
     for (const auto& [name, value] : call.resultValue().asRecord())
         prices[name] = decimalOf(value);
+    // To the module a price that is not there is 0, as one that has been set to 0 is.
+    const RowSet rows =
+        rowsOf(host_.session(), "SELECT * FROM dbo.GoodCostDiscount WHERE GoodCode = ?", {std::int64_t{goodCode}});
+    for (auto& [name, value] : prices) {
+        if (isDefault(name)) continue;
+        const int column = rows.rowCount() > 0 ? rows.indexOf(name) : -1;
+        if (column < 0 || rows.column(static_cast<std::size_t>(column)).isNull(0)) value.reset();
+    }
     return prices;
 }
 
@@ -77,14 +89,16 @@ void PriceMatrix::write(int goodCode, const GoodPrices& before, const GoodPrices
                     {good, good});
             hasRow = true;
         }
-        if (const auto cell = priceCell(name)) {
+        const auto cell = priceCell(name);
+        if (cell && value) {
             FunctionCall call(
                 state_,
-                {{"Kind", cell->kind}, {"GoodCode", goodCode}, {"Level", cell->level}, {"Price", Datum(value)}});
+                {{"Kind", cell->kind}, {"GoodCode", goodCode}, {"Level", cell->level}, {"Price", Datum(*value)}});
             function("CostLevel_Update").run(call);
         } else {
+            // The module sends no nulls, and knows of no discounts to write.
             execute(host_.session(), "UPDATE dbo.GoodCostDiscount SET " + quotedName(name) + " = ? WHERE GoodCode = ?",
-                    {value, good});
+                    {value ? Value{*value} : Value{}, good});
         }
     }
     transaction.commit();

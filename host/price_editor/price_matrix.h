@@ -8,10 +8,12 @@
 //
 // Values bear the names of their columns: CostLevel_Sell_1 to _10, CostLevel_Buy_1 to _10, Discount_Sell_1 to _4,
 // Discount_Buy_1 to _4 and the four defaults (Default_CostLevel_Sell_Number and so on), which are level numbers, 0 for
-// none. A price that the good does not have reads as 0.
+// none. A price or discount that the good does not have is nothing here and null in the table; the module's own reading
+// takes it for 0.
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 
 #include "host/services/reference_host.h"
@@ -19,7 +21,7 @@
 
 namespace basalt::host {
 
-using GoodPrices = std::map<std::string, Decimal>;
+using GoodPrices = std::map<std::string, std::optional<Decimal>>;
 // Titles of the levels: CostLevel_1 to _10, Discount_Sell_1 to _4, Discount_Buy_1 to _4.
 using LevelTitles = std::map<std::string, std::string>;
 

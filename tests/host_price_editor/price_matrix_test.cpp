@@ -38,10 +38,15 @@ TEST_F(Matrix, readsAllOfAGood) {
     EXPECT_EQ(prices.size(), 32U);
     EXPECT_EQ(prices.at("CostLevel_Sell_1"), number("298500"));
     EXPECT_EQ(prices.at("Discount_Sell_3"), number("7.5"));
-    EXPECT_EQ(prices.at("CostLevel_Buy_8"), number("0"));  // null in the table
+    EXPECT_EQ(prices.at("CostLevel_Buy_8"), std::nullopt);
     EXPECT_EQ(stored("CostLevel_Buy_8", 57), "NULL");
-    for (const auto& [name, value] : matrix.read(39))
-        EXPECT_EQ(value, Decimal()) << name;
+    for (const auto& [name, value] : matrix.read(39)) {
+        if (name.starts_with("Default_")) {
+            EXPECT_EQ(value, Decimal()) << name;
+        } else {
+            EXPECT_EQ(value, std::nullopt) << name;
+        }
+    }
     EXPECT_EQ(matrix.titles().at("CostLevel_3"), "همکار");
 }
 
@@ -55,6 +60,19 @@ TEST_F(Matrix, writesWhatChanged) {
     EXPECT_EQ(matrix.read(57), after);
     // A cell that nobody touched stays null.
     EXPECT_EQ(stored("CostLevel_Buy_8", 57), "NULL");
+}
+
+TEST_F(Matrix, takesAPriceAway) {
+    const GoodPrices before = matrix.read(57);
+    GoodPrices after = before;
+    after["CostLevel_Sell_1"].reset();
+    after["Discount_Sell_3"].reset();
+    after["CostLevel_Buy_8"] = Decimal();
+    matrix.write(57, before, after);
+    EXPECT_EQ(stored("CostLevel_Sell_1", 57), "NULL");
+    EXPECT_EQ(stored("Discount_Sell_3", 57), "NULL");
+    EXPECT_EQ(stored("CostLevel_Buy_8", 57), "0.000000000");
+    EXPECT_EQ(matrix.read(57), after);
 }
 
 TEST_F(Matrix, addsTheRowOfAGoodWithoutPrices) {
