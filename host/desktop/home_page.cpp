@@ -20,7 +20,6 @@ namespace {
 constexpr int kFewestInRow = 2;
 constexpr int kMostInRow = 5;
 constexpr int kTileWidth = 250;
-constexpr int kTileHeight = 72;
 constexpr int kTileGap = 12;
 constexpr int kRecentEntries = 12;
 
@@ -81,7 +80,6 @@ void HomePage::addTile(Group group, const HomeTile& tile, const std::function<vo
     button->setProperty("locked", tile.locked);
     button->setAccessibleDescription(tile.locked ? lockedHint() : tile.hint);
     button->setToolTip(tile.locked ? lockedHint() : tile.hint);
-    button->setMinimumHeight(themePixels(kTileHeight));
     // Every column is as wide as the others, whatever is written in it.
     button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     auto* content = new QHBoxLayout(button);

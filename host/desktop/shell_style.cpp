@@ -5,6 +5,8 @@
 namespace basalt::host {
 namespace {
 
+constexpr int kTileHeight = 70;
+
 constexpr const char* kSheet = R"(
 #SignIn_FRM, #DatabaseProblem_FRM { background: @surface@; }
 QLabel[kind="field"] { color: @muted@; font-weight: 500; }
@@ -34,7 +36,7 @@ QPushButton[kind="navigation"][locked="true"] { color: @muted@; }
 QPushButton[kind="navigation"][current="true"] { background: @accentSoft@; color: @accentDark@; font-weight: 700; }
 
 QPushButton[kind="tile"] {
-    background: @surface@; border: 1px solid @border@; border-radius: 12px; padding: 0;
+    background: @surface@; border: 1px solid @border@; border-radius: 12px; padding: 0; min-height: @tileHeight@px;
 }
 QPushButton[kind="tile"]:hover { border-color: @accent@; background: @raised@; }
 QPushButton[kind="tile"]:pressed { background: @accentSoft@; }
@@ -55,7 +57,8 @@ QTableWidget::item { padding: 4px 8px; border-bottom: 1px solid @window@; }
 }  // namespace
 
 QString shellStyleSheet() {
-    return withThemeColors(QString::fromUtf8(kSheet));
+    QString sheet = withThemeColors(QString::fromUtf8(kSheet));
+    return sheet.replace(QLatin1String("@tileHeight@"), QString::number(themePixels(kTileHeight)));
 }
 
 }  // namespace basalt::host

@@ -44,7 +44,7 @@ DockBaseImpl::DockBaseImpl(ScreenContext& context, TBaseDock_FRM& screen)
       listPanel_(frame_->addPanel("List_PNL", 1)),
       summaryPanel_(frame_->addPanel("Summary_PNL", 0)),
       detailPanel_(frame_->addPanel("Detail_PNL", 0)) {
-    screen.resize(themePixels(760), themePixels(560));
+    screen.resize(themeWindowSize({760, 560}, screen));
     frame_->onEnter = [this] { return enterPressed(); };
 }
 

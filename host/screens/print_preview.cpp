@@ -8,6 +8,7 @@
 #include "host/screens/output_services.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/printer_dialog.h"
+#include "host/screens/theme.h"
 #include "host/services/output_error.h"
 
 namespace basalt::host {
@@ -39,7 +40,7 @@ PrintPreview::PrintPreview(ScreenContext& context, PrintDocument& document, cons
       tools_(new QHBoxLayout),
       view_(new PageView(document, paper, this)) {
     setObjectName(QStringLiteral("PrintPreview_FRM"));
-    resize(980, 760);
+    resize(themeWindowSize({980, 760}, *this));
     frame_->setTitle(QStringLiteral("پیش‌نمایش چاپ – %1").arg(screenText(document.title())));
     QWidget* tools = frame_->addPanel("PrintTools_PNL", 0);
     tools->setLayout(tools_);
@@ -182,7 +183,8 @@ void PrintPreview::print() {
     PrinterDialog dialog(view_->pageCount(), view_->page(), this);
     if (!dialog.hasPrinters())
         throw OutputError(
-            "در این رایانه چاپگری تعریف نشده است. صفحه‌ها را می‌توان به شکل "
+            "در این رایانه چاپگری تعریف نشده است. صفحه‌ها را می‌توان به "
+            "شکل "
             "PDF "
             "ذخیره "
             "کرد.");

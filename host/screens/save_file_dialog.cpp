@@ -8,6 +8,7 @@
 
 #include "host/screens/persian_digits.h"
 #include "host/screens/splitter_edge.h"
+#include "host/screens/theme.h"
 #include "host/services/jalali_calendar.h"
 
 namespace basalt::host {
@@ -59,7 +60,7 @@ SaveFileDialog::SaveFileDialog(QWidget* parent, const QString& title, const QStr
     setNameFilter(QStringLiteral("%1 (*.%2)").arg(suffix.toUpper(), suffix));
     setItemDelegate(new FileDelegate(this));
     selectFile(suggestedName + QLatin1Char('.') + suffix);
-    resize(820, 520);
+    resize(themeWindowSize({820, 520}, *this));
     if (auto* parts = findChild<QSplitter*>()) keepPartsInside(*parts);
 }
 

@@ -7,6 +7,7 @@
 #include <QPalette>
 #include <QProxyStyle>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QStyleFactory>
 #include <array>
 #include <utility>
@@ -134,6 +135,11 @@ void setThemeFontSize(qreal points) {
     fontScale = points / kUsualFontSize;
     QApplication::setFont(themeFont(points));
     if (qApp->property("basaltTheme").toBool()) qApp->setStyleSheet(themeStyleSheet());
+}
+
+QSize themeWindowSize(const QSize& size, const QWidget& window) {
+    constexpr QSize kAround(16, 48);  // the frame and the title of the window
+    return (size * fontScale).boundedTo(window.screen()->availableSize() - kAround);
 }
 
 qreal themeSize(qreal size) {

@@ -10,6 +10,7 @@
 #include <QColor>
 #include <QFont>
 #include <QString>
+#include <QWidget>
 
 namespace basalt::host {
 
@@ -47,6 +48,9 @@ void setThemeFontSize(qreal points);
 [[nodiscard]] inline int themePixels(int pixels) {
     return static_cast<int>(themeSize(pixels));
 }
+
+// The size of a window that is right at the usual font size, at the user's size, as far as the screen has room for it.
+[[nodiscard]] QSize themeWindowSize(const QSize& size, const QWidget& window);
 
 // A style sheet with the names of colours ("@accent@") filled in and its font sizes at the user's scale.
 [[nodiscard]] QString withThemeColors(QString sheet);

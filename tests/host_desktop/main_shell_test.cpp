@@ -90,6 +90,7 @@ TEST_F(Shell, placesAsManyTilesSideBySideAsThereIsRoomFor) {
     QApplication::processEvents();
     EXPECT_GT(top("Open_PriceEditor_TILE"), top("Open_CostLevel_List_TILE"));
     EXPECT_EQ(top("Open_DiscountLevel_List_TILE"), top("Open_CostLevel_List_TILE"));
+    EXPECT_GE(control(*shell, "Log_TILE").height(), 70) << "a title and a line below it";
 }
 
 TEST_F(Shell, tellsACashierWhatHeMayNotOpen) {
