@@ -70,7 +70,8 @@ void MainShell::addPriceEditor() {
         });
     };
     const QString name = QString::fromStdString(prices.name);
-    const QKeySequence key(QStringLiteral("Ctrl+P"));
+    // Ctrl+P prints the list of a page in front.
+    const QKeySequence key(QStringLiteral("Ctrl+Shift+P"));
     const bool locked = !mayOpen(context_, prices);
     navigation_->addItem({.objectName = name + QStringLiteral("_BTN"),
                           .title = entryTitle(prices),

@@ -79,6 +79,20 @@ TEST_F(Shell, opensAScreenByMouseAndByKeyboard) {
               "");
 }
 
+TEST_F(Shell, leavesThePrintKeyToTheListInFront) {
+    open(1);
+    EXPECT_EQ(play("key - Ctrl+L\n"
+                   "row Log_GRD 0\n"
+                   "key Log_GRD Ctrl+P\n"
+                   "expect screen PrintPreview_FRM\n"
+                   "key - Escape\n"
+                   "expect screen MainShell_FRM\n"
+                   "key - Ctrl+Shift+P\n"
+                   "expect screen GoodPicker_FRM\n"
+                   "key - Escape\n"),
+              "");
+}
+
 TEST_F(Shell, placesAsManyTilesSideBySideAsThereIsRoomFor) {
     open(1);
     const auto top = [&](const char* tile) { return control(*shell, tile).y(); };
