@@ -239,7 +239,7 @@ TEST_F(Counter, boxesAreTakenOffTheWeight) {
     EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰٫۷۵"));
     QTimer::singleShot(0, [] {
         QWidget& dialog = *QApplication::activeModalWidget();
-        EXPECT_EQ(control<QComboBox>(dialog, "Weight_CMB").itemText(0), "۰٫۲۵");
+        EXPECT_EQ(control<QComboBox>(dialog, "Weight_CMB").itemText(0), "۰.۲۵");
         control<QComboBox>(dialog, "Weight_CMB").setEditText("5");
         control<QLineEdit>(dialog, "Count_EDT").setText("2");
         QTest::keyClick(&dialog, Qt::Key_F3);

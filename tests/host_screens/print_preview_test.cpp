@@ -131,15 +131,16 @@ TEST_F(Previews, otherPaperIsLaidOutAnew) {
 
 TEST_F(Previews, showInkWhereThePageHasIt) {
     show();
-    view->setFit(PageView::Fit::Size, 100);
-    view->verticalScrollBar()->setValue(0);
+    view->setFit(PageView::Fit::Page);
     const QImage seen = view->viewport()->grab().toImage();
     ASSERT_FALSE(document.painted.empty());
     int dark = 0;
     for (int y = 0; y < seen.height(); ++y)
         for (int x = 0; x < seen.width(); ++x)
             dark += qGray(seen.pixel(x, y)) < 16 ? 1 : 0;
-    EXPECT_NEAR(dark, 96 * 96, 400) << "an inch square at the size of paper";
+    // An inch square at the size of paper.
+    const double inch = 96 * view->percent() / 100.0;
+    EXPECT_NEAR(dark, inch * inch, inch * 4);
 }
 
 TEST_F(Previews, aPdfHasThePaperThatIsSeen) {
