@@ -68,32 +68,27 @@ BEGIN
     WHERE G.Code IN (
         SELECT B.Code
         FROM (
-            SELECT D.Code,
-                SUM(D.Now) OVER (
-                    PARTITION BY D.Code, D.Anbar ORDER BY D.[Date], D.Global_ID ROWS UNBOUNDED PRECEDING) AS Now,
-                SUM(D.Later) OVER (
-                    PARTITION BY D.Code, D.Anbar ORDER BY D.[Date], D.Global_ID ROWS UNBOUNDED PRECEDING) AS Later
+            -- Without a frame of rows, so that the rows of one document count together.
+            SELECT M.Code,
+                SUM(M.Now) OVER (PARTITION BY M.Code, M.Anbar ORDER BY M.[Date], M.Global_ID) AS Now,
+                SUM(M.Later) OVER (PARTITION BY M.Code, M.Anbar ORDER BY M.[Date], M.Global_ID) AS Later
             FROM (
-                SELECT M.Code, M.Anbar, M.[Date], M.Global_ID, SUM(M.Now) AS Now, SUM(M.Later) AS Later
+                SELECT O.Code, O.Anbar, N'' AS [Date], 0 AS Global_ID, O.Tedad AS Now, O.Tedad AS Later
                 FROM (
-                    SELECT O.Code, O.Anbar, N'' AS [Date], 0 AS Global_ID, O.Tedad AS Now, O.Tedad AS Later
-                    FROM (
-                        SELECT L.Code, L.Anbar, SUM(K.Tedad) AS Tedad
-                        FROM #DocumentLines AS L
-                        INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] < @From
-                        GROUP BY L.Code, L.Anbar
-                    ) AS O
-                    UNION ALL
-                    SELECT K.kala, K.Anbar, K.[Date], K.Global_ID, K.Tedad,
-                        CASE WHEN K.Global_ID = @Place THEN 0 ELSE K.Tedad END
+                    SELECT L.Code, L.Anbar, SUM(K.Tedad) AS Tedad
                     FROM #DocumentLines AS L
-                    INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] >= @From
-                    UNION ALL
-                    SELECT L.Code, L.Anbar, @Date, @Place, 0, L.Mogodi
-                    FROM #DocumentLines AS L
-                ) AS M
-                GROUP BY M.Code, M.Anbar, M.[Date], M.Global_ID
-            ) AS D
+                    INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] < @From
+                    GROUP BY L.Code, L.Anbar
+                ) AS O
+                UNION ALL
+                SELECT K.kala, K.Anbar, K.[Date], K.Global_ID, K.Tedad,
+                    CASE WHEN K.Global_ID = @Place THEN 0 ELSE K.Tedad END
+                FROM #DocumentLines AS L
+                INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] >= @From
+                UNION ALL
+                SELECT L.Code, L.Anbar, @Date, @Place, 0, L.Mogodi
+                FROM #DocumentLines AS L
+            ) AS M
         ) AS B
         WHERE B.Later < 0 AND B.Later < B.Now
     )
