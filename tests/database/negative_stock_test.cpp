@@ -1,5 +1,9 @@
 #include <gmock/gmock.h>
 
+#include <map>
+#include <random>
+#include <set>
+
 #include "tests/database/company.h"
 
 namespace basalt::host {
@@ -159,6 +163,66 @@ TEST_F(NegativeStock, linesMayComeFromATableOfTheCaller) {
     session->run(
         "CREATE TABLE #Invoice (Good int, Store int, Amount decimal(23, 9)) INSERT INTO #Invoice VALUES (5, 1, 99)");
     EXPECT_EQ(check("SELECT Good AS Code, Store AS Anbar, -Amount AS Mogodi FROM #Invoice", "1405/01/25"), sugar);
+}
+
+// Random ledgers and documents, new ones and edited ones, against the rule carried out step by step.
+TEST_F(NegativeStock, agreesWithTheRuleOnRandomLedgers) {
+    std::mt19937 random(14050101);
+    const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+    const auto day = [](int number) { return "1405/01/0" + std::to_string(number); };
+    using Place = std::pair<int, int>;  // day and document
+    struct Balance {
+        int now = 0, later = 0;
+    };
+    int refused = 0;
+    for (int round = 0; round < 150; ++round) {
+        session->run("DELETE FROM dbo.Kardex");
+        const bool edited = below(2) == 0;
+        const int place = edited ? 1 + below(9) : 2147483647;
+        std::map<Place, std::map<std::pair<int, int>, Balance>> changes;
+        std::vector<int> days(10);
+        for (int& each : days)
+            each = 1 + below(6);
+        for (int i = 5 + below(20); i > 0; --i) {
+            const int document = 1 + below(9);
+            const int good = 5 + below(2);
+            const int store = 1 + below(2);
+            const int amount = below(12) - 4;
+            const int number = days[static_cast<std::size_t>(document)];
+            move(good, store, day(number).c_str(), document, std::to_string(amount).c_str());
+            Balance& change = changes[{number, document}][{good, store}];
+            change.now += amount;
+            if (document != place) change.later += amount;
+        }
+        const int number = 1 + below(6);
+        std::string lines;
+        for (int i = 1 + below(3); i > 0; --i) {
+            const int good = 5 + below(2);
+            const int store = 1 + below(2);
+            const int amount = below(14) - 10;
+            lines += (lines.empty() ? "" : " UNION ALL ") + line(good, store, std::to_string(amount));
+            changes[{number, place}][{good, store}].later += amount;
+        }
+        std::map<std::pair<int, int>, Balance> balances;
+        std::set<std::string> negative;
+        for (const auto& [at, moved] : changes) {
+            for (const auto& [of, change] : moved) {
+                Balance& balance = balances[of];
+                balance.now += change.now;
+                balance.later += change.later;
+                if (balance.later < 0 && balance.later < balance.now) negative.insert(std::to_string(of.first));
+            }
+        }
+        std::string codes;
+        for (const std::string& code : negative)
+            codes += (codes.empty() ? "" : ",") + code;
+        const Answer answer = check(lines, day(number), edited ? place : 0);
+        EXPECT_EQ(answer.codes, codes) << "round " << round << ": " << lines;
+        EXPECT_EQ(answer.result, negative.empty() ? 0 : 1);
+        refused += negative.empty() ? 0 : 1;
+    }
+    EXPECT_GT(refused, 20);
+    EXPECT_LT(refused, 140);
 }
 
 }  // namespace
