@@ -10,8 +10,8 @@ namespace basalt::cli {
 struct CommonOptions {
     std::string database;  // a database URL; empty: this user's own
     int user = 1;
-    std::string record;                 // a file
-    std::string replay;                 // a file
+    std::string record;                      // a file
+    std::string replay;                      // a file
     std::vector<std::string> settings;       // NAME=VALUE
     std::vector<std::string> moreArguments;  // of a command that takes a list of them, behind the rest
 };

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <array>
@@ -21,6 +22,8 @@ constexpr int kFewestInRow = 2;
 constexpr int kMostInRow = 5;
 constexpr int kTileWidth = 250;
 constexpr int kTileGap = 12;
+constexpr int kMargin = 28;
+constexpr int kLeastRecent = 150;
 constexpr int kRecentEntries = 12;
 
 QLabel* makeLabel(const QString& text, const char* kind) {
@@ -33,8 +36,19 @@ QLabel* makeLabel(const QString& text, const char* kind) {
 
 HomePage::HomePage(DesktopContext context, QWidget* parent) : ShellPage(parent), context_(context) {
     setObjectName(QStringLiteral("Home_PNL"));
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(28, 24, 28, 24);
+    // With a large font and a small screen there is more than fits.
+    auto* scroll = new QScrollArea;
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    auto* whole = new QVBoxLayout(this);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->addWidget(scroll);
+    auto* content = new QWidget;
+    scroll->setWidget(content);
+    auto* layout = new QVBoxLayout(content);
+    layout->setContentsMargins(kMargin, 24, kMargin, 24);
     layout->setSpacing(6);
     greeting_ = makeLabel({}, "pageTitle");
     greeting_->setObjectName(QStringLiteral("Greeting_LBL"));
@@ -68,6 +82,7 @@ QWidget* HomePage::makeRecent() {
     recent_->setSelectionMode(QAbstractItemView::NoSelection);
     recent_->setFocusPolicy(Qt::NoFocus);
     recent_->setShowGrid(false);
+    recent_->setMinimumHeight(themePixels(kLeastRecent));
     recent_->setTabKeyNavigation(false);
     return recent_;
 }
@@ -108,7 +123,7 @@ void HomePage::addTile(Group group, const HomeTile& tile, const std::function<vo
 }
 
 void HomePage::placeTiles() {
-    const int room = tiles_->contentsRect().width() + kTileGap;
+    const int room = width() - 2 * kMargin + kTileGap;
     const int columns = std::clamp(room / (themePixels(kTileWidth) + kTileGap), kFewestInRow, kMostInRow);
     if (columns == columns_) return;
     columns_ = columns;

@@ -22,13 +22,16 @@
 #include "host/services/host_parts.h"
 
 namespace basalt::host {
+namespace {
+constexpr QSize kUsualSize(1200, 780);
+}
 
 MainShell::MainShell(DesktopContext context, QWidget* parent) : QWidget(parent), context_(context) {
     setObjectName(QStringLiteral("MainShell_FRM"));
     setWindowTitle(QStringLiteral("بازالت"));
     setStyleSheet(shellStyleSheet());
     setAttribute(Qt::WA_StyledBackground);
-    resize(1200, 780);
+    resize(themeWindowSize(kUsualSize, *this).expandedTo(kUsualSize));
     setMinimumSize(900, 600);
 
     auto* layout = new QVBoxLayout(this);

@@ -26,6 +26,11 @@ struct Paper {
 constexpr Paper kPapers[]{
     {QPageSize::A4, "A4"}, {QPageSize::A5, "A5"}, {QPageSize::A3, "A3"}, {QPageSize::Letter, "Letter"}};
 
+// The formatter would cut the sentence to pieces.
+// clang-format off
+constexpr const char* kNoPrinter = "در این رایانه چاپگری تعریف نشده است. صفحه‌ها را می‌توان به شکل PDF ذخیره کرد.";
+// clang-format on
+
 QString percentText(int percent) {
     return persianDigits(QStringLiteral("%1٪").arg(percent));
 }
@@ -181,13 +186,7 @@ void PrintPreview::showSize() {
 
 void PrintPreview::print() {
     PrinterDialog dialog(view_->pageCount(), view_->page(), this);
-    if (!dialog.hasPrinters())
-        throw OutputError(
-            "در این رایانه چاپگری تعریف نشده است. صفحه‌ها را می‌توان به "
-            "شکل "
-            "PDF "
-            "ذخیره "
-            "کرد.");
+    if (!dialog.hasPrinters()) throw OutputError(kNoPrinter);
     if (dialog.exec() != QDialog::Accepted) return;
     QPrinter printer(dialog.printer(), QPrinter::HighResolution);
     printer.setPageLayout(view_->paper());
