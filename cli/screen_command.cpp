@@ -9,6 +9,7 @@
 #include "cli/workspace.h"
 #include "cli/wrong_usage.h"
 #include "host/calls/function_caller.h"
+#include "host/counter/counter_entries.h"
 #include "host/price_editor/price_editor.h"
 #include "host/screens/qt_message_service.h"
 #include "host/screens/screen_services_impl.h"
@@ -37,11 +38,13 @@ std::string readFile(const std::string& name) {
 }
 
 // The module's screens and the host's own.
-Registry screensOf(Workspace& workspace) {
+Registry screensOf(Workspace& workspace, host::HostScreenServices& services) {
     Registry screens;
     for (const EntryPoint& entry : workspace.module().registry().entryPoints())
         screens.add(entry);
     screens.add(host::priceEditorEntry(workspace.host(), workspace.module().registry()));
+    screens.add(host::counterEntry(workspace.host(), workspace.module().registry(), services));
+    screens.add(host::layoutsEntry(workspace.host(), workspace.module().registry(), services));
     return screens;
 }
 
@@ -120,11 +123,11 @@ int showByHand(Workspace& workspace, const EntryPoint& entry, const host::BoundA
 
 int openScreen(Workspace& workspace, const ScreenOptions& options, const std::vector<std::string>& words,
                std::vector<host::Step> steps) {
-    const Registry known = screensOf(workspace);
-    const EntryPoint& entry = findEntry(known, options.entry);
-    const host::BoundArguments arguments = bind(entry, words);
     host::HostScreenServices screens(workspace.host());
     workspace.host().setScreens(&screens);
+    const Registry known = screensOf(workspace, screens);
+    const EntryPoint& entry = findEntry(known, options.entry);
+    const host::BoundArguments arguments = bind(entry, words);
     if (options.steps.empty()) return showByHand(workspace, entry, arguments);
     return play(workspace, entry, arguments, std::move(steps), options.steps);
 }

@@ -87,6 +87,8 @@ QString previewOf(const BarcodeLayout& layout, const QString& barcode) {
 LayoutPage::LayoutPage(DesktopContext context, QWidget* parent)
     : ShellPage(parent), context_(context), store_(context.host.session()) {
     setObjectName(QStringLiteral("Layouts_PNL"));
+    // In a window of its own, too.
+    setStyleSheet(withThemeColors(QStringLiteral("#Problems_LBL { color: @danger@; }")));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(28, 24, 28, 20);
     layout->setSpacing(12);

@@ -21,7 +21,10 @@ GoodPicker::GoodPicker(ReferenceHost& host, QWidget* parent)
     : QDialog(parent),
       host_(host),
       search_(new QLineEdit(this)),
-      goods_(new QListWidget(this)),
+      found_(new QStackedWidget(this)),
+      goods_(new QListWidget(found_)),
+      notice_(new QLabel),
+      clear_(new QPushButton(QStringLiteral("پاک کردن جستجو \u2066Esc\u2069"))),
       count_(new QLabel(this)),
       accept_(new QPushButton(QStringLiteral("انتخاب"), this)) {
     setObjectName(QStringLiteral("GoodPicker_FRM"));
@@ -31,6 +34,7 @@ GoodPicker::GoodPicker(ReferenceHost& host, QWidget* parent)
     search_->setObjectName(QStringLiteral("GoodSearch_EDT"));
     search_->setPlaceholderText(QStringLiteral("کد، نام یا بارکد کالا"));
     search_->setAccessibleName(search_->placeholderText());
+    search_->setClearButtonEnabled(true);
     search_->installEventFilter(this);
     goods_->setObjectName(QStringLiteral("Goods_LST"));
     goods_->setAccessibleName(QStringLiteral("کالاها"));
@@ -50,7 +54,9 @@ GoodPicker::GoodPicker(ReferenceHost& host, QWidget* parent)
     layout->setContentsMargins(16, 16, 16, 16);
     layout->setSpacing(10);
     layout->addWidget(search_);
-    layout->addWidget(goods_, 1);
+    found_->addWidget(goods_);
+    found_->addWidget(makeNotice());
+    layout->addWidget(found_, 1);
     layout->addLayout(buttons);
 
     QObject::connect(search_, &QLineEdit::textChanged, this, [this] { search(); });
@@ -58,6 +64,28 @@ GoodPicker::GoodPicker(ReferenceHost& host, QWidget* parent)
     QObject::connect(accept_, &QPushButton::clicked, this, &QDialog::accept);
     QObject::connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     search();
+}
+
+QWidget* GoodPicker::makeNotice() {
+    notice_->setObjectName(QStringLiteral("NoGoods_LBL"));
+    notice_->setTextFormat(Qt::PlainText);
+    notice_->setAlignment(Qt::AlignCenter);
+    notice_->setWordWrap(true);
+    clear_->setObjectName(QStringLiteral("ClearSearch_BTN"));
+    clear_->setAutoDefault(false);
+    QObject::connect(clear_, &QPushButton::clicked, this, &GoodPicker::clearSearch);
+    auto* page = new QWidget(found_);
+    auto* layout = new QVBoxLayout(page);
+    layout->addStretch();
+    layout->addWidget(notice_);
+    layout->addWidget(clear_, 0, Qt::AlignHCenter);
+    layout->addStretch();
+    return page;
+}
+
+void GoodPicker::clearSearch() {
+    search_->clear();
+    search_->setFocus();
 }
 
 void GoodPicker::search() {
@@ -80,6 +108,13 @@ void GoodPicker::search() {
     }
     goods_->setCurrentRow(goods_->count() > 0 ? 0 : -1);
     accept_->setEnabled(goods_->count() > 0);
+    const bool searched = !wanted.trimmed().isEmpty();
+    notice_->setText(
+        searched
+            ? QStringLiteral("کالایی با «%1» پیدا نشد.\nبرای دیدن همهٔ کالاها جستجو را پاک کنید.").arg(wanted.trimmed())
+            : QStringLiteral("هنوز کالایی تعریف نشده است."));
+    clear_->setVisible(searched);
+    found_->setCurrentIndex(goods_->count() > 0 ? 0 : 1);
     const QString found = goods_->count() == kMostGoods ? QStringLiteral("%1 کالای نخست").arg(kMostGoods)
                                                         : QStringLiteral("%1 کالا").arg(goods_->count());
     count_->setText(persianDigits(found));
@@ -88,6 +123,15 @@ void GoodPicker::search() {
 int GoodPicker::goodCode() const {
     const QListWidgetItem* item = goods_->currentItem();
     return item ? item->data(Qt::UserRole).toInt() : 0;
+}
+
+void GoodPicker::keyPressEvent(QKeyEvent* event) {
+    // From a search that found nothing the way back is to the goods; the next Escape leaves.
+    if (event->key() == Qt::Key_Escape && clear_->isVisible()) {
+        clearSearch();
+        return;
+    }
+    QDialog::keyPressEvent(event);
 }
 
 bool GoodPicker::eventFilter(QObject* watched, QEvent* event) {

@@ -1,4 +1,5 @@
-// Asks for one good: a search box over a list that narrows while typing.
+// Asks for one good: a search box over a list that narrows while typing. Where nothing is found it says so, and how to
+// see all goods again.
 //
 //   GoodPicker picker(host, window);
 //   if (picker.exec() == QDialog::Accepted) edit(picker.goodCode());
@@ -9,6 +10,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QStackedWidget>
 
 #include "host/services/reference_host.h"
 
@@ -21,14 +23,20 @@ public:
     [[nodiscard]] int goodCode() const;  // of the current row; 0 when there is none
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    [[nodiscard]] QWidget* makeNotice();
     void search();
+    void clearSearch();
 
     ReferenceHost& host_;
     QLineEdit* search_;
+    QStackedWidget* found_;  // the goods, or the notice that there are none
     QListWidget* goods_;
+    QLabel* notice_;
+    QPushButton* clear_;
     QLabel* count_;
     QPushButton* accept_;
 };
