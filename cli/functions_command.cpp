@@ -7,6 +7,7 @@
 #include "cli/commands.h"
 #include "cli/wrong_usage.h"
 #include "host/calls/arguments.h"
+#include "host/counter/counter_entries.h"
 #include "host/module_loader/module_loader.h"
 #include "host/price_editor/price_editor.h"
 
@@ -84,11 +85,11 @@ int run(const FunctionsOptions& options) {
         list.push_back(toDatum(entry, "module"));
         section(entry.subsystem) += describe("screen " + signatureOf(entry), entry.summary);
     }
-    // The host's own screen, which "basalt screen" opens like those of the module.
-    const EntryPoint prices = host::priceEditorEntry();
-    if (wanted(prices.name)) {
-        list.push_back(toDatum(prices, "host"));
-        section(prices.subsystem) += describe("screen " + signatureOf(prices) + "   [host]", prices.summary);
+    // The host's own screens, which "basalt screen" opens like those of the module.
+    for (const EntryPoint& entry : {host::priceEditorEntry(), host::counterEntry(), host::layoutsEntry()}) {
+        if (!wanted(entry.name)) continue;
+        list.push_back(toDatum(entry, "host"));
+        section(entry.subsystem) += describe("screen " + signatureOf(entry) + "   [host]", entry.summary);
     }
     for (const FunctionEntry& entry : registry.functions()) {
         if (!wanted(entry.name)) continue;

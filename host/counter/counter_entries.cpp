@@ -43,9 +43,7 @@ private:
     ScreenContext& handlers_;
 };
 
-template <class Page>
-EntryPoint entry(const char* name, const char* window, const char* title, const char* summary, ReferenceHost& host,
-                 const Registry& registry, HostScreenServices& screens) {
+EntryPoint described(const char* name, const char* title, const char* summary) {
     return {.name = name,
             .subsystem = "goods",
             .title = title,
@@ -54,28 +52,41 @@ EntryPoint entry(const char* name, const char* window, const char* title, const 
             .permission = prOpen,
             .parameters = {},
             .result = "",
-            .run = [&host, &registry, &screens, window, title](FunctionCall& /*call*/) {
-                if (!host.HavePermission(host.UserInfo(), spGoods, prOpen, true, true, "")) return;
-                PageWindow shown(new Page({host, registry, screens, screens.context()}), screens.context());
-                shown.setObjectName(QString::fromLatin1(window));
-                shown.setWindowTitle(QString::fromUtf8(title));
-                shown.exec();
-                screens.context().rethrowUnshown();
-            }};
+            .run = {}};
+}
+
+template <class Page>
+EntryPoint opening(EntryPoint entry, const char* window, ReferenceHost& host, const Registry& registry,
+                   HostScreenServices& screens) {
+    entry.run = [&host, &registry, &screens, window, title = entry.title](FunctionCall& /*call*/) {
+        if (!host.HavePermission(host.UserInfo(), spGoods, prOpen, true, true, "")) return;
+        PageWindow shown(new Page({host, registry, screens, screens.context()}), screens.context());
+        shown.setObjectName(QString::fromLatin1(window));
+        shown.setWindowTitle(QString::fromStdString(title));
+        shown.exec();
+        screens.context().rethrowUnshown();
+    };
+    return entry;
 }
 
 }  // namespace
 
+EntryPoint counterEntry() {
+    return described("Open_Counter", "پیشخوان فروش",
+                     "Takes scans into an invoice, to try scales and scanners by hand.");
+}
+
+EntryPoint layoutsEntry() {
+    return described("Open_BarcodeLayouts", "الگوهای بارکد",
+                     "Shows and changes the layouts of scale barcodes, with a barcode to try them on.");
+}
+
 EntryPoint counterEntry(ReferenceHost& host, const Registry& registry, HostScreenServices& screens) {
-    return entry<CounterPage>("Open_Counter", "Counter_FRM", "پیشخوان فروش",
-                              "Takes scans into an invoice, to try scales and scanners by hand.", host, registry,
-                              screens);
+    return opening<CounterPage>(counterEntry(), "Counter_FRM", host, registry, screens);
 }
 
 EntryPoint layoutsEntry(ReferenceHost& host, const Registry& registry, HostScreenServices& screens) {
-    return entry<LayoutPage>("Open_BarcodeLayouts", "BarcodeLayouts_FRM", "الگوهای بارکد",
-                             "Shows and changes the layouts of scale barcodes, with a barcode to try them on.", host,
-                             registry, screens);
+    return opening<LayoutPage>(layoutsEntry(), "BarcodeLayouts_FRM", host, registry, screens);
 }
 
 }  // namespace basalt::host

@@ -14,5 +14,8 @@ namespace basalt::host {
 // "Open_Counter" and "Open_BarcodeLayouts". Host, registry and screens are lent.
 [[nodiscard]] EntryPoint counterEntry(ReferenceHost& host, const Registry& registry, HostScreenServices& screens);
 [[nodiscard]] EntryPoint layoutsEntry(ReferenceHost& host, const Registry& registry, HostScreenServices& screens);
+// The same to be listed; they cannot be run.
+[[nodiscard]] EntryPoint counterEntry();
+[[nodiscard]] EntryPoint layoutsEntry();
 
 }  // namespace basalt::host
