@@ -56,7 +56,9 @@ void BusyNotice::begin() {
 }
 
 bool BusyNotice::goOn() {
-    if (!asked_.isValid() || asked_.elapsed() > kPauseMilliseconds) begin();
+    // A request that was given up asks no more, so whoever asks now is the next one: a list that takes its former rows
+    // again, for instance.
+    if (!asked_.isValid() || asked_.elapsed() > kPauseMilliseconds || cancelled_) begin();
     if (began_.elapsed() >= patience_ && painted_.elapsed() >= kBetweenTurnsMilliseconds) {
         show();
         QApplication::processEvents(QEventLoop::X11ExcludeTimers);

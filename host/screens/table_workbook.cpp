@@ -42,12 +42,20 @@ private:
 };
 
 // Without the zeros that a column's scale puts behind every number, so that they do not count as digits.
-Decimal shortened(const Decimal& value) {
-    Int128 coefficient = value.coefficient();
-    int scale = value.scale();
+template <class Integer>
+Decimal shortened(Integer coefficient, int scale) {
+    for (; scale >= 4 && coefficient % 10'000 == 0; scale -= 4)
+        coefficient /= 10'000;
     for (; scale > 0 && coefficient % 10 == 0; --scale)
         coefficient /= 10;
     return {coefficient, scale};
+}
+
+Decimal shortened(const Decimal& value) {
+    // Prices fit into 64 bits, whose divisions cost a tenth.
+    const auto narrow = static_cast<std::int64_t>(value.coefficient());
+    return narrow == value.coefficient() ? shortened(narrow, value.scale())
+                                         : shortened(value.coefficient(), value.scale());
 }
 
 std::string formatOf(const TableColumn& column) {

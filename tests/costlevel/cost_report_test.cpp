@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QLabel>
 
 #include "ado/error.h"
@@ -439,6 +440,38 @@ TEST_F(CostReport, entryPointShowsIt) {
     EXPECT_EQ(name, "TCost_Report_FRM");
     EXPECT_EQ(host.calls.front(), "HavePermission(user 1, 519, 6, true, true, '')");
     EXPECT_THAT(host.calls, Contains("SetSoftwarePart 162"));
+}
+
+TEST_F(CostReport, entryPointFreesTheScreenWhenItFails) {
+    const auto there = [] {
+        int count = 0;
+        for (const QWidget* window : QApplication::topLevelWidgets())
+            count += window->objectName() == QStringLiteral("TCost_Report_FRM") ? 1 : 0;
+        return count;
+    };
+    const DatabaseError lost(ErrorCategory::Connection, "08S01", 0, "the connection is lost");
+    // While it opens, while its grid is made, and while it is shown.
+    script.expectError(kPriceReport, lost);
+    EXPECT_THROW(Open_CostReport(), DatabaseError);
+    EXPECT_EQ(there(), 0);
+    script.expect(kPriceReport, reportRows());
+    script.expectError(kLevelNames, lost);
+    EXPECT_THROW(Open_CostReport(), DatabaseError);
+    EXPECT_EQ(there(), 0);
+    script.expect(kPriceReport, reportRows());
+    script.expect(kLevelNames, levelNames(firstLevels(1)));
+    screens.onList = [&](TBaseDock_FRM&) {
+        EXPECT_EQ(there(), 1);
+        throw lost;
+    };
+    EXPECT_THROW(Open_CostReport(), DatabaseError);
+    EXPECT_EQ(there(), 0);
+    // And the next one opens.
+    screens.onList = {};
+    script.expect(kPriceReport, reportRows());
+    script.expect(kLevelNames, levelNames(firstLevels(1)));
+    Open_CostReport();
+    EXPECT_THAT(host.calls, Contains("list shown"));
 }
 
 TEST_F(CostReport, entryPointStopsWhenRefused) {

@@ -9,6 +9,7 @@
 #include <QtTest>
 
 #include "engines/embedded/embedded_session.h"
+#include "tests/host_screens/when_busy.h"
 
 namespace basalt::host {
 namespace {
@@ -22,27 +23,6 @@ QWidget* notice() {
         if (window->objectName() == QStringLiteral("Busy_FRM") && window->isVisible()) return window;
     return nullptr;
 }
-
-// The work that hears of a notice while the request goes on: an event, since timers do not run then.
-class WhenShown final : public QObject {
-public:
-    explicit WhenShown(std::function<void(QWidget&)> work) : work_(std::move(work)) { qApp->installEventFilter(this); }
-    int times = 0;
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        auto* window = qobject_cast<QWidget*>(watched);
-        if (event->type() == QEvent::Paint && window && window->objectName() == QStringLiteral("Busy_FRM")) {
-            ++times;
-            QMetaObject::invokeMethod(
-                window, [this, window] { work_(*window); }, Qt::QueuedConnection);
-        }
-        return false;
-    }
-
-private:
-    std::function<void(QWidget&)> work_;
-};
 
 class Busy : public ::testing::Test {
 protected:
@@ -60,7 +40,7 @@ protected:
 };
 
 TEST_F(Busy, aShortRequestShowsNothing) {
-    WhenShown shown([](QWidget&) {});
+    WhenBusy shown([](QWidget&) {});
     session->run("SELECT COUNT(*) FROM N");
     QApplication::processEvents();
     EXPECT_EQ(shown.times, 0);
@@ -68,7 +48,7 @@ TEST_F(Busy, aShortRequestShowsNothing) {
 }
 
 TEST_F(Busy, aLongRequestCanBeGivenUp) {
-    WhenShown shown([](QWidget& window) { window.findChild<QPushButton*>("BusyCancel_BTN")->click(); });
+    WhenBusy shown([](QWidget& window) { window.findChild<QPushButton*>("BusyCancel_BTN")->click(); });
     try {
         session->run(kLongStatement);
         FAIL() << "the request was not given up";
@@ -85,7 +65,7 @@ TEST_F(Busy, aLongRequestCanBeGivenUp) {
 TEST_F(Busy, whatIsWrittenOffersNoCancel) {
     bool offered = false;
     int seen = 0;
-    WhenShown shown([&](QWidget& window) {
+    WhenBusy shown([&](QWidget& window) {
         ++seen;
         offered = offered || window.findChild<QPushButton*>("BusyCancel_BTN")->isVisible();
         QTest::keyClick(&window, Qt::Key_Escape);
@@ -103,7 +83,7 @@ TEST_F(Busy, whatIsWrittenOffersNoCancel) {
 TEST_F(Busy, aSessionThatCannotBeInterruptedIsLeftAlone) {
     // A request that asks after the notice has gone finds nobody to ask.
     { const BusyNotice other(*session); }
-    WhenShown shown([](QWidget&) {});
+    WhenBusy shown([](QWidget&) {});
     session->run("SELECT COUNT(*) FROM N AS A CROSS JOIN N AS B");
     EXPECT_EQ(shown.times, 0);
 }

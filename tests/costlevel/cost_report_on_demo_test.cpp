@@ -1,0 +1,138 @@
+// The price report with everything in place: store, screen, the reference host and a database with the demo company.
+#include <gmock/gmock.h>
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <utility>
+
+#include "costlevel/cost_report_frm.h"
+#include "engines/embedded/embedded_session.h"
+#include "host/screens/smart_grid.h"
+#include "host/services/deploy.h"
+#include "host/services/sql_access.h"
+#include "tests/host_screens/screen_test.h"
+#include "tests/host_screens/when_busy.h"
+
+namespace basalt::host {
+namespace {
+
+using ::testing::ElementsAre;
+
+bool reportIsThere() {
+    for (const QWidget* window : QApplication::topLevelWidgets())
+        if (window->objectName() == QStringLiteral("TCost_Report_FRM")) return true;
+    return false;
+}
+
+class ReportOnDemo : public ::testing::Test {
+protected:
+    ReportOnDemo() {
+        deployDatabase(*session, {.demo = true});
+        host.signInAs(1);
+        host.setMessages(messages);
+        host.setScreens(&screens);
+        screens.setOutput(output);
+    }
+
+    // Shows the report, acts in its own loop and closes it.
+    void show(const std::function<void(QWidget&, SmartGrid&)>& act) {
+        const auto report = CreateScreen<TCost_Report_FRM>(fmBrowse, Value{}, "");
+        report->FormOption().SetSoftwarePart(csPriceReport);
+        QTimer::singleShot(0, report.get(), [&] {
+            ASSERT_TRUE(QTest::qWaitForWindowActive(report.get()));
+            act(*report, *control<SmartGrid>(*report, "CostReport_List_GRD"));
+            report->reject();
+        });
+        report->ShowModal();
+    }
+    static std::vector<std::string> shownTitles(const SmartGrid& grid) {
+        std::vector<std::string> titles;
+        for (int i = 3; i < grid.ColumnCount(); ++i)
+            if (grid.Column(i).Visible) titles.push_back(grid.Column(i).Title.toStdString());
+        return titles;
+    }
+    // Enough goods for a request that takes its time.
+    void addGoods() {
+        for (int block = 1; block <= 100; ++block)
+            execute(*session, "INSERT INTO GoodInf (Code, Name, AbbName) SELECT Code + " +
+                                  std::to_string(block * 10'000) + ", Name, AbbName FROM GoodInf WHERE Code < 10000");
+    }
+
+    std::unique_ptr<Session> session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
+    QueuedMessages messages;
+    QueuedOutput output;
+    ReferenceHost host{*session, testOptions()};
+    HostScreenServices screens{host};
+    AttachedHost attached{host};
+};
+
+TEST_F(ReportOnDemo, aKeptLayoutMeetsOtherLevels) {
+    execute(*session, "DELETE FROM costlist");
+    execute(*session, "DELETE FROM CostLevel WHERE CostType = 1 AND Code > 4");
+    show([&](QWidget&, SmartGrid& grid) {
+        EXPECT_THAT(shownTitles(grid), ElementsAre("تک‌فروشی", "عمده‌فروشی", "همکار", "نمایندگی"));
+        // The second level goes out of sight, the fourth becomes wide.
+        grid.model().arrangement(4).Visible = false;
+        grid.model().arrangement(6).Width = 321;
+    });
+    // Meanwhile the third level has gone, the second has another name, and there is a ninth.
+    execute(*session, "DELETE FROM CostLevel WHERE CostType = 1 AND Code = 3");
+    execute(*session, "UPDATE CostLevel SET Name = N'نام تازه' WHERE CostType = 1 AND Code = 2");
+    execute(*session, "INSERT INTO CostLevel (Code, Name, CostType) VALUES (9, N'نهم', 1)");
+    show([&](QWidget& report, SmartGrid& grid) {
+        EXPECT_THAT(shownTitles(grid), ElementsAre("تک‌فروشی", "نمایندگی", "نهم"));
+        EXPECT_EQ(grid.Column(4).Title.toStdString(), "نام تازه");
+        EXPECT_EQ(grid.Column(5).FieldName, "F4");
+        EXPECT_EQ(grid.Column(5).Width, 321);
+        // The consumer price's column belongs to its tab and is not kept.
+        control<QTabBar>(report, "TTab_Search_Frame1_TBC")->setCurrentIndex(1);
+        EXPECT_EQ(shownTitles(grid).back(), "قیمت مصرف کننده");
+    });
+    // A level that comes back shows, whatever was kept of the column that had its field.
+    execute(*session, "INSERT INTO CostLevel (Code, Name, CostType) VALUES (3, N'همکار', 1)");
+    show([&](QWidget&, SmartGrid& grid) {
+        EXPECT_THAT(shownTitles(grid), ElementsAre("تک‌فروشی", "همکار", "نمایندگی", "نهم"));
+    });
+}
+
+TEST_F(ReportOnDemo, aLongReportCanBeGivenUp) {
+    addGoods();
+    screens.busyNotice().setPatience(0);
+    {
+        WhenBusy busy([](QWidget& notice) { notice.findChild<QPushButton*>("BusyCancel_BTN")->click(); });
+        try {
+            CreateScreen<TCost_Report_FRM>(fmBrowse, Value{}, "")->ShowModal();
+            FAIL() << "the report was not given up";
+        } catch (const DatabaseError& error) {
+            EXPECT_TRUE(isCancelled(error));
+        }
+        EXPECT_GT(busy.times, 0);
+    }
+    EXPECT_FALSE(reportIsThere());
+    // The next one opens as if nothing had been.
+    screens.busyNotice().setPatience(60'000);
+    show([](QWidget&, SmartGrid& grid) { EXPECT_EQ(grid.View()->model()->rowCount(), 101 * 300); });
+}
+
+TEST_F(ReportOnDemo, aSearchGivenUpLeavesTheRowsOfBefore) {
+    addGoods();
+    screens.busyNotice().setPatience(60'000);
+    show([&](QWidget& report, SmartGrid& grid) {
+        screens.busyNotice().setPatience(0);
+        // The rows of before are asked for again, and that request is let run.
+        bool given = false;
+        WhenBusy busy([&](QWidget& notice) {
+            if (!std::exchange(given, true)) notice.findChild<QPushButton*>("BusyCancel_BTN")->click();
+        });
+        auto* tabs = control<QTabBar>(report, "TTab_Search_Frame1_TBC");
+        tabs->setCurrentIndex(1);
+        EXPECT_TRUE(given);
+        screens.busyNotice().setPatience(60'000);
+        EXPECT_EQ(tabs->currentIndex(), 0);
+        EXPECT_EQ(grid.ColumnCount(), 13);
+        EXPECT_EQ(grid.View()->model()->rowCount(), 101 * 300);
+    });
+}
+
+}  // namespace
+}  // namespace basalt::host
