@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <algorithm>
 
 #include "host/screens/persian_digits.h"
 
@@ -59,7 +60,7 @@ bool BusyNotice::goOn() {
     // A request that was given up asks no more, so whoever asks now is the next one: a list that takes its former rows
     // again, for instance.
     if (!asked_.isValid() || asked_.elapsed() > kPauseMilliseconds || cancelled_) begin();
-    if (began_.elapsed() >= patience_ && painted_.elapsed() >= kBetweenTurnsMilliseconds) {
+    if (began_.elapsed() >= patience_ && painted_.elapsed() >= std::min(kBetweenTurnsMilliseconds, patience_)) {
         show();
         QApplication::processEvents(QEventLoop::X11ExcludeTimers);
         painted_.restart();
