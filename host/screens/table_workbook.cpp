@@ -6,6 +6,8 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <algorithm>
+#include <map>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -73,13 +75,16 @@ public:
         format_set_bg_color(title_, 0xE3F0F4);
         format_set_bottom(title_, LXW_BORDER_THIN);
         format_set_align(title_, LXW_ALIGN_CENTER);
+        // One format for all columns that look alike: of two that are equal the library would search for the one anew
+        // at each cell of the other.
+        std::map<std::string, lxw_format*> known = {{std::string(), nullptr}};
         for (const TableColumn& column : table.columns()) {
-            lxw_format* format = nullptr;
-            if (const std::string pattern = formatOf(column); !pattern.empty()) {
-                format = workbook_add_format(book);
-                format_set_num_format(format, pattern.c_str());
+            const auto [found, isNew] = known.try_emplace(formatOf(column), nullptr);
+            if (isNew) {
+                found->second = workbook_add_format(book);
+                format_set_num_format(found->second, found->first.c_str());
             }
-            formats_.push_back(format);
+            formats_.push_back(found->second);
         }
     }
 
