@@ -120,7 +120,8 @@ void takePrice(const Scan& scan, TBarCodeUseType useType) {
 
 void compareTotal(const Scan& scan, Extended totalPrice) {
     if (scan.amount("Price") == totalPrice) {
-        if (state::After_Equal_Total_Price) state::After_Equal_Total_Price();
+        // A copy: the handler may take itself away, or put another in its place.
+        if (const Method_as_Event handler = state::After_Equal_Total_Price) handler();
         return;
     }
     ShowFlashMessage("جمع مبلغ فاکتور با مبلغ بارکد  وارده برابر نمي باشد.", kTotalDiffersMilliseconds);

@@ -274,6 +274,22 @@ TEST_F(Barcodes, scaleNumberIsCutOnlyWhenItIsAStore) {
     EXPECT_EQ(state::BalanceNum, "-1");
 }
 
+TEST_F(Barcodes, countsBelowZeroAreNoFields) {
+    expectLayouts("2800057012505", {{.ItemConstantCode = -105,
+                                     .AmountCount = -1,
+                                     .BalanceNoStart = 3,
+                                     .BalanceNoCount = -1,
+                                     .BalanceNoAsStore = true,
+                                     .PriceStart = 8,
+                                     .PriceCount = -1}});
+    expectPrice("{call GetDefaultCostLevel(12,00057,0)}", number(7));
+    EXPECT_TRUE(scan("2800057012505"));
+    EXPECT_EQ(state::GoodCode, text("00057"));
+    EXPECT_EQ(state::Weight, "1");
+    EXPECT_EQ(state::BalanceNum, "-1");
+    EXPECT_EQ(state::Fi, "7");
+}
+
 TEST_F(Barcodes, everyBarcodeOfALayoutMayMeanOneGood) {
     expectLayouts("2800057012505", {{.ItemConstantCode = 105, .ItemCodeType = 2}});
     expectPrice("{call GetDefaultCostLevel(12,105,0)}", number(1));
@@ -519,6 +535,18 @@ TEST_F(Totals, equalTotalCallsTheHandler) {
     EXPECT_EQ(calls, 1);
     EXPECT_EQ(state::BarCodePriceSum, 0.0L);
     EXPECT_EQ(state::Fi, "");
+}
+
+TEST_F(Totals, aHandlerMayTakeItselfAway) {
+    std::string heard;
+    const std::string words = "long enough to stand behind the handler, not in it";
+    state::After_Equal_Total_Price = [&heard, words] {
+        state::After_Equal_Total_Price = {};
+        heard = words;
+    };
+    EXPECT_TRUE(scanTotal("2500000125005", 12500));
+    EXPECT_EQ(heard, words);
+    EXPECT_TRUE(scanTotal("2500000125005", 12500));
 }
 
 TEST_F(Totals, equalTotalWithoutHandlerIsSilent) {

@@ -86,7 +86,7 @@ TEST_F(GoodsInfo, readsEveryParticularOfAGood) {
                                                 *Decimal::parse("3.25"),
                                                 text("A-12"),
                                                 0.1,
-                                                *Decimal::parse("850000.25"),
+                                                *Decimal::parse("850000.1"),
                                                 2.5,
                                                 true,
                                                 false,
@@ -111,7 +111,7 @@ TEST_F(GoodsInfo, readsEveryParticularOfAGood) {
     EXPECT_EQ(info._MinAva, "3.25");
     EXPECT_EQ(info._Pos, "A-12");
     EXPECT_EQ(info._Meghdar_Formool, static_cast<Extended>(0.1));
-    EXPECT_EQ(info._Gheymat_Miangin, 850000.25L);
+    EXPECT_EQ(info._Gheymat_Miangin, 850000.1L);  // to the last digit of an extended real
     EXPECT_EQ(info._OffPercentSell, 2.5L);
     EXPECT_TRUE(info._TaxExempt);
     EXPECT_FALSE(info._ChargeExempt);
@@ -249,6 +249,25 @@ TEST_F(StockByProcedure, warnedUserMayStop) {
     EXPECT_EQ(strMinusGoodCodes, "57");
 }
 
+TEST_F(StockByProcedure, onlyYesGoesOn) {
+    for (const int answer : {mrCancel, mrOk}) {
+        expectCheck(1, 1, text("برنج"), text("57"));
+        host.expectMessage("ShowSmartMessage(confirmation 20091, 'برنج')", answer);
+        EXPECT_FALSE(check()) << answer;
+        EXPECT_EQ(strMinusGoodCodes, "57");
+    }
+}
+
+TEST_F(StockByProcedure, asksForTheNamesAndCodesWhateverTheServerTellsOfThem) {
+    ProcedureInfo procedure = session.procedure("CheckNegativeInventory_SP");
+    for (ParameterInfo& parameter : procedure.parameters)
+        parameter.direction = ParameterDirection::Input;
+    script.setProcedure(procedure);
+    expectCheck(0, 1, text("برنج"), text("57"));
+    host.expectMessage("ShowSmartMessage(error 30055, 'برنج')");
+    EXPECT_FALSE(check());
+}
+
 TEST_F(StockByProcedure, aFailureLeavesTheCodesOfTheCheckBefore) {
     host.settings.NegativeType = 0;
     script.expectCallError("CheckNegativeInventory_SP", arguments(0), lostConnection);
@@ -323,6 +342,16 @@ TEST_F(StockByLedger, enoughStockPassesBothStages) {
     EXPECT_TRUE(check());
     EXPECT_THAT(host.calls, ElementsAre(kStageOne, kStageTwo));
     EXPECT_FALSE(host.DM().SharedQuery.Active());
+}
+
+TEST_F(StockByLedger, severalMovementsRefuseLikeOne) {
+    script.expect(kStageOne, codeRows({5, 6}));
+    host.expectMessage("ShowSmartMessage(error 30055)");
+    EXPECT_FALSE(check());
+    script.expect(kStageOne, codeRows({}));
+    script.expect(kStageTwo, codeRows({5, 6}));
+    host.expectMessage("ShowSmartMessage(error 30055)");
+    EXPECT_FALSE(check());
 }
 
 TEST_F(StockByLedger, aLaterMovementRefusesWithoutTheSecondStage) {

@@ -122,9 +122,11 @@ TEST_F(Scales, decimalsComeWithoutTheirLastZeros) {
 }
 
 TEST_F(Scales, goodsThatNoKeyMeansStartNothing) {
-    script.expect(kTwentyParts, keyRows({}));
-    GoodInf_SendToScale("28,57", 2);
-    EXPECT_THAT(host.calls, IsEmpty());
+    for (const int kind : {2, -1}) {
+        script.expect(kTwentyParts, keyRows({}));
+        GoodInf_SendToScale("28,57", kind);
+        EXPECT_THAT(host.calls, IsEmpty()) << kind;
+    }
 }
 
 TEST_F(Scales, failureStartsNothing) {
