@@ -6,11 +6,9 @@
 #include <utility>
 
 #include "costlevel/cost_report_frm.h"
-#include "engines/embedded/embedded_session.h"
 #include "host/screens/smart_grid.h"
-#include "host/services/deploy.h"
 #include "host/services/sql_access.h"
-#include "tests/host_screens/screen_test.h"
+#include "tests/host_screens/demo_screens.h"
 #include "tests/host_screens/when_busy.h"
 
 namespace basalt::host {
@@ -24,16 +22,8 @@ bool reportIsThere() {
     return false;
 }
 
-class ReportOnDemo : public ::testing::Test {
+class ReportOnDemo : public DemoScreens {
 protected:
-    ReportOnDemo() {
-        deployDatabase(*session, {.demo = true});
-        host.signInAs(1);
-        host.setMessages(messages);
-        host.setScreens(&screens);
-        screens.setOutput(output);
-    }
-
     // Shows the report, acts in its own loop and closes it.
     void show(const std::function<void(QWidget&, SmartGrid&)>& act) {
         const auto report = CreateScreen<TCost_Report_FRM>(fmBrowse, Value{}, "");
@@ -58,13 +48,6 @@ protected:
             execute(*session, "INSERT INTO GoodInf (Code, Name, AbbName) SELECT Code + " +
                                   std::to_string(block * 10'000) + ", Name, AbbName FROM GoodInf WHERE Code < 10000");
     }
-
-    std::unique_ptr<Session> session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
-    QueuedMessages messages;
-    QueuedOutput output;
-    ReferenceHost host{*session, testOptions()};
-    HostScreenServices screens{host};
-    AttachedHost attached{host};
 };
 
 TEST_F(ReportOnDemo, aKeptLayoutMeetsOtherLevels) {

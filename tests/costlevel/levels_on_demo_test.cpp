@@ -9,26 +9,18 @@
 #include "costlevel/costlevel_dm.h"
 #include "costlevel/costlevel_get_frm.h"
 #include "costlevel/costlevel_list_frm.h"
-#include "engines/embedded/embedded_session.h"
 #include "host/screens/smart_grid.h"
-#include "host/services/deploy.h"
 #include "host/services/sql_access.h"
-#include "tests/host_screens/screen_test.h"
+#include "tests/host_screens/demo_screens.h"
 
 namespace basalt::host {
 namespace {
 
 using ::testing::ElementsAre;
 
-class LevelsOnDemo : public ::testing::Test {
+class LevelsOnDemo : public DemoScreens {
 protected:
-    LevelsOnDemo() {
-        deployDatabase(*session, {.demo = true});
-        host.signInAs(1);
-        host.setMessages(messages);
-        host.setScreens(&screens);
-        screens.setOutput(output);
-    }
+    using DemoScreens::run;
 
     std::unique_ptr<TCostLevel_Get_FRM> edit(int code, TSoftwarePart part = spPriceLevels) {
         return CreateEditor<TCostLevel_Get_FRM>(part, Value{std::int64_t{code}}, fmEdit);
@@ -38,17 +30,6 @@ protected:
         input->selectAll();
         type(input, name);
     }
-    // Acts in the editor's own loop and closes it without asking.
-    static int run(TBaseGet_FRM& editor, const std::function<void()>& act) {
-        QTimer::singleShot(0, &editor, [&editor, &act] {
-            ASSERT_TRUE(QTest::qWaitForWindowActive(&editor));
-            act();
-            if (!editor.isVisible()) return;
-            editor.SetIsSaved(true);
-            editor.reject();
-        });
-        return editor.ShowModal();
-    }
     // Saving meets what another user has done.
     void saveIntoConflict(TCostLevel_Get_FRM& editor) {
         messages.expect("DatabaseError");
@@ -57,25 +38,10 @@ protected:
         EXPECT_TRUE(editor.isVisible());
     }
     void run(const std::string& sql) { execute(*session, sql); }
-    [[nodiscard]] std::string one(const std::string& sql) {
-        const RowSet rows = rowsOf(*session, sql);
-        return rows.rowCount() == 0 ? "no row" : textAt(rows, 0, 0);
-    }
-    [[nodiscard]] std::string nameOf(int code, int kind = 1) {
-        return one("SELECT Name FROM CostLevel WHERE CostType = " + std::to_string(kind) +
-                   " AND Code = " + std::to_string(code));
-    }
     [[nodiscard]] std::string events(int permission) {
         return one("SELECT COUNT(*) FROM HostUserLog WHERE SoftwarePart = 114 AND Permission = " +
                    std::to_string(permission));
     }
-
-    std::unique_ptr<Session> session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
-    QueuedMessages messages;
-    QueuedOutput output;
-    ReferenceHost host{*session, testOptions()};
-    HostScreenServices screens{host};
-    AttachedHost attached{host};
 };
 
 // The editor and other users

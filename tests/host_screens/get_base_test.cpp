@@ -3,54 +3,27 @@
 #include <QMenu>
 #include <QToolButton>
 
-#include "engines/embedded/embedded_session.h"
 #include "host/screens/form_option.h"
-#include "host/services/deploy.h"
 #include "host/services/sql_access.h"
+#include "tests/host_screens/demo_screens.h"
 #include "tests/host_screens/recording_editor.h"
-#include "tests/host_screens/screen_test.h"
 
 namespace basalt::host {
 namespace {
 
 using Calls = std::vector<std::string>;
 
-class GetBases : public ::testing::Test {
+class GetBases : public DemoScreens {
 protected:
-    GetBases() {
-        deployDatabase(*session, {.demo = true});
-        host.signInAs(1);
-        host.setMessages(messages);
-        host.setScreens(&screens);
-        screens.setOutput(output);
-        RecordingEditor::saveMode = 0;
-    }
+    GetBases() { RecordingEditor::saveMode = 0; }
 
     std::unique_ptr<RecordingEditor> edit(int code) { return CreateEditor<RecordingEditor>(calls, code, fmEdit); }
     std::unique_ptr<RecordingEditor> create() { return CreateEditor<RecordingEditor>(calls, 0, fmNew); }
 
-    // Shows the editor modally, acts inside of its loop, and closes it without asking.
-    int run(RecordingEditor& editor, const std::function<void()>& act) {
-        QTimer::singleShot(0, &editor, [&editor, &act] {
-            ASSERT_TRUE(QTest::qWaitForWindowActive(&editor));
-            act();
-            if (!editor.isVisible()) return;
-            editor.SetIsSaved(true);
-            editor.reject();
-        });
-        return editor.ShowModal();
-    }
     // What was called after the first call of that name.
     [[nodiscard]] Calls after(const std::string& call) const {
         const auto found = std::find(calls.begin(), calls.end(), call);
         return found == calls.end() ? Calls{} : Calls(found + 1, calls.end());
-    }
-    [[nodiscard]] std::string one(const std::string& sql) {
-        const RowSet rows = rowsOf(*session, sql);
-        return rows.rowCount() == 0 ? "no row" : textAt(rows, 0, 0);
-    }
-    [[nodiscard]] std::string nameOf(int code) {
-        return one("SELECT Name FROM CostLevel WHERE CostType = 1 AND Code = " + std::to_string(code));
     }
     [[nodiscard]] std::string events() { return one("SELECT COUNT(*) FROM dbo.HostUserLog WHERE SoftwarePart = 114"); }
     [[nodiscard]] std::string locks() { return one("SELECT COUNT(*) FROM CodeLock_TBL"); }
@@ -60,12 +33,6 @@ protected:
         type(editor.name, QString::fromUtf8(text));
     }
 
-    std::unique_ptr<Session> session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
-    QueuedMessages messages;
-    QueuedOutput output;
-    ReferenceHost host{*session, testOptions()};
-    HostScreenServices screens{host};
-    AttachedHost attached{host};
     Calls calls;
 };
 

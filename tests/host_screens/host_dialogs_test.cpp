@@ -7,26 +7,17 @@
 #include <QRadioButton>
 #include <QTableView>
 
-#include "engines/embedded/embedded_session.h"
 #include "host/screens/column_list.h"
-#include "host/services/deploy.h"
 #include "host/services/entity_store.h"
 #include "host/services/sql_access.h"
 #include "package/screens/print_setting.h"
-#include "tests/host_screens/screen_test.h"
+#include "tests/host_screens/demo_screens.h"
 
 namespace basalt::host {
 namespace {
 
-class HostDialogs : public ::testing::Test {
+class HostDialogs : public DemoScreens {
 protected:
-    HostDialogs() {
-        deployDatabase(*session, {.demo = true});
-        host.signInAs(1);
-        host.setMessages(messages);
-        host.setScreens(&screens);
-    }
-
     // Acts in the dialog that the next call shows.
     static void inDialog(const char* objectName, const std::function<void(QDialog&)>& act) {
         QTimer::singleShot(0, qApp, [objectName, act] {
@@ -41,16 +32,6 @@ protected:
     static void press(QDialog& dialog, const char* button) {
         QTest::mouseClick(control<QPushButton>(dialog, button), Qt::LeftButton);
     }
-    [[nodiscard]] std::string one(const std::string& sql) {
-        const RowSet rows = rowsOf(*session, sql);
-        return rows.rowCount() == 0 ? "no row" : textAt(rows, 0, 0);
-    }
-
-    std::unique_ptr<Session> session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
-    QueuedMessages messages;
-    ReferenceHost host{*session, testOptions()};
-    HostScreenServices screens{host};
-    AttachedHost attached{host};
 };
 
 class PrintSettings : public HostDialogs {

@@ -1,0 +1,54 @@
+// Screens with everything in place: the reference host over the demo company, and a user who is signed in.
+#pragma once
+
+#include <memory>
+
+#include "engines/embedded/embedded_session.h"
+#include "host/services/deploy.h"
+#include "host/services/sql_access.h"
+#include "package/screens/base_get_frm.h"
+#include "tests/host_screens/screen_test.h"
+
+namespace basalt::host {
+
+class DemoScreens : public ::testing::Test {
+protected:
+    DemoScreens() {
+        deployDatabase(*session, {.demo = true});
+        host.signInAs(1);
+        host.setMessages(messages);
+        host.setScreens(&screens);
+        screens.setOutput(output);
+    }
+
+    // Shows the editor modally, acts inside of its loop, and closes it without asking.
+    static int run(TBaseGet_FRM& editor, const std::function<void()>& act) {
+        QTimer::singleShot(0, &editor, [&editor, &act] {
+            ASSERT_TRUE(QTest::qWaitForWindowActive(&editor));
+            act();
+            if (!editor.isVisible()) return;
+            editor.SetIsSaved(true);
+            editor.reject();
+        });
+        return editor.ShowModal();
+    }
+    // The first value of the first row.
+    [[nodiscard]] std::string one(const std::string& sql) {
+        const RowSet rows = rowsOf(*session, sql);
+        return rows.rowCount() == 0 ? "no row" : textAt(rows, 0, 0);
+    }
+    // Of a price level, or of another kind.
+    [[nodiscard]] std::string nameOf(int code, int kind = 1) {
+        return one("SELECT Name FROM CostLevel WHERE CostType = " + std::to_string(kind) +
+                   " AND Code = " + std::to_string(code));
+    }
+
+    std::unique_ptr<Session> session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
+    QueuedMessages messages;
+    QueuedOutput output;
+    ReferenceHost host{*session, testOptions()};
+    HostScreenServices screens{host};
+    AttachedHost attached{host};
+};
+
+}  // namespace basalt::host
