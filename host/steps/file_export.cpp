@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -37,7 +38,12 @@ QByteArray contents(const std::string& file) {
 
 std::function<void()> exportGrid(const std::string& grid, const std::string& format, const std::string& file) {
     QAction& action = requireExport(requireObject(grid), format);
-    return [&action, path = QFileInfo(QString::fromStdString(file)).absoluteFilePath()] {
+    const QFileInfo target(QString::fromStdString(file));
+    // The dialog that asks for a name would not take these, and stay open.
+    if (target.isDir()) throw StepFailure("the name of a file", "the folder " + file);
+    if (!QDir().mkpath(target.absolutePath()))
+        throw StepFailure("to write the file " + file, "that its folder cannot be made");
+    return [&action, path = target.absoluteFilePath()] {
         QTimer answering;
         answering.setInterval(kLookMilliseconds);
         QObject::connect(&answering, &QTimer::timeout, &answering, [&] {

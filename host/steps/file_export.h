@@ -7,7 +7,8 @@
 namespace basalt::host {
 
 // `format` is csv, xlsx or pdf. The action returns when the file has been written, or could not be (which the screen
-// tells with a message); it runs an event loop meanwhile. StepFailure when the grid does not offer the export.
+// tells with a message); it runs an event loop meanwhile. Missing folders are made. StepFailure when the grid does not
+// offer the export or the folder cannot be made.
 [[nodiscard]] std::function<void()> exportGrid(const std::string& grid, const std::string& format,
                                                const std::string& file);
 

@@ -14,6 +14,25 @@ bool isScreen(const QWidget* window) {
     return window->isVisible() && (type == Qt::Window || type == Qt::Dialog || type == Qt::Sheet);
 }
 
+constexpr int kNamesTold = 20;
+
+// The names to choose from, those that can be seen first. Qt's own parts of its controls have names of their kind.
+std::string namesOn(const QWidget& screen) {
+    QStringList names;
+    for (const bool visible : {true, false}) {
+        for (const QWidget* object : screen.findChildren<QWidget*>()) {
+            const QString name = object->objectName();
+            const bool own = !name.isEmpty() && !name.startsWith("qt_") && !name.startsWith("Scroll");
+            if (own && object->isVisible() == visible && !names.contains(name)) names.append(name);
+        }
+    }
+    if (names.isEmpty()) return {};
+    const int more = static_cast<int>(names.size()) - kNamesTold;
+    QString text = "; there are " + QStringList(names.mid(0, kNamesTold)).join(", ");
+    if (more > 0) text += QStringLiteral(" and %1 more").arg(more);
+    return text.toStdString();
+}
+
 }  // namespace
 
 QWidget* topScreen() {
@@ -51,7 +70,8 @@ QWidget& requireObject(const std::string& name) {
         if (!found || (candidate->isVisible() && !found->isVisible())) found = candidate;
     }
     if (!found)
-        throw StepFailure("an object " + name + " on " + screen.objectName().toStdString(), "none of that name");
+        throw StepFailure("an object " + name + " on " + screen.objectName().toStdString(),
+                          "none of that name" + namesOn(screen));
     return *found;
 }
 

@@ -14,7 +14,7 @@ namespace basalt::host {
 [[nodiscard]] QWidget& requireTopScreen();
 
 // The object of that name on the screen on top; "-" and the screen's own name are the screen. Of several the visible
-// one. StepFailure when there is none.
+// one. StepFailure when there is none, with the names that there are.
 [[nodiscard]] QWidget& requireObject(const std::string& name);
 
 // The menu that is open on top of everything; null when there is none.

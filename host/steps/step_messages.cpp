@@ -36,9 +36,10 @@ std::string describeExpected(const ExpectMessage& expected) {
 }  // namespace
 
 int StepMessages::show(const MessageRequest& request) {
+    // What a screen asks only because it is closed at the end, no step can claim.
+    if (discarding_ && request.isQuestion()) return harmlessAnswer(request);
     messages_.push_back({request, script_.line()});
     if (!request.isQuestion()) return mrNone;
-    if (discarding_) return harmlessAnswer(request);
     const std::optional<Answer> answer = script_.takeAnswer();
     if (answer && answer->fits(request)) return answer->value;
     onUnanswered("expected an answer to " + describe(request) + " (" + buttonNames(request) + "), found " +

@@ -81,16 +81,12 @@ void StepPlayer::tick() {
 }
 
 void StepPlayer::play() {
-    const Step* step = script_.current();
-    if (!step) {
-        phase_ = Phase::Closing;
-        timer_.start(0);
-        return;
-    }
     if (exporting_) {
         timer_.start(retryPause);
         return;
     }
+    const Step* step = script_.current();
+    if (!step) return settle();
     if (!waiting_.isValid()) waiting_.start();
     std::function<void()> action;
     try {
@@ -111,6 +107,14 @@ void StepPlayer::play() {
     } catch (const std::exception& error) {
         fail(script_.line(), std::string("the step ended with an error: ") + error.what());
     }
+}
+
+// A message that the last action brings by a timer belongs to the run: the screens stay open for a moment.
+void StepPlayer::settle() {
+    if (!settling_.isValid()) settling_.start();
+    const bool closed = returned_ && !topScreen();
+    if (closed || settling_.hasExpired(patience_.settling.count())) phase_ = Phase::Closing;
+    timer_.start(closed ? std::chrono::milliseconds(0) : retryPause);
 }
 
 void StepPlayer::closeScreens() {

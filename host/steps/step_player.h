@@ -34,6 +34,7 @@ class Watchdog;
 
 struct StepPatience {
     std::chrono::milliseconds step{5000};         // for one step to find what it needs
+    std::chrono::milliseconds settling{250};      // behind the last step, for what its action brings a moment later
     std::chrono::milliseconds standstill{60000};  // without any step; then the program is ended, whatever it does
 };
 
@@ -66,6 +67,7 @@ private:
 
     void tick();
     void play();
+    void settle();
     void closeScreens();
     void complete();
     void fail(int line, const std::string& complaint);
@@ -79,7 +81,8 @@ private:
     StepPatience patience_;
     std::unique_ptr<Watchdog> watchdog_;
     QTimer timer_;
-    QElapsedTimer waiting_;  // since the current step was first tried
+    QElapsedTimer waiting_;   // since the current step was first tried
+    QElapsedTimer settling_;  // since the last step was done
     Phase phase_ = Phase::Playing;
     bool exporting_ = false;  // until the file is there, the steps wait
     bool returned_ = false;

@@ -4,10 +4,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
 #include <QFile>
+#include <QFileDialog>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -182,8 +184,109 @@ TEST(StepPlayer, answersAheadAndBefore) {
 }
 
 TEST(StepPlayer, leavesScreensOpenAtTheEndClosedWithoutSaving) {
-    EXPECT_EQ(play("row List_GRD 0\nclick Edit_BTN\ntype Name_EDT x\n"),
-              "t.steps:3: expected no message, found MsgUnsavedChanges");
+    EXPECT_EQ(play("row List_GRD 0\nclick Edit_BTN\ntype Name_EDT x\n"), "");
+}
+
+TEST(StepPlayer, waitsForWhatTheLastClickBringsLater) {
+    StepPlayer player(parseSteps("click Late_BTN\n", "t.steps"), "t.steps");
+    QDialog screen;
+    screen.setObjectName("Late_FRM");
+    QPushButton button("Late", &screen);
+    button.setObjectName("Late_BTN");
+    QObject::connect(&button, &QPushButton::clicked, &screen, [&] {
+        QTimer::singleShot(120, &screen, [&] { player.messages().show({.operation = "MsgLate"}); });
+    });
+    player.start();
+    screen.exec();
+    player.returned({});
+    player.finish();
+    EXPECT_EQ(player.failure().value_or(""), "t.steps:1: expected no message, found MsgLate");
+}
+
+TEST(StepPlayer, aQuestionThatTheLastClickBringsLaterFails) {
+    StepPlayer player(parseSteps("click Late_BTN\n", "t.steps"), "t.steps");
+    QDialog screen;
+    screen.setObjectName("Late_FRM");
+    QPushButton button("Late", &screen);
+    button.setObjectName("Late_BTN");
+    QObject::connect(&button, &QPushButton::clicked, &screen, [&] {
+        QTimer::singleShot(120, &screen, [&] {
+            player.messages().show({.operation = "MsgLate", .buttons = {TMessageButton::Yes, TMessageButton::No}});
+        });
+    });
+    player.start();
+    screen.exec();
+    player.returned({});
+    player.finish();
+    EXPECT_EQ(player.failure().value_or(""), "t.steps:1: expected an answer to MsgLate (yes, no), found none");
+}
+
+// A grid that exports as those of the module do: it asks for a file's name, and takes its time to write the file.
+class ExportingList : public QDialog {
+public:
+    explicit ExportingList(MessageService& messages) {
+        setObjectName("List_FRM");
+        grid_.setObjectName("List_GRD");
+        export_.setObjectName("GridCsv_ACT");
+        grid_.addAction(&export_);
+        (new QVBoxLayout(this))->addWidget(&grid_);
+        connect(&export_, &QAction::triggered, this, [this, &messages] {
+            QFileDialog dialog(this);
+            dialog.setOption(QFileDialog::DontUseNativeDialog);
+            dialog.setAcceptMode(QFileDialog::AcceptSave);
+            if (dialog.exec() != QDialog::Accepted) return;
+            QEventLoop writing;
+            QTimer::singleShot(400, &writing, &QEventLoop::quit);
+            writing.exec();
+            QFile file(dialog.selectedFiles().constFirst());
+            if (!file.open(QIODevice::WriteOnly)) {
+                messages.show({.operation = "MsgNotWritten"});
+                return;
+            }
+            file.write("a,1\r\n");
+        });
+    }
+
+private:
+    QTableView grid_;
+    QAction export_;
+};
+
+std::string playExport(const std::string& text) {
+    StepPlayer player(parseSteps(text, "t.steps"), "t.steps", {.step = std::chrono::milliseconds(300)});
+    player.start();
+    {
+        ExportingList list(player.messages());
+        list.exec();
+    }
+    player.returned({});
+    player.finish();
+    return player.failure().value_or("");
+}
+
+TEST(StepPlayer, waitsForAnExportAsTheLastStep) {
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("deep/list.csv");
+    EXPECT_EQ(playExport("export List_GRD csv " + file.toStdString() + "\n"), "");
+    QFile written(file);
+    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
+    EXPECT_EQ(written.readAll(), "a,1\r\n");
+}
+
+TEST(StepPlayer, anExportThatCannotBeWrittenFailsAsTheLastStep) {
+    const QTemporaryDir folder;
+    const std::string place = folder.path().toStdString();
+    EXPECT_EQ(playExport("export List_GRD csv " + place + "\n"),
+              "t.steps:1: expected the name of a file, found the folder " + place);
+    QFile file(folder.filePath("file"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    EXPECT_EQ(
+        playExport("export List_GRD csv " + place + "/file/list.csv\n"),
+        "t.steps:1: expected to write the file " + place + "/file/list.csv, found that its folder cannot be made");
+    // A link to nowhere: its folder is there, and nobody can write it, not even an administrator.
+    ASSERT_TRUE(QFile::link(folder.filePath("no/where"), folder.filePath("link.csv")));
+    EXPECT_EQ(playExport("export List_GRD csv " + place + "/link.csv\n"),
+              "t.steps:1: expected no message, found MsgNotWritten");
 }
 
 TEST(StepPlayer, statementsAreClaimedInOrder) {
@@ -263,7 +366,8 @@ INSTANTIATE_TEST_SUITE_P(
         Failing{"noSuchColumn", "expect cell List_GRD 0 2 x", "1: expected column 2, found 2 columns"},
         Failing{"noSuchTitle", "expect cell List_GRD 0 نام x", "1: expected column نام, found the columns کد, عنوان"},
         Failing{"noSuchObject", "click Save_BTN",
-                "1: expected an object Save_BTN on List_FRM, found none of that name"},
+                "1: expected an object Save_BTN on List_FRM, found none of that name; there are Tab_TBC, Type_CMB, "
+                "List_GRD, Edit_BTN, New_BTN, Delete_BTN"},
         Failing{"clickOnDisabled", "click New_BTN", "1: expected New_BTN to be enabled, found it disabled"},
         Failing{"clickOnHidden", "click Delete_BTN", "1: expected Delete_BTN to be visible, found it hidden"},
         Failing{"stateIsOther", "expect enabled New_BTN", "1: expected New_BTN to be enabled, found it not enabled"},
