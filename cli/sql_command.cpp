@@ -15,6 +15,7 @@
 #include "cli/wrong_usage.h"
 #include "host/engines/path_text.h"
 #include "host/services/script_batches.h"
+#include "host/services/script_lines.h"
 
 namespace basalt::cli {
 
@@ -43,18 +44,22 @@ void runBatch(SqlConsole& console, const host::BatchSplitter::Batch& batch, cons
     }
 }
 
-// Each batch is run as soon as its end has been read, so that a program can be on the other side of a pipe.
+// The console's own commands stand between the batches; one that leaves ends the script. Each batch is run as soon
+// as its end has been read, so that a program can be on the other side of a pipe.
 void runScript(SqlConsole& console, std::istream& script, const std::string& name) {
     host::BatchSplitter splitter;
     const auto run = [&](const std::optional<host::BatchSplitter::Batch>& batch) {
-        if (batch) runBatch(console, *batch, name);
+        for (std::size_t i = 0; batch && i < batch->times; ++i)
+            runBatch(console, *batch, name);
     };
-    for (std::string line; std::getline(script, line);) {
+    host::ScriptLines lines(script);
+    for (std::string line; lines.next(line);) {
         if (splitter.atBegin() && SqlConsole::isCommand(line)) {
+            if (SqlConsole::leaves(line)) return;
             console.run(line);
+            splitter.skipLine();
             continue;
         }
-        if (!script.eof()) line += '\n';
         run(splitter.add(line));
     }
     run(splitter.finish());

@@ -12,8 +12,8 @@ constexpr const char* help =
     ".tables                tables, views, procedures and functions\n"
     ".schema [NAME]         what makes an object again; all of them without a name\n"
     ".help                  this list\n"
-    ".exit                  leaves; so do .quit, exit, quit and the end of the input\n"
-    "Anything else is T-SQL. A line that says only GO ends a batch.\n";
+    ".exit, .quit           ends a script or the prompt, which exit and quit do too\n"
+    "Anything else is T-SQL. A line that says only GO ends a batch, GO 3 runs it three times.\n";
 
 std::string_view trimmed(std::string_view text) {
     constexpr std::string_view blanks = " \t\r\n";
@@ -47,6 +47,13 @@ const char* kindName(ModuleSchema::Kind kind) {
 
 bool SqlConsole::isCommand(std::string_view line) {
     return trimmed(line).starts_with('.');
+}
+
+bool SqlConsole::leaves(std::string_view line) {
+    std::string_view word = trimmed(line);
+    while (word.ends_with(';'))
+        word = trimmed(word.substr(0, word.size() - 1));
+    return sameName(word, ".exit") || sameName(word, ".quit");
 }
 
 const DatabaseSchema& SqlConsole::schema() {

@@ -25,6 +25,8 @@ public:
     // DatabaseError as the session throws it; UsageError for a command that is none.
     void run(const std::string& batch);
     [[nodiscard]] static bool isCommand(std::string_view line);
+    // The commands that end a script and the prompt: .exit and .quit. Whoever reads the lines follows them.
+    [[nodiscard]] static bool leaves(std::string_view line);
     // What statements can name now. Kept until a batch may have changed it.
     [[nodiscard]] const DatabaseSchema& schema();
 

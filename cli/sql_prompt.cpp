@@ -6,6 +6,7 @@
 #include "cli/line_editor.h"
 #include "cli/name_completion.h"
 #include "cli/statement_end.h"
+#include "host/services/script_batches.h"
 
 namespace basalt::cli {
 
@@ -20,35 +21,46 @@ bool isWord(const std::string& line, const char* word) {
 }
 
 bool leaves(const std::string& line) {
-    return isWord(line, "exit") || isWord(line, "quit") || isWord(line, ".exit") || isWord(line, ".quit");
+    return isWord(line, "exit") || isWord(line, "quit") || SqlConsole::leaves(line);
 }
 
 bool isBlank(const std::string& text) {
     return text.find_first_not_of(" \t\r\n;") == std::string::npos;
 }
 
+struct PromptBatch {
+    std::string text;
+    std::size_t times = 1;
+};
+
+// How often a line that ends the batch has it run; nullopt for any other line.
+std::optional<std::size_t> endOf(const std::string& line) {
+    return isWord(line, "go") ? 1 : host::batchEnd(line);
+}
+
 // The batch that the next lines make; nullopt at the end of the input or when the person leaves.
-std::optional<std::string> readBatch(LineEditor& editor) {
+std::optional<PromptBatch> readBatch(LineEditor& editor) {
     std::string batch;
     StatementEnd end;
     while (std::optional<std::string> line = editor.readLine(batch.empty() ? "basalt> " : "     -> ")) {
         if (batch.empty() && leaves(*line)) return std::nullopt;
         if (batch.empty() && SqlConsole::isCommand(*line)) {
             editor.remember(*line);
-            return line;
+            return PromptBatch{*line};
         }
         if (batch.empty() && isBlank(*line)) continue;
-        if (!end.insideText() && isWord(*line, "go")) {
+        const std::optional<std::size_t> times = end.insideText() ? std::nullopt : endOf(*line);
+        if (times) {
             if (isBlank(batch)) continue;
             editor.remember(end.oneLine());
-            return batch;
+            return PromptBatch{batch, *times};
         }
         if (!batch.empty()) batch += '\n';
         batch += *line;
         end.read(*line);
         if (end.reached()) {
             editor.remember(end.oneLine());
-            return batch;
+            return PromptBatch{batch};
         }
     }
     return std::nullopt;
@@ -62,9 +74,10 @@ void promptForStatements(Session& session, SqlConsole& console) {
               << "\nA statement ends with ; at the end of a line or with a line GO. .help tells more, exit leaves.\n";
     while (true) {
         try {
-            const std::optional<std::string> batch = readBatch(editor);
+            const std::optional<PromptBatch> batch = readBatch(editor);
             if (!batch) break;
-            console.run(*batch);
+            for (std::size_t i = 0; i < batch->times; ++i)
+                console.run(batch->text);
         } catch (const Interrupted&) {
             // The prompt begins anew.
         } catch (const std::exception& error) {

@@ -1,6 +1,7 @@
 #include "host/services/script_batches.h"
 
 #include <cctype>
+#include <charconv>
 
 namespace basalt::host {
 
@@ -12,11 +13,6 @@ std::string_view trimmed(std::string_view text) {
     while (!text.empty() && std::isspace(static_cast<unsigned char>(text.back())))
         text.remove_suffix(1);
     return text;
-}
-
-bool isSeparator(std::string_view line) {
-    line = trimmed(line);
-    return line.size() == 2 && (line[0] == 'g' || line[0] == 'G') && (line[1] == 'o' || line[1] == 'O');
 }
 
 }  // namespace
@@ -76,8 +72,10 @@ std::optional<BatchSplitter::Batch> BatchSplitter::add(std::string_view line) {
     // Editors on Windows mark the beginning of a file in UTF-8.
     constexpr std::string_view mark = "\xEF\xBB\xBF";
     if (line_ == 1 && line.substr(0, mark.size()) == mark) line.remove_prefix(mark.size());
-    if (!scanner_.insideText() && isSeparator(line)) {
+    const std::optional<std::size_t> times = scanner_.insideText() ? std::nullopt : batchEnd(line);
+    if (times) {
         std::optional<Batch> ended = finish();
+        if (ended) ended->times = *times;
         current_.firstLine = line_ + 1;
         return ended;
     }
@@ -97,11 +95,30 @@ bool BatchSplitter::atBegin() const {
     return trimmed(current_.text).empty();
 }
 
+void BatchSplitter::skipLine() {
+    ++line_;
+    current_ = {.text = {}, .firstLine = line_ + 1};
+}
+
+std::optional<std::size_t> batchEnd(std::string_view line) {
+    line = trimmed(line);
+    const bool go = line.size() >= 2 && (line[0] == 'g' || line[0] == 'G') && (line[1] == 'o' || line[1] == 'O');
+    if (!go) return std::nullopt;
+    line.remove_prefix(2);
+    const std::string_view number = trimmed(line);
+    if (number.empty()) return 1;
+    std::size_t times = 0;
+    const auto [end, failure] = std::from_chars(number.data(), number.data() + number.size(), times);
+    const bool apart = number.size() < line.size();
+    if (!apart || failure != std::errc() || end != number.data() + number.size()) return std::nullopt;
+    return times;
+}
+
 std::vector<std::string> splitBatches(std::string_view script) {
     std::vector<std::string> batches;
     BatchSplitter splitter;
     const auto keep = [&](std::optional<BatchSplitter::Batch> batch) {
-        if (batch) batches.push_back(std::move(batch->text));
+        if (batch) batches.insert(batches.end(), batch->times, batch->text);
     };
     while (!script.empty()) {
         const std::size_t end = script.find('\n');

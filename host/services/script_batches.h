@@ -2,7 +2,7 @@
 //
 //   for (const std::string& batch : splitBatches(script)) session.run(batch);
 //
-// A GO inside a quoted text, a name in brackets or a comment is text.
+// A GO inside a quoted text, a name in brackets or a comment is text. GO 3 has its batch run three times.
 #pragma once
 
 #include <optional>
@@ -39,6 +39,7 @@ public:
     struct Batch {
         std::string text;
         std::size_t firstLine = 1;  // in the script, counted from 1
+        std::size_t times = 1;      // to run it; 0 when its end said GO 0
     };
 
     // The batch that this line has ended. A batch of blanks is left out.
@@ -47,6 +48,8 @@ public:
     [[nodiscard]] std::optional<Batch> finish();
     // Nothing but blanks since the last GO.
     [[nodiscard]] bool atBegin() const;
+    // Passes a line that belongs to no batch. Only at the begin of one.
+    void skipLine();
 
 private:
     ScriptScanner scanner_;
@@ -54,6 +57,10 @@ private:
     std::size_t line_ = 0;
 };
 
+// How often a line that ends a batch has it run: 1 for GO, 3 for GO 3; nullopt for any other line.
+[[nodiscard]] std::optional<std::size_t> batchEnd(std::string_view line);
+
+// The batches in the order in which they run, one that is repeated as often as it is.
 [[nodiscard]] std::vector<std::string> splitBatches(std::string_view script);
 
 }  // namespace basalt::host

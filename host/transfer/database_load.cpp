@@ -1,6 +1,7 @@
 #include "host/transfer/database_load.h"
 
 #include "host/services/script_batches.h"
+#include "host/services/script_lines.h"
 #include "host/services/sql_access.h"
 
 namespace basalt::host {
@@ -25,14 +26,14 @@ std::size_t loadScript(Session& session, std::istream& script) {
     BatchSplitter splitter;
     std::size_t count = 0;
     const auto run = [&](const std::optional<BatchSplitter::Batch>& batch) {
-        if (!batch) return;
-        runBatch(session, *batch);
-        ++count;
+        for (std::size_t i = 0; batch && i < batch->times; ++i) {
+            runBatch(session, *batch);
+            ++count;
+        }
     };
-    for (std::string line; std::getline(script, line);) {
-        if (!script.eof()) line += '\n';
+    ScriptLines lines(script);
+    for (std::string line; lines.next(line);)
         run(splitter.add(line));
-    }
     run(splitter.finish());
     whole.commit();
     return count;

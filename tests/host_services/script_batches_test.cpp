@@ -54,5 +54,23 @@ TEST(DatabaseScripts, tablesComeBeforeTheDemoData) {
     EXPECT_TRUE(demo);
 }
 
+TEST(ScriptBatches, areRepeatedAsOftenAsGoSays) {
+    EXPECT_THAT(splitBatches("a\ngo 3\nb\nGO\t2 \r\nc\ngo 0\nd"), ElementsAre("a\n", "a\n", "a\n", "b\n", "b\n", "d"));
+    for (const char* script : {"a\ngo3\n", "a\ngo -1\n", "a\ngo 1.5\n", "a\ngo x\n", "a\ngo 99999999999999999999\n"})
+        EXPECT_THAT(splitBatches(script), ElementsAre(script));
+}
+
+TEST(ScriptBatches, linesThatBelongToNoneAreCounted) {
+    BatchSplitter splitter;
+    EXPECT_FALSE(splitter.add("\n"));
+    splitter.skipLine();
+    EXPECT_FALSE(splitter.add("a\n"));
+    const auto batch = splitter.add("go 2\n");
+    ASSERT_TRUE(batch);
+    EXPECT_EQ(batch->text, "a\n");
+    EXPECT_EQ(batch->firstLine, 3U);
+    EXPECT_EQ(batch->times, 2U);
+}
+
 }  // namespace
 }  // namespace basalt::host
