@@ -11,6 +11,7 @@
 #include "host/counter/scan_text.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
+#include "host/services/sql_access.h"
 #include "package/messages.h"
 
 namespace basalt::host {
@@ -120,20 +121,25 @@ LayoutPage::LayoutPage(DesktopContext context, QWidget* parent)
         Qt::QueuedConnection);
 }
 
-QSpinBox* LayoutPage::makeNumber(const QString& objectName, const QString& accessibleName, int BarcodeLayout::*field) {
+QSpinBox* LayoutPage::makeNumber(const QString& objectName, const QString& accessibleName, int BarcodeLayout::*field,
+                                 int most) {
     auto* input = new PersianSpinBox;
     input->setObjectName(objectName);
-    input->setRange(0, kLongestBarcode);
+    input->setRange(0, most);
     input->setAccessibleName(accessibleName);
     QObject::connect(input, &QSpinBox::valueChanged, this, [this] { edited(); });
     take_.emplace_back([input, field](BarcodeLayout& layout) { layout.*field = input->value(); });
-    fill_.emplace_back([input, field](const BarcodeLayout& layout) { input->setValue(layout.*field); });
+    fill_.emplace_back([input, field, most](const BarcodeLayout& layout) {
+        // A number that another program stored is shown as it is.
+        input->setRange(std::min(layout.*field, 0), std::max(layout.*field, most));
+        input->setValue(layout.*field);
+    });
     return input;
 }
 
 QSpinBox* LayoutPage::addNumber(QFormLayout& form, const char* objectName, const QString& title,
-                                int BarcodeLayout::*field) {
-    QSpinBox* input = makeNumber(QString::fromLatin1(objectName), title, field);
+                                int BarcodeLayout::*field, int most) {
+    QSpinBox* input = makeNumber(QString::fromLatin1(objectName), title, field, most);
     form.addRow(title, input);
     return input;
 }
@@ -143,11 +149,14 @@ void LayoutPage::addPlace(QFormLayout& form, const QString& name, const QString&
                           int BarcodeLayout::*count) {
     auto* row = new QHBoxLayout;
     row->setSpacing(8);
-    QSpinBox* first = makeNumber(name + QStringLiteral("Start_EDT"), QStringLiteral("%1 از رقم").arg(title), start);
+    QSpinBox* first =
+        makeNumber(name + QStringLiteral("Start_EDT"), QStringLiteral("%1 از رقم").arg(title), start, kLongestBarcode);
     row->addWidget(new QLabel(QStringLiteral("از")));
     row->addWidget(first, 1);
     row->addWidget(new QLabel(QStringLiteral("تعداد")));
-    row->addWidget(makeNumber(name + QStringLiteral("Count_EDT"), QStringLiteral("تعداد رقم %1").arg(title), count), 1);
+    row->addWidget(makeNumber(name + QStringLiteral("Count_EDT"), QStringLiteral("تعداد رقم %1").arg(title), count,
+                              kLongestBarcode),
+                   1);
     form.addRow(title, row);
 }
 
@@ -170,9 +179,10 @@ void LayoutPage::makeFields(QFormLayout& form) {
         fill_.emplace_back([input, isOn](const BarcodeLayout& layout) { input->setChecked(isOn(layout)); });
     };
 
-    auto* name = makeText("Title_EDT", QStringLiteral("عنوان"), kLongestTitle);
-    take_.emplace_back([name](BarcodeLayout& layout) { layout.title = name->text().toStdString(); });
-    fill_.emplace_back([name](const BarcodeLayout& layout) { name->setText(QString::fromStdString(layout.title)); });
+    title_ = makeText("Title_EDT", QStringLiteral("عنوان"), kLongestTitle);
+    take_.emplace_back([name = title_](BarcodeLayout& layout) { layout.title = name->text().toStdString(); });
+    fill_.emplace_back(
+        [name = title_](const BarcodeLayout& layout) { name->setText(QString::fromStdString(layout.title)); });
     auto* kind = new QComboBox;
     kind->setObjectName(QStringLiteral("BarCodeType_CMB"));
     // In the order of the kinds, from 1.
@@ -183,7 +193,7 @@ void LayoutPage::makeFields(QFormLayout& form) {
         if (kind->currentIndex() >= 0) layout.barCodeType = kind->currentIndex() + 1;
     });
     fill_.emplace_back([kind](const BarcodeLayout& layout) { kind->setCurrentIndex(layout.barCodeType - 1); });
-    addNumber(form, "DigitCount_EDT", QStringLiteral("تعداد رقم بارکد"), &BarcodeLayout::digitCount);
+    addNumber(form, "DigitCount_EDT", QStringLiteral("تعداد رقم بارکد"), &BarcodeLayout::digitCount, kLongestBarcode);
     auto* prefix = makeText("ConstantCode_EDT", QStringLiteral("پیش‌شماره"), kLongestPrefix);
     prefix->setValidator(new PersianDigitsShown(prefix));
     const auto shownPrefix = [](const BarcodeLayout& layout) {
@@ -196,8 +206,7 @@ void LayoutPage::makeFields(QFormLayout& form) {
     fill_.emplace_back([prefix, shownPrefix](const BarcodeLayout& layout) { prefix->setText(shownPrefix(layout)); });
     addPlace(form, QStringLiteral("Constant"), QStringLiteral("جای پیش‌شماره"),
              &BarcodeLayout::constantStart, &BarcodeLayout::constantCount);
-    addNumber(form, "ItemConstantCode_EDT", QStringLiteral("کالای ثابت"), &BarcodeLayout::itemConstantCode)
-        ->setMaximum(kMostGoods);
+    addNumber(form, "ItemConstantCode_EDT", QStringLiteral("کالای ثابت"), &BarcodeLayout::itemConstantCode, kMostGoods);
     addFlag(
         "ItemCodeType_CHK", QStringLiteral("رقم‌های کالا همان کد کالاست"),
         [](const BarcodeLayout& layout) { return layout.itemCodeType == 1; },
@@ -289,7 +298,8 @@ bool LayoutPage::mayLeave() {
                             .defaultButton = TMessageButton::Yes};
     switch (context_.host.Messages().show(question)) {
         case mrYes:
-            save();
+            if (!write()) return false;
+            reload(stored_.id);
             return true;
         case mrNo:
             show(stored_);
@@ -365,7 +375,40 @@ void LayoutPage::refresh() {
 }
 
 void LayoutPage::save() {
-    reload(store_.save(edited_));
+    if (write()) reload(stored_.id);
+}
+
+bool LayoutPage::write() {
+    const bool isNew = stored_.id == 0;
+    const TPermission permission = isNew ? prInsert : prEdit;
+    if (!may(permission)) return false;
+    if (QString::fromStdString(edited_.title).trimmed().isEmpty()) {
+        context_.host.Messages().show(
+            {.operation = "MsgRequiredField", .arguments = {"عنوان"}, .control = title_, .form = this});
+        title_->setFocus();
+        return false;
+    }
+    HostTransaction transaction(context_.host.session());
+    BarcodeLayout written = edited_;
+    if (isNew) {
+        written.id = store_.add(edited_);
+    } else if (!store_.change(stored_, edited_)) {
+        context_.host.Messages().show({.operation = "MsgRecordGone", .form = this});
+        return false;
+    }
+    log(permission, written);
+    transaction.commit();
+    stored_ = edited_ = written;
+    return true;
+}
+
+bool LayoutPage::may(TPermission permission) {
+    return context_.host.HavePermission(context_.host.UserInfo(), spGoods, permission, false, true, "");
+}
+
+void LayoutPage::log(TPermission permission, const BarcodeLayout& layout) {
+    context_.host.SetUserEvent(spGoods, permission,
+                               "الگوی بارکد " + std::to_string(layout.id) + " «" + layout.title + "»", true, true);
 }
 
 void LayoutPage::startNew() {
@@ -376,12 +419,16 @@ void LayoutPage::startNew() {
 }
 
 void LayoutPage::remove() {
+    if (!may(prDelete)) return;
     MessageRequest question{.operation = "MsgDeleteItem",
                             .arguments = {"الگو"},
                             .buttons = {TMessageButton::Yes, TMessageButton::No},
                             .defaultButton = TMessageButton::No};
     if (context_.host.Messages().show(question) != mrYes) return;
+    HostTransaction transaction(context_.host.session());
     store_.remove(stored_.id);
+    log(prDelete, stored_);
+    transaction.commit();
     reload(0);
 }
 

@@ -36,8 +36,9 @@ private:
     void makeButtons(QBoxLayout& layout);
     QPushButton* addButton(QBoxLayout& row, const char* objectName, const QString& title, const QKeySequence& key,
                            void (LayoutPage::*work)());
-    QSpinBox* makeNumber(const QString& objectName, const QString& accessibleName, int BarcodeLayout::*field);
-    QSpinBox* addNumber(QFormLayout& form, const char* objectName, const QString& title, int BarcodeLayout::*field);
+    QSpinBox* makeNumber(const QString& objectName, const QString& accessibleName, int BarcodeLayout::*field, int most);
+    QSpinBox* addNumber(QFormLayout& form, const char* objectName, const QString& title, int BarcodeLayout::*field,
+                        int most);
     void addPlace(QFormLayout& form, const QString& name, const QString& title, int BarcodeLayout::*start,
                   int BarcodeLayout::*count);
 
@@ -47,6 +48,11 @@ private:
     void edited();
     void refresh();
     void save();
+    // False when nothing was written: the user may not, or the layout lacks something; he has been told.
+    bool write();
+    [[nodiscard]] bool may(TPermission permission);
+    // Into the user log, as a part of the open transaction.
+    void log(TPermission permission, const BarcodeLayout& layout);
     void startNew();
     void remove();
 
@@ -60,6 +66,7 @@ private:
     std::vector<std::function<void(BarcodeLayout&)>> take_;
     std::vector<std::function<void(const BarcodeLayout&)>> fill_;
     QListWidget* list_ = nullptr;
+    QLineEdit* title_ = nullptr;
     QLineEdit* sample_ = nullptr;
     QLabel* preview_ = nullptr;
     QLabel* problems_ = nullptr;

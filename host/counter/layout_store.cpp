@@ -10,6 +10,37 @@ Value integer(int value) {
     return std::int64_t{value};
 }
 
+struct Column {
+    const char* name;
+    Value (*of)(const BarcodeLayout& layout);
+};
+
+template <int BarcodeLayout::*Field>
+Value numberOf(const BarcodeLayout& layout) {
+    return integer(layout.*Field);
+}
+
+constexpr Column kColumns[] = {
+    {"Title", [](const BarcodeLayout& l) { return Value(l.title); }},
+    {"DigitCount", numberOf<&BarcodeLayout::digitCount>},
+    {"ConstantStart", numberOf<&BarcodeLayout::constantStart>},
+    {"ConstantCount", numberOf<&BarcodeLayout::constantCount>},
+    {"ConstantCode", [](const BarcodeLayout& l) { return Value(l.constantCode); }},
+    {"BarCodeType", numberOf<&BarcodeLayout::barCodeType>},
+    {"ItemConstantCode", numberOf<&BarcodeLayout::itemConstantCode>},
+    {"ItemCodeType", numberOf<&BarcodeLayout::itemCodeType>},
+    {"ItemCodeStart", numberOf<&BarcodeLayout::itemCodeStart>},
+    {"ItemCodeCount", numberOf<&BarcodeLayout::itemCodeCount>},
+    {"AmountStart", numberOf<&BarcodeLayout::amountStart>},
+    {"AmountCount", numberOf<&BarcodeLayout::amountCount>},
+    {"AmountDivide", numberOf<&BarcodeLayout::amountDivide>},
+    {"BalanceNoStart", numberOf<&BarcodeLayout::balanceNoStart>},
+    {"BalanceNoCount", numberOf<&BarcodeLayout::balanceNoCount>},
+    {"BalanceNoAsStore", [](const BarcodeLayout& l) { return Value(l.balanceNoAsStore); }},
+    {"PriceStart", numberOf<&BarcodeLayout::priceStart>},
+    {"PriceCount", numberOf<&BarcodeLayout::priceCount>},
+};
+
 }  // namespace
 
 std::vector<BarcodeLayout> LayoutStore::all() {
@@ -45,20 +76,19 @@ std::vector<BarcodeLayout> LayoutStore::all() {
     return layouts;
 }
 
-int LayoutStore::save(const BarcodeLayout& l) {
-    if (l.id != 0) {
-        execute(session_,
-                "UPDATE dbo.BarCodeFormul SET Title = ?, DigitCount = ?, ConstantStart = ?, ConstantCount = ?, "
-                "ConstantCode = ?, BarCodeType = ?, ItemConstantCode = ?, ItemCodeType = ?, ItemCodeStart = ?, "
-                "ItemCodeCount = ?, AmountStart = ?, AmountCount = ?, AmountDivide = ?, BalanceNoStart = ?, "
-                "BalanceNoCount = ?, BalanceNoAsStore = ?, PriceStart = ?, PriceCount = ? WHERE ID = ?",
-                {l.title, integer(l.digitCount), integer(l.constantStart), integer(l.constantCount), l.constantCode,
-                 integer(l.barCodeType), integer(l.itemConstantCode), integer(l.itemCodeType), integer(l.itemCodeStart),
-                 integer(l.itemCodeCount), integer(l.amountStart), integer(l.amountCount), integer(l.amountDivide),
-                 integer(l.balanceNoStart), integer(l.balanceNoCount), l.balanceNoAsStore, integer(l.priceStart),
-                 integer(l.priceCount), integer(l.id)});
-        return l.id;
+bool LayoutStore::change(const BarcodeLayout& from, const BarcodeLayout& to) {
+    HostTransaction transaction(session_);
+    for (const Column& column : kColumns) {
+        const Value value = column.of(to);
+        if (value == column.of(from)) continue;
+        const std::string statement = std::string("UPDATE dbo.BarCodeFormul SET ") + column.name + " = ? WHERE ID = ?";
+        if (execute(session_, statement, {value, integer(to.id)}) == 0) return false;
     }
+    transaction.commit();
+    return true;
+}
+
+int LayoutStore::add(const BarcodeLayout& l) {
     HostTransaction transaction(session_);
     execute(
         session_,

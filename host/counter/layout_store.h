@@ -14,8 +14,11 @@ public:
 
     // By length, prefix and number.
     [[nodiscard]] std::vector<BarcodeLayout> all();
-    // Writes the layout; gives its number, which a new one (id 0) gets now.
-    int save(const BarcodeLayout& layout);
+    // Gives the number that the new layout gets; its own is not looked at.
+    int add(const BarcodeLayout& layout);
+    // Writes the columns that differ, so that what other programs stored in the others stays. False, with nothing
+    // written, when there is no such layout any more.
+    [[nodiscard]] bool change(const BarcodeLayout& from, const BarcodeLayout& to);
     void remove(int id);
 
 private:

@@ -4,11 +4,13 @@
 #include <QCheckBox>
 
 #include "host/screens/persian_digits.h"
+#include "host/services/sql_access.h"
 #include "tests/host_desktop/desktop_test.h"
 
 namespace basalt::host {
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 class Layouts : public DesktopTest {
@@ -146,6 +148,89 @@ TEST_F(Layouts, unsavedChangesAreAskedFor) {
     EXPECT_TRUE(page->mayLeave());
     EXPECT_EQ(linesOf(*session, "SELECT AmountCount FROM dbo.BarCodeFormul WHERE ConstantCode = N'28'").at(0), "4");
     EXPECT_TRUE(page->mayLeave());
+}
+
+TEST_F(Layouts, aUserWithoutTheRightChangesNothing) {
+    host.signInAs(2);
+    choose("28");
+    const auto before = linesOf(*session, "SELECT * FROM dbo.BarCodeFormul ORDER BY ID");
+    number("AmountCount_EDT").setValue(4);
+    click(*page, "Save_BTN");
+    click(*page, "Delete_BTN");
+    messages.answers = {mrYes};  // to the question; then he is told again that he may not
+    EXPECT_FALSE(page->mayLeave());
+    messages.answers = {mrNo};
+    click(*page, "New_BTN");
+    type(*page, "Title_EDT", "تازه");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(linesOf(*session, "SELECT * FROM dbo.BarCodeFormul ORDER BY ID"), before);
+    std::vector<std::string> operations;
+    for (const MessageRequest& request : messages.shown)
+        operations.push_back(request.operation);
+    EXPECT_THAT(operations, ElementsAre("HavePermission", "HavePermission", "MsgUnsavedChanges", "HavePermission",
+                                        "MsgUnsavedChanges", "HavePermission"));
+}
+
+TEST_F(Layouts, everyChangeIsLogged) {
+    choose("28");
+    const std::string id = linesOf(*session, "SELECT ID FROM dbo.BarCodeFormul WHERE ConstantCode = N'28'").at(0);
+    number("AmountCount_EDT").setValue(4);
+    click(*page, "Save_BTN");
+    messages.answers = {mrYes};
+    click(*page, "Delete_BTN");
+    click(*page, "New_BTN");
+    type(*page, "Title_EDT", "تازه");
+    type(*page, "ConstantCode_EDT", "21");
+    click(*page, "Save_BTN");
+    const std::string made = linesOf(*session, "SELECT ID FROM dbo.BarCodeFormul WHERE ConstantCode = N'21'").at(0);
+    std::vector<std::string> events;
+    for (const UserLogEntry& event : host.userLog().latest(3))
+        events.push_back(std::to_string(event.part) + "|" + std::to_string(event.permission) + "|" + event.text);
+    EXPECT_THAT(events, ElementsAre("102|" + std::to_string(prInsert) + "|الگوی بارکد " + made + " «تازه»",
+                                    "102|" + std::to_string(prDelete) + "|الگوی بارکد " + id + " «وزن با کد کالا»",
+                                    "102|" + std::to_string(prEdit) + "|الگوی بارکد " + id + " «وزن با کد کالا»"));
+}
+
+TEST_F(Layouts, aTitleIsRequired) {
+    choose("28");
+    type(*page, "Title_EDT", "  ");
+    click(*page, "Save_BTN");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgRequiredField('عنوان')"));
+    EXPECT_EQ(page->focusWidget(), &control(*page, "Title_EDT"));
+    messages.answers = {mrYes};
+    EXPECT_FALSE(page->mayLeave());
+    EXPECT_EQ(linesOf(*session, "SELECT Title FROM dbo.BarCodeFormul WHERE ConstantCode = N'28'").at(0),
+              "وزن با کد کالا");
+}
+
+TEST_F(Layouts, storedNumbersAreShownAsTheyAreAndOnlyChangesAreWritten) {
+    execute(*session,
+            "UPDATE dbo.BarCodeFormul SET AmountStart = -3, PriceCount = 250, ItemCodeType = 7, Title = NULL "
+            "WHERE ConstantCode = N'28'");
+    page->enter();
+    choose("28");
+    EXPECT_EQ(number("AmountStart_EDT").value(), -3);
+    EXPECT_EQ(number("PriceCount_EDT").value(), 250);
+    EXPECT_FALSE(control(*page, "Save_BTN").isEnabled());
+    type(*page, "Title_EDT", "وزن");
+    // Meanwhile, by another program.
+    execute(*session, "UPDATE dbo.BarCodeFormul SET BalanceNoStart = 9 WHERE ConstantCode = N'28'");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(linesOf(*session,
+                      "SELECT Title, AmountStart, PriceCount, ItemCodeType, BalanceNoStart FROM dbo.BarCodeFormul "
+                      "WHERE ConstantCode = N'28'")
+                  .at(0),
+              "وزن|-3|250|7|9");
+    choose("29");
+    EXPECT_EQ(number("AmountStart_EDT").minimum(), 0);
+}
+
+TEST_F(Layouts, oneThatIsGoneIsTold) {
+    choose("28");
+    number("AmountCount_EDT").setValue(4);
+    execute(*session, "DELETE FROM dbo.BarCodeFormul WHERE ConstantCode = N'28'");
+    click(*page, "Save_BTN");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgRecordGone()"));
 }
 
 }  // namespace
