@@ -2,6 +2,7 @@
 
 #include "ado/error.h"
 #include "ado/names.h"
+#include "host/transfer/database_dump.h"
 #include "host/transfer/definition_text.h"
 
 namespace basalt::cli {
@@ -105,18 +106,19 @@ void SqlConsole::listTables() {
 }
 
 void SqlConsole::showSchema(std::string_view name) {
+    if (name.empty()) return host::dumpDefinitions(schema(), out_);
     const std::string_view wanted = bareName(name);
-    bool found = name.empty();
+    bool found = false;
     const auto show = [&](const std::string& text) { out_ << text << (text.ends_with('\n') ? "GO\n" : "\nGO\n"); };
     for (const TableSchema& table : schema().tables) {
-        if (!name.empty() && !sameName(table.name, wanted)) continue;
+        if (!sameName(table.name, wanted)) continue;
         found = true;
         show(host::tableText(table));
         for (const IndexSchema& index : table.indexes)
             show(host::indexText(table, index));
     }
     for (const ModuleSchema& module : schema().modules) {
-        if (!name.empty() && !sameName(module.name, wanted)) continue;
+        if (!sameName(module.name, wanted)) continue;
         found = true;
         show(host::moduleText(module));
     }

@@ -24,7 +24,8 @@ constexpr const char* kHead =
 
 class DumpWriter {
 public:
-    DumpWriter(Session& session, std::ostream& out) : session_(session), out_(out) {}
+    // Without a session the rows are left out.
+    DumpWriter(Session* session, std::ostream& out) : session_(session), out_(out) {}
 
     void write(const DatabaseSchema& schema) {
         const DefinitionOrder order = definitionOrder(schema);
@@ -37,7 +38,7 @@ public:
             if (item.module && !isProcedure(item)) batch(moduleText(*item.module));
         }
         for (const DefinitionOrder::Item& item : order.items) {
-            if (item.table) rowsOfTable(*item.table);
+            if (item.table && session_) rowsOfTable(*item.table, *session_);
         }
         for (const TableSchema& table : schema.tables) {
             for (const ForeignKeySchema& reference : table.foreignKeys) {
@@ -68,7 +69,7 @@ private:
             batch(indexText(table, index));
     }
 
-    void rowsOfTable(const TableSchema& table) {
+    void rowsOfTable(const TableSchema& table, Session& session) {
         std::string columns;
         std::vector<std::string> types;
         bool identity = false;
@@ -79,9 +80,9 @@ private:
             identity = identity || column.identity.has_value();
         }
         const RowSet rows =
-            rowsOf(session_, "SELECT " + columns + " FROM dbo." + bracketed(table.name) + keyOrder(table));
+            rowsOf(session, "SELECT " + columns + " FROM dbo." + bracketed(table.name) + keyOrder(table));
         const std::string name = "dbo." + bracketed(table.name);
-        if (rows.rowCount() == 0) return goOnBehind(table, rows);
+        if (rows.rowCount() == 0) return goOnBehind(table, rows, session);
         const std::string head = "INSERT INTO " + name + " (" + columns + ") VALUES\n";
         if (identity) batch("SET IDENTITY_INSERT " + name + " ON");
         std::string statement;
@@ -98,22 +99,22 @@ private:
         }
         batch(statement);
         if (identity) batch("SET IDENTITY_INSERT " + name + " OFF");
-        goOnBehind(table, rows);
+        goOnBehind(table, rows, session);
     }
 
     // Numbers that were given to rows which are gone are not given again.
-    void goOnBehind(const TableSchema& table, const RowSet& rows) {
+    void goOnBehind(const TableSchema& table, const RowSet& rows, Session& session) {
         std::size_t position = 0;
         for (const ColumnSchema& column : table.columns) {
-            if (column.identity) return goOnBehind(table, *column.identity, rows, position);
+            if (column.identity) return goOnBehind(table, *column.identity, rows, position, session);
             if (column.computedText.empty()) ++position;
         }
     }
 
     void goOnBehind(const TableSchema& table, const ColumnSchema::Identity& identity, const RowSet& rows,
-                    std::size_t position) {
+                    std::size_t position, Session& session) {
         const std::string name = "dbo." + bracketed(table.name);
-        const RowSet counter = rowsOf(session_,
+        const RowSet counter = rowsOf(session,
                                       "SELECT CAST(last_value AS bigint) FROM sys.identity_columns "
                                       "WHERE object_id = OBJECT_ID(" +
                                           sqlLiteral(name, "nvarchar(300)") + ")");
@@ -151,7 +152,7 @@ private:
         return text + ")";
     }
 
-    Session& session_;
+    Session* session_;
     std::ostream& out_;
 };
 
@@ -159,7 +160,11 @@ private:
 
 void dumpDatabase(Session& session, const DatabaseSchema& schema, std::ostream& out) {
     const HostTransaction moment(session);
-    DumpWriter(session, out).write(schema);
+    DumpWriter(&session, out).write(schema);
+}
+
+void dumpDefinitions(const DatabaseSchema& schema, std::ostream& out) {
+    DumpWriter(nullptr, out).write(schema);
 }
 
 }  // namespace basalt::host

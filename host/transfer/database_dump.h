@@ -19,4 +19,7 @@ namespace basalt::host {
 // std::runtime_error when the stream cannot be written.
 void dumpDatabase(Session& session, const DatabaseSchema& schema, std::ostream& out);
 
+// The same without the rows.
+void dumpDefinitions(const DatabaseSchema& schema, std::ostream& out);
+
 }  // namespace basalt::host

@@ -51,6 +51,17 @@ TEST_F(DumpAndLoad, theReferenceDatabaseComesBackTheSame) {
     EXPECT_TRUE(copy->integrityCheck().empty());
 }
 
+TEST_F(DumpAndLoad, theDefinitionsAloneMakeTheSameDatabaseWithoutRows) {
+    deployDatabase(*session_, {.demo = true});
+    std::ostringstream definitions;
+    dumpDefinitions(session_->schema(), definitions);
+    const auto copy = loaded(definitions.str());
+    EXPECT_EQ(cell(*copy, "SELECT COUNT(*) FROM GoodInf"), "0");
+    std::ostringstream again;
+    dumpDefinitions(copy->schema(), again);
+    EXPECT_EQ(again.str(), definitions.str());
+}
+
 TEST_F(DumpAndLoad, aTableWithAKeyOfAnotherOrderIsSoundAfterDeploying) {
     session_->run(
         "CREATE TABLE dbo.CostLevel (Code int NOT NULL, Name nvarchar(50) NOT NULL, Comment nvarchar(500) NULL, "
