@@ -1,5 +1,6 @@
 #include "goods/getboxweight_frm.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QGroupBox>
@@ -42,10 +43,10 @@ QString withDigitsFrom(char16_t zero, QString text) {
 
 // As the user reads it, and as it is compared, kept and taken for a number.
 QString shown(const QString& text) {
-    return withDigitsFrom(kPersianZero, text);
+    return withDigitsFrom(kPersianZero, text).replace(QLatin1Char('.'), QChar(kPersianPoint));
 }
 QString plain(const QString& text) {
-    return withDigitsFrom(u'0', text);
+    return withDigitsFrom(u'0', text).replace(QChar(kPersianPoint), QLatin1Char('.'));
 }
 
 // Of a number that is being typed either side of the point may be left out.
@@ -73,7 +74,7 @@ std::optional<QString> typed(const QKeyEvent& key) {
     const QString text = key.text();
     if (text.size() != 1) return std::nullopt;
     if (text[0].isDigit()) return shown(text);
-    if (text[0] == QLatin1Char('.') || text[0] == QChar(kPersianPoint)) return QStringLiteral(".");
+    if (text[0] == QLatin1Char('.') || text[0] == QChar(kPersianPoint)) return QString(QChar(kPersianPoint));
     return std::nullopt;
 }
 
@@ -92,10 +93,10 @@ class WeightsOnly final : public DigitsShown {
 public:
     using DigitsShown::DigitsShown;
     State validate(QString& text, int& cursor) const override {
-        text.replace(QChar(kPersianPoint), QLatin1Char('.'));
-        const bool weight = text.count(QLatin1Char('.')) <= 1 && std::all_of(text.begin(), text.end(), [](QChar c) {
-                                return c.isDigit() || c == QLatin1Char('.');
-                            });
+        const QString number = plain(text);
+        const bool weight =
+            number.count(QLatin1Char('.')) <= 1 &&
+            std::all_of(number.begin(), number.end(), [](QChar c) { return c.isDigit() || c == QLatin1Char('.'); });
         return weight ? DigitsShown::validate(text, cursor) : Invalid;
     }
 };
@@ -155,7 +156,7 @@ void TGetBoxWeight_FRM::FormCreate(QObject* sender) {
     for (const std::string& weight : StoredList(kHistory))
         weight_->addItem(shown(QString::fromStdString(weight)));
     weight_->setCurrentIndex(-1);
-    weight_->setEditText(firstWeight_ > 0 ? QString::fromStdString(FloatToStr_VRO(firstWeight_)) : QString());
+    weight_->setEditText(firstWeight_ > 0 ? shown(QString::fromStdString(FloatToStr_VRO(firstWeight_))) : QString());
     if (firstCount_ > 0) count_->setText(QString::number(firstCount_));
 }
 
@@ -217,9 +218,14 @@ bool TGetBoxWeight_FRM::eventFilter(QObject* watched, QEvent* event) {
         QLineEdit& edit = *weight_->lineEdit();
         const auto text = typed(key);
         // A point too many, unless it takes the place of the one that is there.
-        const bool second = text == QLatin1String(".") && edit.text().contains(QLatin1Char('.')) &&
-                            !edit.selectedText().contains(QLatin1Char('.'));
-        if (text && !second) edit.insert(*text);
+        const QChar point(kPersianPoint);
+        const bool second =
+            text && *text == point && edit.text().contains(point) && !edit.selectedText().contains(point);
+        if (text && !second) {
+            edit.insert(*text);
+        } else {
+            QApplication::beep();  // or a minus would seem to have been taken
+        }
         return true;
     }
     return TBaseDock_FRM::eventFilter(watched, event);

@@ -4,8 +4,8 @@
 //   int count = 0;
 //   if (Get_BoxesWeight(weight, count)) net = gross - weight * count;
 //
-// The weights entered before are offered again, also after a restart. Digits are shown as Persian ones; a weight may be
-// typed with either side of its point left out.
+// The weights entered before are offered again, also after a restart. Digits and the decimal point are shown as Persian
+// ones; a weight may be typed with either side of its point left out.
 #pragma once
 
 #include <QObject>

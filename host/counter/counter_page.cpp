@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QScopeGuard>
 #include <QShortcut>
 #include <QStringList>
 #include <QStyle>
@@ -12,8 +13,10 @@
 
 #include "host/counter/counter_ledger.h"
 #include "host/counter/persian_inputs.h"
+#include "host/counter/scan_text.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
+#include "host/services/host_parts.h"
 #include "host/services/sql_access.h"
 #include "package/numbers.h"
 
@@ -149,6 +152,7 @@ void CounterPage::makeScanRow(QBoxLayout& layout) {
         each->installEventFilter(this);
     QObject::connect(person_, &QSpinBox::editingFinished, this, [this] {
         if (person_->hasFocus()) scan_->setFocus();  // Enter; leaving it goes where the user wants
+        context_.handlers.guarded(this, [this] { (void)personIsKnown(); });
     });
     QObject::connect(scan_, &QLineEdit::returnPressed, this,
                      [this] { context_.handlers.guarded(this, [this] { scan(); }); });
@@ -212,7 +216,7 @@ void CounterPage::makeFooter(QBoxLayout& layout) {
     row->addWidget(policy_);
     addButton(*row, "Tare_BTN", QStringLiteral("وزن ظرف"), QKeySequence(Qt::Key_F8), &CounterPage::tare);
     addButton(*row, "RemoveLine_BTN", QStringLiteral("حذف سطر"), QKeySequence(Qt::Key_F7), &CounterPage::removeLine);
-    addButton(*row, "Clear_BTN", QStringLiteral("فاکتور تازه"), QKeySequence(Qt::Key_F4), &CounterPage::clearInvoice);
+    addButton(*row, "Clear_BTN", QStringLiteral("فاکتور تازه"), QKeySequence(Qt::Key_F4), &CounterPage::startNew);
     row->addStretch();
     progress_ = new QProgressBar;
     progress_->setObjectName(QStringLiteral("Progress_BAR"));
@@ -229,10 +233,6 @@ void CounterPage::makeFooter(QBoxLayout& layout) {
     addButton(*row, "SendToScale_BTN", QStringLiteral("ارسال به ترازو"), QKeySequence(Qt::Key_F9),
               &CounterPage::sendToScale);
     layout.addLayout(row);
-    QObject::connect(policy_, &QComboBox::activated, this, [this](int index) {
-        context_.handlers.guarded(this,
-                                  [this, index] { context_.host.setSetting("NegativeType", std::to_string(index)); });
-    });
 }
 
 void CounterPage::enter() {
@@ -242,9 +242,41 @@ void CounterPage::enter() {
     for (std::size_t i = 0; i < stores.rowCount(); ++i)
         store_->addItem(QString::fromStdString(textAt(stores, 1, i)), static_cast<int>(integerAt(stores, 0, i)));
     if (const int index = store_->findData(chosen); chosen.isValid() && index >= 0) store_->setCurrentIndex(index);
-    policy_->setCurrentIndex(context_.host.SettingRecord().NegativeType);
+    showPolicy();
     showLines();
     scan_->setFocus();
+}
+
+bool CounterPage::mayLeave() {
+    if (invoice_.lines().empty()) return true;
+    const MessageRequest question{.operation = "MsgUnsavedChanges",
+                                  .buttons = {TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel},
+                                  .defaultButton = TMessageButton::Yes,
+                                  .form = this};
+    switch (context_.host.Messages().show(question)) {
+        case mrYes:
+            return write();
+        case mrNo:
+            clearInvoice();
+            return true;
+        default:
+            return false;
+    }
+}
+
+void CounterPage::showPolicy() {
+    policy_->setCurrentIndex(context_.host.SettingRecord().NegativeType);
+    policy_->setEnabled(context_.host.HavePermission(context_.host.UserInfo(), hpSettings, prEdit, false, false, ""));
+}
+
+bool CounterPage::personIsKnown() {
+    const std::int64_t code = person_->value();
+    if (code == 0) return true;
+    if (rowsOf(context_.host.session(), "SELECT Code FROM dbo.PerInf WHERE Code = ?", {code}).rowCount() > 0)
+        return true;
+    report(ScanMood::Refused,
+           QStringLiteral("شخصی با کد %1 تعریف نشده است.").arg(persianDigits(QString::number(code))));
+    return false;
 }
 
 // Typing anywhere but into the person's code is a scan: a scanner does not know where the focus is.
@@ -270,7 +302,14 @@ void CounterPage::scan() {
     scan_->clear();
     if (typed.trimmed().isEmpty()) return;
     const std::size_t before = invoice_.lines().size();
-    const ScanReport done = scanner_.scan(typed, {.person = person_->value(), .removing = removing_->isChecked()});
+    ScanReport done;
+    try {
+        done = scanner_.scan(typed, {.person = person_->value(), .removing = removing_->isChecked()});
+    } catch (...) {
+        // The result of the scan before must not stand for this one.
+        report(ScanMood::Refused, QStringLiteral("بارکد %1 خوانده نشد.").arg(persianDigits(repairedScan(typed))));
+        throw;
+    }
     showLines();
     // What is done next, a tare for instance, is meant for what was just scanned.
     if (invoice_.lines().size() > before) grid_->setCurrentCell(grid_->rowCount() - 1, 0);
@@ -321,27 +360,50 @@ int CounterPage::store() const {
 }
 
 void CounterPage::save() {
+    (void)write();
+}
+
+bool CounterPage::stockAllows(const std::string& date) {
+    // The module goes by the company's setting; the choice is for this invoice and nobody else's.
+    const int companys = context_.host.SettingRecord().NegativeType;
+    const int chosen = policy_->isEnabled() ? policy_->currentIndex() : companys;
+    const auto set = [this](int value) { context_.host.setSetting("NegativeType", std::to_string(value)); };
+    const auto check = [&] {
+        return calls_("Check_TockMinus", {{"SelectQuery", invoice_.stockQuery(store())},
+                                          {"Date", date},
+                                          {"GlobalID", 0},
+                                          {"StoreTransition", false}})
+            .result.asBool();
+    };
+    if (chosen == companys) return check();
+    set(chosen);
+    const auto restore = qScopeGuard([&] { set(companys); });
+    return check();
+}
+
+bool CounterPage::write() {
     if (invoice_.lines().empty()) {
         report(ScanMood::Warned, QStringLiteral("فاکتور سطری ندارد."));
-        return;
+        return false;
+    }
+    if (!personIsKnown()) {
+        person_->setFocus();
+        person_->selectAll();
+        return false;
     }
     const std::string today = context_.host.NowDate("/");
-    const bool mayBeSaved = calls_("Check_TockMinus", {{"SelectQuery", invoice_.stockQuery(store())},
-                                                       {"Date", today},
-                                                       {"GlobalID", 0},
-                                                       {"StoreTransition", false}})
-                                .result.asBool();
-    if (!mayBeSaved) {
+    if (!stockAllows(today)) {
         const std::string codes = calls_("strMinusGoodCodes", {}).result.asText();
         report(ScanMood::Refused, QStringLiteral("فاکتور ثبت نشد؛ موجودی کالاهای %1 کافی نیست.")
                                       .arg(persianDigits(QString::fromStdString(codes))));
-        return;
+        return false;
     }
     const int number = postSale(context_.host.session(), invoice_, store(), person_->value(), today);
     const QString total = amountText(scanner_.total());
     clearInvoice();
     report(ScanMood::Matched,
            QStringLiteral("فاکتور %1 به مبلغ %2 ثبت شد.").arg(persianDigits(QString::number(number)), total));
+    return true;
 }
 
 void CounterPage::tare() {
@@ -413,11 +475,17 @@ void CounterPage::removeLine() {
     report(ScanMood::Removed, QStringLiteral("سطر حذف شد."));
 }
 
+void CounterPage::startNew() {
+    const bool hadLines = !invoice_.lines().empty();
+    if (mayLeave() && !hadLines) clearInvoice();  // else it is clear, and the result says how
+}
+
 void CounterPage::clearInvoice() {
     invoice_.clear();
     scanner_.resetPriceSum();
     grid_->setCurrentCell(-1, -1);
     showLines();
+    showPolicy();
     report(ScanMood::Warned, QStringLiteral("آمادهٔ اسکن"));
     scan_->setFocus();
 }

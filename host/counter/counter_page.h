@@ -25,6 +25,8 @@ public:
     explicit CounterPage(DesktopContext context, QWidget* parent = nullptr);
 
     void enter() override;
+    // Asks about an invoice that is not saved; without it the invoice is forgotten.
+    [[nodiscard]] bool mayLeave() override;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -38,9 +40,17 @@ private:
 
     void scan();
     void save();
+    // False when the invoice is still there; what kept it is told.
+    bool write();
+    // As the company's setting says, and who may change that may choose for the invoice.
+    void showPolicy();
+    [[nodiscard]] bool stockAllows(const std::string& date);
+    // False, and told, for a code that nobody has; 0 is nobody.
+    bool personIsKnown();
     void tare();
     void sendToScale();
     void removeLine();
+    void startNew();
     void clearInvoice();
 
     void report(ScanMood mood, const QString& text);

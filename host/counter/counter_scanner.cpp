@@ -1,5 +1,8 @@
 #include "host/counter/counter_scanner.h"
 
+#include <algorithm>
+#include <optional>
+
 #include "ado/error.h"
 #include "host/counter/scan_text.h"
 #include "host/screens/display_format.h"
@@ -16,6 +19,15 @@ constexpr int kPrice = 3;
 constexpr int kNew = 1;
 constexpr int kDelete = 2;
 constexpr int kExists = 1;
+
+// What a server takes for a number may be none here: "1E002", or more than a code holds.
+std::optional<int> codeOf(const std::string& text) {
+    const bool digits =
+        !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+    bool fits = false;
+    const int code = QString::fromStdString(text).toInt(&fits);
+    return digits && fits ? std::optional(code) : std::nullopt;
+}
 
 QString quoted(const std::string& name) {
     return QStringLiteral("«%1»").arg(QString::fromStdString(name));
@@ -70,14 +82,19 @@ ScanReport CounterScanner::takeGood(const ScanOptions& options) {
         return {ScanMood::Refused, QStringLiteral("کالای %1 تعریف نشده است.")
                                        .arg(persianDigits(QString::fromStdString(data["GoodCode"].asText())))};
     CounterLine line;
+    const auto good = codeOf(data["GoodCode"].asText());
+    if (!good)
+        return {ScanMood::Refused, QStringLiteral("بارکد خوانا نیست: «%1» کد کالا نیست.")
+                                       .arg(persianDigits(QString::fromStdString(data["GoodCode"].asText())))};
+    line.good = *good;
     try {
-        line.good = static_cast<int>(data["GoodCode"].asInteger());
         line.amount = StrToFloat_VRO(data["Weight"].asText());
         line.price = StrToFloat_VRO(data["Fi"].asText());
     } catch (const DatabaseError& error) {
         if (error.category() != ErrorCategory::Conversion) throw;
         return {ScanMood::Refused, QStringLiteral("مقدار یا قیمت بارکد عدد نیست.")};
     }
+    if (line.amount <= 0) return {ScanMood::Refused, QStringLiteral("وزن در بارکد صفر است؛ کالا را دوباره وزن کنید.")};
     if (data["BalanceNum"].asText() != "-1") line.scale = data["BalanceNum"].asText();
     return takeLine(std::move(line), options.removing);
 }

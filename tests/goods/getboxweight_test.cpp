@@ -108,7 +108,7 @@ TEST_F(BoxWeight, showsWhatItWasGiven) {
     double weight = 0.35;
     int count = 12;
     (void)ask(weight, count, [this] {
-        EXPECT_EQ(weightBox().currentText(), "۰.۳۵");
+        EXPECT_EQ(weightBox().currentText(), "۰٫۳۵");
         EXPECT_EQ(countEdit().text(), "۱۲");
         EXPECT_EQ(dialog->focusWidget(), &countEdit());
     });
@@ -231,7 +231,7 @@ TEST_F(BoxWeight, everyWeightIsKeptOnce) {
     EXPECT_THAT(host.storedLists[kHistory], ElementsAre("0.35", "0.350"));
     (void)ask(weight, count, [this] {
         ASSERT_EQ(weightBox().count(), 2);
-        EXPECT_EQ(weightBox().itemText(0), "۰.۳۵");
+        EXPECT_EQ(weightBox().itemText(0), "۰٫۳۵");
     });
 }
 
@@ -252,15 +252,15 @@ TEST_F(BoxWeight, theWeightTakesDigitsAndOnePoint) {
     (void)ask(weight, count, [this] {
         QLineEdit& edit = *weightBox().lineEdit();
         QTest::keyClicks(&weightBox(), "1a2-,. 5.6");
-        EXPECT_EQ(edit.text(), "۱۲.۵۶");
+        EXPECT_EQ(edit.text(), "۱۲٫۵۶");
         QTest::keyClick(&weightBox(), Qt::Key_Backspace);
-        EXPECT_EQ(edit.text(), "۱۲.۵");
+        EXPECT_EQ(edit.text(), "۱۲٫۵");
         edit.setSelection(1, 2);  // with the point
         QTest::keyClicks(&weightBox(), ".");
-        EXPECT_EQ(edit.text(), "۱.۵");
+        EXPECT_EQ(edit.text(), "۱٫۵");
         edit.setSelection(2, 1);  // without it
         QTest::keyClicks(&weightBox(), ".");
-        EXPECT_EQ(edit.text(), "۱.۵");
+        EXPECT_EQ(edit.text(), "۱٫۵");
         edit.selectAll();
         QTest::keyClicks(&weightBox(), QString::fromUtf8("7"));
         EXPECT_EQ(edit.text(), "۷");
@@ -272,7 +272,7 @@ TEST_F(BoxWeight, theWeightTakesDigitsAndOnePoint) {
             QKeyEvent typed(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString::fromUtf8(key));
             QCoreApplication::sendEvent(&weightBox(), &typed);
         }
-        EXPECT_EQ(edit.text(), "۷۳.۵");
+        EXPECT_EQ(edit.text(), "۷۳٫۵");
     });
 }
 
@@ -297,12 +297,12 @@ TEST_F(BoxWeight, theWeightRefusesWhatIsDroppedOrPastedAsItRefusesKeys) {
             EXPECT_EQ(edit.text(), "") << text;
         }
         drop("1٫2");
-        EXPECT_EQ(edit.text(), "۱.۲");
+        EXPECT_EQ(edit.text(), "۱٫۲");
         drop(".");
-        EXPECT_EQ(edit.text(), "۱.۲");
+        EXPECT_EQ(edit.text(), "۱٫۲");
         QGuiApplication::clipboard()->setText("7");
         QTest::keySequence(&weightBox(), QKeySequence::Paste);
-        EXPECT_EQ(edit.text(), "۱.۲");
+        EXPECT_EQ(edit.text(), "۱٫۲");
     });
 }
 

@@ -5,6 +5,7 @@
 #include <QProgressBar>
 #include <QTimer>
 
+#include "host/services/sql_access.h"
 #include "tests/host_desktop/desktop_test.h"
 
 namespace basalt::host {
@@ -53,7 +54,6 @@ protected:
     void policy(int value) {
         auto& combo = control<QComboBox>(*page, "Policy_CMB");
         combo.setCurrentIndex(value);
-        emit combo.activated(value);
     }
     void store(int code) {
         auto& combo = control<QComboBox>(*page, "Store_CMB");
@@ -138,6 +138,7 @@ TEST_F(Counter, typingOnTheInvoiceIsAScan) {
 
 TEST_F(Counter, aScannerNeedNotKnowWhereTheFocusIs) {
     for (const char* name : {"Removing_BTN", "Sound_CHK", "Store_CMB", "Policy_CMB", "Save_BTN", "SendToScale_BTN"}) {
+        if (!lines().empty()) messages.answers = {mrNo};
         click(*page, "Clear_BTN");
         control(*page, name).setFocus();
         const int policyBefore = control<QComboBox>(*page, "Policy_CMB").currentIndex();
@@ -219,6 +220,106 @@ TEST_F(Counter, stockFollowsThePolicy) {
     EXPECT_TRUE(takeMessages().empty());
 }
 
+TEST_F(Counter, thePolicyIsChosenForOneInvoice) {
+    ASSERT_EQ(host.SettingRecord().NegativeType, 1);
+    store(4);
+    policy(2);
+    EXPECT_EQ(host.SettingRecord().NegativeType, 1);
+    scan("2800105012507");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "matched");
+    EXPECT_TRUE(takeMessages().empty());
+    EXPECT_EQ(host.SettingRecord().NegativeType, 1);
+    EXPECT_EQ(control<QComboBox>(*page, "Policy_CMB").currentIndex(), 1);
+}
+
+TEST_F(Counter, whoMayNotChangeSettingsHasTheCompanysPolicy) {
+    host.signInAs(2);
+    host.setSetting("NegativeType", "0");
+    page->enter();
+    auto& combo = control<QComboBox>(*page, "Policy_CMB");
+    EXPECT_FALSE(combo.isEnabled());
+    EXPECT_EQ(combo.currentIndex(), 0);
+    store(4);
+    scan("2800105012507");
+    combo.setCurrentIndex(2);
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(lines().size(), 1U);
+}
+
+TEST_F(Counter, anInvoiceIsNotThrownAwayWithoutAQuestion) {
+    store(1);
+    EXPECT_TRUE(page->mayLeave());
+    scan("2800105012507");
+    messages.answers = {mrCancel, mrCancel};
+    EXPECT_FALSE(page->mayLeave());
+    click(*page, "Clear_BTN");
+    EXPECT_EQ(lines().size(), 1U);
+    messages.answers = {mrYes};
+    click(*page, "Clear_BTN");
+    EXPECT_TRUE(lines().empty());
+    EXPECT_EQ(mood(), "matched");
+    scan("2800105012507");
+    messages.answers = {mrNo};
+    EXPECT_TRUE(page->mayLeave());
+    EXPECT_TRUE(lines().empty());
+    EXPECT_EQ(linesOf(*session, "SELECT COUNT(*) FROM dbo.Kardex WHERE kala = 105 AND Tedad = -1.25").at(0), "1");
+    for (const std::string& line : takeMessages())
+        EXPECT_EQ(line, "MsgUnsavedChanges()");
+}
+
+TEST_F(Counter, anInvoiceThatCannotBeSavedStays) {
+    store(4);
+    policy(0);
+    scan("2800105012507");
+    messages.answers = {mrYes};
+    EXPECT_FALSE(page->mayLeave());
+    EXPECT_EQ(lines().size(), 1U);
+}
+
+TEST_F(Counter, aFailedScanDoesNotKeepTheResultOfTheOneBefore) {
+    scan("2800105012507");
+    ASSERT_EQ(mood(), "added");
+    execute(*session, "DROP TABLE dbo.BarCodeFormul");
+    scan("2800105012507");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "بارکد ۲۸۰۰۱۰۵۰۱۲۵۰۷ خوانده نشد.");
+    EXPECT_EQ(lines().size(), 1U);
+    EXPECT_EQ(takeMessages().size(), 1U);
+}
+
+TEST_F(Counter, numbersOfTheServerAreNoCodes) {
+    for (const char* barcode : {"281E002012505", "280x061012505"}) {
+        scan("2800105012507");
+        scan(barcode);
+        EXPECT_EQ(mood(), "refused") << barcode;
+    }
+    EXPECT_EQ(lines().size(), 2U);
+    EXPECT_TRUE(takeMessages().empty());
+}
+
+TEST_F(Counter, nothingWeighedIsNoLine) {
+    scan("2800097000005");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "وزن در بارکد صفر است؛ کالا را دوباره وزن کنید.");
+    EXPECT_TRUE(lines().empty());
+}
+
+TEST_F(Counter, aPersonThatNobodyIsIsToldAtOnceAndNotSaved) {
+    store(1);
+    scan("2800105012507");
+    type(*page, "Person_EDT", "999999");
+    QTest::keyClick(page->focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "شخصی با کد ۹۹۹۹۹۹ تعریف نشده است.");
+    scan("2800098002507");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "شخصی با کد ۹۹۹۹۹۹ تعریف نشده است.");
+    EXPECT_EQ(lines().size(), 2U);
+    EXPECT_TRUE(takeMessages().empty());
+}
+
 TEST_F(Counter, anEmptyInvoiceIsNotSaved) {
     click(*page, "Save_BTN");
     EXPECT_EQ(mood(), "warned");
@@ -239,7 +340,7 @@ TEST_F(Counter, boxesAreTakenOffTheWeight) {
     EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰٫۷۵"));
     QTimer::singleShot(0, [] {
         QWidget& dialog = *QApplication::activeModalWidget();
-        EXPECT_EQ(control<QComboBox>(dialog, "Weight_CMB").itemText(0), "۰.۲۵");
+        EXPECT_EQ(control<QComboBox>(dialog, "Weight_CMB").itemText(0), "۰٫۲۵");
         control<QComboBox>(dialog, "Weight_CMB").setEditText("5");
         control<QLineEdit>(dialog, "Count_EDT").setText("2");
         QTest::keyClick(&dialog, Qt::Key_F3);
@@ -273,6 +374,7 @@ TEST_F(Counter, chosenGoodsGoToTheScales) {
 TEST_F(Counter, aNewInvoiceForgetsAll) {
     scan("2800105012507");
     scan("2900000125005");
+    messages.answers = {mrNo};
     click(*page, "Clear_BTN");
     EXPECT_TRUE(lines().empty());
     EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۰");
