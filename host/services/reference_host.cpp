@@ -211,7 +211,8 @@ void ReferenceHost::SetUserEvent(TSoftwarePart part, TPermission permission, con
         throw UsageError("the user event belongs to a transaction, but none is open");
     }
     std::string description;
-    if (withDescription) {
+    // Of a record that is gone the code alone tells nothing any more.
+    if (withDescription || permission == prDelete) {
         description = permissions_.permissionTitle(permission) + " «" + permissions_.partTitle(part) + "»";
     }
     record(part, permission, text, description);

@@ -124,14 +124,14 @@ public:
     std::vector<std::string> events;
 };
 
-TEST_F(ReferenceHostTest, eventsAreLoggedWithAndWithoutADescription) {
+TEST_F(ReferenceHostTest, deletionsAreLoggedWithADescriptionAlways) {
     EventList list;
     host.setObserver(&list);
     host.signInAs(2);
     host.SetUserEvent(spPriceLevels, prEdit, "3", false, true);
     host.SetUserEvent(spDiscountLevels, prDelete, "4", false, false);
-    EXPECT_THAT(latestEvents(2),
-                ElementsAre("2|1405/08/30|09:05:07|134|3|4|", "2|1405/08/30|09:05:07|114|2|3|ویرایش «سطوح قیمت»"));
+    EXPECT_THAT(latestEvents(2), ElementsAre("2|1405/08/30|09:05:07|134|3|4|حذف «سطوح تخفیف»",
+                                             "2|1405/08/30|09:05:07|114|2|3|ویرایش «سطوح قیمت»"));
     EXPECT_THAT(list.events, ElementsAre("114,2,3", "134,3,4"));
     const auto entries = host.userLog().latest(1);
     ASSERT_EQ(entries.size(), 1U);
@@ -147,7 +147,7 @@ TEST_F(ReferenceHostTest, anEventInATransactionGoesWithIt) {
     TADOConnection& connection = host.DM().ADOConnection1;
     connection.BeginTrans();
     host.SetUserEvent(spPriceLevels, prDelete, "4", true, false);
-    EXPECT_THAT(latestEvents(1), ElementsAre("1|1405/08/30|09:05:07|114|3|4|"));
+    EXPECT_THAT(latestEvents(1), ElementsAre("1|1405/08/30|09:05:07|114|3|4|حذف «سطوح قیمت»"));
     connection.RollbackTrans();
     EXPECT_EQ(latestEvents(1), before);
     EXPECT_THROW(host.SetUserEvent(spPriceLevels, prDelete, "4", true, false), UsageError);
