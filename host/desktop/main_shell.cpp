@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QShortcut>
@@ -250,6 +251,14 @@ void MainShell::signOut() {
 void MainShell::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     if (!event->spontaneous()) goTo(home_);
+}
+
+void MainShell::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Escape || event->modifiers() != Qt::NoModifier || pages_->currentWidget() == home_) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    goTo(home_);
 }
 
 void MainShell::closeEvent(QCloseEvent* event) {

@@ -79,6 +79,25 @@ TEST_F(Shell, opensAScreenByMouseAndByKeyboard) {
               "");
 }
 
+TEST_F(Shell, escapeLeadsHomeFromEveryPage) {
+    open(1);
+    EXPECT_EQ(play("key - Ctrl+L\nexpect visible Log_GRD\nrow Log_GRD 0\nkey Log_GRD Esc\nexpect visible Greeting_LBL\n"
+                   "key - Ctrl+B\nexpect focused Scan_EDT\nkey - Esc\nexpect visible Greeting_LBL\n"
+                   "key - Ctrl+Shift+B\nexpect focused Sample_EDT\nkey - Esc\nexpect visible Greeting_LBL\n"
+                   "key - Ctrl+K\nexpect focused FunctionSearch_EDT\nkey - Esc\nexpect visible Greeting_LBL\n"
+                   "key - Esc\nexpect visible Greeting_LBL\n"),
+              "");
+}
+
+TEST_F(Shell, escapeFromUnsavedSettingsAsksFirst) {
+    open(1);
+    EXPECT_EQ(play("key - Ctrl+,\nexpect focused CompanyName_EDT\nkey - Esc\nexpect visible Greeting_LBL\n"
+                   "key - Ctrl+,\nexpect focused CompanyName_EDT\ntype CompanyName_EDT x\nkey - Esc\nanswer cancel\n"
+                   "expect message MsgUnsavedChanges\nexpect visible CompanyName_EDT\n"
+                   "key - Esc\nanswer no\nexpect message MsgUnsavedChanges\nexpect visible Greeting_LBL\n"),
+              "");
+}
+
 TEST_F(Shell, leavesThePrintKeyToTheListInFront) {
     open(1);
     EXPECT_EQ(play("key - Ctrl+L\n"
