@@ -2,7 +2,7 @@
 
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QRegularExpressionValidator>
+#include <QRegularExpression>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <optional>
@@ -10,7 +10,6 @@
 #include "ado/error.h"
 #include "host/screens/display_format.h"
 #include "host/screens/persian_digits.h"
-#include "package/numbers.h"
 #include "package/screens/place.h"
 
 namespace basalt::host {
@@ -19,7 +18,7 @@ namespace {
 constexpr int kPrices = 10;
 constexpr int kDiscounts = 4;
 constexpr int kSaveAndClose = 2;
-constexpr int kLongestAmount = 40;
+constexpr int kLongestAmount = 38;  // no more digits than a decimal has
 constexpr int kMostPercent = 100;
 
 QString amountText(const std::optional<Decimal>& amount) {
@@ -27,11 +26,20 @@ QString amountText(const std::optional<Decimal>& amount) {
     return amount ? screenNumber(format.text(*amount)) : QString();
 }
 
-// Nothing for an empty input. DatabaseError (Conversion) when the text is no number.
+// Nothing for an empty input. DatabaseError (Conversion) when the text is no number, or of more digits than any column.
 std::optional<Decimal> amountOf(const QLineEdit& input) {
-    const QString text = plainNumber(input.text().trimmed()).replace(QLatin1Char('/'), QLatin1Char('.'));
+    static const QRegularExpression number(
+        QRegularExpression::anchoredPattern(QStringLiteral("-?([0-9]+(,[0-9]+)*)?([.][0-9]*)?")));
+    static const QRegularExpression digit(QStringLiteral("[0-9]"));
+    QString text = plainNumber(input.text().trimmed()).replace(QLatin1Char('/'), QLatin1Char('.'));
+    text.replace(QChar(u'\u060C'), QLatin1Char(','));
     if (text.isEmpty()) return std::nullopt;
-    return Decimal::parse(FloatToStr_VRO(StrToFloat_VRO(text.toStdString())));
+    std::optional<Decimal> amount;
+    if (number.match(text).hasMatch() && text.contains(digit))
+        amount = Decimal::parse(text.remove(QLatin1Char(',')).toStdString());
+    if (!amount)
+        throw DatabaseError(ErrorCategory::Conversion, "22018", 0, input.text().toStdString() + " is not a number");
+    return amount;
 }
 
 bool isDiscount(const std::string& field) {
@@ -65,15 +73,15 @@ void PriceEditor::addAmount(QGridLayout& layout, const std::string& field, const
     input->setLayoutDirection(Qt::LeftToRight);
     input->setInputMethodHints(Qt::ImhFormattedNumbersOnly);
     input->setPlaceholderText(QStringLiteral("—"));
-    static const QRegularExpression amount(QStringLiteral("-?[0-9\u06F0-\u06F9\u0660-\u0669,./\u066B\u066C\u060C]*"));
-    input->setValidator(new QRegularExpressionValidator(amount, input));
-    // What was typed looks like what is stored, once the user has gone on.
-    QObject::connect(input, &QLineEdit::editingFinished, input, [input] {
+    // What was typed looks like what is stored, once the user has gone on. What cannot be stored stays as it was typed;
+    // saving tells.
+    QObject::connect(input, &QLineEdit::editingFinished, input, [input, field] {
         try {
-            const QString shown = amountText(amountOf(*input));
+            const std::optional<Decimal> amount = amountOf(*input);
+            if (amount && !PriceMatrix::isKept(field, *amount)) return;
+            const QString shown = amountText(amount);
             if (shown != input->text()) input->setText(shown);
         } catch (const DatabaseError&) {
-            // What is no number stays as it was typed; saving tells.
             return;
         }
     });
@@ -229,9 +237,12 @@ bool PriceEditor::accepts(const std::string& field, QLineEdit& input) {
     } catch (const DatabaseError&) {
         return refuse("MsgNotANumber", {input.text().toStdString()});
     }
-    if (!amount || !isDiscount(field)) return true;
-    if (*amount < Decimal() || *amount > Decimal(kMostPercent, 0))
-        return refuse("MsgOutOfRange", {"۰", screenNumber(std::to_string(kMostPercent)).toStdString()});
+    if (!amount) return true;
+    const Decimal most = isDiscount(field) ? Decimal(kMostPercent, 0) : PriceMatrix::greatest();
+    const Decimal least = isDiscount(field) ? Decimal() : Decimal(-most.coefficient(), most.scale());
+    if (*amount < least || *amount > most)
+        return refuse("MsgOutOfRange", {amountText(least).toStdString(), amountText(most).toStdString()});
+    if (!PriceMatrix::isKept(field, *amount)) return refuse("MsgTooManyDigits", {input.text().toStdString()});
     return true;
 }
 
@@ -242,6 +253,8 @@ bool PriceEditor::IsValid() {
 
 void PriceEditor::OnSave() {
     const GoodPrices prices = entered();
+    // Who has only looked has done nothing that is worth a record.
+    if (prices == shown_) return;
     matrix_.write(goodCode(), shown_, prices);
     host_.SetUserEvent(spGoods, prEdit, std::to_string(goodCode()), true, true);
 }

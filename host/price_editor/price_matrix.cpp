@@ -3,12 +3,16 @@
 #include "ado/error.h"
 #include "ado/names.h"
 #include "host/services/sql_access.h"
+#include "package/numbers.h"
 
 namespace basalt::host {
 namespace {
 
 constexpr int kSale = 1;
 constexpr int kPurchase = 2;
+// DECIMAL(23, 9)
+constexpr int kColumnDigits = 23;
+constexpr int kColumnDecimals = 9;
 
 struct PriceCell {
     int kind;
@@ -57,9 +61,24 @@ GoodPrices PriceMatrix::read(int goodCode) {
     for (auto& [name, value] : prices) {
         if (isDefault(name)) continue;
         const int column = rows.rowCount() > 0 ? rows.indexOf(name) : -1;
-        if (column < 0 || rows.column(static_cast<std::size_t>(column)).isNull(0)) value.reset();
+        const Value stored = column < 0 ? Value() : rows.column(static_cast<std::size_t>(column)).valueAt(0);
+        if (isNull(stored)) {
+            value.reset();
+        } else {
+            value = toDecimal(stored);
+        }
     }
     return prices;
+}
+
+Decimal PriceMatrix::greatest() {
+    return {powerOfTen(kColumnDigits) - 1, kColumnDecimals};
+}
+
+bool PriceMatrix::isKept(const std::string& name, const Decimal& value) {
+    if (value > greatest() || value < Decimal(-greatest().coefficient(), kColumnDecimals)) return false;
+    if (value.scale() > kColumnDecimals && value != value.rescaled(kColumnDecimals)) return false;
+    return !priceCell(name) || Decimal::parse(FloatToStr_VRO(value.toExtended())) == value;
 }
 
 LevelTitles PriceMatrix::titles() {
@@ -78,6 +97,9 @@ void PriceMatrix::write(int goodCode, const GoodPrices& before, const GoodPrices
     bool hasRow = false;
     for (const auto& [name, value] : after) {
         if (value == before.at(name)) continue;
+        if (value && !isKept(name, *value))
+            throw DatabaseError(ErrorCategory::Conversion, "22003", 8115,
+                                name + " of good " + std::to_string(goodCode) + " cannot keep " + value->toString());
         if (stored.at(name) != before.at(name))
             throw DatabaseError(ErrorCategory::Conflict, "01001", 0,
                                 name + " of good " + std::to_string(goodCode) + " has been changed by another user");

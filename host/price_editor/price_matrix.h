@@ -30,10 +30,17 @@ public:
     // Both are lent. UsageError when the registry lacks the functions.
     PriceMatrix(ReferenceHost& host, const Registry& registry);
 
+    // To the last digit that the table holds.
     [[nodiscard]] GoodPrices read(int goodCode);
     [[nodiscard]] LevelTitles titles();
+    // The greatest price or discount that a column holds; the least one is its negative.
+    [[nodiscard]] static Decimal greatest();
+    // Whether a value of that name arrives in its column as it is. Prices go through the module, whose amounts have
+    // fewer digits than the table's.
+    [[nodiscard]] static bool isKept(const std::string& name, const Decimal& value);
     // Writes what differs between the two, all or nothing, and adds the good's row when it has none. DatabaseError
-    // (Conflict) when one of the values that are to change is not, or no longer, the one of `before`.
+    // (Conversion) when a new value would not be kept as it is; DatabaseError (Conflict) when one of the values that
+    // are to change is not, or no longer, the one of `before`.
     void write(int goodCode, const GoodPrices& before, const GoodPrices& after);
 
 private:

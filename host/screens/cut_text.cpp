@@ -12,6 +12,8 @@
 namespace basalt::host {
 namespace {
 
+constexpr int kCellPadding = 22;  // of a view's cell, both sides together
+
 bool fits(const QWidget& widget, const QString& text, int width) {
     return widget.fontMetrics().horizontalAdvance(text) <= width;
 }
@@ -49,7 +51,7 @@ QString cutIn(const QAbstractItemView& view, const QPoint& position) {
     const QModelIndex index = view.indexAt(position);
     if (!index.isValid() || index.data(Qt::ToolTipRole).isValid()) return {};
     const QString text = index.data().toString();
-    return fits(view, text, view.visualRect(index).width() - 16) ? QString() : text;
+    return fits(view, text, view.visualRect(index).width() - kCellPadding) ? QString() : text;
 }
 
 class CutTexts final : public QObject {

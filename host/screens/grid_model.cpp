@@ -4,6 +4,7 @@
 
 #include "ado/error.h"
 #include "host/screens/grid_sorter.h"
+#include "host/screens/number_room.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/table_content.h"
 
@@ -139,6 +140,24 @@ QString GridModel::shown(int modelRow, int column) const {
         // A floating-point number beyond the reach of decimals is shown as it is.
         return screenNumber(toText(cell));
     }
+}
+
+QStringList GridModel::numberShapes(int column) const {
+    const TDataSet* rows = dataSet();
+    const int at = field(column);
+    if (!rows || at < 0) return {};
+    NumberShapes shapes(format(column));
+    QStringList others;
+    for (int row = 0; row < rowCount_; ++row) {
+        const Value cell = rows->valueAt(row, at);
+        if (isNull(cell)) continue;
+        try {
+            shapes.add(toDecimal(cell));
+        } catch (const DatabaseError&) {
+            others.push_back(screenNumber(toText(cell)));
+        }
+    }
+    return shapes.texts() + others;
 }
 
 int GridModel::rowCount(const QModelIndex& parent) const {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <QStringList>
 #include <functional>
 #include <vector>
 
@@ -45,6 +46,8 @@ public:
     [[nodiscard]] int modelRow(int dataRow) const;
     [[nodiscard]] Value value(int modelRow, int column) const;
     [[nodiscard]] QString shown(int modelRow, int column) const;
+    // Of a column of numbers: texts of which one is as long as the longest of all rows, whatever its digits.
+    [[nodiscard]] QStringList numberShapes(int column) const;
 
     std::function<void()> onRowsChanged;  // after a reset of the rows
     std::function<void()> onCursorMoved;  // the data set has another current record

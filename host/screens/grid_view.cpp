@@ -6,6 +6,7 @@
 #include <QStyledItemDelegate>
 
 #include "host/screens/grid_model.h"
+#include "host/screens/number_room.h"
 #include "host/screens/theme.h"
 
 namespace basalt::host {
@@ -18,7 +19,7 @@ constexpr int kCellPadding = 11;  // where the style sheet puts the text of an i
 // wide list has hundreds of them. What shows is what the style sheet says of items.
 class GridDelegate final : public QStyledItemDelegate {
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    GridDelegate(const GridModel& model, QObject* parent) : QStyledItemDelegate(parent), model_(model) {}
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
         const ThemeColors& colors = themeColors();
@@ -30,7 +31,7 @@ public:
         const QRect room = option.rect.adjusted(kCellPadding, 0, -kCellPadding, 0);
         // Most texts are so short that they need not be measured.
         if (text.size() * option.fontMetrics.maxWidth() > room.width())
-            text = option.fontMetrics.elidedText(text, Qt::ElideRight, room.width());
+            text = fittingText(text, model_.isNumberColumn(index.column()), QFontMetricsF(option.font), room.width());
         // Keeps the sign on the left of a number within right-to-left text.
         if (text.startsWith(QLatin1Char('-'))) text = QChar(0x2066) + text + QChar(0x2069);
         const auto wanted = Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt());
@@ -39,13 +40,16 @@ public:
         painter->setFont(option.font);
         painter->drawText(room, static_cast<int>(alignment) | Qt::TextSingleLine, text);
     }
+
+private:
+    const GridModel& model_;
 };
 
 }  // namespace
 
 GridView::GridView(GridModel& model, QWidget* parent) : InnerControl<QTableView>(parent), model_(model) {
     setModel(&model);
-    setItemDelegate(new GridDelegate(this));
+    setItemDelegate(new GridDelegate(model, this));
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);

@@ -73,7 +73,9 @@ void RangeSearchFrame::init() {
 std::string RangeSearchFrame::Filter() const {
     const int index = fields_->currentIndex();
     if (index < 0) return {};
-    return rangeCondition(items_[static_cast<std::size_t>(index)].FieldName, from_->text(), to_->text());
+    const std::string& field = items_[static_cast<std::size_t>(index)].FieldName;
+    std::string condition = rangeCondition(field, from_->text(), to_->text());
+    return condition.empty() || !isField_ || isField_(field) ? condition : "1 = 0";
 }
 
 void RangeSearchFrame::Clear() {

@@ -3,6 +3,8 @@
 
 #include <QComboBox>
 #include <QLabel>
+#include <functional>
+#include <utility>
 #include <vector>
 
 #include "host/screens/search_change.h"
@@ -24,6 +26,8 @@ public:
     [[nodiscard]] int ItemCount() const override { return static_cast<int>(items_.size()); }
     [[nodiscard]] TSearchItem Item(int index) const override;
     [[nodiscard]] SearchChange& change() override { return change_; }
+    // Whether the list has a field. A range of one that it lacks finds nothing: no record has a value there.
+    void setFields(std::function<bool(const std::string&)> isField) { isField_ = std::move(isField); }
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -41,6 +45,7 @@ private:
     SearchEdit* to_;
     std::string narrowing_;  // the condition as it was last told
     SearchChange change_;
+    std::function<bool(const std::string&)> isField_;
 };
 
 }  // namespace basalt::host

@@ -43,12 +43,50 @@ QString likePiece(QChar character) {
     }
 }
 
-std::optional<Decimal> numberOf(const QString& input) {
-    QString text = latinDigits(input.trimmed());
+// No number of a list is as great as one with more digits before the point, nor as fine as one with more after it. With
+// both a literal has still room within the digits of the server's numbers.
+constexpr std::size_t kMostWholeDigits = 28;
+constexpr std::size_t kMostFractionDigits = 10;
+
+struct Bound {
+    std::string number;
+    bool negative = false;
+    bool cut = false;  // what was typed is farther from zero than the number, by less than any number of a list shows
+};
+
+std::string digitsAt(const std::string& text, std::size_t& at) {
+    const std::size_t start = at;
+    while (at < text.size() && text[at] >= '0' && text[at] <= '9')
+        ++at;
+    return text.substr(start, at - start);
+}
+
+std::optional<Bound> boundOf(const QString& input) {
+    QString plain = latinDigits(input.trimmed());
     for (const char16_t separator : {u',', u'\u066C', u'\u060C'})
-        text.remove(QChar(separator));
-    text.replace(QChar(u'\u066B'), QLatin1Char('.'));
-    return Decimal::parse(text.toStdString());
+        plain.remove(QChar(separator));
+    plain.replace(QChar(u'\u066B'), QLatin1Char('.'));
+    const std::string text = plain.toStdString();
+    Bound bound;
+    std::size_t at = 0;
+    if (!text.empty() && (text[0] == '-' || text[0] == '+')) bound.negative = text[at++] == '-';
+    std::string whole = digitsAt(text, at);
+    std::string fraction;
+    const bool hasWhole = !whole.empty();
+    if (at < text.size() && text[at] == '.') fraction = digitsAt(text, ++at);
+    if (at < text.size() || (!hasWhole && fraction.empty())) return std::nullopt;
+    whole.erase(0, whole.find_first_not_of('0'));
+    fraction.erase(fraction.find_last_not_of('0') + 1);
+    const std::string sign = bound.negative ? "-" : "";
+    if (whole.size() > kMostWholeDigits) {
+        bound.number = sign + "1" + std::string(kMostWholeDigits, '0');
+        return bound;
+    }
+    bound.cut = fraction.size() > kMostFractionDigits;
+    if (bound.cut) fraction.resize(kMostFractionDigits);
+    bound.number =
+        Decimal::parse(sign + "0" + whole + (fraction.empty() ? "" : "." + fraction)).value().toPlainString();
+    return bound;
 }
 
 }  // namespace
@@ -75,8 +113,10 @@ std::string digitsCondition(const std::string& field, const QString& input) {
 
 std::string rangeCondition(const std::string& field, const QString& from, const QString& to) {
     std::vector<std::string> parts;
-    if (const auto low = numberOf(from)) parts.push_back(quotedName(field) + " >= " + low->toPlainString());
-    if (const auto high = numberOf(to)) parts.push_back(quotedName(field) + " <= " + high->toPlainString());
+    if (const auto low = boundOf(from))
+        parts.push_back(quotedName(field) + (low->cut && !low->negative ? " > " : " >= ") + low->number);
+    if (const auto high = boundOf(to))
+        parts.push_back(quotedName(field) + (high->cut && high->negative ? " < " : " <= ") + high->number);
     if (parts.empty()) return {};
     return parts.size() == 1 ? parts.front() : parts.front() + " AND " + parts.back();
 }

@@ -20,7 +20,8 @@ namespace basalt::host {
 [[nodiscard]] std::string textCondition(const std::string& field, const QString& input);
 // Whole numbers that begin with the digits of `input`; other characters are left out.
 [[nodiscard]] std::string digitsCondition(const std::string& field, const QString& input);
-// Numbers from `from` to `to`, either of which may be empty. Text that is no number counts as empty.
+// Numbers from `from` to `to`, either of which may be empty. Text that is no number counts as empty;
+// a number with more digits than the server's numbers have is a bound beyond all values.
 [[nodiscard]] std::string rangeCondition(const std::string& field, const QString& from, const QString& to);
 // Equal to a value: a number as a number, any other text as text.
 [[nodiscard]] std::string equalCondition(const std::string& field, const std::string& value);

@@ -1,6 +1,7 @@
 #include "host/screens/search_manager.h"
 
 #include "ado/error.h"
+#include "host/screens/range_search_frame.h"
 #include "host/screens/search_change.h"
 #include "host/screens/search_condition.h"
 
@@ -10,6 +11,14 @@ void SearchManager::AddFrame(TSearchFrame* frame) {
     frames_.push_back(frame);
     if (auto* link = dynamic_cast<SearchFrameLink*>(frame))
         link->change().setManager([this] { ExecuteFilter_DataSet(); });
+    if (auto* range = dynamic_cast<RangeSearchFrame*>(frame))
+        range->setFields([this](const std::string& field) { return isField(field); });
+}
+
+// As far as is known: a list that is closed tells nothing of its fields.
+bool SearchManager::isField(const std::string& name) const {
+    TDataSet* list = source_ ? source_->DataSet() : nullptr;
+    return !list || !list->Active() || list->FindField(name) != nullptr;
 }
 
 std::string SearchManager::statement() const {
@@ -27,9 +36,10 @@ void SearchManager::ExecuteFilter_DataSet() {
         throw UsageError("ExecuteFilter_DataSet: the search manager has no statement; call SetSQLScript first");
     const std::string previous = query->SQL.Text();
     const bool wasOpen = query->Active();
+    const std::string narrowed = statement();  // while the list still tells of its fields
     try {
         query->Close();
-        query->SQL = statement();
+        query->SQL = narrowed;
         query->Open();
     } catch (...) {
         query->Close();

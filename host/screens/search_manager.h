@@ -26,6 +26,7 @@ public:
 
 private:
     [[nodiscard]] std::string statement() const;
+    [[nodiscard]] bool isField(const std::string& name) const;
 
     ScreenContext& context_;
     TDataSource* source_ = nullptr;

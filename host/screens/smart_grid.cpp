@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QJsonArray>
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <numeric>
@@ -14,6 +15,7 @@
 #include "ado/error.h"
 #include "ado/names.h"
 #include "host/screens/column_chooser.h"
+#include "host/screens/number_room.h"
 #include "host/screens/output_services.h"
 #include "host/screens/table_printer.h"
 #include "host/screens/table_text.h"
@@ -73,6 +75,7 @@ public:
     [[nodiscard]] int rowCount() const override { return model_.rowCount(); }
     [[nodiscard]] Value value(int row, int column) const override { return model_.value(row, source(column)); }
     [[nodiscard]] QString shown(int row, int column) const override { return model_.shown(row, source(column)); }
+    [[nodiscard]] QStringList numberShapes(int column) const override { return model_.numberShapes(source(column)); }
 
 private:
     Content(const SmartGrid& grid, QString title)
@@ -112,9 +115,13 @@ SmartGrid::SmartGrid(ScreenContext& context, const QString& objectName, QWidget*
     model_.onCursorMoved = [this] { showCursor(); };
     model_.onColumnsChanged = [this] {
         applyVisibility();
-        measured_ = false;
+        widths_.clear();
         layOutColumns();
     };
+    QObject::connect(&model_, &QAbstractItemModel::dataChanged, this,
+                     [this](const QModelIndex& first, const QModelIndex& last) {
+                         if (first.row() == last.row()) widenFor(first.row());
+                     });
     QHeaderView* header = view_->horizontalHeader();
     QObject::connect(view_->selectionModel(), &QItemSelectionModel::currentChanged, this,
                      [this](const QModelIndex& current) { takeCursor(current); });
@@ -152,7 +159,6 @@ void SmartGrid::addAction(const char* objectName, const char* title, const QKeyS
 }
 
 void SmartGrid::SetDataSource(TDataSource* source) {
-    measured_ = false;
     model_.setSource(source);
 }
 
@@ -213,7 +219,11 @@ void SmartGrid::GoToLastRow() {
 
 void SmartGrid::rowsChanged() {
     showCursor();
-    if (!measured_ && model_.rowCount() > 0) layOutColumns();
+    // A list without rows keeps the widths that it had.
+    if (!sorting_ && model_.rowCount() > 0) {
+        widths_.clear();
+        layOutColumns();
+    }
     if (onRowsChanged) onRowsChanged();
 }
 
@@ -258,6 +268,7 @@ void SmartGrid::sortBy(int column, bool descending) {
     QHeaderView* header = view_->horizontalHeader();
     header->setSortIndicatorShown(column >= 0);
     if (column >= 0) header->setSortIndicator(column, descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+    const QScopedValueRollback<bool> sorting(sorting_, true);
     model_.sortBy(column, descending);
 }
 
@@ -270,10 +281,38 @@ void SmartGrid::applyVisibility() {
 }
 
 int SmartGrid::contentWidth(int column) const {
+    widths_.resize(static_cast<std::size_t>(model_.columnCount()));
+    int& width = widths_[static_cast<std::size_t>(column)];
+    if (width == 0) width = measuredWidth(column);
+    return width;
+}
+
+// A row that has been changed may hold a longer number than any before it.
+void SmartGrid::widenFor(int row) {
+    bool wider = false;
+    for (int column = 0; column < std::min(model_.columnCount(), static_cast<int>(widths_.size())); ++column) {
+        int& width = widths_[static_cast<std::size_t>(column)];
+        if (width == 0 || !model_.isNumberColumn(column)) continue;
+        const qreal room = roomFor({model_.shown(row, column)}, QFontMetricsF(view_->font()));
+        const int needed = static_cast<int>(room) + kCellPadding;
+        if (needed <= width) continue;
+        width = needed;
+        wider = true;
+    }
+    if (wider) layOutColumns();
+}
+
+int SmartGrid::measuredWidth(int column) const {
     const QFontMetrics metrics = view_->fontMetrics();
     // The title is as wide as its longest word when it may wrap, else as a whole.
     int widest =
         view_->horizontalHeader()->fontMetrics().horizontalAdvance(model_.column(column).Title) + kTitlePadding;
+    // Numbers have all the room that they need: a part of one would be another number.
+    if (model_.isNumberColumn(column)) {
+        const qreal room = roomFor(model_.numberShapes(column), QFontMetricsF(view_->font()));
+        widest = std::max(std::min(widest, kWidestByContent - kCellPadding), static_cast<int>(room));
+        return std::max(widest + kCellPadding, kNarrowest);
+    }
     const int rows = std::min(model_.rowCount(), kMeasuredRows);
     for (int row = 0; row < rows; ++row)
         widest = std::max(widest, metrics.horizontalAdvance(model_.shown(row, column)));
@@ -304,7 +343,6 @@ void SmartGrid::layOutColumns() {
         header->resizeSection(stretching[i], header->sectionSize(stretching[i]) + share);
         spare -= share;
     }
-    measured_ = model_.rowCount() > 0;
     layingOut_ = false;
 }
 

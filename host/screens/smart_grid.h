@@ -80,6 +80,8 @@ private:
     void applyVisibility();
     void layOutColumns();
     [[nodiscard]] int contentWidth(int column) const;
+    [[nodiscard]] int measuredWidth(int column) const;
+    void widenFor(int row);
     [[nodiscard]] int printWidth(int column) const;
     [[nodiscard]] int columnOf(const std::string& field) const;  // -1: none
     [[nodiscard]] std::unique_ptr<Content> content() const;
@@ -97,7 +99,8 @@ private:
     std::function<std::vector<QString>()> headerLines_;
     bool followingCursor_ = false;
     bool layingOut_ = false;
-    bool measured_ = false;  // widths by content have been taken from rows
+    bool sorting_ = false;             // the rows are the same, in another order
+    mutable std::vector<int> widths_;  // by content; 0: not measured yet
 };
 
 }  // namespace basalt::host

@@ -3,11 +3,13 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <string>
 #include <vector>
 
 #include "ado/rowset.h"
 #include "ado/value.h"
+#include "host/screens/number_room.h"
 
 namespace basalt::host {
 
@@ -28,6 +30,8 @@ public:
     // Rows and columns count from 0.
     [[nodiscard]] virtual Value value(int row, int column) const = 0;
     [[nodiscard]] virtual QString shown(int row, int column) const = 0;  // with Persian digits
+    // Of a column of numbers: texts of which one is as long as the longest of them, whatever its digits.
+    [[nodiscard]] virtual QStringList numberShapes(int column) const { return shownShapes(*this, column); }
 };
 
 [[nodiscard]] inline bool isNumber(FieldType type) {

@@ -1,8 +1,10 @@
 #include "host/screens/table_printer.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
+#include "host/screens/number_room.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
 #include "host/services/output_error.h"
@@ -13,7 +15,12 @@ namespace {
 constexpr int kMostRows = 100'000;
 constexpr std::size_t kMostHeadRows = 3;
 constexpr qreal kLargestFont = 9.5;
-constexpr qreal kSmallestFont = 6;
+constexpr qreal kUsualSmallestFont = 6;
+constexpr qreal kSmallestFont = 5;  // for the sake of whole numbers
+constexpr qreal kSpreadFont = 7;    // of columns that go on on further pages anyway
+constexpr qreal kFontStep = 0.5;
+constexpr qreal kTitleFont = 14;
+constexpr qreal kLeastTextCharacters = 8;  // that a column of texts keeps
 constexpr qreal kScreenDpi = 96;
 constexpr qreal kPointsAnInch = 72;
 // Sides of the paper, whatever the direction of the text.
@@ -37,46 +44,123 @@ int TableDocument::layOut(const QPageLayout& paper) {
     page_ = paper.paintRectPixels(kPageDpi);
     page_.moveTo(0, 0);
     fitColumns();
-    font_ = pageFont(fontSize_);
-    titleFont_ = pageFont(14, QFont::Bold);
-    columnFont_ = pageFont(fontSize_, QFont::Bold);
+    titleFont_ = pageFont(kTitleFont, QFont::Bold);
     const QFontMetricsF metrics(font_);
     head_ = headRows(lines_, metrics, page_.width());
-    padding_ = metrics.averageCharWidth() * 0.6;
     rowHeight_ = metrics.height() * 1.35;
     footerHeight_ = metrics.height() * 1.8;
     columnTitleHeight_ = columnTitleHeight();
     const int rest = std::max(0, table_.rowCount() - rowsOn(0));
-    pages_ = 1 + (rest + rowsOn(1) - 1) / rowsOn(1);
+    pages_ = (1 + (rest + rowsOn(1) - 1) / rowsOn(1)) * static_cast<int>(sheets_.size());
     return pages_;
 }
 
 void TableDocument::paintPage(QPainter& painter, int page) const {
     painter.setLayoutDirection(Qt::RightToLeft);
+    const auto sheetCount = static_cast<int>(sheets_.size());
+    const Sheet& sheet = sheets_[static_cast<std::size_t>(page % sheetCount)];
+    const int band = page / sheetCount;
     qreal y = 0;
-    if (page == 0) y = paintHead(painter);
-    y = paintTitles(painter, y);
+    if (band == 0) y = paintHead(painter);
+    y = paintTitles(painter, sheet, y);
     painter.setFont(font_);
-    const int first = firstRowOf(page);
-    const int end = std::min(table_.rowCount(), first + rowsOn(page));
+    const int first = firstRowOf(band);
+    const int end = std::min(table_.rowCount(), first + rowsOn(band));
     for (int row = first; row < end; ++row) {
         if (row % 2 == 1) painter.fillRect(QRectF(0, y, page_.width(), rowHeight_), themeColors().alternate);
-        paintRow(painter, row, y);
+        paintRow(painter, sheet, row, y);
         y += rowHeight_;
     }
     paintFooter(painter, page);
 }
 
+void TableDocument::setFonts(qreal points) {
+    font_ = pageFont(points);
+    columnFont_ = pageFont(points, QFont::Bold);
+    padding_ = QFontMetricsF(font_).averageCharWidth() * 0.6;
+}
+
+// What the columns cannot do without: numbers and their titles' longest words as a whole, texts a few letters.
+std::vector<qreal> TableDocument::neededWidths(const std::vector<QStringList>& shapes) const {
+    const QFontMetricsF metrics(font_);
+    const QFontMetricsF titleMetrics(columnFont_);
+    const qreal least = metrics.averageCharWidth() * kLeastTextCharacters;
+    std::vector<qreal> needed;
+    for (std::size_t i = 0; i < shapes.size(); ++i) {
+        qreal title = 0;
+        for (const QString& word : table_.columns()[i].title.split(QLatin1Char(' ')))
+            title = std::max(title, titleMetrics.horizontalAdvance(word));
+        const qreal content = isNumber(table_.columns()[i].type) ? roomFor(shapes[i], metrics) : least;
+        needed.push_back(std::max(content, std::min(title, least)) + 2 * padding_);
+    }
+    return needed;
+}
+
 void TableDocument::fitColumns() {
     constexpr qreal scale = kPageDpi / kScreenDpi;
-    widths_.clear();
+    sheets_.clear();
     qreal wanted = 0;
-    for (const TableColumn& column : table_.columns())
+    std::vector<QStringList> shapes;
+    std::vector<std::size_t> all;
+    for (const TableColumn& column : table_.columns()) {
         wanted += column.width * scale;
+        all.push_back(shapes.size());
+        const auto index = static_cast<int>(shapes.size());
+        shapes.push_back(isNumber(column.type) ? table_.numberShapes(index) : QStringList());
+    }
     const qreal fit = wanted > 0 ? page_.width() / wanted : 1;
-    fontSize_ = std::clamp(kLargestFont * std::min(1.0, fit), kSmallestFont, kLargestFont);
-    for (const TableColumn& column : table_.columns())
-        widths_.push_back(column.width * scale * fit);
+    for (qreal points = std::clamp(kLargestFont * std::min(1.0, fit), kUsualSmallestFont, kLargestFont);
+         points >= kSmallestFont; points -= kFontStep) {
+        setFonts(points);
+        const std::vector<qreal> needed = neededWidths(shapes);
+        if (std::accumulate(needed.begin(), needed.end(), qreal{0}) > page_.width()) continue;
+        addSheet(std::move(all), needed);
+        return;
+    }
+    setFonts(kSpreadFont);
+    spreadColumns(neededWidths(shapes));
+}
+
+void TableDocument::spreadColumns(const std::vector<qreal>& needed) {
+    std::vector<std::size_t> columns;
+    qreal used = 0;
+    for (std::size_t i = 0; i < needed.size(); ++i) {
+        if (!columns.empty() && used + needed[i] > page_.width()) {
+            addSheet(std::exchange(columns, {}), needed);
+            used = 0;
+            // The first column tells whose numbers these are, unless it leaves them no room.
+            if (i > 0 && needed[0] + needed[i] <= page_.width()) {
+                columns.push_back(0);
+                used = needed[0];
+            }
+        }
+        columns.push_back(i);
+        used += needed[i];
+    }
+    addSheet(std::move(columns), needed);
+}
+
+// The columns share the page as they do the screen, as far as each has what it needs.
+void TableDocument::addSheet(std::vector<std::size_t> columns, const std::vector<qreal>& needed) {
+    qreal wanted = 0;
+    for (const std::size_t column : columns)
+        wanted += table_.columns()[column].width;
+    Sheet sheet{std::move(columns), {}};
+    qreal used = 0;
+    qreal spare = 0;  // beyond what is needed
+    for (const std::size_t column : sheet.columns) {
+        const qreal share = wanted > 0 ? page_.width() * table_.columns()[column].width / wanted : 0;
+        sheet.widths.push_back(std::max(share, needed[column]));
+        used += sheet.widths.back();
+        spare += sheet.widths.back() - needed[column];
+    }
+    const qreal excess = used - page_.width();
+    for (std::size_t i = 0; i < sheet.widths.size() && excess > 0; ++i) {
+        qreal& width = sheet.widths[i];
+        // A single column may need more than there is.
+        width = spare > 0 ? width - excess * (width - needed[sheet.columns[i]]) / spare : width * page_.width() / used;
+    }
+    sheets_.push_back(std::move(sheet));
 }
 
 qreal TableDocument::headHeight(int page) const {
@@ -88,10 +172,13 @@ qreal TableDocument::headHeight(int page) const {
 qreal TableDocument::columnTitleHeight() const {
     const QFontMetricsF metrics(columnFont_);
     qreal highest = rowHeight_;
-    for (std::size_t i = 0; i < widths_.size(); ++i) {
-        const QRectF room(0, 0, widths_[i] - 2 * padding_, page_.height());
-        const QRectF needed = metrics.boundingRect(room, Qt::AlignCenter | Qt::TextWordWrap, table_.columns()[i].title);
-        highest = std::max(highest, needed.height() * 1.25);
+    for (const Sheet& sheet : sheets_) {
+        for (std::size_t i = 0; i < sheet.columns.size(); ++i) {
+            const QRectF room(0, 0, sheet.widths[i] - 2 * padding_, page_.height());
+            const QString& title = table_.columns()[sheet.columns[i]].title;
+            const QRectF needed = metrics.boundingRect(room, Qt::AlignCenter | Qt::TextWordWrap, title);
+            highest = std::max(highest, needed.height() * 1.25);
+        }
     }
     return std::min(highest, page_.height() / 4);
 }
@@ -107,11 +194,11 @@ int TableDocument::firstRowOf(int page) const {
 
 // The first column is the rightmost.
 template <typename Paint>
-void TableDocument::eachColumn(Paint paintColumn) const {
+void TableDocument::eachColumn(const Sheet& sheet, Paint paintColumn) const {
     qreal right = page_.width();
-    for (std::size_t i = 0; i < widths_.size(); ++i) {
-        right -= widths_[i];
-        paintColumn(i, right, widths_[i]);
+    for (std::size_t i = 0; i < sheet.columns.size(); ++i) {
+        right -= sheet.widths[i];
+        paintColumn(sheet.columns[i], right, sheet.widths[i]);
     }
 }
 
@@ -132,12 +219,12 @@ qreal TableDocument::paintHead(QPainter& painter) const {
     return y;
 }
 
-qreal TableDocument::paintTitles(QPainter& painter, qreal y) const {
+qreal TableDocument::paintTitles(QPainter& painter, const Sheet& sheet, qreal y) const {
     const qreal height = columnTitleHeight_;
     painter.fillRect(QRectF(0, y, page_.width(), height), themeColors().accentSoft);
     painter.setPen(themeColors().text);
     painter.setFont(columnFont_);
-    eachColumn([&](std::size_t column, qreal x, qreal width) {
+    eachColumn(sheet, [&](std::size_t column, qreal x, qreal width) {
         painter.drawText(QRectF(x + padding_, y, width - 2 * padding_, height), Qt::AlignCenter | Qt::TextWordWrap,
                          table_.columns()[column].title);
     });
@@ -146,13 +233,13 @@ qreal TableDocument::paintTitles(QPainter& painter, qreal y) const {
     return y + height;
 }
 
-void TableDocument::paintRow(QPainter& painter, int row, qreal y) const {
+void TableDocument::paintRow(QPainter& painter, const Sheet& sheet, int row, qreal y) const {
     const QFontMetricsF metrics(font_);
     painter.setPen(themeColors().text);
-    eachColumn([&](std::size_t column, qreal x, qreal width) {
+    eachColumn(sheet, [&](std::size_t column, qreal x, qreal width) {
         const QRectF cell(x + padding_, y, width - 2 * padding_, rowHeight_);
-        QString text = metrics.elidedText(table_.shown(row, static_cast<int>(column)), Qt::ElideRight, cell.width());
         const bool number = isNumber(table_.columns()[column].type);
+        QString text = fittingText(table_.shown(row, static_cast<int>(column)), number, metrics, cell.width() + 1);
         // Isolated, so that a minus sign stays on the left of its number.
         if (number) text = QChar(0x2066) + text + QChar(0x2069);
         painter.drawText(

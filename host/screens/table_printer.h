@@ -1,5 +1,8 @@
 // Tables on paper: right to left, titles on every page, page numbers.
 //
+// Numbers are printed whole: texts make room for them first, then the font gets smaller, and where that is not enough
+// the columns go on on further pages, each of which begins with the first column.
+//
 //   checkPrintable(table);
 //   TableDocument document(table, footer);
 //   writePdf(document, pageLayout(), path);
@@ -8,6 +11,7 @@
 #include <QFont>
 #include <QFontMetricsF>
 #include <QRectF>
+#include <QStringList>
 #include <vector>
 
 #include "host/screens/print_document.h"
@@ -28,17 +32,26 @@ public:
     void paintPage(QPainter& painter, int page) const override;
 
 private:
+    struct Sheet {
+        std::vector<std::size_t> columns;
+        std::vector<qreal> widths;
+    };
+
+    void setFonts(qreal points);
     void fitColumns();
+    void spreadColumns(const std::vector<qreal>& needed);
+    [[nodiscard]] std::vector<qreal> neededWidths(const std::vector<QStringList>& shapes) const;
+    void addSheet(std::vector<std::size_t> columns, const std::vector<qreal>& needed);
     [[nodiscard]] qreal headHeight(int page) const;
     [[nodiscard]] qreal columnTitleHeight() const;
     [[nodiscard]] int rowsOn(int page) const;
     [[nodiscard]] int firstRowOf(int page) const;
     qreal paintHead(QPainter& painter) const;
-    qreal paintTitles(QPainter& painter, qreal y) const;
-    void paintRow(QPainter& painter, int row, qreal y) const;
+    qreal paintTitles(QPainter& painter, const Sheet& sheet, qreal y) const;
+    void paintRow(QPainter& painter, const Sheet& sheet, int row, qreal y) const;
     void paintFooter(QPainter& painter, int page) const;
     template <typename Paint>
-    void eachColumn(Paint paintColumn) const;
+    void eachColumn(const Sheet& sheet, Paint paintColumn) const;
 
     const TableContent& table_;
     QString footer_;
@@ -47,8 +60,7 @@ private:
     QRectF page_;
     int pages_ = 1;
     std::vector<QString> head_;
-    std::vector<qreal> widths_;
-    qreal fontSize_ = 0;
+    std::vector<Sheet> sheets_;  // pages side by side that hold the columns
     QFont font_;
     QFont titleFont_;
     QFont columnFont_;

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/screens/display_format.h"
 #include "host/services/output_error.h"
 
 namespace basalt::host {
@@ -60,11 +61,46 @@ Decimal shortened(const Decimal& value) {
                                          : shortened(value.coefficient(), value.scale());
 }
 
-std::string formatOf(const TableColumn& column) {
-    if (!column.displayFormat.empty()) return column.displayFormat;
-    if (column.type == FieldType::Date) return "yyyy-mm-dd";
-    if (column.type == FieldType::DateTime) return "yyyy-mm-dd hh:mm:ss";
-    return {};
+// Digits after the point that the number has.
+int decimalsOf(const Decimal& value) {
+    return shortened(value).scale();
+}
+
+bool isQuote(char character) {
+    return character == '"' || character == '\'';
+}
+
+bool isPlace(char character) {
+    return character == '#' || character == '0';
+}
+
+// A display format as spreadsheets understand it, for numbers with that many digits after the point. A spreadsheet
+// shows the point of "0.##" after whole numbers too, so the places after it are those of the number.
+std::string spreadsheetFormat(const std::string& pattern, int decimals) {
+    std::string format;
+    char quote = 0;
+    for (std::size_t i = 0; i < pattern.size(); ++i) {
+        const char character = pattern[i];
+        if (quote != 0 || isQuote(character)) {
+            quote = quote == 0 ? character : quote == character ? '\0' : quote;
+            format += isQuote(character) ? '"' : character;
+        } else if (pattern.compare(i, 4, "#,#0") == 0) {
+            format += "#,##0";
+            i += 3;
+        } else if (character == '.' && i + 1 < pattern.size() && isPlace(pattern[i + 1])) {
+            int most = 0;
+            int least = 0;
+            for (; i + 1 < pattern.size() && isPlace(pattern[i + 1]); ++i) {
+                ++most;
+                if (pattern[i + 1] == '0') least = most;
+            }
+            const int places = std::clamp(decimals, least, most);
+            if (places > 0) format += "." + std::string(static_cast<std::size_t>(places), '0');
+        } else {
+            format += character;
+        }
+    }
+    return format;
 }
 
 class SheetWriter {
@@ -75,17 +111,9 @@ public:
         format_set_bg_color(title_, 0xE3F0F4);
         format_set_bottom(title_, LXW_BORDER_THIN);
         format_set_align(title_, LXW_ALIGN_CENTER);
-        // One format for all columns that look alike: of two that are equal the library would search for the one anew
-        // at each cell of the other.
-        std::map<std::string, lxw_format*> known = {{std::string(), nullptr}};
-        for (const TableColumn& column : table.columns()) {
-            const auto [found, isNew] = known.try_emplace(formatOf(column), nullptr);
-            if (isNew) {
-                found->second = workbook_add_format(book);
-                format_set_num_format(found->second, found->first.c_str());
-            }
-            formats_.push_back(found->second);
-        }
+        for (const TableColumn& column : table.columns())
+            places_.push_back(column.displayFormat.empty() ? 0 : DisplayFormat(column.displayFormat).decimals());
+        formats_.resize(table.columns().size());
     }
 
     // Writes rows from `first` on; returns the row after the last one written.
@@ -109,29 +137,67 @@ public:
     }
 
 private:
-    void write(lxw_worksheet* sheet, lxw_row_t at, lxw_col_t column, int row) const {
+    // One format for all cells that look alike: of two that are equal the library would search for the one anew at each
+    // cell of the other.
+    lxw_format* shared(const std::string& text) {
+        const auto [found, isNew] = known_.try_emplace(text, nullptr);
+        if (isNew) {
+            found->second = workbook_add_format(book_);
+            format_set_num_format(found->second, text.c_str());
+        }
+        return found->second;
+    }
+
+    lxw_format* numberFormat(std::size_t column, int decimals) {
+        const TableColumn& entry = table_.columns()[column];
+        if (entry.displayFormat.empty()) return nullptr;
+        std::vector<lxw_format*>& formats = formats_[column];
+        if (formats.empty()) formats.resize(static_cast<std::size_t>(places_[column]) + 1);
+        const int places = std::min(decimals, places_[column]);
+        lxw_format*& format = formats[static_cast<std::size_t>(places)];
+        if (!format) format = shared(spreadsheetFormat(entry.displayFormat, places));
+        return format;
+    }
+
+    lxw_format* numberFormat(std::size_t column, const Decimal& number) {
+        if (places_[column] == 0) return numberFormat(column, 0);
+        const Decimal rounded = number.scale() > places_[column] ? number.rescaled(places_[column]) : number;
+        return numberFormat(column, decimalsOf(rounded));
+    }
+
+    lxw_format* numberFormat(std::size_t column, double number) {
+        const auto rounded = Decimal::fromExtended(number, places_[column]);
+        return numberFormat(column, rounded ? decimalsOf(*rounded) : 0);
+    }
+
+    lxw_format* dateFormat(std::size_t column) {
+        const TableColumn& entry = table_.columns()[column];
+        if (!entry.displayFormat.empty()) return shared(entry.displayFormat);
+        return shared(entry.type == FieldType::Date ? "yyyy-mm-dd" : "yyyy-mm-dd hh:mm:ss");
+    }
+
+    void write(lxw_worksheet* sheet, lxw_row_t at, lxw_col_t column, int row) {
         const Value value = table_.value(row, column);
-        lxw_format* format = formats_[column];
         if (isNull(value)) return;
         if (const auto* decimal = std::get_if<Decimal>(&value)) {
             const Decimal number = decimal->digits() <= kExactDigits ? *decimal : shortened(*decimal);
             if (number.digits() <= kExactDigits) {
-                worksheet_write_number(sheet, at, column, number.toDouble(), format);
+                worksheet_write_number(sheet, at, column, number.toDouble(), numberFormat(column, number));
             } else {
                 worksheet_write_string(sheet, at, column, number.toString().c_str(), nullptr);
             }
         } else if (const auto* integer = std::get_if<std::int64_t>(&value);
                    integer && Decimal(*integer, 0).digits() <= kExactDigits) {
-            worksheet_write_number(sheet, at, column, static_cast<double>(*integer), format);
+            worksheet_write_number(sheet, at, column, static_cast<double>(*integer), numberFormat(column, 0));
         } else if (const auto* number = std::get_if<double>(&value)) {
-            worksheet_write_number(sheet, at, column, *number, format);
+            worksheet_write_number(sheet, at, column, *number, numberFormat(column, *number));
         } else if (const auto* flag = std::get_if<bool>(&value)) {
-            worksheet_write_boolean(sheet, at, column, *flag ? 1 : 0, format);
+            worksheet_write_boolean(sheet, at, column, *flag ? 1 : 0, nullptr);
         } else if (const auto* moment = std::get_if<DateTime>(&value); moment && toCivil(*moment).year >= 1900) {
             const CivilDateTime civil = toCivil(*moment);
             lxw_datetime date{civil.year, civil.month,  civil.day,
                               civil.hour, civil.minute, static_cast<double>(civil.second)};
-            worksheet_write_datetime(sheet, at, column, &date, format);
+            worksheet_write_datetime(sheet, at, column, &date, dateFormat(column));
         } else if (const auto* words = std::get_if<std::string>(&value); words && words->size() <= kLongestText) {
             worksheet_write_string(sheet, at, column, words->c_str(), nullptr);
         } else {
@@ -143,7 +209,9 @@ private:
     lxw_workbook* book_;
     const TableContent& table_;
     lxw_format* title_;
-    std::vector<lxw_format*> formats_;
+    std::vector<int> places_;                        // after the point, the most that a column shows
+    std::vector<std::vector<lxw_format*>> formats_;  // of a column, by digits after the point
+    std::map<std::string, lxw_format*> known_;
 };
 
 }  // namespace

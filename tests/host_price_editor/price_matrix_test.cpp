@@ -5,6 +5,7 @@
 
 #include "ado/error.h"
 #include "costlevel/registration.h"
+#include "host/services/sql_access.h"
 #include "package/services.h"
 #include "tests/host_services/demo_database.h"
 
@@ -60,6 +61,40 @@ TEST_F(Matrix, writesWhatChanged) {
     EXPECT_EQ(matrix.read(57), after);
     // A cell that nobody touched stays null.
     EXPECT_EQ(stored("CostLevel_Buy_8", 57), "NULL");
+}
+
+TEST_F(Matrix, readsToTheLastDigit) {
+    execute(*session,
+            "UPDATE GoodCostDiscount SET CostLevel_Sell_3 = 12345678901234.123456789, "
+            "CostLevel_Buy_2 = -99999999999999.999999999, Discount_Sell_1 = 99999999999999.999999999 "
+            "WHERE GoodCode = 57");
+    const GoodPrices prices = matrix.read(57);
+    EXPECT_EQ(prices.at("CostLevel_Sell_3"), number("12345678901234.123456789"));
+    EXPECT_EQ(prices.at("CostLevel_Buy_2"), number("-99999999999999.999999999"));
+    EXPECT_EQ(prices.at("Discount_Sell_1"), number("99999999999999.999999999"));
+    // Another value of the good is written beside them, and they stay.
+    GoodPrices after = prices;
+    after["Discount_Sell_2"] = number("12.123456789");
+    matrix.write(57, prices, after);
+    EXPECT_EQ(matrix.read(57), after);
+}
+
+TEST_F(Matrix, knowsWhatIsKeptAsItIs) {
+    for (const char* kept : {"0", "-1", "12500.5", "99999999999999", "-99999999999999", "1234567890.123456789",
+                             "0.000000001", "1.50000000000000000000"})
+        EXPECT_TRUE(PriceMatrix::isKept("CostLevel_Sell_3", number(kept))) << kept;
+    for (const char* lost : {"12345678901234.123456789", "100000000000000", "-100000000000000", "0.0000000001",
+                             "99999999999999.999999999"}) {
+        EXPECT_FALSE(PriceMatrix::isKept("CostLevel_Sell_3", number(lost))) << lost;
+        const GoodPrices before = matrix.read(57);
+        GoodPrices after = before;
+        after["CostLevel_Sell_3"] = number(lost);
+        EXPECT_THROW(matrix.write(57, before, after), DatabaseError) << lost;
+        EXPECT_EQ(matrix.read(57), before) << lost;
+    }
+    // Discounts do not go through the module.
+    EXPECT_TRUE(PriceMatrix::isKept("Discount_Buy_4", number("12345678901234.123456789")));
+    EXPECT_FALSE(PriceMatrix::isKept("Discount_Buy_4", number("0.0000000001")));
 }
 
 TEST_F(Matrix, takesAPriceAway) {

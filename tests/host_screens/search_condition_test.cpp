@@ -62,13 +62,27 @@ TEST_P(RangeConditions, boundNumbers) {
     EXPECT_EQ(rangeCondition("F1", QString::fromUtf8(GetParam().from), QString::fromUtf8(GetParam().to)),
               GetParam().condition);
 }
-INSTANTIATE_TEST_SUITE_P(All, RangeConditions,
-                         ::testing::Values(RangeCase{"open", "", "", ""}, RangeCase{"from", "1000", "", "[F1] >= 1000"},
-                                           RangeCase{"to", "", "۲٬۵۰۰٫۵", "[F1] <= 2500.5"},
-                                           RangeCase{"both", "-5", "1,000", "[F1] >= -5 AND [F1] <= 1000"},
-                                           RangeCase{"noNumber", "-", ".", ""},
-                                           RangeCase{"injection", "1 OR 1=1", "", ""}),
-                         NameOfCase());
+INSTANTIATE_TEST_SUITE_P(
+    All, RangeConditions,
+    ::testing::Values(RangeCase{"open", "", "", ""}, RangeCase{"from", "1000", "", "[F1] >= 1000"},
+                      RangeCase{"to", "", "۲٬۵۰۰٫۵", "[F1] <= 2500.5"},
+                      RangeCase{"both", "-5", "1,000", "[F1] >= -5 AND [F1] <= 1000"},
+                      RangeCase{"pointAlone", "5.", ".5", "[F1] >= 5 AND [F1] <= 0.5"},
+                      RangeCase{"leadingZeros", "000000000000000000000000000000000000000000012", "", "[F1] >= 12"},
+                      RangeCase{"longestWhole", "9999999999999999999999999999", "",
+                                "[F1] >= 9999999999999999999999999999"},
+                      RangeCase{"aboveAll", "12345678901234567890123456789012345678901234567890", "",
+                                "[F1] >= 10000000000000000000000000000"},
+                      RangeCase{"upToAll", "", "99999999999999999999999999999999999999999999999",
+                                "[F1] <= 10000000000000000000000000000"},
+                      RangeCase{"belowAll", "-99999999999999999999999999999999999999999999999", "",
+                                "[F1] >= -10000000000000000000000000000"},
+                      RangeCase{"fineFrom", "1.0000000000000000000000000000000000000000001", "", "[F1] > 1"},
+                      RangeCase{"fineTo", "", "1.0000000000000000000000000000000000000000001", "[F1] <= 1"},
+                      RangeCase{"fineNegative", "-1.00000000000000000000000000000000000000001",
+                                "-1.00000000000000000000000000000000000000001", "[F1] >= -1 AND [F1] < -1"},
+                      RangeCase{"noNumber", "-", ".", ""}, RangeCase{"injection", "1 OR 1=1", "", ""}),
+    NameOfCase());
 
 TEST(EqualCondition, tellsNumbersFromTexts) {
     EXPECT_EQ(equalCondition("Status", "2"), "[Status] = 2");

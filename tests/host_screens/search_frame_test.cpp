@@ -179,6 +179,26 @@ TEST_F(SearchFrames, theManagerRunsTheNarrowedStatement) {
     EXPECT_EQ(searches, 2);
 }
 
+TEST_F(SearchFrames, aRangeOfAFieldThatTheListLacksFindsNothing) {
+    auto* frame = screens.createCostRangeSearch("Range", &window);
+    frame->AddItem({"Price", "قیمت", TSearchDataType::Amount});
+    frame->AddItem({"F11", "سطح یازدهم", TSearchDataType::Amount});
+    frame->init();
+    open(priceRows({{1, "عمده", {}}}));
+    auto manager = screens.createSearchManager();
+    manager->SetDataSource(&source);
+    manager->SetSQLScript("select * from T1");
+    manager->AddFrame(frame);
+    session.expect("SELECT * FROM (select * from T1) AS T WHERE [Price] >= 5", priceRows({}));
+    type(control<QLineEdit>(window, "Range_From_EDT"), QStringLiteral("5"));
+    session.expect("SELECT * FROM (select * from T1) AS T WHERE 1 = 0", priceRows({}));
+    control<QComboBox>(window, "Range_CMB")->setCurrentIndex(1);
+    EXPECT_EQ(query.RecordCount(), 0);
+    session.expect("select * from T1", priceRows({{1, "عمده", {}}}));
+    QTest::keyClick(control<QLineEdit>(window, "Range_From_EDT"), Qt::Key_Backspace);
+    EXPECT_EQ(query.RecordCount(), 1);
+}
+
 TEST_F(SearchFrames, severalFramesNarrowTogether) {
     auto* frame = general();
     auto* tab = screens.createTabSearch("Tab", &window);

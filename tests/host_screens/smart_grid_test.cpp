@@ -7,8 +7,11 @@
 #include <QHeaderView>
 #include <QListWidget>
 #include <QPushButton>
+#include <QStyledItemDelegate>
 #include <QTemporaryDir>
 
+#include "host/screens/cut_text.h"
+#include "tests/host_screens/painted_text.h"
 #include "tests/host_screens/screen_test.h"
 
 namespace basalt::host {
@@ -35,6 +38,21 @@ protected:
     void openThree() { open(priceRows({{3, "پنیر", "12500.50"}, {1, "آب", std::nullopt}, {2, "بادام", "-300"}})); }
     [[nodiscard]] std::string cell(int row, int column) const {
         return grid.model().index(row, column).data().toString().toStdString();
+    }
+    // What the screen has of a cell, without the marks that keep the sign in its place.
+    [[nodiscard]] std::string painted(int row, int column) {
+        PaintedText device;
+        QPainter painter(&device);
+        QStyleOptionViewItem option;
+        option.initFrom(&view());
+        option.font = view().font();
+        option.rect = QRect(0, 0, view().columnWidth(column), view().rowHeight(row));
+        view().itemDelegate()->paint(&painter, option, grid.model().index(row, column));
+        painter.end();
+        QString text = device.text();
+        for (const QChar mark : {QChar(u' '), QChar(0x2066), QChar(0x2069)})
+            text.remove(mark);
+        return text.toStdString();
     }
     [[nodiscard]] std::vector<std::string> codes() const {
         std::vector<std::string> all;
@@ -140,6 +158,36 @@ TEST_F(Grid, columnsComeChangeAndGo) {
     EXPECT_EQ(grid.AddColumn(column("Price", "قیمت")), 2);
     EXPECT_THROW(grid.RemoveColumn(3), UsageError);
     EXPECT_THROW(static_cast<void>(grid.Column(-1)), UsageError);
+}
+
+TEST_F(Grid, showsWholeNumbersWhereverTheyStand) {
+    std::vector<std::tuple<int, std::string, std::optional<std::string>>> rows;
+    for (int i = 0; i < 300; ++i)
+        rows.emplace_back(i, "کالا", "5");
+    rows[250] = {2147483647, "کالا", "-99999999999999.99"};
+    open(priceRows(rows));
+    EXPECT_EQ(painted(250, 2), "-۹۹٬۹۹۹٬۹۹۹٬۹۹۹٬۹۹۹٫۹۹");
+    EXPECT_EQ(painted(250, 0), "۲۱۴۷۴۸۳۶۴۷");
+    // Another list, as after a search: the widths are its own.
+    const int wide = view().columnWidth(2);
+    openThree();
+    EXPECT_LT(view().columnWidth(2), wide);
+    EXPECT_EQ(painted(0, 2), "۱۲٬۵۰۰٫۵");
+    rows.resize(1);
+    rows[0] = {1, "کالا", "1250000000"};
+    open(priceRows(rows));
+    EXPECT_EQ(painted(0, 2), "۱٬۲۵۰٬۰۰۰٬۰۰۰");
+}
+
+TEST_F(Grid, aNumberInTooNarrowAColumnIsNotShortened) {
+    openThree();
+    view().horizontalHeader()->resizeSection(2, 60);
+    EXPECT_EQ(painted(0, 2).substr(0, 1), "#");
+    EXPECT_EQ(painted(0, 2).find_first_not_of('#'), std::string::npos);
+    EXPECT_EQ(painted(2, 2), "-۳۰۰");
+    // Resting the mouse on it tells the number.
+    const QRect cell = view().visualRect(grid.model().index(0, 2));
+    EXPECT_EQ(cutTextAt(*view().viewport(), cell.center()).toStdString(), "۱۲٬۵۰۰٫۵");
 }
 
 TEST_F(Grid, aHiddenColumnThatIsShownIsAsWideAsItsContent) {

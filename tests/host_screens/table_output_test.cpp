@@ -2,12 +2,15 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include "host/screens/number_room.h"
+#include "host/screens/persian_digits.h"
 #include "host/screens/record_content.h"
 #include "host/screens/table_printer.h"
 #include "host/screens/table_text.h"
 #include "host/screens/table_workbook.h"
 #include "host/screens/theme.h"
 #include "host/services/output_error.h"
+#include "tests/host_screens/painted_text.h"
 #include "tests/host_screens/screen_test.h"
 #include "tests/support/unzipped.h"
 
@@ -93,7 +96,7 @@ TEST_F(TableOutput, aWorkbookHoldsNumbersDatesAndFormats) {
     EXPECT_TRUE(holds(sheet, "<v>46347</v>")) << "2026-11-21 as a date of a spreadsheet";
     EXPECT_TRUE(holds(sheet, "<t>ساده</t>"));
     EXPECT_TRUE(holds(sheet, "<t>1234567890123456.78</t>")) << "too many digits for a spreadsheet's number";
-    EXPECT_TRUE(holds(files.at("xl/styles.xml"), "#,#0.##;-#,#0.##;0"));
+    EXPECT_TRUE(holds(files.at("xl/styles.xml"), "\"#,##0.0;-#,##0.0;0\""));
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
               QStringList{QStringLiteral("t.xlsx")});
 }
@@ -111,6 +114,32 @@ TEST_F(TableOutput, aWorkbookHoldsPricesOfTheColumnsScaleAsNumbers) {
     EXPECT_TRUE(holds(sheet, "<v>-1234567.891</v>"));
     EXPECT_TRUE(holds(sheet, "<t>99999999999999.999999999</t>"));
     EXPECT_TRUE(holds(sheet, "<v>1E-09</v>") || holds(sheet, "<v>1e-09</v>"));
+}
+
+TEST_F(TableOutput, aWholeNumberHasNoPointInAWorkbook) {
+    Table table = sample();
+    table.rows.clear();
+    for (const char* price : {"230000.000000000", "7", "0.5", "12.345678", "99.999", "-3.25"})
+        table.rows.push_back({std::int64_t{1}, std::string("کالا"), *Decimal::parse(price), Value{}});
+    const QString path = folder.filePath("t.xlsx");
+    writeWorkbook(table, path);
+    const auto files = unzipped(contents(path));
+    const std::string& styles = files.at("xl/styles.xml");
+    EXPECT_TRUE(holds(styles, "numFmts count=\"3\"")) << styles;
+    EXPECT_TRUE(holds(styles, "\"#,##0;-#,##0;0\""));
+    EXPECT_TRUE(holds(styles, "\"#,##0.0;-#,##0.0;0\""));
+    EXPECT_TRUE(holds(styles, "\"#,##0.00;-#,##0.00;0\""));
+    // The second style is that of the titles.
+    const std::string& sheet = files.at("xl/worksheets/sheet1.xml");
+    const auto style = [&](const char* cell) {
+        const std::size_t at = sheet.find("<c r=\"" + std::string(cell) + "\" s=\"");
+        return at == std::string::npos ? std::string() : sheet.substr(at, sheet.find('>', at) - at).substr(13);
+    };
+    EXPECT_FALSE(style("C2").empty()) << sheet;
+    EXPECT_EQ(style("C3"), style("C2"));
+    EXPECT_NE(style("C4"), style("C2"));
+    EXPECT_EQ(style("C7"), style("C5"));
+    EXPECT_EQ(style("C6"), style("C2")) << "as rounded";
 }
 
 TEST_F(TableOutput, aWorkbookReplacesTheOneBefore) {
@@ -137,6 +166,105 @@ TEST_F(TableOutput, pagesRepeatTheTitlesAndCountThemselves) {
     EXPECT_GE(pages, 4);
     EXPECT_LE(pages, 8);
     EXPECT_THROW(writePdf(document, pageLayout(), QStringLiteral("/nowhere/t.pdf")), OutputError);
+}
+
+// As a grid of prices shows them.
+class Prices final : public TableContent {
+public:
+    Prices(int count, const std::vector<const char*>& amounts) {
+        columnList.push_back({QStringLiteral("کد"), FieldType::Integer, {}, 60});
+        columnList.push_back({QStringLiteral("نام کالا"), FieldType::Text, {}, 420});
+        for (int i = 0; i < count; ++i)
+            columnList.push_back({QStringLiteral("سطح قیمت"), FieldType::Decimal, format_, 110});
+        for (const char* amount : amounts)
+            rows.push_back(*Decimal::parse(amount));
+    }
+    std::vector<TableColumn> columnList;
+    std::vector<Decimal> rows;
+
+    [[nodiscard]] QString title() const override { return QStringLiteral("قیمت‌ها"); }
+    [[nodiscard]] std::vector<QString> headerLines() const override { return {}; }
+    [[nodiscard]] const std::vector<TableColumn>& columns() const override { return columnList; }
+    [[nodiscard]] int rowCount() const override { return static_cast<int>(rows.size()); }
+    [[nodiscard]] Value value(int row, int column) const override {
+        if (column == 0) return std::int64_t{row};
+        if (column == 1)
+            return std::string(
+                "کالایی با نامی که بسیار درازتر از همه‌ی نام‌های دیگر "
+                "است");
+        return rows[static_cast<std::size_t>(row)];
+    }
+    [[nodiscard]] QString shown(int row, int column) const override {
+        const Value cell = value(row, column);
+        if (column == 1) return QString::fromStdString(toText(cell));
+        return screenNumber(DisplayFormat(columnList[static_cast<std::size_t>(column)].displayFormat)
+                                .text(column == 0 ? Decimal(row, 0) : rows[static_cast<std::size_t>(row)]));
+    }
+
+private:
+    std::string format_ = "#,#0.#########;-#,#0.#########;0";
+};
+
+QString paintedPages(PrintDocument& document, const QPageLayout& paper, int& pages) {
+    PaintedText painted;
+    pages = document.layOut(paper);
+    QPainter painter(&painted);
+    for (int page = 0; page < pages; ++page)
+        document.paintPage(painter, page);
+    painter.end();
+    return painted.text();
+}
+
+TEST_F(TableOutput, textsMakeRoomForNumbersOnPaper) {
+    const Prices table(10, {"1250000000", "7", "-98500000"});
+    TableDocument document(table, {});
+    int pages = 0;
+    const QString text = paintedPages(document, pageLayout(), pages);
+    EXPECT_EQ(text.count(QStringLiteral("۱٬۲۵۰٬۰۰۰٬۰۰۰")), 10) << text.toStdString();
+    EXPECT_EQ(text.count(QStringLiteral("۹۸٬۵۰۰٬۰۰۰")), 10);
+    EXPECT_FALSE(text.contains(QLatin1Char('#')));
+    EXPECT_TRUE(text.contains(QChar(0x2026))) << "the name is what is cut";
+    EXPECT_EQ(pages, 1);
+}
+
+TEST_F(TableOutput, numbersThatNoPageHoldsGoOnOnFurtherOnes) {
+    const Prices table(10, {"-10000000000000.123456789", "99999999999999.999999999", "1"});
+    TableDocument document(table, {});
+    int pages = 0;
+    const QString text = paintedPages(document, pageLayout(), pages);
+    EXPECT_GT(pages, 1);
+    EXPECT_EQ(text.count(QStringLiteral("۱۰٬۰۰۰٬۰۰۰٬۰۰۰٬۰۰۰٫۱۲۳۴۵۶۷۸۹")), 10) << text.toStdString();
+    EXPECT_EQ(text.count(QStringLiteral("۹۹٬۹۹۹٬۹۹۹٬۹۹۹٬۹۹۹٫۹۹۹۹۹۹۹۹۹")), 10);
+    EXPECT_FALSE(text.contains(QLatin1Char('#')));
+    // Each page tells whose prices they are.
+    EXPECT_EQ(text.count(QStringLiteral("کد")), pages);
+}
+
+TEST_F(TableOutput, aNumberLongerThanThePageIsNotShortened) {
+    Prices table(1, {"-99999999999999999999999999999.999999999"});
+    const QPageLayout narrow(QPageSize(QSizeF(30, 60), QPageSize::Millimeter), QPageLayout::Portrait, {});
+    TableDocument document(table, {});
+    int pages = 0;
+    const QString text = paintedPages(document, narrow, pages);
+    EXPECT_TRUE(text.contains(QStringLiteral("####"))) << text.toStdString();
+    EXPECT_FALSE(text.contains(QStringLiteral("۹۹")));
+}
+
+TEST(NumberShapes, areAsLongAsTheLongestNumber) {
+    const DisplayFormat format("#,#0.##;-#,#0.##;0");
+    for (const char* number : {"0", "7", "-7", "0.5", "999.994", "999.995", "-999.999", "12500.50", "1250000000.000",
+                               "-99999999999999.999999999", "0.001", "100.10"}) {
+        NumberShapes shapes(format);
+        shapes.add(*Decimal::parse(number));
+        const QStringList texts = shapes.texts();
+        ASSERT_EQ(texts.size(), 1) << number;
+        const QString shown = screenNumber(format.text(*Decimal::parse(number)));
+        // A zero has a text of its own, without a sign.
+        EXPECT_GE(texts[0].size(), shown.size()) << number;
+        if (shown != QStringLiteral("۰")) {
+            EXPECT_EQ(texts[0].size(), shown.size()) << number << " as " << texts[0].toStdString();
+        }
+    }
 }
 
 TEST_F(TableOutput, aHugeListIsNotPrinted) {

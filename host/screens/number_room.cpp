@@ -1,0 +1,97 @@
+#include "host/screens/number_room.h"
+
+#include <QSet>
+#include <algorithm>
+#include <cmath>
+
+#include "host/screens/persian_digits.h"
+#include "host/screens/table_content.h"
+
+namespace basalt::host {
+namespace {
+
+constexpr int kMostMarks = 4;
+
+// Most amounts fit into 64 bits, whose divisions cost a tenth.
+Int128 remainderOf(Int128 value, Int128 divisor) {
+    const auto narrow = static_cast<std::int64_t>(value);
+    const auto narrowDivisor = static_cast<std::int64_t>(divisor);
+    if (narrow == value && narrowDivisor == divisor) return narrow % narrowDivisor;
+    return value % divisor;
+}
+
+// Digits become one and the same, so that shapes of different numbers are equal.
+QString shapeOf(QString text, QChar digit) {
+    for (QChar& character : text)
+        if (character.isDigit()) character = digit;
+    return text;
+}
+
+}  // namespace
+
+NumberShapes::NumberShapes(const DisplayFormat& format) : format_(format) {
+    for (auto& lengths : fractions_)
+        lengths.fill(kUnseen);
+}
+
+void NumberShapes::add(const Decimal& number) {
+    const bool negative = number.coefficient() < 0;
+    Int128 magnitude = negative ? -number.coefficient() : number.coefficient();
+    const int scale = number.scale();
+    const int most = format_.isEmpty() ? scale : std::min(scale, format_.decimals());
+    // Rounding may add a digit before the point; there is room for it below the largest decimal.
+    const Int128 unit = powerOfTen(scale - most);
+    if (unit > 1) magnitude += unit / 2;
+    const int before = std::max(0, Decimal(magnitude, 0).digits() - scale);
+    int& after = fractions_[negative ? 1 : 0][static_cast<std::size_t>(before)];
+    if (after == kUnseen) after = 0;
+    while (after < most && remainderOf(magnitude, powerOfTen(scale - after)) >= unit)
+        ++after;
+}
+
+QStringList NumberShapes::texts() const {
+    QStringList all;
+    for (const bool negative : {false, true}) {
+        const auto& lengths = fractions_[negative ? 1 : 0];
+        for (std::size_t before = 0; before < lengths.size(); ++before) {
+            if (lengths[before] == kUnseen) continue;
+            const int after = std::min(lengths[before], kMaxDecimalDigits - static_cast<int>(before));
+            const int digits = std::clamp(static_cast<int>(before) + after, 1, kMaxDecimalDigits);
+            const Int128 nines = powerOfTen(digits - 1) - 1 + powerOfTen(digits - 1) * 8;
+            all.push_back(screenNumber(format_.text(Decimal(negative ? -nines : nines, std::max(0, after)))));
+        }
+    }
+    return all;
+}
+
+qreal roomFor(const QStringList& texts, const QFontMetricsF& metrics) {
+    if (texts.isEmpty()) return 0;
+    const auto widest = [&](char16_t zero) {
+        QChar digit(zero);
+        for (char16_t other = zero; other < zero + 10; ++other)
+            if (metrics.horizontalAdvance(QChar(other)) > metrics.horizontalAdvance(digit)) digit = QChar(other);
+        return digit;
+    };
+    const QChar digit = widest(showsPersianDigits() ? u'\u06F0' : u'0');
+    qreal room = 0;
+    for (const QString& text : texts)
+        room = std::max(room, metrics.horizontalAdvance(shapeOf(text, digit)));
+    return std::ceil(room);
+}
+
+QStringList shownShapes(const TableContent& table, int column) {
+    QSet<QString> shapes;
+    for (int row = 0; row < table.rowCount(); ++row)
+        shapes.insert(shapeOf(table.shown(row, column), QChar(u'0')));
+    return shapes.values();
+}
+
+QString fittingText(const QString& text, bool number, const QFontMetricsF& metrics, qreal width) {
+    if (metrics.horizontalAdvance(text) <= width) return text;
+    if (!number) return metrics.elidedText(text, Qt::ElideRight, width);
+    const qreal mark = metrics.horizontalAdvance(QLatin1Char('#'));
+    const int marks = mark > 0 ? static_cast<int>(width / mark) : 1;
+    return QString(std::clamp(marks, 1, kMostMarks), QLatin1Char('#'));
+}
+
+}  // namespace basalt::host

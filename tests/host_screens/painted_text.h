@@ -1,0 +1,62 @@
+// What is really painted: a device that keeps the texts of a painter instead of their pixels.
+//
+//   PaintedText painted;
+//   { QPainter painter(&painted); document.paintPage(painter, 0); }
+//   EXPECT_TRUE(painted.text().contains("۱۲٬۵۰۰"));
+#pragma once
+
+#include <QPaintDevice>
+#include <QPaintEngine>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace basalt::host {
+
+class PaintedText final : public QPaintDevice {
+public:
+    // The pieces in the order in which they were painted. Numbers of tables stand between marks of isolation.
+    [[nodiscard]] QString text() const { return engine_.painted; }
+    [[nodiscard]] QPaintEngine* paintEngine() const override { return &engine_; }
+
+protected:
+    [[nodiscard]] int metric(PaintDeviceMetric metric) const override {
+        constexpr int kSize = 20'000;
+        constexpr int kDpi = 96;
+        switch (metric) {
+            case PdmWidth:
+            case PdmHeight:
+            case PdmWidthMM:
+            case PdmHeightMM:
+                return kSize;
+            case PdmDpiX:
+            case PdmDpiY:
+            case PdmPhysicalDpiX:
+            case PdmPhysicalDpiY:
+                return kDpi;
+            case PdmDepth:
+                return 32;
+            default:
+                return QPaintDevice::metric(metric);
+        }
+    }
+
+private:
+    class Engine final : public QPaintEngine {
+    public:
+        Engine() : QPaintEngine(AllFeatures) {}
+        bool begin(QPaintDevice*) override { return true; }
+        bool end() override { return true; }
+        void updateState(const QPaintEngineState&) override {}
+        void drawPath(const QPainterPath&) override {}
+        void drawPixmap(const QRectF&, const QPixmap&, const QRectF&) override {}
+        void drawPolygon(const QPointF*, int, PolygonDrawMode) override {}
+        void drawTextItem(const QPointF&, const QTextItem& item) override { painted += item.text(); }
+        [[nodiscard]] Type type() const override { return User; }
+
+        QString painted;
+    };
+
+    mutable Engine engine_;
+};
+
+}  // namespace basalt::host
