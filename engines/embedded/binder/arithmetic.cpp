@@ -221,6 +221,7 @@ BoundPtr Binder::decimalOperation(ast::BinaryOperator op, BoundPtr left, BoundPt
         }
         // A text beside a decimal takes the decimal's type.
         if (value->type.isText() && !money && other.isDecimal()) type = other;
+        if (value->type.isBinary()) type = other;
         return cast(std::move(value), type);
     };
     const SqlType leftType = left->type;

@@ -190,6 +190,8 @@ private:
     std::unique_ptr<BoundQuery> viewQuery(const Module& view, SourceRange range);
     void requireViewDepth(SourceRange range) const;
     void addToScope(Scope& scope, ScopeSource source, SourceRange range);
+    // The common table expression that the name means here; null when it means none.
+    [[nodiscard]] const CommonTable* commonTable(const ast::ObjectName& name) const;
     // change.cpp
     const Table& target(const ast::TableTarget& target);
     BoundSelectStatement valuesBefore(const ast::UpdateStatement& statement);

@@ -12,6 +12,8 @@ const Table& Binder::target(const ast::TableTarget& target) {
         if (name.empty()) fail(1087, "Must declare the table variable \"" + target.variable + "\".", target.range);
         return catalog_.requireTable(name);
     }
+    if (commonTable(target.name) != nullptr)
+        unsupported("changing rows through the common table expression " + target.name.last(), target.range);
     if (const Table* table = catalog_.table(target.name.last())) return *table;
     if (catalog_.module(target.name.last()) != nullptr) {
         unsupported("changing rows through the view " + target.name.last(), target.range);
@@ -158,6 +160,7 @@ const Table& Binder::targetIn(const ast::TableTarget& target, const std::vector<
     const std::string name = target.variable.empty() ? target.name.last() : target.variable;
     for (const ScopeSource& source : scope.sources) {
         if (!sameName(source.name, name)) continue;
+        if (!source.derivation.empty()) unsupported("changing rows through the " + source.derivation, target.range);
         for (const SourceColumn& column : source.columns) {
             if (!column.shown.base) continue;
             sqlAlias = source.sqlAlias;
@@ -167,7 +170,7 @@ const Table& Binder::targetIn(const ast::TableTarget& target, const std::vector<
     const Table& table = this->target(target);
     const ScopeSource* found = nullptr;
     for (const ScopeSource& source : scope.sources) {
-        if (source.columns.empty() || !source.columns[0].shown.base ||
+        if (!source.derivation.empty() || source.columns.empty() || !source.columns[0].shown.base ||
             !sameName(source.columns[0].shown.base->table, table.name)) {
             continue;
         }

@@ -46,6 +46,12 @@ BoundInsert Binder::insert(const ast::InsertStatement& statement, bool explicitI
                          "' when IDENTITY_INSERT is set to OFF.",
                      name.range);
             }
+            if (table.columns[index].computed) {
+                fail(271,
+                     "The column \"" + table.columns[index].name +
+                         "\" cannot be modified because it is a computed column.",
+                     name.range);
+            }
             given[index] = true;
             result.columns.push_back(index);
         }

@@ -20,6 +20,8 @@ struct ScopeSource {
     std::string name;  // the alias, or the table's own name
     std::string sqlAlias;
     std::vector<SourceColumn> columns;
+    // What it is when its rows are not those of a table themselves: "derived table x". Such rows cannot be changed.
+    std::string derivation = {};
 };
 
 struct Scope {

@@ -81,16 +81,13 @@ std::unique_ptr<BoundSource> Binder::namedTable(const ast::NamedTable& source, S
     const std::string& name = source.name.last();
     const std::string shown = source.alias.empty() ? name : source.alias.text;
     if (std::unique_ptr<BoundSource> system = systemTable(source, scope)) return system;
-    if (source.name.parts.size() == 1) {
-        for (auto table = commonTables_.rbegin(); table != commonTables_.rend(); ++table) {
-            if (!sameName(table->name, name)) continue;
-            auto result = std::make_unique<BoundSource>();
-            result->kind = SourceKind::CommonTable;
-            result->alias = newAlias();
-            result->table = table->sqlName;
-            addToScope(scope, {shown, result->alias, table->columns}, source.range);
-            return result;
-        }
+    if (const CommonTable* table = commonTable(source.name)) {
+        auto result = std::make_unique<BoundSource>();
+        result->kind = SourceKind::CommonTable;
+        result->alias = newAlias();
+        result->table = table->sqlName;
+        addToScope(scope, {shown, result->alias, table->columns, "common table expression " + shown}, source.range);
+        return result;
     }
     if (const Table* table = catalog_.table(name)) return tableSource(*table, shown, scope, source.range);
     if (const Module* module = catalog_.module(name); module != nullptr && module->kind == ModuleKind::View) {
@@ -100,6 +97,14 @@ std::unique_ptr<BoundSource> Binder::namedTable(const ast::NamedTable& source, S
     for (const ast::Identifier& part : source.name.parts)
         full += (full.empty() ? "" : ".") + part.text;
     fail(error::kInvalidObject, "Invalid object name '" + full + "'.", source.name.range);
+}
+
+const Binder::CommonTable* Binder::commonTable(const ast::ObjectName& name) const {
+    if (name.parts.size() != 1) return nullptr;
+    for (auto table = commonTables_.rbegin(); table != commonTables_.rend(); ++table) {
+        if (sameName(table->name, name.last())) return &*table;
+    }
+    return nullptr;
 }
 
 std::unique_ptr<BoundSource> Binder::tableSource(const Table& table, const std::string& shown, Scope& scope,
@@ -127,7 +132,10 @@ std::unique_ptr<BoundSource> Binder::derived(std::unique_ptr<BoundQuery> query, 
         fail(source.columnAliases.size() > query->columns.size() ? 8158 : 8159,
              "'" + name + "' has a different number of columns than were specified in the column list.", source.range);
     }
-    ScopeSource entry{name, result->alias, {}};
+    const std::string_view what = source.kind == ast::TableSourceKind::Table      ? "view "
+                                  : source.kind == ast::TableSourceKind::Function ? "function "
+                                                                                  : "derived table ";
+    ScopeSource entry{name, result->alias, {}, std::string(what) + name};
     for (std::size_t i = 0; i < query->columns.size(); ++i) {
         SourceColumn column{query->columns[i], "c" + std::to_string(i + 1)};
         if (!source.columnAliases.empty()) column.shown.name = source.columnAliases[i].text;
@@ -173,7 +181,7 @@ std::unique_ptr<BoundSource> Binder::valuesTable(const ast::ValuesTable& source,
     if (source.columnAliases.size() != types.size()) {
         fail(8155, "No column name was specified for column 1 of '" + source.alias.text + "'.", source.range);
     }
-    ScopeSource entry{source.alias.text, result->alias, {}};
+    ScopeSource entry{source.alias.text, result->alias, {}, "derived table " + source.alias.text};
     for (std::size_t i = 0; i < types.size(); ++i) {
         if (types[i].isNull()) types[i] = SqlType::of(TypeKind::Int);
         // SQLite gives the columns of VALUES no collation.

@@ -96,9 +96,18 @@ void SqlWriter::queryWithTies(const BoundQuery& query) {
 
 void SqlWriter::select(const BoundSelect& select, const std::vector<BoundOrdering>& more) {
     *this << (select.distinct ? "SELECT DISTINCT " : "SELECT ");
+    // HAVING makes one group of all rows, for SQLite only when an item aggregates.
+    const bool oneGroup = select.having != nullptr && select.groupBy.empty();
     for (std::size_t i = 0; i < select.items.size(); ++i) {
         if (i > 0) *this << ", ";
-        collated(*select.items[i].expression);
+        const bool aggregates = oneGroup && i == 0;
+        if (aggregates) {
+            *this << "CASE WHEN count(*) >= 0 THEN ";
+            expression(*select.items[i].expression);
+            *this << (select.items[i].expression->type.isText() ? " END COLLATE TSQL" : " END");
+        } else {
+            collated(*select.items[i].expression);
+        }
         *this << " AS c" << std::to_string(i + 1);
     }
     for (std::size_t i = 0; i < more.size(); ++i) {

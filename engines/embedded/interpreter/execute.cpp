@@ -7,6 +7,7 @@
 #include "engines/embedded/binder/binder.h"
 #include "engines/embedded/interpreter/interpreter.h"
 #include "engines/embedded/interpreter/procedure_scope.h"
+#include "engines/embedded/lexer/error_context.h"
 #include "engines/embedded/parser/parser.h"
 #include "engines/embedded/runtime/convert.h"
 #include "engines/embedded/runtime/sql_error.h"
@@ -131,6 +132,25 @@ std::string lastPartOf(std::string_view name) {
         batch.statements.size() == 1 ? ast::tryAs<ast::ExecuteStatement>(batch.statements.front().get()) : nullptr;
     if (execute == nullptr || execute->procedure.empty()) noProcedure(name);
     return execute->procedure.last();
+}
+
+// The failure of a statement that the engine wrote for INSERT ... EXEC, at its place in the statement of the user's.
+DatabaseError placedIn(const ast::InsertStatement& statement, const ast::Batch& batch, const DatabaseError& failure) {
+    const std::string_view what = failure.what();
+    const std::size_t place = what.find("\nLine ");
+    if (place == std::string_view::npos) return failure;
+    const std::string message(what.substr(0, place));
+    const int number = failure.nativeCode();
+    SourceRange range = statement.target.range;
+    if (number != error::kInvalidObject) {
+        for (const ast::Identifier& column : statement.columns) {
+            if (message.find("'" + column.text + "'") != std::string::npos ||
+                message.find("\"" + column.text + "\"") != std::string::npos) {
+                range = column.range;
+            }
+        }
+    }
+    return statementError(failure.category(), number, message, batch.text, range);
 }
 
 }  // namespace
@@ -461,6 +481,14 @@ std::int64_t Interpreter::executeSql(Activation& activation, std::vector<PassedA
 }
 
 void Interpreter::insertExecute(Activation& activation, const ast::InsertStatement& statement) {
+    catalog_.refresh();
+    // Before the procedure changes anything for rows that nobody takes.
+    if (statement.target.variable.empty() && catalog_.table(statement.target.name.last()) == nullptr &&
+        catalog_.module(statement.target.name.last()) == nullptr) {
+        throw statementError(categoryOf(error::kInvalidObject), error::kInvalidObject,
+                             "Invalid object name '" + statement.target.name.last() + "'.", activation.batch.text,
+                             statement.target.range);
+    }
     BatchResult produced;
     BatchResult* const into = std::exchange(activation.into, &produced);
     try {
@@ -506,7 +534,11 @@ void Interpreter::insertRows(Activation& activation, const ast::InsertStatement&
     for (std::size_t row = 0; row < rows.rowCount(); ++row) {
         for (std::size_t i = 0; i < values.size(); ++i)
             values[i] = rows.column(i).valueAt(row);
-        executor_.execute(insert, *insert.statements.front(), plans, environment, ignored);
+        try {
+            executor_.execute(insert, *insert.statements.front(), plans, environment, ignored);
+        } catch (const DatabaseError& failure) {
+            throw placedIn(statement, activation.batch, failure);
+        }
         ignored.results.clear();
     }
 }

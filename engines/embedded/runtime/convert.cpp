@@ -177,6 +177,7 @@ Value toDecimal(const Value& value, const SqlType& from, const SqlType& to) {
         }
         return fitted(*parsed, from, to);
     }
+    if (std::holds_alternative<Bytes>(value)) failConverting(from, to);
     if (const auto* date = std::get_if<DateTime>(&value)) {
         if (from.kind != TypeKind::DateTime && from.kind != TypeKind::SmallDateTime) notAllowed(from, to);
         const Extended days = static_cast<Extended>(date->ticks - kDateTimeZero) / static_cast<Extended>(kTicksPerDay);
