@@ -7,9 +7,9 @@
 //   const RowSet& rows = *r.results.at(0).rows;
 //
 // Failures are DatabaseError. A statement that fails changes nothing itself; earlier statements of the batch and the
-// transaction stay as they are, unless the error's category is Connection, Corrupt or DiskFull: then the transaction
-// has been rolled back and inTransaction() answers false. What the other statements of the batch brought comes with the
-// error (DatabaseError::results).
+// transaction stay as they are, unless the error's category is Connection, Corrupt or DiskFull, or a value could not be
+// converted (245, 8114 and their like): then the transaction has been rolled back and inTransaction() answers false.
+// What the other statements of the batch brought comes with the error (DatabaseError::results).
 #pragma once
 
 #include <cstdint>

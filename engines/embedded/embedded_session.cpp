@@ -157,8 +157,13 @@ private:
         }
         Plan& plan = *compiled.single;
         if (plan.writes() && catalog_.refresh()) return false;
-        executor_.run(plan, {.scanned = &lexer_.literals(), .markers = parameters, .markerTypes = markerTypes_},
-                      result);
+        try {
+            executor_.run(plan, {.scanned = &lexer_.literals(), .markers = parameters, .markerTypes = markerTypes_},
+                          result);
+        } catch (const DatabaseError& error) {
+            executor_.endBatch(error);
+            throw;
+        }
         if (!Executor::isStale(plan)) return true;
         if (plan.writes()) {
             // Done is done: only what is kept for the next time is stale.
@@ -181,8 +186,13 @@ private:
                 throw withPlace(error, batch);
             }
         }
-        for (const ast::StatementPtr& statement : batch.statements)
-            executor_.execute(batch, *statement, compiled.plans, environment, result);
+        try {
+            for (const ast::StatementPtr& statement : batch.statements)
+                executor_.execute(batch, *statement, compiled.plans, environment, result);
+        } catch (const DatabaseError& error) {
+            executor_.endBatch(error);
+            throw;
+        }
     }
 
     std::string path_;

@@ -100,6 +100,38 @@ TEST_F(Faults, aNullWhereNoneMayBeIsFound) {
     EXPECT_THAT(session->integrityCheck(), testing::ElementsAre("NULL value in L.Name"));
 }
 
+TEST_F(Faults, valuesThatNobodyCanReadAreFound) {
+    {
+        const auto session = EmbeddedSession::open(path(), {.createIfMissing = true});
+        session->run(
+            "create table L(Code int not null, Kind nvarchar(5) not null, Price decimal(9,2), Name nvarchar(50), "
+            "constraint PK_L primary key (Code, Kind)) "
+            "create table H(A decimal(9,2), B as A + 1) "
+            "insert into L values (1, N'a', 1.5, N'x'), (2, N'b', 2.5, N'y'), (3, N'c', null, null) "
+            "insert into H values (1), (2)");
+        EXPECT_THAT(session->integrityCheck(), testing::IsEmpty());
+    }
+    sqlite3* file = nullptr;
+    ASSERT_EQ(sqlite3_open(path().c_str(), &file), SQLITE_OK);
+    const auto byBytes = [](void*, int a, const void* left, int b, const void* right) {
+        return std::string_view(static_cast<const char*>(left), static_cast<std::size_t>(a))
+            .compare({static_cast<const char*>(right), static_cast<std::size_t>(b)});
+    };
+    ASSERT_EQ(sqlite3_create_collation(file, "TSQL", SQLITE_UTF8, nullptr, byBytes), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(file,
+                           "update L set Price = x'8501' where Code = 2; update L set Name = cast(x'41ff' as text) "
+                           "where Code = 1; update H set A = x'' where rowid = 2",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK)
+        << sqlite3_errmsg(file);
+    sqlite3_close(file);
+    const auto session = EmbeddedSession::open(path());
+    EXPECT_THAT(session->integrityCheck(),
+                testing::ElementsAre("The value of A is no decimal number (H, row 2)",
+                                     "The value of Name is no valid UTF-8 text (L, key 1, 'a')",
+                                     "The value of Price is no decimal number (L, key 2, 'b')"));
+}
+
 TEST_F(Faults, aReferenceToARowThatIsNotThereIsFound) {
     {
         const auto session = EmbeddedSession::open(path(), {.createIfMissing = true});

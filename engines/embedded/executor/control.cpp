@@ -134,10 +134,39 @@ void Executor::begin() {
     }
 }
 
+bool Executor::dooms(const DatabaseError& error) const {
+    if (state_.abortOnError) return true;
+    switch (error.nativeCode()) {
+        case 235:   // not a text of money
+        case 241:   // not a text of a date
+        case 244:   // a text of a number too large for tinyint and smallint
+        case 245:   // not a text of a number
+        case 248:   // a text of a number too large for int
+        case 295:   // not a text of a smalldatetime
+        case 8114:  // other types that do not convert
+        case 8169:  // not a text of a uniqueidentifier
+            return true;
+        default:
+            return false;
+    }
+}
+
+void Executor::endBatch(const DatabaseError& error) {
+    if (state_.tranCount > 0 && inTransaction() && dooms(error)) rollback();
+}
+
+void Executor::requireCommittable() const {
+    if (!isDoomed()) return;
+    throwSqlError(3930,
+                  "The current transaction cannot be committed and cannot support operations that write to the log "
+                  "file. Roll back the transaction.");
+}
+
 void Executor::commit() {
     if (!inTransaction()) {
         throwSqlError(3902, "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");
     }
+    requireCommittable();
     if (state_.tranCount > 1) {
         --state_.tranCount;
         return;
@@ -158,6 +187,8 @@ void Executor::rollback() {
     }
     rollback_.run();
     state_.tranCount = 0;
+    state_.doomed = false;
+    savepoints_.clear();
     catalog_.forgetIdentities();
     // What was created in the transaction is gone again.
     catalog_.invalidate();
@@ -186,6 +217,7 @@ void Executor::transaction(const ast::Batch& batch, const ast::TransactionStatem
         case Action::Save:
             if (!inTransaction())
                 throwSqlError(628, "Cannot issue SAVE TRANSACTION when there is no active transaction.");
+            requireCommittable();
             catalog_.settleIdentities();
             database_.execute(("SAVEPOINT " + savepoint).c_str());
             savepoints_.push_back(foldName(name));
@@ -193,6 +225,11 @@ void Executor::transaction(const ast::Batch& batch, const ast::TransactionStatem
         case Action::Rollback:
             if (!name.empty() && inTransaction() &&
                 std::find(savepoints_.begin(), savepoints_.end(), foldName(name)) != savepoints_.end()) {
+                if (isDoomed()) {
+                    throwSqlError(3931,
+                                  "The current transaction cannot be committed and cannot be rolled back to a "
+                                  "savepoint. Roll back the entire transaction.");
+                }
                 database_.execute(("ROLLBACK TO " + savepoint).c_str());
                 catalog_.forgetIdentities();
                 catalog_.invalidate();

@@ -46,6 +46,7 @@ struct SessionState {
     int functionDepth = 0;         // functions of users inside each other
     bool noCount = false;          // SET NOCOUNT
     bool abortOnError = false;     // SET XACT_ABORT
+    bool doomed = false;           // an error that CATCH has taken has made the transaction one to roll back
     int lockTimeout = -1;          // @@LOCK_TIMEOUT, in milliseconds; -1: as long as the session was opened for
     std::string identityInsert;    // the table of SET IDENTITY_INSERT ... ON
     const CaughtError* caught = nullptr;

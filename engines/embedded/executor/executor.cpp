@@ -49,6 +49,22 @@ bool Executor::isPlanned(StatementKind kind) {
            kind == StatementKind::Delete;
 }
 
+namespace {
+
+bool writes(const ast::Statement& statement) {
+    switch (statement.kind) {
+        case StatementKind::Select:
+            return !ast::firstSelect(*ast::as<ast::SelectStatement>(statement).query->body).into.empty();
+        case StatementKind::SetOption:
+        case StatementKind::Transaction:
+            return false;
+        default:
+            return true;
+    }
+}
+
+}  // namespace
+
 BinderInput Executor::binderInput(const ast::Batch& batch, const Environment& environment) const {
     return {.text = batch.text,
             .literals = &batch.literals,
@@ -58,6 +74,7 @@ BinderInput Executor::binderInput(const ast::Batch& batch, const Environment& en
 
 void Executor::execute(const ast::Batch& batch, const ast::Statement& statement, PlanSet& plans,
                        const Environment& environment, BatchResult& into) {
+    if (state_.doomed && writes(statement)) requireCommittable();
     switch (statement.kind) {
         case StatementKind::Select:
             if (const auto& select = ast::as<ast::SelectStatement>(statement);
@@ -258,7 +275,7 @@ Value Executor::systemValue(SystemValue value) {
         case SystemValue::ErrorProcedure:
             return caught == nullptr || caught->procedure.empty() ? Value(Null{}) : Value(caught->procedure);
         case SystemValue::XactState:
-            return std::int64_t{inTransaction() ? 1 : 0};
+            return std::int64_t{isDoomed() ? -1 : inTransaction() ? 1 : 0};
     }
     return Null{};
 }
@@ -359,6 +376,8 @@ void Executor::afterFailure(const DatabaseError& error) {
     if (deadly && inTransaction()) sqlite3_exec(database_.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
     if (inTransaction()) return;
     state_.tranCount = 0;
+    state_.doomed = false;
+    savepoints_.clear();
     catalog_.forgetIdentities();
 }
 

@@ -72,6 +72,12 @@ public:
     void commit();
     void rollback();
     [[nodiscard]] bool inTransaction() const { return database_.inTransaction(); }
+    // Whether the transaction can only be rolled back. It does not outlive its batch.
+    [[nodiscard]] bool isDoomed() const { return state_.doomed && state_.tranCount > 0; }
+    // Whether the error takes the transaction with it: it fails a conversion, or XACT_ABORT is on.
+    [[nodiscard]] bool dooms(const DatabaseError& error) const;
+    // For a statement that is its whole batch: rolls the transaction back when the error takes it along.
+    void endBatch(const DatabaseError& error);
 
     // Who runs the functions of users; it outlives its use here.
     void setFunctionCaller(FunctionCaller* caller) { functions_ = caller; }
@@ -121,6 +127,7 @@ private:
     void assignRow(const Plan& plan, const Environment& environment);
     [[nodiscard]] DatabaseError failureOf(const Plan& plan, int code);
     void afterFailure(const DatabaseError& error);
+    void requireCommittable() const;
 
     void selectInto(const ast::Batch& batch, const ast::SelectStatement& statement, const Environment& environment,
                     BatchResult& into);

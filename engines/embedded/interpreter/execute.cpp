@@ -578,8 +578,7 @@ CallResult Interpreter::call(std::string_view name, std::span<const Argument> ar
     CallResult result;
     CallOutcome outcome;
     try {
-        outcome = callProgram(*program, passed, result.batch);
-        throwPending();
+        runToEnd([&] { outcome = callProgram(*program, passed, result.batch); });
     } catch (const DatabaseError& error) {
         throw withResults(error, std::move(result.batch));
     }

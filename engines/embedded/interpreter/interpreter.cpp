@@ -82,8 +82,7 @@ void Interpreter::run(const ast::Batch& batch, const Layout& layout, PlanSet& pl
     activation.environment.variables = &frame;
     startAfresh();
     outermost_ = &batch;
-    runList(activation, batch.statements);
-    throwPending();
+    runToEnd([&] { runList(activation, batch.statements); });
 }
 
 void Interpreter::startAfresh() {

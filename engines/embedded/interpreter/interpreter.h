@@ -8,9 +8,11 @@
 //
 // Errors follow SQL Server. Outside of TRY, one that ends only its statement (a broken key, RAISERROR, division by
 // zero) lets the statements after it run and is thrown when the batch has ended; one that ends the batch (a failed
-// conversion, a table that is not there, THROW, any with XACT_ABORT on) is thrown at once. In both cases the caller
-// gets the first error of the batch, and the results of the batch are lost with it. Errors that lose the connection or
-// the transaction are thrown at once and pass by every CATCH.
+// conversion, a table that is not there, THROW, any with XACT_ABORT on) is thrown at once, and a failed conversion or
+// any error with XACT_ABORT on rolls the transaction back; inside of TRY these leave it to CATCH, but nothing can be
+// written or committed any more until ROLLBACK, and the end of the batch rolls back. In both cases the caller gets the
+// first error of the batch, and the results of the batch are lost with it. Errors that lose the connection or the
+// transaction are thrown at once and pass by every CATCH.
 #pragma once
 
 #include <exception>
@@ -133,6 +135,9 @@ private:
     // Whether the batch goes on behind a statement that failed so; the error is kept for its end then.
     bool goesOn(Activation& activation, const ast::Statement& statement, const DatabaseError& error);
     void throwPending();
+    // Runs a batch, at whose end a transaction that cannot be committed is rolled back; an error (3998) when nothing
+    // else has failed.
+    void runToEnd(const std::function<void()>& batch);
 
     // execute.cpp
     void execute(Activation& activation, const ast::ExecuteStatement& statement);

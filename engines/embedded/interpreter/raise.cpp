@@ -93,6 +93,9 @@ bool Interpreter::goesOn(Activation& activation, const ast::Statement& statement
     SessionState& state = executor_.state();
     state.error = error.nativeCode();
     const auto* raised = dynamic_cast<const RaisedError*>(&error);
+    const bool dooms = raised != nullptr ? state.abortOnError : executor_.dooms(error);
+    // The innermost place decides: a procedure's XACT_ABORT is over when the TRY of its caller hears of the error.
+    if (tries_ > 0 && dooms && state.tranCount > 0) state.doomed = true;
     const bool endsBatch = raised ? raised->ends() : state.abortOnError || !endsStatementOnly(error.nativeCode());
     // An error in a function ends the statement that has called it.
     if (losesTheTransaction(error) || tries_ > 0 || activation.function != nullptr) return false;
@@ -103,7 +106,7 @@ bool Interpreter::goesOn(Activation& activation, const ast::Statement& statement
         located_ = nullptr;
         return true;
     }
-    if (state.abortOnError && executor_.inTransaction()) executor_.rollback();
+    if (dooms && executor_.inTransaction()) executor_.rollback();
     // An earlier error is the one that the caller hears of.
     if (pending_) throwPending();
     return false;
@@ -113,6 +116,24 @@ void Interpreter::throwPending() {
     if (!pending_) return;
     const std::exception_ptr error = std::exchange(pending_, nullptr);
     std::rethrow_exception(error);
+}
+
+void Interpreter::runToEnd(const std::function<void()>& batch) {
+    const auto rollsBack = [this] {
+        const bool doomed = executor_.isDoomed();
+        if (doomed) executor_.rollback();
+        return doomed;
+    };
+    try {
+        batch();
+        throwPending();
+    } catch (const DatabaseError&) {
+        rollsBack();
+        throw;
+    }
+    if (!rollsBack()) return;
+    throwSqlError(3998,
+                  "Uncommittable transaction is detected at the end of the batch. The transaction is rolled back.");
 }
 
 Interpreter::Flow Interpreter::runTryCatch(Activation& activation, const ast::TryCatchStatement& statement) {
