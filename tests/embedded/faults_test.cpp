@@ -106,7 +106,7 @@ TEST_F(Faults, valuesThatNobodyCanReadAreFound) {
         session->run(
             "create table L(Code int not null, Kind nvarchar(5) not null, Price decimal(9,2), Name nvarchar(50), "
             "constraint PK_L primary key (Code, Kind)) "
-            "create table H(A decimal(9,2), B as A + 1) "
+            "create table H(A decimal(9,2)) "
             "insert into L values (1, N'a', 1.5, N'x'), (2, N'b', 2.5, N'y'), (3, N'c', null, null) "
             "insert into H values (1), (2)");
         EXPECT_THAT(session->integrityCheck(), testing::IsEmpty());

@@ -229,10 +229,13 @@ TEST(EmbeddedSession, transactionsOfTheSeam) {
     EXPECT_EQ(rowsOf(session->run("select A from T")).rowCount(), 0U);
     session->begin();
     session->run("insert into T values(2)");
-    EXPECT_THROW(session->run("insert into T values('x')"), DatabaseError);
+    EXPECT_THROW(session->run("insert into T values(1 / 0)"), DatabaseError);
     EXPECT_TRUE(session->inTransaction());
     session->commit();
     EXPECT_EQ(rowsOf(session->run("select A from T")).column(0).intAt(0), 2);
+    session->begin();
+    EXPECT_THROW(session->run("insert into T values('x')"), DatabaseError);
+    EXPECT_FALSE(session->inTransaction());
 }
 
 TEST(EmbeddedSession, keepsTheApplicationsSchemaVersion) {
