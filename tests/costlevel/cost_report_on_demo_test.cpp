@@ -3,12 +3,14 @@
 
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTableView>
 #include <utility>
 
 #include "costlevel/cost_report_frm.h"
 #include "host/screens/smart_grid.h"
 #include "host/services/sql_access.h"
 #include "tests/host_screens/demo_screens.h"
+#include "tests/host_screens/painted_text.h"
 #include "tests/host_screens/when_busy.h"
 
 namespace basalt::host {
@@ -49,6 +51,41 @@ protected:
                                   std::to_string(block * 10'000) + ", Name, AbbName FROM GoodInf WHERE Code < 10000");
     }
 };
+
+TEST_F(ReportOnDemo, theLongestPricesAreWholeOnScreenAndPaper) {
+    QString longest;
+    qsizetype printed = 0;
+    output.onPreview = [&](PrintDocument& document) {
+        PaintedText painted;
+        const int pages = document.layOut(pageLayout());
+        QPainter painter(&painted);
+        for (int page = 0; page < pages; ++page)
+            document.paintPage(painter, page);
+        painter.end();
+        printed = painted.text().count(longest);
+        EXPECT_FALSE(painted.text().contains(QLatin1Char('#')));
+    };
+    show([&](QWidget&, SmartGrid& grid) {
+        const QFontMetrics metrics(grid.View()->font());
+        qsizetype there = 0;
+        for (int column = 0; column < grid.ColumnCount(); ++column) {
+            if (!grid.Column(column).Visible || !grid.model().isNumberColumn(column)) continue;
+            const int width = static_cast<QTableView*>(grid.View())->columnWidth(column);
+            for (int row = 0; row < grid.model().rowCount(); ++row) {
+                const QString shown = grid.model().shown(row, column);
+                if (shown.size() > longest.size()) {
+                    longest = shown;
+                    there = 0;
+                }
+                if (shown == longest) ++there;
+                EXPECT_LE(metrics.horizontalAdvance(shown) + 22, width) << row << ", " << column;
+            }
+        }
+        EXPECT_GT(longest.size(), 8);
+        grid.print();
+        EXPECT_EQ(printed, there);
+    });
+}
 
 TEST_F(ReportOnDemo, aKeptLayoutMeetsOtherLevels) {
     execute(*session, "DELETE FROM costlist");
