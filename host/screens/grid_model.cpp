@@ -142,11 +142,30 @@ QString GridModel::shown(int modelRow, int column) const {
     }
 }
 
+namespace {
+
+// The field's cells where each row of the grid is a stored row and all of them are shown.
+const Column* storedDecimals(const TDataSet& rows, int field, int rowCount) {
+    const RowSet& stored = rows.rowSet();
+    if (static_cast<std::size_t>(field) >= stored.columnCount()) return nullptr;
+    if (rows.State() != dsBrowse || stored.rowCount() != static_cast<std::size_t>(rowCount)) return nullptr;
+    const Column& cells = stored.column(static_cast<std::size_t>(field));
+    return cells.info().type == FieldType::Decimal ? &cells : nullptr;
+}
+
+}  // namespace
+
 QStringList GridModel::numberShapes(int column) const {
     const TDataSet* rows = dataSet();
     const int at = field(column);
     if (!rows || at < 0) return {};
     NumberShapes shapes(format(column));
+    if (const Column* cells = storedDecimals(*rows, at, rowCount_)) {
+        // As they lie in memory: a report has a million of them.
+        for (std::size_t row = 0; row < cells->size(); ++row)
+            if (!cells->isNull(row)) shapes.add(cells->coefficientAt(row), cells->info().scale);
+        return shapes.texts();
+    }
     QStringList others;
     for (int row = 0; row < rowCount_; ++row) {
         const Value cell = rows->valueAt(row, at);

@@ -3,6 +3,8 @@
 #include <QSet>
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 
 #include "host/screens/persian_digits.h"
 #include "host/screens/table_content.h"
@@ -12,12 +14,19 @@ namespace {
 
 constexpr int kMostMarks = 4;
 
-// Most amounts fit into 64 bits, whose divisions cost a tenth.
-Int128 remainderOf(Int128 value, Int128 divisor) {
-    const auto narrow = static_cast<std::int64_t>(value);
-    const auto narrowDivisor = static_cast<std::int64_t>(divisor);
-    if (narrow == value && narrowDivisor == divisor) return narrow % narrowDivisor;
-    return value % divisor;
+// Of ten, as far as 64 bits go.
+constexpr std::array<std::int64_t, 19> kPowers = [] {
+    std::array<std::int64_t, 19> powers{1};
+    for (std::size_t i = 1; i < powers.size(); ++i)
+        powers[i] = powers[i - 1] * 10;
+    return powers;
+}();
+
+std::int64_t powerFor(std::int64_t, int exponent) {
+    return kPowers[static_cast<std::size_t>(exponent)];
+}
+Int128 powerFor(Int128, int exponent) {
+    return powerOfTen(exponent);
 }
 
 // Digits become one and the same, so that shapes of different numbers are equal.
@@ -34,19 +43,32 @@ NumberShapes::NumberShapes(const DisplayFormat& format) : format_(format) {
         lengths.fill(kUnseen);
 }
 
-void NumberShapes::add(const Decimal& number) {
-    const bool negative = number.coefficient() < 0;
-    Int128 magnitude = negative ? -number.coefficient() : number.coefficient();
-    const int scale = number.scale();
-    const int most = format_.isEmpty() ? scale : std::min(scale, format_.decimals());
-    // Rounding may add a digit before the point; there is room for it below the largest decimal.
-    const Int128 unit = powerOfTen(scale - most);
+template <class Integer>
+void NumberShapes::addMagnitude(Integer magnitude, bool negative, int scale, int most) {
+    // Rounding may add a digit before the point.
+    const Integer unit = powerFor(Integer{}, scale - most);
     if (unit > 1) magnitude += unit / 2;
-    const int before = std::max(0, Decimal(magnitude, 0).digits() - scale);
+    int before = 0;
+    for (Integer whole = magnitude / powerFor(Integer{}, scale); whole > 0; whole /= 10)
+        ++before;
     int& after = fractions_[negative ? 1 : 0][static_cast<std::size_t>(before)];
     if (after == kUnseen) after = 0;
-    while (after < most && remainderOf(magnitude, powerOfTen(scale - after)) >= unit)
+    while (after < most && magnitude % powerFor(Integer{}, scale - after) >= unit)
         ++after;
+}
+
+void NumberShapes::add(Int128 coefficient, int scale) {
+    const bool negative = coefficient < 0;
+    const Int128 magnitude = negative ? -coefficient : coefficient;
+    const int most = format_.isEmpty() ? scale : std::min(scale, format_.decimals());
+    // Most amounts fit into 64 bits, whose divisions cost a tenth; half of the bound leaves room for rounding.
+    const auto narrow = static_cast<std::int64_t>(magnitude);
+    if (narrow == magnitude && narrow < std::numeric_limits<std::int64_t>::max() / 2 &&
+        scale < static_cast<int>(kPowers.size())) {
+        addMagnitude(narrow, negative, scale, most);
+    } else {
+        addMagnitude(magnitude, negative, scale, most);
+    }
 }
 
 QStringList NumberShapes::texts() const {

@@ -25,12 +25,16 @@ public:
     // The format is lent.
     explicit NumberShapes(const DisplayFormat& format);
 
-    void add(const Decimal& number);
+    void add(const Decimal& number) { add(number.coefficient(), number.scale()); }
+    void add(Int128 coefficient, int scale);
     // For each length before the point, the longest text as it is shown.
     [[nodiscard]] QStringList texts() const;
 
 private:
     static constexpr int kUnseen = -1;
+
+    template <class Integer>
+    void addMagnitude(Integer magnitude, bool negative, int scale, int most);
 
     const DisplayFormat& format_;
     // The most digits after the point by the number of digits before it, of positive and of negative numbers.
