@@ -22,6 +22,13 @@ constexpr std::array<std::int64_t, 19> kPowers = [] {
     return powers;
 }();
 
+// The exponent of the highest power.
+constexpr int mostDigits(std::int64_t) {
+    return static_cast<int>(kPowers.size()) - 1;
+}
+constexpr int mostDigits(Int128) {
+    return kMaxDecimalDigits;
+}
 std::int64_t powerFor(std::int64_t, int exponent) {
     return kPowers[static_cast<std::size_t>(exponent)];
 }
@@ -48,9 +55,14 @@ void NumberShapes::addMagnitude(Integer magnitude, bool negative, int scale, int
     // Rounding may add a digit before the point.
     const Integer unit = powerFor(Integer{}, scale - most);
     if (unit > 1) magnitude += unit / 2;
-    int before = 0;
-    for (Integer whole = magnitude / powerFor(Integer{}, scale); whole > 0; whole /= 10)
+    // Prices of one column are of much the same length.
+    int before = lastBefore_;
+    while (scale + before <= mostDigits(Integer{}) && magnitude >= powerFor(Integer{}, scale + before))
         ++before;
+    while (before > 0 &&
+           (scale + before - 1 > mostDigits(Integer{}) || magnitude < powerFor(Integer{}, scale + before - 1)))
+        --before;
+    lastBefore_ = before;
     int& after = fractions_[negative ? 1 : 0][static_cast<std::size_t>(before)];
     if (after == kUnseen) after = 0;
     while (after < most && magnitude % powerFor(Integer{}, scale - after) >= unit)

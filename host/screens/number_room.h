@@ -36,6 +36,7 @@ private:
     template <class Integer>
     void addMagnitude(Integer magnitude, bool negative, int scale, int most);
 
+    int lastBefore_ = 0;
     const DisplayFormat& format_;
     // The most digits after the point by the number of digits before it, of positive and of negative numbers.
     std::array<std::array<int, kMaxDecimalDigits + 2>, 2> fractions_{};
