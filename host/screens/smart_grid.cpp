@@ -320,7 +320,8 @@ int SmartGrid::measuredWidth(int column) const {
 }
 
 void SmartGrid::layOutColumns() {
-    if (layingOut_) return;
+    // Until it is seen it may get many columns and several results; showing it lays them out once.
+    if (layingOut_ || !isVisible()) return;
     layingOut_ = true;
     QHeaderView* header = view_->horizontalHeader();
     std::vector<int> stretching;
