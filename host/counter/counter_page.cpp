@@ -116,6 +116,11 @@ CounterPage::CounterPage(DesktopContext context, QWidget* parent)
     makeFooter(*layout);
 }
 
+// A field that has the focus loses it as the window's last act, and would tell a page that is no more.
+CounterPage::~CounterPage() {
+    person_->disconnect(this);
+}
+
 void CounterPage::makeScanRow(QBoxLayout& layout) {
     auto* row = new QHBoxLayout;
     row->setSpacing(8);

@@ -23,6 +23,7 @@ namespace basalt::host {
 class CounterPage final : public ShellPage {
 public:
     explicit CounterPage(DesktopContext context, QWidget* parent = nullptr);
+    ~CounterPage() override;
 
     void enter() override;
     // Asks about an invoice that is not saved; without it the invoice is forgotten.
