@@ -187,38 +187,29 @@ TEST(StepPlayer, leavesScreensOpenAtTheEndClosedWithoutSaving) {
     EXPECT_EQ(play("row List_GRD 0\nclick Edit_BTN\ntype Name_EDT x\n"), "");
 }
 
-TEST(StepPlayer, waitsForWhatTheLastClickBringsLater) {
+// A screen whose only button shows a message when its click is long done.
+std::string playLateMessage(const MessageRequest& message) {
     StepPlayer player(parseSteps("click Late_BTN\n", "t.steps"), "t.steps");
     QDialog screen;
     screen.setObjectName("Late_FRM");
     QPushButton button("Late", &screen);
     button.setObjectName("Late_BTN");
-    QObject::connect(&button, &QPushButton::clicked, &screen, [&] {
-        QTimer::singleShot(120, &screen, [&] { player.messages().show({.operation = "MsgLate"}); });
-    });
+    QObject::connect(&button, &QPushButton::clicked, &screen,
+                     [&] { QTimer::singleShot(120, &screen, [&] { player.messages().show(message); }); });
     player.start();
     screen.exec();
     player.returned({});
     player.finish();
-    EXPECT_EQ(player.failure().value_or(""), "t.steps:1: expected no message, found MsgLate");
+    return player.failure().value_or("");
+}
+
+TEST(StepPlayer, waitsForWhatTheLastClickBringsLater) {
+    EXPECT_EQ(playLateMessage({.operation = "MsgLate"}), "t.steps:1: expected no message, found MsgLate");
 }
 
 TEST(StepPlayer, aQuestionThatTheLastClickBringsLaterFails) {
-    StepPlayer player(parseSteps("click Late_BTN\n", "t.steps"), "t.steps");
-    QDialog screen;
-    screen.setObjectName("Late_FRM");
-    QPushButton button("Late", &screen);
-    button.setObjectName("Late_BTN");
-    QObject::connect(&button, &QPushButton::clicked, &screen, [&] {
-        QTimer::singleShot(120, &screen, [&] {
-            player.messages().show({.operation = "MsgLate", .buttons = {TMessageButton::Yes, TMessageButton::No}});
-        });
-    });
-    player.start();
-    screen.exec();
-    player.returned({});
-    player.finish();
-    EXPECT_EQ(player.failure().value_or(""), "t.steps:1: expected an answer to MsgLate (yes, no), found none");
+    EXPECT_EQ(playLateMessage({.operation = "MsgLate", .buttons = {TMessageButton::Yes, TMessageButton::No}}),
+              "t.steps:1: expected an answer to MsgLate (yes, no), found none");
 }
 
 // A grid that exports as those of the module do: it asks for a file's name, and takes its time to write the file.
