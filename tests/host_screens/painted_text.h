@@ -9,6 +9,7 @@
 #include <QPaintEngine>
 #include <QPainter>
 #include <QPainterPath>
+#include <limits>
 
 namespace basalt::host {
 
@@ -35,8 +36,14 @@ protected:
                 return kDpi;
             case PdmDepth:
                 return 32;
+            case PdmNumColors:
+                return std::numeric_limits<int>::max();
+            case PdmDevicePixelRatio:
+                return 1;
+            case PdmDevicePixelRatioScaled:
+                return static_cast<int>(devicePixelRatioFScale());
             default:
-                return QPaintDevice::metric(metric);
+                return 0;
         }
     }
 
