@@ -9,10 +9,10 @@
 #include "cli/commands.h"
 #include "cli/workspace.h"
 #include "cli/wrong_usage.h"
-#include "host/engines/draft_file.h"
 #include "host/engines/open_database.h"
-#include "host/engines/path_text.h"
 #include "host/services/deploy.h"
+#include "host/services/draft_file.h"
+#include "host/services/path_text.h"
 #include "host/transfer/database_dump.h"
 #include "host/transfer/database_load.h"
 

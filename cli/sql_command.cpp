@@ -13,7 +13,7 @@
 #include "cli/terminal.h"
 #include "cli/workspace.h"
 #include "cli/wrong_usage.h"
-#include "host/engines/path_text.h"
+#include "host/services/path_text.h"
 #include "host/services/script_batches.h"
 #include "host/services/script_lines.h"
 

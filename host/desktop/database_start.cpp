@@ -4,9 +4,9 @@
 #include <system_error>
 
 #include "host/engines/open_database.h"
-#include "host/engines/path_text.h"
 #include "host/services/deploy.h"
 #include "host/services/message_catalogue.h"
+#include "host/services/path_text.h"
 
 namespace basalt::host {
 namespace {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "host/desktop/desktop.h"
-#include "host/engines/path_text.h"
+#include "host/services/path_text.h"
 #include "host/steps/step_player.h"
 #include "host/steps/steps_error.h"
 #include "host/steps/steps_file.h"

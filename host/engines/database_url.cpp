@@ -2,7 +2,7 @@
 
 #include "ado/error.h"
 #include "engines/odbc/connection_string.h"
-#include "host/engines/path_text.h"
+#include "host/services/path_text.h"
 #include "host/services/platform/user_folders.h"
 
 namespace basalt::host {

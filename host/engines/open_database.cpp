@@ -8,9 +8,9 @@
 #include "engines/embedded/embedded_session.h"
 #include "engines/odbc/connection_string.h"
 #include "engines/odbc/odbc_session.h"
-#include "host/engines/draft_file.h"
-#include "host/engines/path_text.h"
 #include "host/services/deploy.h"
+#include "host/services/draft_file.h"
+#include "host/services/path_text.h"
 #include "host/transfer/server_schema.h"
 
 namespace basalt::host {
@@ -88,6 +88,18 @@ std::unique_ptr<Session> openServer(const DatabaseUrl& url) {
     return odbc::OdbcSession::open(url.target);
 }
 
+// A database file that its maker closes when it is done. No place for it is a failure to connect, as with any other.
+template <typename Maker>
+void makeWhole(const fs::path& place, const Maker& make) {
+    try {
+        const DraftFile draft(place);
+        make(textFromPath(draft.path()));
+        draft.takePlace();
+    } catch (const DraftError& error) {
+        throw DatabaseError(ErrorCategory::Connection, "08001", 0, error.what());
+    }
+}
+
 }  // namespace
 
 std::unique_ptr<Session> openDatabase(const DatabaseUrl& url) {
@@ -125,13 +137,11 @@ void createDatabase(const DatabaseUrl& url, const std::function<void(Session&)>&
     }
     refuseRemains(path);
     makeFolder(path);
-    const DraftFile draft(path);
-    {
-        const auto session = openEmbedded(textFromPath(draft.path()), true);
+    makeWhole(path, [&](const std::string& draft) {
+        const auto session = openEmbedded(draft, true);
         fill(*session);
         session->flush();
-    }
-    draft.takePlace();
+    });
 }
 
 void createDatabase(const DatabaseUrl& url, bool demo) {
@@ -150,17 +160,15 @@ void backUpDatabase(const DatabaseUrl& url, const std::string& file) {
     if (fs::exists(path, failure)) throw UsageError("there is a file at " + file + " already");
     refuseRemains(path);
     const std::unique_ptr<embedded::EmbeddedSession> source = openFile(url);
-    const DraftFile draft(path);
-    source->backUp(textFromPath(draft.path()));
-    {
-        const auto copy = openEmbedded(textFromPath(draft.path()), false);
+    makeWhole(path, [&](const std::string& draft) {
+        source->backUp(draft);
+        const auto copy = openEmbedded(draft, false);
         const std::vector<std::string> problems = copy->integrityCheck();
         if (!problems.empty()) {
             throw DatabaseError(ErrorCategory::Corrupt, "HY000", 0, "the copy is not sound: " + problems.front());
         }
         copy->flush();
-    }
-    draft.takePlace();
+    });
 }
 
 DatabaseSchema readSchema(Session& session) {

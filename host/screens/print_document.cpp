@@ -1,10 +1,8 @@
 #include "host/screens/print_document.h"
 
-#include <QFile>
-#include <QFileInfo>
-#include <QTemporaryDir>
 #include <algorithm>
 
+#include "host/screens/output_file.h"
 #include "host/services/output_error.h"
 
 namespace basalt::host {
@@ -31,22 +29,14 @@ void printPages(PrintDocument& document, QPrinter& printer, int from, int to) {
 }
 
 void writePdf(PrintDocument& document, const QPageLayout& paper, const QString& path) {
-    const auto fail = [&] {
-        throw OutputError(QStringLiteral("پرونده‌ی «%1» نوشته نشد.").arg(path).toStdString());
-    };
-    QTemporaryDir folder(QFileInfo(path).absolutePath() + QStringLiteral("/.pages-XXXXXX"));
-    if (!folder.isValid()) fail();
-    const QString made = folder.filePath(QStringLiteral("table.pdf"));
-    {
+    writeOutputFile(path, [&](const QString& draft) {
         QPrinter printer(QPrinter::HighResolution);
         printer.setOutputFormat(QPrinter::PdfFormat);
-        printer.setOutputFileName(made);
+        printer.setOutputFileName(draft);
         printer.setDocName(document.title());
         printer.setPageLayout(paper);
         printPages(document, printer, 0, document.layOut(paper) - 1);
-    }
-    if (QFile::exists(path) && !QFile::remove(path)) fail();
-    if (!QFile::rename(made, path)) fail();
+    });
 }
 
 }  // namespace basalt::host

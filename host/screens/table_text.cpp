@@ -3,7 +3,7 @@
 #include <QSaveFile>
 #include <algorithm>
 
-#include "host/services/output_error.h"
+#include "host/screens/output_file.h"
 
 namespace basalt::host {
 namespace {
@@ -52,11 +52,7 @@ QString tabSeparated(const TableContent& table, std::span<const int> rows) {
 
 void writeCsv(const TableContent& table, const QString& path) {
     QSaveFile file(path);
-    const auto fail = [&] {
-        throw OutputError(QStringLiteral("پرونده‌ی «%1» نوشته نشد: %2")
-                              .arg(path, file.errorString())
-                              .toStdString());
-    };
+    const auto fail = [&] { outputFails(path, file.errorString()); };
     if (!file.open(QIODevice::WriteOnly)) fail();
     const auto columnCount = static_cast<int>(table.columns().size());
     QByteArray line("\xEF\xBB\xBF");

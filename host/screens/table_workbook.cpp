@@ -3,8 +3,6 @@
 #include <xlsxwriter.h>
 
 #include <QFile>
-#include <QFileInfo>
-#include <QTemporaryDir>
 #include <algorithm>
 #include <map>
 #include <string>
@@ -12,6 +10,7 @@
 #include <vector>
 
 #include "host/screens/display_format.h"
+#include "host/screens/output_file.h"
 #include "host/services/output_error.h"
 
 namespace basalt::host {
@@ -217,26 +216,16 @@ private:
 }  // namespace
 
 void writeWorkbook(const TableContent& table, const QString& path) {
-    const auto fail = [&](const QString& reason) {
-        throw OutputError(
-            QStringLiteral("پرونده‌ی «%1» نوشته نشد: %2").arg(path, reason).toStdString());
-    };
-    // Made beside its final place and moved there when it is whole.
-    QTemporaryDir folder(QFileInfo(path).absolutePath() + QStringLiteral("/.workbook-XXXXXX"));
-    if (!folder.isValid()) fail(folder.errorString());
-    const QString made = folder.filePath(QStringLiteral("table.xlsx"));
-    {
-        Workbook book(QFile::encodeName(made));
+    writeOutputFile(path, [&](const QString& draft) {
+        Workbook book(QFile::encodeName(draft));
         SheetWriter writer(book.get(), table);
         int next = 0;
         do {
             next = writer.writeSheet(next);
         } while (next < table.rowCount());
-        if (const lxw_error error = book.close(); error != LXW_NO_ERROR) fail(QString::fromUtf8(lxw_strerror(error)));
-    }
-    if (QFile::exists(path) && !QFile::remove(path))
-        fail(QStringLiteral("پرونده‌ی پیشین جای خود را نمی‌دهد."));
-    if (!QFile::rename(made, path)) fail(QStringLiteral("جابه‌جایی به جای پایانی نشد."));
+        if (const lxw_error error = book.close(); error != LXW_NO_ERROR)
+            outputFails(path, QString::fromUtf8(lxw_strerror(error)));
+    });
 }
 
 }  // namespace basalt::host

@@ -1,11 +1,11 @@
-#include "host/engines/draft_file.h"
+#include "host/services/draft_file.h"
 
 #include <string>
 #include <system_error>
 #include <utility>
 
 #include "ado/error.h"
-#include "host/engines/path_text.h"
+#include "host/services/path_text.h"
 
 namespace basalt::host {
 
@@ -15,11 +15,6 @@ namespace {
 
 // As many drafts of one file as may lie about at most, each of a program that is at work or that died over it.
 constexpr int kMostDrafts = 1000;
-
-[[noreturn]] void cannotBeMade(const fs::path& place, const std::error_code& failure) {
-    throw DatabaseError(ErrorCategory::Connection, "08001", 0,
-                        textFromPath(place) + " cannot be made: " + failure.message());
-}
 
 [[noreturn]] void isThereAlready(const fs::path& place) {
     throw UsageError("there is a file at " + textFromPath(place) + " already");
@@ -33,11 +28,12 @@ fs::path newFolderFor(const fs::path& place) {
         std::error_code failure;
         if (fs::create_directory(folder, failure)) return folder;
         std::error_code ignored;
-        if (failure && !fs::exists(fs::symlink_status(folder, ignored))) cannotBeMade(place, failure);
+        if (failure && !fs::exists(fs::symlink_status(folder, ignored)))
+            throw DraftError(textFromPath(place), failure.message());
     }
-    throw DatabaseError(ErrorCategory::Connection, "08001", 0,
-                        textFromPath(place) + " cannot be made: " + std::to_string(kMostDrafts) +
-                            " unfinished ones lie beside it; remove the folders whose names go on with .new");
+    throw DraftError(textFromPath(place), std::to_string(kMostDrafts) +
+                                              " unfinished ones lie beside it; remove the folders whose names go on "
+                                              "with .new");
 }
 
 }  // namespace
@@ -64,7 +60,7 @@ void DraftFile::takePlace() const {
 void DraftFile::replace() const {
     std::error_code failure;
     fs::rename(path_, place_, failure);
-    if (failure) cannotBeMade(place_, failure);
+    if (failure) throw DraftError(textFromPath(place_), failure.message());
 }
 
 }  // namespace basalt::host

@@ -9,12 +9,27 @@
 #pragma once
 
 #include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <utility>
 
 namespace basalt::host {
 
+// There is no place for the file; what() names it.
+class DraftError : public std::runtime_error {
+public:
+    DraftError(const std::string& file, std::string reason)
+        : std::runtime_error(file + " cannot be made: " + reason), reason_(std::move(reason)) {}
+
+    [[nodiscard]] const std::string& reason() const { return reason_; }
+
+private:
+    std::string reason_;
+};
+
 class DraftFile {
 public:
-    // Makes the folder. DatabaseError (Connection) when that cannot be.
+    // Makes the folder. DraftError when that cannot be.
     explicit DraftFile(std::filesystem::path place);
     ~DraftFile();
     DraftFile(const DraftFile&) = delete;
@@ -24,7 +39,7 @@ public:
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
     // The file, closed by now, takes its place. UsageError when a file has come there meanwhile, which stays as it is;
-    // DatabaseError (Connection) when it cannot be moved.
+    // DraftError when it cannot be moved.
     void takePlace() const;
     // The same, but a file that is there gives way.
     void replace() const;

@@ -8,7 +8,7 @@
 
 #include "ado/error.h"
 #include "host/engines/open_database.h"
-#include "tests/host_engines/files.h"
+#include "tests/support/files.h"
 #include "tests/support/small_files.h"
 
 namespace basalt::host {

@@ -1,5 +1,5 @@
 // A file in the making takes its place whole, or leaves nothing.
-#include "host/engines/draft_file.h"
+#include "host/services/draft_file.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "ado/error.h"
-#include "tests/host_engines/files.h"
+#include "tests/support/files.h"
 
 namespace basalt::host {
 namespace {
@@ -75,7 +75,7 @@ TEST_F(Draft, letsOtherDraftsAndFilesOfItsNameAlone) {
 
 TEST_F(Draft, saysWhyThereIsNoPlaceForIt) {
     EXPECT_THAT([&] { const DraftFile draft(path("nowhere/a.txt")); },
-                ThrowsMessage<DatabaseError>(HasSubstr("nowhere/a.txt cannot be made: ")));
+                ThrowsMessage<DraftError>(HasSubstr("nowhere/a.txt cannot be made: ")));
 }
 
 }  // namespace

@@ -1,9 +1,8 @@
 // A folder of its own for a test, gone afterwards.
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
-#include <stdexcept>
+#include <random>
 #include <string>
 
 namespace basalt::test {
@@ -11,9 +10,11 @@ namespace basalt::test {
 class TempFolder {
 public:
     TempFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "basalt-XXXXXX").string();
-        if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("cannot make a temporary folder");
-        path_ = pattern;
+        // Programs run side by side and one may have left its folders behind, so the name is drawn until it is new.
+        std::random_device number;
+        do
+            path_ = std::filesystem::temp_directory_path() / ("basalt-" + std::to_string(number()));
+        while (!std::filesystem::create_directory(path_));
     }
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
