@@ -1,39 +1,14 @@
 #include "engines/odbc/odbc_session.h"
 
-#include <algorithm>
-#include <cctype>
-#include <iterator>
 #include <map>
 
 #include "ado/names.h"
 #include "engines/odbc/catalog.h"
 #include "engines/odbc/connection.h"
 #include "engines/odbc/procedure_call.h"
+#include "engines/odbc/transaction_words.h"
 
 namespace basalt::odbc {
-
-namespace {
-
-bool isWordByte(char c) {
-    return c == '_' || c == '@' || c == '#' || std::isalnum(static_cast<unsigned char>(c)) != 0;
-}
-
-// TRAN or TRANSACTION as a word: the batch may begin or end a transaction by itself.
-bool mentionsTransaction(std::string_view sql) {
-    const auto sameLetter = [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == b; };
-    constexpr std::string_view kBegin = "tran";
-    constexpr std::string_view kRest = "saction";
-    auto at = sql.begin();
-    while ((at = std::search(at, sql.end(), kBegin.begin(), kBegin.end(), sameLetter)) != sql.end()) {
-        const bool begins = at == sql.begin() || !isWordByte(*std::prev(at));
-        at += kBegin.size();
-        if (std::search(at, sql.end(), kRest.begin(), kRest.end(), sameLetter) == at) at += kRest.size();
-        if (begins && (at == sql.end() || !isWordByte(*at))) return true;
-    }
-    return false;
-}
-
-}  // namespace
 
 class OdbcSession::Core {
 public:
@@ -43,9 +18,8 @@ public:
         Parameters parameters(connected().traits());
         for (const Value& value : values)
             parameters.addMarker(value);
-        BatchResult result = execute(sql, parameters);
-        if (mentionsTransaction(sql)) askTransaction();
-        return result;
+        everyBatchTells_ = everyBatchTells_ || mayChangeImplicitTransactions(sql);
+        return execute(sql, parameters, everyBatchTells_ || mayChangeTransaction(sql));
     }
 
     const ProcedureInfo& procedure(std::string_view name) {
@@ -60,7 +34,7 @@ public:
     CallResult call(std::string_view name, std::span<const Argument> arguments) {
         ProcedureCall call(procedure(name), name, arguments, connected().traits());
         try {
-            return call.finish(execute(call.text(), call.parameters()));
+            return call.finish(execute(call.text(), call.parameters(), true));
         } catch (const DatabaseError&) {
             // Perhaps it was altered since it was described.
             procedures_.erase(foldName(name));
@@ -72,50 +46,83 @@ public:
 
     void begin() {
         execute("BEGIN TRANSACTION");
-        inTransaction_ = true;
+        ++transactions_;
     }
 
     void commit() {
-        if (!inTransaction_) {
+        const bool open = inTransaction();
+        tellLoss();
+        if (!open) {
             throw DatabaseError(ErrorCategory::Other, "25000", 3902,
                                 "there is no transaction to commit; nothing was saved");
         }
         execute("COMMIT TRANSACTION");
-        inTransaction_ = false;
+        --transactions_;
     }
 
     void rollback() {
         // What was lost with the connection has been rolled back.
-        if (!inTransaction_) return;
+        if (transactions_ == 0 && !uncertain_) return;
         execute(rollbackText());
-        inTransaction_ = false;
+        setTransactions(0);
     }
 
-    [[nodiscard]] bool inTransaction() const { return inTransaction_; }
+    bool inTransaction() {
+        if (uncertain_) {
+            try {
+                askTransaction();
+            } catch (const DatabaseError& error) {
+                // Whoever asks is often on the way out of a failure. The request after this one must hear of it: it may
+                // count on a transaction that the procedure before it had begun.
+                untoldLoss_ = error;
+            }
+        }
+        return transactions_ > 0;
+    }
+
     [[nodiscard]] const ConnectionString& text() const { return text_; }
 
 private:
     // Connects anew after a loss, once a request.
     Connection& connected() {
+        tellLoss();
         if (!connection_) connection_.emplace(text_, options_);
         return *connection_;
     }
 
+    void tellLoss() {
+        if (untoldLoss_) throw *std::exchange(untoldLoss_, std::nullopt);
+    }
+
     BatchResult execute(std::string_view sql) {
         Parameters none(connected().traits());
-        return execute(sql, none);
+        return execute(sql, none, false);
     }
 
     // Every request passes here, and so one lost connection costs one request.
-    BatchResult execute(std::string_view sql, Parameters& parameters) {
+    BatchResult execute(std::string_view sql, Parameters& parameters, bool mayChangeTransaction) {
         try {
-            return connected().execute(sql, parameters);
+            BatchResult result = connected().execute(sql, parameters);
+            doubt(mayChangeTransaction);
+            return result;
         } catch (const DatabaseError& error) {
             if (!connection_) throw;  // not even connected
+            doubt(mayChangeTransaction);
             if (isLoss(error)) throwLoss(error);
-            if (inTransaction_ || mentionsTransaction(sql)) askTransaction();
+            // An error may have ended the transaction, or left it so that it can only be rolled back.
+            if (transactions_ > 0) askTransaction();
             throw;
         }
+    }
+
+    // The server is asked when somebody wants to know, not after each call of a procedure.
+    void doubt(bool mayChangeTransaction) {
+        uncertain_ = uncertain_ || (mayChangeTransaction && connection_->traits().speaksTransactSql);
+    }
+
+    void setTransactions(std::int64_t count) {
+        transactions_ = count;
+        uncertain_ = false;
     }
 
     [[nodiscard]] bool isLoss(const DatabaseError& error) const {
@@ -123,10 +130,16 @@ private:
     }
 
     [[noreturn]] void throwLoss(const DatabaseError& error) {
+        std::string context = "the connection to " + text_.publicParts() + " was lost";
+        if (uncertain_) {
+            context += ", and with it the transaction if one was open";
+        } else if (transactions_ > 0) {
+            context += ", and the transaction with it";
+        }
         connection_.reset();
         procedures_.clear();
-        std::string context = "the connection to " + text_.publicParts() + " was lost";
-        if (std::exchange(inTransaction_, false)) context += ", and the transaction with it";
+        setTransactions(0);
+        everyBatchTells_ = false;
         // FreeTDS has no state of its own for it.
         const std::string state = error.sqlState().starts_with("08") ? error.sqlState() : "08S01";
         DatabaseError loss(ErrorCategory::Connection, state, error.nativeCode(), context + ": " + error.what(),
@@ -135,8 +148,7 @@ private:
         throw loss;
     }
 
-    // An error may have ended the transaction, or left it so that it can only be rolled back. A server that does not
-    // answer leaves what is known as it is.
+    // A server that does not answer leaves what is known as it is. Throws a loss only.
     void askTransaction() {
         if (!connection_->traits().speaksTransactSql) return;
         try {
@@ -144,10 +156,13 @@ private:
             const BatchResult answer = connection_->execute("SELECT @@TRANCOUNT, XACT_STATE()", none);
             if (answer.results.empty() || !answer.results.front().rows) return;
             const RowSet& state = *answer.results.front().rows;
-            inTransaction_ = toInt64(state.column(0).valueAt(0)) > 0;
-            if (toInt64(state.column(1).valueAt(0)) >= 0) return;
-            connection_->execute(rollbackText(), none);
-            inTransaction_ = false;
+            if (state.columnCount() < 2 || state.rowCount() == 0) return;
+            if (toInt64(state.column(1).valueAt(0)) < 0) {
+                connection_->execute(rollbackText(), none);
+                setTransactions(0);
+            } else {
+                setTransactions(toInt64(state.column(0).valueAt(0)));
+            }
         } catch (const DatabaseError& error) {
             if (isLoss(error)) throwLoss(error);
         }
@@ -161,7 +176,10 @@ private:
     OdbcOptions options_;
     std::optional<Connection> connection_;  // none while lost
     std::map<std::string, ProcedureInfo> procedures_;
-    bool inTransaction_ = false;
+    std::int64_t transactions_ = 0;  // the server's count, unless
+    bool uncertain_ = false;         // a batch since then may have changed it
+    bool everyBatchTells_ = false;   // implicit transactions may be on
+    std::optional<DatabaseError> untoldLoss_;
 };
 
 OdbcSession::OdbcSession(std::unique_ptr<Core> core) : core_(std::move(core)) {}

@@ -37,6 +37,8 @@ public:
     // DatabaseError (3902) when there is no transaction, for instance because it was lost with the connection.
     void commit() override;
     void rollback() override;
+    // After a batch or a procedure that may have begun or ended a transaction by itself the server is asked, once. When
+    // the connection proves to be lost then, the answer is false, and the next request fails with the loss.
     [[nodiscard]] bool inTransaction() const override;
     TableInfo table(std::string_view name) override;
     [[nodiscard]] std::string engine() const override { return "odbc"; }

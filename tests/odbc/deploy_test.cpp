@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <sstream>
 
 #include "drivers.h"
@@ -62,6 +63,45 @@ TEST(DeployThroughFreeTds, theDatabaseIsTheSameFromBothSides) {
     const std::vector<std::string> before = linesOf(*session, count);
     EXPECT_EQ(host::deployDatabase(*session, {.demo = true}), scripts);
     EXPECT_EQ(linesOf(*session, count), before);
+}
+
+// What procedures and plain texts do to the transaction is known as the server has it.
+TEST(DeployThroughFreeTds, theTransactionIsAsTheServerHasIt) {
+    const auto driver = test::driverPart("libtdsodbc.so");
+    if (!driver) GTEST_SKIP() << "FreeTDS' ODBC driver (libtdsodbc.so) is not installed";
+    const basalt::test::TempFolder folder;
+    test::StandInServer server(folder.file("shop.db"));
+    const auto session = OdbcSession::open(*driver + server.connectionPart());
+    const auto count = [&] { return linesOf(*session, "SELECT @@TRANCOUNT").at(0); };
+    session->run("CREATE TABLE dbo.T (A int)");
+    session->run("CREATE PROCEDURE dbo.Opens AS BEGIN TRANSACTION INSERT INTO dbo.T VALUES (1)");
+    session->run("CREATE PROCEDURE dbo.Closes AS COMMIT TRANSACTION");
+    session->run("CREATE PROCEDURE dbo.Throws AS IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION");
+    const auto quietly = [&](const std::function<void()>& action) {
+        try {
+            action();
+        } catch (const DatabaseError& error) {
+            EXPECT_EQ(error.nativeCode(), 266);
+        }
+    };
+    for (const char* open : {"BEGIN TRAN", "EXEC dbo.Opens", "dbo.Opens"}) {
+        for (const char* close : {"COMMIT", "ROLLBACK", "EXEC dbo.Closes", "EXEC dbo.Throws"}) {
+            SCOPED_TRACE(std::string(open) + " and " + close);
+            quietly([&] { session->run(open); });
+            EXPECT_TRUE(session->inTransaction());
+            EXPECT_EQ(count(), "1|");
+            quietly([&] { session->run(close); });
+            EXPECT_FALSE(session->inTransaction());
+            EXPECT_EQ(count(), "0|");
+        }
+    }
+    quietly([&] { (void)session->call("Opens", {}); });
+    EXPECT_TRUE(session->inTransaction());
+    quietly([&] { (void)session->call("Throws", {}); });
+    EXPECT_FALSE(session->inTransaction());
+    EXPECT_EQ(count(), "0|");
+    // Two beginnings with BEGIN TRAN's two ends, and twice a beginning in a procedure with the like.
+    EXPECT_EQ(linesOf(*session, "SELECT COUNT(*) FROM dbo.T").at(0), "4|");
 }
 
 std::string outputOf(const std::string& command) {

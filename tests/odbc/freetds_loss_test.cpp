@@ -183,5 +183,183 @@ TEST_F(FreeTds, aBatchThatBeginsATransactionByItselfIsNoticed) {
     EXPECT_FALSE(session().inTransaction());
 }
 
+class EndsTheTransaction : public FreeTds, public testing::WithParamInterface<const char*> {};
+
+TEST_P(EndsTheTransaction, isNoticed) {
+    server_.answer(TdsReply().done());
+    server_.answer(TdsReply().done());
+    server_.answer(transactionState(0, 0));
+    session().begin();
+    session().run(GetParam());
+    EXPECT_FALSE(session().inTransaction());
+    EXPECT_THAT(sent(), ElementsAre("BEGIN TRANSACTION", GetParam(), kQuestion));
+    EXPECT_EQ(errorOf([&] { session().commit(); }).nativeCode(), 3902);
+}
+
+INSTANTIATE_TEST_SUITE_P(Batches, EndsTheTransaction,
+                         testing::Values("commit", "COMMIT WORK", "update T set A = 1;Rollback", "rollback work",
+                                         "exec CloseTheYear", "if 1 = 1 EXECUTE CloseTheYear", "CloseTheYear 1405",
+                                         "-- the year\n/* at last */ ;[Close the year]"));
+
+class LeavesATransaction : public FreeTds, public testing::WithParamInterface<const char*> {};
+
+TEST_P(LeavesATransaction, isNoticed) {
+    server_.answer(TdsReply().done());
+    server_.answer(transactionState(1, 1));
+    server_.answer(TdsReply().done());
+    session().run(GetParam());
+    EXPECT_TRUE(session().inTransaction());
+    session().rollback();
+    EXPECT_THAT(sent(), ElementsAre(GetParam(), kQuestion, "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Batches, LeavesATransaction, testing::Values("exec OpenTheYear", "dbo.OpenTheYear"));
+
+TEST_F(FreeTds, aProcedureThatFailsForLeavingATransactionIsNoticed) {
+    server_.answer(TdsReply().error(266, 16, "Transaction count after EXECUTE indicates a mismatch.").doneWithError());
+    server_.answer(transactionState(1, 1));
+    EXPECT_EQ(errorOf([&] { session().run("exec OpenTheYear"); }).nativeCode(), 266);
+    EXPECT_TRUE(session().inTransaction());
+    EXPECT_THAT(sent(), ElementsAre("exec OpenTheYear", kQuestion));
+}
+
+TEST_F(FreeTds, aBatchThatCannotChangeTheTransactionCostsNoQuestion) {
+    const auto texts = {"select Committed, Executed, Rollback_ from T", "(select 1)",
+                        "  with C as (select 1 as A) select A from C"};
+    for (const char* text : texts) {
+        server_.answer(TdsReply().done());
+        session().run(text);
+        EXPECT_FALSE(session().inTransaction());
+    }
+    EXPECT_EQ(server_.requests().size(), texts.size());
+}
+
+TEST_F(FreeTds, nobodyIsAskedForWhatNobodyWantsToKnow) {
+    for (int i = 0; i < 3; ++i)
+        server_.answer(TdsReply().done());
+    server_.answer(transactionState(0, 0));
+    for (int i = 0; i < 3; ++i)
+        session().run("exec PricesOf 5");
+    EXPECT_FALSE(session().inTransaction());
+    EXPECT_FALSE(session().inTransaction());
+    EXPECT_THAT(sent(), ElementsAre("exec PricesOf 5", "exec PricesOf 5", "exec PricesOf 5", kQuestion));
+}
+
+TEST_F(FreeTds, aTransactionWithinATransactionHasItsOwnEnd) {
+    server_.answer(TdsReply().done());
+    server_.answer(TdsReply().done());
+    server_.answer(transactionState(2, 1));
+    server_.answer(TdsReply().done());
+    server_.answer(TdsReply().done());
+    session().begin();
+    session().run("begin tran");
+    session().commit();
+    EXPECT_TRUE(session().inTransaction());
+    session().commit();
+    EXPECT_FALSE(session().inTransaction());
+    EXPECT_THAT(sent(),
+                ElementsAre("BEGIN TRANSACTION", "begin tran", kQuestion, "COMMIT TRANSACTION", "COMMIT TRANSACTION"));
+}
+
+TEST_F(FreeTds, nothingIsCommittedThatABatchHasEnded) {
+    server_.answer(TdsReply().done());
+    server_.answer(TdsReply().done());
+    server_.answer(transactionState(0, 0));
+    session().begin();
+    session().run("exec CloseTheYear");
+    EXPECT_EQ(errorOf([&] { session().commit(); }).nativeCode(), 3902);
+    EXPECT_THAT(sent(), ElementsAre("BEGIN TRANSACTION", "exec CloseTheYear", kQuestion));
+}
+
+TEST_F(FreeTds, whatABatchMayHaveBegunIsRolledBackWithoutAQuestion) {
+    server_.answer(TdsReply().done());
+    server_.answer(TdsReply().done());
+    session().run("exec OpenTheYear");
+    session().rollback();
+    EXPECT_FALSE(session().inTransaction());
+    EXPECT_THAT(sent(), ElementsAre("exec OpenTheYear", "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION"));
+}
+
+TEST_F(FreeTds, anErrorWhereATransactionMayBeOpen) {
+    server_.answer(TdsReply().done());
+    server_.answer(TdsReply().error(1205, 13, "Transaction was deadlocked.").doneWithError());
+    server_.answer(transactionState(0, 0));
+    session().run("exec OpenTheYear");
+    EXPECT_EQ(errorOf([&] { session().run("delete T"); }).nativeCode(), 1205);
+    EXPECT_FALSE(session().inTransaction());
+    EXPECT_THAT(sent(), ElementsAre("exec OpenTheYear", "delete T", kQuestion));
+}
+
+TEST_F(FreeTds, withImplicitTransactionsEveryStatementMayBeginOne) {
+    server_.answer(TdsReply().done());
+    server_.answer(transactionState(0, 0));
+    server_.answer(TdsReply().done());
+    server_.answer(transactionState(1, 1));
+    session().run("set implicit_transactions on");
+    EXPECT_FALSE(session().inTransaction());
+    session().run("delete T");
+    EXPECT_TRUE(session().inTransaction());
+    EXPECT_THAT(sent(), ElementsAre("set implicit_transactions on", kQuestion, "delete T", kQuestion));
+}
+
+TEST_F(FreeTds, aLossWhereATransactionMayBeOpenSaysSo) {
+    server_.answer(TdsReply().done());
+    server_.answerAndHangUp("");
+    session().run("exec OpenTheYear");
+    EXPECT_STREQ(errorOf([&] { session().run("delete T"); }).what(),
+                 "the connection to SERVER=127.0.0.1;Database=Basalt was lost, and with it the transaction if one was "
+                 "open: Unexpected EOF from the server");
+    EXPECT_FALSE(session().inTransaction());
+    EXPECT_EQ(server_.requests().size(), 2U);
+}
+
+// The question meets the loss. It has no answer but "no", and no later request may go to another connection as if
+// nothing had been.
+class LostWhenAsked : public FreeTds {
+protected:
+    void SetUp() override {
+        FreeTds::SetUp();
+        if (IsSkipped()) return;
+        server_.answer(TdsReply().done());
+        server_.answerAndHangUp("");
+        session().run("exec OpenTheYear");
+        EXPECT_FALSE(session().inTransaction());
+        EXPECT_FALSE(session().inTransaction());
+    }
+    void expectLoss(const std::function<void()>& request) {
+        const DatabaseError error = errorOf(request);
+        EXPECT_EQ(error.category(), ErrorCategory::Connection);
+        EXPECT_STREQ(error.what(),
+                     "the connection to SERVER=127.0.0.1;Database=Basalt was lost, and with it the transaction if one "
+                     "was open: Unexpected EOF from the server");
+        EXPECT_EQ(server_.logins(), 1);
+        server_.answer(TdsReply().done(1));
+        EXPECT_EQ(affectedRows(session().run("delete U")), 1);
+        EXPECT_THAT(sent(), ElementsAre("exec OpenTheYear", kQuestion, "delete U"));
+        EXPECT_EQ(server_.logins(), 2);
+    }
+};
+
+TEST_F(LostWhenAsked, theNextBatchFails) {
+    expectLoss([&] { session().run("delete T"); });
+}
+
+TEST_F(LostWhenAsked, theNextCallFails) {
+    expectLoss([&] { (void)session().call("CloseTheYear", {}); });
+}
+
+TEST_F(LostWhenAsked, theNextTransactionDoesNotBegin) {
+    expectLoss([&] { session().begin(); });
+}
+
+TEST_F(LostWhenAsked, nothingIsCommitted) {
+    expectLoss([&] { session().commit(); });
+}
+
+TEST_F(LostWhenAsked, rollingBackIsAllRightAndTheNextRequestFails) {
+    session().rollback();
+    expectLoss([&] { session().run("delete T"); });
+}
+
 }  // namespace
 }  // namespace basalt::odbc

@@ -1,0 +1,83 @@
+#include "engines/odbc/transaction_words.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+
+#include "ado/names.h"
+
+namespace basalt::odbc {
+
+namespace {
+
+// Those of statements that begin, end or call something that might.
+constexpr std::array<std::string_view, 6> kTelling = {"TRAN", "TRANSACTION", "COMMIT", "ROLLBACK", "EXEC", "EXECUTE"};
+
+constexpr std::array<std::string_view, 2> kImplicit = {"IMPLICIT_TRANSACTIONS", "ANSI_DEFAULTS"};
+
+// A batch that begins with another word calls the procedure of that name, or is a rare statement.
+constexpr std::array<std::string_view, 22> kBeginnings = {
+    "SELECT", "INSERT", "UPDATE", "DELETE", "MERGE",    "WITH",   "CREATE", "ALTER", "DROP",    "DECLARE", "SET",
+    "IF",     "BEGIN",  "WHILE",  "PRINT",  "TRUNCATE", "RETURN", "USE",    "THROW", "WAITFOR", "GRANT",   "RAISERROR"};
+
+template <std::size_t Count>
+bool isOneOf(const std::array<std::string_view, Count>& words, std::string_view word) {
+    // Words are ASCII, and texts may be long.
+    return std::any_of(words.begin(), words.end(),
+                       [&](std::string_view each) { return each.size() == word.size() && sameName(each, word); });
+}
+
+bool isWordByte(char c) {
+    return c == '_' || c == '@' || c == '#' || c == '$' || std::isalnum(static_cast<unsigned char>(c)) != 0;
+}
+
+std::string_view firstWord(std::string_view text) {
+    const auto end = std::find_if_not(text.begin(), text.end(), isWordByte);
+    return text.substr(0, static_cast<std::size_t>(end - text.begin()));
+}
+
+template <std::size_t Count>
+bool hasOneOf(const std::array<std::string_view, Count>& words, std::string_view text) {
+    while (!text.empty()) {
+        const std::string_view word = firstWord(text);
+        if (isOneOf(words, word)) return true;
+        text.remove_prefix(std::max<std::size_t>(word.size(), 1));
+    }
+    return false;
+}
+
+// Blanks, semicolons and comments before the first statement.
+void skipToStatement(std::string_view& text) {
+    const auto skipBehind = [&](std::string_view mark) {
+        const std::size_t end = text.find(mark);
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + mark.size());
+    };
+    while (!text.empty()) {
+        if (text.starts_with("--")) {
+            skipBehind("\n");
+        } else if (text.starts_with("/*")) {
+            skipBehind("*/");
+        } else if (text.front() == ';' || std::isspace(static_cast<unsigned char>(text.front())) != 0) {
+            text.remove_prefix(1);
+        } else {
+            return;
+        }
+    }
+}
+
+bool beginsWithCall(std::string_view sql) {
+    skipToStatement(sql);
+    return !sql.empty() && sql.front() != '(' && !isOneOf(kBeginnings, firstWord(sql));
+}
+
+}  // namespace
+
+bool mayChangeTransaction(std::string_view sql) {
+    return beginsWithCall(sql) || hasOneOf(kTelling, sql);
+}
+
+bool mayChangeImplicitTransactions(std::string_view sql) {
+    return hasOneOf(kImplicit, sql);
+}
+
+}  // namespace basalt::odbc

@@ -1,0 +1,18 @@
+// Whether a text of T-SQL may leave the transaction otherwise than it found it.
+//
+//   if (mayChangeTransaction("exec CloseTheYear")) ...    // ask the server
+#pragma once
+
+#include <string_view>
+
+namespace basalt::odbc {
+
+// True when the text has one of the words that begin, end or name a transaction, or calls a procedure, which may do so
+// by itself. Words in texts and comments count too: the server is then asked once too often.
+[[nodiscard]] bool mayChangeTransaction(std::string_view sql);
+
+// True when the text says a setting after which every statement may begin a transaction (SET IMPLICIT_TRANSACTIONS,
+// SET ANSI_DEFAULTS).
+[[nodiscard]] bool mayChangeImplicitTransactions(std::string_view sql);
+
+}  // namespace basalt::odbc
