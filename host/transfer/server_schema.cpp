@@ -20,11 +20,12 @@ constexpr const char* kColumns =
 
 constexpr const char* kIndexes =
     "SELECT T.name, I.name, I.is_primary_key, I.is_unique_constraint, I.is_unique, I.filter_definition, C.name, "
-    "K.is_descending_key FROM sys.tables AS T JOIN sys.indexes AS I ON I.object_id = T.object_id "
+    "K.is_descending_key, K.is_included_column FROM sys.tables AS T JOIN sys.indexes AS I ON I.object_id = T.object_id "
     "JOIN sys.index_columns AS K ON K.object_id = I.object_id AND K.index_id = I.index_id "
     "JOIN sys.columns AS C ON C.object_id = K.object_id AND C.column_id = K.column_id "
-    "WHERE T.is_ms_shipped = 0 AND SCHEMA_NAME(T.schema_id) = N'dbo' AND I.type IN (1, 2) AND K.is_included_column = 0 "
-    "ORDER BY T.name, I.is_primary_key DESC, I.name, K.key_ordinal";
+    "WHERE T.is_ms_shipped = 0 AND SCHEMA_NAME(T.schema_id) = N'dbo' AND I.type IN (1, 2) "
+    "AND (K.key_ordinal > 0 OR K.is_included_column = 1) "
+    "ORDER BY T.name, I.is_primary_key DESC, I.name, K.is_included_column, K.key_ordinal, K.index_column_id";
 
 constexpr const char* kReferences =
     "SELECT T.name, F.name, R.name, C.name, O.name, F.delete_referential_action_desc, "
@@ -137,7 +138,11 @@ private:
                 if (table->indexes.empty() || table->indexes.back().name != name) {
                     table->indexes.push_back({name, integerAt(rows, 4, r) != 0, {}, bare(textAt(rows, 5, r))});
                 }
-                table->indexes.back().columns.push_back(column);
+                if (integerAt(rows, 8, r) != 0) {
+                    table->indexes.back().included.push_back(column.name);
+                } else {
+                    table->indexes.back().columns.push_back(column);
+                }
             }
         }
     }

@@ -21,11 +21,12 @@ constexpr const char* columnsStatement =
 
 constexpr const char* indexesStatement =
     "SELECT T.name, I.name, I.is_primary_key, I.is_unique_constraint, I.is_unique, I.filter_definition, C.name, "
-    "K.is_descending_key FROM sys.tables AS T JOIN sys.indexes AS I ON I.object_id = T.object_id "
+    "K.is_descending_key, K.is_included_column FROM sys.tables AS T JOIN sys.indexes AS I ON I.object_id = T.object_id "
     "JOIN sys.index_columns AS K ON K.object_id = I.object_id AND K.index_id = I.index_id "
     "JOIN sys.columns AS C ON C.object_id = K.object_id AND C.column_id = K.column_id "
-    "WHERE T.is_ms_shipped = 0 AND SCHEMA_NAME(T.schema_id) = N'dbo' AND I.type IN (1, 2) AND K.is_included_column = 0 "
-    "ORDER BY T.name, I.is_primary_key DESC, I.name, K.key_ordinal";
+    "WHERE T.is_ms_shipped = 0 AND SCHEMA_NAME(T.schema_id) = N'dbo' AND I.type IN (1, 2) "
+    "AND (K.key_ordinal > 0 OR K.is_included_column = 1) "
+    "ORDER BY T.name, I.is_primary_key DESC, I.name, K.is_included_column, K.key_ordinal, K.index_column_id";
 
 constexpr const char* referencesStatement =
     "SELECT T.name, F.name, R.name, C.name, O.name, F.delete_referential_action_desc, "
@@ -80,11 +81,16 @@ TEST(ServerSchema, isReadFromTheCatalogViews) {
                              {"Line", "Moment", "datetime2", "8", "27", "7", "1", "", "", "", "", ""},
                              {"Line", "Twice", "decimal", "13", "24", "9", "1", "", "", "", "", "([Cost]*(2))"},
                              {"Order", "Code", "bigint", "8", "19", "0", "0", "", "", "", "", ""}}));
-    session.expect(indexesStatement, rows(8, {{"Line", "PK_Line", "1", "0", "1", "", "OrderCode", "0"},
-                                              {"Line", "PK_Line", "1", "0", "1", "", "ID", "1"},
-                                              {"Line", "IX_Line", "0", "0", "1", "([Name] IS NOT NULL)", "Name", "0"},
-                                              {"Line", "UQ_Line", "0", "1", "1", "", "ID", "0"},
-                                              {"Order", "PK_Order", "1", "0", "1", "", "Code", "0"}}));
+    session.expect(indexesStatement,
+                   rows(9, {{"Line", "PK_Line", "1", "0", "1", "", "OrderCode", "0", "0"},
+                            {"Line", "PK_Line", "1", "0", "1", "", "ID", "1", "0"},
+                            {"Line", "IX_Line", "0", "0", "1", "([Name] IS NOT NULL)", "Name", "0", "0"},
+                            {"Line", "IX_Line_Cost", "0", "0", "0", "", "Cost", "1", "0"},
+                            {"Line", "IX_Line_Cost", "0", "0", "0", "", "OrderCode", "0", "0"},
+                            {"Line", "IX_Line_Cost", "0", "0", "0", "", "Note", "0", "1"},
+                            {"Line", "IX_Line_Cost", "0", "0", "0", "", "Moment", "0", "1"},
+                            {"Line", "UQ_Line", "0", "1", "1", "", "ID", "0", "0"},
+                            {"Order", "PK_Order", "1", "0", "1", "", "Code", "0", "0"}}));
     session.expect(referencesStatement,
                    rows(7, {{"Line", "FK_Line_Order", "Order", "OrderCode", "Code", "CASCADE", "NO_ACTION"}}));
     session.expect(checksStatement, rows(3, {{"Line", "CK_Line", "([Cost]>=(0) AND [Cost]<(100))"}}));
@@ -108,9 +114,11 @@ TEST(ServerSchema, isReadFromTheCatalogViews) {
               "    CONSTRAINT [FK_Line_Order] FOREIGN KEY ([OrderCode]) REFERENCES dbo.[Order] ([Code]) ON DELETE "
               "CASCADE\n"
               ")");
-    ASSERT_EQ(schema.tables[0].indexes.size(), 1U);
+    ASSERT_EQ(schema.tables[0].indexes.size(), 2U);
     EXPECT_EQ(indexText(schema.tables[0], schema.tables[0].indexes[0]),
               "CREATE UNIQUE INDEX [IX_Line] ON dbo.[Line] ([Name]) WHERE [Name] IS NOT NULL");
+    EXPECT_EQ(indexText(schema.tables[0], schema.tables[0].indexes[1]),
+              "CREATE INDEX [IX_Line_Cost] ON dbo.[Line] ([Cost] DESC, [OrderCode]) INCLUDE ([Note], [Moment])");
     EXPECT_EQ(tableText(schema.tables[1]),
               "CREATE TABLE dbo.[Order] (\n"
               "    [Code] bigint NOT NULL,\n"
