@@ -67,7 +67,8 @@ void ResultWriter::write(const BatchResult& batch) {
 
 void ResultWriter::write(const DatabaseError& error) {
     if (format_ != ResultFormat::Json) return;
-    const Datum description = Datum::record({{"type", "DatabaseError"}, {"message", error.what()}});
+    const Datum description =
+        Datum::record({{"type", "DatabaseError"}, {"number", error.nativeCode()}, {"message", error.what()}});
     out_ << Datum::record({{"error", description}}).toJson() << std::endl;
 }
 

@@ -25,8 +25,8 @@ public:
         : out_(out), notes_(notes), format_(format), terminalColumns_(terminalColumns) {}
 
     void write(const BatchResult& batch);
-    // In JSON a line {"error":{"type":"DatabaseError","message":"..."}}; in the other formats nothing, because errors
-    // go to the standard error.
+    // In JSON a line {"error":{"type":"DatabaseError","number":208,"message":"..."}}; in the other formats nothing,
+    // because errors go to the standard error.
     void write(const DatabaseError& error);
 
 private:

@@ -44,6 +44,13 @@ const char* kindName(ModuleSchema::Kind kind) {
     return "";
 }
 
+// Errors are looked up by their numbers.
+DatabaseError numbered(const DatabaseError& error) {
+    if (error.nativeCode() == 0) return error;
+    return {error.category(), error.sqlState(), error.nativeCode(),
+            "error " + std::to_string(error.nativeCode()) + ": " + error.what(), error.statement()};
+}
+
 }  // namespace
 
 bool SqlConsole::isCommand(std::string_view line) {
@@ -70,7 +77,7 @@ void SqlConsole::run(const std::string& batch) {
     } catch (const DatabaseError& error) {
         if (error.results()) writer_.write(*error.results());
         writer_.write(error);
-        throw;
+        throw numbered(error);
     }
 }
 

@@ -129,7 +129,7 @@ TEST_F(Prompt, completesNamesRunsStatementsAndShowsErrors) {
     terminal.type("select 1 +\r");
     EXPECT_THAT(terminal.untilPrompt("-> "), HasSubstr("->"));
     terminal.type("from T;\r");
-    EXPECT_THAT(terminal.until("^^^^"), HasSubstr("Incorrect syntax near the keyword 'from'."));
+    EXPECT_THAT(terminal.until("^^^^"), HasSubstr("error 156: Incorrect syntax near the keyword 'from'."));
     terminal.type("create procedure P as\rselect 7 as Seven;\rgo\rexec P;\r");
     EXPECT_THAT(terminal.until("(1 row)"), HasSubstr("Seven"));
     terminal.type(".nothing\r");
