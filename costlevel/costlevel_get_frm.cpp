@@ -131,7 +131,8 @@ bool TCostLevel_Get_FRM::IsValid() {
         codeEdit_->setFocus();
         return false;
     }
-    if (nameEdit_->text().isEmpty()) {
+    // Blanks alone are no name: the database takes them for the empty text, and a list shows nothing.
+    if (nameEdit_->text().trimmed().isEmpty()) {
         MsgRequiredField("نام", nameEdit_, this);
         nameEdit_->setFocus();
         return false;

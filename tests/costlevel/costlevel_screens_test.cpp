@@ -448,6 +448,14 @@ TEST_F(CostLevelEditor, nameIsRequired) {
     EXPECT_THAT(host.calls, ElementsAre("MsgRequiredField('نام')"));
 }
 
+TEST_F(CostLevelEditor, blanksAreNoName) {
+    const auto editor = editPriceLevel();
+    control<QLineEdit>(*editor, "Name_EDT").setText(QStringLiteral("   "));
+    host.expectMessage("MsgRequiredField('نام')");
+    EXPECT_FALSE(editor->IsValid());
+    EXPECT_THAT(host.calls, ElementsAre("MsgRequiredField('نام')"));
+}
+
 TEST_F(CostLevelEditor, priceLevelsDoNotShareAName) {
     const auto editor = editPriceLevel();
     control<QLineEdit>(*editor, "Comment_EDT").setFocus();
