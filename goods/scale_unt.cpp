@@ -19,8 +19,10 @@ std::string inDoubleQuotes(const std::string& text) {
     return '"' + text + '"';
 }
 
+// Whether it runs is the host's to tell: the selection goes on with the next key either way.
 void startAgent(const std::string& parameters) {
-    Programs().start({.verb = "open", .file = kAgent, .parameters = parameters, .directory = {}, .show = kHidden});
+    (void)Programs().start(
+        {.verb = "open", .file = kAgent, .parameters = parameters, .directory = {}, .show = kHidden});
 }
 
 // The keys of the scales that mean one of the goods. Each group's items stand in a column of their own.

@@ -1,13 +1,14 @@
 // Other programs of the workstation, as the module reaches them: started with a command line, or called into as a
 // library. The host does both, so that a test can stand in for them.
 //
-//   Programs().start({.verb = "open", .file = "ScaleAgentApp.exe", .parameters = "\"28\" 1", .directory = {}, .show =
-//   0}); if (const auto library = Programs().load("ScaleAgent.dll")) auto* address =
-//   library->find("GoodInfo_Register");
+//   const StartResult result = Programs().start({.verb = "open", .file = "ScaleAgentApp.exe", .parameters = "28"});
+//   if (!result.started) ...
+//   if (const auto library = Programs().load("ScaleAgent.dll")) ... library->find("GoodInfo_Register");
 #pragma once
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace basalt {
 
@@ -15,9 +16,18 @@ namespace basalt {
 struct ProgramStart {
     std::string verb;
     std::string file;
-    std::string parameters;  // one text; the started program takes it apart
-    std::string directory;   // empty: the host's own
-    int show = 0;            // 0: without a window
+    std::string parameters;      // one text; the started program takes it apart
+    std::string directory = {};  // empty: the host's own
+    int show = 0;                // 0: without a window
+};
+
+// What became of a start.
+struct StartResult {
+    bool started = false;
+    // When there is no such program: the folders in which it was looked for, in that order.
+    std::vector<std::string> searched = {};
+    // When there is one that does not start: its path and the words of the operating system.
+    std::string reason = {};
 };
 
 // A loaded library; destroying it frees the library.
@@ -31,8 +41,8 @@ public:
 class ProgramService {
 public:
     virtual ~ProgramService() = default;
-    // Starts the program and does not wait for it. That it could not be started is not reported.
-    virtual void start(const ProgramStart& program) = 0;
+    // Starts the program and does not wait for it. What the program then does is not known here.
+    [[nodiscard]] virtual StartResult start(const ProgramStart& program) = 0;
     // Null when there is no such library or it cannot be loaded.
     [[nodiscard]] virtual std::unique_ptr<ProgramLibrary> load(const std::string& name) = 0;
 };

@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <QStyle>
 #include <QVBoxLayout>
+#include <optional>
 #include <set>
 
 #include "host/counter/counter_ledger.h"
@@ -25,6 +26,7 @@ namespace basalt::host {
 namespace {
 
 constexpr int kMostPersons = 999'999'999;
+constexpr std::size_t kMostFolders = 6;  // that a message lists
 
 QString moodName(ScanMood mood) {
     switch (mood) {
@@ -74,26 +76,53 @@ public:
     ShownStarts(const ShownStarts&) = delete;
     ShownStarts& operator=(const ShownStarts&) = delete;
 
-    void start(const ProgramStart& program) override {
-        inner_.start(program);
-        ++count_;
+    [[nodiscard]] StartResult start(const ProgramStart& program) override {
+        StartResult result = inner_.start(program);
+        ++asked_;
+        if (result.started) {
+            ++sent_;
+        } else if (!failure_) {
+            failure_ = {program.file, result};
+        }
         // While the goods are sent, their keys are the rows of the shared query.
         const TADOQuery& keys = host_.DM().SharedQuery;
-        const int all = keys.Active() ? std::max(keys.RecordCount(), count_) : count_;
+        const int all = keys.Active() ? std::max(keys.RecordCount(), asked_) : asked_;
         bar_.setRange(0, all);
-        bar_.setValue(count_);
-        bar_.setFormat(persianDigits(QStringLiteral("%1 از %2").arg(count_).arg(all)));
+        bar_.setValue(sent_);
+        bar_.setFormat(persianDigits(QStringLiteral("%1 از %2").arg(sent_).arg(all)));
         QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        return result;
     }
     [[nodiscard]] std::unique_ptr<ProgramLibrary> load(const std::string& name) override { return inner_.load(name); }
-    [[nodiscard]] int count() const { return count_; }
+    [[nodiscard]] int asked() const { return asked_; }
+    [[nodiscard]] int sent() const { return sent_; }
+    // The first start that came to nothing, and the program's name.
+    [[nodiscard]] const std::optional<std::pair<std::string, StartResult>>& failure() const { return failure_; }
 
 private:
     ReferenceHost& host_;
     ProgramService& inner_;
     QProgressBar& bar_;
-    int count_ = 0;
+    int asked_ = 0;
+    int sent_ = 0;
+    std::optional<std::pair<std::string, StartResult>> failure_;
 };
+
+// Paths read from the left, in a Persian sentence too.
+std::string fromTheLeft(const std::string& path) {
+    return "\u2066" + path + "\u2069";
+}
+
+std::string listed(const std::vector<std::string>& folders) {
+    std::string text;
+    for (std::size_t i = 0; i < std::min(folders.size(), kMostFolders); ++i)
+        text += (i == 0 ? "" : "\n") + fromTheLeft(folders[i]);
+    if (folders.size() > kMostFolders)
+        text += QStringLiteral("\nو %1 پوشهٔ دیگر از مسیر جست‌وجوی سیستم")
+                    .arg(persianDigits(QString::number(folders.size() - kMostFolders)))
+                    .toStdString();
+    return text;
+}
 
 }  // namespace
 
@@ -454,22 +483,36 @@ void CounterPage::sendToScale() {
     }
     progress_->setRange(0, 0);
     progress_->show();
-    int started = 0;
-    try {
-        const ShownStarts starts(context_.host, *progress_);
+    const ShownStarts starts(context_.host, *progress_);
+    {
+        const auto hide = qScopeGuard([this] { progress_->hide(); });
         (void)calls_("GoodInf_SendToScale",
                      {{"Codes", codes.toStdString()}, {"ScaleType", scaleType_->currentIndex()}});
-        started = starts.count();
-    } catch (...) {
-        progress_->hide();
-        throw;
     }
-    progress_->hide();
-    if (started == 0) {
+    if (starts.failure()) {
+        const auto& [program, result] = *starts.failure();
+        reportNotSent(starts.sent(), starts.asked(), program, result);
+    } else if (starts.asked() == 0) {
         report(ScanMood::Warned, QStringLiteral("هیچ کلیدی از ترازوها برای این کالاها تعریف نشده است."));
-        return;
+    } else {
+        report(ScanMood::Added,
+               QStringLiteral("%1 ارسال به برنامهٔ ترازو سپرده شد.").arg(persianDigits(QString::number(starts.sent()))));
     }
-    report(ScanMood::Added, QStringLiteral("%1 ارسال به ترازو انجام شد.").arg(persianDigits(QString::number(started))));
+}
+
+void CounterPage::reportNotSent(int sent, int asked, const std::string& program, const StartResult& result) {
+    const bool missing = result.reason.empty();
+    const QString what = sent == 0
+                             ? QStringLiteral("چیزی به ترازو فرستاده نشد؛")
+                             : QStringLiteral("از %1 ارسال تنها %2 تا به برنامهٔ ترازو سپرده شد؛")
+                                   .arg(persianDigits(QString::number(asked)), persianDigits(QString::number(sent)));
+    const QString why = missing ? QStringLiteral("برنامهٔ «%1» پیدا نشد.") : QStringLiteral("برنامهٔ «%1» اجرا نشد.");
+    report(ScanMood::Refused, what + QLatin1Char(' ') + why.arg(QString::fromStdString(program)));
+    context_.host.Messages().show(
+        {.operation = missing ? "MsgProgramMissing" : "MsgProgramFailed",
+         .kind = MessageKind::Error,
+         .arguments = {program, missing ? listed(result.searched) : fromTheLeft(result.reason)},
+         .form = this});
 }
 
 void CounterPage::removeLine() {

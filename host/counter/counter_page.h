@@ -50,6 +50,7 @@ private:
     bool personIsKnown();
     void tare();
     void sendToScale();
+    void reportNotSent(int sent, int asked, const std::string& program, const StartResult& result);
     void removeLine();
     void startNew();
     void clearInvoice();

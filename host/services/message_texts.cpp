@@ -26,6 +26,8 @@ constexpr std::array kOperations = {
     MessageText{"MsgOpenElsewhere", 0, "باز در ایستگاه دیگر", "این رکورد را %1 در «%2» هم باز کرده است.", "این رکورد در جای دیگری هم باز است."},
     MessageText{"MsgOpenAtWorkstation", 0, "باز در ایستگاه دیگر", "این رکورد در ایستگاه «%1» هم باز است.", {}},
     MessageText{"MsgOpenByUser", 0, "باز در ایستگاه دیگر", "این رکورد را %1 هم باز کرده است.", {}},
+    MessageText{"MsgProgramMissing", 0, "برنامه پیدا نشد", "برنامهٔ «%1» در هیچ‌یک از این پوشه‌ها نیست:\n%2\nآن را در یکی از آن‌ها نصب کنید و دوباره تلاش کنید.", {}},
+    MessageText{"MsgProgramFailed", 0, "برنامه اجرا نشد", "برنامهٔ «%1» اجرا نشد. پاسخ سیستم:\n%2", {}},
     MessageText{"HavePermission", 0, "دسترسی ندارید", "شما اجازهٔ «%2» در بخش «%1» را ندارید. برای گرفتن این دسترسی به مدیر سیستم مراجعه کنید.", {}},
     MessageText{"ShowFlashMessage", 0, "توجه", "%1", {}},
     MessageText{"ShowMessage", 0, "پیام", "%1", {}},

@@ -130,9 +130,9 @@ private:
     class WatchedPrograms final : public ProgramService {
     public:
         explicit WatchedPrograms(ReferenceHost& host) : host_(host) {}
-        void start(const ProgramStart& program) override {
+        StartResult start(const ProgramStart& program) override {
             if (host_.observer_) host_.observer_->programStarting(program);
-            host_.programs_->start(program);
+            return host_.programs_->start(program);
         }
         [[nodiscard]] std::unique_ptr<ProgramLibrary> load(const std::string& name) override {
             return host_.programs_->load(name);

@@ -17,7 +17,7 @@ class SystemPrograms final : public ProgramService {
 public:
     explicit SystemPrograms(std::vector<std::filesystem::path> folders) : folders_(std::move(folders)) {}
 
-    void start(const ProgramStart& program) override;
+    [[nodiscard]] StartResult start(const ProgramStart& program) override;
     [[nodiscard]] std::unique_ptr<ProgramLibrary> load(const std::string& name) override;
 
 private:

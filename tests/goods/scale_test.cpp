@@ -136,6 +136,20 @@ TEST_F(Scales, failureStartsNothing) {
     EXPECT_FALSE(host.DM().SharedQuery.Active());
 }
 
+TEST_F(Scales, everyRowIsStartedWhateverBecomesOfTheStarts) {
+    host.startResult = {.started = false, .searched = {"/opt/agent"}};
+    script.expect(kTwentyParts,
+                  keyRows({{number(4), number(28), text("سیب"), text(""), number(450000), text("192.168.10.21"),
+                            number(0), text(""), number(1), number(1), number(1)},
+                           {number(9), number(57), text("برنج"), text(""), number(850000), text("192.168.10.21"),
+                            number(0), text(""), number(1), number(1), number(1)}}));
+    GoodInf_SendToScale("28,57", 1);
+    EXPECT_THAT(host.calls, ElementsAre("start(open, ScaleAgentApp.exe, 28 \"سیب\" \" \"  450000  0 \" \"  4  "
+                                        "192.168.10.21  0, , 0)",
+                                        "start(open, ScaleAgentApp.exe, 57 \"برنج\" \" \"  850000  0 \" \"  9  "
+                                        "192.168.10.21  1, , 0)"));
+}
+
 // The library
 
 std::int32_t registerGood() {
@@ -183,7 +197,7 @@ private:
 class NotedLibraries final : public ProgramService {
 public:
     NotedLibraries(std::vector<std::string>& notes, void* function) : notes_(notes), function_(function) {}
-    void start(const ProgramStart& /*program*/) override {}
+    StartResult start(const ProgramStart& /*program*/) override { return {.started = true}; }
     std::unique_ptr<ProgramLibrary> load(const std::string& name) override {
         notes_.push_back("load(" + name + ")");
         return std::make_unique<NotedLibrary>(notes_, function_);
@@ -222,6 +236,18 @@ TEST_F(Scales, libraryWithoutTheFunctionIsFreedToo) {
 
 // Programs of this machine
 
+// Another search path while it lives.
+class SearchPath {
+public:
+    explicit SearchPath(const std::string& folders) { setenv("PATH", folders.c_str(), 1); }
+    ~SearchPath() { setenv("PATH", before_.c_str(), 1); }
+    SearchPath(const SearchPath&) = delete;
+    SearchPath& operator=(const SearchPath&) = delete;
+
+private:
+    std::string before_ = std::getenv("PATH");
+};
+
 class Programs : public ::testing::Test {
 protected:
     Programs() { setenv("SCALE_AGENT_OUTPUT", output.c_str(), 1); }
@@ -242,19 +268,62 @@ protected:
 
 TEST_F(Programs, theParametersAreOneArgumentAndNoShellReadsThem) {
     const std::string parameters = "28 \"a\" --option; touch " + folder.file("broken") + " $(id) `id` \"  1";
-    programs.start({.verb = "open", .file = "ScaleAgentApp.exe", .parameters = parameters, .directory = {}, .show = 0});
+    EXPECT_TRUE(
+        programs
+            .start({.verb = "open", .file = "ScaleAgentApp.exe", .parameters = parameters, .directory = {}, .show = 0})
+            .started);
     EXPECT_EQ(written(), parameters + "\n");
     EXPECT_FALSE(std::filesystem::exists(folder.file("broken")));
 }
 
 TEST_F(Programs, withoutParametersThereIsNoArgument) {
-    programs.start({.verb = "open", .file = "ScaleAgentApp.exe", .parameters = {}, .directory = {}, .show = 0});
+    const StartResult result =
+        programs.start({.verb = "open", .file = "ScaleAgentApp.exe", .parameters = {}, .directory = {}, .show = 0});
+    EXPECT_TRUE(result.started);
+    EXPECT_THAT(result.searched, IsEmpty());
+    EXPECT_EQ(result.reason, "");
     EXPECT_EQ(written(), "");
     EXPECT_TRUE(std::filesystem::exists(output));
 }
 
-TEST_F(Programs, aProgramThatIsNotThereIsNotReported) {
-    programs.start({.verb = "open", .file = "NoSuchAgent.exe", .parameters = "1", .directory = {}, .show = 0});
+TEST_F(Programs, aProgramThatIsNotThereIsReportedWithThePlacesLookedAt) {
+    const SearchPath path(folder.path().string() + ":/nowhere::" + folder.path().string());
+    const StartResult result =
+        programs.start({.verb = "open", .file = "NoSuchAgent.exe", .parameters = "1", .directory = {}, .show = 0});
+    EXPECT_FALSE(result.started);
+    EXPECT_THAT(result.searched, ElementsAre(PROGRAM_FOLDER, folder.path().string(), "/nowhere"));
+    EXPECT_EQ(result.reason, "");
+    EXPECT_FALSE(std::filesystem::exists(output));
+}
+
+TEST_F(Programs, aProgramIsFoundWhereTheSystemLooks) {
+    const SearchPath path("/nowhere:" PROGRAM_FOLDER);
+    host::SystemPrograms elsewhere({folder.path()});
+    EXPECT_TRUE(
+        elsewhere.start({.verb = "open", .file = "ScaleAgentApp.exe", .parameters = "7", .directory = {}, .show = 0})
+            .started);
+    EXPECT_EQ(written(), "7\n");
+}
+
+TEST_F(Programs, aFileThatIsNoProgramIsReportedWithTheSystemsReason) {
+    host::SystemPrograms here({folder.path()});
+    std::ofstream(folder.file("Agent.exe")) << "no program";
+    const ProgramStart agent{.verb = "open", .file = "Agent.exe", .parameters = "1", .directory = {}, .show = 0};
+    StartResult result = here.start(agent);
+    EXPECT_FALSE(result.started);
+    EXPECT_EQ(result.reason, folder.file("Agent.exe") + ": Permission denied");
+    std::filesystem::permissions(folder.file("Agent.exe"), std::filesystem::perms::owner_all);
+    result = here.start(agent);
+    EXPECT_FALSE(result.started);
+    EXPECT_THAT(result.searched, IsEmpty());
+    EXPECT_EQ(result.reason, folder.file("Agent.exe") + ": Exec format error");
+}
+
+TEST_F(Programs, aFolderThatIsNotThereIsReported) {
+    const StartResult result = programs.start(
+        {.verb = "open", .file = "ScaleAgentApp.exe", .parameters = "1", .directory = folder.file("gone"), .show = 0});
+    EXPECT_FALSE(result.started);
+    EXPECT_EQ(result.reason, std::string(PROGRAM_FOLDER "/ScaleAgentApp.exe: No such file or directory"));
     EXPECT_FALSE(std::filesystem::exists(output));
 }
 

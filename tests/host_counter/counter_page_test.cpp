@@ -15,15 +15,19 @@ using ::testing::ElementsAre;
 
 class NotedPrograms final : public ProgramService {
 public:
-    void start(const ProgramStart& program) override {
+    StartResult start(const ProgramStart& program) override {
         started.push_back(program.parameters);
         if (bar != nullptr && started.size() > 1) shown.push_back(bar->text().toStdString());
+        return started.size() > failsBehind ? failure : StartResult{.started = true};
     }
     [[nodiscard]] std::unique_ptr<ProgramLibrary> load(const std::string& /*name*/) override { return nullptr; }
     std::vector<std::string> started;
     // What the bar says at each start but the first.
     QProgressBar* bar = nullptr;
     std::vector<std::string> shown;
+    // Starts behind that many come to this.
+    std::size_t failsBehind = static_cast<std::size_t>(-1);
+    StartResult failure;
 };
 
 class Counter : public DesktopTest {
@@ -363,12 +367,69 @@ TEST_F(Counter, chosenGoodsGoToTheScales) {
     programs.bar = &control<QProgressBar>(*page, "Progress_BAR");
     click(*page, "SendToScale_BTN");
     EXPECT_EQ(mood(), "added");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "۴ ارسال به برنامهٔ ترازو سپرده شد.");
     ASSERT_EQ(programs.started.size(), 4U);
     EXPECT_THAT(programs.shown, ElementsAre("۱ از ۴", "۲ از ۴", "۳ از ۴"));
     for (std::size_t i = 0; i < programs.started.size(); ++i)
         EXPECT_TRUE(programs.started[i].ends_with(i + 1 == programs.started.size() ? "  1" : "  0"));
     EXPECT_EQ(&host.programs(), &programs);
     EXPECT_FALSE(control(*page, "Progress_BAR").isVisible());
+}
+
+TEST_F(Counter, nothingIsSentWithoutTheProgram) {
+    programs.failsBehind = 0;
+    programs.failure = {.started = false, .searched = {"/opt/basalt/bin", "/usr/bin"}};
+    scan("2800105012507");
+    for (const int kind : {0, 1}) {
+        programs.started.clear();
+        control<QComboBox>(*page, "ScaleType_CMB").setCurrentIndex(kind);
+        click(*page, "SendToScale_BTN");
+        EXPECT_EQ(programs.started.size(), kind == 0 ? 1U : 2U);
+        EXPECT_EQ(mood(), "refused") << kind;
+        EXPECT_EQ(shown(*page, "Result_LBL"), "چیزی به ترازو فرستاده نشد؛ برنامهٔ «ScaleAgentApp.exe» پیدا نشد.");
+        EXPECT_THAT(takeMessages(),
+                    ElementsAre("MsgProgramMissing(error 0, 'ScaleAgentApp.exe', '\u2066/opt/basalt/bin\u2069\n"
+                                "\u2066/usr/bin\u2069')"));
+        EXPECT_FALSE(control(*page, "Progress_BAR").isVisible());
+    }
+}
+
+TEST_F(Counter, aProgramThatDoesNotRunIsToldWithTheSystemsWords) {
+    programs.failsBehind = 0;
+    programs.failure = {.started = false, .reason = "/opt/ScaleAgentApp.exe: Permission denied"};
+    scan("2800105012507");
+    click(*page, "SendToScale_BTN");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "چیزی به ترازو فرستاده نشد؛ برنامهٔ «ScaleAgentApp.exe» اجرا نشد.");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgProgramFailed(error 0, 'ScaleAgentApp.exe', "
+                                            "'\u2066/opt/ScaleAgentApp.exe: Permission denied\u2069')"));
+}
+
+TEST_F(Counter, whatWasSentBeforeTheProgramWentIsCounted) {
+    programs.failsBehind = 3;
+    programs.failure = {.started = false, .searched = {"/opt"}};
+    scan("2800105012507");
+    scan("2800098002507");
+    control<QTableWidget>(*page, "Lines_GRD").selectAll();
+    control<QComboBox>(*page, "ScaleType_CMB").setCurrentIndex(1);
+    click(*page, "SendToScale_BTN");
+    ASSERT_EQ(programs.started.size(), 4U);
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"),
+              "از ۴ ارسال تنها ۳ تا به برنامهٔ ترازو سپرده شد؛ برنامهٔ «ScaleAgentApp.exe» پیدا نشد.");
+    EXPECT_EQ(takeMessages().size(), 1U);
+}
+
+TEST_F(Counter, aLongSearchPathIsToldInShort) {
+    programs.failsBehind = 0;
+    for (int i = 1; i <= 9; ++i)
+        programs.failure.searched.push_back("/p" + std::to_string(i));
+    scan("2800105012507");
+    click(*page, "SendToScale_BTN");
+    EXPECT_THAT(takeMessages(),
+                ElementsAre("MsgProgramMissing(error 0, 'ScaleAgentApp.exe', '\u2066/p1\u2069\n\u2066/p2\u2069\n"
+                            "\u2066/p3\u2069\n\u2066/p4\u2069\n\u2066/p5\u2069\n\u2066/p6\u2069\n"
+                            "و ۳ پوشهٔ دیگر از مسیر جست‌وجوی سیستم')"));
 }
 
 TEST_F(Counter, aNewInvoiceForgetsAll) {

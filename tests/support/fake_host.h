@@ -130,15 +130,18 @@ public:
 
     // Stands in for the host's own, which starts nothing, knows no library and notes what it is asked.
     ProgramService* programs = nullptr;
+    // What it answers a start.
+    StartResult startResult{.started = true};
     std::map<std::string, std::vector<std::string>> storedLists;
 
 private:
     class NotedPrograms final : public ProgramService {
     public:
         explicit NotedPrograms(FakeHost& host) : host_(host) {}
-        void start(const ProgramStart& program) override {
+        StartResult start(const ProgramStart& program) override {
             host_.note("start", {program.verb, program.file, program.parameters, program.directory,
                                  std::to_string(program.show)});
+            return host_.startResult;
         }
         [[nodiscard]] std::unique_ptr<ProgramLibrary> load(const std::string& name) override {
             host_.note("load", {name});
