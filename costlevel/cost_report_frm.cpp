@@ -279,7 +279,7 @@ void TCost_Report_FRM::registerPrintColumns() const {
     }
 }
 
-std::vector<std::string> TCost_Report_FRM::printedTitles() const {
+std::vector<std::string> TCost_Report_FRM::visibleTitles() const {
     std::vector<std::string> titles;
     const auto add = [&](const std::string& field, const std::string& title, bool visible) {
         if (visible && (isPrice(field) || isConsumerPrice(field))) titles.push_back(title);
@@ -297,18 +297,18 @@ std::vector<std::string> TCost_Report_FRM::printedTitles() const {
 }
 
 std::vector<std::string> TCost_Report_FRM::GetMasterReport_Description() {
-    registerPrintColumns();
-    std::vector<std::string> description = printedTitles();
+    if (!printing_) registerPrintColumns();
+    std::vector<std::string> description = visibleTitles();
     const auto count = static_cast<int>(description.size());
     description.push_back(std::to_string(count));
-    if (count > kMostPrintColumns)
+    if (!printing_ && count > kMostPrintColumns)
         ShowTooltipMessage(static_cast<std::uintptr_t>(grid_->winId()),
                            "تعداد سطوح انتخابي نمي تواند بيشتر از 9 سطح باشد");
     return description;
 }
 
 void TCost_Report_FRM::PrintList_BTNClick() {
-    registerPrintColumns();
+    static_cast<void>(GetMasterReport_Description());
     TPrintSetting setting;
     if (!PrintSetting({.ReportName = kReportName, .Title = windowTitle().toStdString(), .Form = this}, setting)) return;
     // What names the good stands before its prices, as it does on the screen.

@@ -30,9 +30,14 @@ public:
     void InitSelect() override {}
     void RefreshList() override;
     void FormShow(QObject* sender) override;
-    // Registers the price columns, hidden ones too, for the print settings (report "CostReport"; the consumer price as
-    // F11), and gives the titles of those that print and their count. Warns, at the grid, of more columns than a page
-    // holds.
+    // Registers the grid's price columns, hidden ones too, for the print settings (report "CostReport"), and gives the
+    // titles of those that the grid shows and their count. Warns, at the grid, when it shows more than ten.
+    //
+    // The consumer price is kept as F11. A level of the code 11 that has a column bears that name too: both share one
+    // print setting, of which the column that stands further behind in the grid is the one on offer.
+    //
+    // While the pages of PrintList_BTN are made, gives the titles and the count of what was chosen for them, as that is
+    // what stands below on the paper. Nothing is then registered, and nobody warned again.
     [[nodiscard]] std::vector<std::string> GetMasterReport_Description() override;
 
     // Gives the grid a column, and the range search an item, for each of the first ten price levels by code. The
@@ -42,6 +47,7 @@ public:
     void MakeCurrencyField() {}
     // Adapts grid and range search to the tab, which has just been chosen.
     void TTab_Search_Frame1Search_TBCChange();
+    // Describes the grid, asks for the print settings and shows the pages.
     void PrintList_BTNClick();
     // The digits after the point in number formats: ".##" for two, empty for none.
     [[nodiscard]] std::string GetCurrencyPrecisionCount() const;
@@ -50,7 +56,7 @@ private:
     [[nodiscard]] std::string priceFormat() const;
     [[nodiscard]] int consumerColumn() const;  // -1: not shown
     void registerPrintColumns() const;
-    [[nodiscard]] std::vector<std::string> printedTitles() const;
+    [[nodiscard]] std::vector<std::string> visibleTitles() const;
     void adaptTo(bool sale);
     void search();
 

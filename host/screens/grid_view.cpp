@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 
 #include "host/screens/grid_model.h"
@@ -76,6 +77,25 @@ void GridView::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
     painter.setPen(themeColors().muted);
     painter.drawText(viewport()->rect(), Qt::AlignCenter, QStringLiteral("موردی یافت نشد"));
+}
+
+void GridView::scrollContentsBy(int dx, int dy) {
+    QTableView::scrollContentsBy(dx, dy);
+    keepTopRowWhole();
+}
+
+void GridView::updateGeometries() {
+    QTableView::updateGeometries();
+    keepTopRowWhole();
+}
+
+// At the end of the list the table would align the last row with its lower edge and cut the uppermost one instead.
+void GridView::keepTopRowWhole() {
+    if (model_.rowCount() == 0) return;
+    QHeaderView* rows = verticalHeader();
+    const int before = rows->offset();
+    rows->setOffsetToSectionPosition(verticalScrollBar()->value());
+    if (rows->offset() != before) viewport()->update();
 }
 
 void GridView::keyPressEvent(QKeyEvent* event) {

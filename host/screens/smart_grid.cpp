@@ -471,14 +471,14 @@ void SmartGrid::chooseColumns() {
     layOutColumns();
 }
 
-void SmartGrid::preview(const TableContent& table, const QPageLayout& layout) {
+void SmartGrid::preview(const TableContent& table, std::optional<QPageLayout> paper) {
     checkPrintable(table);
     TableDocument document(table, QString::fromStdString(context_.host().NowDate("/")));
-    context_.output().preview(context_, window(), document, layout);
+    context_.output().preview(context_, window(), document, paper ? *paper : document.suitablePaper());
 }
 
 void SmartGrid::print() {
-    preview(*content(), pageLayout());
+    preview(*content(), std::nullopt);
 }
 
 void SmartGrid::PrintPreview(const TPrintSetting& setting) {
@@ -501,7 +501,7 @@ void SmartGrid::exportPdf() {
     save(QStringLiteral("خروجی PDF"), QStringLiteral("pdf"), [this](const TableContent& table, const QString& path) {
         checkPrintable(table);
         TableDocument document(table, QString::fromStdString(context_.host().NowDate("/")));
-        writePdf(document, pageLayout(), path);
+        writePdf(document, document.suitablePaper(), path);
     });
 }
 

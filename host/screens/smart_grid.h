@@ -10,6 +10,7 @@
 #include <QPageLayout>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "host/screens/grid_model.h"
 #include "host/screens/grid_view.h"
@@ -85,7 +86,7 @@ private:
     [[nodiscard]] int printWidth(int column) const;
     [[nodiscard]] int columnOf(const std::string& field) const;  // -1: none
     [[nodiscard]] std::unique_ptr<Content> content() const;
-    void preview(const TableContent& table, const QPageLayout& layout);
+    void preview(const TableContent& table, std::optional<QPageLayout> paper);  // none: what suits the table
     [[nodiscard]] QString description() const;
     void save(const QString& title, const QString& suffix,
               const std::function<void(const TableContent&, const QString&)>& write);

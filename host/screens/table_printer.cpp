@@ -1,6 +1,7 @@
 #include "host/screens/table_printer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 #include <utility>
 
@@ -20,7 +21,10 @@ constexpr qreal kSmallestFont = 5;  // for the sake of whole numbers
 constexpr qreal kSpreadFont = 7;    // of columns that go on on further pages anyway
 constexpr qreal kFontStep = 0.5;
 constexpr qreal kTitleFont = 14;
+constexpr qreal kEasyFont = 7.5;           // read without effort
 constexpr qreal kLeastTextCharacters = 8;  // that a column of texts keeps
+constexpr qreal kMostTextCharacters = 48;  // that it may want of a page
+constexpr std::size_t kMeasuredTexts = 64;
 constexpr qreal kScreenDpi = 96;
 constexpr qreal kPointsAnInch = 72;
 // Sides of the paper, whatever the direction of the text.
@@ -33,6 +37,35 @@ QFont pageFont(qreal points, QFont::Weight weight = QFont::Normal) {
     font.setPixelSize(static_cast<int>(points * kPageDpi / kPointsAnInch));
     font.setHintingPreference(QFont::PreferNoHinting);
     return font;
+}
+
+// The longest texts of a column, by their letters: measuring all of them takes as long as a second for a long list.
+QStringList longestOf(const TableContent& table, int column) {
+    const auto longer = [](const QString& one, const QString& other) { return one.size() > other.size(); };
+    std::vector<QString> texts;
+    for (int row = 0; row < table.rowCount(); ++row) {
+        QString text = table.shown(row, column);
+        if (texts.size() < kMeasuredTexts) {
+            texts.push_back(std::move(text));
+            std::push_heap(texts.begin(), texts.end(), longer);
+        } else if (longer(text, texts.front())) {
+            std::pop_heap(texts.begin(), texts.end(), longer);
+            texts.back() = std::move(text);
+            std::push_heap(texts.begin(), texts.end(), longer);
+        }
+    }
+    return {texts.begin(), texts.end()};
+}
+
+qreal widest(const QStringList& texts, const QFontMetricsF& metrics) {
+    qreal width = 0;
+    for (const QString& text : texts)
+        width = std::max(width, metrics.horizontalAdvance(text));
+    return std::ceil(width);
+}
+
+qreal sum(const std::vector<qreal>& widths) {
+    return std::accumulate(widths.begin(), widths.end(), qreal{0});
 }
 
 }  // namespace
@@ -66,12 +99,21 @@ void TableDocument::paintPage(QPainter& painter, int page) const {
     painter.setFont(font_);
     const int first = firstRowOf(band);
     const int end = std::min(table_.rowCount(), first + rowsOn(band));
+    // All stripes come before the lines, or each would cover half of the line above it.
+    for (int row = first + (first % 2 == 0 ? 1 : 0); row < end; row += 2)
+        painter.fillRect(QRectF(0, y + (row - first) * rowHeight_, page_.width(), rowHeight_), themeColors().alternate);
     for (int row = first; row < end; ++row) {
-        if (row % 2 == 1) painter.fillRect(QRectF(0, y, page_.width(), rowHeight_), themeColors().alternate);
         paintRow(painter, sheet, row, y);
         y += rowHeight_;
     }
     paintFooter(painter, page);
+}
+
+QPageLayout TableDocument::suitablePaper() {
+    QPageLayout paper = pageLayout();
+    layOut(paper);
+    if (!roomy_) paper.setOrientation(QPageLayout::Landscape);
+    return paper;
 }
 
 void TableDocument::setFonts(qreal points) {
@@ -80,53 +122,72 @@ void TableDocument::setFonts(qreal points) {
     padding_ = QFontMetricsF(font_).averageCharWidth() * 0.6;
 }
 
-// What the columns cannot do without: numbers and their titles' longest words as a whole, texts a few letters.
-std::vector<qreal> TableDocument::neededWidths(const std::vector<QStringList>& shapes) const {
+const std::vector<QStringList>& TableDocument::longestTexts() const {
+    if (!longestTexts_.empty()) return longestTexts_;
+    for (const TableColumn& column : table_.columns()) {
+        const auto index = static_cast<int>(longestTexts_.size());
+        longestTexts_.push_back(isNumber(column.type) ? table_.numberShapes(index) : longestOf(table_, index));
+    }
+    return longestTexts_;
+}
+
+// Numbers and their titles' longest words are whole or nothing; texts can do with a few letters.
+TableDocument::Room TableDocument::columnRoom() const {
     const QFontMetricsF metrics(font_);
     const QFontMetricsF titleMetrics(columnFont_);
     const qreal least = metrics.averageCharWidth() * kLeastTextCharacters;
-    std::vector<qreal> needed;
-    for (std::size_t i = 0; i < shapes.size(); ++i) {
-        qreal title = 0;
-        for (const QString& word : table_.columns()[i].title.split(QLatin1Char(' ')))
-            title = std::max(title, titleMetrics.horizontalAdvance(word));
-        const qreal content = isNumber(table_.columns()[i].type) ? roomFor(shapes[i], metrics) : least;
-        needed.push_back(std::max(content, std::min(title, least)) + 2 * padding_);
+    const qreal most = metrics.averageCharWidth() * kMostTextCharacters;
+    const std::vector<QStringList>& texts = longestTexts();
+    Room room;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        const TableColumn& column = table_.columns()[i];
+        const qreal title = widest(column.title.split(QLatin1Char(' ')), titleMetrics);
+        const bool number = isNumber(column.type);
+        const qreal content = number ? roomFor(texts[i], metrics) : std::min(widest(texts[i], metrics), most);
+        room.needed.push_back(std::max(number ? content : std::min(content, least), std::min(title, least)) +
+                              2 * padding_);
+        room.wanted.push_back(std::max(content, std::min(title, most)) + 2 * padding_);
     }
-    return needed;
+    return room;
 }
 
 void TableDocument::fitColumns() {
     constexpr qreal scale = kPageDpi / kScreenDpi;
     sheets_.clear();
-    qreal wanted = 0;
-    std::vector<QStringList> shapes;
-    std::vector<std::size_t> all;
-    for (const TableColumn& column : table_.columns()) {
-        wanted += column.width * scale;
-        all.push_back(shapes.size());
-        const auto index = static_cast<int>(shapes.size());
-        shapes.push_back(isNumber(column.type) ? table_.numberShapes(index) : QStringList());
+    std::vector<std::size_t> all(table_.columns().size());
+    std::iota(all.begin(), all.end(), std::size_t{0});
+    for (qreal points = kLargestFont; points >= kUsualSmallestFont; points -= kFontStep) {
+        setFonts(points);
+        const Room room = columnRoom();
+        if (sum(room.wanted) > page_.width()) continue;
+        roomy_ = points >= kEasyFont;
+        addSheet(std::move(all), room);
+        return;
     }
-    const qreal fit = wanted > 0 ? page_.width() / wanted : 1;
+    roomy_ = false;
+    qreal onScreen = 0;
+    for (const TableColumn& column : table_.columns())
+        onScreen += column.width * scale;
+    const qreal fit = onScreen > 0 ? page_.width() / onScreen : 1;
     for (qreal points = std::clamp(kLargestFont * std::min(1.0, fit), kUsualSmallestFont, kLargestFont);
          points >= kSmallestFont; points -= kFontStep) {
         setFonts(points);
-        const std::vector<qreal> needed = neededWidths(shapes);
-        if (std::accumulate(needed.begin(), needed.end(), qreal{0}) > page_.width()) continue;
-        addSheet(std::move(all), needed);
+        const Room room = columnRoom();
+        if (sum(room.needed) > page_.width()) continue;
+        addSheet(std::move(all), room);
         return;
     }
     setFonts(kSpreadFont);
-    spreadColumns(neededWidths(shapes));
+    spreadColumns(columnRoom());
 }
 
-void TableDocument::spreadColumns(const std::vector<qreal>& needed) {
+void TableDocument::spreadColumns(const Room& room) {
+    const std::vector<qreal>& needed = room.needed;
     std::vector<std::size_t> columns;
     qreal used = 0;
     for (std::size_t i = 0; i < needed.size(); ++i) {
         if (!columns.empty() && used + needed[i] > page_.width()) {
-            addSheet(std::exchange(columns, {}), needed);
+            addSheet(std::exchange(columns, {}), room);
             used = 0;
             // The first column tells whose numbers these are, unless it leaves them no room.
             if (i > 0 && needed[0] + needed[i] <= page_.width()) {
@@ -137,28 +198,48 @@ void TableDocument::spreadColumns(const std::vector<qreal>& needed) {
         columns.push_back(i);
         used += needed[i];
     }
-    addSheet(std::move(columns), needed);
+    addSheet(std::move(columns), room);
+}
+
+// What the columns of a sheet get at least: all that they want where the page has it, and otherwise a part of what is
+// there, so that the longest texts are cut first.
+std::vector<qreal> TableDocument::floors(const std::vector<std::size_t>& columns, const Room& room) const {
+    const auto upTo = [&](qreal limit) {
+        std::vector<qreal> widths;
+        for (const std::size_t column : columns)
+            widths.push_back(std::max(room.needed[column], std::min(room.wanted[column], limit)));
+        return widths;
+    };
+    qreal low = 0;
+    qreal high = page_.width();
+    if (sum(upTo(high)) <= page_.width()) return upTo(high);
+    while (high - low > 0.5) {
+        const qreal middle = (low + high) / 2;
+        (sum(upTo(middle)) <= page_.width() ? low : high) = middle;
+    }
+    return upTo(low);
 }
 
 // The columns share the page as they do the screen, as far as each has what it needs.
-void TableDocument::addSheet(std::vector<std::size_t> columns, const std::vector<qreal>& needed) {
-    qreal wanted = 0;
+void TableDocument::addSheet(std::vector<std::size_t> columns, const Room& room) {
+    qreal onScreen = 0;
     for (const std::size_t column : columns)
-        wanted += table_.columns()[column].width;
+        onScreen += table_.columns()[column].width;
+    const std::vector<qreal> least = floors(columns, room);
     Sheet sheet{std::move(columns), {}};
-    qreal used = 0;
-    qreal spare = 0;  // beyond what is needed
-    for (const std::size_t column : sheet.columns) {
-        const qreal share = wanted > 0 ? page_.width() * table_.columns()[column].width / wanted : 0;
-        sheet.widths.push_back(std::max(share, needed[column]));
-        used += sheet.widths.back();
-        spare += sheet.widths.back() - needed[column];
+    qreal spare = 0;  // beyond the least
+    for (std::size_t i = 0; i < least.size(); ++i) {
+        const qreal share =
+            onScreen > 0 ? page_.width() * table_.columns()[sheet.columns[i]].width / onScreen : least[i];
+        sheet.widths.push_back(std::max(share, least[i]));
+        spare += sheet.widths.back() - least[i];
     }
+    const qreal used = sum(sheet.widths);
     const qreal excess = used - page_.width();
     for (std::size_t i = 0; i < sheet.widths.size() && excess > 0; ++i) {
         qreal& width = sheet.widths[i];
         // A single column may need more than there is.
-        width = spare > 0 ? width - excess * (width - needed[sheet.columns[i]]) / spare : width * page_.width() / used;
+        width = spare >= excess ? width - excess * (width - least[i]) / spare : width * page_.width() / used;
     }
     sheets_.push_back(std::move(sheet));
 }

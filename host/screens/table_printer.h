@@ -1,11 +1,12 @@
 // Tables on paper: right to left, titles on every page, page numbers.
 //
-// Numbers are printed whole: texts make room for them first, then the font gets smaller, and where that is not enough
-// the columns go on on further pages, each of which begins with the first column.
+// The font is the largest in which numbers and texts are whole. Where there is none, numbers are still printed whole:
+// texts make room for them first, then the font gets smaller, and where that is not enough the columns go on on further
+// pages, each of which begins with the first column.
 //
 //   checkPrintable(table);
 //   TableDocument document(table, footer);
-//   writePdf(document, pageLayout(), path);
+//   writePdf(document, document.suitablePaper(), path);
 #pragma once
 
 #include <QFont>
@@ -30,18 +31,27 @@ public:
     [[nodiscard]] QString title() const override { return table_.title(); }
     int layOut(const QPageLayout& paper) override;
     void paintPage(QPainter& painter, int page) const override;
+    // The usual paper upright, or across when the table is too wide for it. Lays the table out anew.
+    [[nodiscard]] QPageLayout suitablePaper();
 
 private:
     struct Sheet {
         std::vector<std::size_t> columns;
         std::vector<qreal> widths;
     };
+    // Of each column, in a font: what it cannot do without, and what it takes to be whole.
+    struct Room {
+        std::vector<qreal> needed;
+        std::vector<qreal> wanted;
+    };
 
     void setFonts(qreal points);
     void fitColumns();
-    void spreadColumns(const std::vector<qreal>& needed);
-    [[nodiscard]] std::vector<qreal> neededWidths(const std::vector<QStringList>& shapes) const;
-    void addSheet(std::vector<std::size_t> columns, const std::vector<qreal>& needed);
+    void spreadColumns(const Room& room);
+    [[nodiscard]] Room columnRoom() const;
+    [[nodiscard]] std::vector<qreal> floors(const std::vector<std::size_t>& columns, const Room& room) const;
+    void addSheet(std::vector<std::size_t> columns, const Room& room);
+    [[nodiscard]] const std::vector<QStringList>& longestTexts() const;
     [[nodiscard]] qreal headHeight(int page) const;
     [[nodiscard]] qreal columnTitleHeight() const;
     [[nodiscard]] int rowsOn(int page) const;
@@ -56,11 +66,13 @@ private:
     const TableContent& table_;
     QString footer_;
     std::vector<QString> lines_;
+    mutable std::vector<QStringList> longestTexts_;  // of each column; empty: not looked for yet
     // What the paper makes of it.
     QRectF page_;
     int pages_ = 1;
     std::vector<QString> head_;
     std::vector<Sheet> sheets_;  // pages side by side that hold the columns
+    bool roomy_ = true;          // every column whole, in a font that reads easily
     QFont font_;
     QFont titleFont_;
     QFont columnFont_;

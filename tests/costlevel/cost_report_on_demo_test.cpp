@@ -2,7 +2,9 @@
 #include <gmock/gmock.h>
 
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QTableView>
 #include <utility>
 
@@ -84,6 +86,68 @@ TEST_F(ReportOnDemo, theLongestPricesAreWholeOnScreenAndPaper) {
         EXPECT_GT(longest.size(), 8);
         grid.print();
         EXPECT_EQ(printed, there);
+    });
+}
+
+TEST_F(ReportOnDemo, f9PrintsWhatIsTickedAndSaysSoAboveIt) {
+    QString pages;
+    output.onPreview = [&](PrintDocument& document) {
+        PaintedText painted;
+        const int count = document.layOut(pageLayout());
+        QPainter painter(&painted);
+        for (int page = 0; page < count; ++page)
+            document.paintPage(painter, page);
+        painter.end();
+        pages = painted.text();
+    };
+    show([&](QWidget& report, SmartGrid& grid) {
+        control<QTabBar>(report, "TTab_Search_Frame1_TBC")->setCurrentIndex(1);
+        EXPECT_EQ(shownTitles(grid).size(), 11U);
+        // The warning is of what the list shows.
+        messages.expect("ShowTooltipMessage");
+        QTimer::singleShot(0, &report, [] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            ASSERT_EQ(dialog->objectName().toStdString(), "PrintSetting_FRM");
+            auto* list = control<QListWidget>(*dialog, "Columns_LST");
+            ASSERT_EQ(list->count(), 11);
+            for (int i = 0; i < list->count(); ++i)
+                list->item(i)->setCheckState(i == 2 || i == 10 ? Qt::Checked : Qt::Unchecked);
+            control<QRadioButton>(*dialog, "Landscape_RDB")->click();
+            control<QPushButton>(*dialog, "Ok_BTN")->click();
+        });
+        QTest::keyClick(&report, Qt::Key_F9);
+        ASSERT_EQ(output.previews.size(), 1U);
+        EXPECT_EQ(output.layouts[0].orientation(), QPageLayout::Landscape);
+        // Two titles and their count in lines of their own.
+        EXPECT_TRUE(pages.startsWith(QStringLiteral("گزارش قیمت کالاهاهمکارقیمت مصرف کننده۲")))
+            << pages.left(200).toStdString();
+        EXPECT_FALSE(pages.contains(QStringLiteral("نمایندگی")));
+        EXPECT_TRUE(pages.contains(QStringLiteral("نام کالا")));
+        EXPECT_EQ(shownTitles(grid).size(), 11U);
+    });
+}
+
+TEST_F(ReportOnDemo, oneColumnOfTwoThatShareAPrintSettingIsOffered) {
+    execute(*session, "UPDATE CostLevel SET Code = 11 WHERE CostType = 1 AND Code = 10");
+    show([&](QWidget& report, SmartGrid&) {
+        const auto offered = [&] {
+            std::vector<std::string> titles;
+            QTimer::singleShot(0, &report, [&titles] {
+                QWidget* dialog = QApplication::activeModalWidget();
+                auto* list = control<QListWidget>(*dialog, "Columns_LST");
+                for (int i = 0; i < list->count(); ++i)
+                    titles.push_back(list->item(i)->text().toStdString());
+                control<QPushButton>(*dialog, "Cancel_BTN")->click();
+            });
+            QTest::keyClick(&report, Qt::Key_F9);
+            return titles;
+        };
+        EXPECT_EQ(offered().back(), "جشنواره");
+        control<QTabBar>(report, "TTab_Search_Frame1_TBC")->setCurrentIndex(1);
+        messages.expect("ShowTooltipMessage");
+        const std::vector<std::string> forSale = offered();
+        EXPECT_EQ(forSale.size(), 10U);
+        EXPECT_EQ(forSale.back(), "قیمت مصرف کننده");
     });
 }
 

@@ -402,6 +402,33 @@ TEST_F(CostReport, registersItsColumnsForPrinting) {
     EXPECT_EQ(screens.printColumns.size(), 10U);
 }
 
+// The price of level 11 and the consumer price are kept under one name.
+TEST_F(CostReport, aLevelOfTheCodeElevenSharesThePrintSettingOfTheConsumerPrice) {
+    const auto report = open({{"تک‌فروشی", 1}, {"یازدهم", 11}});
+    goToTab(*report, 1);
+    EXPECT_EQ(report->GetMasterReport_Description().back(), "3");
+    ASSERT_EQ(screens.printColumns.size(), 11U);
+    EXPECT_EQ(screens.printColumns[1], "F11 'یازدهم'");
+    EXPECT_EQ(screens.printColumns[10], "F11 on ConsumerPrice 'قیمت مصرف کننده' at 13");
+}
+
+TEST_F(CostReport, warnsOfTheColumnsThatTheGridShowsBeforeItAsksWhatToPrint) {
+    const auto report = open(firstLevels(10));
+    control<FakeButton>(*report, "PrintList_BTN").Click();
+    EXPECT_THAT(host.calls, ElementsAre("PrintSetting CostReport"));
+    goToTab(*report, 1);
+    host.calls.clear();
+    host.expectMessage(kTooMany);
+    // A choice of fewer columns does not matter.
+    screens.onPrintSetting = [&](const TPrintSettingRequest&, TPrintSetting& setting) {
+        EXPECT_EQ(host.lastMessage.operation, "ShowTooltipMessage");
+        setting = {.Title = "قیمت", .Columns = {{.FieldName = "F1", .Title = "سطح 1"}}};
+        return true;
+    };
+    control<FakeButton>(*report, "PrintList_BTN").Click();
+    EXPECT_EQ(grid(*report).printed.size(), 1U);
+}
+
 TEST_F(CostReport, printsWhatTheUserChoseBehindTheGoodsNames) {
     const auto report = open(firstLevels(3));
     screens.onPrintSetting = [](const TPrintSettingRequest&, TPrintSetting& setting) {

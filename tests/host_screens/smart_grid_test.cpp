@@ -7,6 +7,7 @@
 #include <QHeaderView>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QTemporaryDir>
 
@@ -372,6 +373,34 @@ TEST_F(Grid, theLastRowIsTheLastOneShown) {
     open(priceRows({}));
     grid.GoToLastRow();
     EXPECT_EQ(grid.CurrentRow(), -1);
+}
+
+TEST_F(Grid, aListThatOpensAtItsEndBeginsWithAWholeRow) {
+    std::vector<std::tuple<int, std::string, std::optional<std::string>>> rows;
+    for (int i = 0; i < 100; ++i)
+        rows.emplace_back(i, "سطر", "1");
+    open(priceRows(rows));
+    const auto beginsWhole = [&] {
+        const int top = view().rowAt(0);
+        return top > 0 && view().rowViewportPosition(top) == 0;
+    };
+    const auto endsWhole = [&] {
+        const int last = view().rowViewportPosition(99) + view().rowHeight(99);
+        return last <= view().viewport()->height() && last > view().viewport()->height() - view().rowHeight(99);
+    };
+    for (int height = 290; height < 290 + view().rowHeight(0); ++height) {
+        grid.resize(500, height);
+        grid.GoToLastRow();
+        EXPECT_TRUE(beginsWhole()) << height;
+        EXPECT_TRUE(endsWhole()) << height;
+        // As does one that another size or a move of the bar has brought there.
+        view().verticalScrollBar()->setValue(0);
+        EXPECT_EQ(view().rowAt(0), 0);
+        view().verticalScrollBar()->setValue(view().verticalScrollBar()->maximum());
+        EXPECT_TRUE(beginsWhole() && endsWhole()) << height;
+        grid.resize(500, height - 13);
+        EXPECT_TRUE(beginsWhole()) << height;
+    }
 }
 
 TEST_F(Grid, printsWhatASettingNames) {

@@ -227,6 +227,52 @@ TEST_F(TableOutput, textsMakeRoomForNumbersOnPaper) {
     EXPECT_EQ(pages, 1);
 }
 
+// Many prices of goods with names of usual length.
+class PriceList final : public TableContent {
+public:
+    explicit PriceList(int prices) {
+        columnList.push_back({QStringLiteral("نام کالا"), FieldType::Text, {}, 190});
+        for (int i = 0; i < prices; ++i)
+            columnList.push_back({QStringLiteral("سطح"), FieldType::Decimal, {}, 100});
+    }
+    std::vector<TableColumn> columnList;
+
+    [[nodiscard]] QString title() const override { return QStringLiteral("قیمت‌ها"); }
+    [[nodiscard]] std::vector<QString> headerLines() const override { return {}; }
+    [[nodiscard]] const std::vector<TableColumn>& columns() const override { return columnList; }
+    [[nodiscard]] int rowCount() const override { return 500; }
+    [[nodiscard]] Value value(int row, int column) const override {
+        if (column > 0) return *Decimal::parse("18915000");
+        // The longest of them stands far from the beginning.
+        return std::string(row == 333 ? "اسپاگتی ۱٫۲ میلی‌متری ۷۰۰ گرمی ویژه" : "انار");
+    }
+    [[nodiscard]] QString shown(int row, int column) const override {
+        return column == 0 ? QString::fromStdString(toText(value(row, column))) : QStringLiteral("۱۸٬۹۱۵٬۰۰۰");
+    }
+};
+
+TEST_F(TableOutput, namesAreWholeWhereThePageHasRoomForThem) {
+    for (const auto orientation : {QPageLayout::Portrait, QPageLayout::Landscape}) {
+        const PriceList table(orientation == QPageLayout::Portrait ? 10 : 15);
+        TableDocument document(table, {});
+        int pages = 0;
+        const QString text = paintedPages(document, pageLayout(QPageSize::A4, orientation), pages);
+        EXPECT_FALSE(text.contains(QChar(0x2026))) << orientation;
+        EXPECT_FALSE(text.contains(QLatin1Char('#'))) << orientation;
+        EXPECT_TRUE(text.contains(QStringLiteral("گرمی ویژه"))) << orientation;
+    }
+}
+
+TEST_F(TableOutput, aWideTableLiesAcrossThePaper) {
+    for (const int prices : {1, 5, 12, 20}) {
+        const PriceList table(prices);
+        TableDocument document(table, {});
+        const QPageLayout paper = document.suitablePaper();
+        EXPECT_EQ(paper.pageSize().id(), QPageSize::A4);
+        EXPECT_EQ(paper.orientation(), prices < 10 ? QPageLayout::Portrait : QPageLayout::Landscape) << prices;
+    }
+}
+
 TEST_F(TableOutput, numbersThatNoPageHoldsGoOnOnFurtherOnes) {
     const Prices table(10, {"-10000000000000.123456789", "99999999999999.999999999", "1"});
     TableDocument document(table, {});
