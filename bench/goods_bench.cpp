@@ -7,12 +7,11 @@
 #include <utility>
 
 #include "bench/program.h"
+#include "bench/signed_in_host.h"
 #include "engines/embedded/embedded_session.h"
 #include "goods/barcode_extractor_unt.h"
 #include "goods/goodsinfo_unt.h"
 #include "host/services/deploy.h"
-#include "host/services/reference_host.h"
-#include "package/services.h"
 
 namespace basalt::bench {
 namespace {
@@ -113,12 +112,8 @@ void scan(const std::string& barcode) {
 bool run(int count, char** arguments) {
     const auto session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
     fill(*session);
-    host::HostOptions options;
-    options.persistOptions = false;
-    host::ReferenceHost host(*session, options);
-    host.signInAs(1);
-    host.setSetting("NegativeType", "0");
-    const AttachedHost attached(host);
+    SignedInHost host(*session);
+    host->setSetting("NegativeType", "0");
 
     int next = 0;
     benchmark::RegisterBenchmark("scan/module", [&](benchmark::State& state) {

@@ -9,12 +9,11 @@
 #include "ado/query.h"
 #include "bench/first_paint.h"
 #include "bench/program.h"
+#include "bench/signed_in_host.h"
 #include "engines/embedded/embedded_session.h"
 #include "host/screens/screen_services_impl.h"
 #include "host/services/deploy.h"
-#include "host/services/reference_host.h"
 #include "package/basalt_interface_unt.h"
-#include "package/services.h"
 
 namespace basalt::bench {
 namespace {
@@ -46,17 +45,13 @@ std::size_t runStatement(TADOQuery& query) {
 bool run(int count, char** arguments) {
     const auto session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
     fill(*session);
-    host::HostOptions options;
-    options.persistOptions = false;
-    host::ReferenceHost host(*session, options);
-    host.signInAs(1);
-    host::HostScreenServices screens(host);
-    host.setScreens(&screens);
-    const AttachedHost attached(host);
+    SignedInHost host(*session);
+    host::HostScreenServices screens(*host);
+    host->setScreens(&screens);
     CloseAfterFirstPaint closer(kLevels);
     qApp->installEventFilter(&closer);
 
-    TADOQuery query(host.DM().ADOConnection1, "List_QUR");
+    TADOQuery query(host->DM().ADOConnection1, "List_QUR");
     benchmark::RegisterBenchmark("levels/statement", [&query](benchmark::State& state) {
         for (auto _ : state)
             benchmark::DoNotOptimize(runStatement(query));

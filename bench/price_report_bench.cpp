@@ -16,15 +16,14 @@
 #include "bench/first_paint.h"
 #include "bench/peak_memory.h"
 #include "bench/program.h"
+#include "bench/signed_in_host.h"
 #include "bench/value_bytes.h"
 #include "costlevel/costlevel_dm.h"
 #include "engines/embedded/embedded_session.h"
 #include "host/screens/screen_services_impl.h"
 #include "host/screens/smart_grid.h"
 #include "host/services/deploy.h"
-#include "host/services/reference_host.h"
 #include "package/basalt_interface_unt.h"
-#include "package/services.h"
 
 namespace basalt::bench {
 namespace {
@@ -183,13 +182,9 @@ bool run(int count, char** arguments) {
     const int goods = std::max(takeNumber(count, arguments, "goods", kGoods), kFirstGoods);
     const auto session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
     fill(*session, goods);
-    host::HostOptions options;
-    options.persistOptions = false;
-    host::ReferenceHost host(*session, options);
-    host.signInAs(1);
-    host::HostScreenServices screens(host);
-    host.setScreens(&screens);
-    const AttachedHost attached(host);
+    SignedInHost host(*session);
+    host::HostScreenServices screens(*host);
+    host->setScreens(&screens);
     CloseAfterFirstPaint closer(goods);
 
     std::string statement;

@@ -14,13 +14,12 @@
 #include <vector>
 
 #include "bench/program.h"
+#include "bench/signed_in_host.h"
 #include "costlevel/costlevel_dm.h"
 #include "engines/embedded/embedded_session.h"
 #include "engines/embedded/generated_sql.h"
 #include "engines/embedded/open_database.h"
 #include "host/services/deploy.h"
-#include "host/services/reference_host.h"
-#include "package/services.h"
 
 namespace basalt::bench {
 namespace {
@@ -116,11 +115,7 @@ bool run(int count, char** arguments) {
     fill(*session);
     std::string statement;
     {
-        host::HostOptions options;
-        options.persistOptions = false;
-        host::ReferenceHost host(*session, options);
-        host.signInAs(1);
-        const AttachedHost attached(host);
+        const SignedInHost host(*session);
         TCostLevel_DM store;
         store.CostReport_Get();
         statement = store.CostReport_QUR.SQL.Text();
