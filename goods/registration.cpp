@@ -134,8 +134,9 @@ TBarCodeUseType useTypeOf(FunctionCall& call) {
 void registerStockChecks(Registry& registry) {
     registry.add(operation("FillGoodInfo", "Reads the particulars of a good; tells whether there is one of that code.",
                            {in("GoodCode", "text"), out("Info", "record")}, "flag", [](FunctionCall& call) {
-                               const bool found = FillGoodInfo(call.text("GoodCode"), GoodInfoMapper);
-                               if (found) call.output("Info", infoRecord(GoodInfoMapper));
+                               TGoodInfoMapper info;
+                               const bool found = FillGoodInfo(call.text("GoodCode"), info);
+                               if (found) call.output("Info", infoRecord(info));
                                call.result(found);
                            }));
     // The first that takes four values in a row gets them: a number may well be a text, but a date is no number.
@@ -156,7 +157,7 @@ void registerStockChecks(Registry& registry) {
     addText(registry, "strMinusGoodCodes", "The codes of the goods that the last check by procedure found negative.",
             strMinusGoodCodes);
     addVariable(
-        registry, "GoodInfoMapper", "record", "The particulars that were read or set last.",
+        registry, "GoodInfoMapper", "record", "The particulars of a good that callers share.",
         [] { return infoRecord(GoodInfoMapper); },
         [](FunctionCall& call) { GoodInfoMapper = infoFrom(call.argument("Value")); });
 }

@@ -15,6 +15,7 @@
 #include "host/counter/counter_ledger.h"
 #include "host/counter/persian_inputs.h"
 #include "host/counter/scan_text.h"
+#include "host/counter/shortage_text.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
 #include "host/services/host_parts.h"
@@ -282,7 +283,7 @@ void CounterPage::enter() {
 }
 
 bool CounterPage::mayLeave() {
-    if (invoice_.lines().empty()) return true;
+    if (isEmpty()) return true;
     const MessageRequest question{.operation = "MsgUnsavedChanges",
                                   .buttons = {TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel},
                                   .defaultButton = TMessageButton::Yes,
@@ -299,7 +300,7 @@ bool CounterPage::mayLeave() {
 }
 
 void CounterPage::showPolicy() {
-    policy_->setCurrentIndex(context_.host.SettingRecord().NegativeType);
+    policy_->setCurrentIndex(context_.host.settings().record().NegativeType);
     policy_->setEnabled(context_.host.HavePermission(context_.host.UserInfo(), hpSettings, prEdit, false, false, ""));
 }
 
@@ -398,26 +399,29 @@ void CounterPage::save() {
 }
 
 bool CounterPage::stockAllows(const std::string& date) {
-    // The module goes by the company's setting; the choice is for this invoice and nobody else's.
-    const int companys = context_.host.SettingRecord().NegativeType;
-    const int chosen = policy_->isEnabled() ? policy_->currentIndex() : companys;
-    const auto set = [this](int value) { context_.host.setSetting("NegativeType", std::to_string(value)); };
-    const auto check = [&] {
-        return calls_("Check_TockMinus", {{"SelectQuery", invoice_.stockQuery(store())},
-                                          {"Date", date},
-                                          {"GlobalID", 0},
-                                          {"StoreTransition", false}})
-            .result.asBool();
-    };
-    if (chosen == companys) return check();
-    set(chosen);
-    const auto restore = qScopeGuard([&] { set(companys); });
-    return check();
+    // The module goes by the settings; the choice is for this invoice and nobody else's.
+    TSettingRecord settings = context_.host.settings().record();
+    if (policy_->isEnabled()) settings.NegativeType = static_cast<std::uint8_t>(policy_->currentIndex());
+    const LentSettings lent(context_.host, std::move(settings));
+    return calls_("Check_TockMinus", {{"SelectQuery", invoice_.stockQuery(store())},
+                                      {"Date", date},
+                                      {"GlobalID", 0},
+                                      {"StoreTransition", false}})
+        .result.asBool();
+}
+
+bool CounterPage::isEmpty() {
+    return invoice_.lines().empty() && scanner_.priceSum() == 0;
 }
 
 bool CounterPage::write() {
-    if (invoice_.lines().empty()) {
+    if (isEmpty()) {
         report(ScanMood::Warned, QStringLiteral("فاکتور سطری ندارد."));
+        return false;
+    }
+    if (invoice_.lines().empty()) {
+        // The ledger is of goods.
+        report(ScanMood::Refused, QStringLiteral("فاکتور ثبت نشد؛ تنها بارکد مبلغی دارد و کالایی در آن نیست."));
         return false;
     }
     if (!personIsKnown()) {
@@ -427,9 +431,8 @@ bool CounterPage::write() {
     }
     const std::string today = context_.host.NowDate("/");
     if (!stockAllows(today)) {
-        const std::string codes = calls_("strMinusGoodCodes", {}).result.asText();
-        report(ScanMood::Refused, QStringLiteral("فاکتور ثبت نشد؛ موجودی کالاهای %1 کافی نیست.")
-                                      .arg(persianDigits(QString::fromStdString(codes))));
+        const QString codes = QString::fromStdString(calls_("strMinusGoodCodes", {}).result.asText());
+        report(ScanMood::Refused, QStringLiteral("فاکتور ثبت نشد؛ %1").arg(shortageText(invoice_, codes)));
         return false;
     }
     const int number = postSale(context_.host.session(), invoice_, store(), person_->value(), today);
@@ -524,8 +527,8 @@ void CounterPage::removeLine() {
 }
 
 void CounterPage::startNew() {
-    const bool hadLines = !invoice_.lines().empty();
-    if (mayLeave() && !hadLines) clearInvoice();  // else it is clear, and the result says how
+    const bool wasEmpty = isEmpty();
+    if (mayLeave() && wasEmpty) clearInvoice();  // else it is clear, and the result says how
 }
 
 void CounterPage::clearInvoice() {

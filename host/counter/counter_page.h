@@ -54,6 +54,8 @@ private:
     void removeLine();
     void startNew();
     void clearInvoice();
+    // No lines, and no sum of prices alone.
+    [[nodiscard]] bool isEmpty();
 
     void report(ScanMood mood, const QString& text);
     void showLines();

@@ -174,7 +174,7 @@ bool SettingsPage::mayLeave() {
 
 void SettingsPage::load() {
     context_.host.settings().reload();
-    const TSettingRecord& record = context_.host.SettingRecord();
+    const TSettingRecord& record = context_.host.settings().record();
     for (SettingEditor* editor : editors_)
         editor->setValue(SettingsStore::text(record, editor->field()));
     const WorkstationOptions& options = context_.host.optionFile().options();
@@ -210,7 +210,7 @@ bool SettingsPage::save() {
 }
 
 void SettingsPage::saveCompany() {
-    TSettingRecord record = context_.host.SettingRecord();
+    TSettingRecord record = context_.host.settings().record();
     for (const SettingEditor* editor : editors_)
         SettingsStore::assign(record, editor->field().name, editor->value());
     std::string names;

@@ -12,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/services/clock.h"
@@ -104,7 +105,7 @@ public:
     TDM& DM() override { return dm_; }
     const TUserInfo& UserInfo() override;  // UsageError when nobody is signed in
     const TIniOptions& IniOptions() override;
-    const TSettingRecord& SettingRecord() override { return settings_.record(); }
+    const TSettingRecord& SettingRecord() override { return lent_ ? *lent_ : settings_.record(); }
     Value ScalerQuery(const std::string& table, const std::string& resultField, const std::string& keyField,
                       const std::string& keyValue) override;
     void ResetDataset(TADOQuery& query) override;
@@ -126,6 +127,8 @@ public:
     void StoreList(const std::string& name, const std::vector<std::string>& values) override;
 
 private:
+    friend class LentSettings;
+
     // Tells the observer and passes on.
     class WatchedPrograms final : public ProgramService {
     public:
@@ -174,6 +177,7 @@ private:
     PermissionStore permissions_;
     UserLog userLog_;
     SettingsStore settings_;
+    const TSettingRecord* lent_ = nullptr;
     FormOptionStore formOptions_;
     PropertyStore properties_;
     CodeLocks codeLocks_;
@@ -181,6 +185,26 @@ private:
     TUserInfo user_;
     TIniOptions ini_;
     bool claimed_ = false;
+};
+
+// Has the module read other settings than the company's while it lives, for a call into it. settings() is not touched:
+// nothing is stored, and the host's own screens go by what the company has set.
+//
+//   TSettingRecord settings = host.settings().record();
+//   settings.NegativeType = 2;
+//   const LentSettings lent(host, settings);
+class LentSettings {
+public:
+    LentSettings(ReferenceHost& host, TSettingRecord settings)
+        : host_(host), settings_(std::move(settings)), before_(std::exchange(host.lent_, &settings_)) {}
+    ~LentSettings() { host_.lent_ = before_; }
+    LentSettings(const LentSettings&) = delete;
+    LentSettings& operator=(const LentSettings&) = delete;
+
+private:
+    ReferenceHost& host_;
+    const TSettingRecord settings_;
+    const TSettingRecord* before_;
 };
 
 }  // namespace basalt::host

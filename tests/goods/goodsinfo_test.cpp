@@ -7,7 +7,7 @@
 #include "ado/error.h"
 #include "goods/goodsinfo_unt.h"
 #include "package/services.h"
-#include "tests/goods/rows.h"
+#include "tests/goods/particulars.h"
 #include "tests/support/fake_host.h"
 #include "tests/support/scripted_session.h"
 #include "tests/support/tracing_session.h"
@@ -29,46 +29,6 @@ protected:
 };
 
 // Particulars
-
-ProcedureInfo particularsProcedure() {
-    return {.name = "GoodParticularInfo_SP",
-            .parameters = {{.name = "@GoodCode",
-                            .direction = ParameterDirection::Input,
-                            .type = {.name = {}, .type = FieldType::Text, .size = 20},
-                            .hasDefault = false}}};
-}
-
-RowSet particularRows(const std::vector<std::vector<Value>>& values) {
-    return rows({{"Code", FieldType::Integer},
-                 {"Name", FieldType::Text, 150},
-                 {"Kala_Type", FieldType::Text, 50},
-                 {"Kala_Index", FieldType::Text, 50},
-                 {"Kala_Name", FieldType::Text, 150},
-                 {"Mogodi", FieldType::Decimal},
-                 {"Unit", FieldType::Integer},
-                 {"Unit2", FieldType::Integer},
-                 {"UnitName", FieldType::Text, 50},
-                 {"UnitName2", FieldType::Text, 50},
-                 {"MinAva", FieldType::Decimal},
-                 {"Pos", FieldType::Text, 50},
-                 {"Meghdar_Formool", FieldType::Float},
-                 {"Gheymat_Miangin", FieldType::Decimal},
-                 {"OffPercentSell", FieldType::Float},
-                 {"TaxExempt", FieldType::Boolean},
-                 {"ChargeExempt", FieldType::Boolean},
-                 {"Tax_In_BuyCosts", FieldType::Boolean},
-                 {"Tax_In_SellCosts", FieldType::Boolean},
-                 {"TaxPercent", FieldType::Float},
-                 {"ChargePercent", FieldType::Float},
-                 {"ConsumerPrice", FieldType::Decimal}},
-                values);
-}
-
-CallResult withRows(RowSet set) {
-    CallResult result;
-    result.batch.results.push_back({.rows = std::move(set)});
-    return result;
-}
 
 TEST_F(GoodsInfo, readsEveryParticularOfAGood) {
     script.setProcedure(particularsProcedure());

@@ -10,6 +10,7 @@
 #include "package/registry.h"
 #include "package/services.h"
 #include "tests/goods/layouts.h"
+#include "tests/goods/particulars.h"
 #include "tests/support/fake_host.h"
 #include "tests/support/scripted_session.h"
 #include "tests/support/signature.h"
@@ -166,18 +167,32 @@ TEST_F(GoodsRegistration, listsComeAsRecords) {
     EXPECT_EQ(list.outputs()[0].second.asList().at(1).toJson(), R"({"Text":"همکار","Object":3})");
 }
 
+TEST_F(GoodsRegistration, readingAGoodLeavesTheSharedParticulars) {
+    GoodInfoMapper = {._Code = 12, ._Name = "چای"};
+    std::vector<Value> rice(22);
+    rice[0] = number(57);
+    rice[1] = text("برنج");
+    script.setProcedure(particularsProcedure());
+    script.expectCall("GoodParticularInfo_SP", {{"@GoodCode", text("57"), false}}, withRows(particularRows({rice})));
+    const FunctionCall read = call("FillGoodInfo", {{"GoodCode", 57}});
+    EXPECT_EQ(read.resultValue(), Datum(true));
+    ASSERT_EQ(read.outputs().size(), 1U);
+    const Datum& info = read.outputs()[0].second;
+    EXPECT_EQ(info["Name"], Datum("برنج"));
+    EXPECT_EQ(GoodInfoMapper._Code, 12);
+    EXPECT_EQ(GoodInfoMapper._Name, "چای");
+    (void)call("GoodInfoMapper", {{"Value", info}}, 1);
+    EXPECT_EQ(GoodInfoMapper._Name, "برنج");
+}
+
 TEST_F(GoodsRegistration, aMissingGoodHasNoParticulars) {
-    script.setProcedure({.name = "GoodParticularInfo_SP",
-                         .parameters = {{.name = "@GoodCode",
-                                         .direction = ParameterDirection::Input,
-                                         .type = {.name = {}, .type = FieldType::Text, .size = 20},
-                                         .hasDefault = false}}});
-    CallResult none;
-    none.batch.results.push_back({.rows = codeRows({})});
-    script.expectCall("GoodParticularInfo_SP", {{"@GoodCode", text("99"), false}}, std::move(none));
+    GoodInfoMapper = {._Code = 12};
+    script.setProcedure(particularsProcedure());
+    script.expectCall("GoodParticularInfo_SP", {{"@GoodCode", text("99"), false}}, withRows(particularRows({})));
     const FunctionCall missing = call("FillGoodInfo", {{"GoodCode", 99}});
     EXPECT_EQ(missing.resultValue(), Datum(false));
     EXPECT_TRUE(missing.outputs().empty());
+    EXPECT_EQ(GoodInfoMapper._Code, 12);
 }
 
 TEST_F(GoodsRegistration, bothStockChecksAreThere) {

@@ -237,6 +237,63 @@ TEST_F(Counter, thePolicyIsChosenForOneInvoice) {
     EXPECT_EQ(control<QComboBox>(*page, "Policy_CMB").currentIndex(), 1);
 }
 
+TEST_F(Counter, theChosenPolicyIsNobodyElses) {
+    store(4);
+    scan("2800105012507");
+    policy(0);
+    int seen = -1;
+    messages.onShow = [&] { seen = host.settings().record().NegativeType; };
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(seen, 1);  // the company's, while the user reads the refusal
+    EXPECT_THAT(takeMessages(), ElementsAre("ShowSmartMessage(error 30055, 'موز درجه یک')"));
+    // Another workstation changes the setting: it counts here as soon as it is read.
+    execute(*session, "UPDATE dbo.HostSettings SET Value = '2' WHERE Name = 'NegativeType'");
+    host.settings().reload();
+    EXPECT_EQ(host.SettingRecord().NegativeType, 2);
+}
+
+TEST_F(Counter, aPolicyOfThisProcessStaysAfterTheInvoice) {
+    host.setSetting("NegativeType", "0");
+    page->enter();
+    EXPECT_EQ(control<QComboBox>(*page, "Policy_CMB").currentIndex(), 0);
+    store(4);
+    policy(2);
+    scan("2800105012507");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "matched");
+    host.settings().reload();
+    EXPECT_EQ(host.SettingRecord().NegativeType, 0);
+}
+
+TEST_F(Counter, aCheckThatFailsLeavesTheCompanysPolicy) {
+    store(4);
+    policy(0);
+    scan("2800105012507");
+    execute(*session, "DROP PROCEDURE dbo.CheckNegativeInventory_SP");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(takeMessages().size(), 1U);
+    EXPECT_EQ(host.SettingRecord().NegativeType, 1);
+    EXPECT_EQ(lines().size(), 1U);
+}
+
+TEST_F(Counter, aRefusalNamesTheGoods) {
+    store(4);
+    policy(0);
+    scan("2800105012507");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "فاکتور ثبت نشد؛ موجودی کالای «موز درجه یک» کافی نیست.");
+    scan("2800098002507");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "فاکتور ثبت نشد؛ موجودی کالاهای «سیب سبز ترش» و «موز درجه یک» کافی نیست.");
+    scan("6267311001001");
+    const std::string third = control<QTableWidget>(*page, "Lines_GRD").item(2, 1)->text().toStdString();
+    click(*page, "Save_BTN");
+    EXPECT_EQ(shown(*page, "Result_LBL"),
+              "فاکتور ثبت نشد؛ موجودی کالاهای «" + third + "»، «سیب سبز ترش» و «موز درجه یک» کافی نیست.");
+    EXPECT_EQ(takeMessages().size(), 3U);
+}
+
 TEST_F(Counter, whoMayNotChangeSettingsHasTheCompanysPolicy) {
     host.signInAs(2);
     host.setSetting("NegativeType", "0");
@@ -271,6 +328,30 @@ TEST_F(Counter, anInvoiceIsNotThrownAwayWithoutAQuestion) {
     EXPECT_EQ(linesOf(*session, "SELECT COUNT(*) FROM dbo.Kardex WHERE kala = 105 AND Tedad = -1.25").at(0), "1");
     for (const std::string& line : takeMessages())
         EXPECT_EQ(line, "MsgUnsavedChanges()");
+}
+
+TEST_F(Counter, anInvoiceOfPricesAloneIsNotThrownAwayEither) {
+    scan("2900000125005");
+    messages.answers = {mrCancel, mrCancel, mrYes};
+    EXPECT_FALSE(page->mayLeave());
+    click(*page, "Clear_BTN");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱۲٬۵۰۰");
+    click(*page, "Clear_BTN");  // to be saved, and there is nothing that the ledger could take
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "فاکتور ثبت نشد؛ تنها بارکد مبلغی دارد و کالایی در آن نیست.");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱۲٬۵۰۰");
+    messages.answers = {mrNo};
+    click(*page, "Clear_BTN");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۰");
+    EXPECT_EQ(mood(), "warned");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgUnsavedChanges()", "MsgUnsavedChanges()", "MsgUnsavedChanges()",
+                                            "MsgUnsavedChanges()"));
+    // Taken off again, there is nothing to ask about.
+    scan("2900000125005");
+    click(*page, "Removing_BTN");
+    scan("2900000125005");
+    EXPECT_TRUE(page->mayLeave());
+    EXPECT_TRUE(takeMessages().empty());
 }
 
 TEST_F(Counter, anInvoiceThatCannotBeSavedStays) {

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -71,6 +72,7 @@ public:
 
     int show(const MessageRequest& request) override {
         shown.push_back(request);
+        if (onShow) onShow();
         if (!request.isQuestion()) return mrNone;
         if (answers.empty()) {
             ADD_FAILURE() << "nobody expected the question " << request.operation;
@@ -83,6 +85,7 @@ public:
 
     std::vector<MessageRequest> shown;
     std::vector<int> answers;
+    std::function<void()> onShow;  // while a message is on the screen
 };
 
 }  // namespace basalt::host
