@@ -161,26 +161,12 @@ BEGIN
 END
 go
 
--- Price lists of a few goods; they use the levels 1 to 3.
+-- Price lists of a few of these goods; they have the levels 1 to 3, with the prices and the default of the table above.
 INSERT INTO dbo.costlist ([Type], [Status], TypeCode, CostLevelCode, Cost, [Default])
-SELECT N.[Type], N.[Status], N.TypeCode, N.CostLevelCode, N.Cost, N.[Default]
-FROM (
-    SELECT 3 AS [Type], 0 AS [Status], 1 AS TypeCode, 1 AS CostLevelCode, 15340000 AS Cost, 1 AS [Default]
-    UNION ALL SELECT 3, 0, 1, 2, 14160000, 0
-    UNION ALL SELECT 3, 0, 1, 3, 13688000, 0
-    UNION ALL SELECT 3, 0, 2, 1, 14170000, 1
-    UNION ALL SELECT 3, 0, 2, 2, 13080000, 0
-    UNION ALL SELECT 3, 0, 2, 3, 12644000, 0
-    UNION ALL SELECT 3, 0, 7, 1, 793000, 1
-    UNION ALL SELECT 3, 0, 7, 2, 732000, 0
-    UNION ALL SELECT 3, 0, 7, 3, 707500, 0
-    UNION ALL SELECT 3, 0, 13, 1, 1495000, 1
-    UNION ALL SELECT 3, 0, 13, 2, 1380000, 0
-    UNION ALL SELECT 3, 0, 13, 3, 1334000, 0
-    UNION ALL SELECT 3, 0, 22, 1, 4160000, 1
-    UNION ALL SELECT 3, 0, 22, 2, 3840000, 0
-    UNION ALL SELECT 3, 0, 22, 3, 3712000, 0
-) AS N
-INNER JOIN dbo.CostLevel AS L ON L.Code = N.CostLevelCode AND L.CostType = 1
-WHERE NOT EXISTS (SELECT 1 FROM dbo.costlist)
+SELECT 3, P.Status, P.GoodCode, P.CostLevelCode, P.Cost, CASE WHEN P.CostLevelCode = P.DefaultCode THEN 1 ELSE 0 END
+FROM dbo.GoodPrices AS P
+WHERE P.Status = 0 AND P.GoodCode IN (1, 2, 7, 13, 22) AND P.CostLevelCode BETWEEN 1 AND 3
+    AND NOT EXISTS (SELECT 1 FROM dbo.costlist)
+    AND EXISTS (SELECT 1 FROM dbo.GoodInf WHERE Code = 96 AND Name = N'کیسه زباله رولی بزرگ')
+ORDER BY P.GoodCode, P.CostLevelCode
 go

@@ -1,5 +1,6 @@
 -- Eight months of stock: what was there on the first day, and then a hundred and twenty documents of six rows: of every four
--- one buys for the central store, one moves to the shop, and two sell there.
+-- one buys for the central store, one moves to the shop, and two sell there. Sale 62 hands out fifty of good 160, of which the
+-- shop has thirty-six: its stock there is below zero from then on.
 
 IF NOT EXISTS (SELECT 1 FROM dbo.Kardex) AND EXISTS (SELECT 1 FROM dbo.Stores WHERE Code = 2)
 BEGIN
@@ -19,7 +20,11 @@ BEGIN
         N'1405/' + RIGHT(N'0' + CAST(1 + (D.No - 1) / 15 AS nvarchar(2)), 2)
             + N'/' + RIGHT(N'0' + CAST(1 + (D.No - 1) % 15 * 2 AS nvarchar(2)), 2),
         D.No + 10,
-        K.Sign * CASE K.OperationType WHEN 2 THEN 30 + G.Code % 5 * 6 WHEN 1 THEN 1 + (D.No + R.No) % 4 ELSE 10 END,
+        K.Sign * CASE
+            WHEN K.OperationType = 2 THEN 30 + G.Code % 5 * 6
+            WHEN K.OperationType = 1 AND D.No = 62 AND R.No = 5 THEN 50
+            WHEN K.OperationType = 1 THEN 1 + (D.No + R.No) % 4
+            ELSE 10 END,
         K.OperationType, D.No, R.No + 1,
         CASE K.OperationType WHEN 1 THEN 7 + D.No % 44 WHEN 2 THEN 51 + D.No % 10 END
     FROM (

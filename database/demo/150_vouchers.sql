@@ -1,6 +1,6 @@
 -- Vouchers of the invoices in the ledger, one each with the number of the document in the order of entry, and receipts for
--- every third sale. A few are not as they should be: sales 22, 62 and 102 have no voucher, the voucher of sale 43 is gone,
--- and that of sale 83 says another amount.
+-- every third sale. A few are not as they should be: sales 22, 62 and 102 have no voucher (that of 62 waits until the stock
+-- is put right), the voucher of sale 43 is gone, and that of sale 83 says another amount.
 
 -- Only behind the ledger of the demo company, which numbers its documents as no other does.
 IF NOT EXISTS (SELECT 1 FROM dbo.PersonOperations) AND NOT EXISTS (SELECT 1 FROM dbo.Sanad)

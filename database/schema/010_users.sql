@@ -1,4 +1,6 @@
--- Users, what they may do, and what they did.
+-- Users, what they may do, and what they did. Parts and permissions are numbers of the program's own; their tables hold the
+-- titles that screens show, and what is allowed or logged under a number without a title is kept all the same. So nothing
+-- refers to them.
 
 IF OBJECT_ID(N'dbo.HostSchemaVersion', N'U') IS NULL
 BEGIN

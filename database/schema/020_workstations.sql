@@ -13,6 +13,8 @@ BEGIN
 END
 go
 
+-- Owner and UserCode are what a holder says of itself. Every program on the database holds its codes here, also one that
+-- keeps its clients and users elsewhere, so neither has a foreign key. Status is the part of the application.
 -- Slot 0 is the first holder of a code, 1 the second and so on; whoever takes a new code needs slot 0, so the key keeps
 -- two clients from taking the same one.
 IF OBJECT_ID(N'dbo.CodeLock_TBL', N'U') IS NULL

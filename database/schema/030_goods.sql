@@ -10,6 +10,7 @@ END
 go
 
 -- AbbName lists the good's barcodes, each after an exclamation mark: !6260100100018!6260100100025!
+-- tags lists codes of Tags, each between commas: ,1,4, and no foreign key reads a list.
 -- UnitFormul is how many of the second unit one of the first makes, as a formula of X, the quantity: X*12
 IF OBJECT_ID(N'dbo.GoodInf', N'U') IS NULL
 BEGIN

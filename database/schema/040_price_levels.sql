@@ -20,7 +20,8 @@ IF NOT EXISTS (SELECT * FROM sys.indexes WHERE name = N'UX_CostLevel_Name')
     CREATE UNIQUE INDEX UX_CostLevel_Name ON dbo.CostLevel (CostType, Name)
 go
 
--- One row a good. The number in a column's name is the level's code.
+-- One row a good. The number in a column's name is the level's code; the default numbers are such numbers, 0 or null for
+-- none, and so have no foreign key.
 IF OBJECT_ID(N'dbo.GoodCostDiscount', N'U') IS NULL
 BEGIN
     CREATE TABLE dbo.GoodCostDiscount (
@@ -61,7 +62,8 @@ BEGIN
 END
 go
 
--- Price lists of goods and persons. A row names its level by code and kind, so that a level in use stays.
+-- Price lists of goods (Type 3) and of persons (Type 1): TypeCode is the one or the other, which no foreign key can say. A
+-- row names its level by code and kind, so that a level in use stays.
 IF OBJECT_ID(N'dbo.costlist', N'U') IS NULL
 BEGIN
     CREATE TABLE dbo.costlist (
@@ -80,7 +82,8 @@ BEGIN
 END
 go
 
--- Price lists while they are being edited.
+-- Price lists while they are being edited. What a client has left behind here must not keep a level from being deleted, so
+-- CostLevelCode has no foreign key; that of costlist speaks when the list is saved.
 IF OBJECT_ID(N'dbo.tmpcostlist', N'U') IS NULL
 BEGIN
     CREATE TABLE dbo.tmpcostlist (
@@ -96,7 +99,8 @@ BEGIN
 END
 go
 
--- The print columns of the price report: F and the level's code.
+-- The print columns of the price report: F and the level's code. Rows are there for a print only, and Code, the good, has
+-- no foreign key, so that they never hold up a good.
 IF OBJECT_ID(N'dbo.CostReport', N'U') IS NULL
 BEGIN
     CREATE TABLE dbo.CostReport (

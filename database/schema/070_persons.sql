@@ -27,7 +27,7 @@ END
 go
 
 -- CurrDefault is a currency, 0 or null for none, and so has no foreign key. VisitorCode is the person's salesperson;
--- percent is what a salesperson gets of a sale.
+-- percent is what a salesperson gets of a sale. tags lists codes as in GoodInf.
 IF OBJECT_ID(N'dbo.PerInf', N'U') IS NULL
 BEGIN
     CREATE TABLE dbo.PerInf (

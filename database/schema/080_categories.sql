@@ -1,6 +1,7 @@
 -- The tree of categories, which sorts goods and persons alike, and what each user has made of it.
 
--- parent_code is 0 at the top, level counts from 1.
+-- parent_code is 0 at the top, which is no category, and so has no foreign key; level counts from 1. create_user and
+-- modify_user are numbers of the host's users (see README.md).
 IF OBJECT_ID(N'dbo.category', N'U') IS NULL
 BEGIN
     CREATE TABLE dbo.category (
@@ -23,7 +24,8 @@ END
 go
 
 -- The categories that a user has made active, for persons, for goods or for both. Rows go after their category in the
--- deletion of a branch, so they do not refer to it. ID is the caller's; rows made without one have none.
+-- deletion of a branch, so they do not refer to it. User_code is a number of the host's users. ID is the caller's; rows made
+-- without one have none.
 IF OBJECT_ID(N'dbo.DefaultUserCategory', N'U') IS NULL
 BEGIN
     CREATE TABLE dbo.DefaultUserCategory (

@@ -14,7 +14,8 @@ END
 go
 
 -- Rows are inserted without a list of columns, so these and no others, in this order. color_code is a code of colors as
--- text and is compared with it as a number, which a foreign key cannot do.
+-- text and is compared with it as a number, which a foreign key cannot do. Create_User and Modify_User are numbers of the
+-- host's users (see README.md).
 IF OBJECT_ID(N'dbo.Tags', N'U') IS NULL
 BEGIN
     CREATE TABLE dbo.Tags (

@@ -16,8 +16,8 @@ BEGIN
 END
 go
 
--- Code is a good or a person, as the list's Type says, and Radif its place in the list. Members may outlive their list, so
--- SL_Code has no foreign key.
+-- Code is a good or a person, as the list's Type says, which no foreign key can, and Radif its place in the list. Members
+-- may outlive their list, so SL_Code has no foreign key.
 IF OBJECT_ID(N'dbo.SelectedList_Detail', N'U') IS NULL
 BEGIN
     CREATE TABLE dbo.SelectedList_Detail (

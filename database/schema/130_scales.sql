@@ -22,8 +22,8 @@ BEGIN
 END
 go
 
--- A good as the scales show it. type is 0 for goods sold by weight, 1 for those sold by the piece; costlevel_Type is the
--- price level that price was taken from.
+-- A good as the scales show it. type is 0 for goods sold by weight, 1 for those sold by the piece; costlevel_Type says
+-- which price level price was taken from. The price stays when that level is deleted, so there is no foreign key.
 IF OBJECT_ID(N'dbo.Items', N'U') IS NULL
 BEGIN
     CREATE TABLE dbo.Items (
@@ -38,7 +38,8 @@ BEGIN
 END
 go
 
--- A key of the scale, PlU, and the item that it means in each group.
+-- A key of the scale, PlU, and the item that it means in each group. Keys keep their numbers when an item is taken off the
+-- scales, so the groups have no foreign keys: what is sent joins Items, and a key without its item sends nothing.
 IF OBJECT_ID(N'dbo.[Group-PLU]', N'U') IS NULL
 BEGIN
     CREATE TABLE dbo.[Group-PLU] (

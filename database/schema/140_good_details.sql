@@ -47,7 +47,8 @@ BEGIN
 END
 go
 
--- What moved, in the order of entry. Amounts are without sign; the operation says in which direction they went.
+-- What moved, in the order of entry. Amounts are without sign; the operation says in which direction they went: one
+-- that OperationTypes does not have moves no stock, and so has no foreign key. OperationCode is the number of a document.
 IF OBJECT_ID(N'dbo.GoodDetailKardex', N'U') IS NULL
 BEGIN
     CREATE TABLE dbo.GoodDetailKardex (
@@ -72,7 +73,8 @@ END
 go
 
 -- Rows of an issue while it is being edited: what is in stock of each combination, and what the row of the operation takes
--- of it (_Exit). Tmp is the state of the working row, which the editing screens choose.
+-- of it (_Exit). Only the combination has a foreign key; those of store and good speak when the row is saved to the ledger.
+-- Tmp is the state of the working row, which the editing screens choose.
 IF OBJECT_ID(N'dbo.GoodDetailKardexExit_Temp', N'U') IS NULL
 BEGIN
     CREATE TABLE dbo.GoodDetailKardexExit_Temp (

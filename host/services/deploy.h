@@ -11,7 +11,7 @@
 namespace basalt::host {
 
 // The version that this program makes and works with.
-inline constexpr int kSchemaVersion = 3;
+inline constexpr int kSchemaVersion = 4;
 
 struct DeployOptions {
     bool demo = false;  // demo data too, into tables that are empty

@@ -127,7 +127,7 @@ TEST_F(DemoCompany, hasCategoriesInThreeLevels) {
 
 TEST_F(DemoCompany, hasALedgerWhoseBalancesAreRight) {
     EXPECT_THAT(
-        rows("SELECT K.ID FROM dbo.Kardex AS K WHERE K.RemainInAnbar < 0 OR K.RemainInAnbar <> (SELECT SUM(O.Tedad) "
+        rows("SELECT K.ID FROM dbo.Kardex AS K WHERE K.RemainInAnbar <> (SELECT SUM(O.Tedad) "
              "FROM dbo.Kardex AS O WHERE O.kala = K.kala AND O.Anbar = K.Anbar AND (O.[Date] < K.[Date] OR (O.[Date] = "
              "K.[Date] AND O.Global_ID <= K.Global_ID)))"),
         IsEmpty());
@@ -136,6 +136,37 @@ TEST_F(DemoCompany, hasALedgerWhoseBalancesAreRight) {
                      "SUM(Tedad) <> 0 OR COUNT(*) <> 2"),
                 IsEmpty());
     EXPECT_THAT(rows("SELECT DISTINCT [Date] FROM dbo.Kardex"), Each(MatchesRegex("1405/0[1-8]/[0-3][0-9]")));
+}
+
+// Fifty were sold of thirty-six, and nothing came in since.
+TEST_F(DemoCompany, hasOneGoodWhoseStockIsBelowZero) {
+    EXPECT_THAT(rows("SELECT kala, Anbar, [Date], OperationType, OperationCode, Tedad, RemainInAnbar FROM dbo.Kardex "
+                     "WHERE RemainInAnbar < 0"),
+                ElementsAre("160|2|1405/05/03|1|62|-50.000000000|-14.000000000"));
+    EXPECT_THAT(rows("SELECT kala, Anbar, SUM(Tedad) FROM dbo.Kardex GROUP BY kala, Anbar HAVING SUM(Tedad) < 0"),
+                ElementsAre("160|2|-14.000000000"));
+}
+
+// The stock check finds something with each kind of document: one more sale, what improves the stock, a transfer that
+// takes out of the shop, and what is too much of a good that is there.
+TEST_F(DemoCompany, hasStockThatChecksHoldUp) {
+    const auto check = [](const std::string& kind, const std::string& lines, const std::string& transition) {
+        return rows(
+            "DECLARE @Result int, @Names nvarchar(max), @Codes nvarchar(max) "
+            "EXEC @Result = CheckNegativeInventory_SP " +
+            kind + ", N'" + lines + "', N'1405/08/30', 0, " + transition +
+            ", @Names OUTPUT, @Codes OUTPUT SELECT @Result, @Codes, @Names");
+    };
+    const std::string sale = "SELECT 160 AS Code, 2 AS Anbar, -1 AS Mogodi";
+    EXPECT_THAT(check("0", sale, "0"), ElementsAre("1|160|پودر کاکائو ۱۰۰ گرمی"));
+    EXPECT_THAT(check("1", sale, "0"), ElementsAre("1|160|پودر کاکائو ۱۰۰ گرمی"));
+    EXPECT_THAT(check("2", sale, "0"), ElementsAre("0||"));
+    EXPECT_THAT(check("0", "SELECT 160 AS Code, 2 AS Anbar, 5 AS Mogodi", "0"), ElementsAre("0||"));
+    EXPECT_THAT(check("0",
+                      "SELECT 160 AS Code, 2 AS Anbar, -1 AS Mogodi UNION ALL SELECT 160, 1, 1 UNION ALL SELECT 159, "
+                      "2, -1000 UNION ALL SELECT 159, 1, 1000",
+                      "1"),
+                ElementsAre("1|159,160|قهوه فوری سه در یک ۲۰ عددی، پودر کاکائو ۱۰۰ گرمی"));
 }
 
 TEST_F(DemoCompany, hasTagsInDifferentColours) {
@@ -220,6 +251,35 @@ TEST_F(DemoCompany, hasVouchersOfWhichFiveAreWrong) {
         rows("EXEC VoucherConflictAccountList_sp 1, 0"),
         ElementsAre("21|نرگس نجفی|1|102|1405/07/23", "25|الهام موسوی|1|62|1405/05/03", "29|زهرا حیدری|1|22|1405/02/13",
                     "46|حسن فلاح|1|83|1405/06/15", "50|احمد ابراهیمی|1|43|1405/03/25"));
+    EXPECT_THAT(rows("EXEC VoucherConflictAccountList_sp 1, 1"),
+                ElementsAre("21|نرگس نجفی", "25|الهام موسوی", "29|زهرا حیدری", "46|حسن فلاح", "50|احمد ابراهیمی"));
+}
+
+// Where stock may go below zero, the voucher of the sale that did it waits.
+TEST_F(DemoCompany, hasAWrongVoucherThatWaitsForItsStock) {
+    EXPECT_THAT(rows("EXEC VoucherConflictAccountList_sp 0, 0"),
+                ElementsAre("21|نرگس نجفی|1|102|1405/07/23", "29|زهرا حیدری|1|22|1405/02/13",
+                            "46|حسن فلاح|1|83|1405/06/15", "50|احمد ابراهیمی|1|43|1405/03/25"));
+    EXPECT_THAT(rows("EXEC VoucherConflictAccountList_sp 0, 1"),
+                ElementsAre("21|نرگس نجفی", "29|زهرا حیدری", "46|حسن فلاح", "50|احمد ابراهیمی"));
+}
+
+// A good's price list and its row of the price table are two views of the same prices.
+TEST_F(DemoCompany, hasPriceListsThatAgreeWithThePriceTable) {
+    EXPECT_THAT(rows("SELECT C.TypeCode, C.CostLevelCode FROM dbo.costlist AS C LEFT JOIN dbo.GoodPrices AS P ON "
+                     "P.GoodCode = C.TypeCode AND P.Status = C.Status AND P.CostLevelCode = C.CostLevelCode WHERE "
+                     "C.[Type] = 3 AND (P.Cost IS NULL OR P.Cost <> C.Cost OR C.[Default] <> CASE WHEN P.DefaultCode = "
+                     "C.CostLevelCode THEN 1 ELSE 0 END)"),
+                IsEmpty());
+    EXPECT_THAT(
+        rows("SELECT TypeCode, CostLevelCode, Cost, [Default] FROM dbo.costlist WHERE [Type] = 3 AND TypeCode "
+             "IN (1, 22) ORDER BY TypeCode, CostLevelCode"),
+        ElementsAre("1|1|15365000.000000000|False", "1|2|14140000.000000000|True", "1|3|13750000.000000000|False",
+                    "22|1|4175000.000000000|True", "22|2|3855000.000000000|False", "22|3|3710000.000000000|False"));
+    EXPECT_THAT(
+        rows("SELECT TypeCode FROM dbo.costlist WHERE [Type] = 3 GROUP BY TypeCode HAVING COUNT(*) = 3 ORDER BY "
+             "TypeCode"),
+        ElementsAre("1", "2", "7", "13", "22"));
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "host/services/script_batches.h"
+#include "host/transfer/definition_text.h"
 #include "tests/database/dump.h"
 
 namespace basalt::host {
@@ -25,6 +28,33 @@ std::unique_ptr<Session> versionOne() {
     }
     execute(*session, "INSERT INTO dbo.HostSchemaVersion (Version) VALUES (1)");
     return session;
+}
+
+// The database as version 3 left it: what the later versions added is in files of its own.
+std::unique_ptr<embedded::EmbeddedSession> versionThree(bool demo) {
+    auto session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
+    for (const database::SqlScript& script : database::scripts()) {
+        if (script.name == "schema/190_reference_indexes.sql" || (script.demo && !demo)) continue;
+        for (const std::string& batch : splitBatches(script.text))
+            session->run(batch);
+    }
+    execute(*session, "INSERT INTO dbo.HostSchemaVersion (Version) VALUES (3)");
+    return session;
+}
+
+// Tables, columns, keys, indexes and modules, as the statements that make them.
+std::vector<std::string> definitions(embedded::EmbeddedSession& session) {
+    std::vector<std::string> texts;
+    const DatabaseSchema schema = session.schema();
+    for (const TableSchema& table : schema.tables) {
+        texts.push_back(tableText(table));
+        for (const IndexSchema& index : table.indexes)
+            texts.push_back(indexText(table, index));
+    }
+    for (const ModuleSchema& module : schema.modules)
+        texts.push_back(moduleText(module));
+    std::sort(texts.begin(), texts.end());
+    return texts;
 }
 
 TEST(Deployment, makesTheTablesOfEverySubject) {
@@ -93,6 +123,24 @@ TEST(Deployment, bringsVersionOneWithPricesOfMissingGoodsUpToDate) {
     EXPECT_THAT(linesOf(*session, "SELECT GoodCode FROM dbo.GoodCostDiscount"), ElementsAre("8"));
 }
 
+TEST(Deployment, bringsVersionThreeToWhatANewDatabaseHas) {
+    for (const bool demo : {false, true}) {
+        const auto older = versionThree(demo);
+        EXPECT_EQ(schemaState(*older), SchemaState::Older);
+        EXPECT_THAT(linesOf(*older, "SELECT 1 FROM sys.indexes WHERE name = N'IX_GoodInf_Unit2'"), IsEmpty());
+        const auto rowsBefore = dump(*older);
+        deployDatabase(*older, {.demo = demo});
+        EXPECT_EQ(schemaState(*older), SchemaState::Current);
+        EXPECT_THAT(linesOf(*older, "SELECT Version FROM dbo.HostSchemaVersion ORDER BY Version"),
+                    ElementsAre("3", "4"));
+        const auto fresh = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
+        deployDatabase(*fresh, {.demo = demo});
+        EXPECT_EQ(definitions(*older), definitions(*fresh));
+        execute(*older, "DELETE FROM dbo.HostSchemaVersion WHERE Version = 4");
+        EXPECT_EQ(dump(*older), rowsBefore);
+    }
+}
+
 TEST(Deployment, ofTheDemoCompanyLeavesOwnGoodsAlone) {
     const auto session = openDatabase(":memory:");
     deployDatabase(*session);
@@ -102,6 +150,8 @@ TEST(Deployment, ofTheDemoCompanyLeavesOwnGoodsAlone) {
                 ElementsAre("1|کالای ما|NULL|NULL"));
     for (const char* table : {"GoodCostDiscount", "Items", "GoodDetailValues"})
         EXPECT_THAT(linesOf(*session, std::string("SELECT * FROM dbo.") + table), IsEmpty()) << table;
+    // Price lists of goods; those of the demo's persons are there.
+    EXPECT_THAT(linesOf(*session, "SELECT * FROM dbo.costlist WHERE [Type] = 3"), IsEmpty());
 }
 
 TEST(Deployment, ofTheDemoCompanyMakesNoVouchersOfAnotherLedger) {
