@@ -180,6 +180,10 @@ BoundPtr Binder::aggregate(const ast::FunctionExpression& call, Scope* scope) {
     }
     // MIN and MAX are the same with DISTINCT.
     result->distinct = call.distinct && name != "min" && name != "max";
+    if (result->type.isText()) {
+        for (const BoundPtr& argument : arguments)
+            takeOrder(*result, *argument);
+    }
     result->arguments = std::move(arguments);
     if (windowed) result->over = over(*call.over, scope);
     return result;

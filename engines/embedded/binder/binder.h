@@ -75,6 +75,15 @@ public:
     // Both operands at their common type.
     void unify(BoundPtr& a, BoundPtr& b);
     void unifyForComparison(BoundPtr& a, BoundPtr& b);
+
+    // --- orders of texts (collation.cpp) ---
+    // By which the parts compare with each other; fails where two COLLATE contradict each other.
+    [[nodiscard]] TextOrder orderOf(const std::vector<const BoundExpression*>& parts, SourceRange range) const;
+    // Lets the first operand of a comparison bring the order that all of them ask for.
+    void settleOrder(BoundPtr& first, const std::vector<const BoundExpression*>& others, SourceRange range) const;
+    // Fails for a collation that columns cannot have.
+    void requireOwnCollation(const ast::Identifier& name) const;
+
     // The plan depends on the lengths of the texts in the expression from now on.
     void relyOnLength(const BoundExpression& value);
     // The integer that the expression writes down, fixed for the plan; nothing when it is no literal.
@@ -108,6 +117,8 @@ private:
     BoundPtr column(const ast::ColumnExpression& expression, Scope* scope);
     BoundPtr caseExpression(const ast::CaseExpression& expression, Scope* scope);
     BoundPtr subquery(const ast::SubqueryExpression& expression, Scope* scope);
+    [[nodiscard]] TextOrder collation(const ast::Identifier& name) const;
+    BoundPtr collated(const ast::CollateExpression& expression, Scope* scope);
     BoundPtr chosen(std::vector<BoundPtr> conditions, std::vector<BoundPtr> values, BoundPtr otherwise);
     // arithmetic.cpp
     BoundPtr unary(const ast::UnaryExpression& expression, Scope* scope);

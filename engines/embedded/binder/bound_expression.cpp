@@ -2,7 +2,9 @@
 
 #include <stdexcept>
 
+#include "ado/names.h"
 #include "engines/embedded/binder/bound_query.h"
+#include "engines/embedded/runtime/sql_error.h"
 
 namespace basalt::embedded {
 
@@ -33,6 +35,10 @@ BoundPtr makeCall(std::string name, SqlType type, std::vector<BoundPtr> argument
     result->nullable = false;
     for (const BoundPtr& argument : arguments)
         result->nullable = result->nullable || argument->nullable;
+    if (type.isText()) {
+        for (const BoundPtr& argument : arguments)
+            takeOrder(*result, *argument);
+    }
     result->arguments = std::move(arguments);
     return result;
 }
@@ -42,6 +48,10 @@ BoundPtr boundInfix(std::string op, SqlType type, BoundPtr left, BoundPtr right)
     result->kind = BoundKind::Infix;
     result->type = type;
     result->nullable = left->nullable || right->nullable;
+    if (type.isText()) {
+        takeOrder(*result, *left);
+        takeOrder(*result, *right);
+    }
     // Chains of one associative operator stay flat, so that long ones do not become deep ones.
     const bool chains = op == "AND" || op == "OR" || op == "||";
     if (chains && left->kind == BoundKind::Infix && left->name == op) {
@@ -64,6 +74,33 @@ BoundPtr boundPrefix(std::string op, SqlType type, BoundPtr operand) {
     return result;
 }
 
+BoundPtr boundCollate(BoundPtr text, TextOrder order, std::string collation) {
+    auto result = std::make_unique<BoundExpression>();
+    result->kind = BoundKind::Postfix;
+    result->type = text->type;
+    result->nullable = text->nullable;
+    result->name = std::string("COLLATE ") + sqliteCollation(order);
+    result->order = order;
+    result->collation = std::move(collation);
+    result->ownCollation = true;
+    result->arguments.push_back(std::move(text));
+    return result;
+}
+
+void takeOrder(BoundExpression& whole, const BoundExpression& part) {
+    if (!part.type.isText()) return;
+    if (part.collation.empty()) {
+        if (whole.collation.empty() && whole.order == TextOrder::Database) whole.order = part.order;
+        return;
+    }
+    if (!whole.collation.empty() && !sameName(whole.collation, part.collation)) {
+        throwSqlError(468, "Cannot resolve the collation conflict between \"" + part.collation + "\" and \"" +
+                               whole.collation + "\".");
+    }
+    whole.order = part.order;
+    whole.collation = part.collation;
+}
+
 bool canClone(const BoundExpression& expression) {
     if (expression.query || expression.over) return false;
     for (const BoundPtr& argument : expression.arguments) {
@@ -82,6 +119,8 @@ BoundPtr cloned(const BoundExpression& expression) {
     result->distinct = expression.distinct;
     result->star = expression.star;
     result->ownCollation = expression.ownCollation;
+    result->order = expression.order;
+    result->collation = expression.collation;
     result->name = expression.name;
     result->table = expression.table;
     result->value = expression.value;

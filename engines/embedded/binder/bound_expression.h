@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "ado/value.h"
+#include "engines/embedded/runtime/collation.h"
 #include "engines/embedded/runtime/sql_type.h"
 
 namespace basalt::embedded {
@@ -98,10 +99,12 @@ struct BoundExpression {
     BoundKind kind = BoundKind::Constant;
     SqlType type;
     bool nullable = true;
-    bool negated = false;       // In, Between, Exists
-    bool distinct = false;      // Aggregate
-    bool star = false;          // Aggregate: count(*)
-    bool ownCollation = false;  // texts: compares by TSQL without being told
+    bool negated = false;                   // In, Between, Exists
+    bool distinct = false;                  // Aggregate
+    bool star = false;                      // Aggregate: count(*)
+    bool ownCollation = false;              // texts: compares by its order without being told
+    TextOrder order = TextOrder::Database;  // texts: how they compare
+    std::string collation;                  // the name that COLLATE gave that order, empty when none did
     std::string name;
     std::string table;
     int depth = 0;  // Column: how many queries outward the source is
@@ -128,6 +131,10 @@ struct BoundExpression {
 template <typename... Arguments>
 [[nodiscard]] BoundPtr boundCall(std::string name, SqlType type, Arguments... arguments);
 [[nodiscard]] BoundPtr boundInfix(std::string op, SqlType type, BoundPtr left, BoundPtr right);
+// The text, compared in the order from here on; the name is empty where no COLLATE says it.
+[[nodiscard]] BoundPtr boundCollate(BoundPtr text, TextOrder order, std::string collation);
+// What an expression made of the part compares by. Two parts that COLLATE orders differently are error 468.
+void takeOrder(BoundExpression& whole, const BoundExpression& part);
 [[nodiscard]] BoundPtr boundPrefix(std::string op, SqlType type, BoundPtr operand);
 [[nodiscard]] BoundPtr cloned(const BoundExpression& expression);  // throws for subqueries; see canClone
 [[nodiscard]] bool canClone(const BoundExpression& expression);

@@ -15,6 +15,7 @@ struct OutputColumn {
     SqlType type;
     bool nullable = true;
     std::optional<BaseColumn> base;
+    TextOrder order = TextOrder::Database;  // texts: how they compare
 };
 
 enum class SourceKind : std::uint8_t { Table, Query, CommonTable, Values, Join, Rows };

@@ -94,6 +94,7 @@ BoundPtr Binder::condition(const ast::Expression& expression, Scope* scope) {
             unifyForComparison(operand, high);
             // A bound that brought a finer type with it moves the operand; the other bound follows.
             unifyForComparison(operand, low);
+            settleOrder(operand, {low.get(), high.get()}, expression.range);
             auto result = std::make_unique<BoundExpression>();
             result->kind = BoundKind::Between;
             result->type = truth();
@@ -131,6 +132,7 @@ BoundPtr Binder::comparison(ast::ComparisonOperator op, BoundPtr left, BoundPtr 
              range);
     }
     unifyForComparison(left, right);
+    settleOrder(left, {right.get()}, range);
     return boundInfix(symbol(op), truth(), std::move(left), std::move(right));
 }
 
@@ -145,7 +147,9 @@ std::unique_ptr<BoundQuery> Binder::oneColumnQuery(const ast::QueryExpression& e
 SqlType Binder::compareWithColumn(BoundPtr& operand, BoundQuery& query) {
     const SqlType inner = query.columns[0].type;
     BoundPtr sample = boundConstant(Null{}, inner);
+    sample->order = query.columns[0].order;
     unifyForComparison(operand, sample);
+    settleOrder(operand, {sample.get()}, {});
     if (!isSameStored(inner, sample->type) && !(inner.isText() && sample->type.isText())) {
         std::vector<OutputColumn> columns = query.columns;
         columns[0].type = sample->type;
@@ -175,6 +179,11 @@ BoundPtr Binder::in(const ast::InExpression& expression, Scope* scope) {
     // The operand may have moved to a finer type with a later item.
     for (BoundPtr& item : list)
         unifyForComparison(operand, item);
+    std::vector<const BoundExpression*> items;
+    items.reserve(list.size());
+    for (const BoundPtr& item : list)
+        items.push_back(item.get());
+    settleOrder(operand, items, expression.range);
     result->arguments.push_back(std::move(operand));
     for (BoundPtr& item : list)
         result->arguments.push_back(std::move(item));
@@ -192,8 +201,9 @@ BoundPtr Binder::like(const ast::LikeExpression& expression, Scope* scope) {
     const bool unicode = operand->type.isUnicode() || pattern->type.isUnicode();
     BoundPtr escape = expression.escape == nullptr ? boundConstant(std::string(), SqlType::text(TypeKind::VarChar, 1))
                                                    : text(*expression.escape);
+    const auto order = static_cast<int>(orderOf({operand.get(), pattern.get()}, expression.range));
     BoundPtr match = boundCall("t_like", truth(), std::move(operand), std::move(pattern), std::move(escape),
-                               boundInteger(unicode ? 1 : 0));
+                               boundInteger((unicode ? 1 : 0) + 2 * order));
     if (!expression.negated) return match;
     return boundPrefix("NOT", truth(), std::move(match));
 }

@@ -145,16 +145,8 @@ BoundPtr Binder::expression(const ast::Expression& expression, Scope* scope) {
                  expression.range);
         case Kind::Subquery:
             return subquery(ast::as<ast::SubqueryExpression>(expression), scope);
-        case Kind::Collate: {
-            const auto& collate = ast::as<ast::CollateExpression>(expression);
-            // All texts of the database have one order; naming another one is taken as naming this one.
-            BoundPtr operand = this->expression(*collate.operand, scope);
-            if (!operand->type.isText()) {
-                fail(447, "Expression type " + operand->type.name() + " is invalid for COLLATE clause.",
-                     expression.range);
-            }
-            return operand;
-        }
+        case Kind::Collate:
+            return collated(ast::as<ast::CollateExpression>(expression), scope);
         default:
             fail(4145, "A value is expected here, not a condition.", expression.range);
     }
@@ -262,6 +254,7 @@ BoundPtr Binder::column(const ast::ColumnExpression& expression, Scope* scope) {
         result->name = found->sqlName;
         result->base = found->shown.base;
         result->ownCollation = found->ownCollation;
+        result->order = found->shown.order;
         return result;
     }
     if (qualifierFound) fail(error::kInvalidColumn, "Invalid column name '" + wanted + "'.", name.range);
@@ -284,9 +277,11 @@ BoundPtr Binder::chosen(std::vector<BoundPtr> conditions, std::vector<BoundPtr> 
     result->type = type;
     result->nullable = nullable;
     for (std::size_t i = 0; i < values.size(); ++i) {
+        takeOrder(*result, *values[i]);
         result->arguments.push_back(std::move(conditions[i]));
         result->arguments.push_back(cast(std::move(values[i]), type));
     }
+    if (otherwise != nullptr) takeOrder(*result, *otherwise);
     result->arguments.push_back(otherwise == nullptr ? boundConstant(Null{}, type) : cast(std::move(otherwise), type));
     return result;
 }
@@ -313,6 +308,7 @@ BoundPtr Binder::subquery(const ast::SubqueryExpression& expression, Scope* scop
     result->kind = BoundKind::Subquery;
     result->query = oneColumnQuery(*expression.query, scope);
     result->type = result->query->columns[0].type;
+    result->order = result->query->columns[0].order;
     return result;
 }
 

@@ -118,6 +118,10 @@ BoundPtr substring(FunctionBinder& f) {
     return boundCall("t_substring", type, std::move(text), std::move(start), f.as(2, TypeKind::BigInt));
 }
 
+BoundPtr orderCode(TextOrder order) {
+    return boundInteger(static_cast<std::int64_t>(order));
+}
+
 BoundPtr replace(FunctionBinder& f) {
     BoundPtr text = f.text(0);
     BoundPtr needle = f.text(1);
@@ -126,19 +130,32 @@ BoundPtr replace(FunctionBinder& f) {
     const bool unbounded = text->type.length == kMaxLength;
     const SqlType type = unicode ? SqlType::text(TypeKind::NVarChar, unbounded ? kMaxLength : 4000)
                                  : SqlType::text(TypeKind::VarChar, unbounded ? kMaxLength : 8000);
-    return boundCall("t_replace", type, std::move(text), std::move(needle), std::move(replacement));
+    const TextOrder order = f.binder().orderOf({text.get(), needle.get(), replacement.get()}, f.range());
+    if (order == TextOrder::Database)
+        return boundCall("t_replace", type, std::move(text), std::move(needle), std::move(replacement));
+    return boundCall("t_replace", type, std::move(text), std::move(needle), std::move(replacement), orderCode(order));
 }
 
 BoundPtr charIndex(FunctionBinder& f) {
     BoundPtr needle = f.text(0);
     BoundPtr text = f.text(1);
+    const TextOrder order = f.binder().orderOf({needle.get(), text.get()}, f.range());
+    if (order != TextOrder::Database) {
+        BoundPtr start = f.count() == 2 ? boundInteger(1) : f.as(2, TypeKind::BigInt);
+        return boundCall("t_charindex", integerType(), std::move(needle), std::move(text), std::move(start),
+                         orderCode(order));
+    }
     if (f.count() == 2) return boundCall("t_charindex", integerType(), std::move(needle), std::move(text));
     return boundCall("t_charindex", integerType(), std::move(needle), std::move(text), f.as(2, TypeKind::BigInt));
 }
 
 BoundPtr patIndex(FunctionBinder& f) {
     BoundPtr pattern = f.text(0);
-    return boundCall("t_patindex", integerType(), std::move(pattern), f.text(1));
+    BoundPtr text = f.text(1);
+    const TextOrder order = f.binder().orderOf({pattern.get(), text.get()}, f.range());
+    if (order == TextOrder::Database)
+        return boundCall("t_patindex", integerType(), std::move(pattern), std::move(text));
+    return boundCall("t_patindex", integerType(), std::move(pattern), std::move(text), orderCode(order));
 }
 
 BoundPtr stuff(FunctionBinder& f) {
@@ -285,12 +302,14 @@ BoundPtr nullIf(FunctionBinder& f) {
     BoundPtr compared = f.value(0);
     BoundPtr other = f.value(1);
     f.binder().unifyForComparison(compared, other);
+    f.binder().settleOrder(compared, {other.get()}, f.range());
     const SqlType type = shown->type;
     auto result = std::make_unique<BoundExpression>();
     result->kind = BoundKind::Case;
     result->type = type;
     result->arguments.push_back(boundInfix("=", SqlType::of(TypeKind::Bit), std::move(compared), std::move(other)));
     result->arguments.push_back(boundConstant(Null{}, type));
+    takeOrder(*result, *shown);
     result->arguments.push_back(std::move(shown));
     return result;
 }
@@ -308,6 +327,7 @@ BoundPtr choose(FunctionBinder& f) {
     for (std::size_t i = 0; i < values.size(); ++i) {
         result->arguments.push_back(boundInfix("=", SqlType::of(TypeKind::Bit), f.as(0, TypeKind::Int),
                                                boundInteger(static_cast<std::int64_t>(i) + 1)));
+        takeOrder(*result, *values[i]);
         result->arguments.push_back(f.binder().cast(std::move(values[i]), type));
     }
     result->arguments.push_back(boundConstant(Null{}, type));

@@ -19,6 +19,7 @@ BoundPtr columnOf(const ScopeSource& source, const SourceColumn& column) {
     result->name = column.sqlName;
     result->base = column.shown.base;
     result->ownCollation = column.ownCollation;
+    result->order = column.shown.order;
     return result;
 }
 
@@ -34,7 +35,7 @@ bool seesSources(const Scope* scope) {
 
 OutputColumn outputOf(const BoundExpression& expression, std::string name) {
     return {std::move(name), expression.type, expression.nullable,
-            expression.kind == BoundKind::Column ? expression.base : std::nullopt};
+            expression.kind == BoundKind::Column ? expression.base : std::nullopt, expression.order};
 }
 
 }  // namespace

@@ -174,7 +174,10 @@ std::unique_ptr<BoundSource> Binder::valuesTable(const ast::ValuesTable& source,
         }
         result->rows.push_back(std::move(values));
     }
+    std::vector<BoundExpression> orders(types.size());
     for (auto& row : result->rows) {
+        for (std::size_t i = 0; i < row.size(); ++i)
+            takeOrder(orders[i], *row[i]);
         for (std::size_t i = 0; i < row.size(); ++i)
             row[i] = cast(std::move(row[i]), types[i]);
     }
@@ -185,8 +188,9 @@ std::unique_ptr<BoundSource> Binder::valuesTable(const ast::ValuesTable& source,
     for (std::size_t i = 0; i < types.size(); ++i) {
         if (types[i].isNull()) types[i] = SqlType::of(TypeKind::Int);
         // SQLite gives the columns of VALUES no collation.
-        entry.columns.push_back(
-            {{source.columnAliases[i].text, types[i], true, {}}, "column" + std::to_string(i + 1), false});
+        entry.columns.push_back({{source.columnAliases[i].text, types[i], true, {}, orders[i].order},
+                                 "column" + std::to_string(i + 1),
+                                 false});
     }
     addToScope(scope, std::move(entry), source.range);
     return result;

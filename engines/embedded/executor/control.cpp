@@ -41,6 +41,9 @@ void Executor::selectInto(const ast::Batch& batch, const ast::SelectStatement& s
                                 bound.into + "' is specified more than once.",
                             statement.range);
             }
+            if (column.order != TextOrder::Database) {
+                throwUnsupported("a column with another collation than the database's", batch.text, statement.range);
+            }
             DesignColumn copy;
             copy.name = column.name;
             copy.type = column.type;

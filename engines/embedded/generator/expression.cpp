@@ -73,8 +73,11 @@ bool SqlWriter::lift(const BoundExpression& expression) {
     const auto number = static_cast<std::size_t>(found - lifted_.begin()) + 1;
     if (found == lifted_.end()) lifted_.push_back(&expression);
     // A parameter brings no collation along.
-    *this << (isText(expression) ? "(?" : "?") << std::to_string(number)
-          << (isText(expression) ? " COLLATE TSQL)" : "");
+    if (isText(expression)) {
+        *this << "(?" << std::to_string(number) << " COLLATE " << sqliteCollation(expression.order) << ")";
+    } else {
+        *this << "?" << std::to_string(number);
+    }
     return true;
 }
 
@@ -97,7 +100,7 @@ void SqlWriter::slot(const Slot& slot) {
 
 void SqlWriter::collated(const BoundExpression& expression) {
     this->expression(expression);
-    if (isText(expression) && !expression.ownCollation) *this << " COLLATE TSQL";
+    if (isText(expression) && !expression.ownCollation) *this << " COLLATE " << sqliteCollation(expression.order);
 }
 
 void SqlWriter::list(const std::vector<BoundPtr>& expressions) {

@@ -104,7 +104,9 @@ void SqlWriter::select(const BoundSelect& select, const std::vector<BoundOrderin
         if (aggregates) {
             *this << "CASE WHEN count(*) >= 0 THEN ";
             expression(*select.items[i].expression);
-            *this << (select.items[i].expression->type.isText() ? " END COLLATE TSQL" : " END");
+            *this << " END";
+            if (select.items[i].expression->type.isText())
+                *this << " COLLATE " << sqliteCollation(select.items[i].expression->order);
         } else {
             collated(*select.items[i].expression);
         }

@@ -177,6 +177,8 @@ private:
     std::exception_ptr pending_;     // the first error that did not end the batch
     const void* located_ = nullptr;  // the error whose place is known
     int errorLine_ = 0;
+    const Activation* unknownIn_ = nullptr;  // where it is that it is about a name that means nothing; null when not
+    bool unknownEnds_ = false;               // with XACT_ABORT on: then the whole batch ends
     std::string errorProcedure_;
     std::uint64_t nextTableNumber_ = 0;
     std::uint64_t nextHiddenNumber_ = 0;

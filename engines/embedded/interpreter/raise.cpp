@@ -46,6 +46,12 @@ bool endsStatementOnly(int number) {
     return std::ranges::find(kNumbers, number) != kNumbers.end();
 }
 
+// A name that means nothing when its statement is looked at, which is when its turn comes. The procedure or batch that
+// the statement stands in cannot be made sense of and ends, TRY or not; its caller hears of an error like any other.
+bool isUnknownName(int number) {
+    return number == error::kInvalidColumn || number == error::kInvalidObject || number == 107 || number == 4104;
+}
+
 bool losesTheTransaction(const DatabaseError& error) {
     return error.category() == ErrorCategory::Connection || error.category() == ErrorCategory::Corrupt ||
            error.category() == ErrorCategory::DiskFull;
@@ -89,14 +95,20 @@ bool Interpreter::goesOn(Activation& activation, const ast::Statement& statement
         located_ = &error;
         errorLine_ = static_cast<int>(locate(activation.batch.text, statement.range.begin).line);
         errorProcedure_ = activation.procedure;
+        unknownIn_ = isUnknownName(error.nativeCode()) && dynamic_cast<const RaisedError*>(&error) == nullptr
+                         ? &activation
+                         : nullptr;
+        unknownEnds_ = executor_.state().abortOnError;
     }
+    const bool procedureEnded = unknownIn_ != nullptr && unknownIn_ != &activation && !unknownEnds_;
     SessionState& state = executor_.state();
     state.error = error.nativeCode();
     const auto* raised = dynamic_cast<const RaisedError*>(&error);
     const bool dooms = raised != nullptr ? state.abortOnError : executor_.dooms(error);
     // The innermost place decides: a procedure's XACT_ABORT is over when the TRY of its caller hears of the error.
     if (tries_ > 0 && dooms && state.tranCount > 0) state.doomed = true;
-    const bool endsBatch = raised ? raised->ends() : state.abortOnError || !endsStatementOnly(error.nativeCode());
+    const bool endsBatch =
+        raised ? raised->ends() : state.abortOnError || !(procedureEnded || endsStatementOnly(error.nativeCode()));
     // An error in a function ends the statement that has called it.
     if (losesTheTransaction(error) || tries_ > 0 || activation.function != nullptr) return false;
     // The innermost statement of the batch itself; what a procedure runs has a text of its own.
@@ -106,6 +118,8 @@ bool Interpreter::goesOn(Activation& activation, const ast::Statement& statement
         located_ = nullptr;
         return true;
     }
+    // On the way out of its procedure; what that means is the caller's affair.
+    if (unknownIn_ == &activation && !unknownEnds_ && &activation.batch != outermost_) return false;
     if (dooms && executor_.inTransaction()) executor_.rollback();
     // An earlier error is the one that the caller hears of.
     if (pending_) throwPending();
@@ -129,6 +143,8 @@ void Interpreter::runToEnd(const std::function<void()>& batch) {
         throwPending();
     } catch (const DatabaseError&) {
         rollsBack();
+        // An earlier error is the one that the caller hears of.
+        throwPending();
         throw;
     }
     if (!rollsBack()) return;
@@ -146,7 +162,7 @@ Interpreter::Flow Interpreter::runTryCatch(Activation& activation, const ast::Tr
         return flow;
     } catch (const DatabaseError& error) {
         tries_ = tries;
-        if (losesTheTransaction(error)) throw;
+        if (losesTheTransaction(error) || (located_ == &error && unknownIn_ == &activation)) throw;
         if (const auto* raised = dynamic_cast<const RaisedError*>(&error)) {
             caught = raised->error();
         } else {

@@ -10,6 +10,8 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "engines/embedded/runtime/utf16.h"
+
 namespace basalt::embedded {
 
 namespace {
@@ -17,11 +19,14 @@ namespace {
 // The collator with the weights of the printable ASCII characters at hand, which spares most comparisons the collator.
 class Collator {
 public:
-    Collator() {
+    explicit Collator(UColAttributeValue strength, bool caseCounts = false) {
         UErrorCode status = U_ZERO_ERROR;
         collator_ = ucol_open("", &status);
         if (U_FAILURE(status)) throw std::runtime_error("The Unicode collation data cannot be loaded.");
-        ucol_setStrength(collator_, UCOL_SECONDARY);
+        ucol_setStrength(collator_, strength);
+        // A level of its own for case, because the third one would look at more than case.
+        if (caseCounts) ucol_setAttribute(collator_, UCOL_CASE_LEVEL, UCOL_ON, &status);
+        if (U_FAILURE(status)) throw std::runtime_error("The Unicode collation data cannot tell case.");
         fillWeights();
     }
     Collator(const Collator&) = delete;
@@ -64,8 +69,44 @@ private:
 };
 
 const Collator& collator() {
-    static const Collator instance;
+    static const Collator instance(UCOL_SECONDARY);
     return instance;
+}
+
+const Collator& collatorOf(TextOrder order) {
+    static const Collator byCase(UCOL_SECONDARY, true);
+    static const Collator byLetters(UCOL_PRIMARY);
+    static const Collator byLettersAndCase(UCOL_PRIMARY, true);
+    switch (order) {
+        case TextOrder::Case:
+            return byCase;
+        case TextOrder::Letters:
+            return byLetters;
+        case TextOrder::LettersAndCase:
+            return byLettersAndCase;
+        default:
+            return collator();
+    }
+}
+
+int compared(char32_t a, char32_t b) {
+    if (a == b) return 0;
+    // By UTF-16 units: those beyond the first plane begin with a unit from 0xD800 on.
+    const auto unit = [](char32_t c) { return c > 0xFFFF ? 0xD7C0 + (c >> 10) : c; };
+    if (unit(a) != unit(b)) return unit(a) < unit(b) ? -1 : 1;
+    return a < b ? -1 : 1;
+}
+
+// The shorter text counts as filled up with blanks.
+int compareCodes(std::string_view a, std::string_view b) {
+    std::size_t i = 0;
+    std::size_t j = 0;
+    while (i < a.size() || j < b.size()) {
+        const char32_t left = i < a.size() ? nextCharacter(a, i) : U' ';
+        const char32_t right = j < b.size() ? nextCharacter(b, j) : U' ';
+        if (const int result = compared(left, right); result != 0) return result;
+    }
+    return 0;
 }
 
 std::string_view withoutTrailingBlanks(std::string_view text) {
@@ -115,6 +156,27 @@ int compareTexts(std::string_view a, std::string_view b) {
     return a.size() < b.size() ? -1 : 1;
 }
 
+int compareTexts(std::string_view a, std::string_view b, TextOrder order) {
+    if (order == TextOrder::Database) return compareTexts(a, b);
+    if (order == TextOrder::Codes) return compareCodes(a, b);
+    return collatorOf(order).compareSlow(withoutTrailingBlanks(a), withoutTrailingBlanks(b));
+}
+
+const char* sqliteCollation(TextOrder order) {
+    switch (order) {
+        case TextOrder::Case:
+            return "TSQL_CASE";
+        case TextOrder::Letters:
+            return "TSQL_LETTERS";
+        case TextOrder::LettersAndCase:
+            return "TSQL_LETTERS_CASE";
+        case TextOrder::Codes:
+            return "TSQL_CODES";
+        default:
+            return "TSQL";
+    }
+}
+
 char32_t foldedCharacter(char32_t character) {
     if (character < 128) return character >= 'A' && character <= 'Z' ? character + 32 : character;
     return static_cast<char32_t>(u_foldCase(static_cast<UChar32>(character), U_FOLD_CASE_DEFAULT));
@@ -124,11 +186,18 @@ bool sameCharacter(char32_t a, char32_t b) {
     return a == b || foldedCharacter(a) == foldedCharacter(b);
 }
 
-int compareCharacters(char32_t a, char32_t b) {
+bool sameCharacter(char32_t a, char32_t b, TextOrder order) {
+    if (order == TextOrder::Database) return sameCharacter(a, b);
+    if (order == TextOrder::Codes || order == TextOrder::Case) return a == b;
+    return compareCharacters(a, b, order) == 0;
+}
+
+int compareCharacters(char32_t a, char32_t b, TextOrder order) {
     if (a == b) return 0;
+    if (order == TextOrder::Codes) return compared(a, b);
     const Utf8Character left = encode(a);
     const Utf8Character right = encode(b);
-    return collator().compareSlow({left.bytes, left.size}, {right.bytes, right.size});
+    return collatorOf(order).compareSlow({left.bytes, left.size}, {right.bytes, right.size});
 }
 
 std::string collationVersion() {

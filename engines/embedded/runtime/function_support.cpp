@@ -27,9 +27,17 @@ void invoke(sqlite3_context* context, int count, sqlite3_value** arguments) {
     guarded(context, *registration->database, [&] { registration->function(call); });
 }
 
+template <TextOrder order>
 int compareCells(void*, int leftSize, const void* left, int rightSize, const void* right) {
     return compareTexts({static_cast<const char*>(left), static_cast<std::size_t>(leftSize)},
-                        {static_cast<const char*>(right), static_cast<std::size_t>(rightSize)});
+                        {static_cast<const char*>(right), static_cast<std::size_t>(rightSize)}, order);
+}
+
+template <TextOrder order>
+void addCollation(SqliteDatabase& database) {
+    const int code = sqlite3_create_collation_v2(database.handle(), sqliteCollation(order), SQLITE_UTF8, nullptr,
+                                                 compareCells<order>, nullptr);
+    if (code != SQLITE_OK) throw database.failure(code);
 }
 
 }  // namespace
@@ -43,9 +51,11 @@ void addFunction(SqliteDatabase& database, const char* name, int count, ScalarFu
 }
 
 void addRuntime(SqliteDatabase& database) {
-    const int code =
-        sqlite3_create_collation_v2(database.handle(), "TSQL", SQLITE_UTF8, nullptr, compareCells, nullptr);
-    if (code != SQLITE_OK) throw database.failure(code);
+    addCollation<TextOrder::Database>(database);
+    addCollation<TextOrder::Case>(database);
+    addCollation<TextOrder::Letters>(database);
+    addCollation<TextOrder::LettersAndCase>(database);
+    addCollation<TextOrder::Codes>(database);
     addConversionFunctions(database);
     addArithmeticFunctions(database);
     addTextFunctions(database);

@@ -90,7 +90,7 @@ void addTextFunctions(SqliteDatabase& database);
 void addMathFunctions(SqliteDatabase& database);
 void addDateFunctions(SqliteDatabase& database);
 void addAggregateFunctions(SqliteDatabase& database);
-// The collation TSQL and all the functions.
+// The collations and all the functions.
 void addRuntime(SqliteDatabase& database);
 
 }  // namespace basalt::embedded

@@ -8,9 +8,13 @@ namespace basalt::embedded {
 
 namespace {
 
+bool same(char32_t a, char32_t b, TextOrder order) {
+    return a == b || sameCharacter(a, b, order);
+}
+
 // Matches one character against the set that starts behind '['. `at` moves behind the closing bracket.
 // A set without an end matches nothing, as in SQL Server.
-bool matchesSet(std::string_view pattern, std::size_t& at, char32_t character, char32_t escape) {
+bool matchesSet(std::string_view pattern, std::size_t& at, char32_t character, char32_t escape, TextOrder order) {
     bool negated = false;
     if (at < pattern.size() && pattern[at] == '^') {
         negated = true;
@@ -26,8 +30,9 @@ bool matchesSet(std::string_view pattern, std::size_t& at, char32_t character, c
         if (at + 1 < pattern.size() && pattern[at] == '-' && pattern[at + 1] != ']') {
             ++at;
             const char32_t high = nextCharacter(pattern, at);
-            if (compareCharacters(low, character) <= 0 && compareCharacters(character, high) <= 0) found = true;
-        } else if (sameCharacter(low, character)) {
+            if (compareCharacters(low, character, order) <= 0 && compareCharacters(character, high, order) <= 0)
+                found = true;
+        } else if (same(low, character, order)) {
             found = true;
         }
     }
@@ -46,7 +51,7 @@ bool onlyBlanks(std::string_view text) {
 
 }  // namespace
 
-bool matchesLike(std::string_view text, std::string_view pattern, char32_t escape, bool unicode) {
+bool matchesLike(std::string_view text, std::string_view pattern, char32_t escape, bool unicode, TextOrder order) {
     std::size_t t = 0;
     std::size_t p = 0;
     std::optional<Resume> resume;
@@ -68,9 +73,9 @@ bool matchesLike(std::string_view text, std::string_view pattern, char32_t escap
                 if (!escaped && expected == U'_') {
                     matched = true;
                 } else if (!escaped && expected == U'[') {
-                    matched = matchesSet(pattern, nextPattern, character, escape);
+                    matched = matchesSet(pattern, nextPattern, character, escape, order);
                 } else {
-                    matched = sameCharacter(expected, character);
+                    matched = same(expected, character, order);
                 }
                 if (matched) t = nextText;
             }
@@ -88,13 +93,13 @@ bool matchesLike(std::string_view text, std::string_view pattern, char32_t escap
     }
 }
 
-int patternIndex(std::string_view pattern, std::string_view text) {
-    if (!pattern.starts_with('%')) return matchesLike(text, pattern, U'\0', true) ? 1 : 0;
+int patternIndex(std::string_view pattern, std::string_view text, TextOrder order) {
+    if (!pattern.starts_with('%')) return matchesLike(text, pattern, U'\0', true, order) ? 1 : 0;
     while (pattern.starts_with('%'))
         pattern.remove_prefix(1);
     if (pattern.empty()) return 1;
     for (std::size_t offset = 0; offset <= text.size();) {
-        if (matchesLike(text.substr(offset), pattern, U'\0', true)) {
+        if (matchesLike(text.substr(offset), pattern, U'\0', true, order)) {
             return static_cast<int>(utf16Length(text.substr(0, offset))) + 1;
         }
         if (offset == text.size()) break;

@@ -52,14 +52,15 @@ std::int64_t units(std::string_view text) {
 
 // The byte offset of `needle` in `text` from `from` on by the rules of comparison, npos when it is not there.
 // `matched` is how many bytes of the text it covers, which may differ from the needle's where case folds differ.
-std::size_t find(std::string_view text, std::string_view needle, std::size_t from, std::size_t& matched) {
+std::size_t find(std::string_view text, std::string_view needle, std::size_t from, TextOrder order,
+                 std::size_t& matched) {
     for (std::size_t start = from; start <= text.size();) {
         std::size_t t = start;
         std::size_t n = 0;
         while (n < needle.size() && t < text.size()) {
             std::size_t nextT = t;
             std::size_t nextN = n;
-            if (!sameCharacter(nextCharacter(text, nextT), nextCharacter(needle, nextN))) break;
+            if (!sameCharacter(nextCharacter(text, nextT), nextCharacter(needle, nextN), order)) break;
             t = nextT;
             n = nextN;
         }
@@ -71,6 +72,11 @@ std::size_t find(std::string_view text, std::string_view needle, std::size_t fro
         static_cast<void>(nextCharacter(text, start));
     }
     return std::string_view::npos;
+}
+
+// The order that an expression's COLLATE asks for is the last argument, when there is one.
+TextOrder orderAt(const Call& call, int index) {
+    return index < call.count() ? static_cast<TextOrder>(call.integer(index)) : TextOrder::Database;
 }
 
 void length(Call& call) {
@@ -94,6 +100,7 @@ void substring(Call& call) {
     call.result(utf16Substring(call.text(0), call.integer(1) - 1, call.integer(2)));
 }
 
+// REPLACE(text, needle, replacement[, order])
 void replace(Call& call) {
     const std::string_view text = call.text(0);
     const std::string_view needle = call.text(1);
@@ -102,7 +109,7 @@ void replace(Call& call) {
     std::string result;
     std::size_t at = 0;
     std::size_t matched = 0;
-    for (std::size_t found; (found = find(text, needle, at, matched)) != std::string_view::npos;) {
+    for (std::size_t found; (found = find(text, needle, at, orderAt(call, 3), matched)) != std::string_view::npos;) {
         result.append(text.substr(at, found - at)).append(replacement);
         at = found + matched;
     }
@@ -110,14 +117,14 @@ void replace(Call& call) {
     call.result(std::string_view(result));
 }
 
-// CHARINDEX(needle, text[, start])
+// CHARINDEX(needle, text[, start[, order]])
 void charIndex(Call& call) {
     const std::string_view needle = call.text(0);
     const std::string_view text = call.text(1);
     const std::int64_t start = call.count() > 2 ? std::max<std::int64_t>(call.integer(2), 1) : 1;
     if (needle.empty() || start > units(text)) return call.result(std::int64_t{0});
     std::size_t matched = 0;
-    const std::size_t found = find(text, needle, utf16Offset(text, start - 1), matched);
+    const std::size_t found = find(text, needle, utf16Offset(text, start - 1), orderAt(call, 3), matched);
     call.result(found == std::string_view::npos ? std::int64_t{0} : units(text.substr(0, found)) + 1);
 }
 
@@ -248,7 +255,7 @@ void quoteName(Call& call) {
     call.result(std::string_view(result));
 }
 
-// t_like(text, pattern, escape or '', whether Unicode)
+// t_like(text, pattern, escape or '', whether Unicode + 2 * order)
 void like(Call& call) {
     const std::string_view escape = call.text(2);
     char32_t mark = 0;
@@ -260,7 +267,9 @@ void like(Call& call) {
                 506, "The invalid escape character \"" + std::string(escape) + "\" was specified in a LIKE predicate.");
         }
     }
-    call.result(std::int64_t{matchesLike(call.text(0), call.text(1), mark, call.integer(3) != 0)});
+    const std::int64_t how = call.integer(3);
+    call.result(
+        std::int64_t{matchesLike(call.text(0), call.text(1), mark, (how & 1) != 0, static_cast<TextOrder>(how >> 1))});
 }
 
 // t_datalength(x, type)
@@ -369,9 +378,13 @@ void addTextFunctions(SqliteDatabase& database) {
     addFunction(database, "t_right", 2, right);
     addFunction(database, "t_substring", 3, substring);
     addFunction(database, "t_replace", 3, replace);
+    addFunction(database, "t_replace", 4, replace);
     addFunction(database, "t_charindex", -1, charIndex);
-    addFunction(database, "t_patindex", 2,
-                [](Call& call) { call.result(std::int64_t{patternIndex(call.text(0), call.text(1))}); });
+    for (const int count : {2, 3}) {
+        addFunction(database, "t_patindex", count, [](Call& call) {
+            call.result(std::int64_t{patternIndex(call.text(0), call.text(1), orderAt(call, 2))});
+        });
+    }
     addFunction(database, "t_stuff", 4, stuff, NullRule::Pass);
     addFunction(database, "t_replicate", 3, replicate);
     addFunction(database, "t_space", 1, space);

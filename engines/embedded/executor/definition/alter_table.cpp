@@ -258,6 +258,7 @@ void Executor::alterTable(const ast::Batch& batch, const ast::AlterTableStatemen
                                      batch.text, statement.altered->name.range);
             }
             column->type = binder.dataType(statement.altered->type);
+            binder.requireOwnCollation(statement.altered->collation);
             column->nullable = statement.altered->nullable.value_or(true);
             for (const DesignKey& key : design.keys) {
                 for (const DesignKeyColumn& each : key.columns) {

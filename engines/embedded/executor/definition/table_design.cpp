@@ -1,12 +1,14 @@
 #include "engines/embedded/executor/definition/table_design.h"
 
 #include <algorithm>
+#include <cstdio>
 
 #include "ado/names.h"
 #include "engines/embedded/generator/sql_writer.h"
 #include "engines/embedded/parser/parser.h"
 #include "engines/embedded/printer/printer.h"
 #include "engines/embedded/runtime/sql_error.h"
+#include "engines/embedded/runtime/utf16.h"
 
 namespace basalt::embedded {
 
@@ -101,6 +103,33 @@ bool TableDesign::isNullable(std::string_view column) const {
     return true;
 }
 
+bool TableDesign::hasConstraint(std::string_view wanted) const {
+    const auto named = [&](const auto& each) { return sameName(each.name, wanted); };
+    return std::ranges::any_of(keys, named) || std::ranges::any_of(foreignKeys, named) ||
+           std::ranges::any_of(checks, named) ||
+           std::ranges::any_of(columns, [&](const DesignColumn& each) { return sameName(each.defaultName, wanted); });
+}
+
+std::string TableDesign::generatedName(std::string_view kind, std::string_view column, std::string_view rest) const {
+    std::string result = std::string(kind) + "__" + std::string(utf16Substring(name, 0, 9)) + "__";
+    if (!column.empty()) result += std::string(utf16Substring(column, 0, 5)) + "__";
+    // Names belong to the whole database, so the number stands for all that tells one constraint from another.
+    std::uint64_t number = 0xCBF29CE484222325;
+    const std::string folded = foldName(name);
+    for (const std::string_view part : {kind, std::string_view(folded), column, rest}) {
+        for (const char c : part)
+            number = (number ^ static_cast<unsigned char>(c)) * 0x100000001B3;
+        number = (number ^ 0xFF) * 0x100000001B3;
+    }
+    const bool key = kind == "PK" || kind == "UQ";
+    for (;; ++number) {
+        char digits[20];
+        std::snprintf(digits, sizeof digits, key ? "%016llX" : "%08llX",
+                      static_cast<unsigned long long>(key ? number : number & 0xFFFFFFFF));
+        if (!hasConstraint(result + digits)) return result + digits;
+    }
+}
+
 Table TableDesign::shape() const {
     Table table;
     table.name = name;
@@ -130,13 +159,18 @@ void TableDesign::addColumn(const ast::ColumnDefinition& column, const LiteralTa
     if (column.computed != nullptr) {
         design.computedText = print(*column.computed, literals);
         const Table so = shape();
-        design.type =
-            withExpression(binder.catalog(), design.computedText, false,
-                           [&](Binder& inner, const ast::Expression& e) { return boundOver(inner, so, e)->type; });
+        withExpression(binder.catalog(), design.computedText, false, [&](Binder& inner, const ast::Expression& e) {
+            const BoundPtr value = boundOver(inner, so, e);
+            if (value->order != TextOrder::Database) {
+                binder.unsupported("a column with another collation than the database's", column.range);
+            }
+            design.type = value->type;
+        });
         columns.push_back(std::move(design));
         return;
     }
     design.type = binder.dataType(column.type);
+    binder.requireOwnCollation(column.collation);
     design.nullable = column.nullable.value_or(true);
     if (column.identity) {
         for (const DesignColumn& other : columns) {
@@ -195,11 +229,8 @@ void TableDesign::addConstraint(const ast::Constraint& constraint, const std::st
                                 constraint.range);
                 }
             }
-            keys.push_back({primary,
-                            !given.empty() ? given
-                            : primary      ? "PK_" + name
-                                           : "UQ_" + name + joinedNames,
-                            keyColumns});
+            keys.push_back(
+                {primary, given.empty() ? generatedName(primary ? "PK" : "UQ", {}, joinedNames) : given, keyColumns});
             break;
         }
         case ast::ConstraintKind::ForeignKey: {
@@ -250,19 +281,17 @@ void TableDesign::addConstraint(const ast::Constraint& constraint, const std::st
             }
             key.onDelete = nameOf(constraint.onDelete);
             key.onUpdate = nameOf(constraint.onUpdate);
-            key.name = given;
-            if (given.empty()) {
-                key.name = "FK_" + name;
-                for (const std::string& each : key.columns)
-                    key.name += "_" + each;
-            }
+            key.name = given.empty()
+                           ? generatedName("FK", key.columns.front(), joined(key.columns) + foldName(key.table))
+                           : given;
             foreignKeys.push_back(std::move(key));
             break;
         }
-        case ast::ConstraintKind::Check:
-            checks.push_back({given.empty() ? "CK_" + name + "_" + std::to_string(checks.size() + 1) : given,
-                              print(*constraint.expression, literals)});
+        case ast::ConstraintKind::Check: {
+            std::string condition = print(*constraint.expression, literals);
+            checks.push_back({given.empty() ? generatedName("CK", column, condition) : given, condition});
             break;
+        }
         case ast::ConstraintKind::Default: {
             const std::string& target = constraint.forColumn.empty() ? column : constraint.forColumn.text;
             DesignColumn* found = find(target);
@@ -275,7 +304,7 @@ void TableDesign::addConstraint(const ast::Constraint& constraint, const std::st
             if (!found->defaultText.empty()) {
                 binder.fail(1781, "Column already has a DEFAULT bound to it.", constraint.range);
             }
-            found->defaultName = given.empty() ? "DF_" + name + "_" + found->name : given;
+            found->defaultName = given.empty() ? generatedName("DF", found->name, {}) : given;
             found->defaultText = print(*constraint.expression, literals);
             break;
         }

@@ -72,6 +72,11 @@ public:
     [[nodiscard]] DesignColumn* find(std::string_view column);
 
 private:
+    [[nodiscard]] bool hasConstraint(std::string_view wanted) const;
+    // "CK__CostLevel__Price__1A2B3C4D", as the server names constraints that are given no name; the same one each time
+    // that the same table is made.
+    [[nodiscard]] std::string generatedName(std::string_view kind, std::string_view column,
+                                            std::string_view rest) const;
     [[nodiscard]] Table shape() const;
     [[nodiscard]] bool isNullable(std::string_view column) const;
 };
