@@ -70,6 +70,15 @@ std::unique_ptr<BoundOver> Binder::over(const ast::OverClause& clause, Scope* sc
     return result;
 }
 
+namespace {
+
+bool hasQuery(const BoundExpression& expression) {
+    return expression.query != nullptr || std::any_of(expression.arguments.begin(), expression.arguments.end(),
+                                                      [](const BoundPtr& argument) { return hasQuery(*argument); });
+}
+
+}  // namespace
+
 BoundPtr Binder::aggregate(const ast::FunctionExpression& call, Scope* scope) {
     const std::string name = foldName(call.name.last());
     const bool windowed = call.over != nullptr;
@@ -97,8 +106,14 @@ BoundPtr Binder::aggregate(const ast::FunctionExpression& call, Scope* scope) {
             scope->insideAggregate = true;
             scope->aggregated = true;
         }
-        for (const ast::ExpressionPtr& argument : call.arguments)
+        for (const ast::ExpressionPtr& argument : call.arguments) {
             arguments.push_back(expression(*argument, scope));
+            if (!windowed && hasQuery(*arguments.back())) {
+                fail(130,
+                     "Cannot perform an aggregate function on an expression containing an aggregate or a subquery.",
+                     argument->range);
+            }
+        }
         scope->aggregatesAllowed = allowed;
         scope->insideAggregate = inside;
     }

@@ -44,6 +44,20 @@ BoundPtr checkedRange(BoundPtr value, TypeKind kind) {
     return boundCall("t_range", type, std::move(value), boundInteger(static_cast<std::int64_t>(kind)));
 }
 
+constexpr const char* kCut = "t_cut";
+
+// A text that has reached the longest length of its type is cut there, before more is put behind it.
+BoundPtr concatenated(BoundPtr left, BoundPtr right) {
+    const SqlType a = left->type;
+    const SqlType b = right->type;
+    const SqlType type = concatenatedType(a, b);
+    const bool cuts = type.length != kMaxLength && a.length + b.length > type.length;
+    // The cut of a longer text makes that of its beginning superfluous.
+    if (cuts && left->kind == BoundKind::Call && left->name == kCut) left = std::move(left->arguments[0]);
+    BoundPtr joined = boundInfix("||", type, std::move(left), std::move(right));
+    return cuts ? boundCall(kCut, type, std::move(joined), boundInteger(type.length)) : std::move(joined);
+}
+
 }  // namespace
 
 ast::BinaryOperator operatorOf(ast::AssignmentOperator op) {
@@ -122,7 +136,7 @@ BoundPtr Binder::operation(ast::BinaryOperator op, BoundPtr left, BoundPtr right
                  "Operand data type " + std::string(a.baseName()) + " is invalid for " + nameOf(op) + " operator.",
                  range);
         }
-        return boundInfix("||", concatenatedType(a, b), std::move(left), std::move(right));
+        return concatenated(std::move(left), std::move(right));
     }
     if (a.isBinary() && b.isBinary() && op == Operator::Add) {
         const bool unbounded = a.length == kMaxLength || b.length == kMaxLength;

@@ -169,7 +169,7 @@ private:
     const BoundExpression* ungrouped(const BoundExpression& expression, const std::vector<BoundPtr>& groups,
                                      const Scope& scope) const;
     void checkGrouping(const BoundSelect& select, const BoundQuery* query, const Scope& scope, SourceRange range);
-    BoundPtr rowLimit(const ast::Expression& count, Scope* scope);
+    BoundPtr rowLimit(const ast::Expression& count, Scope* scope, RowLimit clause = RowLimit::Top);
     // group_restriction.cpp: lets grouped tables of FROM work out only the groups that their joins ask for.
     void restrictGroups(BoundSource& source, BoundQuery& query);
     // text_search.cpp: marks what LIKE can look up.

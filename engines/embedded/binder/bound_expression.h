@@ -22,6 +22,7 @@ struct BoundQuery;
 // Values of the session that statements may ask for.
 enum class SystemValue : std::uint8_t {
     Now,            // GETDATE(): one moment for the whole statement
+    UtcNow,         // GETUTCDATE()
     ScopeIdentity,  // SCOPE_IDENTITY()
     Identity,       // @@IDENTITY
     RowCount,       // @@ROWCOUNT

@@ -65,6 +65,9 @@ struct BoundCommonTable {
     bool materialized = false;  // worked out before the rest
 };
 
+// Which clause a number of rows stands in.
+enum class RowLimit : std::uint8_t { Top, Fetch, Offset };
+
 // ORDER BY: the position of an output column, or an expression when the position is 0.
 struct BoundOrdering {
     std::size_t position = 0;

@@ -62,6 +62,7 @@ BoundPtr boundSystem(SystemValue value, TypeKind kind) {
 BoundPtr boundSystemValue(SystemValue value) {
     switch (value) {
         case SystemValue::Now:
+        case SystemValue::UtcNow:
             return boundSystem(value, TypeKind::DateTime);
         case SystemValue::ScopeIdentity:
         case SystemValue::Identity:

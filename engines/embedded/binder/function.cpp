@@ -437,8 +437,24 @@ BoundPtr now(FunctionBinder&) {
     return boundSystemValue(SystemValue::Now);
 }
 
+template <SystemValue now>
 BoundPtr exactNow(FunctionBinder& f) {
-    return f.binder().cast(boundSystemValue(SystemValue::Now), SqlType::of(TypeKind::DateTime2));
+    return f.binder().cast(boundSystemValue(now), SqlType::of(TypeKind::DateTime2));
+}
+
+// RAND([seed]). Without one it is one number for all rows of a statement, and another at each place where it stands.
+BoundPtr random(FunctionBinder& f) {
+    if (f.count() == 0) {
+        BoundPtr result = boundCall("t_rand", floatType(), boundInteger(0));
+        result->nullable = false;
+        return result;
+    }
+    return boundCall("t_rand_seed", floatType(), f.as(0, TypeKind::Int));
+}
+
+// What these give follows from how the server stores values.
+BoundPtr checksum(FunctionBinder& f) {
+    f.binder().unsupported(f.name(), f.range());
 }
 
 BoundPtr dateAdd(FunctionBinder& f) {
@@ -613,7 +629,12 @@ const std::map<std::string, Entry, std::less<>>& functions() {
         {"pi", {0, 0, [](FunctionBinder&) { return boundConstant(3.14159265358979323846, floatType()); }}},
         {"getdate", {0, 0, now}},
         {"current_timestamp", {0, 0, now}},
-        {"sysdatetime", {0, 0, exactNow}},
+        {"getutcdate", {0, 0, system<SystemValue::UtcNow>}},
+        {"sysdatetime", {0, 0, exactNow<SystemValue::Now>}},
+        {"sysutcdatetime", {0, 0, exactNow<SystemValue::UtcNow>}},
+        {"rand", {0, 1, random}},
+        {"checksum", {0, 1000, checksum}},
+        {"binary_checksum", {0, 1000, checksum}},
         {"dateadd", {3, 3, dateAdd}},
         {"datediff", {3, 3, dateDiff}},
         {"datepart", {2, 2, datePartValue}},

@@ -13,6 +13,7 @@ public:
         : binder_(binder), call_(call), scope_(scope) {}
 
     [[nodiscard]] Binder& binder() { return binder_; }
+    [[nodiscard]] const std::string& name() const { return call_.name.last(); }
     [[nodiscard]] std::size_t count() const { return call_.arguments.size(); }
     [[nodiscard]] SourceRange range() const { return call_.range; }
     [[nodiscard]] const ast::Expression& argument(std::size_t i) const { return *call_.arguments[i]; }

@@ -55,8 +55,8 @@ std::unique_ptr<BoundQuery> Binder::query(const ast::QueryExpression& query, Sco
     commonTables(query.with, result->with);
     result->body = body(*query.body, outer, result->columns, *result, &query);
     settleNulls(result->columns);
-    if (query.offset != nullptr) result->offset = rowLimit(*query.offset, nullptr);
-    if (query.fetch != nullptr) result->limit = rowLimit(*query.fetch, nullptr);
+    if (query.offset != nullptr) result->offset = rowLimit(*query.offset, nullptr, RowLimit::Offset);
+    if (query.fetch != nullptr) result->limit = rowLimit(*query.fetch, nullptr, RowLimit::Fetch);
     if (outer != nullptr && !query.orderBy.empty() && result->limit == nullptr && result->offset == nullptr &&
         !query.forXml) {
         fail(1033,
@@ -228,6 +228,17 @@ void Binder::commonTables(const std::vector<ast::CommonTableExpression>& with, s
                      "All queries combined using a UNION, INTERSECT or EXCEPT operator must have an equal number of "
                      "expressions in their target lists.",
                      operation->range);
+            }
+            if (body.right->select != nullptr && !aliasOf(body.right->select->from.get(), sqlName).empty()) {
+                for (std::size_t i = 0; i < columns.size(); ++i) {
+                    const SqlType& anchor = columns[i].type;
+                    if (anchor == right[i].type || anchor.isNull() || right[i].type.isNull()) continue;
+                    const std::string shown = table.columns.empty() ? columns[i].name : table.columns[i].text;
+                    fail(240,
+                         "Types don't match between the anchor and the recursive part in column \"" + shown +
+                             "\" of recursive query \"" + table.name.text + "\".",
+                         operation->range);
+                }
             }
             for (std::size_t i = 0; i < columns.size(); ++i) {
                 columns[i].type = commonType(columns[i].type, right[i].type);

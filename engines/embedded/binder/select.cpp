@@ -136,12 +136,13 @@ std::unique_ptr<BoundSelect> Binder::select(const ast::Select& select, Scope* ou
     return result;
 }
 
-BoundPtr Binder::rowLimit(const ast::Expression& count, Scope* scope) {
+BoundPtr Binder::rowLimit(const ast::Expression& count, Scope* scope, RowLimit clause) {
     BoundPtr limit = expression(count, scope);
     if (!limit->type.isInteger() && !limit->type.isNull()) {
         limit = cast(std::move(limit), SqlType::of(TypeKind::BigInt));
     }
-    return boundCall("t_limit", SqlType::of(TypeKind::BigInt), std::move(limit));
+    return boundCall("t_limit", SqlType::of(TypeKind::BigInt), std::move(limit),
+                     boundInteger(static_cast<std::int64_t>(clause)));
 }
 
 BoundOrdering Binder::ordering(const ast::OrderItem& item, Scope* scope, const std::vector<OutputColumn>& columns,

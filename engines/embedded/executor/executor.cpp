@@ -242,6 +242,8 @@ Value Executor::systemValue(SystemValue value) {
     switch (value) {
         case SystemValue::Now:
             return DateTime{roundedTo(clock_(), SqlType::of(TypeKind::DateTime))};
+        case SystemValue::UtcNow:
+            return DateTime{roundedTo(clock_() - localTicksAheadOfUtc(), SqlType::of(TypeKind::DateTime))};
         case SystemValue::ScopeIdentity:
             return state_.scopeIdentity;
         case SystemValue::Identity:

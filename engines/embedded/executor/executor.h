@@ -23,6 +23,7 @@
 #include "engines/embedded/executor/function_caller.h"
 #include "engines/embedded/executor/plan.h"
 #include "engines/embedded/executor/row_source.h"
+#include "engines/embedded/runtime/random.h"
 
 namespace basalt::embedded {
 
@@ -160,6 +161,7 @@ private:
     int longestWaitMs_;
     SessionState state_;
     std::unique_ptr<IdentityRun> identity_;
+    RandomNumbers random_;
     // The last identity numbers of changes that may yet be undone, by folded table name: they are not given again.
     std::map<std::string, std::int64_t> usedIdentities_;
     FunctionCaller* functions_ = nullptr;

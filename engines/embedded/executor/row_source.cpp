@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "engines/embedded/runtime/row_table.h"
 #include "engines/embedded/runtime/value_codec.h"
 
 namespace basalt::embedded {
@@ -17,58 +18,28 @@ struct Module {
     RowSourceOpener open;
 };
 
-struct VirtualTable : sqlite3_vtab {
-    Module* module = nullptr;
+struct SourceTable : RowTable {
+    Module* owner;
+
+    explicit SourceTable(void* module) : owner(static_cast<Module*>(module)) {}
+    static constexpr bool kInnocuous = false;
+    static std::string declaration();
+    static int bestIndex(sqlite3_index_info* info);
+    void failed(const DatabaseError& error) const { owner->database->setFunctionError(error); }
 };
 
-struct Cursor : sqlite3_vtab_cursor {
-    std::unique_ptr<RowSource> rows;
-    bool atEnd = true;
-    sqlite3_int64 number = 0;
-};
-
-Cursor& cursorOf(sqlite3_vtab_cursor* cursor) {
-    return *static_cast<Cursor*>(cursor);
-}
-
-// Runs `body` and passes what it throws through SQLite.
-template <typename Body>
-int guarded(sqlite3_vtab* table, Body body) noexcept {
-    try {
-        body();
-        return SQLITE_OK;
-    } catch (const DatabaseError& error) {
-        static_cast<VirtualTable*>(table)->module->database->setFunctionError(error);
-        return SQLITE_ERROR;
-    } catch (const std::bad_alloc&) {
-        return SQLITE_NOMEM;
-    } catch (const std::exception&) {
-        return SQLITE_ERROR;
-    }
-}
-
-int connect(sqlite3* database, void* module, int, const char* const*, sqlite3_vtab** table, char**) {
-    std::string declaration = "CREATE TABLE x(";
+std::string SourceTable::declaration() {
+    std::string result = "CREATE TABLE x(";
     for (std::size_t i = 1; i <= kMostRowColumns; ++i)
-        declaration += "c" + std::to_string(i) + ", ";
-    declaration += "kind HIDDEN, source HIDDEN";
+        result += "c" + std::to_string(i) + ", ";
+    result += "kind HIDDEN, source HIDDEN";
     for (std::size_t i = 1; i <= kMostRowArguments; ++i)
-        declaration += ", a" + std::to_string(i) + " HIDDEN";
-    const int code = sqlite3_declare_vtab(database, (declaration + ")").c_str());
-    if (code != SQLITE_OK) return code;
-    auto made = std::make_unique<VirtualTable>();
-    made->module = static_cast<Module*>(module);
-    *table = made.release();
-    return SQLITE_OK;
-}
-
-int disconnect(sqlite3_vtab* table) {
-    delete static_cast<VirtualTable*>(table);
-    return SQLITE_OK;
+        result += ", a" + std::to_string(i) + " HIDDEN";
+    return result + ")";
 }
 
 // All hidden columns have to be known, in their order.
-int bestIndex(sqlite3_vtab*, sqlite3_index_info* info) {
+int SourceTable::bestIndex(sqlite3_index_info* info) {
     std::array<int, kMostRowArguments + 2> places{};
     places.fill(-1);
     for (int i = 0; i < info->nConstraint; ++i) {
@@ -89,72 +60,27 @@ int bestIndex(sqlite3_vtab*, sqlite3_index_info* info) {
     return SQLITE_OK;
 }
 
-int openCursor(sqlite3_vtab*, sqlite3_vtab_cursor** cursor) {
-    *cursor = new Cursor();
-    return SQLITE_OK;
-}
+struct SourceCursor : RowCursor {
+    std::unique_ptr<RowSource> rows;
+    bool ended = true;
 
-int closeCursor(sqlite3_vtab_cursor* cursor) {
-    delete static_cast<Cursor*>(cursor);
-    return SQLITE_OK;
-}
-
-int advance(sqlite3_vtab_cursor* cursor) {
-    return guarded(cursor->pVtab, [&] {
-        cursorOf(cursor).atEnd = !cursorOf(cursor).rows->next();
-        ++cursorOf(cursor).number;
-    });
-}
-
-int filter(sqlite3_vtab_cursor* cursor, int, const char*, int count, sqlite3_value** values) {
-    const int code = guarded(cursor->pVtab, [&] {
-        const auto textOf = [&](int i) {
-            const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(values[i]));
+    void start(SourceTable& table, std::span<sqlite3_value* const> arguments) {
+        const auto textOf = [&](std::size_t i) {
+            const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(arguments[i]));
             return std::string_view(text == nullptr ? "" : text,
-                                    static_cast<std::size_t>(sqlite3_value_bytes(values[i])));
+                                    static_cast<std::size_t>(sqlite3_value_bytes(arguments[i])));
         };
-        if (count < 2) throw std::logic_error("t_rows takes a kind and a source.");
-        cursorOf(cursor).rows.reset();
-        cursorOf(cursor).rows =
-            static_cast<VirtualTable*>(cursor->pVtab)
-                ->module->open(textOf(0), textOf(1), {values + 2, static_cast<std::size_t>(count - 2)});
-        cursorOf(cursor).number = 0;
-    });
-    return code == SQLITE_OK ? advance(cursor) : code;
-}
-
-int atEnd(sqlite3_vtab_cursor* cursor) {
-    return cursorOf(cursor).atEnd ? 1 : 0;
-}
-
-int column(sqlite3_vtab_cursor* cursor, sqlite3_context* context, int index) {
-    return guarded(cursor->pVtab, [&] {
-        if (index < static_cast<int>(kMostRowColumns)) cursorOf(cursor).rows->column(index, context);
-    });
-}
-
-int rowNumber(sqlite3_vtab_cursor* cursor, sqlite3_int64* number) {
-    *number = cursorOf(cursor).number;
-    return SQLITE_OK;
-}
-
-const sqlite3_module& module() {
-    static const sqlite3_module made = [] {
-        sqlite3_module m{};
-        m.xConnect = connect;  // no xCreate: the table is there by itself and nowhere else
-        m.xDisconnect = disconnect;
-        m.xBestIndex = bestIndex;
-        m.xOpen = openCursor;
-        m.xClose = closeCursor;
-        m.xFilter = filter;
-        m.xNext = advance;
-        m.xEof = atEnd;
-        m.xColumn = column;
-        m.xRowid = rowNumber;
-        return m;
-    }();
-    return made;
-}
+        if (arguments.size() < 2) throw std::logic_error("t_rows takes a kind and a source.");
+        rows.reset();
+        rows = table.owner->open(textOf(0), textOf(1), arguments.subspan(2));
+        advance();
+    }
+    void advance() { ended = !rows->next(); }
+    [[nodiscard]] bool atEnd() const { return ended; }
+    void column(int index, sqlite3_context* context) const {
+        if (index < static_cast<int>(kMostRowColumns)) rows->column(index, context);
+    }
+};
 
 }  // namespace
 
@@ -194,9 +120,8 @@ void QueryRows::column(int index, sqlite3_context* context) {
 
 void addRowSources(SqliteDatabase& database, RowSourceOpener open) {
     auto owned = std::make_unique<Module>(Module{&database, std::move(open)});
-    const int code = sqlite3_create_module_v2(database.handle(), "t_rows", &module(), owned.release(),
-                                              [](void* pointer) { delete static_cast<Module*>(pointer); });
-    if (code != SQLITE_OK) throw database.failure(code);
+    addRowTable<SourceTable, SourceCursor>(database, "t_rows", owned.release(),
+                                           [](void* pointer) { delete static_cast<Module*>(pointer); });
 }
 
 }  // namespace basalt::embedded

@@ -126,6 +126,22 @@ void Executor::registerFunctions() {
         const std::string text = newGuid();
         sqlite3_result_text64(context, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
     });
+    addOwned(database_, "t_rand", 1, this, [](sqlite3_context* context, int, sqlite3_value**) {
+        auto* self = static_cast<Executor*>(sqlite3_user_data(context));
+        // Kept with the argument, a constant, until the statement ends: each place has one number for all rows.
+        if (const auto* kept = static_cast<const double*>(sqlite3_get_auxdata(context, 0))) {
+            return sqlite3_result_double(context, *kept);
+        }
+        auto drawn = std::make_unique<double>(self->random_.next());
+        sqlite3_result_double(context, *drawn);
+        sqlite3_set_auxdata(context, 0, drawn.release(), [](void* number) { delete static_cast<double*>(number); });
+    });
+    addOwned(database_, "t_rand_seed", 1, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {
+        auto* self = static_cast<Executor*>(sqlite3_user_data(context));
+        const Call call(context, count, arguments);
+        self->random_.seed(call.isNull(0) ? 0 : call.integer(0));
+        sqlite3_result_double(context, self->random_.next());
+    });
     addOwned(database_, "t_call", -1, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {
         auto* self = static_cast<Executor*>(sqlite3_user_data(context));
         const Call call(context, count, arguments);
@@ -161,12 +177,22 @@ void Executor::registerFunctions() {
         call.result(static_cast<std::int64_t>(std::ceil(static_cast<double>(call.integer(0)) * percent / 100)));
     });
     addFunction(
-        database_, "t_limit", 1,
+        database_, "t_limit", 2,
         [](Call& call) {
-            if (call.isNull(0) || call.integer(0) < 0) {
+            if (call.isNull(0)) {
                 throwSqlError(
                     1060,
                     "The number of rows provided for a TOP or FETCH clauses row count parameter must be an integer.");
+            }
+            const auto clause = static_cast<RowLimit>(call.integer(1));
+            if (clause == RowLimit::Fetch && call.integer(0) < 1) {
+                throwSqlError(10744, "The number of rows provided for a FETCH clause must be greater then zero.");
+            }
+            if (call.integer(0) < 0 && clause == RowLimit::Offset) {
+                throwSqlError(10742, "The offset specified in a OFFSET clause may not be negative.");
+            }
+            if (call.integer(0) < 0) {
+                throwSqlError(127, "A TOP N or FETCH rowcount value may not be negative.");
             }
             call.resultArgument(0);
         },

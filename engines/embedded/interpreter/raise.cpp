@@ -23,6 +23,8 @@ bool endsStatementOnly(int number) {
         201,   // a parameter was not supplied
         266,   // transactions left open by a procedure, or closed
         220,   // arithmetic overflow for a small integer type
+        232,   // arithmetic overflow of a float
+        242,   // a date that does not exist, or lies out of range
         512,   // a subquery with more than one row
         515,   // NULL into a column that takes none
         547,   // foreign key or check

@@ -118,6 +118,13 @@ Value toInteger(const Value& value, const SqlType& from, const SqlType& to) {
     if (const auto* flag = std::get_if<bool>(&value)) return integerResult(*flag ? 1 : 0, to);
     if (const auto* real = std::get_if<double>(&value)) {
         if (to.kind == TypeKind::Bit) return *real != 0;
+        if (to.kind != TypeKind::BigInt &&
+            !(*real > static_cast<double>(lowest(to.kind)) - 1 && *real < static_cast<double>(highest(to.kind)) + 1)) {
+            char shown[400];
+            std::snprintf(shown, sizeof shown, "%f", *real);
+            throwSqlError(
+                232, "Arithmetic overflow error for type " + std::string(to.baseName()) + ", value = " + shown + ".");
+        }
         return integerResult(truncatedFloat(*real, to), to);
     }
     if (const auto* decimal = std::get_if<Decimal>(&value)) {
@@ -205,6 +212,13 @@ Value toFloat(const Value& value, const SqlType& from, const SqlType& to) {
         if (digits.empty()) return 0.0;
         if (digits.front() == '+') digits.remove_prefix(1);
         double result = 0;
+        // An exponent may be marked by d too.
+        std::string marked;
+        if (const std::size_t mark = digits.find_first_of("dD"); mark != std::string_view::npos) {
+            marked = digits;
+            marked[mark] = 'e';
+            digits = marked;
+        }
         const auto [end, problem] = std::from_chars(digits.data(), digits.data() + digits.size(), result);
         if (problem != std::errc() || end != digits.data() + digits.size() || !std::isfinite(result)) {
             failConverting(from, to);

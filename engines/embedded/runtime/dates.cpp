@@ -291,10 +291,58 @@ std::string fractionText(const CivilDateTime& civil, const SqlType& type) {
     return print(".%09d", civil.nanosecond).substr(0, 1U + type.scale);
 }
 
-std::string twelveHour(const CivilDateTime& civil) {
-    const int hour = civil.hour % 12 == 0 ? 12 : civil.hour % 12;
-    return print("%2d:%02d%s", hour, civil.minute, civil.hour < 12 ? "AM" : "PM");
+int twelveHourOf(const CivilDateTime& civil) {
+    return civil.hour % 12 == 0 ? 12 : civil.hour % 12;
 }
+
+const char* halfOfDay(const CivilDateTime& civil) {
+    return civil.hour < 12 ? "AM" : "PM";
+}
+
+std::string twelveHour(const CivilDateTime& civil) {
+    return print("%2d:%02d%s", twelveHourOf(civil), civil.minute, halfOfDay(civil));
+}
+
+// ":007", as the styles with milliseconds show it; the newer types show all that they hold, behind a point.
+std::string longFraction(const CivilDateTime& civil, const SqlType& type) {
+    if (type.kind == TypeKind::DateTime2) return fractionText(civil, type);
+    return print(":%03d", civil.nanosecond / 1'000'000);
+}
+
+std::string longTwelveHour(const CivilDateTime& civil, const SqlType& type) {
+    return print("%2d:%02d:%02d", twelveHourOf(civil), civil.minute, civil.second) + longFraction(civil, type) +
+           halfOfDay(civil);
+}
+
+struct HijriDay {
+    std::int64_t year, month, day;
+};
+
+// By the tabular calendar, in which the years 2, 5, 7, 10, 13, 16, 18, 21, 24, 26 and 29 of thirty have a day more.
+std::int64_t daysBeforeHijriYear(std::int64_t year) {
+    return (year - 1) * 354 + (11 * (year - 1) + 14) / 30;
+}
+
+HijriDay hijriOf(std::int64_t ticks) {
+    constexpr std::int64_t kFirstDay = 227'013;  // of the year 1, 622-07-18, in days since 0001-01-01
+    const std::int64_t day = floorDiv(ticks, kTicksPerDay) - kFirstDay;
+    if (day < 0) {
+        throwSqlError(error::kDateOutOfRange, "The date lies before the first year of the Hijri calendar.");
+    }
+    HijriDay result{day / 355 + 1, 1, 0};
+    while (daysBeforeHijriYear(result.year + 1) <= day)
+        ++result.year;
+    std::int64_t rest = day - daysBeforeHijriYear(result.year);
+    // Months have 30 and 29 days by turns; the day more is at the end of the year.
+    for (; result.month < 12 && rest >= 29 + result.month % 2; ++result.month)
+        rest -= 29 + result.month % 2;
+    result.day = rest + 1;
+    return result;
+}
+
+constexpr std::array<const char*, 12> kHijriMonths = {"محرم",         "صفر",           "ربيع الاول", "ربيع الثاني",
+                                                      "جمادى الاولى", "جمادى الثانية", "رجب",        "شعبان",
+                                                      "رمضان",        "شوال",          "ذو القعدة",  "ذو الحجة"};
 
 }  // namespace
 
@@ -399,6 +447,10 @@ std::int64_t roundedTo(std::int64_t ticks, const SqlType& type) {
 }
 
 std::optional<std::int64_t> parseDate(std::string_view text, int style, bool* outOfRange) {
+    if (style == 130 || style == 131) {
+        throwSqlError(40517, "CONVERT from a text with style " + std::to_string(style) +
+                                 " (Hijri) is not supported in this database.");
+    }
     while (!text.empty() && text.back() == ' ')
         text.remove_suffix(1);
     while (!text.empty() && text.front() == ' ')
@@ -477,6 +529,28 @@ std::string formatDate(std::int64_t ticks, const SqlType& type, int style) {
             return print("%02d%02d%02d", shortYear, c.month, c.day);
         case 112:
             return print("%04d%02d%02d", c.year, c.month, c.day);
+        case 9:
+        case 109:
+            if (dayOnly) return print("%s %2d %04d", monthName.c_str(), c.day, c.year);
+            return print("%s %2d %04d ", monthName.c_str(), c.day, c.year) + longTwelveHour(c, type);
+        case 13:
+        case 113:
+            if (dayOnly) return print("%02d %s %04d", c.day, monthName.c_str(), c.year);
+            return print("%02d %s %04d ", c.day, monthName.c_str(), c.year) + clock + longFraction(c, type);
+        case 22:
+            if (dayOnly) return print("%02d/%02d/%02d", c.month, c.day, shortYear);
+            return print("%02d/%02d/%02d %2d:%02d:%02d %s", c.month, c.day, shortYear, twelveHourOf(c), c.minute,
+                         c.second, halfOfDay(c));
+        case 130:
+        case 131: {
+            const HijriDay h = hijriOf(ticks);
+            const auto [year, month, day] =
+                std::array{static_cast<int>(h.year), static_cast<int>(h.month), static_cast<int>(h.day)};
+            const std::string shown =
+                style == 131 ? print("%2d/%02d/%04d", day, month, year)
+                             : print("%2d %s %04d", day, kHijriMonths[static_cast<std::size_t>(month - 1)], year);
+            return dayOnly ? shown : shown + " " + longTwelveHour(c, type);
+        }
         case 14:
         case 114:
             return clock + print(":%03d", c.nanosecond / 1'000'000);
@@ -628,6 +702,17 @@ std::int64_t currentLocalTicks() {
                               std::min(local->tm_sec, 59),
                               0};
     return fromCivil(civil).ticks + hundreds % kTicksPerSecond;
+}
+
+std::int64_t localTicksAheadOfUtc() {
+    const std::time_t seconds = std::time(nullptr);
+    const auto ticksOf = [](const std::tm* time) {
+        if (time == nullptr) throwSqlError(error::kDateOutOfRange, "The clock of this computer cannot be read.");
+        return fromCivil({time->tm_year + 1900, time->tm_mon + 1, time->tm_mday, time->tm_hour, time->tm_min, 0, 0})
+            .ticks;
+    };
+    const std::int64_t local = ticksOf(std::localtime(&seconds));
+    return local - ticksOf(std::gmtime(&seconds));
 }
 
 }  // namespace basalt::embedded

@@ -61,5 +61,7 @@ enum class DatePart : std::uint8_t {
 
 // Now, in the local time of this machine.
 [[nodiscard]] std::int64_t currentLocalTicks();
+// How much later the clock on the wall is now than that of Greenwich.
+[[nodiscard]] std::int64_t localTicksAheadOfUtc();
 
 }  // namespace basalt::embedded

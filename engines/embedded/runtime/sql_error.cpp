@@ -15,6 +15,7 @@ ErrorCategory categoryOf(int number) {
         case 116:
         case 120:
         case 121:
+        case 130:
         case 137:
         case 147:
         case 156:
@@ -24,8 +25,12 @@ ErrorCategory categoryOf(int number) {
         case 205:
         case 209:
         case 213:
+        case 240:
         case 264:
         case 319:
+        case 447:
+        case 448:
+        case 468:
         case 1010:
         case 1011:
         case 1013:
@@ -60,6 +65,7 @@ ErrorCategory categoryOf(int number) {
             return ErrorCategory::Constraint;
         case 206:
         case 220:
+        case 232:
         case 241:
         case 242:
         case 245:
@@ -108,6 +114,7 @@ const char* sqlStateOf(int number) {
         case 245:
             return "22018";
         case 220:
+        case 232:
         case 248:
         case 8115:
             return "22003";

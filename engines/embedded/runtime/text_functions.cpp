@@ -322,7 +322,7 @@ void isNumeric(Call& call) {
             point = true;
         } else if (c == ',' && !exponent) {
             continue;
-        } else if ((c == 'e' || c == 'E') && digits && !exponent && i + 1 < text.size()) {
+        } else if ((c == 'e' || c == 'E' || c == 'd' || c == 'D') && digits && !exponent && i + 1 < text.size()) {
             exponent = true;
             if (text[i + 1] == '+' || text[i + 1] == '-') ++i;
             if (i + 1 == text.size()) digits = false;
@@ -375,6 +375,7 @@ void addTextFunctions(SqliteDatabase& database) {
     addFunction(database, "t_rtrim", 1, [](Call& call) { call.result(rightTrimmed(call.text(0))); });
     addFunction(database, "t_trim", 1, [](Call& call) { call.result(leftTrimmed(rightTrimmed(call.text(0)))); });
     addFunction(database, "t_left", 2, left);
+    addFunction(database, "t_cut", 2, left);
     addFunction(database, "t_right", 2, right);
     addFunction(database, "t_substring", 3, substring);
     addFunction(database, "t_replace", 3, replace);

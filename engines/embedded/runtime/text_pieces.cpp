@@ -5,6 +5,7 @@
 
 #include "engines/embedded/runtime/collation.h"
 #include "engines/embedded/runtime/function_support.h"
+#include "engines/embedded/runtime/row_table.h"
 #include "engines/embedded/runtime/utf16.h"
 
 namespace basalt::embedded {
@@ -33,31 +34,16 @@ struct Folded {
     }
 };
 
-// The rows of t_pieces.
-struct Cursor : sqlite3_vtab_cursor {
-    std::vector<std::string> pieces;
-    std::size_t at = 0;
+struct Pieces : RowTable {
+    explicit Pieces(void*) {}
+    // The triggers that keep the pieces read it, whoever has made the file.
+    static constexpr bool kInnocuous = true;
+    static std::string declaration() { return "CREATE TABLE x(value, source HIDDEN)"; }
+    static int bestIndex(sqlite3_index_info* info);
+    static void failed(const DatabaseError&) {}
 };
 
-Cursor& cursorOf(sqlite3_vtab_cursor* cursor) {
-    return *static_cast<Cursor*>(cursor);
-}
-
-int connect(sqlite3* database, void*, int, const char* const*, sqlite3_vtab** table, char**) {
-    const int code = sqlite3_declare_vtab(database, "CREATE TABLE x(value, source HIDDEN)");
-    if (code != SQLITE_OK) return code;
-    // The triggers that keep the pieces read it, whoever has made the file.
-    sqlite3_vtab_config(database, SQLITE_VTAB_INNOCUOUS);
-    *table = new sqlite3_vtab{};
-    return SQLITE_OK;
-}
-
-int disconnect(sqlite3_vtab* table) {
-    delete table;
-    return SQLITE_OK;
-}
-
-int bestIndex(sqlite3_vtab*, sqlite3_index_info* info) {
+int Pieces::bestIndex(sqlite3_index_info* info) {
     for (int i = 0; i < info->nConstraint; ++i) {
         const auto& constraint = info->aConstraint[i];
         if (constraint.iColumn != 1 || constraint.op != SQLITE_INDEX_CONSTRAINT_EQ || constraint.usable == 0) continue;
@@ -70,69 +56,26 @@ int bestIndex(sqlite3_vtab*, sqlite3_index_info* info) {
     return SQLITE_CONSTRAINT;
 }
 
-int openCursor(sqlite3_vtab*, sqlite3_vtab_cursor** cursor) {
-    *cursor = new Cursor();
-    return SQLITE_OK;
-}
+// The rows of t_pieces.
+struct PiecesCursor : RowCursor {
+    std::vector<std::string> pieces;
+    std::size_t at = 0;
 
-int closeCursor(sqlite3_vtab_cursor* cursor) {
-    delete static_cast<Cursor*>(cursor);
-    return SQLITE_OK;
-}
-
-int filter(sqlite3_vtab_cursor* cursor, int, const char*, int count, sqlite3_value** values) {
-    try {
-        Cursor& own = cursorOf(cursor);
-        own.pieces.clear();
-        own.at = 0;
-        if (count != 1 || sqlite3_value_type(values[0]) == SQLITE_NULL) return SQLITE_OK;
-        const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(values[0]));
-        if (text == nullptr) return SQLITE_NOMEM;
-        own.pieces = piecesOf({text, static_cast<std::size_t>(sqlite3_value_bytes(values[0]))});
-        return SQLITE_OK;
-    } catch (const std::bad_alloc&) {
-        return SQLITE_NOMEM;
+    void start(Pieces&, std::span<sqlite3_value* const> arguments) {
+        pieces.clear();
+        at = 0;
+        if (arguments.size() != 1 || sqlite3_value_type(arguments[0]) == SQLITE_NULL) return;
+        const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(arguments[0]));
+        if (text == nullptr) throw std::bad_alloc();
+        pieces = piecesOf({text, static_cast<std::size_t>(sqlite3_value_bytes(arguments[0]))});
     }
-}
-
-int advance(sqlite3_vtab_cursor* cursor) {
-    ++cursorOf(cursor).at;
-    return SQLITE_OK;
-}
-
-int atEnd(sqlite3_vtab_cursor* cursor) {
-    return cursorOf(cursor).at >= cursorOf(cursor).pieces.size() ? 1 : 0;
-}
-
-int column(sqlite3_vtab_cursor* cursor, sqlite3_context* context, int index) {
-    if (index != 0) return SQLITE_OK;
-    const std::string& piece = cursorOf(cursor).pieces[cursorOf(cursor).at];
-    sqlite3_result_blob64(context, piece.data(), piece.size(), SQLITE_TRANSIENT);
-    return SQLITE_OK;
-}
-
-int rowNumber(sqlite3_vtab_cursor* cursor, sqlite3_int64* number) {
-    *number = static_cast<sqlite3_int64>(cursorOf(cursor).at);
-    return SQLITE_OK;
-}
-
-const sqlite3_module& module() {
-    static const sqlite3_module made = [] {
-        sqlite3_module m{};
-        m.xConnect = connect;  // no xCreate: the table is there by itself and nowhere else
-        m.xDisconnect = disconnect;
-        m.xBestIndex = bestIndex;
-        m.xOpen = openCursor;
-        m.xClose = closeCursor;
-        m.xFilter = filter;
-        m.xNext = advance;
-        m.xEof = atEnd;
-        m.xColumn = column;
-        m.xRowid = rowNumber;
-        return m;
-    }();
-    return made;
-}
+    void advance() { ++at; }
+    [[nodiscard]] bool atEnd() const { return at >= pieces.size(); }
+    void column(int index, sqlite3_context* context) const {
+        if (index != 0) return;
+        sqlite3_result_blob64(context, pieces[at].data(), pieces[at].size(), SQLITE_TRANSIENT);
+    }
+};
 
 }  // namespace
 
@@ -172,8 +115,7 @@ std::optional<std::string> needleOf(std::string_view pattern) {
 }
 
 void addTextPieces(SqliteDatabase& database) {
-    const int code = sqlite3_create_module_v2(database.handle(), "t_pieces", &module(), nullptr, nullptr);
-    if (code != SQLITE_OK) throw database.failure(code);
+    addRowTable<Pieces, PiecesCursor>(database, "t_pieces", nullptr, nullptr);
     addFunction(database, "t_needle", 1, [](Call& call) {
         const std::optional<std::string> needle = needleOf(call.text(0));
         needle ? call.result(Value(Bytes(needle->begin(), needle->end()))) : call.resultNull();

@@ -203,6 +203,19 @@ void Executor::createView(const ast::Batch& batch, const ast::CreateViewStatemen
                                  std::to_string(i + 1) + ".",
                              batch.text, statement.name.range);
     }
+    std::vector<std::string> names;
+    for (const OutputColumn& column : query->columns)
+        names.push_back(statement.columns.empty() ? column.name : statement.columns[names.size()].text);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (std::none_of(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(i),
+                         [&](const std::string& other) { return sameName(other, names[i]); })) {
+            continue;
+        }
+        throw statementError(ErrorCategory::Syntax, 4506,
+                             "Column names in each view or function must be unique. Column name '" + names[i] +
+                                 "' in view or function '" + statement.name.last() + "' is specified more than once.",
+                             batch.text, statement.name.range);
+    }
     createModule(batch, statement, statement.name, statement.mode, ModuleKind::View);
 }
 
