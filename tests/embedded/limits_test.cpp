@@ -72,6 +72,12 @@ TEST_F(TooLarge, WhatIsLargeButNotTooLargeRuns) {
     EXPECT_EQ(integer("SELECT COUNT(*) FROM (SELECT 149999 AS A) X WHERE A IN (" + numbered("#", 150'000, ",") + ")"),
               1);
     EXPECT_EQ(integer("SELECT COUNT(*) FROM (" + numbered("SELECT # AS A", 400, " UNION ALL ") + ") X"), 400);
+    for (const int terms : {399, 400, 401, 799, 800, 801, 1001}) {
+        const std::string all = "(" + numbered("SELECT # AS A, N'x' AS B", terms, " UNION ALL ") + ") X";
+        EXPECT_EQ(integer("SELECT COUNT(*) FROM " + all + " WHERE B = N'X '"), terms);
+        EXPECT_EQ(integer("SELECT SUM(A) FROM " + all), terms * (terms - 1) / 2);
+    }
+    EXPECT_EQ(integer(numbered("SELECT # AS A", 500, " UNION ALL ") + " ORDER BY A"), 0);
     EXPECT_EQ(integer("SELECT " + repeated("(", 90) + "5" + repeated(")", 90)), 5);
     EXPECT_EQ(integer("SELECT LEN(N'" + std::string(2'000'000, 'x') + "')"), 2'000'000);
     EXPECT_EQ(integer(numbered("SELECT #", 3000, ";")), 2999);

@@ -7,6 +7,13 @@
 
 namespace basalt::embedded {
 
+namespace {
+
+constexpr std::string_view kUnionAll = "UNION ALL";
+constexpr std::size_t kMostTerms = 400;
+
+}  // namespace
+
 void SqlWriter::with(const std::vector<BoundCommonTable>& tables) {
     if (tables.empty()) return;
     // T-SQL has no word RECURSIVE; SQLite takes it for tables that are not recursive too.
@@ -66,13 +73,35 @@ void SqlWriter::body(const BoundBody& body) {
         *this << ")";
         return;
     }
+    if (body.operation == kUnionAll) return unionAll(body);
     // SQLite reads set operations from left to right, all of one rank.
     this->body(*body.left);
     *this << " " << body.operation << " ";
-    if (body.right->select != nullptr) return this->body(*body.right);
+    term(*body.right);
+}
+
+void SqlWriter::term(const BoundBody& body) {
+    if (body.select != nullptr) return this->body(body);
     *this << "SELECT * FROM (";
-    this->body(*body.right);
+    this->body(body);
     *this << ")";
+}
+
+// SQLite takes 500 terms in a row, so that more of them are joined in groups.
+void SqlWriter::unionAll(const BoundBody& body) {
+    std::vector<const BoundBody*> terms;
+    const BoundBody* first = &body;
+    for (; first->operation == kUnionAll; first = first->left.get())
+        terms.push_back(first->right.get());
+    std::reverse(terms.begin(), terms.end());
+    const bool grouped = terms.size() >= kMostTerms;
+    if (grouped) *this << "SELECT * FROM (";
+    this->body(*first);
+    for (std::size_t i = 0; i < terms.size(); ++i) {
+        *this << (grouped && (i + 1) % kMostTerms == 0 ? ") UNION ALL SELECT * FROM (" : " UNION ALL ");
+        term(*terms[i]);
+    }
+    if (grouped) *this << ")";
 }
 
 // The rows that come before or with the last one by their rank.

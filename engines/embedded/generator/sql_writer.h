@@ -53,6 +53,9 @@ private:
 
     void with(const std::vector<BoundCommonTable>& tables);
     void body(const BoundBody& body);
+    void unionAll(const BoundBody& body);
+    // A side of a set operation that is not its first.
+    void term(const BoundBody& body);
     // `more` are written behind the items, as k1, k2, ...
     void select(const BoundSelect& select, const std::vector<BoundOrdering>& more = {});
     void queryWithTies(const BoundQuery& query);
