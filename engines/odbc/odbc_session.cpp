@@ -19,7 +19,8 @@ public:
         for (const Value& value : values)
             parameters.addMarker(value);
         everyBatchTells_ = everyBatchTells_ || mayChangeImplicitTransactions(sql);
-        return execute(sql, parameters, everyBatchTells_ || mayChangeTransaction(sql));
+        const bool tells = everyBatchTells_ || mayChangeTransaction(sql);
+        return execute(sql, parameters, tells ? Effect::Unknown : Effect::None);
     }
 
     const ProcedureInfo& procedure(std::string_view name) {
@@ -34,7 +35,7 @@ public:
     CallResult call(std::string_view name, std::span<const Argument> arguments) {
         ProcedureCall call(procedure(name), name, arguments, connected().traits());
         try {
-            return call.finish(execute(call.text(), call.parameters(), true));
+            return call.finish(execute(call.text(), call.parameters(), Effect::Unknown));
         } catch (const DatabaseError&) {
             // Perhaps it was altered since it was described.
             procedures_.erase(foldName(name));
@@ -56,7 +57,7 @@ public:
             throw DatabaseError(ErrorCategory::Other, "25000", 3902,
                                 "there is no transaction to commit; nothing was saved");
         }
-        execute("COMMIT TRANSACTION");
+        execute("COMMIT TRANSACTION", Effect::Commits);
         --transactions_;
     }
 
@@ -83,6 +84,9 @@ public:
     [[nodiscard]] const ConnectionString& text() const { return text_; }
 
 private:
+    // What a request does to the transaction.
+    enum class Effect : std::uint8_t { None, Commits, Unknown };
+
     // Connects anew after a loss, once a request.
     Connection& connected() {
         tellLoss();
@@ -94,21 +98,21 @@ private:
         if (untoldLoss_) throw *std::exchange(untoldLoss_, std::nullopt);
     }
 
-    BatchResult execute(std::string_view sql) {
+    BatchResult execute(std::string_view sql, Effect effect = Effect::None) {
         Parameters none(connected().traits());
-        return execute(sql, none, false);
+        return execute(sql, none, effect);
     }
 
     // Every request passes here, and so one lost connection costs one request.
-    BatchResult execute(std::string_view sql, Parameters& parameters, bool mayChangeTransaction) {
+    BatchResult execute(std::string_view sql, Parameters& parameters, Effect effect) {
         try {
             BatchResult result = connected().execute(sql, parameters);
-            doubt(mayChangeTransaction);
+            doubt(effect);
             return result;
         } catch (const DatabaseError& error) {
             if (!connection_) throw;  // not even connected
-            doubt(mayChangeTransaction);
-            if (isLoss(error)) throwLoss(error);
+            doubt(effect);
+            if (isLoss(error)) throwLoss(error, effect);
             // An error may have ended the transaction, or left it so that it can only be rolled back.
             if (transactions_ > 0) askTransaction();
             throw;
@@ -116,8 +120,8 @@ private:
     }
 
     // The server is asked when somebody wants to know, not after each call of a procedure.
-    void doubt(bool mayChangeTransaction) {
-        uncertain_ = uncertain_ || (mayChangeTransaction && connection_->traits().speaksTransactSql);
+    void doubt(Effect effect) {
+        uncertain_ = uncertain_ || (effect == Effect::Unknown && connection_->traits().speaksTransactSql);
     }
 
     void setTransactions(std::int64_t count) {
@@ -129,9 +133,11 @@ private:
         return error.category() == ErrorCategory::Connection || connection_->isDead();
     }
 
-    [[noreturn]] void throwLoss(const DatabaseError& error) {
+    [[noreturn]] void throwLoss(const DatabaseError& error, Effect effect = Effect::None) {
         std::string context = "the connection to " + text_.publicParts() + " was lost";
-        if (uncertain_) {
+        if (effect == Effect::Commits) {
+            context += "; whether the transaction was saved before is not known";
+        } else if (uncertain_) {
             context += ", and with it the transaction if one was open";
         } else if (transactions_ > 0) {
             context += ", and the transaction with it";

@@ -61,6 +61,19 @@ TEST_F(FreeTds, aTransactionIsLostWithItsConnection) {
     EXPECT_THAT(sent(), ElementsAre("BEGIN TRANSACTION", "update T set A = 1", "BEGIN TRANSACTION"));
 }
 
+// The server may have done it before the connection went.
+TEST_F(FreeTds, whetherALostCommitWasDoneIsNotKnown) {
+    server_.answer(TdsReply().done());
+    server_.answerAndHangUp("");
+    session().begin();
+    EXPECT_STREQ(
+        errorOf([&] { session().commit(); }).what(),
+        "the connection to SERVER=127.0.0.1;Database=Basalt was lost; whether the transaction was saved before "
+        "is not known: Unexpected EOF from the server");
+    EXPECT_FALSE(session().inTransaction());
+    EXPECT_THAT(sent(), ElementsAre("BEGIN TRANSACTION", "COMMIT TRANSACTION"));
+}
+
 TEST_F(FreeTds, oneAttemptToConnectARequest) {
     server_.answerAndHangUp("");
     errorOf([&] { session().run("a"); });
