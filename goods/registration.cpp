@@ -230,6 +230,7 @@ void registerBarcodes(Registry& registry) {
         registry, "BarCodePriceSum", "amount", "The running sum of the barcodes that carry a price alone.",
         [] { return Datum(state::BarCodePriceSum); },
         [](FunctionCall& call) { state::BarCodePriceSum = call.amount("Value"); });
+    // First, so that a flag in a row of values means this one. For callers that have no function to give.
     registry.add(operation("After_Equal_Total_Price",
                            "Assigns or removes a handler of equal totals; tells how many it has been called for.",
                            {in("Assigned", "flag")}, "integer", [](FunctionCall& call) {
@@ -239,6 +240,10 @@ void registerBarcodes(Registry& registry) {
                                state::After_Equal_Total_Price = {};
                                if (call.flag("Assigned")) state::After_Equal_Total_Price = [] { ++calls; };
                            }));
+    addVariable(
+        registry, "After_Equal_Total_Price", "event", "What is called when a barcode's total is the invoice's.",
+        [] { return Datum::event(state::After_Equal_Total_Price); },
+        [](FunctionCall& call) { state::After_Equal_Total_Price = call.event("Value"); });
 }
 
 void registerBarcodeStore(Registry& registry) {

@@ -47,6 +47,12 @@ Datum Datum::record(Fields fields) {
     return datum;
 }
 
+Datum Datum::event(std::function<void()> handler) {
+    Datum datum;
+    if (handler) datum.value_ = std::make_shared<const std::function<void()>>(std::move(handler));
+    return datum;
+}
+
 Datum Datum::from(const Value& value) {
     struct Converter {
         Datum operator()(Null) const { return {}; }
@@ -99,6 +105,7 @@ std::string Datum::asText() const {
     if (const auto* flag = std::get_if<bool>(&value_)) return *flag ? "true" : "false";
     if (const auto* number = std::get_if<std::int64_t>(&value_)) return std::to_string(*number);
     if (const auto* decimal = std::get_if<Decimal>(&value_)) return decimal->toPlainString();
+    if (isEvent()) return "event";
     failReading<std::string>(*this, "a text");
 }
 
@@ -110,6 +117,12 @@ const Datum::List& Datum::asList() const {
 const Datum::Fields& Datum::asRecord() const {
     if (const auto* fields = std::get_if<Fields>(&value_)) return *fields;
     failReading<const Fields&>(*this, "a record");
+}
+
+std::function<void()> Datum::asEvent() const {
+    if (isNull()) return {};
+    if (const auto* handler = std::get_if<Event>(&value_)) return **handler;
+    failReading<std::function<void()>>(*this, "an event");
 }
 
 const Datum& Datum::operator[](std::string_view field) const {

@@ -4,6 +4,8 @@
 //   level["Code"].asInteger()
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -30,6 +32,8 @@ public:
     Datum(std::string value) : value_(std::move(value)) {}
     [[nodiscard]] static Datum list(List items);
     [[nodiscard]] static Datum record(Fields fields);
+    // What the other side is to call; null without a function. It has no text form that could be read back.
+    [[nodiscard]] static Datum event(std::function<void()> handler);
     [[nodiscard]] static Datum from(const Value& value);  // bytes as 0x..., dates as text
 
     [[nodiscard]] bool isNull() const { return std::holds_alternative<std::monostate>(value_); }
@@ -39,14 +43,16 @@ public:
     [[nodiscard]] bool isText() const { return std::holds_alternative<std::string>(value_); }
     [[nodiscard]] bool isList() const { return std::holds_alternative<List>(value_); }
     [[nodiscard]] bool isRecord() const { return std::holds_alternative<Fields>(value_); }
+    [[nodiscard]] bool isEvent() const { return std::holds_alternative<Event>(value_); }
 
     // Conversions between the plain kinds; a UsageError that shows the value when it cannot be read so.
     [[nodiscard]] bool asBool() const;             // true, false, 1, 0, "yes", "no", "true", "false", "-1"
     [[nodiscard]] std::int64_t asInteger() const;  // also decimal text
     [[nodiscard]] Extended asAmount() const;       // also text as StrToFloat_VRO reads it
-    [[nodiscard]] std::string asText() const;      // numbers in plain digits, null as the empty text
+    [[nodiscard]] std::string asText() const;      // numbers in plain digits, null as the empty text, "event"
     [[nodiscard]] const List& asList() const;
     [[nodiscard]] const Fields& asRecord() const;
+    [[nodiscard]] std::function<void()> asEvent() const;  // null as none
     // A field of a record, names compared without case; null when the record has no such field.
     [[nodiscard]] const Datum& operator[](std::string_view field) const;
 
@@ -58,7 +64,10 @@ public:
     bool operator==(const Datum&) const = default;
 
 private:
-    std::variant<std::monostate, bool, std::int64_t, Decimal, std::string, List, Fields> value_;
+    // Shared, so that copies are the same event.
+    using Event = std::shared_ptr<const std::function<void()>>;
+
+    std::variant<std::monostate, bool, std::int64_t, Decimal, std::string, List, Fields, Event> value_;
 };
 
 }  // namespace basalt

@@ -109,7 +109,7 @@ private:
 
 std::string Datum::toJson() const {
     if (isNull()) return "null";
-    if (isText()) return quotedJson(std::get<std::string>(value_));
+    if (isText() || isEvent()) return quotedJson(asText());
     if (isList()) {
         std::string text = "[";
         for (const Datum& item : asList()) {

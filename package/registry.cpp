@@ -54,6 +54,11 @@ bool FunctionCall::flag(std::string_view name) const {
     return reading(name, [&] { return value.asBool(); });
 }
 
+std::function<void()> FunctionCall::event(std::string_view name) const {
+    const Datum& value = argument(name);
+    return reading(name, [&] { return value.asEvent(); });
+}
+
 void FunctionCall::output(std::string_view name, Datum value) {
     for (auto& [given, kept] : outputs_) {
         if (sameName(given, name)) {

@@ -28,7 +28,7 @@ namespace basalt {
 
 struct FunctionParameter {
     std::string name;
-    std::string type;  // "integer", "amount", "text", "flag", "record", "list"
+    std::string type;  // "integer", "amount", "text", "flag", "record", "list", "event"
     bool input = true;
     bool output = false;
     std::vector<FunctionParameter> fields = {};  // of a record that goes in; none: whatever is given passes
@@ -79,6 +79,7 @@ public:
     [[nodiscard]] Extended amount(std::string_view name) const;
     [[nodiscard]] std::string text(std::string_view name) const;
     [[nodiscard]] bool flag(std::string_view name) const;
+    [[nodiscard]] std::function<void()> event(std::string_view name) const;  // null: none
     [[nodiscard]] const Datum& argument(std::string_view name) const;
 
     template <class Store>

@@ -22,6 +22,8 @@ void requireFitting(const FunctionParameter& parameter, const Datum& value) {
         (void)value.asAmount();
     } else if (parameter.type == "flag") {
         (void)value.asBool();
+    } else if (parameter.type == "event") {
+        (void)value.asEvent();
     } else if (parameter.type == "text") {
         (void)value.asText();
     }

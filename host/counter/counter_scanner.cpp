@@ -33,6 +33,23 @@ QString quoted(const std::string& name) {
     return QStringLiteral("«%1»").arg(QString::fromStdString(name));
 }
 
+// Hears of equal totals for one scan; who heard of them before does so again afterwards.
+class Listening {
+public:
+    Listening(ModuleCalls& calls, Datum handler) : calls_(calls), before_(calls("After_Equal_Total_Price", {}).result) {
+        set(std::move(handler));
+    }
+    ~Listening() { set(before_); }
+    Listening(const Listening&) = delete;
+    Listening& operator=(const Listening&) = delete;
+
+private:
+    void set(Datum handler) { (void)calls_("After_Equal_Total_Price", {{"Value", std::move(handler)}}); }
+
+    ModuleCalls& calls_;
+    Datum before_;
+};
+
 }  // namespace
 
 QString amountText(Extended amount) {
@@ -45,10 +62,11 @@ ScanReport CounterScanner::scan(const QString& typed, const ScanOptions& options
     const QString code = repairedScan(typed);
     if (!isPlainCode(code)) return {ScanMood::Refused, QStringLiteral("بارکد خوانا نیست: %1").arg(code)};
 
-    (void)calls_("After_Equal_Total_Price", {{"Assigned", true}});
+    bool equal = false;
     const Extended sumBefore = priceSum();
     ModuleReply reply;
     try {
+        const Listening listening(calls_, Datum::event([&equal] { equal = true; }));
         reply = calls_("FillGoodInfFromBarcode", {{"UseType", options.removing ? kDelete : kNew},
                                                   {"Barcode", code.toStdString()},
                                                   {"PerCode", std::to_string(options.person)},
@@ -58,7 +76,6 @@ ScanReport CounterScanner::scan(const QString& typed, const ScanOptions& options
         if (error.category() != ErrorCategory::Conversion) throw;
         return {ScanMood::Refused, QStringLiteral("بارکد %1 در جای عدد، نویسهٔ دیگری دارد.").arg(persianDigits(code))};
     }
-    const bool equal = calls_("After_Equal_Total_Price", {{"Assigned", false}}).result.asInteger() > 0;
     if (!reply.result.asBool()) return takeOwnBarcode(code, options);
     switch (reply["FormulType"].asInteger()) {
         case kGood:

@@ -15,6 +15,8 @@ QString typeTitle(const std::string& type) {
     if (type == "text") return QStringLiteral("متن");
     if (type == "record") return QStringLiteral("رکورد، به شکل {\"Code\": 3, \"Name\": \"…\"}");
     if (type == "list") return QStringLiteral("فهرست، به شکل [1, 2]");
+    if (type == "event")
+        return QStringLiteral("رویداد؛ تنها از درون برنامه داده می‌شود");
     return QString::fromStdString(type);
 }
 

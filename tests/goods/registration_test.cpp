@@ -33,6 +33,18 @@ protected:
         return made;
     }
 
+    // A barcode whose total is the invoice's.
+    void scanTotal() {
+        script.expect(
+            "SELECT * FROM   dbo.BarCodeFormul WHERE  DigitCount = 13 AND SUBSTRING('2500000125005' , "
+            "ConstantStart, ConstantCount) = ConstantCode  ",
+            layoutRows({{.ConstantCode = "25", .BarCodeType = 2, .PriceStart = 3, .PriceCount = 10}}));
+        const FunctionCall scan = call(
+            "FillGoodInfFromBarcode",
+            {{"UseType", 0}, {"Barcode", "2500000125005"}, {"PerCode", ""}, {"ItemCode", ""}, {"TotalPrice", 12500}});
+        EXPECT_EQ(scan.outputs()[0].second, Datum(2));
+    }
+
     Registry registry;
     ScriptedSession script;
     FakeHost host{script};
@@ -64,7 +76,8 @@ TEST_F(GoodsRegistration, listsEveryFunction) {
             "GetGoodInFromBarCode() integer", "Fi() text", "Fi(Value text)", "Weight() text", "Weight(Value text)",
             "BalanceNum() text", "BalanceNum(Value text)", "GoodCode() text", "GoodCode(Value text)", "Percode() text",
             "Percode(Value text)", "BarCodePriceSum() amount", "BarCodePriceSum(Value amount)",
-            "After_Equal_Total_Price(Assigned flag) integer", "BarCodeFormul_Get(DigitCount integer, Barcode text)",
+            "After_Equal_Total_Price(Assigned flag) integer", "After_Equal_Total_Price() event",
+            "After_Equal_Total_Price(Value event)", "BarCodeFormul_Get(DigitCount integer, Barcode text)",
             "GetCodeFromGoodInf(ByAbbName flag, Code text, out GoodCode integer) flag",
             "GoodInF_Valid_Code(Code text) flag", "GoodInf_SendToScale(Codes text, ScaleType integer)",
             "GoodInfo_ScaleAgent(GoodCode integer, Name1 text, Name2 text, Price integer, ItemType integer, "
@@ -141,22 +154,31 @@ TEST_F(GoodsRegistration, aUseThatIsNoneIsRefused) {
 }
 
 TEST_F(GoodsRegistration, equalTotalsAreCounted) {
-    const auto scanTotal = [this] {
-        script.expect(
-            "SELECT * FROM   dbo.BarCodeFormul WHERE  DigitCount = 13 AND SUBSTRING('2500000125005' , "
-            "ConstantStart, ConstantCount) = ConstantCode  ",
-            layoutRows({{.ConstantCode = "25", .BarCodeType = 2, .PriceStart = 3, .PriceCount = 10}}));
-        const FunctionCall scan = call(
-            "FillGoodInfFromBarcode",
-            {{"UseType", 0}, {"Barcode", "2500000125005"}, {"PerCode", ""}, {"ItemCode", ""}, {"TotalPrice", 12500}});
-        EXPECT_EQ(scan.outputs()[0].second, Datum(2));
-    };
     EXPECT_EQ(call("After_Equal_Total_Price", {{"Assigned", true}}).resultValue(), Datum(0));
     scanTotal();
     scanTotal();
     EXPECT_EQ(call("After_Equal_Total_Price", {{"Assigned", false}}).resultValue(), Datum(2));
     scanTotal();
     EXPECT_EQ(call("After_Equal_Total_Price", {{"Assigned", false}}).resultValue(), Datum(0));
+}
+
+TEST_F(GoodsRegistration, theHandlerOfEqualTotalsIsReadAndSetByItsName) {
+    EXPECT_TRUE(call("After_Equal_Total_Price", {}, 1).resultValue().isNull());
+    int equal = 0;
+    (void)call("After_Equal_Total_Price", {{"Value", Datum::event([&equal] { ++equal; })}}, 2);
+    scanTotal();
+    EXPECT_EQ(equal, 1);
+    const Datum handler = call("After_Equal_Total_Price", {}, 1).resultValue();
+    ASSERT_TRUE(handler.isEvent());
+    (void)call("After_Equal_Total_Price", {{"Value", Datum()}}, 2);
+    EXPECT_FALSE(state::After_Equal_Total_Price);
+    scanTotal();
+    EXPECT_EQ(equal, 1);
+    (void)call("After_Equal_Total_Price", {{"Value", handler}}, 2);
+    scanTotal();
+    EXPECT_EQ(equal, 2);
+    EXPECT_THROW((void)call("After_Equal_Total_Price", {{"Value", true}}, 2), UsageError);
+    EXPECT_TRUE(state::After_Equal_Total_Price);
 }
 
 TEST_F(GoodsRegistration, listsComeAsRecords) {

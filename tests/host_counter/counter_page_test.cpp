@@ -131,6 +131,21 @@ TEST_F(Counter, aTotalIsComparedWithTheInvoice) {
     EXPECT_EQ(takeMessages().size(), 1U);  // the module's own note
 }
 
+TEST_F(Counter, whoHeardOfEqualTotalsStillDoes) {
+    ModuleCalls calls(testedModule().registry());
+    int heard = 0;
+    (void)calls("After_Equal_Total_Price", {{"Value", Datum::event([&heard] { ++heard; })}});
+    scan("2900000125005");
+    scan("2500000125005");
+    EXPECT_EQ(mood(), "matched");
+    EXPECT_EQ(heard, 0);
+    (void)calls(
+        "FillGoodInfFromBarcode",
+        {{"UseType", 0}, {"Barcode", "2500000125005"}, {"PerCode", "0"}, {"ItemCode", ""}, {"TotalPrice", 12500}});
+    EXPECT_EQ(heard, 1);
+    (void)calls("After_Equal_Total_Price", {{"Value", Datum()}});
+}
+
 TEST_F(Counter, typingOnTheInvoiceIsAScan) {
     scan("2800105012507");
     auto& grid = control<QTableWidget>(*page, "Lines_GRD");

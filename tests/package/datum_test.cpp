@@ -97,6 +97,29 @@ INSTANTIATE_TEST_SUITE_P(Datum, MalformedJson,
                                            "\"\xDB\"", "1 2", "1e400", "123456789012345678901234567890123456789.5",
                                            std::string(100000, '['), std::string(65, '[') + std::string(65, ']')));
 
+TEST(Datum, anEventIsCalledByWhoGetsIt) {
+    int calls = 0;
+    const Datum event = Datum::event([&calls] { ++calls; });
+    const Datum copy = event;
+    EXPECT_TRUE(event.isEvent());
+    EXPECT_FALSE(event.isNull());
+    copy.asEvent()();
+    event.asEvent()();
+    EXPECT_EQ(calls, 2);
+    EXPECT_EQ(copy, event);
+    EXPECT_NE(Datum::event([] {}), event);
+    EXPECT_EQ(event.toJson(), "\"event\"");
+    EXPECT_EQ(event.asText(), "event");
+    EXPECT_THROW((void)event.asInteger(), UsageError);
+}
+
+TEST(Datum, noEventIsNull) {
+    EXPECT_TRUE(Datum::event({}).isNull());
+    EXPECT_FALSE(Datum().asEvent());
+    for (const Datum& none : {Datum(true), Datum("event"), Datum(0)})
+        EXPECT_THROW((void)none.asEvent(), UsageError) << none.toJson();
+}
+
 TEST(Datum, malformedJsonNamesThePlace) {
     try {
         (void)Datum::parseJson("{\"Code\": 3,}");
