@@ -35,6 +35,18 @@ struct StatementResult {
 struct BatchResult {
     std::vector<StatementResult> results;  // in the order of the statements
     std::vector<std::string> messages;     // PRINT and informational messages
+    // For each message how many results came before it, as far as the engine knows; the rest came before all.
+    std::vector<std::size_t> messagePlaces;
+
+    // A message that comes now, behind the results so far.
+    void say(std::string message) {
+        messagePlaces.resize(messages.size());
+        messagePlaces.push_back(results.size());
+        messages.push_back(std::move(message));
+    }
+    [[nodiscard]] std::size_t placeOf(std::size_t message) const {
+        return message < messagePlaces.size() ? messagePlaces[message] : 0;
+    }
 };
 
 // The error of a batch together with what its statements brought.

@@ -237,6 +237,7 @@ Json fromBatch(const BatchResult& batch) {
     }
     Json json = {{"results", std::move(results)}};
     if (!batch.messages.empty()) json["messages"] = fromTexts(batch.messages);
+    if (!batch.messagePlaces.empty()) json["messagePlaces"] = batch.messagePlaces;
     return json;
 }
 
@@ -310,6 +311,9 @@ BatchResult toBatch(const Json& json) {
         }
     }
     if (json.contains("messages")) batch.messages = toTexts(json.at("messages"));
+    if (json.contains("messagePlaces")) {
+        batch.messagePlaces = json.at("messagePlaces").get<std::vector<std::size_t>>();
+    }
     return batch;
 }
 

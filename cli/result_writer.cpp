@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -46,9 +47,14 @@ std::string jsonOf(const Value& value) {
 }  // namespace
 
 void ResultWriter::write(const BatchResult& batch) {
-    for (const std::string& message : batch.messages)
-        (format_ == ResultFormat::Table ? out_ : notes_) << message << '\n';
-    for (const StatementResult& result : batch.results) {
+    std::size_t told = 0;
+    const auto tell = [&](std::size_t results) {
+        for (; told < batch.messages.size() && batch.placeOf(told) <= results; ++told)
+            (format_ == ResultFormat::Table ? out_ : notes_) << batch.messages[told] << '\n';
+    };
+    for (std::size_t i = 0; i < batch.results.size(); ++i) {
+        tell(i);
+        const StatementResult& result = batch.results[i];
         if (result.rows) {
             if (format_ == ResultFormat::Table) writeTable(*result.rows);
             if (format_ == ResultFormat::Csv) writeCsv(*result.rows);
@@ -62,6 +68,7 @@ void ResultWriter::write(const BatchResult& batch) {
             }
         }
     }
+    tell(std::numeric_limits<std::size_t>::max());
     out_.flush();
 }
 

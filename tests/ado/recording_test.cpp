@@ -110,6 +110,7 @@ TEST_F(Recording, repeatsEveryKindOfCallExactly) {
     batch.results.push_back({.rows = std::nullopt, .affectedRows = 3});
     batch.results.push_back({.rows = makeRows(everyType(), {})});
     batch.messages = {"پیام", "\xFF"};
+    batch.messagePlaces = {1, 3};
     session.expectBatch("select N'یک'", {}, std::move(batch));
     const std::vector<Value> values = everyValue()[0];
     session.expectChange("update t set a = ?", values, 1);
@@ -142,6 +143,7 @@ TEST_F(Recording, repeatsEveryKindOfCallExactly) {
     EXPECT_FALSE(again.results[1].rows.has_value());
     expectSameRows(*again.results[2].rows, makeRows(everyType(), {}));
     EXPECT_EQ(again.messages, (std::vector<std::string>{"پیام", "\xFF"}));
+    EXPECT_EQ(again.messagePlaces, (std::vector<std::size_t>{1, 3}));
     EXPECT_FALSE(replay.inTransaction());
     replay.begin();
     EXPECT_TRUE(replay.inTransaction());

@@ -31,6 +31,20 @@ TEST_F(Interpreting, PrintsBecomeMessagesInTheirOrder) {
     EXPECT_TRUE(result.results.empty());
 }
 
+TEST_F(Interpreting, MessagesKnowTheirPlaceAmongTheResults) {
+    run("CREATE TABLE T(A int)");
+    run("CREATE PROCEDURE P AS PRINT 'c' SELECT 2 AS A RAISERROR('d', 0, 1)");
+    const BatchResult result = run("PRINT 'a' SELECT 1 PRINT 'b' EXEC P INSERT INTO T EXEC P PRINT 'e'");
+    EXPECT_THAT(result.messages, ElementsAre("a", "b", "c", "d", "c", "d", "e"));
+    EXPECT_THAT(result.messagePlaces, ElementsAre(0U, 1U, 1U, 2U, 2U, 2U, 3U));
+    BatchResult unknown;
+    unknown.messages = {"from another engine"};
+    unknown.results.resize(2);
+    unknown.say("later");
+    EXPECT_EQ(unknown.placeOf(0), 0U);
+    EXPECT_EQ(unknown.placeOf(1), 2U);
+}
+
 TEST_F(Interpreting, ResultsComeInTheOrderOfTheStatements) {
     run("CREATE TABLE T(A int)");
     run("CREATE PROCEDURE P AS SELECT 20 SELECT 30");

@@ -66,9 +66,8 @@ void Executor::checkIdentity(const ast::Batch& batch, const ast::CheckIdentitySt
         }
         guard.succeed();
         if (!statement.silent) {
-            into.messages.push_back(told + ".");
-            into.messages.emplace_back(
-                "DBCC execution completed. If DBCC printed error messages, contact your system administrator.");
+            into.say(told + ".");
+            into.say("DBCC execution completed. If DBCC printed error messages, contact your system administrator.");
         }
         state_.rowCount = 0;
         state_.error = 0;

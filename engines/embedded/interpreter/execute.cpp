@@ -498,7 +498,8 @@ void Interpreter::insertExecute(Activation& activation, const ast::InsertStateme
         throw;
     }
     activation.into = into;
-    std::ranges::move(produced.messages, std::back_inserter(into->messages));
+    for (std::string& message : produced.messages)
+        into->say(std::move(message));
     std::int64_t count = 0;
     const bool temporary = !statement.target.variable.empty() || statement.target.name.isTemporary();
     executor_.atomically(temporary, [&] {

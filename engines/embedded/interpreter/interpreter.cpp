@@ -91,6 +91,7 @@ void Interpreter::startAfresh() {
     outermost_ = nullptr;
     failedAt_.reset();
     located_ = nullptr;
+    functionFailed_ = false;
     tries_ = 0;
     calls_ = 0;
     statements_ = 0;

@@ -178,6 +178,7 @@ private:
     const void* located_ = nullptr;  // the error whose place is known
     int errorLine_ = 0;
     const Activation* unknownIn_ = nullptr;  // where it is that it is about a name that means nothing; null when not
+    bool functionFailed_ = false;            // the error that was located last is that of a function
     bool unknownEnds_ = false;               // with XACT_ABORT on: then the whole batch ends
     std::string errorProcedure_;
     std::uint64_t nextTableNumber_ = 0;

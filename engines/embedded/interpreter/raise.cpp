@@ -97,9 +97,10 @@ bool Interpreter::goesOn(Activation& activation, const ast::Statement& statement
         located_ = &error;
         errorLine_ = static_cast<int>(locate(activation.batch.text, statement.range.begin).line);
         errorProcedure_ = activation.procedure;
-        unknownIn_ = isUnknownName(error.nativeCode()) && dynamic_cast<const RaisedError*>(&error) == nullptr
-                         ? &activation
-                         : nullptr;
+        // What a function has failed with comes through SQLite, as an error of the statement that has called it.
+        const bool ofFunction = std::exchange(functionFailed_, activation.function != nullptr);
+        const bool unknown = isUnknownName(error.nativeCode()) && dynamic_cast<const RaisedError*>(&error) == nullptr;
+        unknownIn_ = unknown && !ofFunction ? &activation : nullptr;
         unknownEnds_ = executor_.state().abortOnError;
     }
     const bool procedureEnded = unknownIn_ != nullptr && unknownIn_ != &activation && !unknownEnds_;
@@ -191,7 +192,7 @@ Interpreter::Flow Interpreter::runTryCatch(Activation& activation, const ast::Tr
 }
 
 void Interpreter::print(Activation& activation, const ast::PrintStatement& statement) {
-    activation.into->messages.push_back(textOf(evaluate(activation, *statement.message)));
+    activation.into->say(textOf(evaluate(activation, *statement.message)));
     executor_.state().error = 0;
     executor_.state().rowCount = 0;
 }
@@ -218,7 +219,7 @@ void Interpreter::raise(Activation& activation, const ast::RaisErrorStatement& s
     const bool setsError = std::ranges::find(statement.options, "SETERROR") != statement.options.end();
     // Up to severity 10 it is a message, not an error.
     if (error.severity <= 10) {
-        activation.into->messages.push_back(error.message);
+        activation.into->say(error.message);
         executor_.state().error = setsError ? error.number : 0;
         executor_.state().rowCount = 0;
         return;

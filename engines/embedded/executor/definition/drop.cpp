@@ -1,4 +1,8 @@
 // DROP TABLE, VIEW, PROCEDURE, FUNCTION and INDEX; TRUNCATE TABLE.
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 #include "ado/names.h"
 #include "engines/embedded/catalog/included_columns.h"
 #include "engines/embedded/catalog/text_search.h"
@@ -158,6 +162,21 @@ void Executor::renameTemporary(const std::string& from, const std::string& to) {
         constraints.bind(1, std::string_view(foldName(to)));
         if (!hides) constraints.bind(2, std::string_view(from));
         constraints.run();
+        // So do those of indexes, which SQLite cannot rename.
+        SqliteStatement list = database_.prepare(
+            "SELECT name, sql FROM temp.sqlite_schema WHERE type = 'index' AND tbl_name = ?1 AND sql IS NOT NULL");
+        list.bind(1, std::string_view(to));
+        std::vector<std::pair<std::string, std::string>> indexes;
+        while (list.step())
+            indexes.emplace_back(list.textAt(0), list.textAt(1));
+        list.reset();
+        for (auto& [name, sql] : indexes) {
+            const std::string quoted = sqlQuoted(name);
+            const std::string renamed = hides ? to + " " + name : name.substr(std::min(name.size(), from.size() + 1));
+            database_.execute(("DROP INDEX temp." + quoted).c_str());
+            sql.replace(sql.find(quoted), quoted.size(), "temp." + sqlQuoted(renamed));
+            database_.execute(sql.c_str());
+        }
     });
     catalog_.invalidate();
 }
