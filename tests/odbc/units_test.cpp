@@ -7,6 +7,7 @@
 #include "engines/odbc/driver_traits.h"
 #include "engines/odbc/odbc_session.h"
 #include "engines/odbc/timestamps.h"
+#include "engines/odbc/transaction_words.h"
 #include "engines/odbc/utf16.h"
 
 namespace basalt::odbc {
@@ -168,6 +169,29 @@ TEST(Timestamps, aDatetimeIsRoundedToMilliseconds) {
     EXPECT_EQ(fromTimestamp(stamp, false), *parseDateTime("2024-03-20 23:59:59.9966666"));
     stamp.fraction = 3'333'333;
     EXPECT_EQ(fromTimestamp(stamp, true), *parseDateTime("2024-03-20 23:59:59.003"));
+}
+
+// Each such batch costs a question when somebody wants to know; one that is missed costs the truth.
+TEST(TransactionWords, areThoseThatBeginEndOrCall) {
+    for (const char* text : {"commit", "COMMIT TRAN", "begin transaction", "save tran A", "update T set A = 1 rollback",
+                             "exec P", "select 1;EXECUTE P", "insert into T exec('select 1')", "P", "dbo.P 1", "[P]",
+                             "\"P\"", "سند_بستن 5", "{call P(1)}", "{? = call P}", "; -- note\n/* note */ P",
+                             "/* /* nested */ */ P", "create procedure P as commit", "select N'commit'"}) {
+        EXPECT_TRUE(mayChangeTransaction(text)) << text;
+    }
+    for (const char* text :
+         {"", " ;\n", "-- exe", "/* open", "select 1", "SELECT[A] from T", "(select 1)", "update T set Committed = 1",
+          "select @commit, #tran, rollback_, execs", "declare @a int set @a = 1", "if 1 = 1 select 1",
+          "begin select 1 end", "with C as (select 1 as A) select A from C", "truncate table T", "drop table #t",
+          "print N'سند'", "set nocount on", "/* note */ select 1 -- note"}) {
+        EXPECT_FALSE(mayChangeTransaction(text)) << text;
+    }
+}
+
+TEST(TransactionWords, implicitTransactionsAreASettingOfTheirOwn) {
+    EXPECT_TRUE(mayChangeImplicitTransactions("set nocount on set IMPLICIT_TRANSACTIONS on"));
+    EXPECT_TRUE(mayChangeImplicitTransactions("set ansi_defaults on"));
+    EXPECT_FALSE(mayChangeImplicitTransactions("set ansi_nulls on begin tran"));
 }
 
 TEST(Utf16, roundTripAndDamage) {
