@@ -110,6 +110,15 @@ std::string RowWriter::condition(const Target& target, std::size_t row, const st
             values.push_back(value);
         }
     };
+    // Comparisons of texts see neither case nor trailing blanks nor joiners, which are what a correction may change.
+    const auto compareExactly = [&](const std::string& column, const Value& value) {
+        if (!std::holds_alternative<std::string>(value)) return compare(column, value);
+        const auto bytes = [](const std::string& of) {
+            return "CAST(CAST(" + of + " AS nvarchar(max)) AS varbinary(max))";
+        };
+        text += (text.empty() ? " WHERE " : " AND ") + bytes(quotedName(column)) + " = " + bytes("?");
+        values.push_back(value);
+    };
     const std::vector<std::string>& key = connection_.table(target.table).key;
     if (key.empty()) fail("the table " + target.table + " has no primary key, so its rows cannot be told apart");
     for (const std::string& column : key) {
@@ -129,7 +138,7 @@ std::string RowWriter::condition(const Target& target, std::size_t row, const st
         const bool inKey =
             std::any_of(key.begin(), key.end(), [&](const std::string& name) { return sameName(name, column); });
         if (inKey || !comparable(rows_.column(change.column).info())) continue;
-        compare(column, rows_.column(change.column).valueAt(row));
+        compareExactly(column, rows_.column(change.column).valueAt(row));
     }
     return text;
 }

@@ -1,11 +1,11 @@
 // Writes one record of a data set back to its table.
 //
 //   RowWriter writer(connection, "CostLevelGet_QUR", rows, statement);
-//   writer.update(row, {{nameColumn, "عمده"}});     UPDATE [CostLevel] SET [Name] = ? WHERE [Code] = ? AND [Name] = ?
+//   writer.update(row, {{rateColumn, rate}});     UPDATE [CostLevel] SET [Rate] = ? WHERE [Code] = ? AND [Rate] = ?
 //
 // The table is the one to which the changed columns belong; its primary key must be among the columns. UsageError when
 // the rows cannot be written back, before anything is sent. DatabaseError (Conflict) when the row is not as it was
-// read.
+// read; texts are compared to the letter.
 #pragma once
 
 #include <optional>

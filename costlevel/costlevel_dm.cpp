@@ -162,8 +162,8 @@ bool TCostLevel_DM::deleteDiscountLevel(int code) {
 
 bool TCostLevel_DM::deleteRows(int code, TSoftwarePart part, TCostType costType) {
     if (!MsgDeleteRow()) return false;
-    Transaction transaction(connection());
     try {
+        Transaction transaction(connection());
         SetUserEvent(part, prDelete, decimalText(code), true, false);
         if (costType == ctPriceLevel) {
             // The column that the price report kept for this level.
@@ -175,9 +175,8 @@ bool TCostLevel_DM::deleteRows(int code, TSoftwarePart part, TCostType costType)
         transaction.commit();
         return true;
     } catch (const DatabaseError&) {
-        // The server refuses a level that other rows refer to; whatever failed, nothing of the delete is kept. The
-        // rollback comes first: as long as the message waits for its answer, other clients would wait for the locks.
-        transaction.rollback();
+        // The server refuses a level that other rows refer to; whatever failed, nothing of the delete is kept. It was
+        // rolled back before the message: as long as that waits for its answer, other clients would wait for the locks.
         MsgHasSubRecords("سطر");
         return false;
     }

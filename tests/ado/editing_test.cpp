@@ -72,8 +72,10 @@ TEST_F(Editing, updatesWhatChangedKeyedByKeyAndOldValues) {
     field("Name") = "نو";
     EXPECT_EQ(field("Name").AsString(), "نو");
     EXPECT_TRUE(query.Modified());
-    session.expectChange("UPDATE [CostLevel] SET [Name] = ? WHERE [CostType] = ? AND [Code] = ? AND [Name] = ?",
-                         {text("نو"), integer(1), integer(1), text("عمده")}, 1);
+    session.expectChange(
+        "UPDATE [CostLevel] SET [Name] = ? WHERE [CostType] = ? AND [Code] = ? AND CAST(CAST([Name] AS nvarchar(max)) "
+        "AS varbinary(max)) = CAST(CAST(? AS nvarchar(max)) AS varbinary(max))",
+        {text("نو"), integer(1), integer(1), text("عمده")}, 1);
     query.Post();
     EXPECT_EQ(query.State(), dsBrowse);
     EXPECT_EQ(field("Name").AsString(), "نو");
@@ -96,7 +98,8 @@ TEST_F(Editing, writesNullIntoBinaryColumnsByItsName) {
     field("Image").Clear();
     field("Note").Clear();
     session.expectChange(
-        "UPDATE [Picture] SET [Image] = NULL, [Note] = ? WHERE [Code] = ? AND [Image] = ? AND [Note] = ?",
+        "UPDATE [Picture] SET [Image] = NULL, [Note] = ? WHERE [Code] = ? AND [Image] = ? AND CAST(CAST([Note] AS "
+        "nvarchar(max)) AS varbinary(max)) = CAST(CAST(? AS nvarchar(max)) AS varbinary(max))",
         {Null{}, integer(7), Bytes{1, 2}, text("a")}, 1);
     query.Post();
     EXPECT_TRUE(field("Image").IsNull());
@@ -117,7 +120,8 @@ TEST_F(Editing, comparesOldNullsWithIsNullAndWritesNulls) {
     field("Rate") = 3;
     field("Name").Clear();
     session.expectChange(
-        "UPDATE [CostLevel] SET [Name] = ?, [Rate] = ? WHERE [CostType] = ? AND [Code] = ? AND [Name] = ? AND [Rate] "
+        "UPDATE [CostLevel] SET [Name] = ?, [Rate] = ? WHERE [CostType] = ? AND [Code] = ? AND CAST(CAST([Name] AS "
+        "nvarchar(max)) AS varbinary(max)) = CAST(CAST(? AS nvarchar(max)) AS varbinary(max)) AND [Rate] "
         "IS NULL",
         {Null{}, Decimal(300, 2), integer(1), integer(2), text("تک")}, 1);
     query.Post();
@@ -149,8 +153,10 @@ TEST_F(Editing, sendsNothingWhenNothingChanged) {
 TEST_F(Editing, lostUpdateIsAConflictAndKeepsWhatWasTyped) {
     query.Edit();
     field("Name") = "نو";
-    session.expectChange("UPDATE [CostLevel] SET [Name] = ? WHERE [CostType] = ? AND [Code] = ? AND [Name] = ?",
-                         {text("نو"), integer(1), integer(1), text("عمده")}, 0);
+    session.expectChange(
+        "UPDATE [CostLevel] SET [Name] = ? WHERE [CostType] = ? AND [Code] = ? AND CAST(CAST([Name] AS nvarchar(max)) "
+        "AS varbinary(max)) = CAST(CAST(? AS nvarchar(max)) AS varbinary(max))",
+        {text("نو"), integer(1), integer(1), text("عمده")}, 0);
     EXPECT_EQ(categoryOf([&] { query.Post(); }), ErrorCategory::Conflict);
     EXPECT_EQ(query.State(), dsEdit);
     EXPECT_EQ(field("Name").AsString(), "نو");
@@ -352,8 +358,10 @@ TEST_F(Editing, acceptsEveryKindOfValue) {
 TEST_F(Editing, leavingARecordPostsItsChanges) {
     query.Edit();
     field("Name") = "نو";
-    session.expectChange("UPDATE [CostLevel] SET [Name] = ? WHERE [CostType] = ? AND [Code] = ? AND [Name] = ?",
-                         {text("نو"), integer(1), integer(1), text("عمده")}, 1);
+    session.expectChange(
+        "UPDATE [CostLevel] SET [Name] = ? WHERE [CostType] = ? AND [Code] = ? AND CAST(CAST([Name] AS nvarchar(max)) "
+        "AS varbinary(max)) = CAST(CAST(? AS nvarchar(max)) AS varbinary(max))",
+        {text("نو"), integer(1), integer(1), text("عمده")}, 1);
     query.Next();
     EXPECT_EQ(query.State(), dsBrowse);
     EXPECT_EQ(query.RecNo(), 2);
@@ -428,7 +436,8 @@ TEST_F(Editing, beforePostMayAssignOrRefuse) {
     query.Edit();
     field("Name") = "نو";
     session.expectChange(
-        "UPDATE [CostLevel] SET [Name] = ?, [Rate] = ? WHERE [CostType] = ? AND [Code] = ? AND [Name] = ? AND [Rate] = "
+        "UPDATE [CostLevel] SET [Name] = ?, [Rate] = ? WHERE [CostType] = ? AND [Code] = ? AND CAST(CAST([Name] AS "
+        "nvarchar(max)) AS varbinary(max)) = CAST(CAST(? AS nvarchar(max)) AS varbinary(max)) AND [Rate] = "
         "?",
         {text("نو"), Decimal(100, 2), integer(1), integer(1), text("عمده"), Decimal(1250, 2)}, 1);
     query.Post();

@@ -394,14 +394,18 @@ TEST_F(CostLevelEditor, savesAPriceLevel) {
     control<QLineEdit>(*editor, "Name_EDT").setText("نمایندگان");
     const char* const lookup = "select Name from CostLevel where Name = 'نمایندگان' and Code <> 4  AND CostType = 1";
     script.expect(lookup, nameRows({}));
-    script.expectChange("UPDATE [CostLevel] SET [Name] = ? WHERE [CostType] = ? AND [Code] = ? AND [Name] = ?",
-                        {std::string("نمایندگان"), std::int64_t{1}, std::int64_t{4}, std::string("نمایندگی")}, 1);
+    script.expectChange(
+        "UPDATE [CostLevel] SET [Name] = ? WHERE [CostType] = ? AND [Code] = ? AND CAST(CAST([Name] AS nvarchar(max)) "
+        "AS varbinary(max)) = CAST(CAST(? AS nvarchar(max)) AS varbinary(max))",
+        {std::string("نمایندگان"), std::int64_t{1}, std::int64_t{4}, std::string("نمایندگی")}, 1);
     control<FakeButton>(*editor, "Save_BTN").Click();
-    EXPECT_THAT(host.calls,
-                ElementsAre(lookup,
-                            "UPDATE [CostLevel] SET [Name] = ? WHERE [CostType] = ? AND [Code] = ? AND [Name] = ? | "
-                            "نمایندگان | 1 | 4 | نمایندگی",
-                            "SetUserEvent(114, 2, '4', false, true)"));
+    EXPECT_THAT(
+        host.calls,
+        ElementsAre(lookup,
+                    "UPDATE [CostLevel] SET [Name] = ? WHERE [CostType] = ? AND [Code] = ? AND CAST(CAST([Name] AS "
+                    "nvarchar(max)) AS varbinary(max)) = CAST(CAST(? AS nvarchar(max)) AS varbinary(max)) | "
+                    "نمایندگان | 1 | 4 | نمایندگی",
+                    "SetUserEvent(114, 2, '4', false, true)"));
 }
 
 TEST_F(CostLevelEditor, savesADiscountLevel) {
@@ -420,8 +424,10 @@ TEST_F(CostLevelEditor, failedSaveIsNotLogged) {
     const auto editor = editPriceLevel();
     control<QLineEdit>(*editor, "Name_EDT").setText("نمایندگان");
     script.expect("select Name from CostLevel where Name = 'نمایندگان' and Code <> 4  AND CostType = 1", nameRows({}));
-    script.expectChange("UPDATE [CostLevel] SET [Name] = ? WHERE [CostType] = ? AND [Code] = ? AND [Name] = ?",
-                        {std::string("نمایندگان"), std::int64_t{1}, std::int64_t{4}, std::string("نمایندگی")}, 0);
+    script.expectChange(
+        "UPDATE [CostLevel] SET [Name] = ? WHERE [CostType] = ? AND [Code] = ? AND CAST(CAST([Name] AS nvarchar(max)) "
+        "AS varbinary(max)) = CAST(CAST(? AS nvarchar(max)) AS varbinary(max))",
+        {std::string("نمایندگان"), std::int64_t{1}, std::int64_t{4}, std::string("نمایندگی")}, 0);
     EXPECT_THROW(control<FakeButton>(*editor, "Save_BTN").Click(), DatabaseError);
     EXPECT_THAT(host.calls, ::testing::Not(::testing::Contains("SetUserEvent(114, 2, '4', false, true)")));
 }

@@ -57,6 +57,22 @@ TEST_F(LevelsOnDemo, aLevelChangedMeanwhileIsAConflictHoweverOftenItIsSaved) {
     EXPECT_EQ(nameOf(5), "از دیگری");
 }
 
+// Texts that the database takes for equal, and that another user has corrected all the same.
+TEST_F(LevelsOnDemo, aCorrectionThatOnlyAReaderSeesIsAChange) {
+    const std::pair<const char*, const char*> corrections[] = {
+        {"level abc", "level ABC"}, {"level abc", "level abc  "}, {"میشود", "می\u200cشود"}};
+    for (const auto& [before, after] : corrections) {
+        run(std::string("UPDATE CostLevel SET Name = N'") + before + "' WHERE CostType = 1 AND Code = 5");
+        auto editor = edit(5);
+        run(*editor, [&] {
+            run(std::string("UPDATE CostLevel SET Name = N'") + after + "' WHERE CostType = 1 AND Code = 5");
+            rename(*editor, QStringLiteral("از من"));
+            saveIntoConflict(*editor);
+        });
+        EXPECT_EQ(nameOf(5), after);
+    }
+}
+
 TEST_F(LevelsOnDemo, aNameThatWasTooLongDoesNotHideTheOthersChange) {
     auto editor = edit(5);
     run(*editor, [&] {
