@@ -40,9 +40,6 @@ BusyNotice::BusyNotice(Session& session)
     // Escape rejects the window, which is the same wish.
     QObject::connect(cancel, &QPushButton::clicked, &window_, &QDialog::reject);
     QObject::connect(&window_, &QDialog::rejected, this, [this] { cancelled_ = !session_.inTransaction(); });
-    over_.setSingleShot(true);
-    over_.setInterval(kPauseMilliseconds);
-    QObject::connect(&over_, &QTimer::timeout, &window_, &QWidget::hide);
     if (requests_) requests_->onProgress([this] { return goOn(); });
 }
 
@@ -62,12 +59,27 @@ bool BusyNotice::goOn() {
     if (!asked_.isValid() || asked_.elapsed() > kPauseMilliseconds || cancelled_) begin();
     if (began_.elapsed() >= patience_ && painted_.elapsed() >= std::min(kBetweenTurnsMilliseconds, patience_)) {
         show();
+        inTurn_ = true;
         QApplication::processEvents(QEventLoop::X11ExcludeTimers);
+        inTurn_ = false;
         painted_.restart();
-        over_.start();
+        goWhenOver();
     }
     asked_.restart();
     return !cancelled_;
+}
+
+// Events come again when the request is over, this one before the keys that were pressed meanwhile: they are meant for
+// the windows behind.
+void BusyNotice::goWhenOver() {
+    if (leaving_) return;
+    leaving_ = true;
+    QMetaObject::invokeMethod(this, &BusyNotice::go, Qt::QueuedConnection);
+}
+
+void BusyNotice::go() {
+    leaving_ = false;
+    if (!inTurn_) window_.hide();
 }
 
 void BusyNotice::show() {

@@ -11,7 +11,6 @@
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QLabel>
-#include <QTimer>
 
 #include "ado/progress.h"
 #include "ado/session.h"
@@ -32,18 +31,21 @@ private:
     [[nodiscard]] bool goOn();
     void begin();
     void show();
+    void goWhenOver();
+    void go();
 
     Session& session_;
     InterruptibleSession* requests_;
     QDialog window_;
     QLabel* text_;
     QWidget* cancel_;
-    QTimer over_;
     QElapsedTimer began_;
     QElapsedTimer asked_;    // since the last question of the request
     QElapsedTimer painted_;  // since the windows were last given their turn
     int patience_;
     bool cancelled_ = false;
+    bool inTurn_ = false;   // the windows have theirs
+    bool leaving_ = false;  // go() is on its way
 };
 
 }  // namespace basalt::host

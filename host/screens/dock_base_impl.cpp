@@ -67,6 +67,7 @@ TSmartButton_VRO* DockBaseImpl::AddButton(const std::string& objectName, const s
         button->OnClick = [this] {
             if (grid_) grid_->print();
         };
+    if (actsOnRow(role)) button->setGate([this] { return rowsAreFound(); });
     if (role == TListButton::Delete) button->setLook(SmartButton::Look::Danger);
     if (role == (screen_.Mode() == fmSelect ? TListButton::Select : TListButton::Edit))
         button->setLook(SmartButton::Look::Primary);
@@ -89,7 +90,8 @@ void DockBaseImpl::SetGrid(TSmartDBGrid_VRO* grid) {
 }
 
 void DockBaseImpl::SetSearchManager(TVaroSearchManager* manager) {
-    if (auto* own = dynamic_cast<SearchManager*>(manager)) own->onSearched = [this] { EnableButtons(); };
+    searches_ = dynamic_cast<SearchManager*>(manager);
+    if (searches_) searches_->onSearched = [this] { EnableButtons(); };
 }
 
 // What can be done with the whole list stands beside the title, so that it is found without the context menu.
@@ -148,7 +150,7 @@ bool DockBaseImpl::enterPressed() {
     if (!grid_ || !focused) return false;
     if (!grid_->isAncestorOf(focused)) {
         // From the search on to what it found.
-        grid_->setFocus();
+        if (rowsAreFound()) grid_->setFocus();
         return true;
     }
     for (const Button& entry : buttons_)

@@ -41,6 +41,8 @@ private:
     };
 
     [[nodiscard]] bool enterPressed();
+    // The rows are those of what was typed last. False when they could not be had.
+    [[nodiscard]] bool rowsAreFound() { return !searches_ || searches_->finishTyping(); }
     [[nodiscard]] std::vector<QString> headerLines() const;
     void addGridTools();
     void restoreLayout();
@@ -58,6 +60,7 @@ private:
     QPointer<SmartGrid> grid_;
     QPointer<SelectionSummary> summary_;
     TSearchFrame* firstSearch_ = nullptr;
+    SearchManager* searches_ = nullptr;
 };
 
 }  // namespace basalt::host

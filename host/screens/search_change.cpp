@@ -27,6 +27,16 @@ void SearchChange::changed() {
     if (!muted_) tell();
 }
 
+bool SearchChange::finish() {
+    if (!pause_.isActive()) return true;
+    bool told = false;
+    context_.guarded(&frame_, [this, &told] {
+        tellNow();
+        told = true;
+    });
+    return told;
+}
+
 void SearchChange::tell() {
     context_.guarded(&frame_, [this] { tellNow(); });
 }

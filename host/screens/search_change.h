@@ -20,6 +20,8 @@ public:
     void changed();  // in one step
     // Tells at once, and lets errors pass to a caller that has something to put back.
     void tellNow();
+    // What still waits for a pause in the typing is told now. False when that failed, which the user was shown.
+    [[nodiscard]] bool finish();
     // Changes made meanwhile are not told.
     [[nodiscard]] bool isMuted() const { return muted_; }
     void mute(bool on) { muted_ = on; }

@@ -1,5 +1,7 @@
 #include "host/screens/search_manager.h"
 
+#include <algorithm>
+
 #include "ado/error.h"
 #include "host/screens/range_search_frame.h"
 #include "host/screens/search_change.h"
@@ -13,6 +15,13 @@ void SearchManager::AddFrame(TSearchFrame* frame) {
         link->change().setManager([this] { ExecuteFilter_DataSet(); });
     if (auto* range = dynamic_cast<RangeSearchFrame*>(frame))
         range->setFields([this](const std::string& field) { return isField(field); });
+}
+
+bool SearchManager::finishTyping() {
+    return std::all_of(frames_.begin(), frames_.end(), [](TSearchFrame* frame) {
+        auto* link = dynamic_cast<SearchFrameLink*>(frame);
+        return !link || link->change().finish();
+    });
 }
 
 // As far as is known: a list that is closed tells nothing of its fields.

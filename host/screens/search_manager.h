@@ -21,6 +21,10 @@ public:
     void AddFrame(TSearchFrame* frame) override;
     void ExecuteFilter_DataSet() override;
 
+    // Runs a search that waits for a pause in the typing, so that what is done next is done to its rows. False when it
+    // failed, which the user was shown.
+    [[nodiscard]] bool finishTyping();
+
     // Told after each search, before AfterSearch.
     std::function<void()> onSearched;
 

@@ -62,7 +62,7 @@ void SmartButton::showCaption() {
 }
 
 void SmartButton::Click() {
-    if (!isEnabled()) return;
+    if (!isEnabled() || (gate_ && !gate_()) || !isEnabled()) return;
     context_.guarded(this, [this] {
         if (onSave_) {
             onSave_(saveKind_);
@@ -80,6 +80,10 @@ void SmartButton::setLook(Look look) {
 
 void SmartButton::setSaveHandler(std::function<void(TSaveKind)> handler) {
     onSave_ = std::move(handler);
+}
+
+void SmartButton::setGate(std::function<bool()> gate) {
+    gate_ = std::move(gate);
 }
 
 void SmartButton::SetSaveMode(int mode) {

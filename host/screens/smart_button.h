@@ -29,6 +29,8 @@ public:
     void setLook(Look look);
     // What the plain button does, and the handler of all variants; the plain click then no longer calls OnClick.
     [[nodiscard]] TSaveKind saveKind() const { return saveKind_; }
+    // Asked before a click acts; it may change what is enabled, and false lets nothing happen.
+    void setGate(std::function<bool()> gate);
     void setSaveHandler(std::function<void(TSaveKind)> handler);
 
 protected:
@@ -49,6 +51,7 @@ private:
     QToolButton* variants_ = nullptr;
     QMenu* menu_ = nullptr;
     TSaveKind saveKind_ = TSaveKind::Save;
+    std::function<bool()> gate_;
     std::function<void(TSaveKind)> onSave_;
 };
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QtTest>
@@ -60,6 +61,20 @@ TEST_F(Busy, aLongRequestCanBeGivenUp) {
     QTRY_VERIFY_WITH_TIMEOUT(notice() == nullptr, 2000);
     // The session works on, and the next request is not given up.
     EXPECT_EQ(session->run("SELECT COUNT(*) FROM N WHERE X = 1").results.size(), 1U);
+}
+
+TEST_F(Busy, itIsGoneBeforeTheKeysThatWerePressedMeanwhile) {
+    QLineEdit behind;
+    behind.show();
+    behind.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&behind));
+    WhenBusy shown([](QWidget&) {});
+    session->run("SELECT COUNT(*) FROM N AS A CROSS JOIN N AS B CROSS JOIN (SELECT TOP 30 X FROM N) AS C");
+    EXPECT_GT(shown.times, 0);
+    EXPECT_NE(notice(), nullptr);
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(notice(), nullptr);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
 TEST_F(Busy, whatIsWrittenOffersNoCancel) {

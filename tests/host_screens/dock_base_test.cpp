@@ -140,6 +140,41 @@ TEST_F(DockBases, aSearchEnablesTheButtonsAgain) {
     }});
 }
 
+// After a slow search further letters wait for a pause in the typing; Enter does not.
+TEST_F(DockBases, aSearchThatWaitsIsRunBeforeItsRowsAreTaken) {
+    auto screen = made(fmSelect);
+    int searches = 0;
+    run(*screen, {[&] {
+        auto* input = control<QLineEdit>(*screen, "TGeneral_Search_Frame1_EDT");
+        screen->search->OnChange = [&] {
+            ++searches;
+            if (searches == 1) QTest::qSleep(200);
+            screen->manager->ExecuteFilter_DataSet();
+        };
+        session.expect("SELECT * FROM (select rows) AS T WHERE [Name] LIKE N'%x%'", priceRows({{1, "x", {}}}));
+        type(input, QStringLiteral("x"));
+        type(input, QStringLiteral("y"));
+        EXPECT_EQ(searches, 1);
+        session.expect("SELECT * FROM (select rows) AS T WHERE [Name] LIKE N'%xy%'", priceRows({}));
+        QTest::keyClick(input, Qt::Key_Return);
+        EXPECT_EQ(searches, 2);
+        EXPECT_TRUE(screen->isVisible()) << "there is no row to select";
+        EXPECT_EQ(handled(), Calls{});
+
+        searches = 0;
+        session.expect("SELECT * FROM (select rows) AS T WHERE [Name] LIKE N'%xyz%'", priceRows({{2, "xyz", {}}}));
+        type(input, QStringLiteral("z"));
+        type(input, QStringLiteral("!"));
+        session.expectError("SELECT * FROM (select rows) AS T WHERE [Name] LIKE N'%xyz!%'",
+                            DatabaseError(ErrorCategory::Busy, "HYT00", 1222, "locked"));
+        session.expect("SELECT * FROM (select rows) AS T WHERE [Name] LIKE N'%xyz%'", priceRows({{2, "xyz", {}}}));
+        messages.expect("DatabaseError");
+        QTest::keyClick(input, Qt::Key_Return);
+        EXPECT_EQ(searches, 2);
+        EXPECT_EQ(handled(), Calls{}) << "nothing is taken of a list that could not be searched";
+    }});
+}
+
 TEST_F(DockBases, anErrorOfAHandlerIsAMessageAndTheScreenLivesOn) {
     auto screen = made(fmBrowse);
     screen->onHandler = [] { throw DatabaseError(ErrorCategory::Connection, "08S01", 10054, "connection lost"); };
