@@ -158,7 +158,19 @@ private:
         return format;
     }
 
+    // A spreadsheet chooses by the sign before it rounds, and would show a "-0".
+    lxw_format* roundedAwayFormat(std::size_t column) {
+        const std::string& pattern = table_.columns()[column].displayFormat;
+        const std::size_t zero = pattern.rfind(';');
+        if (std::count(pattern.begin(), pattern.end(), ';') != 2) return numberFormat(column, 0);
+        const std::string shown = spreadsheetFormat(pattern.substr(zero + 1), 0);
+        return shared(shown + ";" + shown + ";" + shown);
+    }
+
     lxw_format* numberFormat(std::size_t column, const Decimal& number) {
+        if (number.coefficient() < 0 && number.scale() > places_[column] &&
+            number.rescaled(places_[column]).coefficient() == 0)
+            return roundedAwayFormat(column);
         if (places_[column] == 0) return numberFormat(column, 0);
         const Decimal rounded = number.scale() > places_[column] ? number.rescaled(places_[column]) : number;
         return numberFormat(column, decimalsOf(rounded));

@@ -119,13 +119,13 @@ TEST_F(TableOutput, aWorkbookHoldsPricesOfTheColumnsScaleAsNumbers) {
 TEST_F(TableOutput, aWholeNumberHasNoPointInAWorkbook) {
     Table table = sample();
     table.rows.clear();
-    for (const char* price : {"230000.000000000", "7", "0.5", "12.345678", "99.999", "-3.25"})
+    for (const char* price : {"230000.000000000", "7", "0.5", "12.345678", "99.999", "-3.25", "-0.004", "-0.005"})
         table.rows.push_back({std::int64_t{1}, std::string("کالا"), *Decimal::parse(price), Value{}});
     const QString path = folder.filePath("t.xlsx");
     writeWorkbook(table, path);
     const auto files = unzipped(contents(path));
     const std::string& styles = files.at("xl/styles.xml");
-    EXPECT_TRUE(holds(styles, "numFmts count=\"3\"")) << styles;
+    EXPECT_TRUE(holds(styles, "numFmts count=\"4\"")) << styles;
     EXPECT_TRUE(holds(styles, "\"#,##0;-#,##0;0\""));
     EXPECT_TRUE(holds(styles, "\"#,##0.0;-#,##0.0;0\""));
     EXPECT_TRUE(holds(styles, "\"#,##0.00;-#,##0.00;0\""));
@@ -140,6 +140,10 @@ TEST_F(TableOutput, aWholeNumberHasNoPointInAWorkbook) {
     EXPECT_NE(style("C4"), style("C2"));
     EXPECT_EQ(style("C7"), style("C5"));
     EXPECT_EQ(style("C6"), style("C2")) << "as rounded";
+    // What is rounded to zero has no sign.
+    EXPECT_TRUE(holds(styles, "\"0;0;0\""));
+    EXPECT_NE(style("C8"), style("C2"));
+    EXPECT_EQ(style("C9"), style("C5"));
 }
 
 TEST_F(TableOutput, aWorkbookReplacesTheOneBefore) {
