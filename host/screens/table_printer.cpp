@@ -71,7 +71,12 @@ qreal sum(const std::vector<qreal>& widths) {
 }  // namespace
 
 TableDocument::TableDocument(const TableContent& table, QString footer)
-    : table_(table), footer_(std::move(footer)), lines_(table.headerLines()) {}
+    : table_(table), footer_(std::move(footer)), lines_(table.headerLines()) {
+    for (QString& line : lines_)
+        line = screenText(line);
+    for (const TableColumn& column : table.columns())
+        titles_.push_back(screenText(column.title));
+}
 
 int TableDocument::layOut(const QPageLayout& paper) {
     page_ = paper.paintRectPixels(kPageDpi);
@@ -141,7 +146,7 @@ TableDocument::Room TableDocument::columnRoom() const {
     Room room;
     for (std::size_t i = 0; i < texts.size(); ++i) {
         const TableColumn& column = table_.columns()[i];
-        const qreal title = widest(column.title.split(QLatin1Char(' ')), titleMetrics);
+        const qreal title = widest(titles_[i].split(QLatin1Char(' ')), titleMetrics);
         const bool number = isNumber(column.type);
         const qreal content = number ? roomFor(texts[i], metrics) : std::min(widest(texts[i], metrics), most);
         room.needed.push_back(std::max(number ? content : std::min(content, least), std::min(title, least)) +
@@ -256,7 +261,7 @@ qreal TableDocument::columnTitleHeight() const {
     for (const Sheet& sheet : sheets_) {
         for (std::size_t i = 0; i < sheet.columns.size(); ++i) {
             const QRectF room(0, 0, sheet.widths[i] - 2 * padding_, page_.height());
-            const QString& title = table_.columns()[sheet.columns[i]].title;
+            const QString& title = titles_[sheet.columns[i]];
             const QRectF needed = metrics.boundingRect(room, Qt::AlignCenter | Qt::TextWordWrap, title);
             highest = std::max(highest, needed.height() * 1.25);
         }
@@ -294,7 +299,7 @@ qreal TableDocument::paintHead(QPainter& painter) const {
     painter.setFont(font_);
     const qreal line = QFontMetricsF(font_).height() * 1.3;
     for (const QString& text : head_) {
-        painter.drawText(QRectF(0, y, page_.width(), line), kRight | Qt::AlignVCenter, screenText(text));
+        painter.drawText(QRectF(0, y, page_.width(), line), kRight | Qt::AlignVCenter, text);
         y += line;
     }
     return y;
@@ -307,7 +312,7 @@ qreal TableDocument::paintTitles(QPainter& painter, const Sheet& sheet, qreal y)
     painter.setFont(columnFont_);
     eachColumn(sheet, [&](std::size_t column, qreal x, qreal width) {
         painter.drawText(QRectF(x + padding_, y, width - 2 * padding_, height), Qt::AlignCenter | Qt::TextWordWrap,
-                         table_.columns()[column].title);
+                         titles_[column]);
     });
     painter.setPen(QPen(themeColors().borderStrong, 0));
     painter.drawLine(QPointF(0, y + height), QPointF(page_.width(), y + height));

@@ -65,7 +65,8 @@ private:
 
     const TableContent& table_;
     QString footer_;
-    std::vector<QString> lines_;
+    std::vector<QString> lines_;                     // above the table
+    std::vector<QString> titles_;                    // of the columns
     mutable std::vector<QStringList> longestTexts_;  // of each column; empty: not looked for yet
     // What the paper makes of it.
     QRectF page_;

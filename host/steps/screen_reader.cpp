@@ -73,7 +73,7 @@ int requireColumn(const QAbstractItemView& table, const std::string& column) {
     for (const int index : shown) {
         const QString title = table.model()->headerData(index, Qt::Horizontal).toString();
         const std::string field = grid && index < grid->ColumnCount() ? grid->Column(index).FieldName : std::string();
-        if (title.toStdString() == column || (!field.empty() && sameName(field, column))) return index;
+        if (readsAs(title, column) || (!field.empty() && sameName(field, column))) return index;
         titles += (titles.empty() ? "" : ", ") + (field.empty() ? title.toStdString() : field);
     }
     throw StepFailure("column " + column, "the columns " + titles);

@@ -1,6 +1,7 @@
 // The price report with everything in place: store, screen, the reference host and a database with the demo company.
 #include <gmock/gmock.h>
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -125,6 +126,28 @@ TEST_F(ReportOnDemo, f9PrintsWhatIsTickedAndSaysSoAboveIt) {
         EXPECT_TRUE(pages.contains(QStringLiteral("نام کالا")));
         EXPECT_EQ(shownTitles(grid).size(), 11U);
     });
+}
+
+// Of the screen, above it and above its pages: what the table of the application's parts has.
+TEST_F(ReportOnDemo, itsTitleIsThatOfItsPart) {
+    const auto titles = [&] {
+        std::vector<std::string> all;
+        show([&](QWidget& report, SmartGrid& grid) {
+            all.push_back(report.windowTitle().toStdString());
+            all.push_back(control<QLabel>(report, "Title_LBL")->text().toStdString());
+            grid.print();
+            all.push_back(output.previews.back().toStdString());
+        });
+        return all;
+    };
+    EXPECT_THAT(titles(), ElementsAre("گزارش قیمت کالاها", "گزارش قیمت کالاها", "گزارش قیمت کالاها"));
+    execute(*session, "UPDATE SoftwarePart SET Title = N'قیمت‌ها & تخفیف‌ها <b>' WHERE Code = 519");
+    EXPECT_THAT(titles(),
+                ElementsAre("قیمت‌ها & تخفیف‌ها <b>", "قیمت‌ها & تخفیف‌ها <b>",
+                            "قیمت‌ها & تخفیف‌ها <b>"));
+    // Pages bear some title even when the part has none.
+    execute(*session, "DELETE FROM SoftwarePart WHERE Code = 519");
+    EXPECT_THAT(titles(), ElementsAre("", "", "فهرست"));
 }
 
 TEST_F(ReportOnDemo, oneColumnOfTwoThatShareAPrintSettingIsOffered) {

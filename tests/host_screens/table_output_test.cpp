@@ -1,6 +1,7 @@
 // Tables as text, workbook and pages.
 #include <QFile>
 #include <QTemporaryDir>
+#include <algorithm>
 
 #include "host/screens/number_room.h"
 #include "host/screens/persian_digits.h"
@@ -265,6 +266,19 @@ TEST_F(TableOutput, namesAreWholeWhereThePageHasRoomForThem) {
         EXPECT_FALSE(text.contains(QLatin1Char('#'))) << orientation;
         EXPECT_TRUE(text.contains(QStringLiteral("گرمی ویژه"))) << orientation;
     }
+}
+
+TEST_F(TableOutput, headingsHaveTheDigitsOfTheNumbersBelowThem) {
+    PriceList table(1);
+    table.columnList[1].title = QStringLiteral("سطح 77");
+    TableDocument document(table, QStringLiteral("1405/08/30"));
+    int pages = 0;
+    const QString text = paintedPages(document, pageLayout(), pages);
+    EXPECT_GT(pages, 3);
+    EXPECT_EQ(text.count(QStringLiteral("۷۷")), pages);
+    EXPECT_EQ(text.count(QStringLiteral("۱۴۰۵/۰۸/۳۰")), pages);
+    EXPECT_TRUE(
+        std::none_of(text.begin(), text.end(), [](QChar character) { return character >= u'0' && character <= u'9'; }));
 }
 
 TEST_F(TableOutput, aWideTableLiesAcrossThePaper) {
