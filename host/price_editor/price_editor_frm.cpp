@@ -10,6 +10,7 @@
 #include "ado/error.h"
 #include "host/screens/display_format.h"
 #include "host/screens/persian_digits.h"
+#include "host/screens/record_content.h"
 #include "package/screens/place.h"
 
 namespace basalt::host {
@@ -123,7 +124,7 @@ QWidget* PriceEditor::makeGroup(const Group& group, QWidget* parent) {
         const std::string field = std::string("Default_") + group.stem + "_" + directions[column].first + "_Number";
         auto* levels = new QComboBox;
         levels->setObjectName(QString::fromStdString(field + "_CMB"));
-        levels->setAccessibleName(QStringLiteral("پیش فرض %1").arg(directions[column].second));
+        levels->setAccessibleName(QStringLiteral("پیش فرض %1").arg(group.columnTitle.arg(directions[column].second)));
         levels->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         levels->addItem(QStringLiteral("هیچ‌کدام"));
         for (int level = 1; level <= group.levels; ++level)
@@ -141,6 +142,7 @@ void PriceEditor::CreateControls() {
     column->setContentsMargins(0, 0, 0, 0);
     good_ = new QLabel(inputs);
     good_->setObjectName(QStringLiteral("Good_LBL"));
+    good_->setProperty(kHeadingProperty, true);
     good_->setTextFormat(Qt::PlainText);
     good_->setWordWrap(true);
     column->addWidget(good_);
@@ -165,6 +167,9 @@ void PriceEditor::SetComponents() {
     const LevelTitles titles = matrix_.titles();
     for (const auto& [name, label] : titles_)
         label->setText(QString::fromStdString(titles.at(name)));
+    // A number alone says little to who hears or prints it.
+    for (const auto& [field, input] : amounts_)
+        input->setAccessibleName(QStringLiteral("%1 (%2)").arg(input->accessibleName(), levelTitle(field)));
     for (const auto& [field, levels] : defaults_) {
         const char* stem = field.find("Discount") == std::string::npos ? "CostLevel_" : "Discount_Sell_";
         for (int level = 1; level < levels->count(); ++level)
@@ -213,17 +218,14 @@ GoodPrices PriceEditor::entered() const {
     return prices;
 }
 
-std::string PriceEditor::titleOf(const std::string& field) const {
-    std::string title = amounts_.at(field)->accessibleName().toStdString();
+QString PriceEditor::levelTitle(const std::string& field) const {
     const std::string level = field.substr(field.rfind('_') + 1);
-    const auto name = titles_.find((isDiscount(field) ? "Discount_Sell_" : "CostLevel_") + level);
-    if (name != titles_.end()) title += " (" + name->second->text().toStdString() + ")";
-    return title;
+    return titles_.at((isDiscount(field) ? "Discount_Sell_" : "CostLevel_") + level)->text();
 }
 
 bool PriceEditor::accepts(const std::string& field, QLineEdit& input) {
     const auto refuse = [&](const char* operation, std::vector<std::string> words) {
-        words.insert(words.begin(), titleOf(field));
+        words.insert(words.begin(), input.accessibleName().toStdString());
         host_.Messages().show({.operation = operation, .arguments = std::move(words), .control = &input, .form = this});
         input.setFocus();
         input.selectAll();

@@ -52,7 +52,7 @@ private:
     void addAmount(QGridLayout& layout, const std::string& field, const QString& title, int row, int column);
     [[nodiscard]] GoodPrices entered() const;
     // As the user knows the input: what it is for, and the name of its level.
-    [[nodiscard]] std::string titleOf(const std::string& field) const;
+    [[nodiscard]] QString levelTitle(const std::string& field) const;
     // False after having told what is wrong with the input, if anything is.
     [[nodiscard]] bool accepts(const std::string& field, QLineEdit& input);
 

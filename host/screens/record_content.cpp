@@ -3,6 +3,7 @@
 #include <QAbstractSpinBox>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <optional>
@@ -32,6 +33,8 @@ std::optional<QString> textOf(const QWidget* input) {
 RecordContent::RecordContent(QString title, const QWidget& form) : title_(std::move(title)) {
     columns_ = {{QStringLiteral("عنوان"), FieldType::Text, {}, 160},
                 {QStringLiteral("مقدار"), FieldType::Text, {}, 440}};
+    for (const QLabel* label : form.findChildren<QLabel*>())
+        if (label->property(kHeadingProperty).toBool() && label->isVisibleTo(&form)) heading_.push_back(label->text());
     for (const QWidget* input : form.findChildren<QWidget*>()) {
         const std::optional<QString> text = textOf(input);
         if (!text || !input->isVisibleTo(&form)) continue;

@@ -8,13 +8,16 @@
 
 namespace basalt::host {
 
+inline constexpr const char* kHeadingProperty = "heading";
+
 class RecordContent final : public TableContent {
 public:
-    // Takes the visible inputs that have a label (its buddy, or an accessible name).
+    // Takes the visible inputs that have a label (its buddy, or an accessible name). Labels with the property "heading"
+    // tell what the record is of, and stand above it.
     RecordContent(QString title, const QWidget& form);
 
     [[nodiscard]] QString title() const override { return title_; }
-    [[nodiscard]] std::vector<QString> headerLines() const override { return {}; }
+    [[nodiscard]] std::vector<QString> headerLines() const override { return heading_; }
     [[nodiscard]] const std::vector<TableColumn>& columns() const override { return columns_; }
     [[nodiscard]] int rowCount() const override { return static_cast<int>(lines_.size()); }
     [[nodiscard]] Value value(int row, int column) const override;
@@ -27,6 +30,7 @@ private:
     };
 
     QString title_;
+    std::vector<QString> heading_;
     std::vector<TableColumn> columns_;
     std::vector<Line> lines_;
 };

@@ -327,7 +327,7 @@ void TableDocument::paintRow(QPainter& painter, const Sheet& sheet, int row, qre
         const bool number = isNumber(table_.columns()[column].type);
         QString text = fittingText(table_.shown(row, static_cast<int>(column)), number, metrics, cell.width() + 1);
         // Isolated, so that a minus sign stays on the left of its number.
-        if (number) text = QChar(0x2066) + text + QChar(0x2069);
+        if (number || text.startsWith(QLatin1Char('-'))) text = QChar(0x2066) + text + QChar(0x2069);
         painter.drawText(
             cell, (number ? Qt::Alignment(Qt::AlignHCenter) : kRight) | Qt::AlignVCenter | Qt::TextSingleLine, text);
     });

@@ -1,5 +1,7 @@
 // Tables as text, workbook and pages.
 #include <QFile>
+#include <QLabel>
+#include <QLineEdit>
 #include <QTemporaryDir>
 #include <algorithm>
 
@@ -279,6 +281,29 @@ TEST_F(TableOutput, headingsHaveTheDigitsOfTheNumbersBelowThem) {
     EXPECT_EQ(text.count(QStringLiteral("۱۴۰۵/۰۸/۳۰")), pages);
     EXPECT_TRUE(
         std::none_of(text.begin(), text.end(), [](QChar character) { return character >= u'0' && character <= u'9'; }));
+}
+
+TEST_F(TableOutput, aFormOnPaperTellsWhatItIsOf) {
+    QWidget form;
+    QLabel good(QStringLiteral("57 – دارچین"), &form);
+    good.setProperty(kHeadingProperty, true);
+    QLabel hint(QStringLiteral("راهنما"), &form);
+    QLabel hidden(QStringLiteral("پنهان"), &form);
+    hidden.setProperty(kHeadingProperty, true);
+    hidden.hide();
+    QLineEdit price(QStringLiteral("-۱٬۲۵۰٫۷۵"), &form);
+    price.setAccessibleName(QStringLiteral("قیمت فروش ۱ (همکار)"));
+    const RecordContent record(QStringLiteral("قیمت‌ها"), form);
+    EXPECT_EQ(record.headerLines(), std::vector<QString>{QStringLiteral("57 – دارچین")});
+    ASSERT_EQ(record.rowCount(), 1);
+    EXPECT_EQ(record.shown(0, 0).toStdString(), "قیمت فروش ۱ (همکار)");
+    TableDocument document(record, {});
+    int pages = 0;
+    const QString text = paintedPages(document, pageLayout(), pages);
+    EXPECT_TRUE(text.contains(QStringLiteral("۵۷"))) << text.toStdString();
+    EXPECT_TRUE(text.contains(QStringLiteral("دارچین")));
+    // The sign stands on the left, as before every number.
+    EXPECT_TRUE(text.contains(QStringLiteral("-۱٬۲۵۰٫۷۵"))) << text.toStdString();
 }
 
 TEST_F(TableOutput, aWideTableLiesAcrossThePaper) {
