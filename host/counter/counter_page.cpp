@@ -182,6 +182,7 @@ void CounterPage::makeScanRow(QBoxLayout& layout) {
     result_ = new QLabel(QStringLiteral("آمادهٔ اسکن"));
     result_->setObjectName(QStringLiteral("Result_LBL"));
     result_->setTextFormat(Qt::PlainText);
+    result_->setWordWrap(true);  // names of goods may be long
     layout.addWidget(result_);
     for (QWidget* each : std::initializer_list<QWidget*>{removing_, sound_, store_})
         each->installEventFilter(this);

@@ -22,6 +22,7 @@ constexpr int kLongestBarcode = 100;
 constexpr int kLongestPrefix = 20;
 constexpr int kLongestTitle = 50;
 constexpr int kMostGoods = 999'999'999;
+constexpr int kUnbroken = 13;  // characters of a cut field that stay on one line
 
 struct FieldLook {
     LayoutField field;
@@ -44,6 +45,16 @@ QString coloured(const QString& text, const QString& background) {
     return QStringLiteral("<span style=\"background-color:%1\">%2</span>").arg(background, text.toHtmlEscaped());
 }
 
+// Where a line may end inside a long row of digits: a sign without width.
+const QChar kBreak(0x200B);
+
+QString breakable(const QString& text) {
+    QString parts;
+    for (qsizetype i = 0; i < text.size(); i += kUnbroken)
+        parts += (i == 0 ? QString() : QString(kBreak)) + text.mid(i, kUnbroken);
+    return parts;
+}
+
 QString listTitle(const BarcodeLayout& layout) {
     const QString title = layout.title.empty() ? QStringLiteral("بی‌نام") : QString::fromStdString(layout.title);
     return QStringLiteral("%1 — %2 (%3 رقمی)")
@@ -57,6 +68,7 @@ QString previewOf(const BarcodeLayout& layout, const QString& barcode) {
     const std::vector<FieldSpan> spans = spansOf(layout);
     QString characters;
     for (int position = 1; position <= barcode.size(); ++position) {
+        if (position > 1) characters += kBreak;
         const QString character = persianDigits(barcode.mid(position - 1, 1));
         const auto covers = [position](const FieldSpan& span) { return span.begin <= position && position < span.end; };
         const auto count = std::count_if(spans.begin(), spans.end(), covers);
@@ -73,11 +85,12 @@ QString previewOf(const BarcodeLayout& layout, const QString& barcode) {
         const int begin = std::max(span.begin, 1);
         const QString cut = persianDigits(barcode.mid(begin - 1, std::max(span.end - begin, 0)));
         // Tables go from left to right whatever is said of them.
-        legend += QStringLiteral(
-                      "<tr><td align=\"right\" style=\"padding:2px 12px\">%1</td>"
-                      "<td align=\"right\" style=\"padding:2px 0\">%2</td></tr>")
-                      .arg(cut.toHtmlEscaped(), coloured(QStringLiteral("\u00A0%1\u00A0").arg(titleOf(span.field)),
-                                                         backgroundOf(span.field)));
+        legend +=
+            QStringLiteral(
+                "<tr><td align=\"right\" style=\"padding:2px 12px\">%1</td>"
+                "<td align=\"right\" style=\"padding:2px 0\">%2</td></tr>")
+                .arg(breakable(cut).toHtmlEscaped(),
+                     coloured(QStringLiteral("\u00A0%1\u00A0").arg(titleOf(span.field)), backgroundOf(span.field)));
     }
     return QStringLiteral(
                "<div dir=\"ltr\" align=\"center\" style=\"font-size:20pt\">%1</div>"
@@ -247,14 +260,25 @@ void LayoutPage::makePreview(QBoxLayout& layout) {
     preview_ = new QLabel;
     preview_->setObjectName(QStringLiteral("Preview_LBL"));
     preview_->setTextFormat(Qt::RichText);
-    layout.addWidget(preview_);
+    preview_->setWordWrap(true);
     problems_ = new QLabel;
     problems_->setObjectName(QStringLiteral("Problems_LBL"));
     problems_->setProperty("kind", QStringLiteral("problem"));
     problems_->setTextFormat(Qt::PlainText);
     problems_->setWordWrap(true);
-    layout.addWidget(problems_);
-    layout.addStretch();
+    auto* results = new QWidget;
+    auto* column = new QVBoxLayout(results);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(preview_);
+    column->addWidget(problems_);
+    column->addStretch();
+    auto* scroll = new QScrollArea;
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setWidgetResizable(true);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setWidget(results);
+    layout.addWidget(scroll, 1);
     QObject::connect(sample_, &QLineEdit::textChanged, this, [this] { refresh(); });
 }
 
@@ -359,7 +383,17 @@ void LayoutPage::refresh() {
     std::vector<QString> problems = problemsOf(edited_, layouts_);
     if (!sample.isEmpty()) {
         const bool own = fits(edited_, sample);
-        if (!own) problems.push_back(QStringLiteral("این بارکد با این الگو نمی‌خواند."));
+        if (!own && sample.size() != edited_.digitCount) {
+            problems.push_back(
+                QStringLiteral(
+                    "این بارکد با این الگو نمی‌خواند؛ %1 رقم دارد، نه %2.")
+                    .arg(persianDigits(QString::number(sample.size())),
+                         persianDigits(QString::number(edited_.digitCount))));
+        } else if (!own) {
+            problems.push_back(
+                QStringLiteral("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش دیگر "
+                               "است."));
+        }
         QStringList fitting;
         for (const BarcodeLayout& other : layouts_) {
             if (other.id != edited_.id && fits(other, sample)) fitting << QString::fromStdString(other.title);

@@ -54,8 +54,33 @@ TEST_F(Layouts, previewsWhatIsTyped) {
     EXPECT_THAT(preview, HasSubstr(">۰۱۲۵۰</td>"));
     EXPECT_EQ(problems(), "");
     choose("29");
-    EXPECT_THAT(problems(), HasSubstr("این بارکد با این الگو نمی‌خواند."));
+    EXPECT_THAT(problems(), HasSubstr("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش دیگر "
+                                      "است."));
     EXPECT_THAT(problems(), HasSubstr("وزن با کد کالا"));
+    type(*page, "Sample_EDT", "290");
+    EXPECT_THAT(
+        problems(),
+        HasSubstr("این بارکد با این الگو نمی‌خواند؛ ۳ رقم دارد، نه ۱۳."));
+}
+
+TEST_F(Layouts, aLongBarcodeLeavesTheFieldsTheirRoom) {
+    page->setFixedSize(1180, 720);
+    choose("28");
+    type(*page, "Sample_EDT", "2800105012507");
+    const auto& preview = control<QLabel>(*page, "Preview_LBL");
+    QApplication::processEvents();
+    const int fieldWidth = control(*page, "Title_EDT").width();
+    const int oneLine = preview.height();
+    for (const int times : {6, 80}) {
+        control<QLineEdit>(*page, "Sample_EDT").setText(QStringLiteral("2800105012507").repeated(times));
+        number("AmountCount_EDT").setValue(90);  // what is cut is long, too
+        QApplication::processEvents();
+        EXPECT_EQ(control(*page, "Title_EDT").width(), fieldWidth) << times;
+        EXPECT_LE(page->layout()->minimumSize().width(), page->width()) << times;
+        EXPECT_LE(page->layout()->minimumSize().height(), page->height()) << times;
+        EXPECT_LE(preview.width(), preview.parentWidget()->width()) << times;
+        EXPECT_GT(preview.height(), oneLine) << times;
+    }
 }
 
 TEST_F(Layouts, warnsWhileItIsEdited) {
