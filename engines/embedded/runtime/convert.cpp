@@ -254,7 +254,7 @@ std::string moneyText(const Decimal& value, int style) {
     return text;
 }
 
-std::string plainText(const Value& value, const SqlType& from, int style) {
+std::string plainText(const Value& value, const SqlType& from, const SqlType& to, int style) {
     if (const auto* number = std::get_if<std::int64_t>(&value)) return std::to_string(*number);
     if (const auto* flag = std::get_if<bool>(&value)) return *flag ? "1" : "0";
     if (const auto* decimal = std::get_if<Decimal>(&value)) {
@@ -264,13 +264,14 @@ std::string plainText(const Value& value, const SqlType& from, int style) {
     if (const auto* date = std::get_if<DateTime>(&value)) return formatDate(date->ticks, from, style);
     if (const auto* bytes = std::get_if<Bytes>(&value)) {
         if (style == 1 || style == 2) return hexText(*bytes, style == 1);
+        if (to.isUnicode()) return textOfUtf16(*bytes);
         return std::string(bytes->begin(), bytes->end());
     }
     return std::get<std::string>(value);
 }
 
 Value toTextValue(const Value& value, const SqlType& from, const SqlType& to, int style) {
-    std::string text = plainText(value, from, style);
+    std::string text = plainText(value, from, to, style);
     if (to.kind == TypeKind::UniqueIdentifier) {
         text = upperCase(trimmed(text));
         bool valid = text.size() == 36;
@@ -325,7 +326,7 @@ Value toBinary(const Value& value, const SqlType& from, const SqlType& to, int s
                 bytes.push_back(byte);
             }
         } else {
-            bytes.assign(text->begin(), text->end());
+            bytes = from.isUnicode() ? utf16Bytes(*text) : Bytes(text->begin(), text->end());
         }
     } else if (from.isInteger()) {
         const std::int64_t number =
