@@ -22,7 +22,8 @@ public:
     SqlConsole(Database& database, ResultWriter& writer, std::ostream& out)
         : database_(database), writer_(writer), out_(out) {}
 
-    // DatabaseError as the session throws it, with the server's number before the message; UsageError for a command that is none.
+    // DatabaseError as the session throws it, with the server's number before the message; UsageError for a command
+    // that is none.
     void run(const std::string& batch);
     [[nodiscard]] static bool isCommand(std::string_view line);
     // The commands that end a script and the prompt: .exit and .quit. Whoever reads the lines follows them.
