@@ -152,7 +152,7 @@ void TGetBoxWeight_FRM::CreateControls() {
 
 void TGetBoxWeight_FRM::FormCreate(QObject* sender) {
     TBaseDock_FRM::FormCreate(sender);
-    base().SetTitle("مشخصات ظرف");
+    base().SetTitle("وزن ظرف");
     for (const std::string& weight : StoredList(kHistory))
         weight_->addItem(shown(QString::fromStdString(weight)));
     weight_->setCurrentIndex(-1);
@@ -243,7 +243,7 @@ void registerGoodsScreens(Registry& registry) {
     registry.add(
         EntryPoint{.name = "Get_BoxesWeight",
                    .subsystem = "goods",
-                   .title = "مشخصات ظرف",
+                   .title = "وزن ظرف",
                    .summary = "Asks for the weight of one container and their count; tells whether it was confirmed.",
                    .part = spGoods,
                    // It asks for no right of its own: whoever may enter the document may weigh for it.
