@@ -31,11 +31,17 @@ void add(std::vector<FieldSpan>& spans, LayoutField field, int start, int count)
     if (count > 0) spans.push_back({field, std::clamp(start, -kLongest, kLongest), endOf(start, count)});
 }
 
-// What the layout fixes at a position; null when any character may stand there.
-QChar fixedAt(const BarcodeLayout& layout, int position) {
-    const int index = position - layout.constantStart;
-    const QString constant = constantOf(layout);
-    return index >= 0 && index < constant.size() && index < layout.constantCount ? constant[index] : QChar();
+// The characters of a barcode that are compared with the prefix.
+FieldSpan prefixOf(const BarcodeLayout& layout) {
+    const int behind = std::clamp(layout.digitCount, 0, kLongest) + 1;
+    const int begin = std::clamp(layout.constantStart, 1, behind);
+    return {LayoutField::Constant, begin, std::clamp(endOf(layout.constantStart, layout.constantCount), begin, behind)};
+}
+
+// Whether any barcode has the prefix: it is as long as what is cut.
+bool canFit(const BarcodeLayout& layout) {
+    const FieldSpan prefix = prefixOf(layout);
+    return constantOf(layout).size() == prefix.end - prefix.begin;
 }
 
 }  // namespace
@@ -79,13 +85,12 @@ bool fits(const BarcodeLayout& layout, const QString& barcode) {
 }
 
 bool mayBothFit(const BarcodeLayout& a, const BarcodeLayout& b) {
-    if (a.digitCount != b.digitCount) return false;
-    for (int position = 1; position <= std::min(a.digitCount, kLongest); ++position) {
-        const QChar one = fixedAt(a, position);
-        const QChar other = fixedAt(b, position);
-        if (!one.isNull() && !other.isNull() && one != other) return false;
-        if (position > std::max(endOf(a.constantStart, a.constantCount), endOf(b.constantStart, b.constantCount)))
-            break;
+    if (a.digitCount != b.digitCount || !canFit(a) || !canFit(b)) return false;
+    const FieldSpan one = prefixOf(a);
+    const FieldSpan other = prefixOf(b);
+    // Where both fix a character it must be the same.
+    for (int position = std::max(one.begin, other.begin); position < std::min(one.end, other.end); ++position) {
+        if (constantOf(a)[position - one.begin] != constantOf(b)[position - other.begin]) return false;
     }
     return true;
 }

@@ -380,8 +380,10 @@ void LayoutPage::edited() {
 void LayoutPage::refresh() {
     const QString sample = repairedScan(sample_->text());
     preview_->setText(sample.isEmpty() ? QString() : previewOf(edited_, sample));
-    std::vector<QString> problems = problemsOf(edited_, layouts_);
-    if (!sample.isEmpty()) {
+    // One that nobody has begun yet lacks everything, and need not be told so.
+    const bool begun = stored_.id != 0 || !(edited_ == stored_);
+    std::vector<QString> problems = begun ? problemsOf(edited_, layouts_) : std::vector<QString>();
+    if (begun && !sample.isEmpty()) {
         const bool own = fits(edited_, sample);
         if (!own && sample.size() != edited_.digitCount) {
             problems.push_back(
@@ -390,9 +392,9 @@ void LayoutPage::refresh() {
                     .arg(persianDigits(QString::number(sample.size())),
                          persianDigits(QString::number(edited_.digitCount))));
         } else if (!own) {
-            problems.push_back(
-                QStringLiteral("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش دیگر "
-                               "است."));
+            problems.push_back(QStringLiteral(
+                "این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش دیگر "
+                "است."));
         }
         QStringList fitting;
         for (const BarcodeLayout& other : layouts_) {
@@ -450,6 +452,7 @@ void LayoutPage::startNew() {
     const QSignalBlocker quiet(list_);
     list_->setCurrentRow(-1);
     show({});
+    title_->setFocus();
 }
 
 void LayoutPage::remove() {

@@ -5,6 +5,7 @@
 //   latinDigits(edit->text())                       // what is stored and compared
 #pragma once
 
+#include <QFocusEvent>
 #include <QSpinBox>
 #include <QValidator>
 
@@ -17,6 +18,12 @@ public:
     using QSpinBox::QSpinBox;
 
 protected:
+    // What is typed replaces the number: nobody means 9 before the 0 that is there.
+    void focusInEvent(QFocusEvent* event) override {
+        QSpinBox::focusInEvent(event);
+        // Behind the click, which would put the cursor where it was.
+        QMetaObject::invokeMethod(this, &QSpinBox::selectAll, Qt::QueuedConnection);
+    }
     [[nodiscard]] QString textFromValue(int value) const override { return persianDigits(QString::number(value)); }
     [[nodiscard]] int valueFromText(const QString& text) const override {
         return QSpinBox::valueFromText(latinDigits(text));

@@ -84,6 +84,28 @@ TEST(BarcodeLayout, twoMayFitTheSameBarcode) {
     EXPECT_TRUE(mayBothFit(one, other));  // the shorter prefix
 }
 
+TEST(BarcodeLayout, aPrefixThatIsNotAsLongAsItsPlaceFitsNothing) {
+    const BarcodeLayout one = weightLayout();
+    BarcodeLayout other = weightLayout();
+    for (const char* prefix : {"", "2", "280"}) {
+        other.constantCode = prefix;
+        EXPECT_FALSE(mayBothFit(one, other)) << prefix;
+        EXPECT_FALSE(mayBothFit(other, one)) << prefix;
+        EXPECT_FALSE(fits(other, "2800057012505")) << prefix;
+    }
+    // What lies before the first character is not cut.
+    other.constantStart = 0;
+    other.constantCount = 3;
+    other.constantCode = "29";
+    EXPECT_FALSE(mayBothFit(one, other));
+    other.constantCode = "28";
+    EXPECT_TRUE(mayBothFit(one, other));
+    EXPECT_TRUE(fits(other, "2800057012505"));
+    other.constantCount = 0;
+    other.constantCode = "";
+    EXPECT_TRUE(mayBothFit(one, other));  // without a prefix everything of that length
+}
+
 TEST(BarcodeLayout, aGoodLayoutHasNoProblems) {
     EXPECT_THAT(problems(weightLayout(), {weightLayout()}), IsEmpty());
 }

@@ -12,6 +12,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 class Layouts : public DesktopTest {
 protected:
@@ -54,8 +55,10 @@ TEST_F(Layouts, previewsWhatIsTyped) {
     EXPECT_THAT(preview, HasSubstr(">۰۱۲۵۰</td>"));
     EXPECT_EQ(problems(), "");
     choose("29");
-    EXPECT_THAT(problems(), HasSubstr("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش دیگر "
-                                      "است."));
+    EXPECT_THAT(
+        problems(),
+        HasSubstr("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش دیگر "
+                  "است."));
     EXPECT_THAT(problems(), HasSubstr("وزن با کد کالا"));
     type(*page, "Sample_EDT", "290");
     EXPECT_THAT(
@@ -81,6 +84,29 @@ TEST_F(Layouts, aLongBarcodeLeavesTheFieldsTheirRoom) {
         EXPECT_LE(preview.width(), preview.parentWidget()->width()) << times;
         EXPECT_GT(preview.height(), oneLine) << times;
     }
+}
+
+TEST_F(Layouts, aNewLayoutIsNotWrongBeforeItIsBegun) {
+    type(*page, "Sample_EDT", "2800105012507");
+    click(*page, "New_BTN");
+    EXPECT_EQ(problems(), "");
+    EXPECT_EQ(page->focusWidget(), &control(*page, "Title_EDT"));
+    type(*page, "Title_EDT", "تازه");
+    EXPECT_THAT(problems(), HasSubstr("پیش‌شماره ۰ نویسه است، نه ۲."));
+    EXPECT_THAT(problems(), Not(HasSubstr("جمع فاکتور")));  // without its prefix it fits nothing
+    type(*page, "ConstantCode_EDT", "25");
+    EXPECT_THAT(problems(), HasSubstr("جمع فاکتور"));
+    messages.answers = {mrNo};
+    EXPECT_TRUE(page->mayLeave());
+}
+
+TEST_F(Layouts, aNumberIsReplacedByWhatIsTyped) {
+    choose("28");
+    auto& amount = number("AmountStart_EDT");
+    QTest::mouseClick(&amount, Qt::LeftButton);
+    QApplication::processEvents();
+    QTest::keyClicks(&amount, "9");
+    EXPECT_EQ(amount.value(), 9);
 }
 
 TEST_F(Layouts, warnsWhileItIsEdited) {
