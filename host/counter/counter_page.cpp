@@ -353,11 +353,15 @@ void CounterPage::scan() {
     scan_->setFocus();
 }
 
-void CounterPage::report(ScanMood mood, const QString& text) {
+void CounterPage::showResult(const QString& mood, const QString& text) {
     result_->setText(text);
-    result_->setProperty("mood", moodName(mood));
+    result_->setProperty("mood", mood);
     result_->style()->unpolish(result_);
     result_->style()->polish(result_);
+}
+
+void CounterPage::report(ScanMood mood, const QString& text) {
+    showResult(moodName(mood), text);
     // One tone for what went well, two for what did not.
     if (!sound_->isChecked()) return;
     QApplication::beep();
@@ -538,7 +542,9 @@ void CounterPage::clearInvoice() {
     grid_->setCurrentCell(-1, -1);
     showLines();
     showPolicy();
-    report(ScanMood::Warned, QStringLiteral("آمادهٔ اسکن"));
+    person_->setValue(0);
+    removing_->setChecked(false);
+    showResult({}, QStringLiteral("آمادهٔ اسکن"));
     scan_->setFocus();
 }
 

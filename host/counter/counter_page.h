@@ -57,6 +57,8 @@ private:
     // No lines, and no sum of prices alone.
     [[nodiscard]] bool isEmpty();
 
+    void showResult(const QString& mood, const QString& text);
+    // In text, colour and, when it is wanted, sound.
     void report(ScanMood mood, const QString& text);
     void showLines();
     [[nodiscard]] int currentLine() const;

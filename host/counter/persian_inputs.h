@@ -21,8 +21,10 @@ protected:
     // What is typed replaces the number: nobody means 9 before the 0 that is there.
     void focusInEvent(QFocusEvent* event) override {
         QSpinBox::focusInEvent(event);
-        // Behind the click, which would put the cursor where it was.
-        QMetaObject::invokeMethod(this, &QSpinBox::selectAll, Qt::QueuedConnection);
+        selectAll();
+        // Behind the click, too, which puts the cursor somewhere.
+        if (event->reason() == Qt::MouseFocusReason)
+            QMetaObject::invokeMethod(this, &QSpinBox::selectAll, Qt::QueuedConnection);
     }
     [[nodiscard]] QString textFromValue(int value) const override { return persianDigits(QString::number(value)); }
     [[nodiscard]] int valueFromText(const QString& text) const override {

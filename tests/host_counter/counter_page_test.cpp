@@ -358,7 +358,7 @@ TEST_F(Counter, anInvoiceOfPricesAloneIsNotThrownAwayEither) {
     messages.answers = {mrNo};
     click(*page, "Clear_BTN");
     EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۰");
-    EXPECT_EQ(mood(), "warned");
+    EXPECT_EQ(mood(), "");
     EXPECT_THAT(takeMessages(), ElementsAre("MsgUnsavedChanges()", "MsgUnsavedChanges()", "MsgUnsavedChanges()",
                                             "MsgUnsavedChanges()"));
     // Taken off again, there is nothing to ask about.
@@ -531,10 +531,27 @@ TEST_F(Counter, aLongSearchPathIsToldInShort) {
 TEST_F(Counter, aNewInvoiceForgetsAll) {
     scan("2800105012507");
     scan("2900000125005");
+    type(*page, "Person_EDT", "12");
+    click(*page, "Removing_BTN");
     messages.answers = {mrNo};
     click(*page, "Clear_BTN");
     EXPECT_TRUE(lines().empty());
     EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۰");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "آمادهٔ اسکن");
+    EXPECT_EQ(mood(), "");
+    // The next customer is somebody else, and takes goods rather than giving them back.
+    EXPECT_EQ(control<QSpinBox>(*page, "Person_EDT").value(), 0);
+    EXPECT_FALSE(control<QPushButton>(*page, "Removing_BTN").isChecked());
+}
+
+TEST_F(Counter, aSavedInvoiceWasThatPersons) {
+    store(1);
+    type(*page, "Person_EDT", "12");
+    scan("2800105012507");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "matched") << shown(*page, "Result_LBL");
+    EXPECT_EQ(linesOf(*session, "SELECT PerCode FROM dbo.Kardex WHERE kala = 105 AND Tedad = -1.25").at(0), "12");
+    EXPECT_EQ(control<QSpinBox>(*page, "Person_EDT").value(), 0);
 }
 
 }  // namespace
