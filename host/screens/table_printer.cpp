@@ -15,13 +15,13 @@ namespace {
 
 constexpr int kMostRows = 100'000;
 constexpr std::size_t kMostHeadRows = 3;
-constexpr qreal kLargestFont = 9.5;
-constexpr qreal kUsualSmallestFont = 6;
-constexpr qreal kSmallestFont = 5;  // for the sake of whole numbers
-constexpr qreal kSpreadFont = 7;    // of columns that go on on further pages anyway
-constexpr qreal kFontStep = 0.5;
+// Fonts of the table, in half points.
+constexpr int kLargestFont = 19;
+constexpr int kEasyFont = 15;  // read without effort
+constexpr int kUsualSmallestFont = 12;
+constexpr int kSmallestFont = 10;  // for the sake of whole numbers
+constexpr int kSpreadFont = 14;    // of columns that go on on further pages anyway
 constexpr qreal kTitleFont = 14;
-constexpr qreal kEasyFont = 7.5;           // read without effort
 constexpr qreal kLeastTextCharacters = 8;  // that a column of texts keeps
 constexpr qreal kMostTextCharacters = 48;  // that it may want of a page
 constexpr std::size_t kMeasuredTexts = 64;
@@ -121,7 +121,8 @@ QPageLayout TableDocument::suitablePaper() {
     return paper;
 }
 
-void TableDocument::setFonts(qreal points) {
+void TableDocument::setFonts(int halfPoints) {
+    const qreal points = halfPoints / 2.0;
     font_ = pageFont(points);
     columnFont_ = pageFont(points, QFont::Bold);
     padding_ = QFontMetricsF(font_).averageCharWidth() * 0.6;
@@ -161,11 +162,11 @@ void TableDocument::fitColumns() {
     sheets_.clear();
     std::vector<std::size_t> all(table_.columns().size());
     std::iota(all.begin(), all.end(), std::size_t{0});
-    for (qreal points = kLargestFont; points >= kUsualSmallestFont; points -= kFontStep) {
-        setFonts(points);
+    for (int size = kLargestFont; size >= kUsualSmallestFont; --size) {
+        setFonts(size);
         const Room room = columnRoom();
         if (sum(room.wanted) > page_.width()) continue;
-        roomy_ = points >= kEasyFont;
+        roomy_ = size >= kEasyFont;
         addSheet(std::move(all), room);
         return;
     }
@@ -174,9 +175,10 @@ void TableDocument::fitColumns() {
     for (const TableColumn& column : table_.columns())
         onScreen += column.width * scale;
     const qreal fit = onScreen > 0 ? page_.width() / onScreen : 1;
-    for (qreal points = std::clamp(kLargestFont * std::min(1.0, fit), kUsualSmallestFont, kLargestFont);
-         points >= kSmallestFont; points -= kFontStep) {
-        setFonts(points);
+    const int largest =
+        std::clamp(static_cast<int>(kLargestFont * std::min(1.0, fit)), kUsualSmallestFont, kLargestFont);
+    for (int size = largest; size >= kSmallestFont; --size) {
+        setFonts(size);
         const Room room = columnRoom();
         if (sum(room.needed) > page_.width()) continue;
         addSheet(std::move(all), room);
@@ -211,6 +213,7 @@ void TableDocument::spreadColumns(const Room& room) {
 std::vector<qreal> TableDocument::floors(const std::vector<std::size_t>& columns, const Room& room) const {
     const auto upTo = [&](qreal limit) {
         std::vector<qreal> widths;
+        widths.reserve(columns.size());
         for (const std::size_t column : columns)
             widths.push_back(std::max(room.needed[column], std::min(room.wanted[column], limit)));
         return widths;

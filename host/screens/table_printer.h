@@ -45,7 +45,7 @@ private:
         std::vector<qreal> wanted;
     };
 
-    void setFonts(qreal points);
+    void setFonts(int halfPoints);
     void fitColumns();
     void spreadColumns(const Room& room);
     [[nodiscard]] Room columnRoom() const;
