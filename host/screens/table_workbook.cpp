@@ -11,6 +11,7 @@
 
 #include "host/screens/display_format.h"
 #include "host/screens/output_file.h"
+#include "host/screens/workbook_text.h"
 #include "host/services/output_error.h"
 
 namespace basalt::host {
@@ -19,7 +20,6 @@ namespace {
 constexpr int kSheetRows = 1'048'576;
 constexpr int kExactDigits = 15;  // of a double
 constexpr double kPixelsPerCharacter = 7.0;
-constexpr std::size_t kLongestText = 32'767;  // of a cell
 
 // The workbook, closed and its temporary file removed however writing ends.
 class Workbook {
@@ -125,7 +125,7 @@ public:
             const auto column = static_cast<lxw_col_t>(i);
             worksheet_set_column(sheet, column, column, std::clamp(columns[i].width / kPixelsPerCharacter, 8.0, 80.0),
                                  nullptr);
-            worksheet_write_string(sheet, 0, column, columns[i].title.toUtf8().constData(), title_);
+            worksheet_write_string(sheet, 0, column, workbookText(columns[i].title.toStdString()).c_str(), title_);
         }
         const int last = std::min(table_.rowCount(), first + kSheetRows - 1);
         for (int row = first; row < last; ++row) {
@@ -209,11 +209,8 @@ private:
             lxw_datetime date{civil.year, civil.month,  civil.day,
                               civil.hour, civil.minute, static_cast<double>(civil.second)};
             worksheet_write_datetime(sheet, at, column, &date, dateFormat(column));
-        } else if (const auto* words = std::get_if<std::string>(&value); words && words->size() <= kLongestText) {
-            worksheet_write_string(sheet, at, column, words->c_str(), nullptr);
         } else {
-            const QString text = QString::fromStdString(toText(value)).left(static_cast<qsizetype>(kLongestText));
-            worksheet_write_string(sheet, at, column, text.toUtf8().constData(), nullptr);
+            worksheet_write_string(sheet, at, column, workbookText(toText(value)).c_str(), nullptr);
         }
     }
 

@@ -2,7 +2,9 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QTemporaryDir>
+#include <QXmlStreamReader>
 #include <algorithm>
 
 #include "host/screens/number_room.h"
@@ -147,6 +149,81 @@ TEST_F(TableOutput, aWholeNumberHasNoPointInAWorkbook) {
     EXPECT_TRUE(holds(styles, "\"0;0;0\""));
     EXPECT_NE(style("C8"), style("C2"));
     EXPECT_EQ(style("C9"), style("C5"));
+}
+
+// The texts of a sheet's cells as a spreadsheet reads them: by an XML parser, and _xHHHH_ as the character.
+std::vector<QString> cellTexts(const std::string& sheet) {
+    std::vector<QString> texts;
+    QXmlStreamReader xml(QByteArray::fromStdString(sheet));
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement || xml.name() != QLatin1String("t")) continue;
+        const QString raw = xml.readElementText();
+        static const QRegularExpression escape(QStringLiteral("_x([0-9A-Fa-f]{4})_"));
+        QString text;
+        qsizetype from = 0;
+        for (const auto& match : escape.globalMatch(raw)) {
+            text += raw.mid(from, match.capturedStart() - from) + QChar(match.captured(1).toUShort(nullptr, 16));
+            from = match.capturedEnd();
+        }
+        texts.push_back(text + raw.mid(from));
+    }
+    EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
+    return texts;
+}
+
+TEST_F(TableOutput, aWorkbookHoldsEveryCharacter) {
+    using namespace std::string_literals;
+    const std::vector<std::string> written{"الف\0ب"s,
+                                           "\0"s,
+                                           "a\x01\x08\x0B\x1F"
+                                           "b",
+                                           "دو\nسطر\tو",
+                                           "بازگشت\r\nسطر",
+                                           "\uFFFE\uFFFF",
+                                           "قبل\uFFFEبعد",
+                                           "_x0041_",
+                                           "a_x005F_x0001_b",
+                                           "_x12_ _xFFFE",
+                                           "\u007F\u0085",
+                                           "\U0001F600\U0001FFFE",
+                                           "<&>\"'",
+                                           " دو سر ",
+                                           "\uFEFFنشانه\x01"};
+    Table table;
+    QString title = QStringLiteral("عنوان");
+    title += QChar(0xFFFF);
+    table.columnList = {{title, FieldType::Text, {}, 200}};
+    for (const std::string& text : written)
+        table.rows.push_back({text});
+    const QString path = folder.filePath("t.xlsx");
+    writeWorkbook(table, path);
+    const std::string sheet = unzipped(contents(path)).at("xl/worksheets/sheet1.xml");
+    const std::vector<QString> read = cellTexts(sheet);
+    ASSERT_EQ(read.size(), written.size() + 1) << sheet;
+    EXPECT_EQ(read[0], title);
+    for (std::size_t i = 0; i < written.size(); ++i)
+        EXPECT_EQ(read[i + 1].toStdString(), written[i]) << i;
+    EXPECT_TRUE(holds(sheet, "<t>الف_x0000_ب</t>"));
+    EXPECT_TRUE(holds(sheet, "<t>_x005F_x0041_</t>"));
+}
+
+TEST_F(TableOutput, aLongTextIsCutToWhatACellHolds) {
+    Table table;
+    table.columnList = {{QStringLiteral("متن"), FieldType::Text, {}, 200}};
+    // Characters of two units, and such that are written with seven: neither is cut in two.
+    QString pairs;
+    for (int i = 0; i < 20'000; ++i)
+        pairs += QStringLiteral("\U0001F600");
+    table.rows = {
+        {std::string(40'000, 'a')}, {pairs.toStdString()}, {std::string(5'000, '\x01')}, {"bad \xFF\xED\xA0\x80"}};
+    const QString path = folder.filePath("t.xlsx");
+    writeWorkbook(table, path);
+    const std::vector<QString> read = cellTexts(unzipped(contents(path)).at("xl/worksheets/sheet1.xml"));
+    ASSERT_EQ(read.size(), 5U);
+    EXPECT_EQ(read[1], QString(32'767, QLatin1Char('a')));
+    EXPECT_EQ(read[2], pairs.left(32'766));
+    EXPECT_EQ(read[3], QString(4'681, QChar(1)));
+    EXPECT_TRUE(read[4].startsWith(QStringLiteral("bad \uFFFD")));
 }
 
 TEST_F(TableOutput, aWorkbookReplacesTheOneBefore) {
