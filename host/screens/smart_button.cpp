@@ -109,6 +109,8 @@ void SmartButton::fillMenu() {
         menu_ = new QMenu(variants_);
         variants_->setMenu(menu_);
         layout()->addWidget(variants_);
+        // Made late, it would be the last of the screen that Tab reaches.
+        QWidget::setTabOrder(button_, variants_);
     }
     menu_->clear();
     for (const SaveVariant& variant : kSaveVariants) {

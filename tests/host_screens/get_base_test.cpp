@@ -417,6 +417,28 @@ TEST_F(GetBases, enterLeadsFromInputToInput) {
     });
 }
 
+TEST_F(GetBases, tabReachesTheOtherWaysOfSavingBehindTheSaveButton) {
+    auto editor = edit(3);
+    run(*editor, [&] {
+        const auto tab = [](Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+            QTest::keyClick(QApplication::focusWidget(), modifiers ? Qt::Key_Backtab : Qt::Key_Tab, modifiers);
+        };
+        const auto* save = control<QWidget>(*editor, "Save_BTN");
+        const auto* variants = control<QToolButton>(*editor, "Save_BTN_Variants");
+        const auto* exit = control<QWidget>(*editor, "Exit_BTN");
+        editor->comment->setFocus();
+        tab();
+        EXPECT_TRUE(save->isAncestorOf(QApplication::focusWidget()));
+        EXPECT_FALSE(variants->hasFocus());
+        tab();
+        EXPECT_TRUE(variants->hasFocus());
+        tab();
+        EXPECT_TRUE(exit->isAncestorOf(QApplication::focusWidget()));
+        tab(Qt::ShiftModifier);
+        EXPECT_TRUE(variants->hasFocus());
+    });
+}
+
 TEST_F(GetBases, theWindowKeepsItsSizePerUser) {
     auto editor = edit(3);
     run(*editor, [&] { editor->resize(640, 480); });
