@@ -45,6 +45,11 @@ QWidget* topScreen() {
     return last;
 }
 
+QWidget* focusOn(const QWidget& screen) {
+    QWidget* focused = QApplication::focusWidget();
+    return focused ? focused : screen.focusWidget();
+}
+
 QMenu* openMenu() {
     return qobject_cast<QMenu*>(QApplication::activePopupWidget());
 }

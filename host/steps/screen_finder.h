@@ -17,6 +17,10 @@ namespace basalt::host {
 // one. StepFailure when there is none, with the names that there are.
 [[nodiscard]] QWidget& requireObject(const std::string& name);
 
+// What has the focus on that screen, or would have it were the screen the active window; null for nothing. Where no
+// window manager is at work, a menu that closes leaves no window active.
+[[nodiscard]] QWidget* focusOn(const QWidget& screen);
+
 // The menu that is open on top of everything; null when there is none.
 [[nodiscard]] QMenu* openMenu();
 // The visible item of that name; null when the menu has none.

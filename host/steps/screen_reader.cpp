@@ -61,9 +61,10 @@ std::vector<int> columnsInOrder(const QAbstractItemView& table) {
 
 int requireColumn(const QAbstractItemView& table, const std::string& column) {
     int number = 0;
-    const auto [end, failure] = std::from_chars(column.data(), column.data() + column.size(), number);
+    const std::string digits = latinDigits(QString::fromStdString(column)).toStdString();
+    const auto [end, failure] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
     const std::vector<int> shown = columnsInOrder(table);
-    if (failure == std::errc() && end == column.data() + column.size()) {
+    if (failure == std::errc() && end == digits.data() + digits.size()) {
         if (number >= 0 && static_cast<std::size_t>(number) < shown.size())
             return shown[static_cast<std::size_t>(number)];
         throw StepFailure("column " + column, std::to_string(shown.size()) + " columns");
@@ -127,7 +128,7 @@ bool hasState(const QWidget& widget, ObjectState state) {
         case ObjectState::Hidden:
             return !widget.isVisible();
         case ObjectState::Focused: {
-            const QWidget* focused = QApplication::focusWidget();
+            const QWidget* focused = focusOn(*widget.window());
             return focused && (focused == &widget || widget.isAncestorOf(focused));
         }
     }

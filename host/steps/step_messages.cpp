@@ -4,6 +4,7 @@
 #include <array>
 
 #include "host/calls/answer.h"
+#include "host/steps/screen_reader.h"
 #include "host/steps/step_failure.h"
 
 namespace basalt::host {
@@ -20,9 +21,16 @@ int harmlessAnswer(const MessageRequest& question) {
     return modalResultOf(question.buttons.front());
 }
 
+bool readAs(const std::vector<std::string>& shown, const std::vector<std::string>& expected) {
+    return std::equal(shown.begin(), shown.end(), expected.begin(), expected.end(),
+                      [](const std::string& text, const std::string& wanted) {
+                          return readsAs(QString::fromStdString(text), wanted);
+                      });
+}
+
 bool fits(const ExpectMessage& expected, const MessageRequest& message) {
     return expected.operation == message.operation && (!expected.number || *expected.number == message.number) &&
-           (!expected.arguments || *expected.arguments == message.arguments);
+           (!expected.arguments || readAs(message.arguments, *expected.arguments));
 }
 
 std::string describeExpected(const ExpectMessage& expected) {

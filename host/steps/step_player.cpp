@@ -250,8 +250,9 @@ std::function<void()> StepPlayer::prepareStep(const ExpectState& step) {
     std::string found = "it not " + stateName(step.state);
     if (step.state == ObjectState::Focused) {
         // Where no window manager does it, the screen behind a closed box is not made active again.
-        if (!QApplication::activeWindow()) requireObject(step.object).window()->activateWindow();
-        const QWidget* focused = QApplication::focusWidget();
+        QWidget* window = requireObject(step.object).window();
+        if (!QApplication::activeWindow()) window->activateWindow();
+        const QWidget* focused = focusOn(*window);
         found = "the focus on " + (focused ? focused->objectName().toStdString() : "nothing");
     }
     throw StepFailure(step.object + " to be " + stateName(step.state), found);

@@ -218,7 +218,7 @@ const std::map<std::string, Parser, std::less<>>& actions() {
         {"answer",
          [](Line& line) -> StepAction {
              const std::string word = line.word("an answer");
-             const std::optional<Answer> answer = Answer::parse(word);
+             const std::optional<Answer> answer = Answer::parse(inLatinDigits(word));
              if (!answer) line.fail("expected an answer (yes, no, cancel, ok or a number), found \"" + word + "\"");
              return AnswerStep{*answer};
          }},

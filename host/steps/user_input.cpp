@@ -33,8 +33,10 @@ QWidget& requireUsable(const std::string& name) {
 // Short cuts and focus need the active window; a window that has just been shown becomes it a moment later.
 void requireActive(QWidget& widget) {
     QWidget* window = widget.window();
-    if (window->isActiveWindow()) return;
-    window->activateWindow();
+    // Behind a menu that has closed no window may have the keyboard, although the screen counts as active.
+    const bool active = window->isActiveWindow();
+    if (!active || !QGuiApplication::focusWindow()) window->activateWindow();
+    if (active) return;
     throw StepFailure("the screen " + window->objectName().toStdString() + " to be active", "it inactive");
 }
 
@@ -53,10 +55,18 @@ bool takesText(const QWidget* widget) {
            qobject_cast<const QPlainTextEdit*>(widget) || qobject_cast<const QTextEdit*>(widget);
 }
 
+// The first part of a composed control that text can be typed into; null when there is none.
+QWidget* textPart(const QWidget& widget) {
+    for (QWidget* part : widget.findChildren<QWidget*>()) {
+        if (takesText(part) && part->isVisible() && part->isEnabled()) return part;
+    }
+    return nullptr;
+}
+
 // The control that takes key presses meant for `widget`.
 QWidget& keyTarget(QWidget& widget) {
     if (widget.isWindow()) {
-        QWidget* focused = QApplication::focusWidget();
+        QWidget* focused = focusOn(widget);
         return focused && focused->window() == &widget ? *focused : widget;
     }
     if (auto* grid = dynamic_cast<TSmartDBGrid_VRO*>(&widget)) return *grid->View();
@@ -64,9 +74,7 @@ QWidget& keyTarget(QWidget& widget) {
     if (focused && widget.isAncestorOf(focused)) return *focused;
     if (widget.focusPolicy() != Qt::NoFocus && !widget.focusProxy()) return widget;
     if (QWidget* proxy = widget.focusProxy()) return keyTarget(*proxy);
-    for (QWidget* part : widget.findChildren<QWidget*>()) {
-        if (takesText(part) && part->isVisible() && part->isEnabled()) return *part;
-    }
+    if (QWidget* part = textPart(widget)) return *part;
     for (QWidget* part : widget.findChildren<QWidget*>()) {
         if (part->focusPolicy() != Qt::NoFocus && part->isVisible() && part->isEnabled()) return *part;
     }
@@ -78,10 +86,11 @@ QWidget& requireTextTarget(const std::string& object) {
     requireActive(outer);
     QWidget& target = keyTarget(outer);
     const auto* combo = qobject_cast<const QComboBox*>(&target);
-    if (!takesText(&target) && !(combo && combo->isEditable())) {
-        throw StepFailure(object + " to take text", "another kind of control");
-    }
-    return target;
+    if (takesText(&target) || (combo && combo->isEditable())) return target;
+    // Of a frame with a choice and an input the choice may have the focus.
+    QWidget* part = outer.isWindow() || qobject_cast<QAbstractItemView*>(&target) ? nullptr : textPart(outer);
+    if (!part) throw StepFailure(object + " to take text", "another kind of control");
+    return *part;
 }
 
 void focus(QWidget& widget) {

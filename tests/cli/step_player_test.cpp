@@ -13,12 +13,14 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QShortcut>
 #include <QStandardItemModel>
 #include <QTabBar>
 #include <QTableView>
 #include <QTemporaryDir>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include "host/steps/steps_file.h"
@@ -154,6 +156,8 @@ expect screen List_FRM
 expect cell List_GRD 1 عنوان همکار ۲ (New)
 expect cell List_GRD 1 1 همکار ۲ (New)
 expect cell List_GRD ۱ کد 2
+expect cell List_GRD ۱ ۱ همکار ۲ (New)
+expect cell List_GRD ۱ ٠ ۲
 key - Esc
 expect result ۰
 )"),
@@ -171,7 +175,7 @@ TEST(StepPlayer, statesTabsAndCombos) {
     EXPECT_EQ(
         play("expect disabled New_BTN\nexpect enabled Edit_BTN\nexpect visible Edit_BTN\nexpect hidden Delete_BTN\n"
              "choose Type_CMB 2\nexpect text Type_CMB هر دو\nchoose Type_CMB 0\nexpect text Type_CMB خرید\n"
-             "tab Tab_TBC 1\nexpect message TabChanged 1\nclick Edit_BTN\nexpect focused Edit_BTN\n"),
+             "tab Tab_TBC 1\nexpect message TabChanged ۱\nclick Edit_BTN\nexpect focused Edit_BTN\n"),
         "");
 }
 
@@ -179,6 +183,7 @@ TEST(StepPlayer, answersAheadAndBefore) {
     const std::string change = "row List_GRD 0\nclick Edit_BTN\ntype Name_EDT x\n";
     EXPECT_EQ(
         play(change + "key - Esc\nexpect message MsgUnsavedChanges\nanswer cancel\nexpect screen Editor_FRM\n"
+                      "answer ۲\nkey - Esc\nexpect message MsgUnsavedChanges\nexpect screen Editor_FRM\n"
                       "answer yes\nkey - Esc\nexpect message MsgUnsavedChanges\nexpect cell List_GRD 0 عنوان یکx\n"),
         "");
 }
@@ -334,6 +339,89 @@ TEST(StepPlayer, slowScreensAreWaitedFor) {
     EXPECT_EQ(player.failure().value_or(""), "");
 }
 
+// A screen with a menu and with a frame of a choice and an input, as the module's screens have them.
+class MenuScreen : public QDialog {
+public:
+    explicit MenuScreen(MessageService& messages) {
+        setObjectName("Menu_FRM");
+        name_.setObjectName("Name_EDT");
+        more_.setObjectName("More_BTN");
+        more_.setPopupMode(QToolButton::InstantPopup);
+        more_.setFocusPolicy(Qt::StrongFocus);
+        more_.setMenu(&menu_);
+        QAction* tell = menu_.addAction("Tell");
+        tell->setObjectName("Tell_ACT");
+        connect(tell, &QAction::triggered, this, [&messages] { messages.show({.operation = "Told"}); });
+        QAction* enter = menu_.addAction("Enter");
+        enter->setObjectName("Enter_ACT");
+        connect(enter, &QAction::triggered, this, [this] { name_.setFocus(); });
+        frame_.setObjectName("Search_FRM");
+        fields_.setObjectName("Search_FRM_CMB");
+        fields_.addItems({"کد", "عنوان"});
+        input_.setObjectName("Search_FRM_EDT");
+        auto* inside = new QHBoxLayout(&frame_);
+        inside->addWidget(&fields_);
+        inside->addWidget(&input_);
+        exit_.setObjectName("Exit_BTN");
+        auto* layout = new QVBoxLayout(this);
+        for (QWidget* widget : std::initializer_list<QWidget*>{&name_, &more_, &frame_, &exit_})
+            layout->addWidget(widget);
+        setTabOrder(&name_, &more_);
+        setTabOrder(&more_, &fields_);
+        setTabOrder(&fields_, &input_);
+        setTabOrder(&input_, &exit_);
+    }
+
+private:
+    QLineEdit name_;
+    QMenu menu_;
+    QToolButton more_;
+    QWidget frame_;
+    QComboBox fields_;
+    QLineEdit input_;
+    QPushButton exit_;
+};
+
+std::string playMenu(const std::string& text) {
+    StepPlayer player(parseSteps(text, "t.steps"), "t.steps", {.step = std::chrono::milliseconds(500)});
+    player.start();
+    {
+        MenuScreen screen(player.messages());
+        screen.exec();
+    }
+    player.returned({});
+    player.finish();
+    return player.failure().value_or("");
+}
+
+TEST(StepPlayer, theFocusIsWhereItWasWhenAMenuHasClosed) {
+    EXPECT_EQ(playMenu("click More_BTN\nkey - Esc\nexpect screen Menu_FRM\nexpect focused More_BTN\n"), "");
+    EXPECT_EQ(playMenu("click More_BTN\nclick Tell_ACT\nexpect message Told\nexpect focused More_BTN\n"), "");
+    EXPECT_EQ(playMenu("click More_BTN\nclick Enter_ACT\nexpect focused Name_EDT\n"), "");
+    EXPECT_EQ(playMenu("click More_BTN\nkey - Esc\nexpect focused Name_EDT\n"),
+              "t.steps:3: expected Name_EDT to be focused, found the focus on More_BTN");
+}
+
+TEST(StepPlayer, aKeyBehindAMenuGoesToWhatHasTheFocus) {
+    EXPECT_EQ(playMenu("click More_BTN\nkey - Esc\nkey - Tab\nexpect focused Search_FRM_CMB\n"), "");
+    EXPECT_EQ(playMenu("type Name_EDT ab\nclick More_BTN\nclick Enter_ACT\nkey - End\nkey - Backspace\nkey - "
+                       "Tab\nexpect text Name_EDT a\n"
+                       "expect focused More_BTN\n"),
+              "");
+    EXPECT_EQ(playMenu("click More_BTN\nkey - Esc\nkey - Shift+Tab\nclick More_BTN\nkey - Down\nkey - Enter\n"
+                       "expect message Told\ntype Name_EDT x\nexpect text Name_EDT x\nexpect focused Name_EDT\n"),
+              "");
+}
+
+TEST(StepPlayer, textForAFrameGoesIntoItsInput) {
+    EXPECT_EQ(playMenu("choose Search_FRM_CMB 1\nexpect focused Search_FRM_CMB\ntype Search_FRM همکار\n"
+                       "expect text Search_FRM_EDT همکار\nexpect focused Search_FRM_EDT\n"),
+              "");
+    EXPECT_EQ(playMenu("type Search_FRM x\nchoose Search_FRM 1\nclear Search_FRM\nexpect text Search_FRM_EDT\n"), "");
+    EXPECT_EQ(playMenu("choose Search_FRM 1\ntype Search_FRM_CMB x\n"),
+              "t.steps:2: expected Search_FRM_CMB to take text, found another kind of control");
+}
+
 struct Failing {
     std::string name;
     std::string steps;
@@ -355,6 +443,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "1: expected \"دو\" in row 0, column 1 of List_GRD, found \"یک\""},
         Failing{"noSuchRow", "row List_GRD 3", "1: expected row 3, found 3 rows"},
         Failing{"noSuchColumn", "expect cell List_GRD 0 2 x", "1: expected column 2, found 2 columns"},
+        Failing{"noSuchPersianColumn", "expect cell List_GRD 0 ۲ x", "1: expected column ۲, found 2 columns"},
         Failing{"noSuchTitle", "expect cell List_GRD 0 نام x", "1: expected column نام, found the columns کد, عنوان"},
         Failing{"noSuchObject", "click Save_BTN",
                 "1: expected an object Save_BTN on List_FRM, found none of that name; there are Tab_TBC, Type_CMB, "

@@ -35,6 +35,8 @@ TEST(StepsFile, actions) {
     EXPECT_EQ(only<ChooseStep>("choose Type_CMB 2").item, 2);
     EXPECT_EQ(only<AnswerStep>("answer cancel").answer.value, mrCancel);
     EXPECT_EQ(only<AnswerStep>("answer 7").answer.value, 7);
+    EXPECT_EQ(only<AnswerStep>("answer ۷").answer.value, 7);
+    EXPECT_EQ(only<AnswerStep>("answer -١٢").answer.value, -12);
     EXPECT_EQ(only<ShotStep>("shot out/first picture.png").file, "out/first picture.png");
 }
 
