@@ -2,6 +2,7 @@
 #include <iostream>
 #include <memory>
 #include <set>
+#include <stdexcept>
 
 #include "ado/error.h"
 #include "cli/commands.h"
@@ -62,15 +63,20 @@ host::CallReport answer(host::FunctionCaller& caller, const std::string& line) {
     return report;
 }
 
-// False when a call failed.
+// False when a call failed. runtime_error at the first reply that is lost: nobody would know what the lines behind it
+// have done.
 bool answerAll(Workspace& workspace) {
     host::FunctionCaller caller(workspace.module().registry(), workspace.host());
     bool well = true;
+    int number = 0;
     for (std::string line; std::getline(std::cin, line);) {
+        ++number;
         if (line.find_first_not_of(" \t\r") == std::string::npos) continue;
         const host::CallReport report = answer(caller, line);
         well = well && !report.error;
-        std::cout << host::toDatum(report).toJson() << std::endl;
+        if (!(std::cout << host::toDatum(report).toJson() << std::endl))
+            throw std::runtime_error("the output cannot be written; the lines behind line " + std::to_string(number) +
+                                     " are not called");
     }
     return well;
 }

@@ -5,11 +5,10 @@
 
 #include "ado/names.h"
 #include "cli/commands.h"
+#include "cli/host_screens.h"
 #include "cli/wrong_usage.h"
 #include "host/calls/arguments.h"
-#include "host/counter/counter_entries.h"
 #include "host/module_loader/module_loader.h"
-#include "host/price_editor/price_editor.h"
 
 namespace basalt::cli {
 
@@ -85,8 +84,7 @@ int run(const FunctionsOptions& options) {
         list.push_back(toDatum(entry, "module"));
         section(entry.subsystem) += describe("screen " + signatureOf(entry), entry.summary);
     }
-    // The host's own screens, which "basalt screen" opens like those of the module.
-    for (const EntryPoint& entry : {host::priceEditorEntry(), host::counterEntry(), host::layoutsEntry()}) {
+    for (const EntryPoint& entry : hostScreens()) {
         if (!wanted(entry.name)) continue;
         list.push_back(toDatum(entry, "host"));
         section(entry.subsystem) += describe("screen " + signatureOf(entry) + "   [host]", entry.summary);

@@ -5,15 +5,15 @@
 #include <memory>
 
 #include "cli/commands.h"
+#include "cli/host_screens.h"
 #include "cli/terminal.h"
 #include "cli/workspace.h"
 #include "cli/wrong_usage.h"
 #include "host/calls/function_caller.h"
-#include "host/counter/counter_entries.h"
-#include "host/price_editor/price_editor.h"
 #include "host/screens/qt_message_service.h"
 #include "host/screens/screen_services_impl.h"
 #include "host/steps/step_player.h"
+#include "host/steps/steps_error.h"
 #include "host/steps/steps_file.h"
 
 namespace basalt::cli {
@@ -37,14 +37,21 @@ std::string readFile(const std::string& name) {
     return text;
 }
 
+std::vector<host::Step> readSteps(const std::string& name) {
+    try {
+        return host::parseSteps(readFile(name), name);
+    } catch (const host::StepsError& error) {
+        throw WrongUsage(error.what());
+    }
+}
+
 // The module's screens and the host's own.
-Registry screensOf(Workspace& workspace, host::HostScreenServices& services) {
+Registry screensOf(const Module& module, std::vector<EntryPoint> own) {
     Registry screens;
-    for (const EntryPoint& entry : workspace.module().registry().entryPoints())
+    for (const EntryPoint& entry : module.registry().entryPoints())
         screens.add(entry);
-    screens.add(host::priceEditorEntry(workspace.host(), workspace.module().registry()));
-    screens.add(host::counterEntry(workspace.host(), workspace.module().registry(), services));
-    screens.add(host::layoutsEntry(workspace.host(), workspace.module().registry(), services));
+    for (EntryPoint& entry : own)
+        screens.add(std::move(entry));
     return screens;
 }
 
@@ -56,7 +63,7 @@ const EntryPoint& findEntry(const Registry& registry, const std::string& name) {
     throw WrongUsage(message);
 }
 
-host::BoundArguments bind(const EntryPoint& entry, const std::vector<std::string>& words) {
+host::BoundArguments bindWords(const EntryPoint& entry, const std::vector<std::string>& words) {
     try {
         return host::bindArguments(entry.parameters, entry.name, host::argumentsFromWords(entry.parameters, words));
     } catch (const UsageError& error) {
@@ -121,27 +128,30 @@ int showByHand(Workspace& workspace, const EntryPoint& entry, const host::BoundA
     return report(caller.show(entry, arguments, messages), std::nullopt);
 }
 
-int openScreen(Workspace& workspace, const ScreenOptions& options, const std::vector<std::string>& words,
+int openScreen(Workspace& workspace, const ScreenOptions& options, const host::BoundArguments& arguments,
                std::vector<host::Step> steps) {
     host::HostScreenServices screens(workspace.host());
     workspace.host().setScreens(&screens);
-    const Registry known = screensOf(workspace, screens);
+    const Module& module = workspace.module();
+    const Registry known = screensOf(module, hostScreens(workspace.host(), module.registry(), screens));
     const EntryPoint& entry = findEntry(known, options.entry);
-    const host::BoundArguments arguments = bind(entry, words);
     if (options.steps.empty()) return showByHand(workspace, entry, arguments);
     return play(workspace, entry, arguments, std::move(steps), options.steps);
 }
 
 int run(const CommonOptions& common, const ScreenOptions& options) {
     const bool played = !options.steps.empty();
+    std::vector<std::string> words = options.arguments;
+    words.insert(words.end(), common.moreArguments.begin(), common.moreArguments.end());
+    // What is wrong with the command line is told before anything that is missing on this computer.
+    const Registry known = screensOf(host::loadModule(), hostScreens());
+    const host::BoundArguments arguments = bindWords(findEntry(known, options.entry), words);
     std::vector<host::Step> steps;
-    if (played) steps = host::parseSteps(readFile(options.steps), options.steps);
+    if (played) steps = readSteps(options.steps);
     requireDisplay(played);
     Application application;
     Workspace workspace(common);
-    std::vector<std::string> words = options.arguments;
-    words.insert(words.end(), common.moreArguments.begin(), common.moreArguments.end());
-    const int status = openScreen(workspace, options, words, std::move(steps));
+    const int status = openScreen(workspace, options, arguments, std::move(steps));
     if (status == 0) workspace.finish();
     return status;
 }
