@@ -55,6 +55,9 @@ extern Method_as_Event After_Equal_Total_Price;
 //                  difference to the user.
 // perCode is the invoice's person, as text. itemCode is not looked at.
 //
+// perCode and what a barcode has in its field of the good go into statements as they stand. A caller passes on digits
+// alone as perCode, and of barcodes only those of letters and digits (goods/barcode_unt.h).
+//
 // A number field that is not a number is a DatabaseError (Conversion) that names barcode and field. After a failure
 // formulType is bftNone, or as it was when the layouts could not be read, and the variables hold what was found before
 // it.

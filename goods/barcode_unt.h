@@ -4,8 +4,9 @@
 //   barcodes.BarCodeFormul_Get(13, "2800057012505");
 //   if (!barcodes.BarCodeFormul_QRY.IsEmpty()) ...
 //
-// Codes are pasted into the statements as they stand: they come from barcodes and are texts of digits. Any other text
-// makes the server refuse the statement, and the DatabaseError passes to the caller.
+// Codes are pasted into the statements as they stand, without quotes and unchecked: "105;DELETE FROM Items" is two
+// statements and both are run. Who takes a code from outside, from a scanner for one, has to look at it first and pass
+// on digits alone (for a look-up by scale code, letters too). A DatabaseError passes to the caller.
 #pragma once
 
 #include <memory>

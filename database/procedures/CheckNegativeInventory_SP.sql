@@ -3,13 +3,14 @@
 --
 -- Whether saving a document would drive the stock of a good in a store below zero, at its own moment or at any later one.
 --   @NegativeType     0 forbid, 1 warn, 2 allow: with 2 nothing is looked at
---   @SelectQuery      a query of the document's lines: Code (good), Anbar (store), Mogodi (signed quantity); lines without
---                     a good or a store move no stock
+--   @SelectQuery      a query of the document's lines: Code (good), Anbar (store), Mogodi (signed quantity). Of a good that is
+--                     not in GoodInf, and where a line names no good or no store, there is nothing
 --   @Date, @globalID  the document's place in the ledger. 0 or null for a new document, which comes last on its day
 --   @StoreTransition  1 for a document that moves goods between stores; its lines name both stores, and each is looked at for
 --                     itself, as with any other document
 -- Returns 1 when some stock would go below zero, else 0. Then @NegProductCodes holds the codes of these goods, by code, with
--- commas between, and @NegProductNames their names; otherwise both are empty. No rows.
+-- commas between, and @NegProductNames their names, for a good that is not in GoodInf its code; a line without a good has
+-- neither. Otherwise both are empty. No rows.
 --
 -- Rule: the rows that the document has in the ledger already, on whatever date, are taken as gone and its lines as entered.
 -- A good is negative when then, after some document of its ledger, its balance in a store is below zero and lower than it is
@@ -40,11 +41,11 @@ BEGIN
         RETURN 0
 
     -- Without a key on purpose: the few lines are to lead into the index of the long ledger, not the other way round.
-    CREATE TABLE #DocumentLines (Code int NOT NULL, Anbar int NOT NULL, Mogodi decimal(23, 9) NOT NULL)
-    CREATE TABLE #NegativeGoods (Code int NOT NULL PRIMARY KEY, Name nvarchar(150) NOT NULL)
+    CREATE TABLE #DocumentLines (Code int NULL, Anbar int NULL, Mogodi decimal(23, 9) NOT NULL)
+    CREATE TABLE #NegativeGoods (Code int NULL)
 
     SET @Insert = N'INSERT INTO #DocumentLines (Code, Anbar, Mogodi) SELECT S.Code, S.Anbar, ISNULL(SUM(S.Mogodi), 0) FROM ('
-        + @SelectQuery + N') AS S WHERE S.Code IS NOT NULL AND S.Anbar IS NOT NULL GROUP BY S.Code, S.Anbar'
+        + @SelectQuery + N') AS S GROUP BY S.Code, S.Anbar'
     EXEC (@Insert)
 
     SET @Place = CASE WHEN @globalID > 0 THEN @globalID ELSE 2147483647 END
@@ -62,48 +63,46 @@ BEGIN
         SET @From = ISNULL(@Date, N'')
 
     -- What the ledger has and what it would have: the balance until then, and from then on document by document.
-    INSERT INTO #NegativeGoods (Code, Name)
-    SELECT G.Code, G.Name
-    FROM dbo.GoodInf AS G
-    WHERE G.Code IN (
-        SELECT B.Code
+    INSERT INTO #NegativeGoods (Code)
+    SELECT DISTINCT B.Code
+    FROM (
+        -- Without a frame of rows, so that the rows of one document count together.
+        SELECT M.Code,
+            SUM(M.Now) OVER (PARTITION BY M.Code, M.Anbar ORDER BY M.[Date], M.Global_ID) AS Now,
+            SUM(M.Later) OVER (PARTITION BY M.Code, M.Anbar ORDER BY M.[Date], M.Global_ID) AS Later
         FROM (
-            -- Without a frame of rows, so that the rows of one document count together.
-            SELECT M.Code,
-                SUM(M.Now) OVER (PARTITION BY M.Code, M.Anbar ORDER BY M.[Date], M.Global_ID) AS Now,
-                SUM(M.Later) OVER (PARTITION BY M.Code, M.Anbar ORDER BY M.[Date], M.Global_ID) AS Later
+            SELECT O.Code, O.Anbar, N'' AS [Date], 0 AS Global_ID, O.Tedad AS Now, O.Tedad AS Later
             FROM (
-                SELECT O.Code, O.Anbar, N'' AS [Date], 0 AS Global_ID, O.Tedad AS Now, O.Tedad AS Later
-                FROM (
-                    SELECT L.Code, L.Anbar, SUM(K.Tedad) AS Tedad
-                    FROM #DocumentLines AS L
-                    INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] < @From
-                    GROUP BY L.Code, L.Anbar
-                ) AS O
-                UNION ALL
-                SELECT K.kala, K.Anbar, K.[Date], K.Global_ID, K.Tedad,
-                    CASE WHEN K.Global_ID = @Place THEN 0 ELSE K.Tedad END
+                SELECT L.Code, L.Anbar, SUM(K.Tedad) AS Tedad
                 FROM #DocumentLines AS L
-                INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] >= @From
-                UNION ALL
-                SELECT L.Code, L.Anbar, @Date, @Place, 0, L.Mogodi
-                FROM #DocumentLines AS L
-            ) AS M
-        ) AS B
-        WHERE B.Later < 0 AND B.Later < B.Now
-    )
+                INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] < @From
+                GROUP BY L.Code, L.Anbar
+            ) AS O
+            UNION ALL
+            SELECT K.kala, K.Anbar, K.[Date], K.Global_ID, K.Tedad,
+                CASE WHEN K.Global_ID = @Place THEN 0 ELSE K.Tedad END
+            FROM #DocumentLines AS L
+            INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] >= @From
+            UNION ALL
+            SELECT L.Code, L.Anbar, @Date, @Place, 0, L.Mogodi
+            FROM #DocumentLines AS L
+        ) AS M
+    ) AS B
+    WHERE B.Later < 0 AND B.Later < B.Now
 
     IF NOT EXISTS (SELECT 1 FROM #NegativeGoods)
         RETURN 0
 
-    SELECT @Code = MIN(Code) FROM #NegativeGoods
+    SELECT @Code = MIN(Code) FROM #NegativeGoods WHERE Code IS NOT NULL
     WHILE @Code IS NOT NULL
     BEGIN
         SELECT @NegProductCodes = @NegProductCodes + CASE WHEN @NegProductCodes = N'' THEN N'' ELSE N',' END
-                + CAST(Code AS nvarchar(12)),
-            @NegProductNames = @NegProductNames + CASE WHEN @NegProductNames = N'' THEN N'' ELSE N'، ' END + Name
-        FROM #NegativeGoods
-        WHERE Code = @Code
+                + CAST(N.Code AS nvarchar(12)),
+            @NegProductNames = @NegProductNames + CASE WHEN @NegProductNames = N'' THEN N'' ELSE N'، ' END
+                + ISNULL(G.Name, CAST(N.Code AS nvarchar(12)))
+        FROM #NegativeGoods AS N
+        LEFT JOIN dbo.GoodInf AS G ON G.Code = N.Code
+        WHERE N.Code = @Code
 
         SELECT @Code = MIN(Code) FROM #NegativeGoods WHERE Code > @Code
     END

@@ -139,8 +139,17 @@ TEST_F(NegativeStock, withoutLinesNothingIsNegative) {
     EXPECT_EQ(check(line(5, 1, "NULL"), "1405/01/25"), fine);
 }
 
-TEST_F(NegativeStock, linesWithoutAGoodOrAStoreMoveNothing) {
-    EXPECT_EQ(check("SELECT NULL AS Code, 1 AS Anbar, -5 AS Mogodi UNION ALL SELECT 5, NULL, -99", "1405/01/25"), fine);
+TEST_F(NegativeStock, ofAGoodThatIsNotThereThereIsNothing) {
+    EXPECT_EQ(check(line(99, 1, "-1"), "1405/01/25"), (Answer{1, "99", "99"}));
+    EXPECT_EQ(check(line(99, 1, "-1") + " UNION ALL " + line(5, 1, "-99"), "1405/01/25"),
+              (Answer{1, "قند، 99", "5,99"}));
+    EXPECT_EQ(check(line(99, 1, "1"), "1405/01/25"), fine);
+}
+
+TEST_F(NegativeStock, aLineWithoutAGoodOrAStoreTakesFromNothing) {
+    EXPECT_EQ(check("SELECT 5 AS Code, NULL AS Anbar, -1 AS Mogodi", "1405/01/25"), sugar);
+    EXPECT_EQ(check("SELECT NULL AS Code, 1 AS Anbar, -5 AS Mogodi", "1405/01/25"), (Answer{1, "", ""}));
+    EXPECT_EQ(check("SELECT NULL AS Code, NULL AS Anbar, 5 AS Mogodi UNION ALL SELECT 5, NULL, 0", "1405/01/25"), fine);
 }
 
 TEST_F(NegativeStock, warningFindsTheSameAndAllowingLooksAtNothing) {

@@ -127,6 +127,27 @@ TEST_F(LedgerCheck, linesThatAreNoQueryAreAnError) {
     EXPECT_FALSE(mayBeSaved(line(7, 2, "-1")));
 }
 
+// What is not known to be there must not pass as enough.
+TEST_F(LedgerCheck, bothChecksRefuseALineOfNoKnownGoodOrStore) {
+    struct Line {
+        const char* query;
+        const char* message;
+        const char* codes;
+    };
+    for (const Line& each : {Line{"SELECT 99 AS Code, 1 AS Anbar, -1 AS Mogodi", ", '99'", "99"},
+                             Line{"SELECT 5 AS Code, NULL AS Anbar, -1 AS Mogodi", ", 'قند'", "5"},
+                             Line{"SELECT NULL AS Code, 1 AS Anbar, -1 AS Mogodi", "", ""}}) {
+        expectRefusal();
+        EXPECT_FALSE(mayBeSaved(each.query)) << each.query;
+        fake.expectMessage(std::string("ShowSmartMessage(error 30055") + each.message + ")");
+        EXPECT_FALSE(Check_TockMinus(each.query, "1405/01/05", 0, false)) << each.query;
+        EXPECT_EQ(strMinusGoodCodes, each.codes);
+    }
+    const std::string receipt = "SELECT 99 AS Code, 1 AS Anbar, 1 AS Mogodi";
+    EXPECT_TRUE(mayBeSaved(receipt));
+    EXPECT_TRUE(Check_TockMinus(receipt, "1405/01/05", 0, false));
+}
+
 TEST_F(LedgerCheck, theProcedureNamesTheGoods) {
     const std::string lines = line(7, 1, "-1") + " UNION ALL " + line(5, 1, "-101");
     fake.expectMessage("ShowSmartMessage(error 30055, 'قند، نان')");
@@ -214,6 +235,13 @@ TEST_F(Scanned, aBarcodeOfNoLayoutIsNone) {
     EXPECT_FALSE(FillGoodInfFromBarcode(butNew, kind, "2900042012505", "10", "", 0));
     EXPECT_FALSE(FillGoodInfFromBarcode(butNew, kind, "280004201250", "10", "", 0));
     EXPECT_EQ(kind, bftNone);
+}
+
+// Codes are pasted: it is for the caller to look at what a scanner gave.
+TEST_F(Scanned, aCodeThatIsMoreThanACodeIsRunAsItStands) {
+    execute(*session, "INSERT INTO dbo.Items (Code, name1, price, type) VALUES (6, N'چای', 2000, 1)");
+    EXPECT_EQ(GetBarcode_Code("6;DELETE FROM dbo.Items", false, false), 6);
+    EXPECT_EQ(rowsOf(*session, "SELECT Code FROM dbo.Items").rowCount(), 0U);
 }
 
 // Scales
