@@ -1,6 +1,7 @@
 // Sending goods to scales: the query, the agent's command lines and its library.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <fstream>
@@ -284,6 +285,22 @@ TEST_F(Programs, withoutParametersThereIsNoArgument) {
     EXPECT_EQ(result.reason, "");
     EXPECT_EQ(written(), "");
     EXPECT_TRUE(std::filesystem::exists(output));
+}
+
+TEST_F(Programs, aProgramGetsNoFileThatIsOpenHere) {
+    // As a library opens them that thinks of no other program.
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const int high = dup2(ends[1], 700);
+    EXPECT_TRUE(
+        programs.start({.verb = "open", .file = "ScaleAgentApp.exe", .parameters = "1", .directory = {}, .show = 0})
+            .started);
+    EXPECT_EQ(written(), "1\n");
+    int inherited = -1;
+    std::ifstream(output + ".open") >> inherited;
+    EXPECT_EQ(inherited, 0);
+    for (const int each : {ends[0], ends[1], high})
+        close(each);
 }
 
 TEST_F(Programs, aProgramThatIsNotThereIsReportedWithThePlacesLookedAt) {

@@ -68,6 +68,17 @@ fs::path findProgram(const std::string& name, const std::vector<fs::path>& folde
     return {};
 }
 
+// What this process has open is nobody else's: a started program that lives on would hold its files and sockets. They
+// are closed when the program runs, so that until then a failure can be told.
+void closeAtExec() {
+    const auto first = static_cast<unsigned int>(STDERR_FILENO + 1);
+    if (close_range(first, ~0U, CLOSE_RANGE_CLOEXEC) == 0) return;
+    // An older kernel, perhaps without any limit worth the walk.
+    const long most = std::min(sysconf(_SC_OPEN_MAX), 65536L);
+    for (int each = STDERR_FILENO + 1; each < most; ++each)
+        fcntl(each, F_SETFD, FD_CLOEXEC);
+}
+
 // Between fork and exec, where only calls that are safe in a signal handler may be made. What fails is written to
 // `report`, which closes by itself when the program runs.
 [[noreturn]] void become(const char* file, char* const* arguments, const char* directory, int report) {
@@ -87,6 +98,7 @@ fs::path findProgram(const std::string& name, const std::vector<fs::path>& folde
         dup2(nothing, STDOUT_FILENO);
         dup2(nothing, STDERR_FILENO);
     }
+    closeAtExec();
     if (*directory == '\0' || chdir(directory) == 0) execv(file, arguments);
     fail();
     _exit(127);
