@@ -12,6 +12,7 @@
 #include <limits>
 #include <optional>
 
+#include "ado/decimal.h"
 #include "ado/error.h"
 #include "package/messages.h"
 #include "package/numbers.h"
@@ -171,7 +172,12 @@ void TGetBoxWeight_FRM::FormShow(QObject* sender) {
 }
 
 double TGetBoxWeight_FRM::Weight() const {
-    return static_cast<double>(numberOrZero(plain(weight_->currentText())));
+    // More digits than an amount holds are no weight, and far more of them no finite one.
+    const auto isAmount = [](Extended number) { return Decimal::fromExtended(number, 0).has_value(); };
+    const Extended number = numberOrZero(plain(weight_->currentText()));
+    if (!isAmount(number)) return 0;
+    const auto weight = static_cast<double>(number);
+    return isAmount(weight) ? weight : 0;
 }
 
 int TGetBoxWeight_FRM::Count() const {
@@ -201,9 +207,12 @@ void TGetBoxWeight_FRM::Submit_BTNClick() {
 void TGetBoxWeight_FRM::keepWeight() {
     const QString text = weight_->currentText();
     if (weight_->findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive) < 0) weight_->addItem(text);
-    std::vector<std::string> history;
-    for (int item = 0; item < weight_->count(); ++item)
-        history.push_back(plain(weight_->itemText(item)).toStdString());
+    // As it is now: another dialog may have kept weights since this one was opened.
+    std::vector<std::string> history = StoredList(kHistory);
+    for (int item = 0; item < weight_->count(); ++item) {
+        std::string weight = plain(weight_->itemText(item)).toStdString();
+        if (std::find(history.begin(), history.end(), weight) == history.end()) history.push_back(std::move(weight));
+    }
     StoreList(kHistory, history);
 }
 

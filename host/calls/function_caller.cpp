@@ -9,6 +9,19 @@ namespace basalt::host {
 
 namespace {
 
+// What went in as text is told as what it means: a number as a number.
+Datum asItsType(const FunctionParameter& parameter, const Datum& given) {
+    try {
+        if (given.isNull()) return given;
+        if (parameter.type == "integer") return given.asInteger();
+        if (parameter.type == "amount") return given.asAmount();
+        if (parameter.type == "flag") return given.asBool();
+    } catch (const std::exception&) {
+        // As it was given: it is this that the call failed for.
+    }
+    return given;
+}
+
 // What the output parameters hold: what the call has set, else what went in, else nothing.
 Datum::Fields outputsOf(const std::vector<FunctionParameter>& parameters, const FunctionCall& call,
                         const BoundArguments& arguments) {
@@ -19,7 +32,7 @@ Datum::Fields outputsOf(const std::vector<FunctionParameter>& parameters, const 
                                       [&](const auto& output) { return sameName(output.first, parameter.name); });
         const auto given = arguments.find(parameter.name);
         outputs.emplace_back(parameter.name, set != call.outputs().end() ? set->second
-                                             : given != arguments.end()  ? given->second
+                                             : given != arguments.end()  ? asItsType(parameter, given->second)
                                                                          : Datum());
     }
     return outputs;

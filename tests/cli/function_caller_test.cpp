@@ -60,6 +60,13 @@ protected:
                                         call.output("Name", "after");
                                         call.result(first && second == mrYes);
                                     }});
+        registry_.add(FunctionEntry{"Weigh",
+                                    "sample",
+                                    "Fails before it has set anything.",
+                                    {inOut("Weight", "amount"), inOut("Count", "integer"), inOut("Gross", "flag"),
+                                     inOut("Unit", "text"), inOut("Tare", "amount")},
+                                    "flag",
+                                    [](FunctionCall&) { throw UsageError("no scale"); }});
         registry_.add(FunctionEntry{"Shared", "sample", "Sends a statement that fails.", {}, "", [](FunctionCall&) {
                                         DM().SharedQuery.Close();
                                         DM().SharedQuery.SQL = "delete x";
@@ -110,6 +117,13 @@ TEST_F(FunctionCallerTest, questionWithoutAnAnswerFailsAndOutputsStandAsTheyWere
               R"("messages":[{"operation":"MsgDeleteRow","kind":null,"number":null,"arguments":[],"answer":null}],)"
               R"("events":[],"started":[],"error":{"type":"UsageError",)"
               R"("message":"the question MsgDeleteRow has no answer; it can be one of: yes, no"}})");
+}
+
+TEST_F(FunctionCallerTest, whatWentInComesBackAsNumbersWhenTheCallFails) {
+    const CallReport report =
+        caller_.call("Weigh", {.named = {}, .positional = {"0.250", "12", "yes", "007", "-7"}}, {});
+    ASSERT_TRUE(report.error);
+    EXPECT_EQ(Datum::record(report.out).toJson(), R"({"Weight":0.25,"Count":12,"Gross":true,"Unit":"007","Tare":-7})");
 }
 
 TEST_F(FunctionCallerTest, answerThatIsNoButtonOfTheQuestionFails) {

@@ -191,6 +191,28 @@ TEST_F(BoxWeight, weightsThatComeToNothingAreRefused) {
     }));
 }
 
+TEST_F(BoxWeight, aWeightOfMoreDigitsThanAnAmountHoldsIsNoWeight) {
+    double weight = 0;
+    int count = 0;
+    EXPECT_FALSE(ask(weight, count, [this] {
+        for (const int digits : {39, 320, 400, 5000}) {
+            enter(std::string(static_cast<std::size_t>(digits), '9').c_str(), "1");
+            host.expectMessage("ShowSmartMessage(notification 10031, 'وزن هر ظرف', 'مقدار غیرعددی')");
+            submit();
+            EXPECT_EQ(dialog->focusWidget(), &weightBox()) << digits;
+        }
+        enter(std::string(38, '9').c_str(), "1");  // as a double one digit more
+        host.expectMessage("ShowSmartMessage(notification 10031, 'وزن هر ظرف', 'مقدار غیرعددی')");
+        submit();
+    }));
+    EXPECT_TRUE(host.storedLists.empty());
+    EXPECT_TRUE(ask(weight, count, [this] {
+        enter(std::string(37, '9').c_str(), "1");
+        submit();
+    }));
+    EXPECT_EQ(weight, 1e37);
+}
+
 TEST_F(BoxWeight, countsThatComeToNothingAreRefused) {
     double weight = 0;
     int count = 0;
@@ -233,6 +255,24 @@ TEST_F(BoxWeight, everyWeightIsKeptOnce) {
         ASSERT_EQ(weightBox().count(), 2);
         EXPECT_EQ(weightBox().itemText(0), "۰٫۳۵");
     });
+}
+
+TEST_F(BoxWeight, whatAnotherDialogKeptMeanwhileStays) {
+    host.storedLists[kHistory] = {"1"};
+    double weight = 0;
+    int count = 0;
+    EXPECT_TRUE(ask(weight, count, [this] {
+        host.storedLists[kHistory] = {"1", "4.5", "3.5"};
+        enter("3.5", "1");
+        submit();
+    }));
+    EXPECT_THAT(host.storedLists[kHistory], ElementsAre("1", "4.5", "3.5"));
+    EXPECT_TRUE(ask(weight, count, [this] {
+        host.storedLists[kHistory] = {"1", "4.5", "3.5", "6"};
+        enter("7", "1");
+        submit();
+    }));
+    EXPECT_THAT(host.storedLists[kHistory], ElementsAre("1", "4.5", "3.5", "6", "7"));
 }
 
 TEST_F(BoxWeight, aRefusedWeightIsNotKept) {
