@@ -31,6 +31,14 @@ void add(std::vector<FieldSpan>& spans, LayoutField field, int start, int count)
     if (count > 0) spans.push_back({field, std::clamp(start, -kLongest, kLongest), endOf(start, count)});
 }
 
+// The prefix as the server compares it: the case of letters and blanks at the end make no difference.
+QString comparedConstant(const BarcodeLayout& layout) {
+    QString constant = constantOf(layout).toCaseFolded();
+    while (constant.endsWith(QLatin1Char(' ')))
+        constant.chop(1);
+    return constant;
+}
+
 // The characters of a barcode that are compared with the prefix.
 FieldSpan prefixOf(const BarcodeLayout& layout) {
     const int behind = std::clamp(layout.digitCount, 0, kLongest) + 1;
@@ -38,13 +46,18 @@ FieldSpan prefixOf(const BarcodeLayout& layout) {
     return {LayoutField::Constant, begin, std::clamp(endOf(layout.constantStart, layout.constantCount), begin, behind)};
 }
 
-// Whether any barcode has the prefix: it is as long as what is cut.
+// Whether the server finds the prefix in any barcode, which has no blanks: it is as long as what is cut.
 bool canFit(const BarcodeLayout& layout) {
     const FieldSpan prefix = prefixOf(layout);
-    return constantOf(layout).size() == prefix.end - prefix.begin;
+    return comparedConstant(layout).size() == prefix.end - prefix.begin;
 }
 
 }  // namespace
+
+QString nameOf(const BarcodeLayout& layout) {
+    const QString title = QString::fromStdString(layout.title).trimmed();
+    return title.isEmpty() ? QStringLiteral("بی‌نام") : title;
+}
 
 QString titleOf(LayoutField field) {
     switch (field) {
@@ -86,11 +99,13 @@ bool fits(const BarcodeLayout& layout, const QString& barcode) {
 
 bool mayBothFit(const BarcodeLayout& a, const BarcodeLayout& b) {
     if (a.digitCount != b.digitCount || !canFit(a) || !canFit(b)) return false;
+    const QString prefix = comparedConstant(a);
+    const QString otherPrefix = comparedConstant(b);
     const FieldSpan one = prefixOf(a);
     const FieldSpan other = prefixOf(b);
     // Where both fix a character it must be the same.
     for (int position = std::max(one.begin, other.begin); position < std::min(one.end, other.end); ++position) {
-        if (constantOf(a)[position - one.begin] != constantOf(b)[position - other.begin]) return false;
+        if (prefix[position - one.begin] != otherPrefix[position - other.begin]) return false;
     }
     return true;
 }
@@ -123,7 +138,7 @@ std::vector<QString> problemsOf(const BarcodeLayout& layout, const std::vector<B
             problems.push_back(
                 QStringLiteral(
                     "بارکدی که با این الگو بخواند با «%1» هم می‌خواند.")
-                    .arg(QString::fromStdString(other.title)));
+                    .arg(nameOf(other)));
     }
     return problems;
 }

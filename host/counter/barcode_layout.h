@@ -34,6 +34,9 @@ struct BarcodeLayout {
     bool operator==(const BarcodeLayout&) const = default;
 };
 
+// Its title, or for people that it has none.
+[[nodiscard]] QString nameOf(const BarcodeLayout& layout);
+
 enum class LayoutField { Constant, Item, Amount, Balance, Price };
 
 // Persian, for people.
@@ -54,7 +57,8 @@ struct FieldSpan {
 // Whether the barcode, without outer blanks, is one of this layout: its length and prefix.
 [[nodiscard]] bool fits(const BarcodeLayout& layout, const QString& barcode);
 
-// Whether there is a barcode that both fit; the server would pick either.
+// Whether there is a barcode that the server would give both for. It compares prefixes without regard to case and to
+// blanks behind them, and either may come first.
 [[nodiscard]] bool mayBothFit(const BarcodeLayout& a, const BarcodeLayout& b);
 
 // What is wrong with the layout, in sentences for people: fields that overlap, that reach beyond the barcode, a prefix

@@ -22,7 +22,6 @@ constexpr int kLongestBarcode = 100;
 constexpr int kLongestPrefix = 20;
 constexpr int kLongestTitle = 50;
 constexpr int kMostGoods = 999'999'999;
-constexpr int kUnbroken = 13;  // characters of a cut field that stay on one line
 
 struct FieldLook {
     LayoutField field;
@@ -45,20 +44,9 @@ QString coloured(const QString& text, const QString& background) {
     return QStringLiteral("<span style=\"background-color:%1\">%2</span>").arg(background, text.toHtmlEscaped());
 }
 
-// Where a line may end inside a long row of digits: a sign without width.
-const QChar kBreak(0x200B);
-
-QString breakable(const QString& text) {
-    QString parts;
-    for (qsizetype i = 0; i < text.size(); i += kUnbroken)
-        parts += (i == 0 ? QString() : QString(kBreak)) + text.mid(i, kUnbroken);
-    return parts;
-}
-
 QString listTitle(const BarcodeLayout& layout) {
-    const QString title = layout.title.empty() ? QStringLiteral("بی‌نام") : QString::fromStdString(layout.title);
     return QStringLiteral("%1 — %2 (%3 رقمی)")
-        .arg(title, persianDigits(QString::fromStdString(layout.constantCode)),
+        .arg(nameOf(layout), persianDigits(QString::fromStdString(layout.constantCode)),
              persianDigits(QString::number(layout.digitCount)));
 }
 
@@ -68,7 +56,6 @@ QString previewOf(const BarcodeLayout& layout, const QString& barcode) {
     const std::vector<FieldSpan> spans = spansOf(layout);
     QString characters;
     for (int position = 1; position <= barcode.size(); ++position) {
-        if (position > 1) characters += kBreak;
         const QString character = persianDigits(barcode.mid(position - 1, 1));
         const auto covers = [position](const FieldSpan& span) { return span.begin <= position && position < span.end; };
         const auto count = std::count_if(spans.begin(), spans.end(), covers);
@@ -85,12 +72,11 @@ QString previewOf(const BarcodeLayout& layout, const QString& barcode) {
         const int begin = std::max(span.begin, 1);
         const QString cut = persianDigits(barcode.mid(begin - 1, std::max(span.end - begin, 0)));
         // Tables go from left to right whatever is said of them.
-        legend +=
-            QStringLiteral(
-                "<tr><td align=\"right\" style=\"padding:2px 12px\">%1</td>"
-                "<td align=\"right\" style=\"padding:2px 0\">%2</td></tr>")
-                .arg(breakable(cut).toHtmlEscaped(),
-                     coloured(QStringLiteral("\u00A0%1\u00A0").arg(titleOf(span.field)), backgroundOf(span.field)));
+        legend += QStringLiteral(
+                      "<tr><td align=\"right\" style=\"padding:2px 12px\">%1</td>"
+                      "<td align=\"right\" style=\"padding:2px 0\">%2</td></tr>")
+                      .arg(cut.toHtmlEscaped(), coloured(QStringLiteral("\u00A0%1\u00A0").arg(titleOf(span.field)),
+                                                         backgroundOf(span.field)));
     }
     return QStringLiteral(
                "<div dir=\"ltr\" align=\"center\" style=\"font-size:20pt\">%1</div>"
@@ -260,25 +246,14 @@ void LayoutPage::makePreview(QBoxLayout& layout) {
     preview_ = new QLabel;
     preview_->setObjectName(QStringLiteral("Preview_LBL"));
     preview_->setTextFormat(Qt::RichText);
-    preview_->setWordWrap(true);
+    layout.addWidget(preview_);
     problems_ = new QLabel;
     problems_->setObjectName(QStringLiteral("Problems_LBL"));
     problems_->setProperty("kind", QStringLiteral("problem"));
     problems_->setTextFormat(Qt::PlainText);
     problems_->setWordWrap(true);
-    auto* results = new QWidget;
-    auto* column = new QVBoxLayout(results);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->addWidget(preview_);
-    column->addWidget(problems_);
-    column->addStretch();
-    auto* scroll = new QScrollArea;
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setWidgetResizable(true);
-    scroll->setFocusPolicy(Qt::NoFocus);
-    scroll->setWidget(results);
-    layout.addWidget(scroll, 1);
+    layout.addWidget(problems_);
+    layout.addStretch();
     QObject::connect(sample_, &QLineEdit::textChanged, this, [this] { refresh(); });
 }
 
@@ -398,7 +373,7 @@ void LayoutPage::refresh() {
         }
         QStringList fitting;
         for (const BarcodeLayout& other : layouts_) {
-            if (other.id != edited_.id && fits(other, sample)) fitting << QString::fromStdString(other.title);
+            if (other.id != edited_.id && fits(other, sample)) fitting << nameOf(other);
         }
         if (!fitting.isEmpty())
             problems.push_back((own ? QStringLiteral("این بارکد با الگوی %1 هم می‌خواند.")
@@ -424,18 +399,32 @@ bool LayoutPage::write() {
         title_->setFocus();
         return false;
     }
-    HostTransaction transaction(context_.host.session());
     BarcodeLayout written = edited_;
-    if (isNew) {
-        written.id = store_.add(edited_);
-    } else if (!store_.change(stored_, edited_)) {
-        context_.host.Messages().show({.operation = "MsgRecordGone", .form = this});
+    const auto store = [&] {
+        HostTransaction transaction(context_.host.session());
+        auto outcome = LayoutOutcome::Written;
+        if (isNew) {
+            written.id = store_.add(edited_);
+        } else {
+            outcome = store_.change(stored_, edited_);
+        }
+        if (outcome != LayoutOutcome::Written) return outcome;
+        log(permission, written);
+        transaction.commit();
+        return outcome;
+    };
+    if (const LayoutOutcome outcome = store(); outcome != LayoutOutcome::Written) {
+        tellNotWritten(outcome);
         return false;
     }
-    log(permission, written);
-    transaction.commit();
     stored_ = edited_ = written;
     return true;
+}
+
+void LayoutPage::tellNotWritten(LayoutOutcome outcome) {
+    const bool gone = outcome == LayoutOutcome::Gone;
+    context_.host.Messages().show({.operation = gone ? "MsgRecordGone" : "MsgRecordChanged", .form = this});
+    reload(stored_.id);
 }
 
 bool LayoutPage::may(TPermission permission) {
@@ -462,10 +451,18 @@ void LayoutPage::remove() {
                             .buttons = {TMessageButton::Yes, TMessageButton::No},
                             .defaultButton = TMessageButton::No};
     if (context_.host.Messages().show(question) != mrYes) return;
-    HostTransaction transaction(context_.host.session());
-    store_.remove(stored_.id);
-    log(prDelete, stored_);
-    transaction.commit();
+    const auto erase = [this] {
+        HostTransaction transaction(context_.host.session());
+        const LayoutOutcome outcome = store_.remove(stored_);
+        if (outcome != LayoutOutcome::Written) return outcome;
+        log(prDelete, stored_);
+        transaction.commit();
+        return outcome;
+    };
+    if (const LayoutOutcome outcome = erase(); outcome != LayoutOutcome::Written) {
+        tellNotWritten(outcome);
+        return;
+    }
     reload(0);
 }
 

@@ -51,6 +51,8 @@ private:
     // False when nothing was written: the user may not, or the layout lacks something; he has been told.
     bool write();
     [[nodiscard]] bool may(TPermission permission);
+    // Tells what kept a layout from being written, and shows what is there now.
+    void tellNotWritten(LayoutOutcome outcome);
     // Into the user log, as a part of the open transaction.
     void log(TPermission permission, const BarcodeLayout& layout);
     void startNew();

@@ -41,15 +41,12 @@ constexpr Column kColumns[] = {
     {"PriceCount", numberOf<&BarcodeLayout::priceCount>},
 };
 
-}  // namespace
+const std::string kSelect =
+    "SELECT ID, Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, BarCodeType, ItemConstantCode, "
+    "ItemCodeType, ItemCodeStart, ItemCodeCount, AmountStart, AmountCount, AmountDivide, BalanceNoStart, "
+    "BalanceNoCount, BalanceNoAsStore, PriceStart, PriceCount FROM dbo.BarCodeFormul ";
 
-std::vector<BarcodeLayout> LayoutStore::all() {
-    const RowSet rows = rowsOf(
-        session_,
-        "SELECT ID, Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, BarCodeType, ItemConstantCode, "
-        "ItemCodeType, ItemCodeStart, ItemCodeCount, AmountStart, AmountCount, AmountDivide, BalanceNoStart, "
-        "BalanceNoCount, BalanceNoAsStore, PriceStart, PriceCount FROM dbo.BarCodeFormul ORDER BY DigitCount, "
-        "ConstantCode, ID");
+std::vector<BarcodeLayout> layoutsOf(const RowSet& rows) {
     std::vector<BarcodeLayout> layouts;
     for (std::size_t row = 0; row < rows.rowCount(); ++row) {
         const auto number = [&](std::size_t column) { return static_cast<int>(integerAt(rows, column, row)); };
@@ -76,38 +73,60 @@ std::vector<BarcodeLayout> LayoutStore::all() {
     return layouts;
 }
 
-bool LayoutStore::change(const BarcodeLayout& from, const BarcodeLayout& to) {
+}  // namespace
+
+std::vector<BarcodeLayout> LayoutStore::all() {
+    return layoutsOf(rowsOf(session_, kSelect + "ORDER BY DigitCount, ConstantCode, ID"));
+}
+
+std::optional<BarcodeLayout> LayoutStore::held(int id) {
+    std::vector<BarcodeLayout> found =
+        layoutsOf(rowsOf(session_, kSelect + "WITH (UPDLOCK, HOLDLOCK) WHERE ID = ?", {integer(id)}));
+    if (found.empty()) return std::nullopt;
+    return std::move(found.front());
+}
+
+LayoutOutcome LayoutStore::change(const BarcodeLayout& from, const BarcodeLayout& to) {
     HostTransaction transaction(session_);
+    const auto now = held(from.id);
+    if (!now) return LayoutOutcome::Gone;
+    const auto isChanged = [&](const Column& column) { return column.of(to) != column.of(from); };
     for (const Column& column : kColumns) {
-        const Value value = column.of(to);
-        if (value == column.of(from)) continue;
-        const std::string statement = std::string("UPDATE dbo.BarCodeFormul SET ") + column.name + " = ? WHERE ID = ?";
-        if (execute(session_, statement, {value, integer(to.id)}) == 0) return false;
+        if (isChanged(column) && column.of(*now) != column.of(from)) return LayoutOutcome::Changed;
+    }
+    for (const Column& column : kColumns) {
+        if (!isChanged(column)) continue;
+        execute(session_, std::string("UPDATE dbo.BarCodeFormul SET ") + column.name + " = ? WHERE ID = ?",
+                {column.of(to), integer(from.id)});
     }
     transaction.commit();
-    return true;
+    return LayoutOutcome::Written;
 }
 
 int LayoutStore::add(const BarcodeLayout& l) {
-    HostTransaction transaction(session_);
-    execute(
+    // In one batch: the number is that of this insert, whatever other clients add.
+    const RowSet made = rowsOf(
         session_,
         "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, BarCodeType, "
         "ItemConstantCode, ItemCodeType, ItemCodeStart, ItemCodeCount, AmountStart, AmountCount, AmountDivide, "
         "BalanceNoStart, BalanceNoCount, BalanceNoAsStore, PriceStart, PriceCount) VALUES (?, ?, ?, ?, ?, ?, ?, ?, "
-        "?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+        "?, ?, ?, ?, ?, ?, ?, ?, ?, ?); SELECT SCOPE_IDENTITY()",
         {l.title, integer(l.digitCount), integer(l.constantStart), integer(l.constantCount), l.constantCode,
          integer(l.barCodeType), integer(l.itemConstantCode), integer(l.itemCodeType), integer(l.itemCodeStart),
          integer(l.itemCodeCount), integer(l.amountStart), integer(l.amountCount), integer(l.amountDivide),
          integer(l.balanceNoStart), integer(l.balanceNoCount), l.balanceNoAsStore, integer(l.priceStart),
          integer(l.priceCount)});
-    const RowSet made = rowsOf(session_, "SELECT MAX(ID) FROM dbo.BarCodeFormul");
-    transaction.commit();
     return static_cast<int>(integerAt(made, 0, 0));
 }
 
-void LayoutStore::remove(int id) {
-    execute(session_, "DELETE FROM dbo.BarCodeFormul WHERE ID = ?", {integer(id)});
+LayoutOutcome LayoutStore::remove(const BarcodeLayout& read) {
+    HostTransaction transaction(session_);
+    const auto now = held(read.id);
+    if (!now) return LayoutOutcome::Gone;
+    if (*now != read) return LayoutOutcome::Changed;
+    execute(session_, "DELETE FROM dbo.BarCodeFormul WHERE ID = ?", {integer(read.id)});
+    transaction.commit();
+    return LayoutOutcome::Written;
 }
 
 }  // namespace basalt::host

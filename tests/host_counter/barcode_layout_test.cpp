@@ -106,6 +106,33 @@ TEST(BarcodeLayout, aPrefixThatIsNotAsLongAsItsPlaceFitsNothing) {
     EXPECT_TRUE(mayBothFit(one, other));  // without a prefix everything of that length
 }
 
+TEST(BarcodeLayout, prefixesAreComparedAsTheServerDoes) {
+    BarcodeLayout one = weightLayout();
+    BarcodeLayout other = weightLayout();
+    one.constantCode = "AB";
+    other.constantCode = "ab";
+    EXPECT_TRUE(mayBothFit(one, other));
+    other.constantCode = "AB ";
+    EXPECT_TRUE(mayBothFit(one, other));
+    other.constantCode = " AB";
+    EXPECT_FALSE(mayBothFit(one, other));
+    other.constantCode = "ac";
+    EXPECT_FALSE(mayBothFit(one, other));
+}
+
+TEST(BarcodeLayout, aLayoutWithoutATitleHasANameInSentences) {
+    BarcodeLayout other = weightLayout();
+    other.id = 2;
+    for (const char* title : {"", "  "}) {
+        other.title = title;
+        EXPECT_EQ(nameOf(other), "بی‌نام");
+        EXPECT_THAT(
+            problems(weightLayout(), {other}),
+            ElementsAre(
+                "بارکدی که با این الگو بخواند با «بی‌نام» هم می‌خواند."));
+    }
+}
+
 TEST(BarcodeLayout, aGoodLayoutHasNoProblems) {
     EXPECT_THAT(problems(weightLayout(), {weightLayout()}), IsEmpty());
 }

@@ -60,30 +60,6 @@ TEST_F(Layouts, previewsWhatIsTyped) {
         HasSubstr("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش دیگر "
                   "است."));
     EXPECT_THAT(problems(), HasSubstr("وزن با کد کالا"));
-    type(*page, "Sample_EDT", "290");
-    EXPECT_THAT(
-        problems(),
-        HasSubstr("این بارکد با این الگو نمی‌خواند؛ ۳ رقم دارد، نه ۱۳."));
-}
-
-TEST_F(Layouts, aLongBarcodeLeavesTheFieldsTheirRoom) {
-    page->setFixedSize(1180, 720);
-    choose("28");
-    type(*page, "Sample_EDT", "2800105012507");
-    const auto& preview = control<QLabel>(*page, "Preview_LBL");
-    QApplication::processEvents();
-    const int fieldWidth = control(*page, "Title_EDT").width();
-    const int oneLine = preview.height();
-    for (const int times : {6, 80}) {
-        control<QLineEdit>(*page, "Sample_EDT").setText(QStringLiteral("2800105012507").repeated(times));
-        number("AmountCount_EDT").setValue(90);  // what is cut is long, too
-        QApplication::processEvents();
-        EXPECT_EQ(control(*page, "Title_EDT").width(), fieldWidth) << times;
-        EXPECT_LE(page->layout()->minimumSize().width(), page->width()) << times;
-        EXPECT_LE(page->layout()->minimumSize().height(), page->height()) << times;
-        EXPECT_LE(preview.width(), preview.parentWidget()->width()) << times;
-        EXPECT_GT(preview.height(), oneLine) << times;
-    }
 }
 
 TEST_F(Layouts, aNewLayoutIsNotWrongBeforeItIsBegun) {
@@ -280,8 +256,50 @@ TEST_F(Layouts, oneThatIsGoneIsTold) {
     choose("28");
     number("AmountCount_EDT").setValue(4);
     execute(*session, "DELETE FROM dbo.BarCodeFormul WHERE ConstantCode = N'28'");
+    const std::size_t logged = host.userLog().latest(100).size();
     click(*page, "Save_BTN");
     EXPECT_THAT(takeMessages(), ElementsAre("MsgRecordGone()"));
+    EXPECT_EQ(list().count(), 4);
+    EXPECT_TRUE(page->mayLeave());
+    EXPECT_EQ(host.userLog().latest(100).size(), logged);
+}
+
+TEST_F(Layouts, anothersChangeIsToldAndNotOverwritten) {
+    choose("28");
+    number("AmountCount_EDT").setValue(4);
+    type(*page, "Title_EDT", "وزن");
+    // The case alone is a change as well.
+    for (const char* title : {"دیگری", "Abc", "ABC"}) {
+        execute(*session, "UPDATE dbo.BarCodeFormul SET Title = ? WHERE ConstantCode = N'28'", {std::string(title)});
+        const std::size_t logged = host.userLog().latest(100).size();
+        click(*page, "Save_BTN");
+        EXPECT_THAT(takeMessages(), ElementsAre("MsgRecordChanged()"));
+        EXPECT_EQ(
+            linesOf(*session, "SELECT Title, AmountCount FROM dbo.BarCodeFormul WHERE ConstantCode = N'28'").at(0),
+            std::string(title) + "|5");
+        EXPECT_EQ(host.userLog().latest(100).size(), logged);
+        // What is there now is shown, and may be changed.
+        EXPECT_EQ(control<QLineEdit>(*page, "Title_EDT").text().toStdString(), title);
+        type(*page, "Title_EDT", "وزن");
+    }
+    click(*page, "Save_BTN");
+    EXPECT_EQ(linesOf(*session, "SELECT Title FROM dbo.BarCodeFormul WHERE ConstantCode = N'28'").at(0), "وزن");
+}
+
+TEST_F(Layouts, aDeleteThatDeletesNothingIsToldAndNotLogged) {
+    choose("28");
+    const std::size_t logged = host.userLog().latest(100).size();
+    execute(*session, "UPDATE dbo.BarCodeFormul SET PriceStart = 9 WHERE ConstantCode = N'28'");
+    messages.answers = {mrYes, mrYes};
+    click(*page, "Delete_BTN");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgDeleteItem('الگو')", "MsgRecordChanged()"));
+    EXPECT_EQ(number("PriceStart_EDT").value(), 9);
+    EXPECT_EQ(list().count(), 5);
+    execute(*session, "DELETE FROM dbo.BarCodeFormul WHERE ConstantCode = N'28'");
+    click(*page, "Delete_BTN");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgDeleteItem('الگو')", "MsgRecordGone()"));
+    EXPECT_EQ(list().count(), 4);
+    EXPECT_EQ(host.userLog().latest(100).size(), logged);
 }
 
 }  // namespace

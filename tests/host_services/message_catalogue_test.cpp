@@ -45,8 +45,8 @@ TEST(MessageCatalogue, everyOperationOfTheContractHasASentenceOfItsOwn) {
     std::set<std::string> texts;
     for (const char* operation :
          {"MsgRequiredField", "MsgRepeatedField", "MsgDeleteRow", "MsgDeleteItem", "MSGInUse", "MsgHasSubRecords",
-          "DeleteDefault", "NotEditable", "MsgNotSelected", "MsgUnsavedChanges", "MsgRecordGone", "MsgOpenElsewhere",
-          "MsgProgramMissing", "MsgProgramFailed", "HavePermission"}) {
+          "DeleteDefault", "NotEditable", "MsgNotSelected", "MsgUnsavedChanges", "MsgRecordGone", "MsgRecordChanged",
+          "MsgOpenElsewhere", "MsgProgramMissing", "MsgProgramFailed", "HavePermission"}) {
         const std::string text = textOf(operation, {"الف", "ب"});
         EXPECT_THAT(text, Not(HasSubstr(operation)));
         EXPECT_THAT(text, Not(HasSubstr("%")));
