@@ -8,7 +8,7 @@ FROM (
 WHERE NOT EXISTS (SELECT 1 FROM dbo.HostUserGroups AS P WHERE P.Code = N.Code)
 go
 
--- Cashiers look up price levels, goods, persons and tags; they change nothing.
+-- Cashiers look up price levels, goods, persons and tags, and sell at the counter; they change nothing else.
 INSERT INTO dbo.HostGroupPermissions (GroupCode, SoftwarePart, Permission)
 SELECT N.GroupCode, N.SoftwarePart, N.Permission
 FROM (
@@ -16,6 +16,7 @@ FROM (
     UNION ALL SELECT 1, 102, 6
     UNION ALL SELECT 1, 101, 6
     UNION ALL SELECT 1, 127, 6
+    UNION ALL SELECT 1, 905, 1
 ) AS N
 WHERE NOT EXISTS (SELECT 1 FROM dbo.HostGroupPermissions AS P WHERE P.GroupCode = N.GroupCode AND P.SoftwarePart = N.SoftwarePart AND P.Permission = N.Permission)
 go

@@ -16,6 +16,7 @@ FROM (
     UNION ALL SELECT 902, N'گزارش عملکرد کاربران'
     UNION ALL SELECT 903, N'کاربران و دسترسی‌ها'
     UNION ALL SELECT 904, N'کنسول توابع'
+    UNION ALL SELECT 905, N'فروش پیشخوان'
 ) AS N
 WHERE NOT EXISTS (SELECT 1 FROM dbo.SoftwarePart AS P WHERE P.Code = N.Code)
 go

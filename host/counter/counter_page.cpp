@@ -9,11 +9,8 @@
 #include <QStringList>
 #include <QStyle>
 #include <QVBoxLayout>
-#include <optional>
-#include <set>
 
 #include "host/counter/counter_ledger.h"
-#include "host/counter/persian_inputs.h"
 #include "host/counter/scan_text.h"
 #include "host/counter/shortage_text.h"
 #include "host/screens/persian_digits.h"
@@ -26,6 +23,7 @@ namespace basalt::host {
 
 namespace {
 
+constexpr int kMostAttempts = 5;  // to post a sale of goods that others move at the same moment
 constexpr int kMostPersons = 999'999'999;
 constexpr std::size_t kMostFolders = 6;  // that a message lists
 
@@ -56,6 +54,17 @@ QString pageStyle() {
         "#Progress_BAR { border: 1px solid @border@; border-radius: 6px; background: @surface@; text-align: center; }"
         "#Progress_BAR::chunk { background: @selection@; border-radius: 5px; }"
         "#Total_LBL { font-size: 15pt; font-weight: 700; }"));
+}
+
+// A word that no line has room for, a barcode for one, with its middle left out.
+QString shortened(const QString& text) {
+    constexpr qsizetype kLongestWord = 48;
+    constexpr qsizetype kKept = 20;
+    QStringList words = text.split(QLatin1Char(' '));
+    for (QString& word : words) {
+        if (word.size() > kLongestWord) word = word.left(kKept) + QStringLiteral("…") + word.right(kKept);
+    }
+    return words.join(QLatin1Char(' '));
 }
 
 void addField(QBoxLayout& row, const QString& title, QWidget* input) {
@@ -170,9 +179,17 @@ void CounterPage::makeScanRow(QBoxLayout& layout) {
     sound_ = new QCheckBox(QStringLiteral("با صدا"));
     sound_->setObjectName(QStringLiteral("Sound_CHK"));
     row->addWidget(sound_);
-    person_ = new PersianSpinBox;
+    person_ = new PersonInput(kMostPersons);
     person_->setObjectName(QStringLiteral("Person_EDT"));
-    person_->setRange(0, kMostPersons);
+    person_->onScan = [this](const QString& typed) {
+        scan_->setFocus();
+        context_.handlers.guarded(this, [this, typed] { scan(typed); });
+    };
+    person_->onTooLong = [this](const QString& typed) {
+        report(ScanMood::Refused,
+               QStringLiteral("کد شخص بیش از %1 رقم ندارد: %2")
+                   .arg(persianDigits(QString::number(QString::number(kMostPersons).size())), typed));
+    };
     addField(*row, QStringLiteral("کد شخص"), person_);
     store_ = new QComboBox;
     store_->setObjectName(QStringLiteral("Store_CMB"));
@@ -182,7 +199,9 @@ void CounterPage::makeScanRow(QBoxLayout& layout) {
     result_ = new QLabel(QStringLiteral("آمادهٔ اسکن"));
     result_->setObjectName(QStringLiteral("Result_LBL"));
     result_->setTextFormat(Qt::PlainText);
-    result_->setWordWrap(true);  // names of goods may be long
+    // What is said never makes the window wider.
+    result_->setWordWrap(true);
+    result_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     layout.addWidget(result_);
     for (QWidget* each : std::initializer_list<QWidget*>{removing_, sound_, store_})
         each->installEventFilter(this);
@@ -336,16 +355,25 @@ bool CounterPage::eventFilter(QObject* watched, QEvent* event) {
 void CounterPage::scan() {
     const QString typed = scan_->text();
     scan_->clear();
-    if (typed.trimmed().isEmpty()) return;
-    const std::size_t before = invoice_.lines().size();
-    ScanReport done;
+    scan(typed);
+}
+
+template <class Work>
+auto CounterPage::orReport(const QString& text, Work work) {
     try {
-        done = scanner_.scan(typed, {.person = person_->value(), .removing = removing_->isChecked()});
+        return work();
     } catch (...) {
-        // The result of the scan before must not stand for this one.
-        report(ScanMood::Refused, QStringLiteral("بارکد %1 خوانده نشد.").arg(persianDigits(repairedScan(typed))));
+        report(ScanMood::Refused, text);
         throw;
     }
+}
+
+void CounterPage::scan(const QString& typed) {
+    if (typed.trimmed().isEmpty()) return;
+    const std::size_t before = invoice_.lines().size();
+    const ScanReport done = orReport(
+        QStringLiteral("بارکد %1 خوانده نشد.").arg(persianDigits(repairedScan(typed))),
+        [&] { return scanner_.scan(typed, {.person = person_->value(), .removing = removing_->isChecked()}); });
     showLines();
     // What is done next, a tare for instance, is meant for what was just scanned.
     if (invoice_.lines().size() > before) grid_->setCurrentCell(grid_->rowCount() - 1, 0);
@@ -354,7 +382,8 @@ void CounterPage::scan() {
 }
 
 void CounterPage::showResult(const QString& mood, const QString& text) {
-    result_->setText(text);
+    result_->setText(shortened(text));
+    result_->setToolTip(result_->text() == text ? QString() : text);
     result_->setProperty("mood", mood);
     result_->style()->unpolish(result_);
     result_->style()->polish(result_);
@@ -419,7 +448,7 @@ bool CounterPage::isEmpty() {
     return invoice_.lines().empty() && scanner_.priceSum() == 0;
 }
 
-bool CounterPage::write() {
+bool CounterPage::isReady() {
     if (isEmpty()) {
         report(ScanMood::Warned, QStringLiteral("فاکتور سطری ندارد."));
         return false;
@@ -429,18 +458,53 @@ bool CounterPage::write() {
         report(ScanMood::Refused, QStringLiteral("فاکتور ثبت نشد؛ تنها بارکد مبلغی دارد و کالایی در آن نیست."));
         return false;
     }
+    if (const Extended sum = scanner_.priceSum(); sum != 0) {
+        report(ScanMood::Refused,
+               QStringLiteral("فاکتور ثبت نشد؛ برای مبلغ %1 کالایی در فاکتور نیست. کالاهای آن را بیفزایید و بارکدهای "
+                              "مبلغی را در حالت حذف بردارید.")
+                   .arg(amountText(sum)));
+        return false;
+    }
     if (!personIsKnown()) {
         person_->setFocus();
         person_->selectAll();
         return false;
     }
-    const std::string today = context_.host.NowDate("/");
-    if (!stockAllows(today)) {
-        const QString codes = QString::fromStdString(calls_("strMinusGoodCodes", {}).result.asText());
-        report(ScanMood::Refused, QStringLiteral("فاکتور ثبت نشد؛ %1").arg(shortageText(invoice_, codes)));
+    if (!context_.host.HavePermission(context_.host.UserInfo(), hpSales, prInsert, false, true, "")) {
+        report(ScanMood::Refused, QStringLiteral("فاکتور ثبت نشد؛ شما اجازهٔ ثبت فروش را ندارید."));
         return false;
     }
-    const int number = postSale(context_.host.session(), invoice_, store(), person_->value(), today);
+    return true;
+}
+
+std::optional<int> CounterPage::post() {
+    Session& session = context_.host.session();
+    const std::string today = context_.host.NowDate("/");
+    for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+        // The check may ask the user, so it is not made with the ledger held; what moves meanwhile has it made again.
+        const std::string mark = stockMark(session, invoice_, store());
+        if (!stockAllows(today)) {
+            const QString codes = QString::fromStdString(calls_("strMinusGoodCodes", {}).result.asText());
+            report(ScanMood::Refused, QStringLiteral("فاکتور ثبت نشد؛ %1").arg(shortageText(invoice_, codes)));
+            return std::nullopt;
+        }
+        HostTransaction transaction(session);
+        const auto number = postSale(session, invoice_, store(), person_->value(), today, mark);
+        if (!number) continue;
+        context_.host.SetUserEvent(hpSales, prInsert, std::to_string(*number), true, true);
+        transaction.commit();
+        return number;
+    }
+    report(ScanMood::Refused, QStringLiteral("فاکتور ثبت نشد؛ موجودی کالاها پی‌درپی تغییر می‌کند. دوباره ثبت "
+                                             "کنید."));
+    return std::nullopt;
+}
+
+bool CounterPage::write() {
+    const auto posted =
+        orReport(QStringLiteral("فاکتور ثبت نشد."), [this] { return isReady() ? post() : std::optional<int>(); });
+    if (!posted) return false;
+    const int number = *posted;
     const QString total = amountText(scanner_.total());
     clearInvoice();
     report(ScanMood::Matched,
@@ -471,12 +535,16 @@ void CounterPage::tare() {
                                   .arg(amountText(tareWeight), amountText(net)));
 }
 
-QString CounterPage::chosenCodes() const {
+std::set<int> CounterPage::chosenLines() const {
     std::set<int> rows;
     for (const QModelIndex& index : grid_->selectionModel()->selectedRows())
         rows.insert(index.row());
+    return rows;
+}
+
+QString CounterPage::chosenCodes() const {
     QStringList codes;
-    for (const int row : rows) {
+    for (const int row : chosenLines()) {
         const QString code = QString::number(invoice_.lines()[static_cast<std::size_t>(row)].good);
         if (!codes.contains(code)) codes << code;
     }
@@ -494,8 +562,10 @@ void CounterPage::sendToScale() {
     const ShownStarts starts(context_.host, *progress_);
     {
         const auto hide = qScopeGuard([this] { progress_->hide(); });
-        (void)calls_("GoodInf_SendToScale",
-                     {{"Codes", codes.toStdString()}, {"ScaleType", scaleType_->currentIndex()}});
+        orReport(QStringLiteral("ارسال به ترازو انجام نشد."), [&] {
+            (void)calls_("GoodInf_SendToScale",
+                         {{"Codes", codes.toStdString()}, {"ScaleType", scaleType_->currentIndex()}});
+        });
     }
     if (starts.failure()) {
         const auto& [program, result] = *starts.failure();
@@ -524,11 +594,21 @@ void CounterPage::reportNotSent(int sent, int asked, const std::string& program,
 }
 
 void CounterPage::removeLine() {
-    const int row = currentLine();
-    if (row < 0) return;
-    invoice_.remove(static_cast<std::size_t>(row));
+    std::set<int> rows = chosenLines();
+    if (rows.empty() && currentLine() >= 0) rows = {currentLine()};
+    if (rows.empty()) return;
+    const QString count = QStringLiteral("%1 سطر").arg(persianDigits(QString::number(rows.size())));
+    const MessageRequest question{.operation = "MsgDeleteItem",
+                                  .arguments = {count.toStdString()},
+                                  .buttons = {TMessageButton::Yes, TMessageButton::No},
+                                  .defaultButton = TMessageButton::No,
+                                  .form = this};
+    if (rows.size() > 1 && context_.host.Messages().show(question) != mrYes) return;
+    for (auto row = rows.rbegin(); row != rows.rend(); ++row)
+        invoice_.remove(static_cast<std::size_t>(*row));
     showLines();
-    report(ScanMood::Removed, QStringLiteral("سطر حذف شد."));
+    report(ScanMood::Removed,
+           rows.size() == 1 ? QStringLiteral("سطر حذف شد.") : QStringLiteral("%1 حذف شد.").arg(count));
 }
 
 void CounterPage::startNew() {

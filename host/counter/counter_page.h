@@ -13,8 +13,11 @@
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTableWidget>
+#include <optional>
+#include <set>
 
 #include "host/counter/counter_scanner.h"
+#include "host/counter/person_input.h"
 #include "host/desktop/desktop_context.h"
 #include "host/desktop/shell_page.h"
 
@@ -40,9 +43,17 @@ private:
                            void (CounterPage::*work)());
 
     void scan();
+    void scan(const QString& typed);
     void save();
     // False when the invoice is still there; what kept it is told.
     bool write();
+    // What keeps an invoice from being saved before its stock is looked at; told, and false, when something does.
+    bool isReady();
+    // Checks the stock and posts the sale; the document's number, or nullopt when it was not posted, which is told.
+    std::optional<int> post();
+    // Runs the work; when it fails the text stands instead of the result of what was done before.
+    template <class Work>
+    auto orReport(const QString& text, Work work);
     // As the company's setting says, and who may change that may choose for the invoice.
     void showPolicy();
     [[nodiscard]] bool stockAllows(const std::string& date);
@@ -62,6 +73,8 @@ private:
     void report(ScanMood mood, const QString& text);
     void showLines();
     [[nodiscard]] int currentLine() const;
+    // By their place in the invoice.
+    [[nodiscard]] std::set<int> chosenLines() const;
     [[nodiscard]] QString chosenCodes() const;
     [[nodiscard]] int store() const;
 
@@ -72,7 +85,7 @@ private:
     QLineEdit* scan_ = nullptr;
     QPushButton* removing_ = nullptr;
     QCheckBox* sound_ = nullptr;
-    QSpinBox* person_ = nullptr;
+    PersonInput* person_ = nullptr;
     QComboBox* store_ = nullptr;
     QComboBox* policy_ = nullptr;
     QComboBox* scaleType_ = nullptr;

@@ -20,6 +20,19 @@ constexpr int kNew = 1;
 constexpr int kDelete = 2;
 constexpr int kExists = 1;
 
+// The ledger has fourteen digits before the point.
+constexpr Extended kMost = 99'999'999'999'999.0L;
+bool isTooMuch(Extended number) {
+    return !(number >= -kMost && number <= kMost);
+}
+
+ScanReport tooMuch() {
+    return {
+        ScanMood::Refused,
+        QStringLiteral(
+            "مقدار یا مبلغ بارکد بزرگ‌تر از آن است که در فاکتور بیاید.")};
+}
+
 // What a server takes for a number may be none here: "1E002", or more than a code holds.
 std::optional<int> codeOf(const std::string& text) {
     const bool digits =
@@ -81,10 +94,7 @@ ScanReport CounterScanner::scan(const QString& typed, const ScanOptions& options
         case kGood:
             return takeGood(options);
         case kPrice:
-            return {options.removing ? ScanMood::Removed : ScanMood::Added,
-                    (options.removing ? QStringLiteral("مبلغ %1 از جمع کم شد.")
-                                      : QStringLiteral("مبلغ %1 به جمع افزوده شد."))
-                        .arg(amountText(options.removing ? sumBefore - priceSum() : priceSum() - sumBefore))};
+            return takePrice(sumBefore, options.removing);
         case kTotal:
             return equal ? ScanReport{ScanMood::Matched, QStringLiteral("جمع بارکد با جمع فاکتور برابر است.")}
                          : ScanReport{ScanMood::Warned, QStringLiteral("جمع بارکد با جمع فاکتور برابر نیست.")};
@@ -116,6 +126,30 @@ ScanReport CounterScanner::takeGood(const ScanOptions& options) {
     return takeLine(std::move(line), options.removing);
 }
 
+ScanReport CounterScanner::takePrice(Extended sumBefore, bool removing) {
+    const auto undone = [&](ScanReport report) {
+        (void)calls_("BarCodePriceSum", {{"Value", Datum(sumBefore)}});
+        return report;
+    };
+    Extended sum = 0;
+    try {
+        sum = calls_("Get_Barcode_Data", {})["PriceSum"].asAmount();
+    } catch (const UsageError&) {
+        return undone(tooMuch());  // not even an amount
+    }
+    const Extended price = removing ? sumBefore - sum : sum - sumBefore;
+    if (isTooMuch(sum) || isTooMuch(price)) return undone(tooMuch());
+    if (removing) {
+        const auto same = std::find(prices_.rbegin(), prices_.rend(), price);
+        if (same == prices_.rend())
+            return undone({ScanMood::Refused, QStringLiteral("مبلغ %1 در فاکتور نیست.").arg(amountText(price))});
+        prices_.erase(std::next(same).base());
+        return {ScanMood::Removed, QStringLiteral("مبلغ %1 از جمع کم شد.").arg(amountText(price))};
+    }
+    prices_.push_back(price);
+    return {ScanMood::Added, QStringLiteral("مبلغ %1 به جمع افزوده شد.").arg(amountText(price))};
+}
+
 // Not of a scale: perhaps what the maker printed on the good.
 ScanReport CounterScanner::takeOwnBarcode(const QString& code, const ScanOptions& options) {
     const auto good = static_cast<int>(
@@ -139,6 +173,7 @@ ScanReport CounterScanner::takeLine(CounterLine line, bool removing) {
     if (!describe(line))
         return {ScanMood::Refused,
                 QStringLiteral("کالای %1 تعریف نشده است.").arg(persianDigits(QString::number(line.good)))};
+    if (isTooMuch(line.amount) || isTooMuch(line.price) || isTooMuch(line.amount * line.price)) return tooMuch();
     const QString what =
         QStringLiteral("%1 %2 %3").arg(amountText(line.amount), QString::fromStdString(line.unit), quoted(line.name));
     if (removing) {
@@ -151,7 +186,13 @@ ScanReport CounterScanner::takeLine(CounterLine line, bool removing) {
 }
 
 Extended CounterScanner::priceSum() {
-    return calls_("Get_Barcode_Data", {})["PriceSum"].asAmount();
+    try {
+        return calls_("Get_Barcode_Data", {})["PriceSum"].asAmount();
+    } catch (const UsageError&) {
+        // Beyond every amount, and from elsewhere: no scan of this counter leaves such a sum.
+        resetPriceSum();
+        return 0;
+    }
 }
 
 Extended CounterScanner::total() {
@@ -160,6 +201,7 @@ Extended CounterScanner::total() {
 
 void CounterScanner::resetPriceSum() {
     (void)calls_("BarCodePriceSum", {{"Value", 0}});
+    prices_.clear();
 }
 
 }  // namespace basalt::host

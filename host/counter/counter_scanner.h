@@ -6,6 +6,7 @@
 #pragma once
 
 #include <QString>
+#include <vector>
 
 #include "host/counter/counter_invoice.h"
 #include "host/counter/module_calls.h"
@@ -34,7 +35,8 @@ class CounterScanner {
 public:
     CounterScanner(ModuleCalls& calls, CounterInvoice& invoice) : calls_(calls), invoice_(invoice) {}
 
-    // The text as it was typed. Errors of the database pass on, but for a field of the barcode that is no number.
+    // The text as it was typed. Errors of the database pass on, but for a field of the barcode that is no number. What
+    // the ledger could not hold is refused, and so is taking off what is not there.
     ScanReport scan(const QString& typed, const ScanOptions& options);
 
     // What the invoice comes to with the barcodes that carry a price alone.
@@ -46,12 +48,16 @@ public:
 private:
     ScanReport takeGood(const ScanOptions& options);
     ScanReport takeOwnBarcode(const QString& code, const ScanOptions& options);
+    // A barcode that the module has summed already; sumBefore is the sum without it.
+    ScanReport takePrice(Extended sumBefore, bool removing);
     ScanReport takeLine(CounterLine line, bool removing);
     // Fills name and unit, and the price when the line has none; false when there is no such good.
     bool describe(CounterLine& line);
 
     ModuleCalls& calls_;
     CounterInvoice& invoice_;
+    // Of the barcodes that carry a price alone and are in the sum.
+    std::vector<Extended> prices_;
 };
 
 // An amount as people read it: grouped by thousands, Persian digits.

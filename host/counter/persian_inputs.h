@@ -13,7 +13,7 @@
 
 namespace basalt::host {
 
-class PersianSpinBox final : public QSpinBox {
+class PersianSpinBox : public QSpinBox {
 public:
     using QSpinBox::QSpinBox;
 

@@ -91,7 +91,7 @@ void LogPage::fillParts() {
     std::vector<TSoftwarePart> parts;
     for (const EntryPoint& entry : context_.registry.entryPoints())
         if (std::find(parts.begin(), parts.end(), entry.part) == parts.end()) parts.push_back(entry.part);
-    for (const TSoftwarePart part : {hpUsers, hpSettings})
+    for (const TSoftwarePart part : {hpSales, hpUsers, hpSettings})
         parts.push_back(part);
     for (const TSoftwarePart part : parts)
         filter_->addPart(part, QString::fromStdString(context_.host.permissions().partTitle(part)));

@@ -9,5 +9,6 @@ inline constexpr auto hpSettings = static_cast<TSoftwarePart>(901);  // company 
 inline constexpr auto hpUserLog = static_cast<TSoftwarePart>(902);   // the user activity log
 inline constexpr auto hpUsers = static_cast<TSoftwarePart>(903);     // users and their permissions
 inline constexpr auto hpConsole = static_cast<TSoftwarePart>(904);   // the function console
+inline constexpr auto hpSales = static_cast<TSoftwarePart>(905);     // sales at the counter
 
 }  // namespace basalt::host

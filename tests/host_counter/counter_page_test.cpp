@@ -114,11 +114,102 @@ TEST_F(Counter, pricesAloneAreSummedAndTakenOff) {
     EXPECT_EQ(mood(), "added");
     EXPECT_EQ(shown(*page, "PriceSum_LBL"), "جمع بارکدهای مبلغی: ۱۲٬۵۰۰");
     EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱۲٬۵۰۰");
+    scan("2900000025005");
+    scan("2900000025005");
     click(*page, "Removing_BTN");
     scan("2900000025005");
     EXPECT_EQ(mood(), "removed");
-    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱۰٬۰۰۰");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "مبلغ ۲٬۵۰۰ از جمع کم شد.");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱۵٬۰۰۰");
     EXPECT_TRUE(lines().empty());
+}
+
+TEST_F(Counter, aPriceThatWasNotAddedIsNotTakenOff) {
+    scan("2900000125005");
+    click(*page, "Removing_BTN");
+    for (const char* never : {"2900000025005", "2900000250005"}) {
+        scan(never);
+        EXPECT_EQ(mood(), "refused");
+        EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱۲٬۵۰۰");
+    }
+    EXPECT_EQ(shown(*page, "Result_LBL"), "مبلغ ۲۵٬۰۰۰ در فاکتور نیست.");
+    scan("2900000125005");
+    EXPECT_EQ(mood(), "removed");
+    scan("2900000125005");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۰");
+}
+
+TEST_F(Counter, aNumberBeyondAllMoneyIsRefusedAndTheCounterLivesOn) {
+    execute(
+        *session,
+        "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, BarCodeType, "
+        "ItemCodeType, ItemCodeStart, ItemCodeCount, AmountStart, AmountCount, PriceStart, PriceCount) VALUES "
+        "(N'مبلغ دراز', 50, 1, 2, N'99', 3, 0, 0, 0, 0, 0, 3, 48), (N'مبلغ', 18, 1, 2, N'99', 3, 0, 0, 0, 0, 0, 3, "
+        "16), "
+        "(N'وزن دراز', 33, 1, 2, N'97', 1, 1, 3, 5, 8, 26, 0, 0), (N'جمع دراز', 50, 1, 2, N'98', 2, 0, 0, 0, 0, 0, 3, "
+        "48)");
+    scan("2900000125005");
+    const QString tooMuch =
+        "مقدار یا مبلغ بارکد بزرگ‌تر از آن است که در فاکتور بیاید.";
+    for (const QString& barcode : {"99" + QString(48, '9'), "99" + QString(16, '9'), "9700105" + QString(26, '9')}) {
+        scan(barcode);
+        EXPECT_EQ(mood(), "refused") << barcode.toStdString();
+        EXPECT_EQ(shown(*page, "Result_LBL"), tooMuch.toStdString());
+        EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱۲٬۵۰۰");
+    }
+    click(*page, "Removing_BTN");
+    scan("99" + QString(48, '9'));
+    EXPECT_EQ(shown(*page, "Result_LBL"), tooMuch.toStdString());
+    click(*page, "Removing_BTN");
+    EXPECT_TRUE(takeMessages().empty());
+    scan("98" + QString(48, '9'));
+    EXPECT_EQ(mood(), "warned");
+    EXPECT_EQ(takeMessages().size(), 1U);  // the module's own note
+    scan("2800105012507");
+    EXPECT_EQ(mood(), "added");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵"));
+    messages.answers = {mrNo};
+    click(*page, "Clear_BTN");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۰");
+}
+
+TEST_F(Counter, aSumFromElsewhereThatIsNoMoneyDoesNotStopTheCounter) {
+    execute(
+        *session,
+        "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, BarCodeType, "
+        "PriceStart, PriceCount) VALUES (N'مبلغ دراز', 50, 1, 2, N'99', 3, 3, 48)");
+    ModuleCalls calls(context().registry);
+    (void)calls("FillGoodInfFromBarcode", {{"UseType", 1},
+                                           {"Barcode", "99" + std::string(48, '9')},
+                                           {"PerCode", "0"},
+                                           {"ItemCode", ""},
+                                           {"TotalPrice", 0}});
+    page->enter();
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۰");
+    scan("2800105012507");
+    EXPECT_EQ(mood(), "added");
+    EXPECT_TRUE(takeMessages().empty());
+}
+
+TEST_F(Counter, pricesThatNoLineStandsForAreNotSavedAndNotLost) {
+    store(1);
+    policy(0);
+    scan("2800105012507");
+    scan("2900000125005");
+    const auto before = linesOf(*session, "SELECT COUNT(*) FROM dbo.Kardex");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"),
+              "فاکتور ثبت نشد؛ برای مبلغ ۱۲٬۵۰۰ کالایی در فاکتور نیست. کالاهای آن را بیفزایید و بارکدهای مبلغی را در "
+              "حالت حذف بردارید.");
+    EXPECT_EQ(linesOf(*session, "SELECT COUNT(*) FROM dbo.Kardex"), before);
+    EXPECT_EQ(lines().size(), 1U);
+    EXPECT_EQ(shown(*page, "PriceSum_LBL"), "جمع بارکدهای مبلغی: ۱۲٬۵۰۰");
+    click(*page, "Removing_BTN");
+    scan("2900000125005");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "matched");
 }
 
 TEST_F(Counter, aTotalIsComparedWithTheInvoice) {
@@ -180,6 +271,52 @@ TEST_F(Counter, thePersonsCodeIsTypedAndTheScanGoesOn) {
     EXPECT_TRUE(lines().empty());
 }
 
+TEST_F(Counter, aScanIntoThePersonIsAScan) {
+    auto& person = control<QSpinBox>(*page, "Person_EDT");
+    type(*page, "Person_EDT", "12");
+    QTest::keyClick(page->focusWidget(), Qt::Key_Return);
+    for (const char* barcode : {"2800105012507", "۲۸۰۰۱۰۵۰۱۲۵۰۷"}) {
+        person.setFocus();
+        person.selectAll();
+        for (const QChar c : QString::fromUtf8(barcode)) {
+            QKeyEvent key(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, c);
+            QCoreApplication::sendEvent(page->focusWidget(), &key);
+        }
+        QTest::keyClick(page->focusWidget(), Qt::Key_Return);
+        EXPECT_EQ(mood(), "added");
+        EXPECT_EQ(person.value(), 12);
+        EXPECT_EQ(person.text(), "۱۲");
+        EXPECT_EQ(page->focusWidget(), &control(*page, "Scan_EDT"));
+    }
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵", "۱۰۵|۱٫۲۵"));
+}
+
+TEST_F(Counter, aCodeOfTooManyDigitsIsNobody) {
+    auto& person = control<QSpinBox>(*page, "Person_EDT");
+    type(*page, "Person_EDT", "12");
+    QTest::keyClick(page->focusWidget(), Qt::Key_Return);
+    for (const bool leaves : {false, true}) {
+        person.setFocus();
+        person.selectAll();
+        // As slowly as people type.
+        for (const char digit : std::string("2800105012"))
+            QTest::keyClick(&person, digit, Qt::NoModifier, 80);
+        EXPECT_EQ(person.text(), "۲۸۰۰۱۰۵۰۱۲");
+        if (leaves) {
+            control(*page, "Scan_EDT").setFocus();
+        } else {
+            QTest::keyClick(&person, Qt::Key_Return);
+        }
+        EXPECT_EQ(mood(), "refused");
+        EXPECT_EQ(shown(*page, "Result_LBL"), "کد شخص بیش از ۹ رقم ندارد: ۲۸۰۰۱۰۵۰۱۲");
+        EXPECT_EQ(person.value(), 12);
+        EXPECT_EQ(person.text(), "۱۲");
+        scan("2800105012507");
+        EXPECT_EQ(mood(), "added");
+    }
+    EXPECT_EQ(lines().size(), 2U);
+}
+
 TEST_F(Counter, aWholeLayoutOfPersianKeysStillScans) {
     scan("٬*((!(٪(!٬٪(،");  // 2800105012507 with the shift key down
     EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵"));
@@ -199,6 +336,69 @@ std::string remaining(Session& session) {
                    "SELECT TOP 1 CAST(Tedad AS nvarchar(30)), OperationType, OperationRow FROM dbo.Kardex "
                    "WHERE kala = 105 ORDER BY Global_ID DESC")
         .at(0);
+}
+
+TEST_F(Counter, aSaleIsLoggedWithItsNumber) {
+    host.signInAs(2);  // a cashier, who may sell and little else
+    page->enter();
+    store(1);
+    scan("2800105012507");
+    click(*page, "Save_BTN");
+    ASSERT_EQ(mood(), "matched") << shown(*page, "Result_LBL");
+    const std::string number =
+        linesOf(*session, "SELECT MAX(OperationCode) FROM dbo.Kardex WHERE OperationType = 1").at(0);
+    const UserLogEntry event = host.userLog().latest(1).at(0);
+    EXPECT_EQ(event.part, 905);
+    EXPECT_EQ(event.permission, prInsert);
+    EXPECT_EQ(event.text, number);
+}
+
+TEST_F(Counter, whoMayNotSellSavesNothing) {
+    execute(*session, "DELETE FROM dbo.HostGroupPermissions WHERE SoftwarePart = 905");
+    host.signInAs(2);
+    page->enter();
+    store(1);
+    scan("2800105012507");
+    const auto before = linesOf(*session, "SELECT COUNT(*) FROM dbo.Kardex");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(takeMessages().size(), 1U);
+    EXPECT_EQ(lines().size(), 1U);
+    EXPECT_EQ(linesOf(*session, "SELECT COUNT(*) FROM dbo.Kardex"), before);
+}
+
+TEST_F(Counter, stockThatMovesWhileTheUserIsAskedIsCheckedAgain) {
+    store(4);
+    policy(1);
+    scan("2800105012507");
+    // Another counter moves the good between this one's check and its posting.
+    int moves = 0;
+    messages.onShow = [&] {
+        if (++moves > 1) return;
+        execute(
+            *session,
+            "INSERT INTO dbo.Kardex (kala, Anbar, [Date], Global_ID, Tedad) VALUES (105, 4, N'1405/01/01', 999999, 1)");
+    };
+    messages.answers = {mrYes, mrYes};
+    click(*page, "Save_BTN");
+    EXPECT_EQ(moves, 2);
+    EXPECT_EQ(mood(), "matched");
+    EXPECT_EQ(takeMessages().size(), 2U);
+    EXPECT_EQ(linesOf(*session, "SELECT COUNT(*) FROM dbo.Kardex WHERE kala = 105 AND Anbar = 4 AND Tedad < 0").at(0),
+              "1");
+}
+
+TEST_F(Counter, aFailedSaveDoesNotKeepTheResultOfTheScan) {
+    store(1);
+    policy(2);
+    scan("2800105012507");
+    ASSERT_EQ(mood(), "added");
+    execute(*session, "DROP TABLE dbo.Kardex");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "فاکتور ثبت نشد.");
+    EXPECT_EQ(lines().size(), 1U);
+    EXPECT_EQ(takeMessages().size(), 1U);
 }
 
 TEST_F(Counter, enoughStockIsSaved) {
@@ -470,6 +670,52 @@ TEST_F(Counter, chosenGoodsGoToTheScales) {
         EXPECT_TRUE(programs.started[i].ends_with(i + 1 == programs.started.size() ? "  1" : "  0"));
     EXPECT_EQ(&host.programs(), &programs);
     EXPECT_FALSE(control(*page, "Progress_BAR").isVisible());
+}
+
+TEST_F(Counter, aFailedSendDoesNotKeepTheResultOfTheScan) {
+    scan("2800105012507");
+    ASSERT_EQ(mood(), "added");
+    execute(*session, "DROP TABLE dbo.[Group-PLU]");
+    control<QComboBox>(*page, "ScaleType_CMB").setCurrentIndex(1);
+    click(*page, "SendToScale_BTN");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "ارسال به ترازو انجام نشد.");
+    EXPECT_FALSE(control(*page, "Progress_BAR").isVisible());
+    EXPECT_EQ(takeMessages().size(), 1U);
+}
+
+TEST_F(Counter, allChosenLinesAreRemovedBehindAQuestion) {
+    for (const char* barcode : {"2800105012507", "2800098002507", "6267311001001"})
+        scan(barcode);
+    auto& grid = control<QTableWidget>(*page, "Lines_GRD");
+    const auto chooseLine = [&grid](int row, Qt::KeyboardModifiers held) {
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, held, grid.visualItemRect(grid.item(row, 1)).center());
+    };
+    chooseLine(0, Qt::NoModifier);
+    chooseLine(2, Qt::ControlModifier);
+    messages.answers = {mrNo, mrYes};
+    QTest::keyClick(&grid, Qt::Key_Delete);
+    EXPECT_EQ(lines().size(), 3U);
+    QTest::keyClick(&grid, Qt::Key_F7);
+    EXPECT_THAT(lines(), ElementsAre("۹۸|۰٫۲۵"));
+    EXPECT_EQ(shown(*page, "Result_LBL"), "۲ سطر حذف شد.");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgDeleteItem('۲ سطر')", "MsgDeleteItem('۲ سطر')"));
+    chooseLine(0, Qt::NoModifier);
+    QTest::keyClick(&grid, Qt::Key_F7);  // a single one goes at once
+    EXPECT_TRUE(lines().empty());
+    EXPECT_EQ(shown(*page, "Result_LBL"), "سطر حذف شد.");
+}
+
+TEST_F(Counter, aLongBarcodeDoesNotStretchTheWindow) {
+    const int width = page->minimumSizeHint().width();
+    scan(QString(300, '7'));
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(page->minimumSizeHint().width(), width);
+    const auto& result = control<QLabel>(*page, "Result_LBL");
+    EXPECT_LT(result.text().size(), 100);
+    EXPECT_TRUE(result.toolTip().contains(QString(300, QChar(0x06F7))));
+    scan("2800105012507");
+    EXPECT_EQ(result.toolTip(), "");
 }
 
 TEST_F(Counter, nothingIsSentWithoutTheProgram) {

@@ -1,0 +1,43 @@
+// The input of a person's code, which knows a scan when it gets one: a scanner types into whatever has the focus.
+//
+//   person->onScan = [this](const QString& typed) { ... };           // the code is what it was before
+//   person->onTooLong = [this](const QString& typed) { ... };        // the same
+#pragma once
+
+#include <QElapsedTimer>
+#include <functional>
+
+#include "host/counter/persian_inputs.h"
+
+namespace basalt::host {
+
+class PersonInput final : public PersianSpinBox {
+public:
+    // Codes from 0 (nobody) to most.
+    explicit PersonInput(int most);
+
+    // Characters that came as fast as a scanner types them, up to Enter.
+    std::function<void(const QString& typed)> onScan;
+    // More digits than a code has. They are taken whole or not at all.
+    std::function<void(const QString& typed)> onTooLong;
+
+protected:
+    [[nodiscard]] QValidator::State validate(QString& text, int& cursor) const override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    [[nodiscard]] bool isTooLong() const;
+    void refuse();
+
+    // What was typed without a pause, and the code before it.
+    QString burst_;
+    QElapsedTimer sinceFirst_;
+    QElapsedTimer sinceLast_;
+    int before_ = 0;
+    // The code that stands when what is being typed is none.
+    int settled_ = 0;
+};
+
+}  // namespace basalt::host
