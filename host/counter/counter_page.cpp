@@ -495,8 +495,8 @@ std::optional<int> CounterPage::post() {
         transaction.commit();
         return number;
     }
-    report(ScanMood::Refused, QStringLiteral("فاکتور ثبت نشد؛ موجودی کالاها پی‌درپی تغییر می‌کند. دوباره ثبت "
-                                             "کنید."));
+    const QString moving = QStringLiteral("موجودی کالاها پی‌درپی تغییر می‌کند.");
+    report(ScanMood::Refused, QStringLiteral("فاکتور ثبت نشد؛ %1 دوباره ثبت کنید.").arg(moving));
     return std::nullopt;
 }
 

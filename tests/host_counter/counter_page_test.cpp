@@ -388,6 +388,29 @@ TEST_F(Counter, stockThatMovesWhileTheUserIsAskedIsCheckedAgain) {
               "1");
 }
 
+TEST_F(Counter, stockThatNeverRestsIsToldAndNothingIsSold) {
+    store(4);
+    policy(1);
+    scan("2800105012507");
+    messages.onShow = [&] {
+        execute(
+            *session,
+            "INSERT INTO dbo.Kardex (kala, Anbar, [Date], Global_ID, Tedad) VALUES (105, 4, N'1405/01/01', 999999, 1) "
+            "DELETE FROM dbo.Kardex WHERE Global_ID = 999999 AND ID < SCOPE_IDENTITY()");
+    };
+    messages.answers = {mrYes, mrYes, mrYes, mrYes, mrYes};
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(
+        shown(*page, "Result_LBL"),
+        "فاکتور ثبت نشد؛ موجودی کالاها پی‌درپی تغییر می‌کند. دوباره "
+        "ثبت "
+        "کنید.");
+    EXPECT_EQ(takeMessages().size(), 5U);
+    EXPECT_EQ(lines().size(), 1U);
+    EXPECT_EQ(linesOf(*session, "SELECT COUNT(*) FROM dbo.Kardex WHERE Anbar = 4 AND Tedad < 0").at(0), "0");
+}
+
 TEST_F(Counter, aFailedSaveDoesNotKeepTheResultOfTheScan) {
     store(1);
     policy(2);
