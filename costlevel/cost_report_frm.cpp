@@ -214,6 +214,7 @@ int TCost_Report_FRM::consumerColumn() const {
 }
 
 void TCost_Report_FRM::TTab_Search_Frame1Search_TBCChange() {
+    const TSearchRange range = prices_->Range();
     // The rows are asked for once, when grid and ranges are those of the tab.
     searching_ = Searching::Later;
     tabs_->Search_TBCChange();
@@ -226,6 +227,7 @@ void TCost_Report_FRM::TTab_Search_Frame1Search_TBCChange() {
     } catch (...) {
         // The tab that was left comes back, and so does what belongs to it.
         adaptTo(!sale);
+        prices_->SetRange(range);
         throw;
     }
 }

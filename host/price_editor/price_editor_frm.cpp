@@ -2,13 +2,15 @@
 
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QRegularExpression>
+#include <QScrollArea>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <optional>
 
 #include "ado/error.h"
 #include "host/screens/display_format.h"
+#include "host/screens/number_room.h"
+#include "host/screens/number_typing.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/record_content.h"
 #include "package/screens/place.h"
@@ -21,6 +23,9 @@ constexpr int kDiscounts = 4;
 constexpr int kSaveAndClose = 2;
 constexpr int kLongestAmount = 38;  // no more digits than a decimal has
 constexpr int kMostPercent = 100;
+constexpr int kInputFrame = 28;         // around the text of an input
+constexpr int kTitleCharacters = 22;    // of a level; what is longer ends in three dots
+constexpr int kDefaultCharacters = 12;  // that the choice of a default shows at least
 
 QString amountText(const std::optional<Decimal>& amount) {
     static const DisplayFormat format("#,#0.#########;-#,#0.#########;0");
@@ -29,15 +34,9 @@ QString amountText(const std::optional<Decimal>& amount) {
 
 // Nothing for an empty input. DatabaseError (Conversion) when the text is no number, or of more digits than any column.
 std::optional<Decimal> amountOf(const QLineEdit& input) {
-    static const QRegularExpression number(
-        QRegularExpression::anchoredPattern(QStringLiteral("-?([0-9]+(,[0-9]+)*)?([.][0-9]*)?")));
-    static const QRegularExpression digit(QStringLiteral("[0-9]"));
-    QString text = plainNumber(input.text().trimmed()).replace(QLatin1Char('/'), QLatin1Char('.'));
-    text.replace(QChar(u'\u060C'), QLatin1Char(','));
-    if (text.isEmpty()) return std::nullopt;
-    std::optional<Decimal> amount;
-    if (number.match(text).hasMatch() && text.contains(digit))
-        amount = Decimal::parse(text.remove(QLatin1Char(',')).toStdString());
+    if (input.text().trimmed().isEmpty()) return std::nullopt;
+    const auto plain = plainAmount(input.text());
+    const auto amount = plain ? Decimal::parse(plain->toStdString()) : std::nullopt;
     if (!amount)
         throw DatabaseError(ErrorCategory::Conversion, "22018", 0, input.text().toStdString() + " is not a number");
     return amount;
@@ -47,10 +46,26 @@ bool isDiscount(const std::string& field) {
     return field.starts_with("Discount_");
 }
 
-// Where a default level stands in its list; none for a number that is no level.
-int levelIndex(const QComboBox& levels, const Decimal& number) {
-    const std::int64_t level = number.toInt64().value_or(0);
-    return level > 0 && level < levels.count() ? static_cast<int>(level) : 0;
+std::int64_t levelNumber(const std::optional<Decimal>& number) {
+    return number.value_or(Decimal()).toInt64().value_or(0);
+}
+
+// A number that is no level's stands in the list, as a number, as long as it is the stored one.
+void showLevel(QComboBox& levels, int most, std::int64_t number) {
+    while (levels.count() > most + 1)
+        levels.removeItem(most + 1);
+    if (levels.findData(qlonglong{number}) < 0) levels.addItem(screenNumber(std::to_string(number)), qlonglong{number});
+    levels.setCurrentIndex(levels.findData(qlonglong{number}));
+}
+
+int levelsOf(const std::string& field) {
+    return field.find("Discount") == std::string::npos ? kPrices : kDiscounts;
+}
+
+// A part of a number would read as another number.
+void giveRoom(QLineEdit& input, const QString& text) {
+    const auto room = static_cast<int>(roomFor({text}, QFontMetricsF(input.font())));
+    input.setMinimumWidth(std::max(input.minimumWidth(), room + kInputFrame));
 }
 
 }  // namespace
@@ -58,7 +73,7 @@ int levelIndex(const QComboBox& levels, const Decimal& number) {
 PriceEditor::PriceEditor(ReferenceHost& host, const Registry& registry, int goodCode)
     : TBaseGet_FRM(spGoods, Value{std::int64_t{goodCode}}, fmEdit), host_(host), matrix_(host, registry) {
     setObjectName("PriceEditor_FRM");
-    resize(1120, 640);
+    resize(1240, 640);
 }
 
 int PriceEditor::goodCode() const {
@@ -86,8 +101,12 @@ void PriceEditor::addAmount(QGridLayout& layout, const std::string& field, const
             return;
         }
     });
+    const Decimal most = PriceMatrix::greatest();
+    const Decimal longestPercent(powerOfTen(most.scale() + 2) - 1, most.scale());
+    giveRoom(*input, amountText(isDiscount(field) ? longestPercent : Decimal(-most.coefficient(), most.scale())));
     layout.addWidget(input, row, column);
     amounts_[field] = input;
+    fields_.push_back(field);
 }
 
 QWidget* PriceEditor::makeGroup(const Group& group, QWidget* parent) {
@@ -109,6 +128,7 @@ QWidget* PriceEditor::makeGroup(const Group& group, QWidget* parent) {
         auto* title = new QLabel;
         title->setObjectName(QString::fromStdString(std::string(group.stem) + "_" + number + "_LBL"));
         title->setTextFormat(Qt::PlainText);
+        title->setMaximumWidth(title->fontMetrics().averageCharWidth() * kTitleCharacters);
         layout->addWidget(title, level, 0);
         titles_[group.titleStem + number] = title;
         for (int column = 0; column < 2; ++column) {
@@ -126,9 +146,10 @@ QWidget* PriceEditor::makeGroup(const Group& group, QWidget* parent) {
         levels->setObjectName(QString::fromStdString(field + "_CMB"));
         levels->setAccessibleName(QStringLiteral("پیش فرض %1").arg(group.columnTitle.arg(directions[column].second)));
         levels->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        levels->addItem(QStringLiteral("هیچ‌کدام"));
+        levels->setMinimumContentsLength(kDefaultCharacters);
+        levels->addItem(QStringLiteral("هیچ‌کدام"), qlonglong{0});
         for (int level = 1; level <= group.levels; ++level)
-            levels->addItem({});
+            levels->addItem({}, qlonglong{level});
         layout->addWidget(levels, group.levels + 1, column + 1);
         defaults_[field] = levels;
     }
@@ -137,7 +158,11 @@ QWidget* PriceEditor::makeGroup(const Group& group, QWidget* parent) {
 }
 
 void PriceEditor::CreateControls() {
-    auto* inputs = new QWidget(base().FormPanel());
+    auto* scroll = new QScrollArea(base().FormPanel());
+    scroll->setObjectName(QStringLiteral("Inputs_SCB"));
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    auto* inputs = new QWidget;
     auto* column = new QVBoxLayout(inputs);
     column->setContentsMargins(0, 0, 0, 0);
     good_ = new QLabel(inputs);
@@ -156,7 +181,8 @@ void PriceEditor::CreateControls() {
                                 inputs),
                       3);
     column->addLayout(groups, 1);
-    place(*base().FormPanel(), *inputs);
+    scroll->setWidget(inputs);
+    place(*base().FormPanel(), *scroll);
     save_ = base().AddButton("Save_BTN", "ذخیره F3", TEditorButton::Save);
     base().AddButton("Exit_BTN", "خروج Esc", TEditorButton::Exit);
 }
@@ -200,11 +226,12 @@ void PriceEditor::OnFill(const Value& /*code*/) {
     shown_ = matrix_.read(goodCode());
     good_->setText(persianDigits(QString::number(goodCode())) + QStringLiteral(" – ") +
                    QString::fromStdString(goodName_));
-    for (const auto& [field, input] : amounts_)
+    for (const auto& [field, input] : amounts_) {
         input->setText(amountText(shown_.at(field)));
-    for (const auto& [field, levels] : defaults_) {
-        levels->setCurrentIndex(levelIndex(*levels, shown_.at(field).value_or(Decimal())));
+        giveRoom(*input, input->text());
     }
+    for (const auto& [field, levels] : defaults_)
+        showLevel(*levels, levelsOf(field), levelNumber(shown_.at(field)));
 }
 
 GoodPrices PriceEditor::entered() const {
@@ -213,8 +240,8 @@ GoodPrices PriceEditor::entered() const {
     for (const auto& [field, input] : amounts_)
         if (input->text() != amountText(shown_.at(field))) prices[field] = amountOf(*input);
     for (const auto& [field, levels] : defaults_)
-        if (levels->currentIndex() != levelIndex(*levels, shown_.at(field).value_or(Decimal())))
-            prices[field] = Decimal(levels->currentIndex(), 0);
+        if (levels->currentData().toLongLong() != levelNumber(shown_.at(field)))
+            prices[field] = Decimal(levels->currentData().toLongLong(), 0);
     return prices;
 }
 
@@ -249,8 +276,8 @@ bool PriceEditor::accepts(const std::string& field, QLineEdit& input) {
 }
 
 bool PriceEditor::IsValid() {
-    return std::all_of(amounts_.begin(), amounts_.end(),
-                       [this](const auto& entry) { return accepts(entry.first, *entry.second); });
+    return std::all_of(fields_.begin(), fields_.end(),
+                       [this](const std::string& field) { return accepts(field, *amounts_.at(field)); });
 }
 
 void PriceEditor::OnSave() {

@@ -15,6 +15,7 @@
 #include <QLineEdit>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "host/price_editor/price_matrix.h"
 #include "package/screens/base_get_frm.h"
@@ -64,6 +65,7 @@ private:
     TSmartButton_VRO* save_ = nullptr;
     std::map<std::string, QLabel*> titles_;  // by the name of the level's title
     std::map<std::string, QLineEdit*> amounts_;
+    std::vector<std::string> fields_;  // of the amounts, as they stand on the screen
     std::map<std::string, QComboBox*> defaults_;
 };
 

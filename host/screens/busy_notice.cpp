@@ -10,6 +10,7 @@
 namespace basalt::host {
 namespace {
 
+constexpr const char* kWaiting = "در انتظار پایگاه داده";
 constexpr int kPatienceMilliseconds = 500;
 constexpr int kBetweenTurnsMilliseconds = 40;
 // Questions of one request come every few milliseconds; after such a pause it is another request.
@@ -23,7 +24,6 @@ BusyNotice::BusyNotice(Session& session)
       text_(new QLabel(&window_)),
       patience_(kPatienceMilliseconds) {
     window_.setObjectName(QStringLiteral("Busy_FRM"));
-    window_.setWindowTitle(QStringLiteral("در انتظار پایگاه داده"));
     window_.setLayoutDirection(Qt::RightToLeft);
     window_.setWindowModality(Qt::ApplicationModal);
     window_.setWindowFlag(Qt::WindowCloseButtonHint, false);
@@ -40,7 +40,13 @@ BusyNotice::BusyNotice(Session& session)
     // Escape rejects the window, which is the same wish.
     QObject::connect(cancel, &QPushButton::clicked, &window_, &QDialog::reject);
     QObject::connect(&window_, &QDialog::rejected, this, [this] { cancelled_ = !session_.inTransaction(); });
-    if (requests_) requests_->onProgress([this] { return goOn(); });
+    if (requests_)
+        requests_->onProgress([this] {
+            return goOn({kWaiting, [this] {
+                             const int seconds = static_cast<int>(began_.elapsed() / 1000);
+                             return QStringLiteral("در انتظار پایگاه داده… %1 ثانیه").arg(seconds);
+                         }});
+        });
 }
 
 BusyNotice::~BusyNotice() {
@@ -53,12 +59,19 @@ void BusyNotice::begin() {
     cancelled_ = false;
 }
 
-bool BusyNotice::goOn() {
+bool BusyNotice::writes(int done, int all) {
+    return goOn({"نوشتن خروجی", [done, all] {
+                     const auto percent = static_cast<int>(all > 0 ? std::int64_t{done} * 100 / all : 100);
+                     return QStringLiteral("نوشتن خروجی… %1٪").arg(std::max(0, percent));
+                 }});
+}
+
+bool BusyNotice::goOn(const Text& text) {
     // A request that was given up asks no more, so whoever asks now is the next one: a list that takes its former rows
     // again, for instance.
     if (!asked_.isValid() || asked_.elapsed() > kPauseMilliseconds || cancelled_) begin();
     if (began_.elapsed() >= patience_ && painted_.elapsed() >= std::min(kBetweenTurnsMilliseconds, patience_)) {
-        show();
+        show(text);
         inTurn_ = true;
         QApplication::processEvents(QEventLoop::X11ExcludeTimers);
         inTurn_ = false;
@@ -82,9 +95,9 @@ void BusyNotice::go() {
     if (!inTurn_) window_.hide();
 }
 
-void BusyNotice::show() {
-    const int seconds = static_cast<int>(began_.elapsed() / 1000);
-    text_->setText(persianDigits(QStringLiteral("در انتظار پایگاه داده… %1 ثانیه").arg(seconds)));
+void BusyNotice::show(const Text& text) {
+    window_.setWindowTitle(QString::fromUtf8(text.title));
+    text_->setText(persianDigits(text.text()));
     // What is being written cannot be given up half way.
     cancel_->setVisible(!session_.inTransaction());
     if (!window_.isVisible() && !cancelled_) window_.show();

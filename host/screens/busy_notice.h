@@ -1,4 +1,4 @@
-// Tells the user that a request to the database takes long, and lets him give it up.
+// Tells the user that a request to the database or the writing of a file takes long, and lets him give it up.
 //
 //   BusyNotice notice(host.session());      // for as long as there are screens
 //
@@ -11,6 +11,7 @@
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QLabel>
+#include <functional>
 
 #include "ado/progress.h"
 #include "ado/session.h"
@@ -27,10 +28,20 @@ public:
     // How long a request may take before the notice appears; half a second unless told.
     void setPatience(int milliseconds) { patience_ = milliseconds; }
 
+    // Asked every few milliseconds by whoever writes a file: how many of its rows or pages are done. False once the
+    // user has given it up.
+    [[nodiscard]] bool writes(int done, int all);
+
 private:
-    [[nodiscard]] bool goOn();
+    // What the notice says; made only when it is shown.
+    struct Text {
+        const char* title;
+        std::function<QString()> text;
+    };
+
+    [[nodiscard]] bool goOn(const Text& text);
     void begin();
-    void show();
+    void show(const Text& text);
     void goWhenOver();
     void go();
 

@@ -42,7 +42,7 @@ View* viewAround(QWidget& widget) {
 QString cutIn(const QHeaderView& header, const QPoint& position) {
     const int section = header.logicalIndexAt(position);
     if (section < 0 || !header.model()) return {};
-    const QString title = header.model()->headerData(section, header.orientation()).toString();
+    QString title = header.model()->headerData(section, header.orientation()).toString();
     if (header.defaultAlignment() & static_cast<Qt::Alignment>(static_cast<int>(Qt::TextWordWrap))) return title;
     return fits(header, title, header.sectionSize(section) - 12) ? QString() : title;
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "ado/error.h"
+#include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
 #include "package/screens/base_get_frm.h"
 
@@ -56,6 +57,7 @@ DockBaseImpl::~DockBaseImpl() {
         grid_->onRowsChanged = {};
         grid_->setMenuHead({});
         grid_->setDescription({}, {});
+        grid_->setPart({});
     }
 }
 
@@ -91,7 +93,9 @@ void DockBaseImpl::SetGrid(TSmartDBGrid_VRO* grid) {
 
 void DockBaseImpl::SetSearchManager(TVaroSearchManager* manager) {
     searches_ = dynamic_cast<SearchManager*>(manager);
-    if (searches_) searches_->onSearched = [this] { EnableButtons(); };
+    if (!searches_) return;
+    searches_->onSearched = [this] { EnableButtons(); };
+    if (grid_) grid_->setPart([this] { return searches_->tabTitle(); });
 }
 
 // What can be done with the whole list stands beside the title, so that it is found without the context menu.
@@ -169,8 +173,13 @@ std::vector<QString> DockBaseImpl::headerLines() const {
     texts.insert(texts.end(), detail.begin(), detail.end());
     std::vector<QString> lines;
     lines.reserve(texts.size());
-    for (const std::string& text : texts)
-        lines.push_back(QString::fromStdString(text));
+    for (const std::string& text : texts) {
+        // A number alone tells the reader of a paper nothing.
+        bool isNumber = false;
+        const QString line = QString::fromStdString(text);
+        static_cast<void>(latinDigits(line).toLongLong(&isNumber));
+        if (!isNumber) lines.push_back(line);
+    }
     return lines;
 }
 

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <utility>
 
 #include "ado/error.h"
 #include "host/screens/search_condition.h"
@@ -24,14 +25,22 @@ GeneralSearchFrame::GeneralSearchFrame(ScreenContext& context, const QString& ob
     layout->addWidget(input_, 1);
     QWidget::setTabOrder(fields_, input_);
 
-    QObject::connect(input_, &QLineEdit::textChanged, this, [this] { change_.typed(); });
+    QObject::connect(input_, &QLineEdit::textChanged, this, [this] {
+        if (!change_.isMuted() && narrowsOtherwise()) change_.typed();
+    });
     QObject::connect(fields_, &QComboBox::currentIndexChanged, this, [this] {
         const bool muted = change_.isMuted();
         change_.mute(true);
         adaptInput();
         change_.mute(muted);
-        change_.changed();
+        if (narrowsOtherwise()) change_.changed();
     });
+}
+
+// Another item while nothing is typed, or a blank, is no reason to run a statement again.
+bool GeneralSearchFrame::narrowsOtherwise() {
+    const std::string before = std::exchange(narrowing_, Filter());
+    return narrowing_ != before;
 }
 
 void GeneralSearchFrame::init() {
@@ -65,6 +74,7 @@ std::string GeneralSearchFrame::Filter() const {
 void GeneralSearchFrame::Clear() {
     change_.mute(true);
     input_->clear();
+    narrowing_.clear();
     change_.mute(false);
 }
 
@@ -85,6 +95,7 @@ void GeneralSearchFrame::SetItemIndex(int index) {
                          std::to_string(index));
     change_.mute(true);
     fields_->setCurrentIndex(index);
+    narrowing_ = Filter();
     change_.mute(false);
 }
 

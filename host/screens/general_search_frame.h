@@ -27,10 +27,13 @@ protected:
 
 private:
     void adaptInput();
+    // Whether the condition has changed since it was last asked for.
+    [[nodiscard]] bool narrowsOtherwise();
 
     std::vector<TSearchItem> items_;
     QComboBox* fields_;
     SearchEdit* input_;
+    std::string narrowing_;  // the condition as it was last told
     SearchChange change_;
 };
 

@@ -88,6 +88,10 @@ bool GridModel::isNumberColumn(int index) const {
     return at >= 0 && rows && isNumber(rows->fieldInfo(at).type);
 }
 
+bool GridModel::isAmountColumn(int index) const {
+    return isNumberColumn(index) && (!format(index).isEmpty() || !isIntegral(dataSet()->fieldInfo(field(index)).type));
+}
+
 void GridModel::renewOrder() {
     order_.clear();
     const TDataSet* rows = dataSet();
@@ -205,9 +209,8 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
-    if (role == Qt::DisplayRole) return screenText(column(section).Title);
-    if (role == Qt::TextAlignmentRole) return QVariant::fromValue(Qt::Alignment(Qt::AlignCenter));
-    return {};
+    // How titles are aligned is up to the header, which knows whether they may wrap.
+    return role == Qt::DisplayRole ? QVariant(screenText(column(section).Title)) : QVariant();
 }
 
 void GridModel::activeChanged() {

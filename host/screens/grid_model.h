@@ -37,6 +37,8 @@ public:
     // The data set's field of a column; -1 while there is none.
     [[nodiscard]] int field(int index) const;
     [[nodiscard]] bool isNumberColumn(int index) const;
+    // Numbers that are shown as amounts or have decimals: neither codes nor counters.
+    [[nodiscard]] bool isAmountColumn(int index) const;
 
     void sortBy(int column, bool descending);  // -1: the data set's own order
     [[nodiscard]] int sortColumn() const { return sortColumn_; }

@@ -4,6 +4,7 @@
 #include <QDoubleSpinBox>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <utility>
 
 #include "host/screens/persian_digits.h"
@@ -58,6 +59,20 @@ QString typedNumber(QString text, bool decimals) {
             text.replace(QChar(typed), mark);
     }
     return persianDigits(latinDigits(std::move(text)));
+}
+
+std::optional<QString> plainAmount(const QString& text) {
+    static const QRegularExpression number(QRegularExpression::anchoredPattern(
+        QStringLiteral("-?(?=[0-9]|[./\u066B][0-9])"
+                       "(?:[0-9]*|[0-9]{1,3}([,\u066C\u060C])[0-9]{3}(?:\\1[0-9]{3})*)"
+                       "(?:[./\u066B][0-9]*)?")));
+    QString plain = latinDigits(text.trimmed());
+    const QRegularExpressionMatch match = number.match(plain);
+    if (!match.hasMatch()) return std::nullopt;
+    if (match.hasCaptured(1)) plain.remove(match.captured(1));
+    for (const char16_t mark : {u'/', u'\u066B'})
+        plain.replace(QChar(mark), QLatin1Char('.'));
+    return plain;
 }
 
 void watchNumberTyping(QApplication& application) {

@@ -4,10 +4,14 @@
 //   QLineEdit price;
 //   price.setInputMethodHints(Qt::ImhFormattedNumbersOnly);
 //
+//   plainAmount("۱۲٬۵۰۰/۵")         "12500.5"
+//   plainAmount("1,5")              nothing: one and a half to some, fifteen to others
+//
 // Inputs for numbers are spin boxes, and line edits whose input method hints ask for digits or numbers.
 #pragma once
 
 #include <QApplication>
+#include <optional>
 
 namespace basalt::host {
 
@@ -16,5 +20,11 @@ void watchNumberTyping(QApplication& application);
 
 // The text of a key as it appears in an input for numbers.
 [[nodiscard]] QString typedNumber(QString text, bool decimals);
+
+// The number that a typed text means: a minus sign if any, ASCII digits, and a point before decimals. Digits may be of
+// any keyboard and the decimal mark a point, a slash or "٫". Thousands may be marked, all of them by the same one of
+// ",", "٬" and "،"; a mark that is not followed by groups of three digits makes no number, and neither does anything
+// else.
+[[nodiscard]] std::optional<QString> plainAmount(const QString& text);
 
 }  // namespace basalt::host

@@ -10,6 +10,10 @@ void outputFails(const QString& path, const QString& reason) {
     throw OutputError(QStringLiteral("پرونده‌ی «%1» نوشته نشد: %2").arg(path, reason).toStdString());
 }
 
+void askToGoOn(const OutputProgress& progress, int done, int all) {
+    if (progress && !progress(done, all)) throw OutputCancelled();
+}
+
 void writeOutputFile(const QString& path, const std::function<void(const QString& draft)>& write) {
     try {
         const DraftFile draft(pathFromText(path.toStdString()));

@@ -2,9 +2,23 @@
 #pragma once
 
 #include <QString>
+#include <exception>
 #include <functional>
 
 namespace basalt::host {
+
+// Asked now and then by whoever writes a long file, with how much of it is done; false gives the file up. An empty one
+// lets the writer work undisturbed.
+using OutputProgress = std::function<bool(int done, int all)>;
+
+// The user has given the file up, and need not be told so.
+class OutputCancelled final : public std::exception {
+public:
+    [[nodiscard]] const char* what() const noexcept override { return "the output was given up"; }
+};
+
+// OutputCancelled when the answer is no.
+void askToGoOn(const OutputProgress& progress, int done, int all);
 
 // What a user is told of a file that was not written: OutputError.
 [[noreturn]] void outputFails(const QString& path, const QString& reason);

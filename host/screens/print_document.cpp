@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "host/screens/output_file.h"
 #include "host/services/output_error.h"
 
 namespace basalt::host {
@@ -12,12 +11,16 @@ QPageLayout pageLayout(QPageSize::PageSizeId paper, QPageLayout::Orientation ori
     return {QPageSize(paper), orientation, QMarginsF(kMargin, kMargin, kMargin, kMargin), QPageLayout::Millimeter};
 }
 
-void printPages(PrintDocument& document, QPrinter& printer, int from, int to) {
+void printPages(PrintDocument& document, QPrinter& printer, int from, int to, const OutputProgress& progress) {
     const int last = std::min(to, document.layOut(printer.pageLayout()) - 1);
     QPainter painter(&printer);
     if (!painter.isActive()) throw OutputError("چاپگر آماده نیست.");
     const qreal scale = static_cast<qreal>(printer.resolution()) / kPageDpi;
     for (int page = from; page <= last; ++page) {
+        if (progress && !progress(page - from, last - from + 1)) {
+            printer.abort();
+            throw OutputCancelled();
+        }
         if (page > from && !printer.newPage())
             throw OutputError("چاپگر صفحه‌ی تازه‌ای نمی‌پذیرد.");
         painter.save();
@@ -28,14 +31,14 @@ void printPages(PrintDocument& document, QPrinter& printer, int from, int to) {
     if (!painter.end()) throw OutputError("چاپ به پایان نرسید.");
 }
 
-void writePdf(PrintDocument& document, const QPageLayout& paper, const QString& path) {
+void writePdf(PrintDocument& document, const QPageLayout& paper, const QString& path, const OutputProgress& progress) {
     writeOutputFile(path, [&](const QString& draft) {
         QPrinter printer(QPrinter::HighResolution);
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(draft);
         printer.setDocName(document.title());
         printer.setPageLayout(paper);
-        printPages(document, printer, 0, document.layOut(paper) - 1);
+        printPages(document, printer, 0, document.layOut(paper) - 1, progress);
     });
 }
 

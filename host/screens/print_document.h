@@ -10,6 +10,8 @@
 #include <QPrinter>
 #include <QString>
 
+#include "host/screens/output_file.h"
+
 namespace basalt::host {
 
 // The unit in which pages are laid out and painted: dots an inch.
@@ -30,10 +32,12 @@ public:
                                      QPageLayout::Orientation orientation = QPageLayout::Portrait);
 
 // The pages `from` to `to`, both from 0, on the paper that the printer has; `to` may be beyond the end. OutputError
-// when the printer does not take them.
-void printPages(PrintDocument& document, QPrinter& printer, int from, int to);
+// when the printer does not take them, OutputCancelled when they are given up.
+void printPages(PrintDocument& document, QPrinter& printer, int from, int to, const OutputProgress& progress = {});
 
-// All pages as a PDF file, which appears whole or not at all; OutputError when it cannot be written.
-void writePdf(PrintDocument& document, const QPageLayout& paper, const QString& path);
+// All pages as a PDF file, which appears whole or not at all; OutputError when it cannot be written, OutputCancelled
+// when it is given up.
+void writePdf(PrintDocument& document, const QPageLayout& paper, const QString& path,
+              const OutputProgress& progress = {});
 
 }  // namespace basalt::host

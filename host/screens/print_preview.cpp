@@ -195,7 +195,7 @@ void PrintPreview::print() {
     // The printer may have other margins, which divide the pages anew; what is shown is laid out as before.
     const int page = view_->page();
     try {
-        printPages(document_, printer, dialog.firstPage(), dialog.lastPage());
+        printPages(document_, printer, dialog.firstPage(), dialog.lastPage(), context_.writing());
     } catch (...) {
         showAgain(page);
         throw;
@@ -211,7 +211,7 @@ void PrintPreview::showAgain(int page) {
 void PrintPreview::savePdf() {
     const auto path =
         context_.output().chooseFile(this, QStringLiteral("خروجی PDF"), document_.title(), QStringLiteral("pdf"));
-    if (path) writePdf(document_, view_->paper(), *path);
+    if (path) writePdf(document_, view_->paper(), *path, context_.writing());
 }
 
 }  // namespace basalt::host

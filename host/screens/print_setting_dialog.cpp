@@ -28,9 +28,10 @@ std::vector<ColumnChoice> choicesOf(const std::vector<TPrintColumn>& columns) {
 
 }  // namespace
 
-PrintSettingDialog::PrintSettingDialog(const TPrintSetting& start, QWidget* parent)
+PrintSettingDialog::PrintSettingDialog(const TPrintSetting& start, const QString& standardTitle, QWidget* parent)
     : QDialog(parent),
       start_(start),
+      standardTitle_(standardTitle),
       title_(new QLineEdit(QString::fromStdString(start.Title), this)),
       paper_(new QComboBox(this)),
       portrait_(new QRadioButton(QStringLiteral("عمودی"), this)),
@@ -43,6 +44,11 @@ PrintSettingDialog::PrintSettingDialog(const TPrintSetting& start, QWidget* pare
 
     title_->setObjectName(QStringLiteral("PrintTitle_EDT"));
     title_->setMaxLength(kTitleCharacters);
+    title_->setPlaceholderText(standardTitle);
+    // A print always has a title; who takes it away gets the report's own.
+    QObject::connect(title_, &QLineEdit::editingFinished, this, [this] {
+        if (title_->text().trimmed().isEmpty()) title_->setText(standardTitle_);
+    });
     paper_->setObjectName(QStringLiteral("Paper_CMB"));
     for (const PaperName& entry : kPapers) {
         paper_->addItem(QString::fromLatin1(entry.title), static_cast<int>(entry.paper));
@@ -82,7 +88,7 @@ PrintSettingDialog::PrintSettingDialog(const TPrintSetting& start, QWidget* pare
 
 TPrintSetting PrintSettingDialog::setting() const {
     TPrintSetting setting{
-        .Title = title_->text().toStdString(),
+        .Title = (title_->text().trimmed().isEmpty() ? standardTitle_ : title_->text()).toStdString(),
         .Paper = static_cast<TPrintPaper>(paper_->currentData().toInt()),
         .Orientation = landscape_->isChecked() ? TPrintOrientation::Landscape : TPrintOrientation::Portrait};
     for (const ColumnChoice& choice : columns_->choices()) {
@@ -94,7 +100,7 @@ TPrintSetting PrintSettingDialog::setting() const {
 
 bool askPrintSetting(ScreenContext& context, const TPrintSettingRequest& request, TPrintSetting& setting) {
     PrintSettingMemory memory(context.host(), request.ReportName);
-    PrintSettingDialog dialog(memory.recall(request), request.Form);
+    PrintSettingDialog dialog(memory.recall(request), QString::fromStdString(request.Title), request.Form);
     if (dialog.exec() != QDialog::Accepted) return false;
     TPrintSetting chosen = dialog.setting();
     memory.keep(chosen);

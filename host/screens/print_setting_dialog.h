@@ -17,12 +17,14 @@ namespace basalt::host {
 
 class PrintSettingDialog final : public QDialog {
 public:
-    PrintSettingDialog(const TPrintSetting& start, QWidget* parent);
+    // `standardTitle` is printed where the user gives no other.
+    PrintSettingDialog(const TPrintSetting& start, const QString& standardTitle, QWidget* parent);
 
     [[nodiscard]] TPrintSetting setting() const;
 
 private:
     TPrintSetting start_;
+    QString standardTitle_;
     QLineEdit* title_;
     QComboBox* paper_;
     QRadioButton* portrait_;

@@ -17,6 +17,35 @@ Choice kept(const QJsonValue& value, Choice last, Choice otherwise) {
     return number < 0 || number > static_cast<int>(last) ? otherwise : static_cast<Choice>(number);
 }
 
+bool isBlank(const std::string& text) {
+    return text.find_first_not_of(' ') == std::string::npos;
+}
+
+// The columns as they were chosen now, between those of the former choice that were not on offer: the report may show
+// them the next time, at the place that they had.
+QJsonArray merged(const QJsonArray& former, const std::vector<TPrintColumn>& chosen) {
+    const auto isChosen = [&](const QString& name) {
+        return std::any_of(chosen.begin(), chosen.end(),
+                           [&](const TPrintColumn& column) { return printSettingName(column) == name.toStdString(); });
+    };
+    const auto entry = [](const TPrintColumn& column) {
+        return QJsonObject{{QStringLiteral("name"), QString::fromStdString(printSettingName(column))},
+                           {QStringLiteral("visible"), column.Visible}};
+    };
+    QJsonArray columns;
+    auto next = chosen.begin();
+    for (const auto& kept : former) {
+        if (!isChosen(kept.toObject().value(QStringLiteral("name")).toString())) {
+            columns.append(kept);
+        } else if (next != chosen.end()) {
+            columns.append(entry(*next++));
+        }
+    }
+    for (; next != chosen.end(); ++next)
+        columns.append(entry(*next));
+    return columns;
+}
+
 }  // namespace
 
 const std::string& printSettingName(const TPrintColumn& column) {
@@ -25,14 +54,13 @@ const std::string& printSettingName(const TPrintColumn& column) {
 
 TPrintSetting PrintSettingMemory::recall(const TPrintSettingRequest& request) {
     requestTitle_ = request.Title;
-    const std::string text = host_.formOptions().load(host_.UserInfo().Code, key()).value_or("");
-    const QJsonObject own = QJsonDocument::fromJson(QByteArray::fromStdString(text)).object();
-    TPrintSetting setting{
-        .Title = own.value(QStringLiteral("title")).toString(QString::fromStdString(request.Title)).toStdString(),
-        .Columns = request.Columns,
-        .Paper = kept(own.value(QStringLiteral("paper")), TPrintPaper::Letter, request.Paper),
-        .Orientation =
-            kept(own.value(QStringLiteral("orientation")), TPrintOrientation::Landscape, request.Orientation)};
+    const QJsonObject own = this->own();
+    const std::string title = own.value(QStringLiteral("title")).toString().toStdString();
+    TPrintSetting setting{.Title = isBlank(title) ? request.Title : title,
+                          .Columns = request.Columns,
+                          .Paper = kept(own.value(QStringLiteral("paper")), TPrintPaper::Letter, request.Paper),
+                          .Orientation = kept(own.value(QStringLiteral("orientation")), TPrintOrientation::Landscape,
+                                              request.Orientation)};
 
     const auto everybodys = PrintColumnStore(host_.session()).visible(report_);
     for (TPrintColumn& column : setting.Columns)
@@ -53,16 +81,19 @@ TPrintSetting PrintSettingMemory::recall(const TPrintSettingRequest& request) {
     return setting;
 }
 
+QJsonObject PrintSettingMemory::own() const {
+    const std::string text = host_.formOptions().load(host_.UserInfo().Code, key()).value_or("");
+    return QJsonDocument::fromJson(QByteArray::fromStdString(text)).object();
+}
+
 void PrintSettingMemory::keep(const TPrintSetting& setting) {
-    QJsonArray columns;
-    for (const TPrintColumn& column : setting.Columns)
-        columns.append(QJsonObject{{QStringLiteral("name"), QString::fromStdString(printSettingName(column))},
-                                   {QStringLiteral("visible"), column.Visible}});
+    const QJsonArray columns = merged(own().value(QStringLiteral("columns")).toArray(), setting.Columns);
     QJsonObject own{{QStringLiteral("paper"), static_cast<int>(setting.Paper)},
                     {QStringLiteral("orientation"), static_cast<int>(setting.Orientation)},
                     {QStringLiteral("columns"), columns}};
-    // A title that the user left alone follows the report's.
-    if (setting.Title != requestTitle_) own.insert(QStringLiteral("title"), QString::fromStdString(setting.Title));
+    // A title that the user left alone, or took away, follows the report's.
+    if (!isBlank(setting.Title) && setting.Title != requestTitle_)
+        own.insert(QStringLiteral("title"), QString::fromStdString(setting.Title));
 
     HostTransaction transaction(host_.session());
     host_.formOptions().save(host_.UserInfo().Code, key(),

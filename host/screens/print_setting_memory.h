@@ -5,6 +5,7 @@
 // everybody start anew.
 #pragma once
 
+#include <QJsonObject>
 #include <string>
 
 #include "host/services/reference_host.h"
@@ -21,9 +22,11 @@ public:
 
     // The request as the user left it: columns that were not there then come last.
     [[nodiscard]] TPrintSetting recall(const TPrintSettingRequest& request);
+    // Columns that are not in the setting keep the place and the tick that they had.
     void keep(const TPrintSetting& setting);
 
 private:
+    [[nodiscard]] QJsonObject own() const;
     [[nodiscard]] std::string key() const { return "Print." + report_; }
 
     ReferenceHost& host_;

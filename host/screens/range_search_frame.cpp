@@ -5,9 +5,14 @@
 #include <utility>
 
 #include "ado/error.h"
+#include "host/screens/number_typing.h"
 #include "host/screens/search_condition.h"
 
 namespace basalt::host {
+namespace {
+constexpr int kTitleCharacters = 24;
+constexpr int kBoundCharacters = 14;
+}  // namespace
 
 RangeSearchFrame::RangeSearchFrame(ScreenContext& context, const QString& objectName, QWidget* parent)
     : TRange_Search_Frame(parent),
@@ -15,11 +20,16 @@ RangeSearchFrame::RangeSearchFrame(ScreenContext& context, const QString& object
       field_(new QLabel(this)),
       from_(new SearchEdit(objectName + QStringLiteral("_From_EDT"), this)),
       to_(new SearchEdit(objectName + QStringLiteral("_To_EDT"), this)),
+      context_(context),
       change_(context, *this) {
     setObjectName(objectName);
     fields_->setObjectName(objectName + QStringLiteral("_CMB"));
     fields_->setAccessibleName(QStringLiteral("بازه‌ی"));
     fields_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    // A long title must leave the bounds their room.
+    fields_->setMaximumWidth(fontMetrics().averageCharWidth() * kTitleCharacters);
+    for (SearchEdit* edit : {from_, to_})
+        edit->setMinimumWidth(fontMetrics().averageCharWidth() * kBoundCharacters);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(fields_);
@@ -30,16 +40,32 @@ RangeSearchFrame::RangeSearchFrame(ScreenContext& context, const QString& object
     layout->addWidget(to_, 1);
     adaptInputs();
 
-    for (SearchEdit* edit : {from_, to_})
+    for (SearchEdit* edit : {from_, to_}) {
         QObject::connect(edit, &QLineEdit::textChanged, this, [this] {
-            if (narrowsOtherwise()) change_.typed();
+            refused_.clear();
+            if (!change_.isMuted() && narrowsOtherwise()) change_.typed();
         });
+        QObject::connect(edit, &QLineEdit::editingFinished, this, [this, edit] { checkBound(*edit); });
+    }
     QObject::connect(fields_, &QComboBox::currentIndexChanged, this, [this] {
         const bool muted = change_.isMuted();
         change_.mute(true);
         adaptInputs();
         change_.mute(muted);
         if (narrowsOtherwise()) change_.changed();
+    });
+}
+
+void RangeSearchFrame::checkBound(SearchEdit& bound) {
+    const QString text = bound.text();
+    // The message itself takes the focus, and so ends the editing once more.
+    if (text.isEmpty() || text == refused_ || plainAmount(text)) return;
+    refused_ = text;
+    context_.guarded(this, [&] {
+        context_.host().Messages().show({.operation = "MsgNotANumber",
+                                         .arguments = {bound.accessibleName().toStdString(), text.toStdString()},
+                                         .control = &bound,
+                                         .form = window()});
     });
 }
 
@@ -88,6 +114,21 @@ void RangeSearchFrame::Clear() {
 
 void RangeSearchFrame::FocusFirst() {
     from_->setFocus();
+}
+
+TSearchRange RangeSearchFrame::Range() const {
+    return {.Item = fields_->currentIndex(), .From = from_->text().toStdString(), .To = to_->text().toStdString()};
+}
+
+void RangeSearchFrame::SetRange(const TSearchRange& range) {
+    if (range.Item != -1 || ItemCount() > 0) checkIndex(range.Item, "SetRange");
+    change_.mute(true);
+    fields_->setCurrentIndex(range.Item);
+    adaptInputs();
+    from_->setText(QString::fromStdString(range.From));
+    to_->setText(QString::fromStdString(range.To));
+    narrowing_ = Filter();
+    change_.mute(false);
 }
 
 void RangeSearchFrame::AddItem(const TSearchItem& item) {

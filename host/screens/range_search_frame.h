@@ -20,6 +20,8 @@ public:
     [[nodiscard]] std::string Filter() const override;
     void Clear() override;
     void FocusFirst() override;
+    [[nodiscard]] TSearchRange Range() const override;
+    void SetRange(const TSearchRange& range) override;
     void AddItem(const TSearchItem& item) override;
     // A range of the deleted item no longer narrows the list; the screen re-runs the search when that matters to it.
     void DeleteItem(int index) override;
@@ -35,6 +37,8 @@ protected:
 private:
     void checkIndex(int index, const char* operation) const;
     void adaptInputs();
+    // Tells of a bound that the user has left and that is no number: the list does not heed it.
+    void checkBound(SearchEdit& bound);
     // Whether the condition has changed since it was last asked for.
     [[nodiscard]] bool narrowsOtherwise();
 
@@ -44,6 +48,8 @@ private:
     SearchEdit* from_;
     SearchEdit* to_;
     std::string narrowing_;  // the condition as it was last told
+    ScreenContext& context_;
+    QString refused_;  // the text that the user has been told of
     SearchChange change_;
     std::function<bool(const std::string&)> isField_;
 };

@@ -19,6 +19,7 @@ void ScreenContext::guarded(QWidget* origin, const std::function<void()>& handle
             // Whoever has given up a request need not be told so.
             const auto* failure = dynamic_cast<const DatabaseError*>(&error);
             if (failure && isCancelled(*failure)) return;
+            if (dynamic_cast<const OutputCancelled*>(&error)) return;
             MessageRequest request = host_.catalogue().errorRequest(
                 error, [&](const std::string& field) { return fieldTitle(window, field); });
             request.form = window;

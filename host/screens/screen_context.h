@@ -6,7 +6,9 @@
 #include <QWidget>
 #include <exception>
 #include <functional>
+#include <utility>
 
+#include "host/screens/output_file.h"
 #include "host/services/reference_host.h"
 
 namespace basalt::host {
@@ -23,6 +25,10 @@ public:
     [[nodiscard]] OutputServices& output() const { return *output_; }
     void setOutput(OutputServices& output) { output_ = &output; }
 
+    // Shows how far the writing of a file or a print is, and lets the user give it up.
+    [[nodiscard]] const OutputProgress& writing() const { return writing_; }
+    void setWriting(OutputProgress writing) { writing_ = std::move(writing); }
+
     // Runs a handler. An error is shown as a message over `origin`'s window and the screen lives on. When it cannot
     // even be shown, the window closes and the error waits for rethrowUnshown.
     void guarded(QWidget* origin, const std::function<void()>& handler);
@@ -32,6 +38,7 @@ public:
 private:
     ReferenceHost& host_;
     OutputServices* output_;
+    OutputProgress writing_;
     std::exception_ptr unshown_;
 };
 

@@ -24,6 +24,7 @@ HostScreenServices::HostScreenServices(ReferenceHost& host) : context_(host, dia
     setThemeFontSize(host.optionFile().options().fontSize);
     showPersianDigits(host.optionFile().options().persianDigits);
     busy_ = std::make_unique<BusyNotice>(host.session());
+    context_.setWriting([this](int done, int all) { return busy_->writes(done, all); });
     host.setEntityPicking(this);
 }
 

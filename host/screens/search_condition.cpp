@@ -6,6 +6,7 @@
 
 #include "ado/decimal.h"
 #include "ado/names.h"
+#include "host/screens/number_typing.h"
 #include "host/screens/persian_digits.h"
 
 namespace basalt::host {
@@ -54,27 +55,16 @@ struct Bound {
     bool cut = false;  // what was typed is farther from zero than the number, by less than any number of a list shows
 };
 
-std::string digitsAt(const std::string& text, std::size_t& at) {
-    const std::size_t start = at;
-    while (at < text.size() && text[at] >= '0' && text[at] <= '9')
-        ++at;
-    return text.substr(start, at - start);
-}
-
 std::optional<Bound> boundOf(const QString& input) {
-    QString plain = latinDigits(input.trimmed());
-    for (const char16_t separator : {u',', u'\u066C', u'\u060C'})
-        plain.remove(QChar(separator));
-    plain.replace(QChar(u'\u066B'), QLatin1Char('.'));
-    const std::string text = plain.toStdString();
+    const auto plain = plainAmount(input);
+    if (!plain) return std::nullopt;
+    const std::string text = plain->toStdString();
     Bound bound;
-    std::size_t at = 0;
-    if (!text.empty() && (text[0] == '-' || text[0] == '+')) bound.negative = text[at++] == '-';
-    std::string whole = digitsAt(text, at);
-    std::string fraction;
-    const bool hasWhole = !whole.empty();
-    if (at < text.size() && text[at] == '.') fraction = digitsAt(text, ++at);
-    if (at < text.size() || (!hasWhole && fraction.empty())) return std::nullopt;
+    bound.negative = text.starts_with('-');
+    const std::size_t begin = bound.negative ? 1 : 0;
+    const std::size_t point = std::min(text.find('.'), text.size());
+    std::string whole = text.substr(begin, point - begin);
+    std::string fraction = text.substr(std::min(point + 1, text.size()));
     whole.erase(0, whole.find_first_not_of('0'));
     fraction.erase(fraction.find_last_not_of('0') + 1);
     const std::string sign = bound.negative ? "-" : "";

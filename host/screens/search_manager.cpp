@@ -6,6 +6,7 @@
 #include "host/screens/range_search_frame.h"
 #include "host/screens/search_change.h"
 #include "host/screens/search_condition.h"
+#include "host/screens/tab_search_frame.h"
 
 namespace basalt::host {
 
@@ -36,6 +37,12 @@ std::string SearchManager::statement() const {
         conditions.push_back(frame->Filter());
     const std::string narrowing = joinedConditions(conditions);
     return narrowing.empty() ? script_ : "SELECT * FROM (" + script_ + ") AS T WHERE " + narrowing;
+}
+
+QString SearchManager::tabTitle() const {
+    for (const TSearchFrame* frame : frames_)
+        if (const auto* tabs = dynamic_cast<const TabSearchFrame*>(frame)) return tabs->tabTitle();
+    return {};
 }
 
 void SearchManager::ExecuteFilter_DataSet() {

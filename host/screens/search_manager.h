@@ -24,6 +24,8 @@ public:
     // Runs a search that waits for a pause in the typing, so that what is done next is done to its rows. False when it
     // failed, which the user was shown.
     [[nodiscard]] bool finishTyping();
+    // The title of the tab that narrows the list; empty where there are no tabs.
+    [[nodiscard]] QString tabTitle() const;
 
     // Told after each search, before AfterSearch.
     std::function<void()> onSearched;

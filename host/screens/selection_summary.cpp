@@ -86,7 +86,7 @@ QString SelectionSummary::described() const {
     if (count < 2) return all;
     QString chosen = QStringLiteral("%1   |   %2 سطر برگزیده").arg(all, grouped(count));
     const int column = grid_.View()->currentIndex().column();
-    if (column < 0 || !model.isNumberColumn(column)) return chosen;
+    if (column < 0 || !model.isAmountColumn(column)) return chosen;
     const auto total = columnTotal(model, selected, column);
     if (!total) return chosen;
     const auto shown = [&](const Decimal& number) { return screenNumber(model.format(column).text(number)); };

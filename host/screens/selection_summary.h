@@ -1,4 +1,5 @@
-// The line below a list: how many rows there are, and of selected rows the sum and the average of the current column.
+// The line below a list: how many rows there are, and of selected rows the sum and the average of the current column
+// when it holds amounts; a sum of codes says nothing.
 //
 //   auto* summary = new SelectionSummary(grid, panel);
 //   summary->refresh();        // after the rows have changed; it follows the selection by itself

@@ -17,9 +17,11 @@
 #include "host/screens/column_chooser.h"
 #include "host/screens/number_room.h"
 #include "host/screens/output_services.h"
+#include "host/screens/persian_digits.h"
 #include "host/screens/table_printer.h"
 #include "host/screens/table_text.h"
 #include "host/screens/table_workbook.h"
+#include "host/screens/wrapped_text.h"
 
 namespace basalt::host {
 namespace {
@@ -28,6 +30,7 @@ constexpr int kCellPadding = 26;
 constexpr int kNarrowest = 56;
 constexpr int kWidestByContent = 420;
 constexpr int kTitlePadding = 14;
+constexpr int kWidestWrappedTitle = 200;  // a longer word is broken
 
 QPageSize::PageSizeId paperSize(TPrintPaper paper) {
     switch (paper) {
@@ -49,6 +52,7 @@ QPageSize::PageSizeId paperSize(TPrintPaper paper) {
 class SmartGrid::Content final : public TableContent {
 public:
     Content(const SmartGrid& grid, const QHeaderView& header) : Content(grid, grid.description()) {
+        if (const QString part = grid.part(); !part.isEmpty()) title_ += QStringLiteral(" – ") + part;
         for (int place = 0; place < header.count(); ++place) {
             const int column = header.logicalIndex(place);
             if (!header.isSectionHidden(column)) add(column, model_.column(column).Title, header.sectionSize(column));
@@ -58,6 +62,7 @@ public:
     // What the setting names of the grid's columns.
     Content(const SmartGrid& grid, const TPrintSetting& setting)
         : Content(grid, setting.Title.empty() ? grid.description() : QString::fromStdString(setting.Title)) {
+        part_ = grid.part();
         for (const TPrintColumn& wanted : setting.Columns) {
             const int column = grid.columnOf(wanted.FieldName);
             if (wanted.Visible && column >= 0)
@@ -68,7 +73,10 @@ public:
     [[nodiscard]] QString title() const override { return title_; }
     // Made for prints only, and once: a screen may have something to say while it makes them.
     [[nodiscard]] std::vector<QString> headerLines() const override {
-        if (!headerLines_) headerLines_ = makeHeaderLines_ ? makeHeaderLines_() : std::vector<QString>();
+        if (!headerLines_) {
+            headerLines_ = makeHeaderLines_ ? makeHeaderLines_() : std::vector<QString>();
+            if (!part_.isEmpty()) headerLines_->insert(headerLines_->begin(), part_);
+        }
         return *headerLines_;
     }
     [[nodiscard]] const std::vector<TableColumn>& columns() const override { return columns_; }
@@ -95,6 +103,7 @@ private:
 
     const GridModel& model_;
     QString title_;
+    QString part_;  // where the title does not name it
     std::function<std::vector<QString>()> makeHeaderLines_;
     mutable std::optional<std::vector<QString>> headerLines_;
     std::vector<TableColumn> columns_;
@@ -163,7 +172,18 @@ void SmartGrid::SetDataSource(TDataSource* source) {
 }
 
 int SmartGrid::AddColumn(const TGridColumn& column) {
-    return model_.addColumn(column);
+    const int index = model_.addColumn(column);
+    const auto away = std::find_if(away_.begin(), away_.end(), [&](const Away& entry) {
+        return sameName(entry.kept.value(QStringLiteral("field")).toString().toStdString(), column.FieldName);
+    });
+    if (away == away_.end()) return index;
+    QHeaderView* header = view_->horizontalHeader();
+    arrangeColumn(index, away->kept);
+    header->moveSection(header->visualIndex(index), std::min(away->place, header->count() - 1));
+    away_.erase(away);
+    applyVisibility();
+    layOutColumns();
+    return index;
 }
 
 void SmartGrid::checkIndex(int index, const char* operation) const {
@@ -184,6 +204,11 @@ TGridColumn SmartGrid::Column(int index) const {
 
 void SmartGrid::RemoveColumn(int index) {
     checkIndex(index, "RemoveColumn");
+    const Away away{arrangementOf(index), view_->horizontalHeader()->visualIndex(index)};
+    if (!model_.column(index).FieldName.empty())
+        away_.insert(std::upper_bound(away_.begin(), away_.end(), away,
+                                      [](const Away& one, const Away& other) { return one.place < other.place; }),
+                     away);
     model_.removeColumnAt(index);
 }
 
@@ -193,10 +218,11 @@ void SmartGrid::SetMultiSelect(bool on) {
 
 void SmartGrid::SetTitleLines(int lines) {
     QHeaderView* header = view_->horizontalHeader();
+    titleLines_ = std::max(1, lines);
     Qt::Alignment alignment = Qt::AlignCenter;
     if (lines > 1) alignment |= static_cast<Qt::Alignment>(static_cast<int>(Qt::TextWordWrap));
     header->setDefaultAlignment(alignment);
-    header->setFixedHeight(std::max(1, lines) * header->fontMetrics().lineSpacing() + kTitlePadding);
+    header->setFixedHeight(titleLines_ * header->fontMetrics().lineSpacing() + kTitlePadding);
 }
 
 int SmartGrid::CurrentRow() const {
@@ -304,9 +330,10 @@ void SmartGrid::widenFor(int row) {
 
 int SmartGrid::measuredWidth(int column) const {
     const QFontMetrics metrics = view_->fontMetrics();
-    // The title is as wide as its longest word when it may wrap, else as a whole.
-    int widest =
-        view_->horizontalHeader()->fontMetrics().horizontalAdvance(model_.column(column).Title) + kTitlePadding;
+    const QFontMetricsF titleMetrics(view_->horizontalHeader()->font());
+    const int title =
+        static_cast<int>(widthForLines(screenText(model_.column(column).Title), titleMetrics, titleLines_));
+    int widest = (titleLines_ > 1 ? std::min(title, kWidestWrappedTitle) : title) + kTitlePadding;
     // Numbers have all the room that they need: a part of one would be another number.
     if (model_.isNumberColumn(column)) {
         const qreal room = roomFor(model_.numberShapes(column), QFontMetricsF(view_->font()));
@@ -365,18 +392,29 @@ void SmartGrid::keyPressEvent(QKeyEvent* event) {
     if (!view_->take(event)) event->ignore();
 }
 
+QJsonObject SmartGrid::arrangementOf(int column) const {
+    const TGridColumn& state = model_.column(column);
+    QJsonObject kept{{QStringLiteral("field"), QString::fromStdString(state.FieldName)},
+                     {QStringLiteral("width"), state.Width}};
+    // What the screen itself hides is not the user's wish, and may be shown the next time.
+    if (state.VisibleForCustomization) kept.insert(QStringLiteral("visible"), state.Visible);
+    return kept;
+}
+
+void SmartGrid::arrangeColumn(int column, const QJsonObject& kept) {
+    TGridColumn& state = model_.arrangement(column);
+    state.Width = std::clamp(kept.value(QStringLiteral("width")).toInt(state.Width), 0, 4000);
+    // What the screen keeps out of the user's reach stays as the screen has it.
+    if (state.VisibleForCustomization) state.Visible = kept.value(QStringLiteral("visible")).toBool(state.Visible);
+}
+
 QJsonObject SmartGrid::arrangement() const {
     const QHeaderView* header = view_->horizontalHeader();
     QJsonArray columns;
-    for (int place = 0; place < header->count(); ++place) {
-        const int index = header->logicalIndex(place);
-        const TGridColumn& column = model_.column(index);
-        QJsonObject kept{{QStringLiteral("field"), QString::fromStdString(column.FieldName)},
-                         {QStringLiteral("width"), column.Width}};
-        // What the screen itself hides is not the user's wish, and may be shown the next time.
-        if (column.VisibleForCustomization) kept.insert(QStringLiteral("visible"), column.Visible);
-        columns.append(kept);
-    }
+    for (int place = 0; place < header->count(); ++place)
+        columns.append(arrangementOf(header->logicalIndex(place)));
+    for (const Away& away : away_)
+        columns.insert(std::min(away.place, static_cast<int>(columns.size())), away.kept);
     QJsonObject all{{QStringLiteral("columns"), columns}};
     if (model_.sortColumn() >= 0) {
         all.insert(QStringLiteral("sort"), QString::fromStdString(model_.column(model_.sortColumn()).FieldName));
@@ -389,14 +427,17 @@ void SmartGrid::arrange(const QJsonObject& arrangement) {
     QHeaderView* header = view_->horizontalHeader();
     const auto indexOf = [&](const QString& field) { return columnOf(field.toStdString()); };
     int place = 0;
+    int keptPlace = 0;
+    away_.clear();
     for (const auto& entry : arrangement.value(QStringLiteral("columns")).toArray()) {
         const QJsonObject kept = entry.toObject();
         const int column = indexOf(kept.value(QStringLiteral("field")).toString());
-        if (column < 0) continue;
-        TGridColumn& state = model_.arrangement(column);
-        state.Width = std::clamp(kept.value(QStringLiteral("width")).toInt(state.Width), 0, 4000);
-        // What the screen keeps out of the user's reach stays as the screen has it.
-        if (state.VisibleForCustomization) state.Visible = kept.value(QStringLiteral("visible")).toBool(state.Visible);
+        if (column < 0) {
+            away_.push_back({kept, keptPlace++});
+            continue;
+        }
+        ++keptPlace;
+        arrangeColumn(column, kept);
         if (const int at = header->visualIndex(column); at != place) header->moveSection(at, place);
         ++place;
     }
@@ -490,19 +531,19 @@ void SmartGrid::PrintPreview(const TPrintSetting& setting) {
                                                             : QPageLayout::Portrait));
 }
 
-void SmartGrid::save(const QString& title, const QString& suffix,
-                     const std::function<void(const TableContent&, const QString&)>& write) {
+void SmartGrid::save(const QString& title, const QString& suffix, const Writer& write) {
     const auto table = content();
     const auto path = context_.output().chooseFile(window(), title, table->title(), suffix);
-    if (path) write(*table, *path);
+    if (path) write(*table, *path, context_.writing());
 }
 
 void SmartGrid::exportPdf() {
-    save(QStringLiteral("خروجی PDF"), QStringLiteral("pdf"), [this](const TableContent& table, const QString& path) {
-        checkPrintable(table);
-        TableDocument document(table, QString::fromStdString(context_.host().NowDate("/")));
-        writePdf(document, document.suitablePaper(), path);
-    });
+    save(QStringLiteral("خروجی PDF"), QStringLiteral("pdf"),
+         [this](const TableContent& table, const QString& path, const OutputProgress& progress) {
+             checkPrintable(table);
+             TableDocument document(table, QString::fromStdString(context_.host().NowDate("/")));
+             writePdf(document, document.suitablePaper(), path, progress);
+         });
 }
 
 void SmartGrid::exportWorkbook() {

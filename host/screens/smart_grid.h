@@ -42,8 +42,8 @@ public:
     // Sorts by a column, keeping the current record; -1 is the data set's own order.
     void sortBy(int column, bool descending);
 
-    // The order, widths and visibility of the columns and the sort, as one object; fields that are not there any more
-    // are passed over.
+    // The order, widths and visibility of the columns and the sort, as one object. What it says of a field that has no
+    // column is remembered until one comes.
     [[nodiscard]] QJsonObject arrangement() const;
     void arrange(const QJsonObject& arrangement);
 
@@ -53,6 +53,8 @@ public:
     void setMenuHead(std::function<void(QMenu&)> head) { menuHead_ = std::move(head); }
     // Titles prints and files, and gives the lines above a printed list.
     void setDescription(std::function<QString()> title, std::function<std::vector<QString>()> headerLines);
+    // Names the part of the list that shows (a tab's title): behind the title, or above a print that has its own.
+    void setPart(std::function<QString()> part) { part_ = std::move(part); }
     // Told when the current record or the rows have changed.
     std::function<void()> onRowsChanged;
 
@@ -70,6 +72,11 @@ protected:
 
 private:
     class Content;
+    // What the user made of a column that is not there at the moment.
+    struct Away {
+        QJsonObject kept;
+        int place;  // among the columns as they were shown
+    };
 
     void checkIndex(int index, const char* operation) const;
     void addAction(const char* objectName, const char* title, const QKeySequence& key, void (SmartGrid::*work)());
@@ -84,12 +91,15 @@ private:
     [[nodiscard]] int measuredWidth(int column) const;
     void widenFor(int row);
     [[nodiscard]] int printWidth(int column) const;
+    [[nodiscard]] QJsonObject arrangementOf(int column) const;
+    void arrangeColumn(int column, const QJsonObject& kept);
     [[nodiscard]] int columnOf(const std::string& field) const;  // -1: none
     [[nodiscard]] std::unique_ptr<Content> content() const;
     void preview(const TableContent& table, std::optional<QPageLayout> paper);  // none: what suits the table
     [[nodiscard]] QString description() const;
-    void save(const QString& title, const QString& suffix,
-              const std::function<void(const TableContent&, const QString&)>& write);
+    [[nodiscard]] QString part() const { return part_ ? part_() : QString(); }
+    using Writer = std::function<void(const TableContent&, const QString& path, const OutputProgress&)>;
+    void save(const QString& title, const QString& suffix, const Writer& write);
 
     ScreenContext& context_;
     GridModel model_;
@@ -97,7 +107,10 @@ private:
     QList<QAction*> actions_;
     std::function<void(QMenu&)> menuHead_;
     std::function<QString()> title_;
+    std::function<QString()> part_;
     std::function<std::vector<QString>()> headerLines_;
+    std::vector<Away> away_;  // by their places
+    int titleLines_ = 1;
     bool followingCursor_ = false;
     bool layingOut_ = false;
     bool sorting_ = false;             // the rows are the same, in another order

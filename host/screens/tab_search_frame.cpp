@@ -76,4 +76,8 @@ void TabSearchFrame::SetTabIndex(int index) {
     tabs_->setCurrentIndex(index);
 }
 
+QString TabSearchFrame::tabTitle() const {
+    return tabs_->tabText(tabs_->currentIndex()).remove(QLatin1Char('&')).trimmed();
+}
+
 }  // namespace basalt::host

@@ -21,6 +21,8 @@ public:
     void SetTabIndex(int index) override;
     [[nodiscard]] int TabIndex() const override { return tabs_->currentIndex(); }
     void Search_TBCChange() override { change_.tellNow(); }
+    // Of the tab, as it is read.
+    [[nodiscard]] QString tabTitle() const;
     [[nodiscard]] SearchChange& change() override { return change_; }
 
 private:

@@ -8,6 +8,7 @@
 #include "host/screens/number_room.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
+#include "host/screens/wrapped_text.h"
 #include "host/services/output_error.h"
 
 namespace basalt::host {
@@ -22,6 +23,7 @@ constexpr int kUsualSmallestFont = 12;
 constexpr int kSmallestFont = 10;  // for the sake of whole numbers
 constexpr int kSpreadFont = 14;    // of columns that go on on further pages anyway
 constexpr qreal kTitleFont = 14;
+constexpr qreal kTitleSpacing = 1.25;      // of the lines of a column's title, with the room around them
 constexpr qreal kLeastTextCharacters = 8;  // that a column of texts keeps
 constexpr qreal kMostTextCharacters = 48;  // that it may want of a page
 constexpr std::size_t kMeasuredTexts = 64;
@@ -258,18 +260,23 @@ qreal TableDocument::headHeight(int page) const {
     return QFontMetricsF(titleFont_).height() * 1.5 + line * static_cast<qreal>(head_.size());
 }
 
+// As many lines as a quarter of the page holds.
+QStringList TableDocument::titleLines(std::size_t column, qreal width) const {
+    const qreal line = QFontMetricsF(columnFont_).lineSpacing() * kTitleSpacing;
+    const int most = std::max(1, static_cast<int>(page_.height() / 4 / line));
+    return wrappedLines(titles_[column], columnFont_, width - 2 * padding_, most);
+}
+
 qreal TableDocument::columnTitleHeight() const {
     const QFontMetricsF metrics(columnFont_);
     qreal highest = rowHeight_;
     for (const Sheet& sheet : sheets_) {
         for (std::size_t i = 0; i < sheet.columns.size(); ++i) {
-            const QRectF room(0, 0, sheet.widths[i] - 2 * padding_, page_.height());
-            const QString& title = titles_[sheet.columns[i]];
-            const QRectF needed = metrics.boundingRect(room, Qt::AlignCenter | Qt::TextWordWrap, title);
-            highest = std::max(highest, needed.height() * 1.25);
+            const auto lines = static_cast<qreal>(titleLines(sheet.columns[i], sheet.widths[i]).size());
+            highest = std::max(highest, lines * metrics.lineSpacing() * kTitleSpacing);
         }
     }
-    return std::min(highest, page_.height() / 4);
+    return highest;
 }
 
 int TableDocument::rowsOn(int page) const {
@@ -313,9 +320,15 @@ qreal TableDocument::paintTitles(QPainter& painter, const Sheet& sheet, qreal y)
     painter.fillRect(QRectF(0, y, page_.width(), height), themeColors().accentSoft);
     painter.setPen(themeColors().text);
     painter.setFont(columnFont_);
+    const qreal spacing = QFontMetricsF(columnFont_).lineSpacing();
     eachColumn(sheet, [&](std::size_t column, qreal x, qreal width) {
-        painter.drawText(QRectF(x + padding_, y, width - 2 * padding_, height), Qt::AlignCenter | Qt::TextWordWrap,
-                         titles_[column]);
+        const QStringList lines = titleLines(column, width);
+        QRectF line(x + padding_, y + (height - spacing * static_cast<qreal>(lines.size())) / 2, width - 2 * padding_,
+                    spacing);
+        for (const QString& words : lines) {
+            painter.drawText(line, Qt::AlignCenter | Qt::TextSingleLine, words);
+            line.translate(0, spacing);
+        }
     });
     painter.setPen(QPen(themeColors().borderStrong, 0));
     painter.drawLine(QPointF(0, y + height), QPointF(page_.width(), y + height));

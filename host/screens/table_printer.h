@@ -54,6 +54,7 @@ private:
     [[nodiscard]] const std::vector<QStringList>& longestTexts() const;
     [[nodiscard]] qreal headHeight(int page) const;
     [[nodiscard]] qreal columnTitleHeight() const;
+    [[nodiscard]] QStringList titleLines(std::size_t column, qreal width) const;
     [[nodiscard]] int rowsOn(int page) const;
     [[nodiscard]] int firstRowOf(int page) const;
     qreal paintHead(QPainter& painter) const;

@@ -1,12 +1,12 @@
 #include "host/screens/table_text.h"
 
-#include <QSaveFile>
+#include <QFile>
 #include <algorithm>
-
-#include "host/screens/output_file.h"
 
 namespace basalt::host {
 namespace {
+
+constexpr int kRowsBetweenQuestions = 128;
 
 // Plain text of a value: numbers without trailing zeros, so that every program reads them.
 QString plainText(const Value& value) {
@@ -14,16 +14,10 @@ QString plainText(const Value& value) {
     return QString::fromStdString(toText(value));
 }
 
-QString oneLine(QString text) {
-    for (QChar& character : text)
-        if (character == QLatin1Char('\t') || character == QLatin1Char('\n') || character == QLatin1Char('\r'))
-            character = QLatin1Char(' ');
-    return text;
-}
-
-QString csvValue(QString text) {
-    const auto needsQuotes = [](QChar c) {
-        return c == QLatin1Char(',') || c == QLatin1Char('"') || c == QLatin1Char('\n') || c == QLatin1Char('\r');
+// As a cell between such separators: in quotes when a reader would take it for several cells or lines.
+QString cellText(QString text, QChar separator) {
+    const auto needsQuotes = [separator](QChar c) {
+        return c == separator || c == QLatin1Char('"') || c == QLatin1Char('\n') || c == QLatin1Char('\r');
     };
     if (std::none_of(text.cbegin(), text.cend(), needsQuotes)) return text;
     text.replace(QLatin1Char('"'), QLatin1String("\"\""));
@@ -37,37 +31,42 @@ QString tabSeparated(const TableContent& table, std::span<const int> rows) {
     QString text;
     for (int column = 0; column < columnCount; ++column) {
         if (column > 0) text += QLatin1Char('\t');
-        text += oneLine(table.columns()[static_cast<std::size_t>(column)].title);
+        text += cellText(table.columns()[static_cast<std::size_t>(column)].title, QLatin1Char('\t'));
     }
     text += QLatin1Char('\n');
     for (const int row : rows) {
         for (int column = 0; column < columnCount; ++column) {
             if (column > 0) text += QLatin1Char('\t');
-            text += oneLine(plainText(table.value(row, column)));
+            text += cellText(plainText(table.value(row, column)), QLatin1Char('\t'));
         }
         text += QLatin1Char('\n');
     }
     return text;
 }
 
-void writeCsv(const TableContent& table, const QString& path) {
-    QSaveFile file(path);
-    const auto fail = [&] { outputFails(path, file.errorString()); };
-    if (!file.open(QIODevice::WriteOnly)) fail();
-    const auto columnCount = static_cast<int>(table.columns().size());
-    QByteArray line("\xEF\xBB\xBF");
-    for (int row = -1; row < table.rowCount(); ++row) {
-        for (int column = 0; column < columnCount; ++column) {
-            if (column > 0) line += ',';
-            const QString text =
-                row < 0 ? table.columns()[static_cast<std::size_t>(column)].title : plainText(table.value(row, column));
-            line += csvValue(text).toUtf8();
+void writeCsv(const TableContent& table, const QString& path, const OutputProgress& progress) {
+    writeOutputFile(path, [&](const QString& draft) {
+        QFile file(draft);
+        const auto check = [&](bool done) {
+            if (!done) outputFails(path, file.errorString());
+        };
+        check(file.open(QIODevice::WriteOnly));
+        const auto columnCount = static_cast<int>(table.columns().size());
+        QByteArray line("\xEF\xBB\xBF");
+        for (int row = -1; row < table.rowCount(); ++row) {
+            if (row % kRowsBetweenQuestions == 0) askToGoOn(progress, row, table.rowCount());
+            for (int column = 0; column < columnCount; ++column) {
+                if (column > 0) line += ',';
+                const QString text = row < 0 ? table.columns()[static_cast<std::size_t>(column)].title
+                                             : plainText(table.value(row, column));
+                line += cellText(text, QLatin1Char(',')).toUtf8();
+            }
+            line += "\r\n";
+            check(file.write(line) == line.size());
+            line.clear();
         }
-        line += "\r\n";
-        if (file.write(line) != line.size()) fail();
-        line.clear();
-    }
-    if (!file.commit()) fail();
+        check(file.flush());
+    });
 }
 
 }  // namespace basalt::host

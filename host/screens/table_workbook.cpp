@@ -18,6 +18,8 @@ namespace basalt::host {
 namespace {
 
 constexpr int kSheetRows = 1'048'576;
+constexpr int kRowsBetweenQuestions = 128;
+constexpr int kLongestSheetName = 31;
 constexpr int kExactDigits = 15;  // of a double
 constexpr double kPixelsPerCharacter = 7.0;
 
@@ -102,9 +104,21 @@ std::string spreadsheetFormat(const std::string& pattern, int decimals) {
     return format;
 }
 
+// Of the n-th sheet: the title without the characters that names of sheets may not have, no longer than they may be.
+std::string sheetName(const QString& title, int number) {
+    QString name = title;
+    for (QChar& character : name)
+        if (QStringLiteral("[]:*?/\\'").contains(character)) character = QLatin1Char(' ');
+    const QString suffix = number > 1 ? QStringLiteral(" (%1)").arg(number) : QString();
+    name = name.simplified().left(kLongestSheetName - suffix.size()).trimmed();
+    if (name.isEmpty()) name = QStringLiteral("فهرست");
+    return (name + suffix).toStdString();
+}
+
 class SheetWriter {
 public:
-    SheetWriter(lxw_workbook* book, const TableContent& table) : book_(book), table_(table) {
+    SheetWriter(lxw_workbook* book, const TableContent& table, const OutputProgress& progress)
+        : book_(book), table_(table), progress_(progress) {
         title_ = workbook_add_format(book);
         format_set_bold(title_);
         format_set_bg_color(title_, 0xE3F0F4);
@@ -117,7 +131,7 @@ public:
 
     // Writes rows from `first` on; returns the row after the last one written.
     int writeSheet(int first) {
-        lxw_worksheet* sheet = workbook_add_worksheet(book_, nullptr);
+        lxw_worksheet* sheet = workbook_add_worksheet(book_, sheetName(table_.title(), ++sheets_).c_str());
         worksheet_right_to_left(sheet);
         worksheet_freeze_panes(sheet, 1, 0);
         const auto& columns = table_.columns();
@@ -129,6 +143,7 @@ public:
         }
         const int last = std::min(table_.rowCount(), first + kSheetRows - 1);
         for (int row = first; row < last; ++row) {
+            if (row % kRowsBetweenQuestions == 0) askToGoOn(progress_, row, table_.rowCount());
             for (std::size_t i = 0; i < columns.size(); ++i)
                 write(sheet, static_cast<lxw_row_t>(row - first + 1), static_cast<lxw_col_t>(i), row);
         }
@@ -216,6 +231,8 @@ private:
 
     lxw_workbook* book_;
     const TableContent& table_;
+    const OutputProgress& progress_;
+    int sheets_ = 0;
     lxw_format* title_;
     std::vector<int> places_;                        // after the point, the most that a column shows
     std::vector<std::vector<lxw_format*>> formats_;  // of a column, by digits after the point
@@ -224,14 +241,15 @@ private:
 
 }  // namespace
 
-void writeWorkbook(const TableContent& table, const QString& path) {
+void writeWorkbook(const TableContent& table, const QString& path, const OutputProgress& progress) {
     writeOutputFile(path, [&](const QString& draft) {
         Workbook book(QFile::encodeName(draft));
-        SheetWriter writer(book.get(), table);
+        SheetWriter writer(book.get(), table, progress);
         int next = 0;
         do {
             next = writer.writeSheet(next);
         } while (next < table.rowCount());
+        askToGoOn(progress, next, next);
         if (const lxw_error error = book.close(); error != LXW_NO_ERROR)
             outputFails(path, QString::fromUtf8(lxw_strerror(error)));
     });

@@ -16,6 +16,7 @@
 #include "host/screens/number_typing.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/qt_texts.h"
+#include "host/screens/wrapped_text.h"
 
 // The resource lives in a static library, which registers nothing by itself. Q_INIT_RESOURCE must stand outside of any
 // namespace.
@@ -36,8 +37,16 @@ public:
     // Labels, buttons, combo boxes and titles of columns are drawn here; styles cut what has no room in mid-letter.
     void drawItemText(QPainter* painter, const QRect& room, int flags, const QPalette& palette, bool enabled,
                       const QString& text, QPalette::ColorRole role) const override {
-        const bool oneLine = (flags & Qt::TextWordWrap) == 0 && !text.contains(QLatin1Char('\n'));
+        const bool wraps = (flags & Qt::TextWordWrap) != 0;
+        const bool oneLine = !wraps && !text.contains(QLatin1Char('\n'));
         const QFontMetrics metrics = painter->fontMetrics();
+        if (wraps && !room.contains(metrics.boundingRect(room, flags, text))) {
+            const int most = std::max(1, room.height() / metrics.lineSpacing());
+            const QStringList lines = wrappedLines(text, painter->font(), room.width(), most);
+            QProxyStyle::drawItemText(painter, room, flags & ~Qt::TextWordWrap, palette, enabled,
+                                      lines.join(QLatin1Char('\n')), role);
+            return;
+        }
         const bool cut = oneLine && metrics.size(flags, text).width() > room.width();
         QProxyStyle::drawItemText(painter, room, flags, palette, enabled,
                                   cut ? metrics.elidedText(text, Qt::ElideRight, room.width(), flags) : text, role);

@@ -118,9 +118,18 @@ public:
 };
 
 // From-to ranges; items as in the general frame.
+struct TSearchRange {
+    int Item = -1;  // the chosen one; -1 while there is none
+    std::string From;
+    std::string To;  // both as typed
+};
+
 class TRange_Search_Frame : public TSearchFrame {
 public:
     using TSearchFrame::TSearchFrame;
+    [[nodiscard]] virtual TSearchRange Range() const = 0;
+    // Puts back what Range gave, without telling of it. UsageError when there is no such item.
+    virtual void SetRange(const TSearchRange& range) = 0;
     virtual void AddItem(const TSearchItem& item) = 0;
     virtual void DeleteItem(int index) = 0;
     [[nodiscard]] virtual int ItemCount() const = 0;

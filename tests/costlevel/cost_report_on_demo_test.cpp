@@ -1,6 +1,8 @@
 // The price report with everything in place: store, screen, the reference host and a database with the demo company.
 #include <gmock/gmock.h>
 
+#include <QComboBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -119,8 +121,8 @@ TEST_F(ReportOnDemo, f9PrintsWhatIsTickedAndSaysSoAboveIt) {
         QTest::keyClick(&report, Qt::Key_F9);
         ASSERT_EQ(output.previews.size(), 1U);
         EXPECT_EQ(output.layouts[0].orientation(), QPageLayout::Landscape);
-        // Two titles and their count in lines of their own.
-        EXPECT_TRUE(pages.startsWith(QStringLiteral("گزارش قیمت کالاهاهمکارقیمت مصرف کننده۲")))
+        // The tab and two titles in lines of their own, and no bare number behind them.
+        EXPECT_TRUE(pages.startsWith(QStringLiteral("گزارش قیمت کالاهافروشهمکارقیمت مصرف کنندهکد کالا")))
             << pages.left(200).toStdString();
         EXPECT_FALSE(pages.contains(QStringLiteral("نمایندگی")));
         EXPECT_TRUE(pages.contains(QStringLiteral("نام کالا")));
@@ -238,6 +240,67 @@ TEST_F(ReportOnDemo, aSearchGivenUpLeavesTheRowsOfBefore) {
         EXPECT_EQ(tabs->currentIndex(), 0);
         EXPECT_EQ(grid.ColumnCount(), 13);
         EXPECT_EQ(grid.View()->model()->rowCount(), 101 * 300);
+    });
+}
+
+TEST_F(ReportOnDemo, aTabChangeGivenUpLeavesTheRangeAsItWas) {
+    addGoods();
+    show([&](QWidget& report, SmartGrid& grid) {
+        auto* tabs = control<QTabBar>(report, "TTab_Search_Frame1_TBC");
+        auto* items = control<QComboBox>(report, "TRange_Cost_Search_Frame1_CMB");
+        auto* from = control<QLineEdit>(report, "TRange_Cost_Search_Frame1_From_EDT");
+        auto* to = control<QLineEdit>(report, "TRange_Cost_Search_Frame1_To_EDT");
+        tabs->setCurrentIndex(1);
+        items->setCurrentIndex(items->count() - 1);
+        to->setText(QStringLiteral("900000"));
+        from->setText(QStringLiteral("-1"));
+        const int rows = grid.model().rowCount();
+        EXPECT_GT(rows, 30'000);
+        screens.busyNotice().setPatience(0);
+        bool given = false;
+        WhenBusy busy([&](QWidget& notice) {
+            if (!std::exchange(given, true)) notice.findChild<QPushButton*>("BusyCancel_BTN")->click();
+        });
+        tabs->setCurrentIndex(0);
+        EXPECT_TRUE(given);
+        screens.busyNotice().setPatience(60'000);
+        EXPECT_EQ(tabs->currentIndex(), 1);
+        EXPECT_EQ(grid.model().rowCount(), rows);
+        EXPECT_EQ(items->currentText().toStdString(), "قیمت مصرف کننده");
+        EXPECT_EQ(from->text().toStdString(), "-1");
+        EXPECT_EQ(to->text().toStdString(), "900000");
+    });
+}
+
+TEST_F(ReportOnDemo, theConsumerPriceComesBackAsTheUserLeftIt) {
+    const auto consumer = [](const SmartGrid& grid) {
+        const int last = grid.ColumnCount() - 1;
+        EXPECT_EQ(grid.Column(last).FieldName, "ConsumerPrice");
+        return last;
+    };
+    show([&](QWidget& report, SmartGrid& grid) {
+        auto* tabs = control<QTabBar>(report, "TTab_Search_Frame1_TBC");
+        QHeaderView& header = *static_cast<QTableView*>(grid.View())->horizontalHeader();
+        tabs->setCurrentIndex(1);
+        header.moveSection(header.visualIndex(consumer(grid)), 3);
+        header.resizeSection(consumer(grid), 177);
+        tabs->setCurrentIndex(0);
+        EXPECT_EQ(grid.ColumnCount(), 13);
+        tabs->setCurrentIndex(1);
+        EXPECT_EQ(header.visualIndex(consumer(grid)), 3);
+        EXPECT_EQ(header.sectionSize(consumer(grid)), 177);
+        grid.model().arrangement(consumer(grid)).Visible = false;
+        tabs->setCurrentIndex(0);
+        tabs->setCurrentIndex(1);
+        EXPECT_FALSE(grid.Column(consumer(grid)).Visible);
+        EXPECT_TRUE(header.isSectionHidden(consumer(grid)));
+        tabs->setCurrentIndex(0);
+    });
+    // Closed without it, the list still knows.
+    show([&](QWidget& report, SmartGrid& grid) {
+        control<QTabBar>(report, "TTab_Search_Frame1_TBC")->setCurrentIndex(1);
+        EXPECT_FALSE(grid.Column(consumer(grid)).Visible);
+        EXPECT_EQ(static_cast<QTableView*>(grid.View())->horizontalHeader()->visualIndex(consumer(grid)), 3);
     });
 }
 

@@ -63,30 +63,48 @@ protected:
 
 TEST_F(CostMatrix, readsEveryFieldOfTheRow) {
     std::map<std::string, std::optional<std::int64_t>> values;
-    std::int64_t number = 0;
-    for (const CostDiscountAmount& amount : costDiscountAmounts())
-        values[amount.name] = ++number * 1'000'000'000;
+    const auto fill = [&](const char* column, int levels, std::int64_t first) {
+        for (int level = 1; level <= levels; ++level)
+            values[column + std::to_string(level)] = (first + level) * 1'000'000'000;
+    };
+    fill("Discount_Sell_", 4, 100);
+    fill("Discount_Buy_", 4, 200);
+    fill("CostLevel_Sell_", 10, 300);
+    fill("CostLevel_Buy_", 10, 400);
     values["Default_Discount_Sell_Number"] = 1;
     values["Default_Discount_Buy_Number"] = 2;
     values["Default_CostLevel_Sell_Number"] = 3;
     values["Default_CostLevel_Buy_Number"] = 10;
     script.expect("select * from GoodCostDiscount Where GoodCode = 57 ", matrixRow(values));
     const TCostDiscount row = store.GetGoodCostDiscount(57);
-    EXPECT_EQ(row.Discount_Sell_1, 1);
-    EXPECT_EQ(row.Discount_Sell_2, 2);
-    EXPECT_EQ(row.Discount_Sell_3, 3);
-    EXPECT_EQ(row.Discount_Sell_4, 4);
-    EXPECT_EQ(row.Discount_Buy_1, 5);
-    EXPECT_EQ(row.Discount_Buy_2, 6);
-    EXPECT_EQ(row.Discount_Buy_3, 7);
-    EXPECT_EQ(row.Discount_Buy_4, 8);
-    EXPECT_EQ(row.CostLevel_Sell_1, 9);
-    EXPECT_EQ(row.CostLevel_Sell_2, 10);
-    EXPECT_EQ(row.CostLevel_Sell_9, 17);
-    EXPECT_EQ(row.CostLevel_Sell_10, 18);
-    EXPECT_EQ(row.CostLevel_Buy_1, 19);
-    EXPECT_EQ(row.CostLevel_Buy_9, 27);
-    EXPECT_EQ(row.CostLevel_Buy_10, 28);
+    EXPECT_EQ(row.Discount_Sell_1, 101);
+    EXPECT_EQ(row.Discount_Sell_2, 102);
+    EXPECT_EQ(row.Discount_Sell_3, 103);
+    EXPECT_EQ(row.Discount_Sell_4, 104);
+    EXPECT_EQ(row.Discount_Buy_1, 201);
+    EXPECT_EQ(row.Discount_Buy_2, 202);
+    EXPECT_EQ(row.Discount_Buy_3, 203);
+    EXPECT_EQ(row.Discount_Buy_4, 204);
+    EXPECT_EQ(row.CostLevel_Sell_1, 301);
+    EXPECT_EQ(row.CostLevel_Sell_2, 302);
+    EXPECT_EQ(row.CostLevel_Sell_3, 303);
+    EXPECT_EQ(row.CostLevel_Sell_4, 304);
+    EXPECT_EQ(row.CostLevel_Sell_5, 305);
+    EXPECT_EQ(row.CostLevel_Sell_6, 306);
+    EXPECT_EQ(row.CostLevel_Sell_7, 307);
+    EXPECT_EQ(row.CostLevel_Sell_8, 308);
+    EXPECT_EQ(row.CostLevel_Sell_9, 309);
+    EXPECT_EQ(row.CostLevel_Sell_10, 310);
+    EXPECT_EQ(row.CostLevel_Buy_1, 401);
+    EXPECT_EQ(row.CostLevel_Buy_2, 402);
+    EXPECT_EQ(row.CostLevel_Buy_3, 403);
+    EXPECT_EQ(row.CostLevel_Buy_4, 404);
+    EXPECT_EQ(row.CostLevel_Buy_5, 405);
+    EXPECT_EQ(row.CostLevel_Buy_6, 406);
+    EXPECT_EQ(row.CostLevel_Buy_7, 407);
+    EXPECT_EQ(row.CostLevel_Buy_8, 408);
+    EXPECT_EQ(row.CostLevel_Buy_9, 409);
+    EXPECT_EQ(row.CostLevel_Buy_10, 410);
     EXPECT_EQ(row.Default_Discount_Sell_Number, 1);
     EXPECT_EQ(row.Default_Discount_Buy_Number, 2);
     EXPECT_EQ(row.Default_CostLevel_Sell_Number, 3);

@@ -135,6 +135,51 @@ TEST_F(PrintSettings, putColumnsLastThatWereNotThereThen) {
     EXPECT_EQ(shown(started()), "F1+ F2- ConsumerPrice+ F7+ ");
 }
 
+TEST_F(PrintSettings, keepTheirPlaceForColumnsThatArePrintedAtOtherTimes) {
+    inDialog("PrintSetting_FRM", [](QDialog& dialog) {
+        auto* columns = control<QListWidget>(dialog, "Columns_LST");
+        columns->item(2)->setCheckState(Qt::Unchecked);
+        columns->setCurrentRow(2);
+        press(dialog, "Up_BTN");
+        press(dialog, "Ok_BTN");
+    });
+    TPrintSetting setting;
+    ASSERT_TRUE(PrintSetting(request, setting));
+    EXPECT_EQ(shown(setting), "F1+ ConsumerPrice- F2- ");
+    const std::vector<TPrintColumn> all = std::exchange(request.Columns, {request.Columns[0], request.Columns[1]});
+    inDialog("PrintSetting_FRM", [](QDialog& dialog) {
+        auto* columns = control<QListWidget>(dialog, "Columns_LST");
+        columns->setCurrentRow(1);
+        press(dialog, "Up_BTN");
+        press(dialog, "Ok_BTN");
+    });
+    ASSERT_TRUE(PrintSetting(request, setting));
+    EXPECT_EQ(shown(setting), "F2- F1+ ");
+    request.Columns = all;
+    EXPECT_EQ(shown(started()), "F2- ConsumerPrice- F1+ ");
+}
+
+TEST_F(PrintSettings, anEmptiedTitleIsTheReportsOwn) {
+    for (const char* title : {"", "   "}) {
+        TPrintSetting setting;
+        inDialog("PrintSetting_FRM", [title](QDialog& dialog) {
+            auto* edit = control<QLineEdit>(dialog, "PrintTitle_EDT");
+            edit->setText(QString::fromUtf8(title));
+            EXPECT_EQ(edit->placeholderText().toStdString(), "لیست قیمت ها");
+            press(dialog, "Ok_BTN");
+        });
+        ASSERT_TRUE(PrintSetting(request, setting));
+        EXPECT_EQ(setting.Title, "لیست قیمت ها");
+        inDialog("PrintSetting_FRM", [](QDialog& dialog) {
+            EXPECT_EQ(control<QLineEdit>(dialog, "PrintTitle_EDT")->text().toStdString(), "لیست قیمت ها");
+        });
+        EXPECT_FALSE(PrintSetting(request, setting));
+    }
+    // One that was kept without any.
+    execute(*session, "UPDATE HostFormOptions SET Options = REPLACE(Options, '{', '{\"title\":\"\",')");
+    EXPECT_EQ(started().Title, "لیست قیمت ها");
+}
+
 TEST_F(PrintSettings, areNotAcceptedWithoutAColumn) {
     inDialog("PrintSetting_FRM", [](QDialog& dialog) {
         auto* columns = control<QListWidget>(dialog, "Columns_LST");

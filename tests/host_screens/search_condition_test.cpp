@@ -81,7 +81,11 @@ INSTANTIATE_TEST_SUITE_P(
                       RangeCase{"fineTo", "", "1.0000000000000000000000000000000000000000001", "[F1] <= 1"},
                       RangeCase{"fineNegative", "-1.00000000000000000000000000000000000000001",
                                 "-1.00000000000000000000000000000000000000001", "[F1] >= -1 AND [F1] < -1"},
-                      RangeCase{"noNumber", "-", ".", ""}, RangeCase{"injection", "1 OR 1=1", "", ""}),
+                      RangeCase{"groups", "-1,234,567", "۱٬۲۳۴٬۵۶۷٫۸۹", "[F1] >= -1234567 AND [F1] <= 1234567.89"},
+                      RangeCase{"commaForADecimalMark", "1,5", "12،5", ""},
+                      RangeCase{"halfAGroup", "1٬2", "1,2345", ""}, RangeCase{"longGroup", "1234,567", ",123", ""},
+                      RangeCase{"marksOfTwoKinds", "1,234٬567", "1,234,", ""}, RangeCase{"noNumber", "-", ".", ""},
+                      RangeCase{"injection", "1 OR 1=1", "", ""}),
     NameOfCase());
 
 TEST(EqualCondition, tellsNumbersFromTexts) {

@@ -52,6 +52,65 @@ TEST_F(SearchFrames, aDigitsItemTakesDigitsOnly) {
     EXPECT_EQ(frame->Filter(), "CAST([Code] AS NVARCHAR(40)) LIKE N'12%'");
 }
 
+TEST_F(SearchFrames, theSearchTellsOnlyOfWhatNarrowsOtherwise) {
+    auto* frame = general();
+    int told = 0;
+    frame->OnChange = [&] { ++told; };
+    auto* items = control<QComboBox>(window, "General_CMB");
+    auto* input = control<QLineEdit>(window, "General_EDT");
+    items->setCurrentIndex(0);
+    items->setCurrentIndex(1);
+    EXPECT_EQ(told, 0) << "another item, and nothing to look for";
+    type(input, QStringLiteral("  "));
+    EXPECT_EQ(told, 0) << "blanks";
+    type(input, QStringLiteral("5"));
+    EXPECT_EQ(told, 1);
+    type(input, QStringLiteral(" "));
+    EXPECT_EQ(told, 1) << "a blank behind it";
+    frame->Clear();
+    EXPECT_EQ(told, 1);
+    type(input, QStringLiteral("5"));
+    EXPECT_EQ(told, 2) << "the same, after it was cleared";
+    items->setCurrentIndex(0);
+    EXPECT_EQ(told, 3);
+}
+
+TEST_F(SearchFrames, aRangeComesBackWithItsItem) {
+    auto* frame = screens.createCostRangeSearch("Range", &window);
+    EXPECT_EQ(frame->Range().Item, -1);
+    frame->SetRange(frame->Range());
+    frame->AddItem({"F1", "همکار", TSearchDataType::Amount});
+    frame->AddItem({"F2", "عمده", TSearchDataType::Amount});
+    frame->init();
+    control<QComboBox>(window, "Range_CMB")->setCurrentIndex(1);
+    type(control<QLineEdit>(window, "Range_From_EDT"), QStringLiteral("5"));
+    type(control<QLineEdit>(window, "Range_To_EDT"), QStringLiteral("7,"));
+    const TSearchRange range = frame->Range();
+    int told = 0;
+    frame->OnChange = [&] { ++told; };
+    frame->DeleteItem(1);
+    frame->AddItem({"F2", "عمده", TSearchDataType::Amount});
+    frame->SetRange(range);
+    EXPECT_EQ(frame->Filter(), "[F2] >= 5");
+    EXPECT_EQ(control<QLineEdit>(window, "Range_To_EDT")->text().toStdString(), "۷,");
+    EXPECT_EQ(told, 0);
+    EXPECT_THROW(frame->SetRange({.Item = 2, .From = {}, .To = {}}), UsageError);
+    EXPECT_THROW(frame->SetRange({.Item = -1, .From = {}, .To = {}}), UsageError);
+}
+
+TEST_F(SearchFrames, aLongTitleLeavesTheBoundsTheirRoom) {
+    auto* frame = screens.createCostRangeSearch("Range", &window);
+    frame->AddItem({"F1", std::string(50, 'W'), TSearchDataType::Amount});
+    frame->AddItem({"F2", "عمده", TSearchDataType::Amount});
+    frame->init();
+    frame->resize(520, 40);
+    window.resize(600, 60);
+    window.show();
+    const QFontMetrics metrics = frame->fontMetrics();
+    for (const char* bound : {"Range_From_EDT", "Range_To_EDT"})
+        EXPECT_GT(control<QLineEdit>(window, bound)->width(), metrics.horizontalAdvance(QStringLiteral("99,999,999")));
+}
+
 TEST_F(SearchFrames, settingUpTellsNothing) {
     int changes = 0;
     auto* frame = screens.createGeneralSearch("General", &window);
@@ -104,6 +163,24 @@ TEST_F(SearchFrames, aRangeTellsOnlyOfWhatNarrowsOtherwise) {
     EXPECT_EQ(told, 2);
     type(control<QLineEdit>(window, "Range_From_EDT"), QStringLiteral("5"));
     EXPECT_EQ(told, 3) << "the same range, after it was cleared";
+}
+
+TEST_F(SearchFrames, aBoundThatIsNoNumberIsToldOfOnceItIsLeft) {
+    auto* frame = screens.createCostRangeSearch("Range", &window);
+    frame->AddItem({"F1", "همکار", TSearchDataType::Amount});
+    frame->init();
+    auto* from = control<QLineEdit>(window, "Range_From_EDT");
+    type(from, QStringLiteral("1,5"));
+    EXPECT_EQ(frame->Filter(), "");
+    EXPECT_TRUE(messages.shown.empty()) << "it may become 1,500";
+    messages.expect("MsgNotANumber");
+    QTest::keyClick(from, Qt::Key_Return);
+    QTest::keyClick(from, Qt::Key_Return);
+    ASSERT_EQ(messages.shown.size(), 1U);
+    EXPECT_EQ(line(messages.shown[0]), "MsgNotANumber(همکار از; ۱,۵)");
+    type(from, QStringLiteral("00"));
+    EXPECT_EQ(frame->Filter(), "[F1] >= 1500");
+    QTest::keyClick(from, Qt::Key_Return);
 }
 
 TEST_F(SearchFrames, aRangeWithoutItemsNarrowsNothing) {

@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QHeaderView>
+#include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QScrollBar>
@@ -14,6 +15,7 @@
 #include "host/screens/cut_text.h"
 #include "tests/host_screens/painted_text.h"
 #include "tests/host_screens/screen_test.h"
+#include "tests/host_screens/when_busy.h"
 
 namespace basalt::host {
 namespace {
@@ -338,6 +340,58 @@ TEST_F(Grid, writesFilesWhereTheUserSays) {
     EXPECT_EQ(folder.path().isEmpty(), false);
     EXPECT_EQ(output.asked.at(0).toStdString(), "خروجی CSV|فهرست.csv");
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{QStringLiteral("list.csv")});
+}
+
+TEST_F(Grid, aLongFileShowsHowFarItIsAndCanBeGivenUp) {
+    std::vector<std::tuple<int, std::string, std::optional<std::string>>> rows;
+    for (int row = 0; row < 2000; ++row)
+        rows.emplace_back(row, "کالا", "12500.50");
+    open(priceRows(rows));
+    QTemporaryDir folder;
+    const QString path = folder.filePath("old");
+    QFile old(path);
+    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+    old.write("old");
+    old.close();
+    screens.busyNotice().setPatience(0);
+    for (const char* action : {"GridCsv_ACT", "GridXlsx_ACT", "GridPdf_ACT"}) {
+        output.files = {path};
+        std::string said;
+        WhenBusy busy([&](QWidget& notice) {
+            said = notice.findChild<QLabel*>("Busy_LBL")->text().toStdString();
+            notice.findChild<QPushButton*>("BusyCancel_BTN")->click();
+        });
+        // Nobody is told what he has wished himself.
+        grid.findChild<QAction*>(QString::fromLatin1(action))->trigger();
+        EXPECT_GT(busy.times, 0) << action;
+        EXPECT_EQ(said.substr(0, said.find("… ")), "نوشتن خروجی") << action;
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_EQ(file.readAll().toStdString(), "old") << action;
+    }
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("old")});
+}
+
+TEST_F(Grid, titlesOfTwoLinesWrapAtTheirWords) {
+    TGridColumn price = grid.Column(2);
+    price.Title = QStringLiteral("قیمت ویژه همکاران و نمایندگان استان های شمالی ۱۲۳");
+    ASSERT_GE(price.Title.size(), 49);
+    grid.SetColumn(2, price);
+    openThree();
+    const int whole = view().columnWidth(2);
+    grid.SetTitleLines(2);
+    grid.SetColumn(2, price);
+    const int wrapped = view().columnWidth(2);
+    EXPECT_LT(wrapped, whole * 3 / 4);
+    // Its header draws two lines, both whole.
+    QHeaderView& header = *view().horizontalHeader();
+    PaintedText device;
+    header.render(&device, {}, {}, QWidget::DrawChildren);
+    EXPECT_FALSE(device.text().contains(QChar(0x2026))) << device.text().toStdString();
+    // A word that is longer than that is broken.
+    price.Title = QString(50, QLatin1Char('W'));
+    grid.SetColumn(2, price);
+    EXPECT_LT(view().columnWidth(2), 260);
 }
 
 TEST_F(Grid, aFileThatCannotBeWrittenIsAMessage) {

@@ -14,6 +14,7 @@
 #include "host/screens/table_text.h"
 #include "host/screens/table_workbook.h"
 #include "host/screens/theme.h"
+#include "host/screens/wrapped_text.h"
 #include "host/services/output_error.h"
 #include "tests/host_screens/painted_text.h"
 #include "tests/host_screens/screen_test.h"
@@ -67,12 +68,12 @@ protected:
     QTemporaryDir folder;
 };
 
-TEST_F(TableOutput, tabSeparatedKeepsOneLineARow) {
+TEST_F(TableOutput, tabSeparatedQuotesWhatWouldBreakItsCells) {
     const int rows[]{2, 1};
     EXPECT_EQ(tabSeparated(sample(), rows).toStdString(),
-              "کد\tعنوان, \"شرح\"\tقیمت\tتاریخ\n"
-              "-3\tتب دارد\t1234567890123456.78\t\n"
-              "2\tبا \"گیومه\", ویرگول و سطر\t\t\n");
+              "کد\t\"عنوان, \"\"شرح\"\"\"\tقیمت\tتاریخ\n"
+              "-3\t\"تب\tدارد\"\t1234567890123456.78\t\n"
+              "2\t\"با \"\"گیومه\"\", ویرگول\nو سطر\"\t\t\n");
 }
 
 TEST_F(TableOutput, csvQuotesWhatMustBeQuoted) {
@@ -430,6 +431,101 @@ TEST(NumberShapes, areAsLongAsTheLongestNumber) {
         if (shown != QStringLiteral("۰")) {
             EXPECT_EQ(texts[0].size(), shown.size()) << number << " as " << texts[0].toStdString();
         }
+    }
+}
+
+TEST_F(TableOutput, aTitleOfOneLongWordIsBroken) {
+    Table table = sample();
+    for (TableColumn& column : table.columnList)
+        column.title = QString(50, QLatin1Char('W'));
+    PaintedText painted;
+    TableDocument document(table, {});
+    document.layOut(pageLayout());
+    QPainter painter(&painted);
+    document.paintPage(painter, 0);
+    painter.end();
+    EXPECT_TRUE(painted.text().contains(QString(200, QLatin1Char('W')))) << painted.text().toStdString();
+}
+
+TEST(WrappedText, keepsToItsLines) {
+    const QFont font = themeFont(10, QFont::Normal);
+    const QFontMetricsF metrics(font);
+    const QString word(50, QLatin1Char('W'));
+    const qreal width = metrics.horizontalAdvance(word) / 3;
+    const QStringList lines = wrappedLines(word, font, width, 9);
+    EXPECT_EQ(lines.join(QString()), word);
+    EXPECT_GE(lines.size(), 3);
+    for (const QString& line : lines)
+        EXPECT_LE(metrics.horizontalAdvance(line), width + 1);
+    const QStringList cut = wrappedLines(word, font, width, 2);
+    ASSERT_EQ(cut.size(), 2);
+    EXPECT_TRUE(cut[1].endsWith(QChar(0x2026))) << cut[1].toStdString();
+    EXPECT_LE(metrics.horizontalAdvance(cut[1]), width + 1);
+    EXPECT_EQ(wrappedLines(QStringLiteral("تک فروشی"), font, 1000, 2), QStringList{QStringLiteral("تک فروشی")});
+    EXPECT_EQ(wrappedLines(QStringLiteral("تک فروشی"), font, metrics.horizontalAdvance(QStringLiteral("فروشی")) + 1, 2),
+              (QStringList{QStringLiteral("تک"), QStringLiteral("فروشی")}));
+}
+
+TEST(WrappedText, isAsWideAsItsLinesAsk) {
+    const QFontMetricsF metrics(themeFont(10, QFont::Normal));
+    const auto advance = [&](const char* text) { return metrics.horizontalAdvance(QString::fromUtf8(text)); };
+    EXPECT_EQ(widthForLines(QString(), metrics, 2), 0);
+    EXPECT_NEAR(widthForLines(QStringLiteral("aaa bbb ccc ddd"), metrics, 1), advance("aaa bbb ccc ddd"), 2);
+    EXPECT_NEAR(widthForLines(QStringLiteral("aaa bbb ccc ddd"), metrics, 2),
+                std::max(advance("aaa bbb"), advance("ccc ddd")), 2);
+    EXPECT_NEAR(widthForLines(QStringLiteral("aaaaaaaaaaaa b"), metrics, 2), advance("aaaaaaaaaaaa"), 2);
+}
+
+TEST_F(TableOutput, whatIsGivenUpLeavesTheOldFile) {
+    Table table = sample();
+    for (int row = 0; row < 300; ++row)
+        table.rows.push_back(table.rows[0]);
+    const QString path = folder.filePath("old");
+    QFile old(path);
+    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+    old.write("old");
+    old.close();
+    int asked = 0;
+    const OutputProgress progress = [&asked](int done, int all) {
+        EXPECT_LE(done, all);
+        return ++asked < 2;
+    };
+    EXPECT_THROW(writeCsv(table, path, progress), OutputCancelled);
+    EXPECT_EQ(std::exchange(asked, 0), 2);
+    EXPECT_THROW(writeWorkbook(table, path, progress), OutputCancelled);
+    EXPECT_EQ(std::exchange(asked, 0), 2);
+    TableDocument document(table, {});
+    EXPECT_THROW(writePdf(document, pageLayout(), path, progress), OutputCancelled);
+    EXPECT_EQ(asked, 2);
+    EXPECT_EQ(contents(path).toStdString(), "old");
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+              QStringList{QStringLiteral("old")});
+}
+
+TEST_F(TableOutput, aSheetBearsTheTablesTitle) {
+    class Titled final : public TableContent {
+    public:
+        explicit Titled(const char* title) : title_(QString::fromUtf8(title)) {}
+        [[nodiscard]] QString title() const override { return title_; }
+        [[nodiscard]] std::vector<QString> headerLines() const override { return {}; }
+        [[nodiscard]] const std::vector<TableColumn>& columns() const override { return table_.columns(); }
+        [[nodiscard]] int rowCount() const override { return 0; }
+        [[nodiscard]] Value value(int, int) const override { return {}; }
+        [[nodiscard]] QString shown(int, int) const override { return {}; }
+
+    private:
+        QString title_;
+        Table table_ = sample();
+    };
+    const QString path = folder.filePath("t.xlsx");
+    const std::pair<const char*, const char*> names[] = {
+        {"گزارش قیمت کالاها – فروش", "name=\"گزارش قیمت کالاها – فروش\""},
+        {"'a[b]:c*d?e/f\\g'", "name=\"a b c d e f g\""},
+        {"", "name=\"فهرست\""},
+        {"0123456789012345678901234567890123456789", "name=\"0123456789012345678901234567890\""}};
+    for (const auto& [title, name] : names) {
+        writeWorkbook(Titled(title), path);
+        EXPECT_TRUE(holds(unzipped(contents(path)).at("xl/workbook.xml"), name)) << title;
     }
 }
 

@@ -106,6 +106,12 @@ public:
     }
     [[nodiscard]] int ItemCount() const override { return static_cast<int>(items.size()); }
     [[nodiscard]] TSearchItem Item(int index) const override { return items.at(static_cast<std::size_t>(index)); }
+    // The range is the whole filter here, given as its lower bound.
+    [[nodiscard]] TSearchRange Range() const override { return {.Item = narrowing, .From = filter, .To = {}}; }
+    void SetRange(const TSearchRange& range) override {
+        narrowing = range.Item;
+        filter = range.From;
+    }
 
     std::vector<TSearchItem> items;
     int inits = 0;

@@ -1,0 +1,118 @@
+// The editor of a good's prices as it looks and as it checks, on the demo company's database.
+#include <QScrollArea>
+
+#include "costlevel/registration.h"
+#include "host/price_editor/price_editor_frm.h"
+#include "host/screens/cut_text.h"
+#include "host/screens/number_room.h"
+#include "host/screens/theme.h"
+#include "tests/host_screens/demo_screens.h"
+
+namespace basalt::host {
+namespace {
+
+class Editor : public DemoScreens {
+protected:
+    static Registry registered() {
+        Registry made;
+        registerCostLevel(made);
+        return made;
+    }
+    std::unique_ptr<PriceEditor> open(int good = 57) {
+        applyTheme(*qApp);
+        auto editor = CreateEditor<PriceEditor>(host, registry, good);
+        editor->show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(editor.get()));
+        return editor;
+    }
+    void save(PriceEditor& editor) {
+        HostTransaction transaction(*session);
+        editor.OnSave();
+        transaction.commit();
+        editor.AfterSave();
+    }
+    [[nodiscard]] std::string stored(const char* column) {
+        return one(std::string("SELECT ") + column + " FROM GoodCostDiscount WHERE GoodCode = 57");
+    }
+
+    Registry registry = registered();
+};
+
+TEST_F(Editor, pricesAreWholeBesideALevelOfTheLongestName) {
+    execute(*session,
+            "UPDATE CostLevel SET Name = REPLICATE(N'م', 50) WHERE Code = 3 AND CostType = 1; "
+            "UPDATE CostLevel SET Name = REPLICATE(N'W', 50) WHERE Code = 2 AND CostType = 3; "
+            "UPDATE GoodCostDiscount SET CostLevel_Sell_3 = -99999999999999.999999999, "
+            "Discount_Buy_2 = 99999999999999.999999999 WHERE GoodCode = 57");
+    const auto editor = open();
+    for (const char* name : {"CostLevel_Sell_3_EDT", "Discount_Buy_2_EDT", "CostLevel_Buy_1_EDT"}) {
+        auto* input = control<QLineEdit>(*editor, name);
+        const qreal room = roomFor({input->text()}, QFontMetricsF(input->font()));
+        EXPECT_GE(input->width(), room + 12) << name;
+        EXPECT_GE(input->width(), input->minimumSizeHint().width()) << name;
+    }
+    auto* title = control<QLabel>(*editor, "CostLevel_3_LBL");
+    EXPECT_EQ(title->text(), QString(50, QChar(u'م')));
+    EXPECT_LT(title->width(), 260);
+    EXPECT_EQ(cutTextAt(*title, {1, 1}), title->text());
+    // In a window that has not the room for all of it the form scrolls, and prices keep theirs.
+    auto* price = control<QLineEdit>(*editor, "CostLevel_Sell_3_EDT");
+    const int width = price->width();
+    editor->resize(500, 300);
+    QCoreApplication::processEvents();
+    EXPECT_LE(editor->width(), 700);
+    EXPECT_GE(price->width(), std::min(width, price->minimumWidth()));
+    EXPECT_TRUE(control<QScrollArea>(*editor, "Inputs_SCB")->isVisible());
+}
+
+TEST_F(Editor, choicesOfDefaultDiscountsCanBeRead) {
+    const auto editor = open();
+    for (const char* name : {"Default_Discount_Sell_Number_CMB", "Default_Discount_Buy_Number_CMB"}) {
+        auto* levels = control<QComboBox>(*editor, name);
+        for (int i = 0; i < levels->count(); ++i) {
+            levels->setCurrentIndex(i);
+            EXPECT_EQ(cutTextAt(*levels, {1, 1}).toStdString(), "") << name << " " << i;
+        }
+    }
+}
+
+TEST_F(Editor, aDefaultThatIsNoLevelIsShownAndCanBeTakenAway) {
+    execute(*session,
+            "UPDATE GoodCostDiscount SET Default_CostLevel_Sell_Number = 12, Default_Discount_Buy_Number = -1 "
+            "WHERE GoodCode = 57");
+    const auto editor = open();
+    auto* levels = control<QComboBox>(*editor, "Default_CostLevel_Sell_Number_CMB");
+    EXPECT_EQ(levels->currentText().toStdString(), "۱۲");
+    EXPECT_EQ(control<QComboBox>(*editor, "Default_Discount_Buy_Number_CMB")->currentText().toStdString(), "-۱");
+    // Left alone, it stays.
+    auto* price = control<QLineEdit>(*editor, "CostLevel_Sell_1_EDT");
+    price->setText(QStringLiteral("5"));
+    save(*editor);
+    EXPECT_EQ(stored("Default_CostLevel_Sell_Number"), "12");
+    EXPECT_EQ(levels->currentText().toStdString(), "۱۲");
+    levels->setCurrentIndex(0);
+    save(*editor);
+    EXPECT_EQ(stored("Default_CostLevel_Sell_Number"), "0");
+    EXPECT_EQ(stored("Default_Discount_Buy_Number"), "-1");
+    EXPECT_EQ(levels->currentIndex(), 0);
+    EXPECT_EQ(levels->count(), 11);
+}
+
+TEST_F(Editor, checksItsInputsAsTheyStandOnTheScreen) {
+    const auto editor = open();
+    for (const char* name : {"CostLevel_Sell_10_EDT", "CostLevel_Sell_2_EDT", "CostLevel_Buy_10_EDT",
+                             "CostLevel_Buy_2_EDT", "Discount_Buy_1_EDT"})
+        control<QLineEdit>(*editor, name)->setText(QStringLiteral("x"));
+    for (const char* name : {"CostLevel_Sell_2_EDT", "CostLevel_Buy_2_EDT", "CostLevel_Sell_10_EDT",
+                             "CostLevel_Buy_10_EDT", "Discount_Buy_1_EDT"}) {
+        auto* input = control<QLineEdit>(*editor, name);
+        messages.expect("MsgNotANumber");
+        EXPECT_FALSE(editor->IsValid());
+        EXPECT_EQ(messages.shown.back().control, input) << name;
+        input->setText(QStringLiteral("7"));
+    }
+    EXPECT_TRUE(editor->IsValid());
+}
+
+}  // namespace
+}  // namespace basalt::host
