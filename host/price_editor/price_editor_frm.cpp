@@ -73,7 +73,7 @@ void giveRoom(QLineEdit& input, const QString& text) {
 PriceEditor::PriceEditor(ReferenceHost& host, const Registry& registry, int goodCode)
     : TBaseGet_FRM(spGoods, Value{std::int64_t{goodCode}}, fmEdit), host_(host), matrix_(host, registry) {
     setObjectName("PriceEditor_FRM");
-    resize(1240, 640);
+    resize(1240, 672);
 }
 
 int PriceEditor::goodCode() const {

@@ -130,7 +130,7 @@ TEST_F(ReportOnDemo, f9PrintsWhatIsTickedAndSaysSoAboveIt) {
     });
 }
 
-// Of the screen, above it and above its pages: what the table of the application's parts has.
+// Of the screen, above it and above its pages: what the table of the application's parts has; pages also name the tab.
 TEST_F(ReportOnDemo, itsTitleIsThatOfItsPart) {
     const auto titles = [&] {
         std::vector<std::string> all;
@@ -142,14 +142,14 @@ TEST_F(ReportOnDemo, itsTitleIsThatOfItsPart) {
         });
         return all;
     };
-    EXPECT_THAT(titles(), ElementsAre("گزارش قیمت کالاها", "گزارش قیمت کالاها", "گزارش قیمت کالاها"));
+    EXPECT_THAT(titles(), ElementsAre("گزارش قیمت کالاها", "گزارش قیمت کالاها", "گزارش قیمت کالاها – خرید"));
     execute(*session, "UPDATE SoftwarePart SET Title = N'قیمت‌ها & تخفیف‌ها <b>' WHERE Code = 519");
     EXPECT_THAT(titles(),
                 ElementsAre("قیمت‌ها & تخفیف‌ها <b>", "قیمت‌ها & تخفیف‌ها <b>",
-                            "قیمت‌ها & تخفیف‌ها <b>"));
+                            "قیمت‌ها & تخفیف‌ها <b> – خرید"));
     // Pages bear some title even when the part has none.
     execute(*session, "DELETE FROM SoftwarePart WHERE Code = 519");
-    EXPECT_THAT(titles(), ElementsAre("", "", "فهرست"));
+    EXPECT_THAT(titles(), ElementsAre("", "", "فهرست – خرید"));
 }
 
 TEST_F(ReportOnDemo, oneColumnOfTwoThatShareAPrintSettingIsOffered) {
