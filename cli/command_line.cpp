@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 #include <iostream>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -44,6 +45,20 @@ void parse(CLI::App& app, CommonOptions& options, int argc, char** argv) {
     app.parse(argc, argv);
 }
 
+// "help" and the words of a command, as others write "--help" behind it.
+std::optional<int> help(CLI::App& app, int argc, char** argv) {
+    if (argc < 2 || std::string_view(argv[1]) != "help") return std::nullopt;
+    CLI::App* command = &app;
+    for (int i = 2; i < argc; ++i) {
+        command = command->get_subcommand_no_throw(argv[i]);
+        if (command) continue;
+        std::cerr << "basalt: there is no command " << argv[i] << "; basalt --help lists them\n";
+        return 2;
+    }
+    std::cout << command->help();
+    return 0;
+}
+
 }  // namespace
 
 int runCommandLine(int argc, char** argv) {
@@ -53,6 +68,7 @@ int runCommandLine(int argc, char** argv) {
     CLI::App app("Calls the functions and opens the screens of the module Basalt_PKG, and looks after its database.",
                  "basalt");
     app.require_subcommand(1);
+    app.set_version_flag("--version", std::string("basalt ") + BASALT_VERSION, "tells the version and ends");
     app.add_option("--database", options.database,
                    "embedded:PATH, embedded::memory: (new, with demo data) or odbc:CONNECTION STRING")
         ->type_name("URL")
@@ -61,7 +77,8 @@ int runCommandLine(int argc, char** argv) {
     app.add_option("--record", options.record, "write what passes between program and database to a file")
         ->type_name("FILE");
     app.add_option("--replay", options.replay, "answer from such a file instead of a database")->type_name("FILE");
-    app.add_option("--set", options.settings, "a company setting, for this run only; may be repeated")
+    app.add_option("--set", options.settings,
+                   "a company setting, for this run only; may be repeated; a wrong name lists the names")
         ->type_name("NAME=VALUE")
         ->expected(1)
         ->take_all();
@@ -74,15 +91,12 @@ int runCommandLine(int argc, char** argv) {
     addBatchCommand(program);
     addScreenCommand(program);
 
+    if (const std::optional<int> status = help(app, argc, argv)) return *status;
     try {
         parse(app, options, argc, argv);
     } catch (const CLI::RequiredError& error) {
         const std::vector<std::string> words = app.remaining();
         if (!app.get_subcommands().empty() || words.empty()) return app.exit(error) == 0 ? 0 : 2;
-        if (words.front() == "help") {
-            std::cout << app.help();
-            return 0;
-        }
         std::cerr << "basalt: there is no command " << words.front() << "; basalt --help lists them\n";
         return 2;
     } catch (const CLI::ParseError& error) {

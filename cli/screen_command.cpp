@@ -11,6 +11,7 @@
 #include "cli/wrong_usage.h"
 #include "host/calls/function_caller.h"
 #include "host/screens/qt_message_service.h"
+#include "host/screens/quiet_display.h"
 #include "host/screens/screen_services_impl.h"
 #include "host/steps/step_player.h"
 #include "host/steps/steps_error.h"
@@ -71,23 +72,13 @@ host::BoundArguments bindWords(const EntryPoint& entry, const std::vector<std::s
     }
 }
 
-// Qt's own words for developers go to the standard error; one that the offscreen display repeats for every window does
-// not.
-void tell(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-    if (message.contains("propagateSizeHints")) return;
-    std::cerr << qFormatLogMessage(type, context, message).toStdString() << std::endl;
-}
-
 // Qt reads its own options from the arguments; those of this program are not for it.
 class Application {
 public:
-    Application() : handler_(qInstallMessageHandler(tell)), application_(count_, arguments_) {}
-    ~Application() { qInstallMessageHandler(handler_); }
-    Application(const Application&) = delete;
-    Application& operator=(const Application&) = delete;
+    Application() : application_(count_, arguments_) {}
 
 private:
-    QtMessageHandler handler_;
+    host::QuietDisplay quiet_;
     char name_[7] = "basalt";
     char* arguments_[2] = {name_, nullptr};
     int count_ = 1;

@@ -53,11 +53,33 @@ bool isSecret(std::string_view key) {
                        [&](std::string_view word) { return folded.find(foldName(word)) != std::string::npos; });
 }
 
+// Of a word, in any script.
+bool isLetter(char c) {
+    const bool ascii = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+    return ascii || static_cast<unsigned char>(c) >= 0x80;
+}
+
+// Not the letters in the middle of a word.
+bool standsAlone(std::string_view message, std::size_t at, std::size_t size) {
+    const std::size_t end = at + size;
+    const bool joinedBefore = at > 0 && isLetter(message[at - 1]) && isLetter(message[at]);
+    const bool joinedBehind = end < message.size() && isLetter(message[end - 1]) && isLetter(message[end]);
+    return !joinedBefore && !joinedBehind;
+}
+
 void blot(std::string& message, std::string_view secret) {
     if (secret.empty()) return;
     constexpr std::string_view kBlot = "***";
-    for (std::size_t at = 0; (at = message.find(secret, at)) != std::string::npos; at += kBlot.size())
+    // Fewer letters are parts of many words; of more, nothing but the secret itself consists.
+    constexpr std::size_t kSurelySecret = 6;
+    for (std::size_t at = 0; (at = message.find(secret, at)) != std::string::npos;) {
+        if (secret.size() < kSurelySecret && !standsAlone(message, at, secret.size())) {
+            ++at;
+            continue;
+        }
         message.replace(at, secret.size(), kBlot);
+        at += kBlot.size();
+    }
 }
 
 }  // namespace

@@ -22,7 +22,8 @@ public:
     [[nodiscard]] std::string publicParts() const;
     // What a part says, without braces; nullopt when there is no such part. Keys compare without case.
     [[nodiscard]] std::optional<std::string> value(std::string_view key) const;
-    // The message of a driver with the values of all passwords blotted out.
+    // The message of a driver with the values of all passwords blotted out. A short one is blotted out where it stands
+    // by itself, not in the middle of a word.
     [[nodiscard]] std::string withoutSecrets(std::string message) const;
 
 private:

@@ -2,11 +2,13 @@
 
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <utility>
 
 #include "host/desktop/date_text.h"
@@ -37,16 +39,16 @@ QLabel* makeLabel(const QString& text, const char* kind) {
 HomePage::HomePage(DesktopContext context, QWidget* parent) : ShellPage(parent), context_(context) {
     setObjectName(QStringLiteral("Home_PNL"));
     // With a large font and a small screen there is more than fits.
-    auto* scroll = new QScrollArea;
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
-    scroll->setFocusPolicy(Qt::NoFocus);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll_ = new QScrollArea;
+    scroll_->setFrameShape(QFrame::NoFrame);
+    scroll_->setWidgetResizable(true);
+    scroll_->setFocusPolicy(Qt::NoFocus);
+    scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto* whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);
-    whole->addWidget(scroll);
+    whole->addWidget(scroll_);
     auto* content = new QWidget;
-    scroll->setWidget(content);
+    scroll_->setWidget(content);
     auto* layout = new QVBoxLayout(content);
     layout->setContentsMargins(kMargin, 24, kMargin, 24);
     layout->setSpacing(6);
@@ -117,6 +119,7 @@ void HomePage::addTile(Group group, const HomeTile& tile, const std::function<vo
     for (QLabel* label : {picture, title, hint})
         label->setAttribute(Qt::WA_TransparentForMouseEvents);
     QObject::connect(button, &QPushButton::clicked, this, onClick);
+    button->installEventFilter(this);
     placed_.push_back({button, group});
     columns_ = 0;
     placeTiles();
@@ -135,6 +138,46 @@ void HomePage::placeTiles() {
         if (tile.group != std::exchange(last, tile.group)) cell += (columns - cell % columns) % columns;
         tiles_->addWidget(tile.button, cell / columns, cell % columns);
         ++cell;
+    }
+}
+
+QPushButton* HomePage::tileBeside(const QPushButton* from, int key) const {
+    const QPoint here = from->geometry().center();
+    QPushButton* nearest = nullptr;
+    // Nearer is the one in the next row; in the same row the one with less between.
+    const auto distance = [&](const QPushButton* tile) {
+        const QPoint way = tile->geometry().center() - here;
+        return std::pair(std::abs(way.y()), std::abs(way.x()));
+    };
+    for (const PlacedTile& tile : placed_) {
+        const QPoint way = tile.button->geometry().center() - here;
+        const bool thatWay = key == Qt::Key_Left    ? way.y() == 0 && way.x() < 0
+                             : key == Qt::Key_Right ? way.y() == 0 && way.x() > 0
+                             : key == Qt::Key_Up    ? way.y() < 0
+                                                    : way.y() > 0;
+        if (thatWay && (!nearest || distance(tile.button) < distance(nearest))) nearest = tile.button;
+    }
+    return nearest;
+}
+
+bool HomePage::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusIn) scroll_->ensureWidgetVisible(qobject_cast<QWidget*>(watched));
+    if (event->type() != QEvent::KeyPress) return ShellPage::eventFilter(watched, event);
+    auto* tile = static_cast<QPushButton*>(watched);
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    switch (key) {
+        case Qt::Key_Left:
+        case Qt::Key_Right:
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+            if (QPushButton* next = tileBeside(tile, key)) next->setFocus(Qt::TabFocusReason);
+            return true;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            tile->click();
+            return true;
+        default:
+            return ShellPage::eventFilter(watched, event);
     }
 }
 

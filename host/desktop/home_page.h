@@ -1,8 +1,12 @@
 // The first page: a greeting, a tile for each thing to open, and what was done last.
+//
+// The arrow keys go to the tile that lies in their direction, Enter and Space press one.
 #pragma once
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
 #include <QTableWidget>
 #include <functional>
 #include <vector>
@@ -32,19 +36,23 @@ public:
     void enter() override;
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
     struct PlacedTile {
-        QWidget* button;
+        QPushButton* button;
         Group group;
     };
 
     [[nodiscard]] QWidget* makeRecent();
     // As many side by side as there is room for.
     void placeTiles();
+    // Null at the edge.
+    [[nodiscard]] QPushButton* tileBeside(const QPushButton* from, int key) const;
 
     DesktopContext context_;
+    QScrollArea* scroll_;
     QLabel* greeting_;
     QLabel* date_;
     QGridLayout* tiles_;

@@ -8,6 +8,7 @@
 #include "host/desktop/tour.h"
 #include "host/module_loader/module_loader.h"
 #include "host/module_loader/shared_library.h"
+#include "host/screens/quiet_display.h"
 #include "host/screens/theme.h"
 #include "host/services/platform/user_folders.h"
 
@@ -36,6 +37,7 @@ int run(int argc, char** argv, const Options& options) {
         std::cerr << "basalt-desktop: there is no display; --tour FOLDER takes a tour without one\n";
         return 1;
     }
+    const basalt::host::QuietDisplay quiet;
     basalt::host::Application application(argc, argv);
     basalt::host::applyTheme(application);
     basalt::Module& module = basalt::host::loadModule();
@@ -48,6 +50,7 @@ int run(int argc, char** argv, const Options& options) {
 int main(int argc, char** argv) {
     CLI::App app("The desktop of Basalt.", "basalt-desktop");
     Options options;
+    app.set_version_flag("--version", std::string("basalt-desktop ") + BASALT_VERSION, "tells the version and ends");
     app.add_option("--database", options.database,
                    "embedded:PATH, embedded::memory: (new, with demo data) or odbc:CONNECTION STRING")
         ->type_name("URL");

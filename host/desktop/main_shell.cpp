@@ -61,6 +61,8 @@ MainShell::MainShell(DesktopContext context, QWidget* parent) : QWidget(parent),
     addEntries();
     addPriceEditor();
     addTools();
+    // Each entry is made together with its tile or page, and would have that as its neighbour.
+    navigation_->followInTabOrder(signOut_);
 }
 
 // The host's own screen: the module brings the functions and leaves it to its host to edit a good's prices.
@@ -160,12 +162,11 @@ QWidget* MainShell::makeHeader() {
     date->setProperty("kind", QStringLiteral("hint"));
     layout->addWidget(date);
     layout->addSpacing(12);
-    auto* signOutButton =
-        new QPushButton(lineIcon(LineIcon::SignOut, themeColors().muted), QStringLiteral("تغییر کاربر"));
-    signOutButton->setObjectName(QStringLiteral("SignOut_BTN"));
-    signOutButton->setToolTip(QStringLiteral("خروج از حساب و ورود با کاربری دیگر"));
-    layout->addWidget(signOutButton);
-    QObject::connect(signOutButton, &QPushButton::clicked, this, [this] { signOut(); });
+    signOut_ = new QPushButton(lineIcon(LineIcon::SignOut, themeColors().muted), QStringLiteral("تغییر کاربر"));
+    signOut_->setObjectName(QStringLiteral("SignOut_BTN"));
+    signOut_->setToolTip(QStringLiteral("خروج از حساب و ورود با کاربری دیگر"));
+    layout->addWidget(signOut_);
+    QObject::connect(signOut_, &QPushButton::clicked, this, [this] { signOut(); });
     return header;
 }
 

@@ -5,6 +5,7 @@
 //   shell.show();
 #pragma once
 
+#include <QPushButton>
 #include <QStackedWidget>
 #include <QWidget>
 #include <functional>
@@ -63,6 +64,7 @@ private:
     void signOut();
 
     DesktopContext context_;
+    QPushButton* signOut_ = nullptr;
     NavigationPanel* navigation_;
     QStackedWidget* pages_;
     HomePage* home_;

@@ -68,6 +68,13 @@ void NavigationPanel::setCurrent(QAbstractButton* current) {
     }
 }
 
+void NavigationPanel::followInTabOrder(QWidget* before) {
+    for (QAbstractButton* button : buttons_) {
+        setTabOrder(before, button);
+        before = button;
+    }
+}
+
 void NavigationPanel::addStretch() {
     layout_->addStretch();
 }

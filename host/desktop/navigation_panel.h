@@ -37,6 +37,8 @@ public:
     QAbstractButton* addItem(const NavigationItem& item, const std::function<void()>& onClick);
     // Marks the button of the page in front; null marks none.
     void setCurrent(QAbstractButton* button);
+    // Tab goes from that control through all the buttons, and then to what stood behind it.
+    void followInTabOrder(QWidget* before);
     // Fills the rest of the height; items added afterwards stand at the bottom.
     void addStretch();
 

@@ -11,6 +11,7 @@
 #include "host/services/deploy.h"
 #include "host/services/draft_file.h"
 #include "host/services/path_text.h"
+#include "host/services/platform/user_folders.h"
 #include "host/transfer/server_schema.h"
 
 namespace basalt::host {
@@ -33,14 +34,17 @@ void refuseRemains(const fs::path& path) {
     }
 }
 
-// The folder that the file is to lie in.
-void makeFolder(const fs::path& file) {
+// The folder that the file is to lie in. That of this user's data is made; another one that is not there is rather a
+// name that was mistyped.
+void requireFolder(const fs::path& file) {
     const fs::path folder = file.parent_path();
     std::error_code failure;
-    if (!folder.empty()) fs::create_directories(folder, failure);
-    if (!failure) return;
-    throw DatabaseError(ErrorCategory::Connection, "08001", 0,
-                        "the folder " + textFromPath(folder) + " cannot be made: " + failure.message());
+    if (folder.empty() || fs::is_directory(folder, failure)) return;
+    const auto fail = [&](const std::string& what) {
+        throw DatabaseError(ErrorCategory::Connection, "08001", 0, "the folder " + textFromPath(folder) + what);
+    };
+    if (folder != userDataFolder()) fail(" does not exist; make it first");
+    if (!fs::create_directories(folder, failure) && failure) fail(" cannot be made: " + failure.message());
 }
 
 std::unique_ptr<embedded::EmbeddedSession> openEmbedded(const std::string& path, bool create) {
@@ -48,7 +52,7 @@ std::unique_ptr<embedded::EmbeddedSession> openEmbedded(const std::string& path,
         const fs::path file = pathFromText(path);
         std::error_code failure;
         if (!fs::exists(file, failure)) refuseRemains(file);
-        makeFolder(file);
+        requireFolder(file);
     }
     return embedded::EmbeddedSession::open(path, {.createIfMissing = create});
 }
@@ -136,7 +140,7 @@ void createDatabase(const DatabaseUrl& url, const std::function<void(Session&)>&
                          " already; db deploy brings an existing database up to date");
     }
     refuseRemains(path);
-    makeFolder(path);
+    requireFolder(path);
     makeWhole(path, [&](const std::string& draft) {
         const auto session = openEmbedded(draft, true);
         fill(*session);

@@ -25,15 +25,16 @@ public:
 // be opened or reached, is damaged, or was made by a newer program.
 [[nodiscard]] std::unique_ptr<Session> openDatabase(const DatabaseUrl& url);
 
-// The same for a database that is to be deployed: a missing file is made, with its folder, and nothing is put into it.
-// A database on a server must be there.
+// The same for a database that is to be deployed: a missing file is made and nothing is put into it. Its folder must be
+// there, but for that of this user's own data, which is made too. A database on a server must be there.
 [[nodiscard]] std::unique_ptr<Session> openOrCreateDatabase(const DatabaseUrl& url);
 
 // What a full check of an embedded database finds, in words; empty when it is sound. UsageError for a database on a
 // server, which has means of its own.
 [[nodiscard]] std::vector<std::string> findDamage(const DatabaseUrl& url);
 
-// Makes the file of a new embedded database, whole or not at all. UsageError when there is a file already.
+// Makes the file of a new embedded database, whole or not at all. UsageError when there is a file already; its folder
+// must be there as for openOrCreateDatabase.
 void createDatabase(const DatabaseUrl& url, bool demo);
 // The same with contents of the caller's.
 void createDatabase(const DatabaseUrl& url, const std::function<void(Session&)>& fill);

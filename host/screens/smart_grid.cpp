@@ -264,8 +264,9 @@ void SmartGrid::showCursor() {
     } else {
         const int column = std::max(0, view_->currentIndex().column());
         const QModelIndex index = model_.index(row, column);
-        view_->setCurrentIndex(index);
-        if (!view_->selectionModel()->isRowSelected(row)) view_->selectRow(row);
+        // The view would look whether Control is held, of the keys that have just opened this list for instance.
+        view_->selectionModel()->setCurrentIndex(index,
+                                                 QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
         view_->scrollTo(index);
     }
     followingCursor_ = false;

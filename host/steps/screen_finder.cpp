@@ -2,7 +2,9 @@
 
 #include <QAction>
 #include <QApplication>
+#include <algorithm>
 
+#include "host/steps/object_list.h"
 #include "host/steps/step_failure.h"
 
 namespace basalt::host {
@@ -14,23 +16,17 @@ bool isScreen(const QWidget* window) {
     return window->isVisible() && (type == Qt::Window || type == Qt::Dialog || type == Qt::Sheet);
 }
 
-constexpr int kNamesTold = 20;
+constexpr std::size_t kNamesTold = 20;
 
-// The names to choose from, those that can be seen first. Qt's own parts of its controls have names of their kind.
+// The names to choose from.
 std::string namesOn(const QWidget& screen) {
-    QStringList names;
-    for (const bool visible : {true, false}) {
-        for (const QWidget* object : screen.findChildren<QWidget*>()) {
-            const QString name = object->objectName();
-            const bool own = !name.isEmpty() && !name.startsWith("qt_") && !name.startsWith("Scroll");
-            if (own && object->isVisible() == visible && !names.contains(name)) names.append(name);
-        }
-    }
-    if (names.isEmpty()) return {};
-    const int more = static_cast<int>(names.size()) - kNamesTold;
-    QString text = "; there are " + QStringList(names.mid(0, kNamesTold)).join(", ");
-    if (more > 0) text += QStringLiteral(" and %1 more").arg(more);
-    return text.toStdString();
+    const std::vector<std::string> names = objectNames(screen);
+    std::string text;
+    for (std::size_t i = 0; i < std::min(names.size(), kNamesTold); ++i)
+        text += (i == 0 ? "; there are " : ", ") + names[i];
+    if (names.size() > kNamesTold)
+        text += " and " + std::to_string(names.size() - kNamesTold) + " more; the step names lists them all";
+    return text;
 }
 
 }  // namespace
@@ -60,24 +56,38 @@ QAction* menuItem(const QMenu& menu, const std::string& name) {
     return nullptr;
 }
 
+QAction& requireItem(const QMenu& menu, const std::string& name) {
+    if (QAction* item = menuItem(menu, name)) return *item;
+    std::string names;
+    for (const QAction* action : menu.actions())
+        if (action->isVisible() && !action->objectName().isEmpty())
+            names += (names.empty() ? "" : ", ") + action->objectName().toStdString();
+    throw StepFailure("an item " + name + " of the open menu",
+                      names.empty() ? "items without names" : "the items " + names);
+}
+
 QWidget& requireTopScreen() {
     QWidget* screen = topScreen();
     if (!screen) throw StepFailure("a screen", "none open");
     return *screen;
 }
 
-QWidget& requireObject(const std::string& name) {
+QWidget* findObject(const std::string& name) {
     QWidget& screen = requireTopScreen();
     const QString wanted = QString::fromStdString(name);
-    if (name == "-" || screen.objectName() == wanted) return screen;
+    if (name == "-" || screen.objectName() == wanted) return &screen;
     QWidget* found = nullptr;
     for (QWidget* candidate : screen.findChildren<QWidget*>(wanted)) {
         if (!found || (candidate->isVisible() && !found->isVisible())) found = candidate;
     }
-    if (!found)
-        throw StepFailure("an object " + name + " on " + screen.objectName().toStdString(),
-                          "none of that name" + namesOn(screen));
-    return *found;
+    return found;
+}
+
+QWidget& requireObject(const std::string& name) {
+    if (QWidget* found = findObject(name)) return *found;
+    const QWidget& screen = requireTopScreen();
+    throw StepFailure("an object " + name + " on " + screen.objectName().toStdString(),
+                      "none of that name" + namesOn(screen));
 }
 
 }  // namespace basalt::host

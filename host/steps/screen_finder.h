@@ -14,7 +14,9 @@ namespace basalt::host {
 [[nodiscard]] QWidget& requireTopScreen();
 
 // The object of that name on the screen on top; "-" and the screen's own name are the screen. Of several the visible
-// one. StepFailure when there is none, with the names that there are.
+// one. Null when there is none; StepFailure without a screen.
+[[nodiscard]] QWidget* findObject(const std::string& name);
+// The same; StepFailure when there is none, with the names that there are.
 [[nodiscard]] QWidget& requireObject(const std::string& name);
 
 // What has the focus on that screen, or would have it were the screen the active window; null for nothing. Where no
@@ -25,5 +27,7 @@ namespace basalt::host {
 [[nodiscard]] QMenu* openMenu();
 // The visible item of that name; null when the menu has none.
 [[nodiscard]] QAction* menuItem(const QMenu& menu, const std::string& name);
+// The same; StepFailure when the menu has none, with the items that it has.
+[[nodiscard]] QAction& requireItem(const QMenu& menu, const std::string& name);
 
 }  // namespace basalt::host

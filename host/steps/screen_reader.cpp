@@ -12,7 +12,6 @@
 #include <QTableView>
 #include <QTextEdit>
 #include <charconv>
-#include <optional>
 #include <vector>
 
 #include "ado/names.h"
@@ -24,21 +23,6 @@
 namespace basalt::host {
 
 namespace {
-
-std::optional<QString> ownText(const QWidget& widget) {
-    if (const auto* edit = qobject_cast<const QLineEdit*>(&widget)) return edit->text();
-    if (const auto* label = qobject_cast<const QLabel*>(&widget)) return label->text();
-    if (const auto* combo = qobject_cast<const QComboBox*>(&widget)) return combo->currentText();
-    if (const auto* spin = qobject_cast<const QAbstractSpinBox*>(&widget)) return spin->text();
-    if (const auto* plain = qobject_cast<const QPlainTextEdit*>(&widget)) return plain->toPlainText();
-    if (const auto* rich = qobject_cast<const QTextEdit*>(&widget)) return rich->toPlainText();
-    if (const auto* group = qobject_cast<const QGroupBox*>(&widget)) return group->title();
-    if (const auto* button = dynamic_cast<const TSmartButton_VRO*>(&widget))
-        return QString::fromStdString(button->Caption());
-    if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) return button->text();
-    if (widget.isWindow()) return widget.windowTitle();
-    return std::nullopt;
-}
 
 const TSmartDBGrid_VRO* gridOf(const QWidget& table) {
     for (const QWidget* widget = &table; widget; widget = widget->parentWidget()) {
@@ -81,6 +65,21 @@ int requireColumn(const QAbstractItemView& table, const std::string& column) {
 }
 
 }  // namespace
+
+std::optional<QString> ownText(const QWidget& widget) {
+    if (const auto* edit = qobject_cast<const QLineEdit*>(&widget)) return edit->text();
+    if (const auto* label = qobject_cast<const QLabel*>(&widget)) return label->text();
+    if (const auto* combo = qobject_cast<const QComboBox*>(&widget)) return combo->currentText();
+    if (const auto* spin = qobject_cast<const QAbstractSpinBox*>(&widget)) return spin->text();
+    if (const auto* plain = qobject_cast<const QPlainTextEdit*>(&widget)) return plain->toPlainText();
+    if (const auto* rich = qobject_cast<const QTextEdit*>(&widget)) return rich->toPlainText();
+    if (const auto* group = qobject_cast<const QGroupBox*>(&widget)) return group->title();
+    if (const auto* button = dynamic_cast<const TSmartButton_VRO*>(&widget))
+        return QString::fromStdString(button->Caption());
+    if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) return button->text();
+    if (widget.isWindow()) return widget.windowTitle();
+    return std::nullopt;
+}
 
 QString shownText(const QWidget& widget) {
     if (const std::optional<QString> text = ownText(widget)) return *text;

@@ -3,6 +3,7 @@
 
 #include <QAbstractItemView>
 #include <QWidget>
+#include <optional>
 #include <string>
 
 #include "host/steps/step.h"
@@ -12,6 +13,9 @@ namespace basalt::host {
 // The text of a label, button, edit, combo box, spin edit, group or window; for one of our composed controls that of
 // what it is made of. StepFailure for a control without a text.
 [[nodiscard]] QString shownText(const QWidget& widget);
+
+// The same of the control itself only; nullopt for one without a text.
+[[nodiscard]] std::optional<QString> ownText(const QWidget& widget);
 
 // The table of a grid, or the table itself. StepFailure for anything else.
 [[nodiscard]] QAbstractItemView& requireTable(const std::string& name);

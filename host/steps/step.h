@@ -44,6 +44,7 @@ struct AnswerStep {
 struct ShotStep {
     std::string file;
 };
+struct NamesStep {};  // lists the objects of the screen on top
 struct ExportStep {
     std::string grid, format, file;
 };  // format: csv, xlsx or pdf
@@ -86,8 +87,8 @@ struct ExpectFile {
 };
 
 using StepAction = std::variant<ClickStep, DoubleClickStep, KeyStep, TypeStep, ClearStep, RowStep, TabStep, ChooseStep,
-                                AnswerStep, ShotStep, ExportStep, ExpectText, ExpectRows, ExpectCell, ExpectState,
-                                ExpectMessage, ExpectStatement, ExpectScreen, ExpectResult, ExpectFile>;
+                                AnswerStep, ShotStep, NamesStep, ExportStep, ExpectText, ExpectRows, ExpectCell,
+                                ExpectState, ExpectMessage, ExpectStatement, ExpectScreen, ExpectResult, ExpectFile>;
 
 struct Step {
     int line = 0;  // from 1
@@ -96,8 +97,8 @@ struct Step {
 
 // True for the steps that look and change nothing.
 [[nodiscard]] inline bool isExpectation(const StepAction& action) {
-    static_assert(std::is_same_v<std::variant_alternative_t<11, StepAction>, ExpectText>);
-    return action.index() >= 11;
+    static_assert(std::is_same_v<std::variant_alternative_t<12, StepAction>, ExpectText>);
+    return action.index() >= 12;
 }
 
 }  // namespace basalt::host

@@ -6,12 +6,13 @@
 #include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
-#include <QPixmap>
 #include <cstdio>
 #include <cstdlib>
 
 #include "host/steps/file_export.h"
+#include "host/steps/object_list.h"
 #include "host/steps/screen_finder.h"
+#include "host/steps/screen_picture.h"
 #include "host/steps/screen_reader.h"
 #include "host/steps/step_failure.h"
 #include "host/steps/steps_error.h"
@@ -23,6 +24,7 @@ namespace basalt::host {
 namespace {
 
 constexpr std::chrono::milliseconds retryPause{10};
+constexpr std::chrono::milliseconds longestUnrest{1000};  // a bar that runs for ever has its picture taken all the same
 
 std::string quoted(const std::string& text) {
     return "\"" + text + "\"";
@@ -206,10 +208,22 @@ std::function<void()> StepPlayer::prepareStep(const AnswerStep&) {
 template <>
 std::function<void()> StepPlayer::prepareStep(const ShotStep& step) {
     QWidget& screen = requireTopScreen();
+    // Lists and layouts finish a moment after what has changed them: two looks that agree are one at a screen at rest.
+    const QImage before = std::exchange(lastLook_, screenPicture(screen));
+    if (before != lastLook_ && !waiting_.hasExpired(longestUnrest.count()))
+        throw StepFailure("a screen at rest", "one that still changes");
     const QFileInfo file(QString::fromStdString(step.file));
     QDir().mkpath(file.absolutePath());
-    if (!screen.grab().save(file.filePath()))
+    if (!std::exchange(lastLook_, {}).save(file.filePath()))
         throw StepFailure("to write the picture " + step.file, "that it cannot be written");
+    return {};
+}
+
+template <>
+std::function<void()> StepPlayer::prepareStep(const NamesStep&) {
+    const QWidget& screen = requireTopScreen();
+    std::fputs(objectList(screen).c_str(), stderr);
+    std::fflush(stderr);
     return {};
 }
 

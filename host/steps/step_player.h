@@ -14,6 +14,7 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QImage>
 #include <QObject>
 #include <QTimer>
 #include <chrono>
@@ -84,6 +85,7 @@ private:
     QElapsedTimer waiting_;   // since the current step was first tried
     QElapsedTimer settling_;  // since the last step was done
     Phase phase_ = Phase::Playing;
+    QImage lastLook_;         // at the screen whose picture is asked for
     bool exporting_ = false;  // until the file is there, the steps wait
     bool returned_ = false;
     Datum result_;

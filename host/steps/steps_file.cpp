@@ -228,6 +228,7 @@ const std::map<std::string, Parser, std::less<>>& actions() {
              if (file.empty()) line.fail("expected the picture's file (shot FILE.png), found the end of the line");
              return ShotStep{std::move(file)};
          }},
+        {"names", [](Line&) -> StepAction { return NamesStep{}; }},
         {"export",
          [](Line& line) -> StepAction {
              ExportStep step;

@@ -129,7 +129,8 @@ UserAction clickItem(QMenu& menu, QAction& item) {
 
 UserAction click(const std::string& object) {
     if (QMenu* menu = openMenu())
-        if (QAction* item = menuItem(*menu, object)) return clickItem(*menu, *item);
+        // A name that is not on the screen either is meant for the menu, whose items the failure then lists.
+        if (menuItem(*menu, object) || !findObject(object)) return clickItem(*menu, requireItem(*menu, object));
     QWidget& widget = requireUsable(object);
     QPoint position = widget.rect().center();
     QWidget& target = underMouse(widget, position);

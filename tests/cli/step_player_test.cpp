@@ -302,6 +302,81 @@ TEST(StepPlayer, takesPictures) {
     EXPECT_FALSE(QImage(file).isNull());
 }
 
+// A button that opens a menu of two items over a green screen.
+std::string playOnMenu(const std::string& steps) {
+    StepPlayer player(parseSteps(steps, "t.steps"), "t.steps",
+                      {.step = std::chrono::milliseconds(300), .standstill = std::chrono::seconds(30)});
+    QDialog screen;
+    screen.setObjectName("Menu_FRM");
+    screen.setStyleSheet("QDialog { background: #00ff00; } QMenu { background: #ff0000; border: 0; }");
+    screen.resize(300, 200);
+    QMenu menu(&screen);
+    for (const char* name : {"Copy_ACT", "Paste_ACT"})
+        menu.addAction(name)->setObjectName(name);
+    QPushButton button("Menu", &screen);
+    button.setObjectName("Menu_BTN");
+    QObject::connect(&button, &QPushButton::clicked, &screen, [&] { menu.popup(screen.mapToGlobal(QPoint(40, 60))); });
+    player.start();
+    screen.exec();
+    player.returned({});
+    player.finish();
+    return player.failure().value_or("");
+}
+
+TEST(StepPlayer, anOpenMenuIsPartOfThePicture) {
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("menu.png");
+    EXPECT_EQ(playOnMenu("shot " + folder.filePath("closed.png").toStdString() + "\nclick Menu_BTN\nshot " +
+                         file.toStdString() + "\n"),
+              "");
+    EXPECT_EQ(QImage(folder.filePath("closed.png")).pixelColor(41, 61), QColor(0, 255, 0));
+    const QImage picture(file);
+    EXPECT_EQ(picture.pixelColor(41, 61), QColor(255, 0, 0));
+    EXPECT_EQ(picture.pixelColor(20, 150), QColor(0, 255, 0));
+}
+
+TEST(StepPlayer, anItemThatTheOpenMenuDoesNotHaveListsThoseItHas) {
+    EXPECT_EQ(playOnMenu("click Menu_BTN\nclick Cut_ACT\n"),
+              "t.steps:2: expected an item Cut_ACT of the open menu, found the items Copy_ACT, Paste_ACT");
+}
+
+TEST(StepPlayer, picturesAreOfAScreenAtRest) {
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("late.png");
+    StepPlayer player(parseSteps("click Grow_BTN\nshot " + file.toStdString() + "\n", "t.steps"), "t.steps");
+    QDialog screen;
+    screen.setObjectName("Late_FRM");
+    screen.setStyleSheet("QDialog { background: #0000ff; }");
+    screen.resize(200, 100);
+    QPushButton button("Grow", &screen);
+    button.setObjectName("Grow_BTN");
+    QLabel bar(&screen);
+    bar.setStyleSheet("background: #ff0000;");
+    bar.setGeometry(0, 90, 10, 10);
+    // In steps of its own, as lists fill and lay themselves out.
+    QTimer growing;
+    growing.setInterval(0);
+    QObject::connect(&growing, &QTimer::timeout, &screen, [&] {
+        bar.resize(bar.width() + 1, 10);
+        if (bar.width() >= 150) growing.stop();
+    });
+    QObject::connect(&button, &QPushButton::clicked, &growing, [&] { growing.start(); });
+    player.start();
+    screen.exec();
+    player.returned({});
+    player.finish();
+    EXPECT_EQ(player.failure().value_or(""), "");
+    EXPECT_EQ(QImage(file).pixelColor(145, 95), QColor(255, 0, 0));
+}
+
+TEST(StepPlayer, listsTheNamesOfTheScreen) {
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ(play("names\n"), "");
+    EXPECT_THAT(::testing::internal::GetCapturedStderr(),
+                ::testing::HasSubstr("List_FRM\n  Tab_TBC\n  Type_CMB \"خرید\"\n  List_GRD\n  Edit_BTN \"Edit\"\n"
+                                     "  New_BTN (disabled)\n  Delete_BTN (hidden)\n"));
+}
+
 TEST(StepPlayer, filesAreLookedInto) {
     const QTemporaryDir folder;
     const auto write = [&](const char* name, const char* text) {

@@ -38,6 +38,7 @@ TEST(StepsFile, actions) {
     EXPECT_EQ(only<AnswerStep>("answer ۷").answer.value, 7);
     EXPECT_EQ(only<AnswerStep>("answer -١٢").answer.value, -12);
     EXPECT_EQ(only<ShotStep>("shot out/first picture.png").file, "out/first picture.png");
+    static_cast<void>(only<NamesStep>("names"));
 }
 
 TEST(StepsFile, freeTextIsKeptToTheLetterBehindOneBlank) {

@@ -186,6 +186,63 @@ TEST_F(Shell, movesThroughTheNavigationWithTheArrowKeys) {
     EXPECT_TRUE(control(*shell, "Log_PNL").isVisible());
 }
 
+TEST_F(Shell, movesBetweenTilesInTheDirectionOfTheArrow) {
+    open(1);
+    shell->resize(1400, 800);
+    QApplication::processEvents();
+    const auto press = [&](Qt::Key key) {
+        QTest::keyClick(QApplication::focusWidget(), key);
+        return QApplication::focusWidget()->objectName().toStdString();
+    };
+    QWidget& first = control(*shell, "Open_CostLevel_List_TILE");
+    const int top = first.y();
+    first.setFocus();
+    // From right to left, as the page is read.
+    EXPECT_EQ(press(Qt::Key_Left), "Open_DiscountLevel_List_TILE");
+    EXPECT_LT(QApplication::focusWidget()->x(), first.x());
+    EXPECT_EQ(QApplication::focusWidget()->y(), top);
+    const int second = QApplication::focusWidget()->x();
+    EXPECT_EQ(press(Qt::Key_Down), "Layouts_TILE");
+    EXPECT_EQ(QApplication::focusWidget()->x(), second);
+    EXPECT_GT(QApplication::focusWidget()->y(), top);
+    EXPECT_EQ(press(Qt::Key_Up), "Open_DiscountLevel_List_TILE");
+    EXPECT_EQ(press(Qt::Key_Right), "Open_CostLevel_List_TILE");
+    EXPECT_EQ(press(Qt::Key_Right), "Open_CostLevel_List_TILE") << "there is nothing further to the right";
+    EXPECT_EQ(press(Qt::Key_Up), "Open_CostLevel_List_TILE");
+}
+
+TEST_F(Shell, opensATileByEnter) {
+    open(1);
+    EXPECT_EQ(play("key Open_CostLevel_List_TILE Enter\n"
+                   "expect screen TCostLevel_List_FRM\n"
+                   "key - Escape\n"
+                   "key Log_TILE Enter\n"
+                   "expect visible Log_GRD\n"),
+              "");
+}
+
+TEST_F(Shell, tabGoesThroughTheNavigationAndThenThePage) {
+    open(1);
+    control(*shell, "SignOut_BTN").setFocus();
+    std::vector<std::string> names;
+    for (int i = 0; i < 22; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        names.push_back(QApplication::focusWidget()->objectName().toStdString());
+    }
+    const auto isTile = [](const std::string& name) { return name.find("_TILE") != std::string::npos; };
+    const auto firstTile = std::find_if(names.begin(), names.end(), isTile);
+    ASSERT_NE(firstTile, names.end());
+    EXPECT_THAT(
+        std::vector(names.begin(), firstTile),
+        ElementsAre("Home_BTN", "Open_CostLevel_List_BTN", "Open_DiscountLevel_List_BTN", "Open_CostReport_BTN",
+                    "Open_PriceEditor_BTN", "Counter_BTN", "Layouts_BTN", "Log_BTN", "Console_BTN", "Settings_BTN"));
+    const auto lastTile = std::find_if_not(firstTile, names.end(), isTile);
+    EXPECT_THAT(std::vector(firstTile, lastTile),
+                ElementsAre("Open_CostLevel_List_TILE", "Open_DiscountLevel_List_TILE", "Open_CostReport_TILE",
+                            "Open_PriceEditor_TILE", "Counter_TILE", "Layouts_TILE", "Log_TILE", "Console_TILE",
+                            "Settings_TILE"));
+}
+
 TEST_F(Shell, tellsHowItWasLeft) {
     open(1);
     click(*shell, "SignOut_BTN");

@@ -228,6 +228,20 @@ TEST_F(Grid, selectsSeveralRowsWhenAsked) {
     EXPECT_EQ(grid.SelectedRows(), std::vector<int>{0});
 }
 
+TEST_F(Grid, selectsTheCurrentRowAloneWhileControlIsHeld) {
+    grid.SetMultiSelect(true);
+    // The keys that have opened the list are still down when it fills.
+    QTest::keyPress(&grid, Qt::Key_F12, Qt::ControlModifier);
+    ASSERT_EQ(QApplication::keyboardModifiers(), Qt::ControlModifier);
+    openThree();
+    EXPECT_EQ(grid.SelectedRows(), std::vector<int>{0});
+    query.Next();
+    EXPECT_EQ(grid.SelectedRows(), std::vector<int>{1});
+    query.Next();
+    EXPECT_EQ(grid.SelectedRows(), std::vector<int>{2});
+    QTest::keyRelease(&grid, Qt::Key_F12);
+}
+
 TEST_F(Grid, copiesWhatSpreadsheetsPaste) {
     openThree();
     grid.copySelection();

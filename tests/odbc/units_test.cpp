@@ -47,6 +47,10 @@ INSTANTIATE_TEST_SUITE_P(
         StringCase{"openBrace", "Server=shop;PWD={secret", "Server=shop", "{secret or secret", "*** or ***"},
         StringCase{"tokens", "DSN=shop;AccessToken=abc;KeystoreSecret=def", "DSN=shop", "abc def", "*** ***"},
         StringCase{"emptyParts", ";;Server=shop;;PWD=;UID=sa;", "Server=shop", "sa", "sa"},
+        StringCase{"oneLetter", "Server=shop;PWD={x}", "Server=shop", "x does not exist: PWD={x};'x' xx",
+                   "*** does not exist: PWD=***;'***' xx"},
+        StringCase{"shortInOtherScript", "Server=shop;PWD=ان", "Server=shop", "کاربران: ان", "کاربران: ***"},
+        StringCase{"longInsideOfAWord", "Server=shop;PWD=exists", "Server=shop", "preexists", "pre***"},
         StringCase{"twice", "PWD=one;Server=shop;PWD=two", "Server=shop", "one two one", "*** *** ***"},
         StringCase{"nothing", "", "", "text", "text"}),
     [](const auto& each) { return std::string(each.param.name); });
