@@ -49,13 +49,19 @@ void parse(CLI::App& app, CommonOptions& options, int argc, char** argv) {
 std::optional<int> help(CLI::App& app, int argc, char** argv) {
     if (argc < 2 || std::string_view(argv[1]) != "help") return std::nullopt;
     CLI::App* command = &app;
+    std::string before;
     for (int i = 2; i < argc; ++i) {
-        command = command->get_subcommand_no_throw(argv[i]);
-        if (command) continue;
+        const std::vector<CLI::App*> named =
+            command->get_subcommands([&](CLI::App* each) { return each->check_name(argv[i]); });
+        if (!named.empty()) {
+            before += (before.empty() ? "" : " ") + command->get_name();
+            command = named.front();
+            continue;
+        }
         std::cerr << "basalt: there is no command " << argv[i] << "; basalt --help lists them\n";
         return 2;
     }
-    std::cout << command->help();
+    std::cout << command->help(before);
     return 0;
 }
 

@@ -13,6 +13,7 @@
 #include "host/counter/counter_ledger.h"
 #include "host/counter/scan_text.h"
 #include "host/counter/shortage_text.h"
+#include "host/screens/flow_layout.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
 #include "host/services/host_parts.h"
@@ -240,8 +241,8 @@ void CounterPage::makeInvoice(QBoxLayout& layout) {
     layout.addLayout(sums);
 }
 
-QPushButton* CounterPage::addButton(QBoxLayout& row, const char* objectName, const QString& title,
-                                    const QKeySequence& key, void (CounterPage::*work)()) {
+QPushButton* CounterPage::addButton(QLayout& row, const char* objectName, const QString& title, const QKeySequence& key,
+                                    void (CounterPage::*work)()) {
     auto* button =
         new QPushButton(QStringLiteral("%1 \u2066%2\u2069").arg(title, key.toString(QKeySequence::NativeText)));
     button->setObjectName(QString::fromLatin1(objectName));
@@ -256,8 +257,8 @@ QPushButton* CounterPage::addButton(QBoxLayout& row, const char* objectName, con
 }
 
 void CounterPage::makeFooter(QBoxLayout& layout) {
-    auto* row = new QHBoxLayout;
-    row->setSpacing(8);
+    // With a large font there is not room for all of it in one row.
+    auto* row = new FlowLayout(8);
     QPushButton* save =
         addButton(*row, "Save_BTN", QStringLiteral("ثبت"), QKeySequence(Qt::Key_F3), &CounterPage::save);
     save->setProperty("kind", QStringLiteral("primary"));
@@ -272,7 +273,6 @@ void CounterPage::makeFooter(QBoxLayout& layout) {
     addButton(*row, "Tare_BTN", QStringLiteral("وزن ظرف"), QKeySequence(Qt::Key_F8), &CounterPage::tare);
     addButton(*row, "RemoveLine_BTN", QStringLiteral("حذف سطر"), QKeySequence(Qt::Key_F7), &CounterPage::removeLine);
     addButton(*row, "Clear_BTN", QStringLiteral("فاکتور تازه"), QKeySequence(Qt::Key_F4), &CounterPage::startNew);
-    row->addStretch();
     progress_ = new QProgressBar;
     progress_->setObjectName(QStringLiteral("Progress_BAR"));
     progress_->setFixedWidth(160);

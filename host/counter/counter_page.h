@@ -39,7 +39,7 @@ private:
     void makeScanRow(QBoxLayout& layout);
     void makeInvoice(QBoxLayout& layout);
     void makeFooter(QBoxLayout& layout);
-    QPushButton* addButton(QBoxLayout& row, const char* objectName, const QString& title, const QKeySequence& key,
+    QPushButton* addButton(QLayout& row, const char* objectName, const QString& title, const QKeySequence& key,
                            void (CounterPage::*work)());
 
     void scan();

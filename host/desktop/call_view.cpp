@@ -2,6 +2,7 @@
 
 #include <QHeaderView>
 #include <QStyle>
+#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 
 #include "host/calls/answer.h"
@@ -13,9 +14,21 @@ namespace {
 
 enum Tab { kResult, kStatements, kQueries, kMessages, kEvents };
 
+// Persian cells among Latin ones read from the right all the same: the mark of a cut text stands at its end.
+class CellDelegate final : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (option->text.isRightToLeft()) option->direction = Qt::RightToLeft;
+    }
+};
+
 void prepare(QTableView& table) {
     // Names, statements and values of a call read from the left.
     table.setLayoutDirection(Qt::LeftToRight);
+    table.setItemDelegate(new CellDelegate(&table));
     table.setEditTriggers(QAbstractItemView::NoEditTriggers);
     table.setSelectionBehavior(QAbstractItemView::SelectRows);
     table.setAlternatingRowColors(true);
@@ -137,9 +150,17 @@ void CallView::showState(const QString& text, bool success) {
     state_->setVisible(!text.isEmpty());
 }
 
-void CallView::showProblem(const QString& problem) {
+void CallView::showProblem(const std::string& problem) {
     clear();
-    showState(problem, false);
+    showError({"UsageError", problem});
+}
+
+// What the program says is for the one who calls functions, and reads from the left.
+void CallView::showError(const CallError& error) {
+    const QString what = error.type == "DatabaseError" ? QStringLiteral("پایگاه داده دستور را اجرا نکرد")
+                         : error.type == "UsageError" ? QStringLiteral("فراخوانی درست نیست")
+                                                      : QStringLiteral("اجرا ناتمام ماند");
+    showState(QStringLiteral("%1:\n\u2066%2\u2069").arg(what, QString::fromStdString(error.message)), false);
 }
 
 void CallView::clear() {
@@ -155,7 +176,7 @@ void CallView::show(CallReport report) {
     queries_ = std::move(report.queries);
     showQueries();
     if (report.error)
-        showState(QString::fromStdString(report.error->type + ": " + report.error->message), false);
+        showError(*report.error);
     else
         showState(QStringLiteral("اجرا شد."), true);
 }
@@ -187,9 +208,10 @@ void CallView::showQueries() {
     const QSignalBlocker quiet(query_);
     query_->clear();
     for (const QueryReport& query : queries_)
-        query_->addItem(QStringLiteral("%1 — %2").arg(
-            QString::fromStdString(query.name),
-            query.active ? persianDigits(QStringLiteral("%1 ردیف").arg(query.rows.size())) : QStringLiteral("بسته")));
+        query_->addItem(QStringLiteral("\u2066%1\u2069 — \u2067%2\u2069")
+                            .arg(QString::fromStdString(query.name),
+                                 query.active ? persianDigits(QStringLiteral("%1 ردیف").arg(query.rows.size()))
+                                              : QStringLiteral("بسته")));
     setTitle(kQueries, queries_.size());
     const bool any = !queries_.empty();
     query_->setEnabled(any);

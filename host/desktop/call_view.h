@@ -20,13 +20,14 @@ public:
 
     void show(CallReport report);
     // A failure before anything was called, for instance arguments that do not fit.
-    void showProblem(const QString& problem);
+    void showProblem(const std::string& problem);
     void clear();
 
 private:
     [[nodiscard]] QTableWidget* addTable(const char* objectName, const QString& title, const QStringList& columns);
     void addQueries();
     void showState(const QString& text, bool success);
+    void showError(const CallError& error);
     void showResult(const CallReport& report);
     void showStatements(const CallReport& report);
     void showQueries();

@@ -79,7 +79,8 @@ void ConsolePage::enter() {
 void ConsolePage::choose(const Callable& callable) {
     chosen_ = callable;
     name_->setText(QString::fromStdString(callable.name()));
-    summary_->setText(QString::fromStdString(callable.summary()));
+    // Told in the language of the code, from the left.
+    summary_->setText(QStringLiteral("\u2066%1\u2069").arg(QString::fromStdString(callable.summary())));
     form_->setParameters(callable.parameters());
     view_->clear();
 }
@@ -90,7 +91,7 @@ void ConsolePage::run() {
     try {
         arguments = bindArguments(chosen_.parameters(), chosen_.name(), form_->arguments());
     } catch (const UsageError& error) {
-        view_->showProblem(QString::fromStdString(error.what()));
+        view_->showProblem(error.what());
         return;
     }
     // The module's messages go where the host's messages go; the recorder only looks on.
@@ -98,7 +99,7 @@ void ConsolePage::run() {
     if (chosen_.function)
         view_->show(caller_.call(BoundCall{chosen_.function, std::move(arguments)}, messages));
     else
-        view_->show(caller_.show(*chosen_.entry, std::move(arguments), messages));
+        view_->show(caller_.show(*chosen_.entry, arguments, messages));
 }
 
 }  // namespace basalt::host

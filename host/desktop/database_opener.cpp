@@ -1,8 +1,11 @@
 #include "host/desktop/database_opener.h"
 
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 
 #include "host/engines/open_database.h"
+#include "host/screens/save_file_dialog.h"
 
 namespace basalt::host {
 namespace {
@@ -11,9 +14,17 @@ QString fileFilter() {
     return QStringLiteral("پایگاه دادهٔ بازالت (*.db);;همهٔ پرونده‌ها (*)");
 }
 
-std::optional<QString> chosen(const QString& file) {
-    if (file.isEmpty()) return std::nullopt;
-    return file;
+std::optional<QString> choose(const QString& title, const QString& suggested, QFileDialog::AcceptMode mode) {
+    const QFileInfo file(suggested);
+    QFileDialog dialog(nullptr, title, file.absolutePath(), fileFilter());
+    dressFileDialog(dialog);
+    dialog.setAcceptMode(mode);
+    dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    // An existing file is never overwritten, so there is nothing to confirm.
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    if (mode == QFileDialog::AcceptSave) dialog.selectFile(file.fileName());
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+    return dialog.selectedFiles().constFirst();
 }
 
 }  // namespace
@@ -21,15 +32,12 @@ std::optional<QString> chosen(const QString& file) {
 DatabaseFileChooser DatabaseFileChooser::dialogs() {
     return {.existing =
                 [] {
-                    return chosen(
-                        QFileDialog::getOpenFileName(nullptr, QStringLiteral("گزینش پایگاه داده"), {}, fileFilter()));
+                    return choose(QStringLiteral("گزینش پایگاه داده"), QDir::homePath() + QLatin1Char('/'),
+                                  QFileDialog::AcceptOpen);
                 },
             .created =
-                [] {
-                    // An existing file is never overwritten, so there is nothing to confirm.
-                    return chosen(QFileDialog::getSaveFileName(nullptr, QStringLiteral("ساخت پایگاه دادهٔ نمایشی"),
-                                                               QStringLiteral("demo.db"), fileFilter(), nullptr,
-                                                               QFileDialog::DontConfirmOverwrite));
+                [](const QString& suggested) {
+                    return choose(QStringLiteral("ساخت پایگاه دادهٔ نمایشی"), suggested, QFileDialog::AcceptSave);
                 }};
 }
 
@@ -41,6 +49,14 @@ std::optional<OpenedDatabase> DatabaseOpener::open() {
             if (!ask(error)) return std::nullopt;
         }
     }
+}
+
+// The file that was asked for, where there is none yet; beside one that cannot be opened, another name.
+QString DatabaseOpener::suggestedFile() const {
+    QString other = QStringLiteral("demo.db");
+    if (url_.engine != EngineKind::Embedded || url_.inMemory()) return other;
+    const QFileInfo asked(QString::fromStdString(url_.target));
+    return asked.exists() ? asked.dir().filePath(other) : asked.filePath();
 }
 
 bool DatabaseOpener::ask(const std::exception& error) {
@@ -61,7 +77,7 @@ bool DatabaseOpener::ask(const std::exception& error) {
                 }
                 break;
             case DatabaseProblemDialog::Choice::CreateDemo:
-                if (const auto file = files_.created()) {
+                if (const auto file = files_.created(suggestedFile())) {
                     url_ = {EngineKind::Embedded, file->toStdString()};
                     // An existing file is opened, and refused when it is none of ours.
                     options_.createMissing = true;

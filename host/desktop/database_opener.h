@@ -13,7 +13,7 @@ namespace basalt::host {
 // The questions for a file. Tests answer them without the dialogs of the platform.
 struct DatabaseFileChooser {
     std::function<std::optional<QString>()> existing;
-    std::function<std::optional<QString>()> created;  // a file that is not there yet
+    std::function<std::optional<QString>(const QString& suggested)> created;  // a file that is not there yet
 
     [[nodiscard]] static DatabaseFileChooser dialogs();
 };
@@ -31,6 +31,7 @@ public:
 private:
     // What the user wants is prepared for the next try; false when the user leaves.
     [[nodiscard]] bool ask(const std::exception& error);
+    [[nodiscard]] QString suggestedFile() const;
 
     DatabaseUrl url_;
     StartOptions options_;

@@ -5,12 +5,18 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QToolButton>
+#include <algorithm>
 
 #include "host/desktop/line_icon.h"
 #include "host/desktop/shell_style.h"
 #include "host/screens/theme.h"
 
 namespace basalt::host {
+namespace {
+
+constexpr int kTextWidth = 504;
+
+}  // namespace
 
 DatabaseProblemDialog::DatabaseProblemDialog(const DatabaseProblem& problem, const QString& detail,
                                              const QString& location, QWidget* parent)
@@ -18,15 +24,20 @@ DatabaseProblemDialog::DatabaseProblemDialog(const DatabaseProblem& problem, con
     setObjectName(QStringLiteral("DatabaseProblem_FRM"));
     setWindowTitle(QStringLiteral("بازالت"));
     setStyleSheet(shellStyleSheet());
-    setFixedWidth(themePixels(560));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(28, 24, 28, 24);
     layout->setSpacing(10);
-    layout->setSizeConstraint(QLayout::SetMinAndMaxSize);
+    // As high as what shows, the details too once they do.
+    layout->setSizeConstraint(QLayout::SetFixedSize);
     addTexts(*layout, problem, location);
     addDetail(*layout, detail);
     layout->addSpacing(8);
-    addButtons(*layout);
+    QWidget* buttons = addButtons(*layout);
+    // Long texts wrap at the width that the buttons take.
+    const int width = std::max(themePixels(kTextWidth), buttons->sizeHint().width());
+    buttons->setMinimumWidth(width);
+    for (QLabel* text : wrapped_)
+        text->setFixedWidth(width);
 }
 
 void DatabaseProblemDialog::addTexts(QVBoxLayout& layout, const DatabaseProblem& problem, const QString& location) {
@@ -44,10 +55,12 @@ void DatabaseProblemDialog::addTexts(QVBoxLayout& layout, const DatabaseProblem&
     auto* advice = new QLabel(QString::fromStdString(problem.advice));
     advice->setObjectName(QStringLiteral("ProblemAdvice_LBL"));
     advice->setWordWrap(true);
+    wrapped_.push_back(advice);
     layout.addWidget(advice);
     auto* where = new QLabel(QStringLiteral("\u2066%1\u2069").arg(location));
     where->setProperty("kind", QStringLiteral("hint"));
     where->setWordWrap(true);
+    wrapped_.push_back(where);
     where->setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
     where->setTextInteractionFlags(Qt::TextSelectableByMouse);
     layout.addWidget(where);
@@ -65,14 +78,17 @@ void DatabaseProblemDialog::addDetail(QVBoxLayout& layout, const QString& detail
     text->setReadOnly(true);
     text->setTabChangesFocus(true);
     text->setLayoutDirection(Qt::LeftToRight);
-    text->setFixedHeight(90);
+    text->setFixedHeight(themePixels(110));
     text->hide();
     layout.addWidget(text);
     connect(toggle, &QToolButton::toggled, text, &QWidget::setVisible);
 }
 
-void DatabaseProblemDialog::addButtons(QVBoxLayout& layout) {
-    auto* row = new QHBoxLayout;
+QWidget* DatabaseProblemDialog::addButtons(QVBoxLayout& layout) {
+    auto* buttons = new QWidget;
+    layout.addWidget(buttons);
+    auto* row = new QHBoxLayout(buttons);
+    row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
     const auto add = [&](const char* objectName, const char* title, Choice choice) {
         auto* button = new QPushButton(QString::fromUtf8(title));
@@ -82,16 +98,18 @@ void DatabaseProblemDialog::addButtons(QVBoxLayout& layout) {
             accept();
         });
         row->addWidget(button);
+        // The style sheet's font and margins count in its width.
+        button->ensurePolished();
         return button;
     };
     QPushButton* retry = add("Retry_BTN", "تلاش دوباره", Choice::Retry);
-    retry->setDefault(true);
-    retry->setFocus();
     add("ChooseFile_BTN", "پروندهٔ دیگر…", Choice::ChooseFile);
     add("CreateDemo_BTN", "ساخت پایگاه نمایشی…", Choice::CreateDemo);
     row->addStretch();
     add("Exit_BTN", "خروج", Choice::Exit);
-    layout.addLayout(row);
+    retry->setDefault(true);
+    retry->setFocus();
+    return buttons;
 }
 
 }  // namespace basalt::host

@@ -6,7 +6,9 @@
 #pragma once
 
 #include <QDialog>
+#include <QLabel>
 #include <QVBoxLayout>
+#include <vector>
 
 #include "host/desktop/database_start.h"
 
@@ -26,9 +28,10 @@ public:
 private:
     void addTexts(QVBoxLayout& layout, const DatabaseProblem& problem, const QString& location);
     void addDetail(QVBoxLayout& layout, const QString& detail);
-    void addButtons(QVBoxLayout& layout);
+    [[nodiscard]] QWidget* addButtons(QVBoxLayout& layout);
 
     Choice choice_ = Choice::Exit;
+    std::vector<QLabel*> wrapped_;
 };
 
 }  // namespace basalt::host

@@ -72,7 +72,7 @@ QWidget* HomePage::makeRecent() {
     recent_->setObjectName(QStringLiteral("Recent_GRD"));
     recent_->setAccessibleName(QStringLiteral("آخرین رویدادها"));
     recent_->setHorizontalHeaderLabels({QStringLiteral("تاریخ"), QStringLiteral("ساعت"), QStringLiteral("کاربر"),
-                                        QStringLiteral("شرح"), QStringLiteral("کد")});
+                                        QStringLiteral("شرح"), QStringLiteral("کد یا نام")});
     recent_->horizontalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
     recent_->horizontalHeader()->setSectionResizeMode(3, QHeaderView::Stretch);
     for (const int column : {0, 1, 2, 4})

@@ -50,7 +50,8 @@ QLineEdit* LogFilter::addDate(const char* objectName, const QString& title) {
     auto* edit = new QLineEdit;
     edit->setObjectName(QString::fromLatin1(objectName));
     edit->setAccessibleName(title.chopped(1) + QStringLiteral(" تاریخ"));
-    edit->setPlaceholderText(QStringLiteral("۱۴۰۵/۰۸/۳۰"));
+    // No day of the calendar: it would read as one that has been entered.
+    edit->setPlaceholderText(QStringLiteral("سال/ماه/روز"));
     edit->setMaxLength(10);
     edit->setFixedWidth(themePixels(110));
     label->setBuddy(edit);

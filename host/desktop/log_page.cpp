@@ -42,7 +42,7 @@ void LogPage::makeSearch(QBoxLayout& layout) {
     row->setSpacing(8);
     search_ = context_.screens.createGeneralSearch("LogSearch_FRM", this);
     search_->AddItem({"UserName", "کاربر", TSearchDataType::Text});
-    search_->AddItem({"Text", "کد", TSearchDataType::Text});
+    search_->AddItem({"Text", "کد یا نام", TSearchDataType::Text});
     search_->AddItem({"Description", "شرح", TSearchDataType::Text});
     search_->AddItem({"WorkstationName", "ایستگاه کاری", TSearchDataType::Text});
     search_->init();
@@ -79,7 +79,7 @@ void LogPage::makeGrid(QBoxLayout& layout) {
     add("UserName", "کاربر", 120);
     add("PartTitle", "بخش", 160);
     add("PermissionTitle", "کار", 80);
-    add("Text", "کد", 60);
+    add("Text", "کد یا نام", 150);
     add("Description", "شرح", 0);
     add("WorkstationName", "ایستگاه کاری", 120);
     grid_->SetDataSource(&source_);

@@ -25,15 +25,16 @@
 namespace basalt::host {
 namespace {
 constexpr QSize kUsualSize(1200, 780);
-}
+constexpr QSize kLeastSize(900, 600);
+}  // namespace
 
 MainShell::MainShell(DesktopContext context, QWidget* parent) : QWidget(parent), context_(context) {
     setObjectName(QStringLiteral("MainShell_FRM"));
     setWindowTitle(QStringLiteral("بازالت"));
     setStyleSheet(shellStyleSheet());
     setAttribute(Qt::WA_StyledBackground);
-    resize(themeWindowSize(kUsualSize, *this).expandedTo(kUsualSize));
-    setMinimumSize(900, 600);
+    setMinimumSize(QSize(kLeastSize).boundedTo(themeWindowSize(kLeastSize, *this)));
+    resize(themeWindowSize(kUsualSize, *this).expandedTo(minimumSize()));
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -131,6 +132,7 @@ void MainShell::addTools() {
         // The size of the font may be another one now.
         setStyleSheet(shellStyleSheet());
         status_->refresh();
+        showCompany();
     };
     addPage({.objectName = QStringLiteral("Settings"),
              .title = partTitle(hpSettings),
@@ -151,11 +153,11 @@ QWidget* MainShell::makeHeader() {
     auto* layout = new QHBoxLayout(header);
     layout->setContentsMargins(24, 12, 24, 12);
     layout->setSpacing(12);
-    const std::string& name = context_.host.SettingRecord().CompanyName;
-    auto* company = new QLabel(QString::fromStdString(name.empty() ? "بازالت" : name));
-    company->setObjectName(QStringLiteral("Company_LBL"));
-    company->setProperty("kind", QStringLiteral("brand"));
-    layout->addWidget(company);
+    company_ = new QLabel;
+    company_->setObjectName(QStringLiteral("Company_LBL"));
+    company_->setProperty("kind", QStringLiteral("brand"));
+    showCompany();
+    layout->addWidget(company_);
     layout->addStretch();
     auto* date = new QLabel(longDate(context_.host.clock().now()));
     date->setObjectName(QStringLiteral("Date_LBL"));
@@ -168,6 +170,11 @@ QWidget* MainShell::makeHeader() {
     layout->addWidget(signOut_);
     QObject::connect(signOut_, &QPushButton::clicked, this, [this] { signOut(); });
     return header;
+}
+
+void MainShell::showCompany() {
+    const std::string& name = context_.host.SettingRecord().CompanyName;
+    company_->setText(QString::fromStdString(name.empty() ? "بازالت" : name));
 }
 
 void MainShell::addEntries() {

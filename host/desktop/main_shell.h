@@ -5,6 +5,7 @@
 //   shell.show();
 #pragma once
 
+#include <QLabel>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QWidget>
@@ -53,6 +54,8 @@ private:
     };
 
     [[nodiscard]] QWidget* makeHeader();
+    // The program's name stands for a company without one.
+    void showCompany();
     void addPriceEditor();
     void addTools();
     [[nodiscard]] QString partTitle(TSoftwarePart part);
@@ -64,6 +67,7 @@ private:
     void signOut();
 
     DesktopContext context_;
+    QLabel* company_ = nullptr;
     QPushButton* signOut_ = nullptr;
     NavigationPanel* navigation_;
     QStackedWidget* pages_;

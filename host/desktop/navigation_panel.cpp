@@ -10,6 +10,8 @@
 namespace basalt::host {
 namespace {
 
+constexpr int kPanelWidth = 236;
+
 QColor iconColor(const NavigationItem& item) {
     return item.locked ? themeColors().muted : themeColors().accent;
 }
@@ -25,7 +27,7 @@ NavigationPanel::NavigationPanel(QWidget* parent) : QScrollArea(parent) {
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setFixedWidth(themePixels(236));
+    setFixedWidth(themePixels(kPanelWidth));
     setFocusPolicy(Qt::NoFocus);
     auto* content = new QWidget;
     content->setObjectName(QStringLiteral("NavigationContent_PNL"));
@@ -77,6 +79,13 @@ void NavigationPanel::followInTabOrder(QWidget* before) {
 
 void NavigationPanel::addStretch() {
     layout_->addStretch();
+}
+
+// A font of another size comes with a style sheet of its own.
+void NavigationPanel::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange)
+        setFixedWidth(themePixels(kPanelWidth));
+    QScrollArea::changeEvent(event);
 }
 
 bool NavigationPanel::eventFilter(QObject* watched, QEvent* event) {

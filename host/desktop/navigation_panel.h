@@ -43,6 +43,7 @@ public:
     void addStretch();
 
 protected:
+    void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

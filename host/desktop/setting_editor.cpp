@@ -11,12 +11,6 @@ namespace {
 
 constexpr int kInputWidth = 360;
 
-// Without what the title says in brackets about the numbers: the inputs show that themselves.
-QString fieldTitle(const SettingField& field) {
-    const QString title = QString::fromUtf8(field.title.data(), static_cast<qsizetype>(field.title.size()));
-    return title.section(QStringLiteral(" ("), 0, 0);
-}
-
 QString objectNameOf(const SettingField& field, const char* ending) {
     return QString::fromUtf8(field.name.data(), static_cast<qsizetype>(field.name.size())) + QLatin1String(ending);
 }
@@ -26,18 +20,23 @@ constexpr std::array<const char*, 3> kNegativeTypes{"جلوگیری شود", "ه
 
 }  // namespace
 
+QString settingTitle(const SettingField& field) {
+    const QString title = QString::fromUtf8(field.title.data(), static_cast<qsizetype>(field.title.size()));
+    return title.section(QStringLiteral(" ("), 0, 0);
+}
+
 SettingEditor::SettingEditor(const SettingField& field, QWidget* parent) : QWidget(parent), field_(field) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(4);
     QLabel* title = nullptr;
     if (field_.kind != SettingKind::Flag) {
-        title = new QLabel(fieldTitle(field_));
+        title = new QLabel(settingTitle(field_));
         title->setProperty("kind", QStringLiteral("field"));
         layout->addWidget(title);
     }
     QWidget* input = makeInput();
-    input->setAccessibleName(fieldTitle(field_));
+    input->setAccessibleName(settingTitle(field_));
     if (title) title->setBuddy(input);
     // A switch is as wide as its words: a click beside them does nothing.
     if (!box_) input->setFixedWidth(themePixels(kInputWidth));
@@ -51,7 +50,7 @@ SettingEditor::SettingEditor(const SettingField& field, QWidget* parent) : QWidg
 
 QWidget* SettingEditor::makeInput() {
     if (field_.kind == SettingKind::Flag) {
-        box_ = new QCheckBox(fieldTitle(field_));
+        box_ = new QCheckBox(settingTitle(field_));
         box_->setObjectName(objectNameOf(field_, "_CHK"));
         QObject::connect(box_, &QCheckBox::clicked, this, [this] { edited(); });
         return box_;
@@ -66,6 +65,9 @@ QWidget* SettingEditor::makeInput() {
     }
     edit_ = new QLineEdit;
     edit_->setObjectName(objectNameOf(field_, "_EDT"));
+    if (field_.name == "CompanyName")
+        edit_->setPlaceholderText(
+            QStringLiteral("خالی: نام برنامه، «بازالت»، به جای آن می‌آید"));
     if (field_.kind == SettingKind::Integer) {
         edit_->setPlaceholderText(persianDigits(QStringLiteral("%1 تا %2").arg(field_.lowest).arg(field_.highest)));
         edit_->setAlignment(Qt::AlignRight | Qt::AlignAbsolute);

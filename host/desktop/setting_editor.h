@@ -17,6 +17,9 @@
 
 namespace basalt::host {
 
+// What a setting is called, without what its title says in brackets about the numbers: the inputs show that themselves.
+[[nodiscard]] QString settingTitle(const SettingField& field);
+
 class SettingEditor final : public QWidget {
 public:
     explicit SettingEditor(const SettingField& field, QWidget* parent = nullptr);

@@ -213,10 +213,10 @@ void SettingsPage::saveCompany() {
     TSettingRecord record = context_.host.settings().record();
     for (const SettingEditor* editor : editors_)
         SettingsStore::assign(record, editor->field().name, editor->value());
-    std::string names;
+    std::string titles;
     for (const std::string& name : context_.host.settings().store(record))
-        names += (names.empty() ? "" : ", ") + name;
-    if (!names.empty()) context_.host.SetUserEvent(hpSettings, prEdit, names, false, true);
+        titles += (titles.empty() ? "" : "، ") + settingTitle(*SettingsStore::findField(name)).toStdString();
+    if (!titles.empty()) context_.host.SetUserEvent(hpSettings, prEdit, titles, false, true);
 }
 
 void SettingsPage::saveWorkstation() {

@@ -139,12 +139,13 @@ QWidget* PriceEditor::makeGroup(const Group& group, QWidget* parent) {
                 level, column + 1);
         }
     }
-    layout->addWidget(new QLabel(QStringLiteral("پیش فرض")), group.levels + 1, 0);
+    layout->addWidget(new QLabel(QStringLiteral("پیش‌فرض")), group.levels + 1, 0);
     for (int column = 0; column < 2; ++column) {
         const std::string field = std::string("Default_") + group.stem + "_" + directions[column].first + "_Number";
         auto* levels = new QComboBox;
         levels->setObjectName(QString::fromStdString(field + "_CMB"));
-        levels->setAccessibleName(QStringLiteral("پیش فرض %1").arg(group.columnTitle.arg(directions[column].second)));
+        levels->setAccessibleName(
+            QStringLiteral("پیش‌فرض %1").arg(group.columnTitle.arg(directions[column].second)));
         levels->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         levels->setMinimumContentsLength(kDefaultCharacters);
         levels->addItem(QStringLiteral("هیچ‌کدام"), qlonglong{0});

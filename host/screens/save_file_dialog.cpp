@@ -1,10 +1,14 @@
 #include "host/screens/save_file_dialog.h"
 
+#include <QComboBox>
 #include <QDateTime>
 #include <QFileInfo>
 #include <QFileSystemModel>
+#include <QHeaderView>
 #include <QStandardPaths>
 #include <QStyledItemDelegate>
+#include <QTreeView>
+#include <utility>
 
 #include "host/screens/persian_digits.h"
 #include "host/screens/splitter_edge.h"
@@ -13,6 +17,8 @@
 
 namespace basalt::host {
 namespace {
+
+constexpr int kSideWidth = 150;
 
 enum Column { kName, kSize, kType, kDate };
 
@@ -48,20 +54,34 @@ public:
 
 }  // namespace
 
+void dressFileDialog(QFileDialog& dialog) {
+    // The platform's own dialog speaks the platform's language.
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setViewMode(QFileDialog::Detail);
+    dialog.setItemDelegate(new FileDelegate(&dialog));
+    dialog.resize(themeWindowSize({860, 520}, dialog));
+    // A path reads from the left: its first slash would stand behind it.
+    if (auto* folder = dialog.findChild<QComboBox*>(QStringLiteral("lookInCombo")))
+        folder->setLayoutDirection(Qt::LeftToRight);
+    if (auto* files = dialog.findChild<QTreeView*>(QStringLiteral("treeView"))) {
+        for (const auto& [column, width] : {std::pair(kName, 280), {kSize, 110}, {kType, 90}, {kDate, 170}})
+            files->header()->resizeSection(column, themePixels(width));
+    }
+    if (auto* parts = dialog.findChild<QSplitter*>()) {
+        parts->setSizes({themePixels(kSideWidth), dialog.width() - themePixels(kSideWidth)});
+        keepPartsInside(*parts);
+    }
+}
+
 SaveFileDialog::SaveFileDialog(QWidget* parent, const QString& title, const QString& suggestedName,
                                const QString& suffix)
     : QFileDialog(parent, title, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)) {
     setObjectName(QStringLiteral("SaveFile_FRM"));
-    // The platform's own dialog speaks the platform's language.
-    setOption(QFileDialog::DontUseNativeDialog);
     setAcceptMode(QFileDialog::AcceptSave);
-    setViewMode(QFileDialog::Detail);
     setDefaultSuffix(suffix);
     setNameFilter(QStringLiteral("%1 (*.%2)").arg(suffix.toUpper(), suffix));
-    setItemDelegate(new FileDelegate(this));
+    dressFileDialog(*this);
     selectFile(suggestedName + QLatin1Char('.') + suffix);
-    resize(themeWindowSize({820, 520}, *this));
-    if (auto* parts = findChild<QSplitter*>()) keepPartsInside(*parts);
 }
 
 }  // namespace basalt::host

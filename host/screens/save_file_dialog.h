@@ -5,6 +5,10 @@
 
 namespace basalt::host {
 
+// Makes any file dialog one of this program's: Persian on every platform, with sizes and days told as everywhere else
+// and columns in which they have room.
+void dressFileDialog(QFileDialog& dialog);
+
 class SaveFileDialog final : public QFileDialog {
 public:
     // `suffix` is without the dot and is added to names that have none.

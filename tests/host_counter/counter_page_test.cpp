@@ -5,6 +5,7 @@
 #include <QProgressBar>
 #include <QTimer>
 
+#include "host/screens/theme.h"
 #include "host/services/sql_access.h"
 #include "tests/host_desktop/desktop_test.h"
 
@@ -67,6 +68,18 @@ protected:
     NotedPrograms programs;
     std::unique_ptr<CounterPage> page;
 };
+
+TEST_F(Counter, itsButtonsKeepTheirKeysWithALargeFont) {
+    setThemeFontSize(16);
+    page->resize(700, 600);
+    QApplication::processEvents();
+    for (const char* name : {"Save_BTN", "Tare_BTN", "RemoveLine_BTN", "Clear_BTN", "SendToScale_BTN"}) {
+        const QWidget& button = control(*page, name);
+        EXPECT_GE(button.width(), button.sizeHint().width()) << name;
+        EXPECT_TRUE(page->rect().contains(button.geometry())) << name;
+    }
+    setThemeFontSize(10);
+}
 
 TEST_F(Counter, aWeighedGoodBecomesALine) {
     scan("2800105012507");

@@ -1,6 +1,7 @@
 #include "host/desktop/console_page.h"
 
 #include <QListWidget>
+#include <QStyledItemDelegate>
 #include <QTabWidget>
 #include <QTableView>
 
@@ -77,7 +78,8 @@ TEST_F(Console, showsTheRowsThatAQueryHolds) {
     type(*page, "Filter_EDT", "code > 0 AND CostType IN(1)");
     click(*page, "Run_BTN");
     EXPECT_EQ(control<QTableView>(*page, "Rows_GRD").model()->rowCount(), 10);
-    EXPECT_EQ(control<QComboBox>(*page, "Query_CMB").itemText(0), "CostLevel_List_QUR — ۱۰ ردیف");
+    EXPECT_EQ(control<QComboBox>(*page, "Query_CMB").itemText(0),
+              "\u2066CostLevel_List_QUR\u2069 — \u2067۱۰ ردیف\u2069");
     EXPECT_EQ(control<QTabWidget>(*page, "Result_TAB").tabText(2), "ردیف‌ها (۱)");
 }
 
@@ -97,7 +99,8 @@ TEST_F(Console, tellsWhatIsWrongWithTheArguments) {
     choose("CostLevel_GetNewCode");
     type(*page, "Part_EDT", "114");
     click(*page, "Run_BTN");
-    EXPECT_THAT(shown(*page, "CallState_LBL"), ::testing::HasSubstr("CostType"));
+    EXPECT_EQ(shown(*page, "CallState_LBL"),
+              "فراخوانی درست نیست:\n\u2066CostLevel_GetNewCode needs the argument CostType\u2069");
     EXPECT_THAT(rows("Statements_GRD"), IsEmpty());
     type(*page, "CostType_EDT", "یک");
     click(*page, "Run_BTN");
@@ -108,10 +111,32 @@ TEST_F(Console, showsAFailureWithWhatLedToIt) {
     choose("CostLevel_GetAll");
     type(*page, "Filter_EDT", "NoSuchColumn = 1");
     click(*page, "Run_BTN");
-    EXPECT_THAT(shown(*page, "CallState_LBL"), StartsWith("DatabaseError: "));
+    EXPECT_THAT(shown(*page, "CallState_LBL"), StartsWith("پایگاه داده دستور را اجرا نکرد:\n\u2066"));
     EXPECT_THAT(
         rows("Statements_GRD"),
         ElementsAre("CostLevel_List_QUR|open|select Code,Name,Comment from CostLevel\n WHERE NoSuchColumn = 1"));
+}
+
+TEST_F(Console, persianCellsReadFromTheRight) {
+    choose("CostLevel_Delete");
+    type(*page, "Code_EDT", "10");
+    type(*page, "CostType_EDT", "1");
+    messages.answers = {mrNo};
+    click(*page, "Run_BTN");
+    auto& table = control<QTableView>(*page, "Messages_GRD");
+    const auto direction = [&](int column) {
+        class Looked : public QStyledItemDelegate {
+        public:
+            using QStyledItemDelegate::initStyleOption;
+        };
+        QStyleOptionViewItem option;
+        option.direction = table.layoutDirection();
+        (static_cast<QStyledItemDelegate*>(table.itemDelegate())->*&Looked::initStyleOption)(
+            &option, table.model()->index(0, column));
+        return option.direction;
+    };
+    EXPECT_EQ(direction(0), Qt::LeftToRight);
+    EXPECT_EQ(direction(2), Qt::RightToLeft);
 }
 
 TEST_F(Console, narrowsTheListByWords) {

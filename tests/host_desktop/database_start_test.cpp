@@ -7,6 +7,7 @@
 
 #include "host/desktop/database_opener.h"
 #include "host/engines/open_database.h"
+#include "host/screens/theme.h"
 #include "tests/host_desktop/desktop_test.h"
 
 namespace basalt::host {
@@ -62,7 +63,10 @@ private:
 };
 
 TEST_F(Start, theFirstStartMakesADatabaseAndSaysSo) {
-    const OpenedDatabase first = openForDesktop(file("first/basalt.db"), {.createMissing = true});
+    qputenv("XDG_DATA_HOME", QByteArray::fromStdString(fs::path(file("data").target).string()));
+    const OpenedDatabase first = openForDesktop(DatabaseUrl::defaultDatabase(), {.createMissing = true});
+    qunsetenv("XDG_DATA_HOME");
+    EXPECT_TRUE(fs::exists(fs::path(file("data").target) / "basalt" / "basalt.db"));
     EXPECT_EQ(first.notice, "نخستین اجرای برنامه است؛ یک پایگاه دادهٔ نمایشی برایتان ساخته شد.");
     EXPECT_TRUE(holdsDemoData(*first.session));
 }
@@ -104,13 +108,43 @@ TEST_F(Start, theUserChoosesAnotherFile) {
 }
 
 TEST_F(Start, theUserMakesADemoDatabase) {
-    const DatabaseFileChooser files{.existing = {},
-                                    .created = [&] { return QString::fromStdString(file("new.db").target); }};
+    QStringList suggestions;
+    const DatabaseFileChooser files{.existing = {}, .created = [&](const QString& suggested) {
+                                        suggestions << suggested;
+                                        const char* made = suggestions.size() == 1 ? "new.db" : "second.db";
+                                        return QString::fromStdString(file(made).target);
+                                    }};
     press("CreateDemo_BTN");
     const auto opened = DatabaseOpener(file("missing.db"), {}, files).open();
     ASSERT_TRUE(opened.has_value());
     EXPECT_TRUE(fs::exists(file("new.db").target));
     EXPECT_FALSE(fs::exists(file("missing.db").target));
+    // What was asked for is proposed; beside a file that is there, another name.
+    press("CreateDemo_BTN");
+    ASSERT_TRUE(DatabaseOpener(damaged(), {}, files).open().has_value());
+    EXPECT_EQ(suggestions, (QStringList{QString::fromStdString(file("missing.db").target),
+                                        QString::fromStdString(file("demo.db").target)}));
+}
+
+TEST_F(Start, theDialogBeginsAtItsMainActionAndShowsAllOfIt) {
+    applyTheme(*qApp);
+    DatabaseProblemDialog dialog(
+        {"پروندهٔ پایگاه داده پیدا نشد", "شاید جابه‌جا یا پاک شده باشد."}, "one\ntwo\nthree",
+        "embedded:" + QString(200, 'x'));
+    showActive(dialog);
+    EXPECT_TRUE(control(dialog, "Retry_BTN").hasFocus());
+    for (const char* name : {"Retry_BTN", "ChooseFile_BTN", "CreateDemo_BTN", "Exit_BTN"}) {
+        const QWidget& button = control(dialog, name);
+        EXPECT_GE(button.width(), button.sizeHint().width()) << name;
+        EXPECT_TRUE(dialog.rect().contains(QRect(button.mapTo(&dialog, QPoint(0, 0)), button.size()))) << name;
+    }
+    const int before = dialog.height();
+    click(dialog, "Detail_BTN");
+    QApplication::processEvents();
+    const QWidget& detail = control(dialog, "Detail_EDT");
+    EXPECT_TRUE(detail.isVisible());
+    EXPECT_GE(detail.height(), 3 * detail.fontMetrics().lineSpacing());
+    EXPECT_GT(dialog.height(), before + 3 * detail.fontMetrics().lineSpacing());
 }
 
 TEST_F(Start, aDatabaseInTheHandsOfAnotherProgramIsWaitedForAndTriedAgain) {

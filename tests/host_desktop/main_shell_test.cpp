@@ -2,6 +2,7 @@
 
 #include <QComboBox>
 #include <QLineEdit>
+#include <QScreen>
 #include <QTableWidget>
 #include <QTimer>
 #include <set>
@@ -62,6 +63,25 @@ TEST_F(Shell, namesUserDatabaseEngineAndWorkstation) {
     EXPECT_EQ(shown(*shell, "StatusDatabase_LBL"), "\u2066" + session->location() + "\u2069");
     EXPECT_EQ(shown(*shell, "StatusEngine_LBL"), "موتور داخلی");
     EXPECT_EQ(shown(*shell, "StatusWorkstation_LBL"), "دفتر آزمون");
+}
+
+TEST_F(Shell, itsHeaderFollowsTheCompanysName) {
+    open(1);
+    click(*shell, "Settings_BTN");
+    EXPECT_NE(control<QLineEdit>(*shell, "CompanyName_EDT").placeholderText(), "");
+    type(*shell, "CompanyName_EDT", "فروشگاه تازه");
+    click(*shell, "SaveSettings_BTN");
+    EXPECT_EQ(shown(*shell, "Company_LBL"), "فروشگاه تازه");
+    type(*shell, "CompanyName_EDT", "");
+    click(*shell, "SaveSettings_BTN");
+    EXPECT_EQ(shown(*shell, "Company_LBL"), "بازالت");
+}
+
+TEST_F(Shell, fitsTheScreen) {
+    const QSize room = open(1).screen()->availableSize();
+    EXPECT_LE(shell->width(), room.width());
+    EXPECT_LT(shell->height(), room.height()) << "a title stands above";
+    EXPECT_LE(shell->minimumSizeHint().height(), 560);
 }
 
 TEST_F(Shell, opensAScreenByMouseAndByKeyboard) {

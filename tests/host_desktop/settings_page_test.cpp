@@ -46,7 +46,7 @@ TEST_F(Settings, areStoredForEverybodyAndLogged) {
     const UserLogEntry entry = host.userLog().latest(1).at(0);
     EXPECT_EQ(entry.part, hpSettings);
     EXPECT_EQ(entry.permission, prEdit);
-    EXPECT_EQ(entry.text, "CompanyName, CurrencyDecimals, NegativeType, DetailTwoUnits");
+    EXPECT_EQ(entry.text, "نام شرکت، تعداد رقم اعشار مبالغ، کنترل موجودی منفی، جزئیات کالا دوواحدی");
 }
 
 struct WrongCase {

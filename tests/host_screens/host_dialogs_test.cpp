@@ -6,8 +6,11 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTableView>
+#include <QTreeView>
 
 #include "host/screens/column_list.h"
+#include "host/screens/save_file_dialog.h"
+#include "host/screens/theme.h"
 #include "host/services/entity_store.h"
 #include "host/services/sql_access.h"
 #include "package/screens/print_setting.h"
@@ -33,6 +36,18 @@ protected:
         QTest::mouseClick(control<QPushButton>(dialog, button), Qt::LeftButton);
     }
 };
+
+TEST(FileDialogs, foldersReadFromTheLeftAndColumnsHaveRoom) {
+    applyTheme(*qApp);
+    SaveFileDialog dialog(nullptr, QStringLiteral("خروجی"), QStringLiteral("list"), QStringLiteral("csv"));
+    dialog.show();
+    EXPECT_EQ(dialog.findChild<QComboBox*>("lookInCombo")->layoutDirection(), Qt::LeftToRight);
+    const auto& files = *dialog.findChild<QTreeView*>("treeView");
+    EXPECT_GT(files.columnWidth(1), files.fontMetrics().horizontalAdvance(QStringLiteral("۱۰۲۳ کیلوبایت")));
+    EXPECT_GT(files.columnWidth(3), files.fontMetrics().horizontalAdvance(QStringLiteral("۱۴۰۵/۰۸/۳۰  ۱۲:۳۰")));
+    const auto& side = *dialog.findChild<QListView*>("sidebar");
+    EXPECT_GE(side.viewport()->width(), side.sizeHintForColumn(0));
+}
 
 class PrintSettings : public HostDialogs {
 protected:
