@@ -32,7 +32,7 @@ std::string plainOrBracketed(const std::string& name) {
         return static_cast<unsigned char>(c) >= 0x80 || (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') ||
                (c >= 'a' && c <= 'z') || c == '_' || c == '#' || c == '@' || c == '$';
     });
-    return plain ? name : "[" + name + "]";
+    return plain ? name : quotedName(name);
 }
 
 void addColumns(const TableSchema& table, std::string_view begun, const std::string& before,

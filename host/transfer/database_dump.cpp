@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "ado/names.h"
 #include "host/services/sql_access.h"
 #include "host/transfer/definition_order.h"
 #include "host/transfer/definition_text.h"
@@ -75,13 +76,13 @@ private:
         bool identity = false;
         for (const ColumnSchema& column : table.columns) {
             if (!column.computedText.empty()) continue;
-            columns += (columns.empty() ? "" : ", ") + bracketed(column.name);
+            columns += (columns.empty() ? "" : ", ") + quotedName(column.name);
             types.push_back(column.type);
             identity = identity || column.identity.has_value();
         }
         const RowSet rows =
-            rowsOf(session, "SELECT " + columns + " FROM dbo." + bracketed(table.name) + keyOrder(table));
-        const std::string name = "dbo." + bracketed(table.name);
+            rowsOf(session, "SELECT " + columns + " FROM dbo." + quotedName(table.name) + keyOrder(table));
+        const std::string name = "dbo." + quotedName(table.name);
         if (rows.rowCount() == 0) return goOnBehind(table, rows, session);
         const std::string head = "INSERT INTO " + name + " (" + columns + ") VALUES\n";
         if (identity) batch("SET IDENTITY_INSERT " + name + " ON");
@@ -113,7 +114,7 @@ private:
 
     void goOnBehind(const TableSchema& table, const ColumnSchema::Identity& identity, const RowSet& rows,
                     std::size_t position, Session& session) {
-        const std::string name = "dbo." + bracketed(table.name);
+        const std::string name = "dbo." + quotedName(table.name);
         const RowSet counter = rowsOf(session,
                                       "SELECT CAST(last_value AS bigint) FROM sys.identity_columns "
                                       "WHERE object_id = OBJECT_ID(" +
@@ -140,7 +141,7 @@ private:
         for (const KeySchema& key : table.keys) {
             if (!key.primary) continue;
             for (const KeyColumnSchema& column : key.columns)
-                columns += (columns.empty() ? " ORDER BY " : ", ") + bracketed(column.name);
+                columns += (columns.empty() ? " ORDER BY " : ", ") + quotedName(column.name);
         }
         return columns;
     }

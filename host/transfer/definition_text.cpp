@@ -1,7 +1,6 @@
 #include "host/transfer/definition_text.h"
 
 #include "ado/names.h"
-#include "host/transfer/sql_literal.h"
 
 namespace basalt::host {
 
@@ -10,7 +9,7 @@ namespace {
 std::string columnList(const std::vector<KeyColumnSchema>& columns) {
     std::string text;
     for (const KeyColumnSchema& column : columns) {
-        text += (text.empty() ? "" : ", ") + bracketed(column.name) + (column.descending ? " DESC" : "");
+        text += (text.empty() ? "" : ", ") + quotedName(column.name) + (column.descending ? " DESC" : "");
     }
     return "(" + text + ")";
 }
@@ -18,12 +17,12 @@ std::string columnList(const std::vector<KeyColumnSchema>& columns) {
 std::string columnList(const std::vector<std::string>& columns) {
     std::string text;
     for (const std::string& column : columns)
-        text += (text.empty() ? "" : ", ") + bracketed(column);
+        text += (text.empty() ? "" : ", ") + quotedName(column);
     return "(" + text + ")";
 }
 
 std::string columnText(const ColumnSchema& column) {
-    std::string text = bracketed(column.name);
+    std::string text = quotedName(column.name);
     // PERSISTED, because the values are stored; a server computes others anew whenever they are read.
     if (!column.computedText.empty()) return text + " AS (" + column.computedText + ") PERSISTED";
     text += " " + column.type;
@@ -33,14 +32,14 @@ std::string columnText(const ColumnSchema& column) {
     }
     text += column.nullable ? " NULL" : " NOT NULL";
     if (!column.defaultText.empty()) {
-        text += " CONSTRAINT " + bracketed(column.defaultName) + " DEFAULT " + column.defaultText;
+        text += " CONSTRAINT " + quotedName(column.defaultName) + " DEFAULT " + column.defaultText;
     }
     return text;
 }
 
 std::string referenceClause(const ForeignKeySchema& reference) {
-    std::string text = "CONSTRAINT " + bracketed(reference.name) + " FOREIGN KEY " + columnList(reference.columns) +
-                       " REFERENCES dbo." + bracketed(reference.referencedTable) + " " +
+    std::string text = "CONSTRAINT " + quotedName(reference.name) + " FOREIGN KEY " + columnList(reference.columns) +
+                       " REFERENCES dbo." + quotedName(reference.referencedTable) + " " +
                        columnList(reference.referencedColumns);
     if (reference.onDelete != "NO ACTION") text += " ON DELETE " + reference.onDelete;
     if (reference.onUpdate != "NO ACTION") text += " ON UPDATE " + reference.onUpdate;
@@ -62,14 +61,14 @@ std::string tableText(const TableSchema& table, const std::vector<ForeignKeySche
     for (const ColumnSchema& column : table.columns)
         lines.push_back(columnText(column));
     for (const KeySchema& key : table.keys) {
-        lines.push_back("CONSTRAINT " + bracketed(key.name) + (key.primary ? " PRIMARY KEY " : " UNIQUE ") +
+        lines.push_back("CONSTRAINT " + quotedName(key.name) + (key.primary ? " PRIMARY KEY " : " UNIQUE ") +
                         columnList(key.columns));
     }
     for (const CheckSchema& check : table.checks)
-        lines.push_back("CONSTRAINT " + bracketed(check.name) + " CHECK (" + check.text + ")");
+        lines.push_back("CONSTRAINT " + quotedName(check.name) + " CHECK (" + check.text + ")");
     for (const ForeignKeySchema& reference : references)
         lines.push_back(referenceClause(reference));
-    std::string text = "CREATE TABLE dbo." + bracketed(table.name) + " (\n";
+    std::string text = "CREATE TABLE dbo." + quotedName(table.name) + " (\n";
     for (std::size_t i = 0; i < lines.size(); ++i)
         text += "    " + lines[i] + (i + 1 < lines.size() ? ",\n" : "\n");
     return text + ")";
@@ -80,14 +79,14 @@ std::string tableText(const TableSchema& table) {
 }
 
 std::string indexText(const TableSchema& table, const IndexSchema& index) {
-    return std::string("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX " + bracketed(index.name) + " ON dbo." +
-           bracketed(table.name) + " " + columnList(index.columns) +
+    return std::string("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX " + quotedName(index.name) + " ON dbo." +
+           quotedName(table.name) + " " + columnList(index.columns) +
            (index.included.empty() ? "" : " INCLUDE " + columnList(index.included)) +
            (index.condition.empty() ? "" : " WHERE " + index.condition);
 }
 
 std::string referenceText(const TableSchema& table, const ForeignKeySchema& reference) {
-    return "ALTER TABLE dbo." + bracketed(table.name) + " ADD " + referenceClause(reference);
+    return "ALTER TABLE dbo." + quotedName(table.name) + " ADD " + referenceClause(reference);
 }
 
 std::string moduleText(const ModuleSchema& module) {

@@ -117,13 +117,4 @@ std::string sqlLiteral(const Value& value, std::string_view type) {
     return std::visit(LiteralWriter{type}, value);
 }
 
-std::string bracketed(std::string_view name) {
-    std::string result = "[";
-    for (const char c : name) {
-        result += c;
-        if (c == ']') result += c;
-    }
-    return result + "]";
-}
-
 }  // namespace basalt::host

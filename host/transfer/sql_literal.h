@@ -15,7 +15,4 @@ namespace basalt::host {
 // numbers, so that the text survives editors and tools that split scripts by lines.
 [[nodiscard]] std::string sqlLiteral(const Value& value, std::string_view type);
 
-// [name], closing brackets inside doubled.
-[[nodiscard]] std::string bracketed(std::string_view name);
-
 }  // namespace basalt::host

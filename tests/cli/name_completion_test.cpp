@@ -35,6 +35,9 @@ TEST(Completions, knowWhoseColumnsAreMeant) {
 
 TEST(Completions, bracketNamesThatNeedIt) {
     EXPECT_THAT(completions("order", sample()), ElementsAre("[Order Lines]", "order"));
+    DatabaseSchema schema = sample();
+    schema.tables[1].columns.push_back({.name = "odd]name", .type = "int"});
+    EXPECT_THAT(completions("odd", schema), ElementsAre("[odd]]name]"));
 }
 
 TEST(Completions, agreeInSpellingAsFarAsTheyAgree) {

@@ -63,10 +63,5 @@ TEST(LongTexts, arePutTogetherWithoutBeingCut) {
               "CAST(N'' AS nvarchar(max)) + N'" + half + "' + NCHAR(10) + N'" + half + "'");
 }
 
-TEST(Names, standInBrackets) {
-    EXPECT_EQ(bracketed("Order"), "[Order]");
-    EXPECT_EQ(bracketed("a]b"), "[a]]b]");
-}
-
 }  // namespace
 }  // namespace basalt::host
