@@ -15,11 +15,12 @@ TCostLevel_DM& levels(FunctionCall& call) {
 }
 
 int recordInteger(const Datum& record, const char* field) {
-    const std::int64_t number = record[field].asInteger();
-    if (number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max()) {
-        throw UsageError(std::string(field) + " is beyond the range of codes");
+    const Datum& value = record[field];
+    try {
+        return value.asInt32();
+    } catch (const UsageError& error) {
+        throw UsageError(std::string("argument Mapper, field ") + field + ": " + error.what());
     }
-    return static_cast<int>(number);
 }
 
 // Texts may be left out; the numbers may not.

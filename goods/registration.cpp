@@ -82,10 +82,7 @@ Datum infoRecord(const TGoodInfoMapper& info) {
 }
 
 void take(int& field, const Datum& value) {
-    const std::int64_t number = value.asInteger();
-    if (number != static_cast<std::int32_t>(number))
-        throw UsageError(value.asText() + " is beyond the range of an integer");
-    field = static_cast<int>(number);
+    field = value.asInt32();
 }
 void take(bool& field, const Datum& value) {
     field = value.asBool();

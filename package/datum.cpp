@@ -1,5 +1,7 @@
 #include "package/datum.h"
 
+#include <cstdint>
+
 #include "ado/error.h"
 #include "ado/names.h"
 #include "package/numbers.h"
@@ -84,6 +86,12 @@ std::int64_t Datum::asInteger() const {
         if (number && Decimal(*number, 0) == *decimal) return *number;
     }
     failReading<std::int64_t>(*this, "a whole number");
+}
+
+int Datum::asInt32() const {
+    const std::int64_t number = asInteger();
+    if (number != static_cast<std::int32_t>(number)) throw UsageError(toJson() + " is beyond the range of an integer");
+    return static_cast<int>(number);
 }
 
 Extended Datum::asAmount() const {

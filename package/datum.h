@@ -48,6 +48,7 @@ public:
     // Conversions between the plain kinds; a UsageError that shows the value when it cannot be read so.
     [[nodiscard]] bool asBool() const;             // true, false, 1, 0, "yes", "no", "true", "false", "-1"
     [[nodiscard]] std::int64_t asInteger() const;  // also decimal text
+    [[nodiscard]] int asInt32() const;             // as asInteger; a UsageError too beyond 32 bits
     [[nodiscard]] Extended asAmount() const;       // also text as StrToFloat_VRO reads it
     [[nodiscard]] std::string asText() const;      // numbers in plain digits, null as the empty text, "event"
     [[nodiscard]] const List& asList() const;

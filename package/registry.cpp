@@ -1,7 +1,5 @@
 #include "package/registry.h"
 
-#include <limits>
-
 #include "ado/error.h"
 #include "ado/names.h"
 
@@ -30,13 +28,7 @@ const Datum& FunctionCall::argument(std::string_view name) const {
 
 int FunctionCall::integer(std::string_view name) const {
     const Datum& value = argument(name);
-    return reading(name, [&] {
-        const std::int64_t number = value.asInteger();
-        if (number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max()) {
-            throw UsageError(value.toJson() + " is beyond the range of codes");
-        }
-        return static_cast<int>(number);
-    });
+    return reading(name, [&] { return value.asInt32(); });
 }
 
 Extended FunctionCall::amount(std::string_view name) const {

@@ -151,6 +151,14 @@ TEST(Datum, readsAsInteger) {
     }
 }
 
+TEST(Datum, readsAsIntegerOf32Bits) {
+    EXPECT_EQ(Datum(std::int64_t{2147483647}).asInt32(), 2147483647);
+    EXPECT_EQ(Datum("-2147483648").asInt32(), -2147483647 - 1);
+    for (const Datum& value : {Datum(std::int64_t{2147483648}), Datum("-2147483649"), Datum(Decimal(75, 1)), Datum()}) {
+        EXPECT_THROW((void)value.asInt32(), UsageError) << value.toJson();
+    }
+}
+
 TEST(Datum, readsAsAmount) {
     EXPECT_EQ(Datum(7).asAmount(), 7.0L);
     EXPECT_EQ(Datum("12500.5").asAmount(), 12500.5L);

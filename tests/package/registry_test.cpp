@@ -80,9 +80,10 @@ TEST(Registry, refusedArgumentsAreNamed) {
     EXPECT_EQ(refusal([&] { (void)call.integer("Code"); }), "argument Code: \"سه\" cannot be read as a whole number");
     EXPECT_EQ(refusal([&] { (void)call.amount("Code"); }), "argument Code: \"سه\" cannot be read as an amount");
     EXPECT_EQ(refusal([&] { (void)call.flag("Code"); }), "argument Code: \"سه\" cannot be read as a flag");
-    EXPECT_EQ(refusal([&] { (void)call.integer("Large"); }), "argument Large: 2147483648 is beyond the range of codes");
+    EXPECT_EQ(refusal([&] { (void)call.integer("Large"); }),
+              "argument Large: 2147483648 is beyond the range of an integer");
     EXPECT_EQ(refusal([&] { (void)call.integer("Small"); }),
-              "argument Small: -2147483649 is beyond the range of codes");
+              "argument Small: -2147483649 is beyond the range of an integer");
 }
 
 TEST(Registry, outputsKeepTheirOrderAndTheirLastValue) {
