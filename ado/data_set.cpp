@@ -71,9 +71,9 @@ void TDataSet::show(RowSet rows) {
     active_ = true;
     state_ = dsBrowse;
     typed_.clear();
+    // First: what a filter's calculated fields throw must not leave the cursor behind the new rows.
     at_ = 0;
     selectRows(0);
-    at_ = 0;
     bof_ = true;
     eof_ = visibleCount() == 0;
 }

@@ -21,8 +21,7 @@ Decimal amountDecimal(Extended value) {
     return *decimal;
 }
 
-template <class Result>
-[[noreturn]] Result failReading(const Datum& value, std::string_view wanted) {
+[[noreturn]] void failReading(const Datum& value, std::string_view wanted) {
     throw UsageError(value.toJson() + " cannot be read as " + std::string(wanted));
 }
 
@@ -76,7 +75,7 @@ bool Datum::asBool() const {
         if (text == "1" || text == "-1" || text == "yes" || text == "true") return true;
         if (text == "0" || text == "no" || text == "false") return false;
     }
-    failReading<bool>(*this, "a flag");
+    failReading(*this, "a flag");
 }
 
 std::int64_t Datum::asInteger() const {
@@ -85,7 +84,7 @@ std::int64_t Datum::asInteger() const {
         const auto number = decimal->toInt64();
         if (number && Decimal(*number, 0) == *decimal) return *number;
     }
-    failReading<std::int64_t>(*this, "a whole number");
+    failReading(*this, "a whole number");
 }
 
 int Datum::asInt32() const {
@@ -100,11 +99,11 @@ Extended Datum::asAmount() const {
         try {
             return StrToFloat_VRO(asText());
         } catch (const DatabaseError&) {
-            failReading<Extended>(*this, "an amount");
+            failReading(*this, "an amount");
         }
     }
     if (const auto decimal = asDecimal(*this)) return decimal->toExtended();
-    failReading<Extended>(*this, "an amount");
+    failReading(*this, "an amount");
 }
 
 std::string Datum::asText() const {
@@ -114,23 +113,23 @@ std::string Datum::asText() const {
     if (const auto* number = std::get_if<std::int64_t>(&value_)) return std::to_string(*number);
     if (const auto* decimal = std::get_if<Decimal>(&value_)) return decimal->toPlainString();
     if (isEvent()) return "event";
-    failReading<std::string>(*this, "a text");
+    failReading(*this, "a text");
 }
 
 const Datum::List& Datum::asList() const {
     if (const auto* items = std::get_if<List>(&value_)) return *items;
-    failReading<const List&>(*this, "a list");
+    failReading(*this, "a list");
 }
 
 const Datum::Fields& Datum::asRecord() const {
     if (const auto* fields = std::get_if<Fields>(&value_)) return *fields;
-    failReading<const Fields&>(*this, "a record");
+    failReading(*this, "a record");
 }
 
 std::function<void()> Datum::asEvent() const {
     if (isNull()) return {};
     if (const auto* handler = std::get_if<Event>(&value_)) return **handler;
-    failReading<std::function<void()>>(*this, "an event");
+    failReading(*this, "an event");
 }
 
 const Datum& Datum::operator[](std::string_view field) const {

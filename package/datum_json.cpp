@@ -52,9 +52,9 @@ public:
     }
     bool string(std::string& value) { return add(std::move(value)); }
     bool binary(nlohmann::json::binary_t& /*value*/) { return false; }  // never in text
-    bool start_array(std::size_t /*size*/) { return open(Datum::list({})); }
+    bool start_array(std::size_t /*size*/) { return open(false); }
     bool end_array() { return close(); }
-    bool start_object(std::size_t /*size*/) { return open(Datum::record({})); }
+    bool start_object(std::size_t /*size*/) { return open(true); }
     bool end_object() { return close(); }
     bool key(std::string& name) {
         open_.back().names.push_back(std::move(name));
@@ -82,11 +82,11 @@ private:
         }
         return true;
     }
-    bool open(const Datum& empty) {
+    bool open(bool isRecord) {
         if (open_.size() == kDeepest) {
             throw UsageError("JSON nested deeper than " + std::to_string(kDeepest) + " levels");
         }
-        open_.push_back({.isRecord = empty.isRecord(), .names = {}, .values = {}});
+        open_.push_back({.isRecord = isRecord, .names = {}, .values = {}});
         return true;
     }
     bool close() {
