@@ -11,7 +11,7 @@ std::vector<EntryPoint> hostScreens() {
 
 std::vector<EntryPoint> hostScreens(host::ReferenceHost& host, const Registry& registry,
                                     host::HostScreenServices& services) {
-    return {host::priceEditorEntry(host, registry), host::counterEntry(host, registry, services),
+    return {host::priceEditorEntry(services.context(), registry), host::counterEntry(host, registry, services),
             host::layoutsEntry(host, registry, services)};
 }
 

@@ -68,7 +68,7 @@ MainShell::MainShell(DesktopContext context, QWidget* parent) : QWidget(parent),
 
 // The host's own screen: the module brings the functions and leaves it to its host to edit a good's prices.
 void MainShell::addPriceEditor() {
-    const EntryPoint prices = priceEditorEntry(context_.host, context_.registry);
+    const EntryPoint prices = priceEditorEntry(context_.handlers, context_.registry);
     const auto action = [this, prices] {
         context_.handlers.guarded(this, [&prices] {
             FunctionState state;

@@ -17,9 +17,9 @@ constexpr int kMostGoods = 200;
 
 }  // namespace
 
-GoodPicker::GoodPicker(ReferenceHost& host, QWidget* parent)
+GoodPicker::GoodPicker(ScreenContext& context, QWidget* parent)
     : QDialog(parent),
-      host_(host),
+      context_(context),
       search_(new QLineEdit(this)),
       found_(new QStackedWidget(this)),
       goods_(new QListWidget(found_)),
@@ -59,7 +59,7 @@ GoodPicker::GoodPicker(ReferenceHost& host, QWidget* parent)
     layout->addWidget(found_, 1);
     layout->addLayout(buttons);
 
-    QObject::connect(search_, &QLineEdit::textChanged, this, [this] { search(); });
+    QObject::connect(search_, &QLineEdit::textChanged, this, [this] { context_.guarded(this, [this] { search(); }); });
     QObject::connect(goods_, &QListWidget::itemActivated, this, &QDialog::accept);
     QObject::connect(accept_, &QPushButton::clicked, this, &QDialog::accept);
     QObject::connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
@@ -97,8 +97,9 @@ void GoodPicker::search() {
     std::string condition;
     for (const std::string& part : parts)
         if (!part.empty()) condition += (condition.empty() ? " WHERE " : " OR ") + part;
-    const RowSet rows = rowsOf(host_.session(), "SELECT TOP " + std::to_string(kMostGoods) +
-                                                    " Code, Name FROM dbo.GoodInf" + condition + " ORDER BY Code");
+    const RowSet rows =
+        rowsOf(context_.host().session(), "SELECT TOP " + std::to_string(kMostGoods) + " Code, Name FROM dbo.GoodInf" +
+                                              condition + " ORDER BY Code");
     goods_->clear();
     for (std::size_t row = 0; row < rows.rowCount(); ++row) {
         const auto code = static_cast<int>(integerAt(rows, 0, row));

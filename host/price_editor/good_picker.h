@@ -1,7 +1,7 @@
 // Asks for one good: a search box over a list that narrows while typing. Where nothing is found it says so, and how to
 // see all goods again.
 //
-//   GoodPicker picker(host, window);
+//   GoodPicker picker(context, window);
 //   if (picker.exec() == QDialog::Accepted) edit(picker.goodCode());
 #pragma once
 
@@ -12,13 +12,13 @@
 #include <QPushButton>
 #include <QStackedWidget>
 
-#include "host/services/reference_host.h"
+#include "host/screens/screen_context.h"
 
 namespace basalt::host {
 
 class GoodPicker final : public QDialog {
 public:
-    GoodPicker(ReferenceHost& host, QWidget* parent);
+    GoodPicker(ScreenContext& context, QWidget* parent);
 
     [[nodiscard]] int goodCode() const;  // of the current row; 0 when there is none
 
@@ -31,7 +31,7 @@ private:
     void search();
     void clearSearch();
 
-    ReferenceHost& host_;
+    ScreenContext& context_;
     QLineEdit* search_;
     QStackedWidget* found_;  // the goods, or the notice that there are none
     QListWidget* goods_;

@@ -9,7 +9,8 @@
 namespace basalt::host {
 namespace {
 
-void openPriceEditor(ReferenceHost& host, const Registry& registry, int goodCode) {
+void openPriceEditor(ScreenContext& context, const Registry& registry, int goodCode) {
+    ReferenceHost& host = context.host();
     // The base of editors finds its host here as it does within the module.
     const AttachedHost attached(host);
     if (!host.HavePermission(host.UserInfo(), spGoods, prEdit, true, true, "")) return;
@@ -18,7 +19,7 @@ void openPriceEditor(ReferenceHost& host, const Registry& registry, int goodCode
         return;
     }
     // One good after another, until the user has had enough of it.
-    GoodPicker picker(host, QApplication::activeWindow());
+    GoodPicker picker(context, QApplication::activeWindow());
     while (picker.exec() == QDialog::Accepted)
         (void)CreateEditor<PriceEditor>(host, registry, picker.goodCode())->ShowModal();
 }
@@ -38,9 +39,11 @@ EntryPoint priceEditorEntry() {
             .run = {}};
 }
 
-EntryPoint priceEditorEntry(ReferenceHost& host, const Registry& registry) {
+EntryPoint priceEditorEntry(ScreenContext& context, const Registry& registry) {
     EntryPoint entry = priceEditorEntry();
-    entry.run = [&host, &registry](FunctionCall& call) { openPriceEditor(host, registry, call.integer("GoodCode")); };
+    entry.run = [&context, &registry](FunctionCall& call) {
+        openPriceEditor(context, registry, call.integer("GoodCode"));
+    };
     return entry;
 }
 

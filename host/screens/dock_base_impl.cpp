@@ -83,19 +83,14 @@ void DockBaseImpl::SetGrid(TSmartDBGrid_VRO* grid) {
     grid_ = dynamic_cast<SmartGrid*>(grid);
     if (!grid_) throw UsageError("SetGrid: the grid is not one that these screen services made");
     summary_ = new SelectionSummary(*grid_, summaryPanel_);
-    grid_->onRowsChanged = [this] {
-        EnableButtons();
-        summary_->refresh();
-    };
+    grid_->onRowsChanged = [this] { EnableButtons(); };
     grid_->setDescription([this] { return frame_->title(); }, [this] { return headerLines(); });
     addGridTools();
 }
 
 void DockBaseImpl::SetSearchManager(TVaroSearchManager* manager) {
     searches_ = dynamic_cast<SearchManager*>(manager);
-    if (!searches_) return;
-    searches_->onSearched = [this] { EnableButtons(); };
-    if (grid_) grid_->setPart([this] { return searches_->tabTitle(); });
+    if (searches_ && grid_) grid_->setPart([this] { return searches_->tabTitle(); });
 }
 
 // What can be done with the whole list stands beside the title, so that it is found without the context menu.

@@ -16,9 +16,8 @@ public:
     EditorDataSets(const EditorDataSets&) = delete;
     EditorDataSets& operator=(const EditorDataSets&) = delete;
 
-    // The data set opened last since the last call of forgetOpened; nullptr when none is open.
+    // From here on another data set may be the one opened last.
     void forgetOpened() { opened_ = nullptr; }
-    [[nodiscard]] TDataSet* opened() const { return opened_ && opened_->Active() ? opened_ : nullptr; }
     // Takes the one opened last for the record's own; record() gives it as long as it lives and is open.
     void nameRecord() { record_ = opened_; }
     [[nodiscard]] TDataSet* record() const { return record_ && record_->Active() ? record_ : nullptr; }

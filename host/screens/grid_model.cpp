@@ -135,9 +135,12 @@ Value GridModel::value(int modelRow, int column) const {
 }
 
 QString GridModel::shown(int modelRow, int column) const {
-    const Value cell = value(modelRow, column);
+    const TDataSet* rows = dataSet();
+    const int at = field(column);
+    if (!rows || at < 0) return {};
+    if (!isNumberColumn(column)) return screenText(QString::fromStdString(rows->textAt(dataRow(modelRow), at)));
+    const Value cell = rows->valueAt(dataRow(modelRow), at);
     if (isNull(cell)) return {};
-    if (!isNumberColumn(column)) return screenText(QString::fromStdString(toText(cell)));
     try {
         return screenNumber(format(column).text(toDecimal(cell)));
     } catch (const DatabaseError&) {

@@ -61,7 +61,7 @@ TTab_Search_Frame* HostScreenServices::createTabSearch(const char* objectName, Q
 }
 
 std::unique_ptr<TVaroSearchManager> HostScreenServices::createSearchManager() {
-    return std::make_unique<SearchManager>(context_);
+    return std::make_unique<SearchManager>();
 }
 
 void HostScreenServices::SetWinControlRightAlign(QWidget& control) {

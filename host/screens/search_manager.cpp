@@ -68,7 +68,6 @@ void SearchManager::ExecuteFilter_DataSet() {
         }
         throw;
     }
-    if (onSearched) onSearched();
     if (AfterSearch) AfterSearch();
 }
 

@@ -7,15 +7,12 @@
 #include <functional>
 #include <vector>
 
-#include "host/screens/screen_context.h"
 #include "package/screens/controls.h"
 
 namespace basalt::host {
 
 class SearchManager final : public TVaroSearchManager {
 public:
-    explicit SearchManager(ScreenContext& context) : context_(context) {}
-
     void SetDataSource(TDataSource* source) override { source_ = source; }
     void SetSQLScript(const std::string& sql) override { script_ = sql; }
     void AddFrame(TSearchFrame* frame) override;
@@ -27,14 +24,10 @@ public:
     // The title of the tab that narrows the list; empty where there are no tabs.
     [[nodiscard]] QString tabTitle() const;
 
-    // Told after each search, before AfterSearch.
-    std::function<void()> onSearched;
-
 private:
     [[nodiscard]] std::string statement() const;
     [[nodiscard]] bool isField(const std::string& name) const;
 
-    ScreenContext& context_;
     TDataSource* source_ = nullptr;
     std::string script_;
     std::vector<TSearchFrame*> frames_;

@@ -69,9 +69,11 @@ SelectionSummary::SelectionSummary(SmartGrid& grid, QWidget* parent) : QLabel(pa
     setTextFormat(Qt::PlainText);
     // Long level names must not widen the screen.
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    QObject::connect(&grid.model(), &QAbstractItemModel::modelReset, this, [this] { refresh(); });
     const QItemSelectionModel* selection = grid.View()->selectionModel();
     QObject::connect(selection, &QItemSelectionModel::selectionChanged, this, [this] { refresh(); });
     QObject::connect(selection, &QItemSelectionModel::currentColumnChanged, this, [this] { refresh(); });
+    refresh();
 }
 
 void SelectionSummary::refresh() {

@@ -2,7 +2,6 @@
 // when it holds amounts; a sum of codes says nothing.
 //
 //   auto* summary = new SelectionSummary(grid, panel);
-//   summary->refresh();        // after the rows have changed; it follows the selection by itself
 #pragma once
 
 #include <QLabel>
@@ -26,9 +25,8 @@ class SelectionSummary final : public QLabel {
 public:
     SelectionSummary(SmartGrid& grid, QWidget* parent);
 
-    void refresh();
-
 private:
+    void refresh();
     [[nodiscard]] QString described() const;
 
     SmartGrid& grid_;

@@ -27,10 +27,9 @@ public:
     [[nodiscard]] const QKeySequence& shortCut() const { return parts_.key; }
     [[nodiscard]] QString title() const { return parts_.title; }
     void setLook(Look look);
-    // What the plain button does, and the handler of all variants; the plain click then no longer calls OnClick.
-    [[nodiscard]] TSaveKind saveKind() const { return saveKind_; }
     // Asked before a click acts; it may change what is enabled, and false lets nothing happen.
     void setGate(std::function<bool()> gate);
+    // Of all variants; the plain click then no longer calls OnClick.
     void setSaveHandler(std::function<void(TSaveKind)> handler);
 
 protected:

@@ -250,7 +250,6 @@ void SmartGrid::rowsChanged() {
         widths_.clear();
         layOutColumns();
     }
-    if (onRowsChanged) onRowsChanged();
 }
 
 // Data set to view.
@@ -282,7 +281,7 @@ void SmartGrid::takeCursor(const QModelIndex& current) {
     context_.guarded(this, [&] { rows->RecNo(model_.dataRow(current.row()) + 1); });
     followingCursor_ = false;
     // Leaving a record can fail; the view then goes back to where the data set is.
-    if (CurrentRow() != model_.dataRow(current.row())) showCursor();
+    if (CurrentRow() != model_.dataRow(current.row())) return showCursor();
     if (onRowsChanged) onRowsChanged();
 }
 

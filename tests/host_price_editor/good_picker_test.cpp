@@ -5,17 +5,14 @@
 
 #include <QTest>
 
-#include "tests/host_services/demo_database.h"
+#include "tests/host_screens/demo_screens.h"
 
 namespace basalt::host {
 namespace {
 
-class Picker : public DemoDatabaseTest {
+class Picker : public DemoScreens {
 protected:
-    Picker() {
-        host.signInAs(1);
-        picker.show();
-    }
+    Picker() { picker.show(); }
     template <class Control>
     Control& control(const char* name) {
         auto* found = picker.findChild<Control*>(QString::fromLatin1(name));
@@ -26,8 +23,7 @@ protected:
     QListWidget& goods() { return control<QListWidget>("Goods_LST"); }
     QLabel& notice() { return control<QLabel>("NoGoods_LBL"); }
 
-    ReferenceHost host{*session, workstation("picker")};
-    GoodPicker picker{host, nullptr};
+    GoodPicker picker{screens.context(), nullptr};
 };
 
 TEST_F(Picker, aSearchThatFindsNothingSaysSoAndIsClearedByItsButton) {
@@ -59,11 +55,21 @@ TEST_F(Picker, escapeLeadsBackToTheGoodsAndThenOut) {
     EXPECT_FALSE(picker.isVisible());
 }
 
+TEST_F(Picker, aSearchThatFailsIsToldAndTheGoodsStay) {
+    const int all = goods().count();
+    execute(*session, "DROP INDEX IX_GoodInf_AbbName ON dbo.GoodInf ALTER TABLE dbo.GoodInf DROP COLUMN AbbName");
+    messages.expect("DatabaseError");
+    search("شیر");
+    EXPECT_EQ(goods().count(), all);
+    EXPECT_TRUE(picker.isVisible());
+}
+
 TEST(EmptyCompany, hasNoGoodsAndNoSearchToClear) {
-    const auto session = openDatabase(":memory:");
+    const auto session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
     deployDatabase(*session);
-    ReferenceHost host{*session, workstation("picker")};
-    GoodPicker picker{host, nullptr};
+    ReferenceHost host{*session, testOptions()};
+    HostScreenServices screens{host};
+    GoodPicker picker{screens.context(), nullptr};
     picker.show();
     EXPECT_EQ(picker.findChild<QLabel*>("NoGoods_LBL")->text().toStdString(), "هنوز کالایی تعریف نشده است.");
     EXPECT_TRUE(picker.findChild<QLabel*>("NoGoods_LBL")->isVisible());

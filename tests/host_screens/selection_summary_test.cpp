@@ -14,7 +14,6 @@ protected:
         grid.AddColumn({.FieldName = "Price", .Title = QStringLiteral("قیمت"), .DisplayFormat = "#,#0.##;-#,#0.##;0"});
         grid.SetMultiSelect(true);
         grid.SetDataSource(&source);
-        grid.onRowsChanged = [this] { summary.refresh(); };
         grid.resize(500, 300);
         grid.show();
     }
@@ -77,7 +76,6 @@ TEST_F(Summary, goesBeforeItsGridDoes) {
     own->AddColumn({.FieldName = "Code", .Title = QStringLiteral("کد")});
     own->SetDataSource(&source);
     auto* below = new SelectionSummary(*own, nullptr);
-    below->refresh();
     EXPECT_EQ(below->text(), QStringLiteral("۱ سطر"));
     delete below;
     own->View()->selectionModel()->clearSelection();
