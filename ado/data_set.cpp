@@ -253,6 +253,29 @@ void TDataSet::selectRows(std::size_t stay) {
 
 // Locate.
 
+namespace {
+
+std::string_view withoutTrailingBlanks(std::string_view text) {
+    while (!text.empty() && text.back() == ' ')
+        text.remove_suffix(1);
+    return text;
+}
+
+std::string comparableText(std::string_view text, bool fixedLength, LocateOptions options) {
+    if (fixedLength) text = withoutTrailingBlanks(text);
+    return options.caseInsensitive ? foldName(text) : std::string(text);
+}
+
+// `wanted` as comparableText gives it.
+bool sameText(std::string_view text, std::string_view wanted, bool fixedLength, LocateOptions options) {
+    if (fixedLength) text = withoutTrailingBlanks(text);
+    std::string folded;
+    if (options.caseInsensitive) text = folded = foldName(text);
+    return options.partialKey ? text.starts_with(wanted) : text == wanted;
+}
+
+}  // namespace
+
 bool TDataSet::Locate(std::string_view keyField, const Value& value, LocateOptions options) {
     return Locate(keyField, std::vector<Value>{value}, options);
 }
@@ -275,14 +298,18 @@ bool TDataSet::Locate(std::string_view keyFields, const std::vector<Value>& valu
         const bool isText = std::holds_alternative<std::string>(wanted[i]);
         if (isNull(wanted[i]) || isText == (type == FieldType::Text)) continue;
         try {
-            wanted[i] = type == FieldType::Text      ? Value(toText(wanted[i]))
-                        : isIntegral(type)           ? Value(toDecimal(wanted[i]))
-                        : type == FieldType::Decimal ? Value(toDecimal(wanted[i]))
-                                                     : convertValue(fieldInfo(fields[i]), wanted[i]);
+            wanted[i] = type == FieldType::Text ? Value(toText(wanted[i]))
+                        : isIntegral(type) || type == FieldType::Decimal
+                            ? Value(toDecimal(wanted[i]))
+                            : convertValue(fieldInfo(fields[i]), wanted[i]);
         } catch (const DatabaseError&) {
             // A text that is no number is no record's number either.
             return false;
         }
+    }
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        auto* text = std::get_if<std::string>(&wanted[i]);
+        if (text != nullptr) *text = comparableText(*text, fieldInfo(fields[i]).fixedLength, options);
     }
     const std::size_t count = visibleCount();
     for (std::size_t row = 0; row < count; ++row) {
@@ -292,28 +319,6 @@ bool TDataSet::Locate(std::string_view keyFields, const std::vector<Value>& valu
     }
     return false;
 }
-
-namespace {
-
-std::string_view withoutTrailingBlanks(std::string_view text) {
-    while (!text.empty() && text.back() == ' ')
-        text.remove_suffix(1);
-    return text;
-}
-
-bool sameText(std::string_view text, std::string_view wanted, bool fixedLength, LocateOptions options) {
-    if (fixedLength) {
-        text = withoutTrailingBlanks(text);
-        wanted = withoutTrailingBlanks(wanted);
-    }
-    if (options.caseInsensitive) {
-        const std::string folded = foldName(text);
-        return options.partialKey ? folded.starts_with(foldName(wanted)) : folded == foldName(wanted);
-    }
-    return options.partialKey ? text.starts_with(wanted) : text == wanted;
-}
-
-}  // namespace
 
 bool TDataSet::matches(std::size_t row, const std::vector<int>& fields, const std::vector<Value>& values,
                        LocateOptions options) const {

@@ -74,11 +74,11 @@ std::partial_ordering compareValues(const Value& a, const Value& b) {
     return compareNumbers(a, b);
 }
 
-bool holds(Operator op, const Value& a, const Value& b) {
-    if (op == Operator::Like || op == Operator::NotLike) {
-        return likeMatches(comparableText(toText(a)), comparableText(toText(b))) == (op == Operator::Like);
-    }
-    const std::partial_ordering order = compareValues(a, b);
+bool isLike(Operator op) {
+    return op == Operator::Like || op == Operator::NotLike;
+}
+
+bool orderHolds(Operator op, std::partial_ordering order) {
     switch (op) {
         case Operator::Equal:
             return std::is_eq(order);
@@ -95,6 +95,16 @@ bool holds(Operator op, const Value& a, const Value& b) {
     }
 }
 
+// Both as comparableText gives them.
+bool textsHold(Operator op, std::string_view a, std::string_view b) {
+    return isLike(op) ? likeMatches(a, b) == (op == Operator::Like) : orderHolds(op, a <=> b);
+}
+
+bool holds(Operator op, const Value& a, const Value& b) {
+    if (isLike(op)) return textsHold(op, comparableText(toText(a)), comparableText(toText(b)));
+    return orderHolds(op, compareValues(a, b));
+}
+
 }  // namespace
 
 struct RowFilter::Node {
@@ -104,6 +114,7 @@ struct RowFilter::Node {
     int field = -1;
     int otherField = -1;  // -1: the other side is the literal
     Value literal;
+    std::optional<std::string> literalText;  // of a literal text, as it compares: folded once and not for every row
 
     // Nothing when a null leaves it open.
     [[nodiscard]] std::optional<bool> test(const Read& read) const {
@@ -134,8 +145,11 @@ struct RowFilter::Node {
                 break;
         }
         const Value a = read(field);
-        const Value b = otherField >= 0 ? read(otherField) : literal;
-        if (basalt::isNull(a) || basalt::isNull(b)) return std::nullopt;
+        if (basalt::isNull(a)) return std::nullopt;
+        if (literalText) return textsHold(op, comparableText(toText(a)), *literalText);
+        if (otherField < 0) return holds(op, a, literal);
+        const Value b = read(otherField);
+        if (basalt::isNull(b)) return std::nullopt;
         return holds(op, a, b);
     }
 };
@@ -409,13 +423,14 @@ private:
             node->kind = op == Operator::Equal ? Node::IsNull : Node::IsNotNull;
         } else {
             node->literal = literalFor(*field.field, other.token, op);
+            if (const auto* text = std::get_if<std::string>(&node->literal)) node->literalText = comparableText(*text);
         }
         return node;
     }
 
     // The value in the field's own kind, so that rows compare without conversions that could fail.
     [[nodiscard]] Value literalFor(const RowFilter::FilterField& field, const Token& token, Operator op) const {
-        if (op == Operator::Like || op == Operator::NotLike || field.type == FieldType::Text) return token.text;
+        if (isLike(op) || field.type == FieldType::Text) return token.text;
         Value value = token.text;
         try {
             if (token.kind == Token::Word) value = sameName(token.text, "true");
