@@ -6,6 +6,7 @@
 #include "ado/field_text.h"
 #include "ado/names.h"
 #include "ado/row_filter.h"
+#include "ado/trailing_blanks.h"
 
 namespace basalt {
 
@@ -254,12 +255,6 @@ void TDataSet::selectRows(std::size_t stay) {
 // Locate.
 
 namespace {
-
-std::string_view withoutTrailingBlanks(std::string_view text) {
-    while (!text.empty() && text.back() == ' ')
-        text.remove_suffix(1);
-    return text;
-}
 
 std::string comparableText(std::string_view text, bool fixedLength, LocateOptions options) {
     if (fixedLength) text = withoutTrailingBlanks(text);

@@ -6,6 +6,7 @@
 #include "ado/error.h"
 #include "ado/row_filter.h"
 #include "ado/row_writer.h"
+#include "ado/trailing_blanks.h"
 
 namespace basalt {
 
@@ -18,8 +19,8 @@ bool sameCell(const Column& column, std::size_t row, const Value& value) {
         std::string_view stored = column.textAt(row);
         std::string_view typed = std::get<std::string>(value);
         if (column.info().fixedLength) {
-            stored = stored.substr(0, stored.find_last_not_of(' ') + 1);
-            typed = typed.substr(0, typed.find_last_not_of(' ') + 1);
+            stored = withoutTrailingBlanks(stored);
+            typed = withoutTrailingBlanks(typed);
         }
         return stored == typed;
     }

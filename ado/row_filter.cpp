@@ -7,6 +7,7 @@
 
 #include "ado/error.h"
 #include "ado/names.h"
+#include "ado/trailing_blanks.h"
 
 namespace basalt {
 
@@ -16,12 +17,6 @@ namespace {
 constexpr int kMostNesting = 200;
 
 enum class Operator { Equal, NotEqual, Less, LessEqual, Greater, GreaterEqual, Like, NotLike };
-
-std::string_view withoutTrailingBlanks(std::string_view text) {
-    while (!text.empty() && text.back() == ' ')
-        text.remove_suffix(1);
-    return text;
-}
 
 std::string comparableText(std::string_view text) {
     return foldName(withoutTrailingBlanks(text));

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "ado/error.h"
+#include "ado/field_type_words.h"
 #include "ado/names.h"
 
 namespace basalt {
@@ -62,38 +63,11 @@ constexpr Range rangeOf(FieldType type) {
     }
 }
 
-std::string_view typeWord(FieldType type) {
-    switch (type) {
-        case FieldType::Boolean:
-            return "bit";
-        case FieldType::TinyInt:
-            return "tinyint";
-        case FieldType::SmallInt:
-            return "smallint";
-        case FieldType::Integer:
-            return "int";
-        case FieldType::BigInt:
-            return "bigint";
-        case FieldType::Float:
-            return "float";
-        case FieldType::Decimal:
-            return "decimal";
-        case FieldType::Text:
-            return "text";
-        case FieldType::Binary:
-            return "binary";
-        case FieldType::Date:
-            return "date";
-        case FieldType::DateTime:
-            return "datetime";
-    }
-    return "";
-}
-
 [[noreturn]] void failConversion(const ColumnInfo& column, const std::string& value, const std::string& why) {
-    throw DatabaseError(
-        ErrorCategory::Conversion, "22003", 8115,
-        "column " + column.name + " (" + std::string(typeWord(column.type)) + "): the value '" + value + "' " + why);
+    throw DatabaseError(ErrorCategory::Conversion, "22003", 8115,
+                        "column " + column.name + " (" +
+                            std::string(kFieldTypeWords[static_cast<std::size_t>(column.type)]) + "): the value '" +
+                            value + "' " + why);
 }
 
 [[noreturn]] void failRange(const ColumnInfo& column, std::int64_t value) {

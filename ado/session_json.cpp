@@ -5,13 +5,12 @@
 #include <string_view>
 
 #include "ado/error.h"
+#include "ado/field_type_words.h"
 
 namespace basalt::session_json {
 
 namespace {
 
-constexpr std::array<std::string_view, 11> kTypes = {"bit",     "tinyint", "smallint", "int",  "bigint",  "float",
-                                                     "decimal", "text",    "binary",   "date", "datetime"};
 constexpr std::array<std::string_view, 13> kCategories = {
     "other",    "syntax",     "notFound", "constraint", "conversion", "truncation", "busy",
     "conflict", "connection", "corrupt",  "diskFull",   "version",    "limit"};
@@ -117,7 +116,7 @@ std::string toTextValue(const Json& json) {
 }
 
 Json fromColumn(const ColumnInfo& column) {
-    Json json = {{"name", fromText(column.name)}, {"type", kTypes[static_cast<std::size_t>(column.type)]}};
+    Json json = {{"name", fromText(column.name)}, {"type", kFieldTypeWords[static_cast<std::size_t>(column.type)]}};
     // Only what differs from a plain column, so that lines stay short enough to read.
     const ColumnInfo plain;
     if (column.size != plain.size) json["size"] = column.size;
@@ -135,7 +134,7 @@ Json fromColumn(const ColumnInfo& column) {
 ColumnInfo toColumn(const Json& json) {
     ColumnInfo column;
     column.name = toTextValue(json.at("name"));
-    column.type = fromWord<FieldType>(kTypes, json.at("type"));
+    column.type = fromWord<FieldType>(kFieldTypeWords, json.at("type"));
     column.size = json.value("size", column.size);
     column.precision = json.value("precision", column.precision);
     column.scale = json.value("scale", column.scale);
