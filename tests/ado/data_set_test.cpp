@@ -290,6 +290,24 @@ INSTANTIATE_TEST_SUITE_P(
         LocateCase{"persian", "Name", {text("عمده")}, {}, 1}, LocateCase{"integerInText", "Name", {integer(5)}, {}, 0}),
     NameOfCase());
 
+TEST_F(DataSet, locatePassesOverBlanksThatPad) {
+    ColumnInfo fixed = levelColumn("Name", FieldType::Text, 10);
+    fixed.fixedLength = true;
+    session.expect(kSelect, makeRows({fixed}, {{text("Alphabet  ")}, {text("Alpha     ")}}));
+    query.SQL = kSelect;
+    query.Open();
+    for (const char* wanted : {"Alpha", "Alpha  ", "Alpha           "}) {
+        EXPECT_TRUE(query.Locate("Name", text(wanted))) << wanted;
+        EXPECT_EQ(query.RecNo(), 2) << wanted;
+    }
+    EXPECT_FALSE(query.Locate("Name", text("ALPHA ")));
+    EXPECT_FALSE(query.Locate("Name", text(" Alpha")));
+    EXPECT_TRUE(query.Locate("Name", text("ALPHA "), {.caseInsensitive = true}));
+    EXPECT_EQ(query.RecNo(), 2);
+    EXPECT_TRUE(query.Locate("Name", text("alpha "), {.caseInsensitive = true, .partialKey = true}));
+    EXPECT_EQ(query.RecNo(), 1);
+}
+
 TEST_F(DataSet, locateSaysWhatIsWrong) {
     open();
     EXPECT_EQ(usageErrorOf([&] { query.Locate("Code;CostType", {integer(1)}); }),
