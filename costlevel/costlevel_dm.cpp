@@ -55,13 +55,11 @@ TCostLevel_DM::TCostLevel_DM()
 }
 
 void TCostLevel_DM::open(TADOQuery& query, const std::string& statement) {
-    query.Close();
     query.SQL = statement;
     query.Open();
 }
 
 void TCostLevel_DM::execute(TADOQuery& query, const std::string& statement) {
-    query.Close();
     query.SQL = statement;
     query.ExecSQL();
 }

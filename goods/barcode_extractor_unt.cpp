@@ -88,10 +88,9 @@ std::string goodOf(const Scan& scan) {
 
 std::string defaultPrice(const std::string& person, const std::string& good) {
     TADOQuery& query = sharedBarCodes().Temp_QRY;
-    query.Close();
     query.SQL = "{call GetDefaultCostLevel(" + person + "," + good + ",0)}";
     query.Open();
-    return FloatToStr_VRO(toExtended(VarIsNull_VRO(query.FieldByName("Cost").AsValue())));
+    return FloatToStr_VRO(query.FieldByName("Cost").AsFloat());
 }
 
 void takeGood(const Scan& scan, const std::string& person) {

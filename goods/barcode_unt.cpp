@@ -16,7 +16,6 @@ namespace {
 }();
 
 void open(TADOQuery& query, const std::string& statement) {
-    query.Close();
     query.SQL = statement;
     query.Open();
 }

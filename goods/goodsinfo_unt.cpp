@@ -32,7 +32,7 @@ constexpr TConfirmationMessage kGoOn{20091};
 }();
 
 Extended amountOf(TDataSet& row, const char* field) {
-    return toExtended(VarIsNull_VRO(row.FieldByName(field).AsValue()));
+    return row.FieldByName(field).AsFloat();
 }
 
 TGoodInfoMapper particulars(TDataSet& row) {
