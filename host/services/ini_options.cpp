@@ -3,9 +3,11 @@
 #include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
-#include <stdexcept>
 #include <utility>
 
+#include "host/services/draft_file.h"
+#include "host/services/output_error.h"
+#include "host/services/path_text.h"
 #include "host/services/platform/process.h"
 
 namespace basalt::host {
@@ -46,7 +48,7 @@ void IniOptionsFile::load() {
         std::filesystem::rename(path(), kept, ignored);
         // The formatter would cut the sentence to pieces.
         // clang-format off
-        warning_ = "پروندهٔ تنظیمات ایستگاه خوانده نشد و تنظیمات پیش‌فرض به کار رفت. نسخهٔ خراب در این نشانی نگه داشته شد: " + kept.string();
+        warning_ = "پروندهٔ تنظیمات ایستگاه خوانده نشد و تنظیمات پیش‌فرض به کار رفت. نسخهٔ خراب در این نشانی نگه داشته شد: " + textFromPath(kept);
         // clang-format on
         return;
     }
@@ -59,22 +61,22 @@ void IniOptionsFile::save() const {
                                          {"lastUserName", options_.lastUserName},
                                          {"persianDigits", options_.persianDigits},
                                          {"fontSize", options_.fontSize}};
-    const auto fail = [&] {
-        return std::runtime_error("تنظیمات ایستگاه ذخیره نشد. دسترسی نوشتن و فضای خالی این پوشه را بررسی کنید: " +
-                                  folder_.string());
-    };
-    std::error_code error;
-    std::filesystem::create_directories(folder_, error);
-    std::filesystem::path fresh = path();
-    fresh += ".new";
-    {
-        std::ofstream file(fresh, std::ios::binary | std::ios::trunc);
-        file << json.dump(2) << '\n';
-        file.flush();
-        if (!file) throw fail();
+    std::error_code failure;
+    std::filesystem::create_directories(folder_, failure);
+    try {
+        const DraftFile draft(path());
+        {
+            std::ofstream file(draft.path(), std::ios::binary | std::ios::trunc);
+            file << json.dump(2) << '\n';
+            file.flush();
+            if (!file) throw DraftError(textFromPath(path()), "it cannot be written");
+        }
+        draft.replace();
+    } catch (const DraftError&) {
+        // clang-format off
+        throw OutputError("تنظیمات ایستگاه ذخیره نشد. دسترسی نوشتن و فضای خالی این پوشه را بررسی کنید: " + textFromPath(folder_));
+        // clang-format on
     }
-    std::filesystem::rename(fresh, path(), error);
-    if (error) throw fail();
 }
 
 }  // namespace basalt::host

@@ -26,8 +26,8 @@ public:
     [[nodiscard]] const WorkstationOptions& options() const { return options_; }
     // A file that could not be read is kept beside with the ending ".damaged", and this says so in Persian; else empty.
     [[nodiscard]] const std::string& warning() const { return warning_; }
-    // Replaces the file as a whole, so that a crash leaves the old or the new one. std::runtime_error with a Persian
-    // text when it cannot be written.
+    // Replaces the file as a whole, so that a crash leaves the old or the new one and programs that save at the same
+    // time do not mix. OutputError when it cannot be written; nothing of it is left behind then.
     void save() const;
     [[nodiscard]] std::filesystem::path path() const;
 

@@ -113,6 +113,7 @@ std::string MessageCatalogue::errorText(ErrorCategory category) const {
 
 std::string MessageCatalogue::errorText(const std::exception& error) const {
     if (const auto* database = dynamic_cast<const DatabaseError*>(&error)) return errorText(database->category());
+    if (dynamic_cast<const OutputError*>(&error)) return error.what();
     if (dynamic_cast<const std::bad_alloc*>(&error)) {
         // The formatter would cut the sentence to pieces.
         // clang-format off

@@ -25,7 +25,7 @@ public:
 
     // What went wrong and what to do, for a person at the screen.
     [[nodiscard]] std::string errorText(ErrorCategory category) const;
-    // The same for any error; the technical message is not part of it.
+    // The same for any error; the technical message is not part of it. An OutputError tells that itself.
     [[nodiscard]] std::string errorText(const std::exception& error) const;
     // A request that shows an error: operation "DatabaseError" or "ProgramError", arguments {errorText, detail};
     // "OutputError" with the error's own text when a file or a print could not be made.

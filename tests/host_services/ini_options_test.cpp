@@ -5,11 +5,18 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <string>
+#include <vector>
+
+#include "host/services/output_error.h"
 
 namespace basalt::host {
 namespace {
 
 namespace fs = std::filesystem;
+
+using ::testing::ThrowsMessage;
+using ::testing::UnorderedElementsAre;
 
 class IniOptionsTest : public ::testing::Test {
 protected:
@@ -18,6 +25,13 @@ protected:
         fs::remove_all(folder_);
     }
     void TearDown() override { fs::remove_all(folder_); }
+
+    [[nodiscard]] std::vector<std::string> names() const {
+        std::vector<std::string> all;
+        for (const auto& entry : fs::directory_iterator(folder_))
+            all.push_back(entry.path().filename().string());
+        return all;
+    }
 
     fs::path folder_;
 };
@@ -69,7 +83,27 @@ TEST_F(IniOptionsTest, valuesOutOfRangeLeaveTheDefault) {
 TEST_F(IniOptionsTest, aFolderThatCannotBeWrittenIsSaid) {
     std::ofstream(folder_.string()) << "a file where the folder should be";
     const IniOptionsFile file(folder_);
-    EXPECT_THROW(file.save(), std::runtime_error);
+    // clang-format off
+    EXPECT_THAT([&] { file.save(); }, ThrowsMessage<OutputError>("تنظیمات ایستگاه ذخیره نشد. دسترسی نوشتن و فضای خالی این پوشه را بررسی کنید: " + folder_.string()));
+    // clang-format on
+}
+
+TEST_F(IniOptionsTest, whatCannotTakeItsPlaceLeavesNothingBehind) {
+    const IniOptionsFile file(folder_);
+    fs::create_directories(folder_ / "workstation.json" / "in the way");
+    EXPECT_THROW(file.save(), OutputError);
+    EXPECT_THAT(names(), UnorderedElementsAre("workstation.json"));
+}
+
+TEST_F(IniOptionsTest, whatAnotherProgramIsWritingStaysItsOwn) {
+    fs::create_directories(folder_ / "workstation.json.new");
+    std::ofstream(folder_ / "workstation.json.new" / "workstation.json") << "half";
+    IniOptionsFile file(folder_);
+    file.options().lastUserName = "cashier";
+    file.save();
+    EXPECT_EQ(IniOptionsFile(folder_).options().lastUserName, "cashier");
+    EXPECT_EQ(fs::file_size(folder_ / "workstation.json.new" / "workstation.json"), 4U);
+    EXPECT_THAT(names(), UnorderedElementsAre("workstation.json", "workstation.json.new"));
 }
 
 TEST_F(IniOptionsTest, withoutAFolderNothingIsKept) {

@@ -5,6 +5,8 @@
 
 #include <set>
 
+#include "host/services/output_error.h"
+
 namespace basalt::host {
 namespace {
 
@@ -109,6 +111,7 @@ TEST(MessageCatalogue, anErrorBecomesAMessageWithItsDetail) {
     EXPECT_EQ(request.arguments, (std::vector<std::string>{catalogue.errorText(ErrorCategory::Busy),
                                                            "Lock request time out period exceeded."}));
     EXPECT_EQ(catalogue.render(request).text, catalogue.errorText(ErrorCategory::Busy));
+    EXPECT_EQ(catalogue.errorText(OutputError("پرونده نوشته نشد.")), "پرونده نوشته نشد.");
     EXPECT_EQ(catalogue.errorRequest(UsageError("x")).operation, "ProgramError");
     EXPECT_FALSE(catalogue.errorRequest(UsageError("x")).isQuestion());
 }
