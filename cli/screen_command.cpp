@@ -13,6 +13,7 @@
 #include "host/screens/qt_message_service.h"
 #include "host/screens/quiet_display.h"
 #include "host/screens/screen_services_impl.h"
+#include "host/services/path_text.h"
 #include "host/steps/step_player.h"
 #include "host/steps/steps_error.h"
 #include "host/steps/steps_file.h"
@@ -28,7 +29,7 @@ struct ScreenOptions {
 };
 
 std::string readFile(const std::string& name) {
-    std::ifstream stream(name, std::ios::binary);
+    std::ifstream stream(host::pathFromText(name), std::ios::binary);
     if (!stream) throw WrongUsage("the file " + name + " cannot be read");
     // A folder opens like a file and fails only when it is read.
     std::string text;

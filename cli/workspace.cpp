@@ -6,6 +6,7 @@
 #include "host/engines/open_database.h"
 #include "host/module_loader/shared_library.h"
 #include "host/services/deploy.h"
+#include "host/services/path_text.h"
 #include "host/services/platform/user_folders.h"
 
 namespace basalt::cli {
@@ -16,11 +17,11 @@ host::HostOptions hostOptions(const CommonOptions& options, const RunIdentity& i
     host::HostOptions result{.workstationName = {},
                              .userDataFolder = {},
                              .persistOptions = false,
-                             .programFolder = host::programFolder().string(),
+                             .programFolder = host::programFolder(),
                              .process = identity.process};
     if (options.record.empty() && options.replay.empty()) {
         result.persistOptions = true;
-        result.userDataFolder = host::userDataFolder().string();
+        result.userDataFolder = host::userDataFolder();
     } else {
         result.workstationName = identity.workstationName;
     }
@@ -61,7 +62,7 @@ Database::Database(const CommonOptions& options, DatabaseNeed need) : identity_(
     if (!options.record.empty() && !options.replay.empty())
         throw WrongUsage("--record and --replay exclude each other");
     if (!options.replay.empty()) {
-        auto replay = std::make_unique<ReplaySession>(options.replay);
+        auto replay = std::make_unique<ReplaySession>(host::pathFromText(options.replay));
         replay_ = replay.get();
         if (!replay->note().empty()) identity_ = RunIdentity::fromJson(replay->note());
         wrapper_ = std::move(replay);
@@ -72,7 +73,8 @@ Database::Database(const CommonOptions& options, DatabaseNeed need) : identity_(
     database_ = host::openDatabase(url);
     if (need == DatabaseNeed::Deployed) requireDeployed(*database_, url);
     if (!options.record.empty())
-        wrapper_ = std::make_unique<RecordingSession>(*database_, options.record, identity_.toJson());
+        wrapper_ =
+            std::make_unique<RecordingSession>(*database_, host::pathFromText(options.record), identity_.toJson());
     used_ = wrapper_ ? wrapper_.get() : database_.get();
 }
 

@@ -4,7 +4,7 @@
 //   return desktop.run();
 #pragma once
 
-#include <string>
+#include <filesystem>
 
 #include "host/engines/database_url.h"
 #include "host/services/reference_host.h"
@@ -16,8 +16,8 @@ namespace basalt::host {
 struct DesktopOptions {
     DatabaseUrl database;
     bool createMissing = false;  // a missing file becomes a database with demo data
-    std::string userDataFolder;
-    std::string programFolder = {};  // where programs that the module starts are looked for first
+    std::filesystem::path userDataFolder = {};
+    std::filesystem::path programFolder = {};  // where programs that the module starts are looked for first
     bool persistOptions = true;
 };
 

@@ -10,6 +10,7 @@
 #include "host/module_loader/shared_library.h"
 #include "host/screens/quiet_display.h"
 #include "host/screens/theme.h"
+#include "host/services/path_text.h"
 #include "host/services/platform/user_folders.h"
 
 namespace {
@@ -22,8 +23,8 @@ struct Options {
 basalt::host::DesktopOptions desktopOptions(const Options& options) {
     using basalt::host::DatabaseUrl;
     basalt::host::DesktopOptions desktop;
-    desktop.userDataFolder = basalt::host::userDataFolder().string();
-    desktop.programFolder = basalt::host::programFolder().string();
+    desktop.userDataFolder = basalt::host::userDataFolder();
+    desktop.programFolder = basalt::host::programFolder();
     desktop.createMissing = options.database.empty();
     desktop.database = options.database.empty() ? DatabaseUrl::defaultDatabase() : DatabaseUrl::parse(options.database);
     return desktop;
@@ -41,7 +42,7 @@ int run(int argc, char** argv, const Options& options) {
     basalt::host::Application application(argc, argv);
     basalt::host::applyTheme(application);
     basalt::Module& module = basalt::host::loadModule();
-    if (!options.tour.empty()) return basalt::host::takeTour(module, options.tour);
+    if (!options.tour.empty()) return basalt::host::takeTour(module, basalt::host::pathFromText(options.tour));
     return basalt::host::Desktop(module, desktopOptions(options)).run();
 }
 

@@ -37,7 +37,7 @@ void removeOldDatabase(const fs::path& database) {
 void placePictures(std::vector<Step>& steps, const fs::path& folder, std::vector<std::string>& pictures) {
     for (Step& step : steps) {
         if (auto* shot = std::get_if<ShotStep>(&step.action)) {
-            shot->file = textFromPath(folder / shot->file);
+            shot->file = textFromPath(folder / pathFromText(shot->file));
             pictures.push_back(shot->file);
         }
     }
@@ -71,7 +71,7 @@ int takeTour(Module& module, const fs::path& folder) {
     removeOldDatabase(database);
     const DesktopOptions options{.database = {EngineKind::Embedded, textFromPath(database)},
                                  .createMissing = true,
-                                 .userDataFolder = textFromPath(place),
+                                 .userDataFolder = place,
                                  .persistOptions = false};
 
     const QDir stages(QStringLiteral(":/basalt/tour"));
@@ -89,7 +89,7 @@ int takeTour(Module& module, const fs::path& folder) {
             problem = error.what();
         }
         for (const std::string& picture : pictures) {
-            if (fs::exists(picture)) std::cout << "  " << picture << '\n';
+            if (fs::exists(pathFromText(picture))) std::cout << "  " << picture << '\n';
         }
         if (problem) {
             std::cerr << "basalt-desktop: the tour has failed. " << *problem << '\n';

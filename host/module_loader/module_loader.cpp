@@ -3,6 +3,7 @@
 #include <string>
 
 #include "host/module_loader/shared_library.h"
+#include "host/services/path_text.h"
 
 namespace basalt::host {
 
@@ -20,7 +21,7 @@ Module& loadModule() {
     for (const fs::path& file : moduleCandidates()) {
         std::error_code failure;
         if (fs::exists(file, failure)) return loadModule(file);
-        tried += "\n  " + file.string();
+        tried += "\n  " + textFromPath(file);
     }
     throw ModuleError("the module Basalt_PKG is not installed; it was looked for as" + tried);
 }
@@ -30,10 +31,10 @@ Module& loadModule(const fs::path& file) {
     void* library = loadLibrary(file, reason);
     if (!library) throw ModuleError("the module cannot be loaded: " + reason);
     auto* moduleOf = reinterpret_cast<Module* (*)()>(findSymbol(library, "Basalt_Module"));
-    if (!moduleOf) throw ModuleError(file.string() + " is not the module: it exports no Basalt_Module");
+    if (!moduleOf) throw ModuleError(textFromPath(file) + " is not the module: it exports no Basalt_Module");
     Module& module = *moduleOf();
     if (module.version() != kModuleVersion) {
-        throw ModuleError(file.string() + " is version " + std::to_string(module.version()) +
+        throw ModuleError(textFromPath(file) + " is version " + std::to_string(module.version()) +
                           " of the module; this program needs version " + std::to_string(kModuleVersion));
     }
     return module;

@@ -27,7 +27,7 @@ private:
 
 std::vector<std::filesystem::path> foldersOf(const HostOptions& options) {
     if (options.programFolder.empty()) return {};
-    return {std::filesystem::path(options.programFolder)};
+    return {options.programFolder};
 }
 
 std::string timeText(const CivilDateTime& moment) {
@@ -71,7 +71,7 @@ ReferenceHost::ReferenceHost(Session& session, HostOptions options)
       sharedCommand_(moduleConnection_, "DM.SharedCommand"),
       sharedProc_(moduleConnection_, "DM.SharedProc"),
       dm_{moduleConnection_, sharedQuery_, sharedCommand_, sharedProc_},
-      optionFile_(options_.persistOptions ? std::filesystem::path(options_.userDataFolder) : std::filesystem::path()),
+      optionFile_(options_.persistOptions ? options_.userDataFolder : std::filesystem::path()),
       workstations_(session),
       users_(session),
       permissions_(session),

@@ -1,6 +1,6 @@
 // A host for the module over a database of one's own: users, permissions, the user log, code locks, settings, messages.
 //
-//   ReferenceHost host(session, {.userDataFolder = userDataFolder().string()});
+//   ReferenceHost host(session, {.userDataFolder = userDataFolder()});
 //   if (!host.signIn("manager", password)) ...
 //   host.setMessages(messages);
 //   module.attach(host);
@@ -9,6 +9,7 @@
 // deployed. When the host goes away it gives back what it holds there.
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -35,9 +36,9 @@ namespace basalt::host {
 
 struct HostOptions {
     std::string workstationName = {};  // empty: the one of the option file, else the machine's name
-    std::string userDataFolder = {};
+    std::filesystem::path userDataFolder = {};
     bool persistOptions = true;                   // false: the option file is neither read nor written
-    std::string programFolder = {};               // where programs of ours are looked for first; empty: nowhere first
+    std::filesystem::path programFolder = {};     // where programs of ours are looked for first; empty: nowhere first
     std::optional<ProcessIdentity> process = {};  // of another process, when a recorded session is replayed
 };
 
