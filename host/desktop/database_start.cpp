@@ -55,19 +55,17 @@ OpenedDatabase openForDesktop(const DatabaseUrl& url, StartOptions options) {
 }
 
 DatabaseProblem describeProblem(const std::exception& error) {
+    // The formatter would cut the sentences to pieces.
+    // clang-format off
     if (dynamic_cast<const MissingDatabase*>(&error))
-        return {"پروندهٔ پایگاه داده پیدا نشد",
-                "شاید جابه‌جا یا پاک شده باشد. پروندهٔ دیگری برگزینید یا "
-                "یک "
-                "پایگاه "
-                "دادهٔ "
-                "نمایشی "
-                "بسازید."};
+        return {"پروندهٔ پایگاه داده پیدا نشد", "شاید جابه‌جا یا پاک شده باشد. پروندهٔ دیگری برگزینید یا یک پایگاه دادهٔ نمایشی بسازید."};
     if (dynamic_cast<const ForeignDatabase*>(&error))
         return {"این پرونده، پایگاه دادهٔ بازالت نیست", "پروندهٔ دیگری برگزینید یا یک پایگاه دادهٔ نمایشی بسازید."};
-    if (dynamic_cast<const UsageError*>(&error))
-        return {"پایگاه داده ساخته نشد",
-                "پرونده‌ای با این نام هست. نام دیگری برگزینید."};
+    if (dynamic_cast<const FileExists*>(&error))
+        return {"پایگاه داده ساخته نشد", "پرونده‌ای با این نام هست. نام دیگری برگزینید."};
+    if (dynamic_cast<const DatabaseRemains*>(&error))
+        return {"پایگاه داده ساخته نشد", "از پایگاه دادهٔ پیشین با این نام، پرونده‌ای به جا مانده که شاید آخرین نوشته‌های آن را دارد. آن را جابه‌جا کنید یا نام دیگری برگزینید."};
+    // clang-format on
     const MessageCatalogue catalogue;
     const auto* failure = dynamic_cast<const DatabaseError*>(&error);
     return {problemTitle(failure ? failure->category() : ErrorCategory::Other), catalogue.errorText(error)};

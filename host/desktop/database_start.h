@@ -28,8 +28,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-// Brings a database of an older program up to date. MissingDatabase, ForeignDatabase, or DatabaseError when it cannot
-// be opened or written, is damaged, in use, or was made by a newer program.
+// Brings a database of an older program up to date. MissingDatabase, ForeignDatabase, FileExists or DatabaseRemains
+// when it is to be made, or DatabaseError when it cannot be opened or written, is damaged, in use, or was made by a
+// newer program.
 [[nodiscard]] OpenedDatabase openForDesktop(const DatabaseUrl& url, StartOptions options = {});
 
 struct DatabaseProblem {

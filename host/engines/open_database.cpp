@@ -29,8 +29,8 @@ void refuseRemains(const fs::path& path) {
         fs::path remains = path;
         std::error_code ignored;
         if (!fs::exists(remains += suffix, ignored)) continue;
-        throw UsageError("the remains of a database that is gone are at " + textFromPath(remains) +
-                         "; what was written into it last may be in them. Move them away, or remove them, first");
+        throw DatabaseRemains("the remains of a database that is gone are at " + textFromPath(remains) +
+                              "; what was written into it last may be in them. Move them away, or remove them, first");
     }
 }
 
@@ -136,7 +136,7 @@ void createDatabase(const DatabaseUrl& url, const std::function<void(Session&)>&
     const fs::path path = pathFromText(url.target);
     std::error_code failure;
     if (fs::exists(path, failure)) {
-        throw UsageError("there is a file at " + url.target +
+        throw FileExists("there is a file at " + url.target +
                          " already; db deploy brings an existing database up to date");
     }
     refuseRemains(path);
@@ -161,7 +161,7 @@ void backUpDatabase(const DatabaseUrl& url, const std::string& file) {
     if (url.inMemory()) throw UsageError("a database in memory is new whenever it is opened; there is nothing to keep");
     const fs::path path = pathFromText(file);
     std::error_code failure;
-    if (fs::exists(path, failure)) throw UsageError("there is a file at " + file + " already");
+    if (fs::exists(path, failure)) throw FileExists("there is a file at " + file + " already");
     refuseRemains(path);
     const std::unique_ptr<embedded::EmbeddedSession> source = openFile(url);
     makeWhole(path, [&](const std::string& draft) {

@@ -12,6 +12,7 @@
 #include "ado/schema.h"
 #include "ado/session.h"
 #include "host/engines/database_url.h"
+#include "host/services/draft_file.h"
 
 namespace basalt::host {
 
@@ -21,27 +22,35 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// No file is there, but what a database that is gone has left beside its place is: what was written into it last may be
+// in that. The message names it.
+class DatabaseRemains : public UsageError {
+public:
+    using UsageError::UsageError;
+};
+
 // An existing database. One in memory is new and holds the demo data. MissingDatabase, or DatabaseError when it cannot
 // be opened or reached, is damaged, or was made by a newer program.
 [[nodiscard]] std::unique_ptr<Session> openDatabase(const DatabaseUrl& url);
 
-// The same for a database that is to be deployed: a missing file is made and nothing is put into it. Its folder must be
-// there, but for that of this user's own data, which is made too. A database on a server must be there.
+// The same for a database that is to be deployed: a missing file is made and nothing is put into it; DatabaseRemains
+// when it cannot be. Its folder must be there, but for that of this user's own data, which is made too. A database on a
+// server must be there.
 [[nodiscard]] std::unique_ptr<Session> openOrCreateDatabase(const DatabaseUrl& url);
 
 // What a full check of an embedded database finds, in words; empty when it is sound. UsageError for a database on a
 // server, which has means of its own.
 [[nodiscard]] std::vector<std::string> findDamage(const DatabaseUrl& url);
 
-// Makes the file of a new embedded database, whole or not at all. UsageError when there is a file already; its folder
-// must be there as for openOrCreateDatabase.
+// Makes the file of a new embedded database, whole or not at all. FileExists or DatabaseRemains when its place is
+// taken, UsageError for a database that is no file; its folder must be there as for openOrCreateDatabase.
 void createDatabase(const DatabaseUrl& url, bool demo);
 // The same with contents of the caller's.
 void createDatabase(const DatabaseUrl& url, const std::function<void(Session&)>& fill);
 
 // Copies an embedded database into a new file, whole or not at all, while others work with it, and looks whether the
-// copy is sound. UsageError when there is such a file already and for a database on a server, which makes its own
-// backups; DatabaseError when the copy cannot be written or is not sound.
+// copy is sound. FileExists or DatabaseRemains when the place is taken, UsageError for a database on a server, which
+// makes its own backups; DatabaseError when the copy cannot be written or is not sound.
 void backUpDatabase(const DatabaseUrl& url, const std::string& file);
 
 // What the database of an open session is made of. The session is one of openDatabase's itself, not wrapped.

@@ -4,7 +4,6 @@
 #include <system_error>
 #include <utility>
 
-#include "ado/error.h"
 #include "host/services/path_text.h"
 
 namespace basalt::host {
@@ -17,7 +16,7 @@ namespace {
 constexpr int kMostDrafts = 1000;
 
 [[noreturn]] void isThereAlready(const fs::path& place) {
-    throw UsageError("there is a file at " + textFromPath(place) + " already");
+    throw FileExists("there is a file at " + textFromPath(place) + " already");
 }
 
 // A new folder beside the place. Nobody else's is used: making it fails where it exists.

@@ -13,7 +13,15 @@
 #include <string>
 #include <utility>
 
+#include "ado/error.h"
+
 namespace basalt::host {
+
+// A file of that name is there already, and it is left as it is.
+class FileExists : public UsageError {
+public:
+    using UsageError::UsageError;
+};
 
 // There is no place for the file; what() names it.
 class DraftError : public std::runtime_error {
@@ -38,7 +46,7 @@ public:
     // Where to write. What belongs to the file while it is open (an engine's log) may stand beside it.
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
-    // The file, closed by now, takes its place. UsageError when a file has come there meanwhile, which stays as it is;
+    // The file, closed by now, takes its place. FileExists when a file has come there meanwhile, which stays as it is;
     // DraftError when it cannot be moved.
     void takePlace() const;
     // The same, but a file that is there gives way.

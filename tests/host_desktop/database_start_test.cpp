@@ -85,6 +85,34 @@ TEST_F(Start, eachProblemIsNamed) {
     EXPECT_EQ(titleFor({EngineKind::Odbc, "Server=s;Pwd=secret"}), "پایگاه داده باز نشد");
 }
 
+// What making a database at that place is told as.
+DatabaseProblem makingAt(const DatabaseUrl& url) {
+    try {
+        createDatabase(url, false);
+    } catch (const std::exception& error) {
+        return describeProblem(error);
+    }
+    return {"(made)", ""};
+}
+
+TEST_F(Start, aFileOfThatNameAndTheRemainsOfOneAreToldApart) {
+    const std::string title = "پایگاه داده ساخته نشد";
+    const DatabaseProblem exists = makingAt(damaged());
+    EXPECT_EQ(exists.title, title);
+    EXPECT_EQ(exists.advice, "پرونده‌ای با این نام هست. نام دیگری برگزینید.");
+    std::ofstream(file("gone.db-wal").target) << "log";
+    const DatabaseProblem remains = makingAt(file("gone.db"));
+    EXPECT_EQ(remains.title, title);
+    // clang-format off
+    EXPECT_EQ(remains.advice, "از پایگاه دادهٔ پیشین با این نام، پرونده‌ای به جا مانده که شاید آخرین نوشته‌های آن را دارد. آن را جابه‌جا کنید یا نام دیگری برگزینید.");
+    // clang-format on
+}
+
+TEST_F(Start, noOtherMistakeIsToldAsAFileOfThatName) {
+    EXPECT_EQ(describeProblem(UsageError("x")).title, "پایگاه داده باز نشد");
+    EXPECT_EQ(describeProblem(UsageError("x")).advice, MessageCatalogue().errorText(UsageError("x")));
+}
+
 TEST_F(Start, aDamagedFileIsLeftAsItIs) {
     const DatabaseUrl url = damaged();
     static_cast<void>(titleFor(url));

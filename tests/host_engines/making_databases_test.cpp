@@ -70,7 +70,7 @@ TEST_F(MakingDatabases, whoIsFirstKeepsTheFile) {
                 make("a.db", [](Session& other) { addLevel(other, "first"); });
             });
         },
-        ThrowsMessage<UsageError>(HasSubstr("a.db already")));
+        ThrowsMessage<FileExists>(HasSubstr("a.db already")));
     EXPECT_EQ(level("a.db"), "first");
 }
 
@@ -78,7 +78,7 @@ TEST_F(MakingDatabases, theLogOfADatabaseThatIsGoneIsNotTakenUp) {
     leaveLog("a.db-wal");
     const std::string log = read("a.db-wal");
     ASSERT_FALSE(log.empty());
-    const auto remains = ThrowsMessage<UsageError>(HasSubstr("a.db-wal; what was written into it last"));
+    const auto remains = ThrowsMessage<DatabaseRemains>(HasSubstr("a.db-wal; what was written into it last"));
     EXPECT_THAT([this] { createDatabase(url("a.db"), false); }, remains);
     EXPECT_THAT([this] { static_cast<void>(openOrCreateDatabase(url("a.db"))); }, remains);
     EXPECT_THAT([this] { backUpDatabase(url("living.db"), path("a.db").string()); }, remains);

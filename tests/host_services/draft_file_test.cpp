@@ -42,7 +42,7 @@ TEST_F(Draft, doesNotReplaceAFileThatCameMeanwhile) {
         const DraftFile draft(path("a.txt"));
         write(draft.path(), "mine");
         write(path("a.txt"), "another's");
-        EXPECT_THAT([&] { draft.takePlace(); }, ThrowsMessage<UsageError>(HasSubstr("a.txt already")));
+        EXPECT_THAT([&] { draft.takePlace(); }, ThrowsMessage<FileExists>(HasSubstr("a.txt already")));
     }
     EXPECT_EQ(read("a.txt"), "another's");
     EXPECT_THAT(names(), UnorderedElementsAre("a.txt"));
