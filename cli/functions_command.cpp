@@ -1,4 +1,4 @@
-// basalt functions [NAME] [--json]: what the module exports, and the reference host's own screen.
+// basalt functions [NAME] [--json]: what the module exports, and the reference host's own screens.
 #include <iostream>
 #include <map>
 #include <memory>

@@ -8,8 +8,8 @@
 
 namespace basalt::host {
 
-// The schema dbo, without what the server itself has made there. DatabaseError as the session throws it. Triggers,
-// included columns of indexes and storage are left out: nothing of them changes what statements mean.
+// The schema dbo, without what the server itself has made there. DatabaseError as the session throws it. Triggers
+// and storage are left out: nothing of them changes what statements mean.
 [[nodiscard]] DatabaseSchema readServerSchema(Session& session);
 
 }  // namespace basalt::host
