@@ -6,7 +6,6 @@
 
 #include "cli/commands.h"
 #include "cli/host_screens.h"
-#include "cli/terminal.h"
 #include "cli/workspace.h"
 #include "cli/wrong_usage.h"
 #include "host/calls/function_caller.h"
@@ -14,6 +13,7 @@
 #include "host/screens/quiet_display.h"
 #include "host/screens/screen_services_impl.h"
 #include "host/services/path_text.h"
+#include "host/services/platform/display.h"
 #include "host/steps/step_player.h"
 #include "host/steps/steps_error.h"
 #include "host/steps/steps_file.h"
@@ -87,9 +87,9 @@ private:
 };
 
 void requireDisplay(bool played) {
-    if (hasDisplay()) return;
+    if (host::hasDisplay()) return;
     if (!played) throw std::runtime_error("there is no display to show a screen on; --steps FILE plays one without");
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    host::useOffscreenDisplay();
 }
 
 int report(const host::CallReport& report, const std::optional<std::string>& failure) {

@@ -11,7 +11,5 @@ void prepareTerminal();
 [[nodiscard]] bool outputIsTerminal();
 // Columns of the terminal that the output goes to; 0 when it goes elsewhere.
 [[nodiscard]] std::size_t outputColumns();
-// True when windows can be shown.
-[[nodiscard]] bool hasDisplay();
 
 }  // namespace basalt::cli

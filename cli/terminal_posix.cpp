@@ -2,20 +2,10 @@
 #include <unistd.h>
 
 #include <clocale>
-#include <cstdlib>
 
 #include "cli/terminal.h"
 
 namespace basalt::cli {
-
-namespace {
-
-bool isSet(const char* variable) {
-    const char* value = std::getenv(variable);
-    return value && *value;
-}
-
-}  // namespace
 
 void prepareTerminal() {
     // Only how characters are written; numbers stay as programs read them.
@@ -35,10 +25,6 @@ std::size_t outputColumns() {
     constexpr std::size_t usual = 80;
     winsize size = {};
     return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usual;
-}
-
-bool hasDisplay() {
-    return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
 }
 
 }  // namespace basalt::cli

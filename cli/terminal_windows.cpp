@@ -29,8 +29,4 @@ std::size_t outputColumns() {
     return static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1);
 }
 
-bool hasDisplay() {
-    return true;
-}
-
 }  // namespace basalt::cli

@@ -4,13 +4,13 @@
 
 #include "host/desktop/application.h"
 #include "host/desktop/desktop.h"
-#include "host/desktop/platform/display.h"
 #include "host/desktop/tour.h"
 #include "host/module_loader/module_loader.h"
 #include "host/module_loader/shared_library.h"
 #include "host/screens/quiet_display.h"
 #include "host/screens/theme.h"
 #include "host/services/path_text.h"
+#include "host/services/platform/display.h"
 #include "host/services/platform/user_folders.h"
 
 namespace {
