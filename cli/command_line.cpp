@@ -80,9 +80,12 @@ int runCommandLine(int argc, char** argv) {
         ->type_name("URL")
         ->check([](const std::string& url) { return url.empty() ? "names no database" : std::string(); });
     app.add_option("--user", options.user, "code of the user who is signed in; 1 when left out")->type_name("CODE");
-    app.add_option("--record", options.record, "write what passes between program and database to a file")
-        ->type_name("FILE");
-    app.add_option("--replay", options.replay, "answer from such a file instead of a database")->type_name("FILE");
+    CLI::Option* record =
+        app.add_option("--record", options.record, "write what passes between program and database to a file")
+            ->type_name("FILE");
+    app.add_option("--replay", options.replay, "answer from such a file instead of a database")
+        ->type_name("FILE")
+        ->excludes(record);
     app.add_option("--set", options.settings,
                    "a company setting, for this run only; may be repeated; a wrong name lists the names")
         ->type_name("NAME=VALUE")

@@ -29,7 +29,6 @@ struct SqlOptions {
 };
 
 ResultFormat formatOf(const SqlOptions& options) {
-    if (options.csv && options.json) throw WrongUsage("--csv and --json exclude each other");
     return options.csv ? ResultFormat::Csv : options.json ? ResultFormat::Json : ResultFormat::Table;
 }
 
@@ -72,8 +71,6 @@ std::ifstream openScript(const std::string& file) {
 }
 
 int run(const CommonOptions& common, const SqlOptions& options) {
-    if (!options.statement.empty() && !options.file.empty())
-        throw WrongUsage("statements come from the command line or from a file, not from both");
     ResultWriter writer(std::cout, std::cerr, formatOf(options), outputColumns());
     std::ifstream file;
     if (!options.file.empty()) file = openScript(options.file);
@@ -104,10 +101,13 @@ void addSqlCommand(Program& program) {
     const auto options = std::make_shared<SqlOptions>();
     CLI::App& command = program.command(program.app, "sql", "runs T-SQL and shows the results",
                                         [&common = program.options, options] { return run(common, *options); });
-    command.add_option("STATEMENT", options->statement, "the statements; read from the standard input when left out");
-    command.add_option("-f,--file", options->file, "read the statements from a file")->type_name("FILE");
-    command.add_flag("--csv", options->csv, "results as CSV");
-    command.add_flag("--json", options->json, "results as JSON, one result set a line");
+    CLI::Option* statement = command.add_option("STATEMENT", options->statement,
+                                                "the statements; read from the standard input when left out");
+    command.add_option("-f,--file", options->file, "read the statements from a file")
+        ->type_name("FILE")
+        ->excludes(statement);
+    CLI::Option* csv = command.add_flag("--csv", options->csv, "results as CSV");
+    command.add_flag("--json", options->json, "results as JSON, one result set a line")->excludes(csv);
 }
 
 }  // namespace basalt::cli

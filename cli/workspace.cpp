@@ -59,8 +59,6 @@ void requireDeployed(Session& session, const host::DatabaseUrl& url) {
 }
 
 Database::Database(const CommonOptions& options, DatabaseNeed need) : identity_(RunIdentity::ofThisRun()) {
-    if (!options.record.empty() && !options.replay.empty())
-        throw WrongUsage("--record and --replay exclude each other");
     if (!options.replay.empty()) {
         auto replay = std::make_unique<ReplaySession>(host::pathFromText(options.replay));
         replay_ = replay.get();
