@@ -2,7 +2,7 @@
 
 #include <iostream>
 
-#include "host/screens/message_box.h"
+#include "host/desktop/error_box.h"
 
 namespace basalt::host {
 
@@ -17,17 +17,13 @@ bool Application::notify(QObject* receiver, QEvent* event) {
     try {
         return QApplication::notify(receiver, event);
     } catch (const std::exception& error) {
-        std::cerr << "basalt-desktop: " << error.what() << std::endl;
         // An error while an error is shown must not open box upon box.
-        if (showing_) return false;
+        if (showing_) {
+            std::cerr << "basalt-desktop: " << error.what() << std::endl;
+            return false;
+        }
         showing_ = true;
-        const MessageCatalogue catalogue;
-        MessageBoxContent content;
-        content.title = QStringLiteral("خطا");
-        content.text = QString::fromStdString(catalogue.errorText(error));
-        content.detail = QString::fromUtf8(error.what());
-        content.mood = MessageBoxContent::Mood::Error;
-        static_cast<void>(MessageBox(content, catalogue, activeWindow()).ask());
+        showUncaughtError(error, activeWindow());
         showing_ = false;
         return false;
     }

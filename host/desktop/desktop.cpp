@@ -3,14 +3,13 @@
 #include <QApplication>
 #include <QEventLoop>
 #include <QScreen>
-#include <iostream>
 
 #include "host/desktop/database_opener.h"
+#include "host/desktop/error_box.h"
 #include "host/desktop/main_shell.h"
 #include "host/desktop/shell_style.h"
 #include "host/desktop/sign_in_dialog.h"
 #include "host/module_loader/module_loader.h"
-#include "host/screens/message_box.h"
 #include "host/screens/qt_message_service.h"
 #include "host/screens/screen_services_impl.h"
 #include "host/screens/theme.h"
@@ -19,18 +18,6 @@ namespace basalt::host {
 namespace {
 
 constexpr QSize kSmallScreen(1440, 900);
-
-// For errors with which the run ends; the host's own messages may be what has failed.
-void showFatal(const std::exception& error) {
-    std::cerr << "basalt-desktop: " << error.what() << std::endl;
-    const MessageCatalogue catalogue;
-    MessageBoxContent content;
-    content.title = QStringLiteral("خطا");
-    content.text = QString::fromStdString(catalogue.errorText(error));
-    content.detail = QString::fromUtf8(error.what());
-    content.mood = MessageBoxContent::Mood::Error;
-    static_cast<void>(MessageBox(content, catalogue, nullptr).ask());
-}
 
 MainShell::End showShell(const DesktopContext& context) {
     MainShell shell(context);
@@ -69,7 +56,7 @@ int Desktop::run() {
         work(host, notice);
         return 0;
     } catch (const std::exception& error) {
-        showFatal(error);
+        showUncaughtError(error);
         return 1;
     }
 }

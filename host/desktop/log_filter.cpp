@@ -4,7 +4,9 @@
 #include <QLabel>
 #include <QStyle>
 #include <optional>
+#include <vector>
 
+#include "host/screens/search_condition.h"
 #include "host/screens/theme.h"
 #include "host/services/jalali_calendar.h"
 
@@ -16,11 +18,6 @@ std::optional<std::string> dayIn(const QLineEdit& edit) {
     const std::optional<JalaliDate> date = parseJalali(edit.text().trimmed().toStdString());
     if (!date) return std::nullopt;
     return toText(*date, "/");
-}
-
-void addCondition(std::string& filter, const std::string& condition) {
-    if (!filter.empty()) filter += " AND ";
-    filter += condition;
 }
 
 }  // namespace
@@ -84,13 +81,13 @@ void LogFilter::init() {
 }
 
 std::string LogFilter::Filter() const {
-    std::string filter;
+    std::vector<std::string> conditions;
     const int part = part_->currentData().toInt();
-    if (part != 0) addCondition(filter, "[SoftwarePart] = " + std::to_string(part));
+    if (part != 0) conditions.push_back("[SoftwarePart] = " + std::to_string(part));
     // Days of the log are texts of one length, so that their order is that of the days.
-    if (const auto day = dayIn(*from_)) addCondition(filter, "[LogDate] >= N'" + *day + "'");
-    if (const auto day = dayIn(*to_)) addCondition(filter, "[LogDate] <= N'" + *day + "'");
-    return filter;
+    if (const auto day = dayIn(*from_)) conditions.push_back("[LogDate] >= N'" + *day + "'");
+    if (const auto day = dayIn(*to_)) conditions.push_back("[LogDate] <= N'" + *day + "'");
+    return joinedConditions(conditions);
 }
 
 void LogFilter::Clear() {

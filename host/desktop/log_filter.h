@@ -1,6 +1,6 @@
 // What the user log is narrowed to. Beside the general search box: a part of the application and a span of days.
 //
-//   frame.Filter()    "[SoftwarePart] = 114 AND [LogDate] >= N'1405/08/01'"
+//   frame.Filter()    "([SoftwarePart] = 114) AND ([LogDate] >= N'1405/08/01')"
 //
 // Days are typed as 1405/08/01, digits in any script; a day that does not exist is marked and narrows nothing.
 #pragma once

@@ -3,17 +3,14 @@
 #include <chrono>
 #include <ctime>
 
+#include "host/services/platform/local_time.h"
+
 namespace basalt::host {
 
 CivilDateTime SystemClock::now() {
     const auto moment = std::chrono::system_clock::now();
     const std::time_t seconds = std::chrono::system_clock::to_time_t(moment);
-    std::tm local{};
-#ifdef _WIN32
-    localtime_s(&local, &seconds);
-#else
-    localtime_r(&seconds, &local);
-#endif
+    const std::tm local = platform::localTime(seconds);
     const auto fraction = moment - std::chrono::system_clock::from_time_t(seconds);
     const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(fraction).count();
     return {.year = local.tm_year + 1900,
