@@ -122,6 +122,25 @@ TEST(House, qtStaysInScreens) {
     }
 }
 
+// Files that are built for one operating system.
+bool isOfOneSystem(const fs::path& file) {
+    static const std::regex name(".*_(linux|posix|windows)\\.cpp");
+    return std::regex_match(file.filename().string(), name);
+}
+
+TEST(House, theHostKnowsItsSystemsByFiles) {
+    static const std::regex condition("(_WIN32|__linux__|__unix__|__APPLE__)");
+    // The narrow text of a path is not UTF-8 on every system; textFromPath() is.
+    static const std::regex narrow("(\\.string\\(\\))");
+    for (const char* folder : {"host", "cli"}) {
+        for (const auto& file : sourcesUnder(folder)) {
+            if (isOfOneSystem(file)) continue;
+            EXPECT_THAT(matches(read(file), condition), ::testing::IsEmpty()) << fs::relative(file, root);
+            EXPECT_THAT(matches(read(file), narrow), ::testing::IsEmpty()) << fs::relative(file, root);
+        }
+    }
+}
+
 TEST(House, onlyTheEmbeddedEngineKnowsSqlite) {
     for (const char* folder : {"ado", "package", "costlevel", "goods", "host", "cli"}) {
         for (const auto& file : sourcesUnder(folder)) {
