@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 
@@ -14,23 +15,15 @@ namespace {
 constexpr std::int64_t kTicksPerSecond = 10'000'000;
 constexpr std::int64_t kTicksPerDay = 86'400 * kTicksPerSecond;
 
-// Days since 0001-01-01. The year starts in March here, so that the leap day is the last day of a year.
-constexpr std::int64_t daysFromCivil(int year, int month, int day) {
-    const std::int64_t y = static_cast<std::int64_t>(year) - (month <= 2 ? 1 : 0);
-    const std::int64_t era = (y >= 0 ? y : y - 399) / 400;
-    const std::int64_t yearOfEra = y - era * 400;
-    const std::int64_t dayOfYear = (153 * (month + (month > 2 ? -3 : 9)) + 2) / 5 + day - 1;
-    const std::int64_t dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
-    return era * 146'097 + dayOfEra - 306;
-}
+using Days = std::chrono::sys_days;
+using CalendarDay = std::chrono::year_month_day;
 
-constexpr bool isLeap(int year) {
-    return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
-}
+// The day from which a DateTime counts.
+constexpr Days kFirstDay = CalendarDay(std::chrono::year(1), std::chrono::January, std::chrono::day(1));
 
-constexpr int daysInMonth(int year, int month) {
-    constexpr std::array<int, 12> kDays = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    return month == 2 && isLeap(year) ? 29 : kDays[static_cast<std::size_t>(month - 1)];
+constexpr CalendarDay calendarDay(int year, int month, int day) {
+    return {std::chrono::year(year), std::chrono::month(static_cast<unsigned>(month)),
+            std::chrono::day(static_cast<unsigned>(day))};
 }
 
 std::string_view trimmed(std::string_view text) {
@@ -188,8 +181,8 @@ bool parseTime(std::string_view& text, CivilDateTime& civil) {
 
 DateTime fromCivil(const CivilDateTime& civil) {
     const std::int64_t seconds = civil.hour * 3600LL + civil.minute * 60LL + civil.second;
-    return {daysFromCivil(civil.year, civil.month, civil.day) * kTicksPerDay + seconds * kTicksPerSecond +
-            civil.nanosecond / 100};
+    const std::int64_t days = (Days(calendarDay(civil.year, civil.month, civil.day)) - kFirstDay).count();
+    return {days * kTicksPerDay + seconds * kTicksPerSecond + civil.nanosecond / 100};
 }
 
 CivilDateTime toCivil(DateTime value) {
@@ -199,16 +192,11 @@ CivilDateTime toCivil(DateTime value) {
         rest += kTicksPerDay;
         --days;
     }
+    const CalendarDay date(kFirstDay + std::chrono::days(days));
     CivilDateTime civil;
-    days += 306;
-    const std::int64_t era = (days >= 0 ? days : days - 146'096) / 146'097;
-    const std::int64_t dayOfEra = days - era * 146'097;
-    const std::int64_t yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36'524 - dayOfEra / 146'096) / 365;
-    const std::int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
-    const std::int64_t month = (5 * dayOfYear + 2) / 153;
-    civil.day = static_cast<int>(dayOfYear - (153 * month + 2) / 5 + 1);
-    civil.month = static_cast<int>(month < 10 ? month + 3 : month - 9);
-    civil.year = static_cast<int>(yearOfEra + era * 400 + (civil.month <= 2 ? 1 : 0));
+    civil.day = static_cast<int>(static_cast<unsigned>(date.day()));
+    civil.month = static_cast<int>(static_cast<unsigned>(date.month()));
+    civil.year = static_cast<int>(date.year());
     const std::int64_t seconds = rest / kTicksPerSecond;
     civil.hour = static_cast<int>(seconds / 3600);
     civil.minute = static_cast<int>(seconds / 60 % 60);
@@ -228,7 +216,7 @@ std::optional<DateTime> parseDateTime(std::string_view text) {
     const auto month = takeDigits(text, 2);
     if (!month || *month < 1 || *month > 12 || (separated && !takeChar(text, separator))) return std::nullopt;
     const auto day = takeDigits(text, 2);
-    if (!day || *day < 1 || *day > daysInMonth(*year, *month)) return std::nullopt;
+    if (!day || !calendarDay(*year, *month, *day).ok()) return std::nullopt;
     civil.year = *year;
     civil.month = *month;
     civil.day = *day;

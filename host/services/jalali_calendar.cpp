@@ -1,6 +1,7 @@
 #include "host/services/jalali_calendar.h"
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 
@@ -22,23 +23,15 @@ constexpr std::array<std::string_view, 12> kMonths = {"فروردین", "ارد�
 
 // Days since 1970-01-01 of the Gregorian calendar.
 std::int64_t daysFromGregorian(int year, int month, int day) {
-    const std::int64_t y = month <= 2 ? year - 1 : year;
-    const std::int64_t era = (y >= 0 ? y : y - 399) / 400;
-    const std::int64_t yearOfEra = y - era * 400;
-    const std::int64_t dayOfYear = (153 * (month + (month > 2 ? -3 : 9)) + 2) / 5 + day - 1;
-    return era * 146097 + yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear - 719468;
+    const std::chrono::year_month_day date(std::chrono::year(year), std::chrono::month(static_cast<unsigned>(month)),
+                                           std::chrono::day(static_cast<unsigned>(day)));
+    return std::chrono::sys_days(date).time_since_epoch().count();
 }
 
 GregorianDate gregorianFromDays(std::int64_t days) {
-    days += 719468;
-    const std::int64_t era = (days >= 0 ? days : days - 146096) / 146097;
-    const std::int64_t dayOfEra = days - era * 146097;
-    const std::int64_t yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
-    const std::int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
-    const std::int64_t shifted = (5 * dayOfYear + 2) / 153;
-    const int month = static_cast<int>(shifted < 10 ? shifted + 3 : shifted - 9);
-    return {static_cast<int>(yearOfEra + era * 400 + (month <= 2 ? 1 : 0)), month,
-            static_cast<int>(dayOfYear - (153 * shifted + 2) / 5 + 1)};
+    const std::chrono::year_month_day date{std::chrono::sys_days(std::chrono::days(days))};
+    return {static_cast<int>(date.year()), static_cast<int>(static_cast<unsigned>(date.month())),
+            static_cast<int>(static_cast<unsigned>(date.day()))};
 }
 
 struct YearStart {
