@@ -81,13 +81,14 @@ bool LocateLockCode_SoftwarePart(const std::string& code, TSoftwarePart part, in
     return attachedHost().LocateLockCode_SoftwarePart(code, part, owner, flag);
 }
 
-bool HavePermission(const TUserInfo& user, TSoftwarePart part, TPermission permission, bool flag1, bool flag2,
+bool HavePermission(const TUserInfo& user, TSoftwarePart part, TPermission permission, bool entryPoint, bool tellUser,
                     const std::string& text) {
-    return attachedHost().HavePermission(user, part, permission, flag1, flag2, text);
+    return attachedHost().HavePermission(user, part, permission, entryPoint, tellUser, text);
 }
 
-void SetUserEvent(TSoftwarePart part, TPermission permission, const std::string& text, bool flag1, bool flag2) {
-    attachedHost().SetUserEvent(part, permission, text, flag1, flag2);
+void SetUserEvent(TSoftwarePart part, TPermission permission, const std::string& text, bool insideTransaction,
+                  bool withDescription) {
+    attachedHost().SetUserEvent(part, permission, text, insideTransaction, withDescription);
 }
 
 std::string NowDate(const std::string& separator) {

@@ -42,9 +42,10 @@ private:
 void ResetDataset(TADOQuery& query);
 [[nodiscard]] bool CheckGoodUnitFormul(int goodCode);
 [[nodiscard]] bool LocateLockCode_SoftwarePart(const std::string& code, TSoftwarePart part, int owner, bool flag);
-[[nodiscard]] bool HavePermission(const TUserInfo& user, TSoftwarePart part, TPermission permission, bool flag1,
-                                  bool flag2, const std::string& text);
-void SetUserEvent(TSoftwarePart part, TPermission permission, const std::string& text, bool flag1, bool flag2);
+[[nodiscard]] bool HavePermission(const TUserInfo& user, TSoftwarePart part, TPermission permission, bool entryPoint,
+                                  bool tellUser, const std::string& text);
+void SetUserEvent(TSoftwarePart part, TPermission permission, const std::string& text, bool insideTransaction,
+                  bool withDescription);
 [[nodiscard]] std::string NowDate(const std::string& separator);
 int Call_insert_tags(const std::string& text, std::uint8_t kind);
 [[nodiscard]] std::string Select_Entity_Multible(TSoftwarePart part, const std::string& text);
