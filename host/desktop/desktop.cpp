@@ -28,7 +28,7 @@ MainShell::End showShell(const DesktopContext& context) {
         loop.quit();
     };
     // A small screen has no room for anything beside it.
-    const QSize room = shell.screen()->availableSize();
+    const QSize room = themeScreenRoom(shell);
     const bool small = room.width() <= kSmallScreen.width() || room.height() <= kSmallScreen.height();
     if (small && room.width() >= shell.minimumWidth())
         shell.showMaximized();

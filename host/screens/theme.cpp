@@ -146,9 +146,19 @@ void setThemeFontSize(qreal points) {
     if (qApp->property("basaltTheme").toBool()) qApp->setStyleSheet(themeStyleSheet());
 }
 
-QSize themeWindowSize(const QSize& size, const QWidget& window) {
+QSize themeScreenRoom(const QWidget& window) {
+    constexpr QSize kUsualScreen(1920, 1080);
+    return QGuiApplication::platformName() == QStringLiteral("offscreen") ? kUsualScreen
+                                                                          : window.screen()->availableSize();
+}
+
+QSize themeWindowSize(const QSize& size, const QSize& room) {
     constexpr QSize kAround(16, 48);  // the frame and the title of the window
-    return (size * fontScale).boundedTo(window.screen()->availableSize() - kAround);
+    return (size * fontScale).boundedTo(room - kAround);
+}
+
+QSize themeWindowSize(const QSize& size, const QWidget& window) {
+    return themeWindowSize(size, themeScreenRoom(window));
 }
 
 qreal themeSize(qreal size) {

@@ -51,6 +51,10 @@ void setThemeFontSize(qreal points);
 
 // The size of a window that is right at the usual font size, at the user's size, as far as the screen has room for it.
 [[nodiscard]] QSize themeWindowSize(const QSize& size, const QWidget& window);
+[[nodiscard]] QSize themeWindowSize(const QSize& size, const QSize& room);
+// What windows may take of the window's screen. The screen of pictures and tests is one that nobody sees, and as large
+// as a usual one.
+[[nodiscard]] QSize themeScreenRoom(const QWidget& window);
 
 // A style sheet with the names of colours ("@accent@") filled in and its font sizes at the user's scale.
 [[nodiscard]] QString withThemeColors(QString sheet);

@@ -2,11 +2,11 @@
 
 #include <QComboBox>
 #include <QLineEdit>
-#include <QScreen>
 #include <QTableWidget>
 #include <QTimer>
 #include <set>
 
+#include "host/screens/theme.h"
 #include "host/steps/step_player.h"
 #include "host/steps/steps_file.h"
 #include "tests/host_desktop/desktop_test.h"
@@ -78,9 +78,9 @@ TEST_F(Shell, itsHeaderFollowsTheCompanysName) {
 }
 
 TEST_F(Shell, fitsTheScreen) {
-    const QSize room = open(1).screen()->availableSize();
-    EXPECT_LE(shell->width(), room.width());
-    EXPECT_LT(shell->height(), room.height()) << "a title stands above";
+    EXPECT_EQ(themeWindowSize({1200, 780}, QSize(1366, 768)), QSize(1200, 720)) << "a title stands above";
+    EXPECT_EQ(themeWindowSize({900, 600}, QSize(800, 600)), QSize(784, 552));
+    EXPECT_EQ(open(1).size(), QSize(1200, 780));
     EXPECT_LE(shell->minimumSizeHint().height(), 560);
 }
 
