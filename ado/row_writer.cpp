@@ -15,6 +15,12 @@ bool comparable(const ColumnInfo& info) {
            !sameName(info.typeName, "xml");
 }
 
+// The server pads and writes these in its own way, so that what was written is not what it holds.
+bool isGivenItsForm(const ColumnInfo& info) {
+    return sameName(info.typeName, "char") || sameName(info.typeName, "nchar") ||
+           sameName(info.typeName, "uniqueidentifier");
+}
+
 std::optional<Value> firstCell(const BatchResult& batch) {
     for (const StatementResult& result : batch.results) {
         if (result.rows && result.rows->rowCount() > 0) return result.rows->column(0).valueAt(0);
@@ -111,8 +117,8 @@ std::string RowWriter::condition(const Target& target, std::size_t row, const st
         }
     };
     // Comparisons of texts see neither case nor trailing blanks nor joiners, which are what a correction may change.
-    const auto compareExactly = [&](const std::string& column, const Value& value) {
-        if (!std::holds_alternative<std::string>(value)) return compare(column, value);
+    const auto compareExactly = [&](const std::string& column, const ColumnInfo& info, const Value& value) {
+        if (!std::holds_alternative<std::string>(value) || isGivenItsForm(info)) return compare(column, value);
         const auto bytes = [](const std::string& of) {
             return "CAST(CAST(" + of + " AS nvarchar(max)) AS varbinary(max))";
         };
@@ -138,7 +144,7 @@ std::string RowWriter::condition(const Target& target, std::size_t row, const st
         const bool inKey =
             std::any_of(key.begin(), key.end(), [&](const std::string& name) { return sameName(name, column); });
         if (inKey || !comparable(rows_.column(change.column).info())) continue;
-        compareExactly(column, rows_.column(change.column).valueAt(row));
+        compareExactly(column, rows_.column(change.column).info(), rows_.column(change.column).valueAt(row));
     }
     return text;
 }

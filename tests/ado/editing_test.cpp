@@ -82,6 +82,24 @@ TEST_F(Editing, updatesWhatChangedKeyedByKeyAndOldValues) {
     EXPECT_EQ(query.RecNo(), 1);
 }
 
+// What was written into them is not what the server holds, so that a second change would meet a conflict with itself.
+TEST_F(Editing, comparesWhatTheServerPadsAsTheServerDoes) {
+    const ColumnInfo code = pictureColumn("Code", FieldType::Integer);
+    ColumnInfo note = pictureColumn("Note", FieldType::Text);
+    note.typeName = "nchar";
+    session.setTable({.name = "Picture", .columns = {code, note}, .key = {"Code"}});
+    RowSet rows({code, note});
+    rows.column(0).appendInt(7);
+    rows.column(1).appendText("a");
+    rows.finishRow();
+    openOn(std::move(rows));
+    query.Edit();
+    field("Note") = "b";
+    session.expectChange("UPDATE [Picture] SET [Note] = ? WHERE [Code] = ? AND [Note] = ?",
+                         {text("b"), integer(7), text("a")}, 1);
+    query.Post();
+}
+
 // As a value it would travel as a text, which a server does not turn into bytes (257).
 TEST_F(Editing, writesNullIntoBinaryColumnsByItsName) {
     const ColumnInfo code = pictureColumn("Code", FieldType::Integer);
