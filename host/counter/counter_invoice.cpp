@@ -6,19 +6,25 @@
 
 namespace basalt::host {
 
-std::optional<CounterLine> CounterInvoice::takeOff(int good, Extended amount) {
+std::optional<CounterLine> CounterInvoice::takeParcel(int good, Extended amount, Extended price) {
     const auto last = [this](auto fits) { return std::find_if(lines_.rbegin(), lines_.rend(), fits); };
-    auto line = last([&](const CounterLine& each) { return each.good == good && each.amount == amount; });
-    if (line != lines_.rend()) {
-        CounterLine taken = std::move(*line);
-        lines_.erase(std::next(line).base());
-        return taken;
-    }
-    line = last([&](const CounterLine& each) { return each.good == good && each.amount > amount; });
+    const auto isIt = [&](const CounterLine& each) { return each.good == good && each.amount == amount; };
+    auto line = last([&](const CounterLine& each) { return isIt(each) && each.price == price; });
+    if (line == lines_.rend()) line = last(isIt);
     if (line == lines_.rend()) return std::nullopt;
-    line->amount -= amount;
+    CounterLine taken = std::move(*line);
+    lines_.erase(std::next(line).base());
+    return taken;
+}
+
+std::optional<CounterLine> CounterInvoice::takePiece(int good, Extended price) {
+    if (auto taken = takeParcel(good, 1, price)) return taken;
+    const auto line = std::find_if(lines_.rbegin(), lines_.rend(),
+                                   [&](const CounterLine& each) { return each.good == good && each.amount > 1; });
+    if (line == lines_.rend()) return std::nullopt;
+    line->amount -= 1;
     CounterLine taken = *line;
-    taken.amount = amount;
+    taken.amount = 1;
     return taken;
 }
 

@@ -28,9 +28,12 @@ public:
     explicit CounterInvoice(int decimals) : decimals_(decimals) {}
 
     void add(CounterLine line) { lines_.push_back(std::move(line)); }
-    // Takes off the last line of that good and amount; when no line has that amount, reduces the last line of the good
-    // that has more. nullopt when the invoice has none.
-    std::optional<CounterLine> takeOff(int good, Extended amount);
+    // Takes off the last line of that good and amount: one of that price when there is any, since labels of equal
+    // weight may say different prices. nullopt when no line has that amount; a parcel is whole or not there.
+    std::optional<CounterLine> takeParcel(int good, Extended amount, Extended price);
+    // Takes one piece off: a line of one, else from the last line of the good that has more. nullopt when there is
+    // none.
+    std::optional<CounterLine> takePiece(int good, Extended price);
     void remove(std::size_t index) { lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(index)); }
     void setAmount(std::size_t index, Extended amount) { lines_.at(index).amount = amount; }
     void clear() { lines_.clear(); }

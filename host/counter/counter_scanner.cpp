@@ -123,7 +123,7 @@ ScanReport CounterScanner::takeGood(const ScanOptions& options) {
     }
     if (line.amount <= 0) return {ScanMood::Refused, QStringLiteral("وزن در بارکد صفر است؛ کالا را دوباره وزن کنید.")};
     if (data["BalanceNum"].asText() != "-1") line.scale = data["BalanceNum"].asText();
-    return takeLine(std::move(line), options.removing);
+    return takeLine(std::move(line), Parcel::Weighed, options.removing);
 }
 
 ScanReport CounterScanner::takePrice(Extended sumBefore, bool removing) {
@@ -156,7 +156,7 @@ ScanReport CounterScanner::takeOwnBarcode(const QString& code, const ScanOptions
         calls_("GetBarcode_Code", {{"Code", code.toStdString()}, {"ByAbbName", true}, {"ShowMessage", false}})
             .result.asInteger());
     if (good == 0) return {ScanMood::Refused, QStringLiteral("بارکد %1 شناخته نشد.").arg(persianDigits(code))};
-    return takeLine({.good = good, .name = {}, .amount = 1, .price = 0}, options.removing);
+    return takeLine({.good = good, .name = {}, .amount = 1, .price = 0}, Parcel::Piece, options.removing);
 }
 
 bool CounterScanner::describe(CounterLine& line) {
@@ -169,7 +169,7 @@ bool CounterScanner::describe(CounterLine& line) {
     return true;
 }
 
-ScanReport CounterScanner::takeLine(CounterLine line, bool removing) {
+ScanReport CounterScanner::takeLine(CounterLine line, Parcel parcel, bool removing) {
     if (!describe(line))
         return {ScanMood::Refused,
                 QStringLiteral("کالای %1 تعریف نشده است.").arg(persianDigits(QString::number(line.good)))};
@@ -177,8 +177,9 @@ ScanReport CounterScanner::takeLine(CounterLine line, bool removing) {
     const QString what =
         QStringLiteral("%1 %2 %3").arg(amountText(line.amount), QString::fromStdString(line.unit), quoted(line.name));
     if (removing) {
-        if (!invoice_.takeOff(line.good, line.amount))
-            return {ScanMood::Refused, QStringLiteral("%1 در فاکتور نیست.").arg(what)};
+        const auto taken = parcel == Parcel::Piece ? invoice_.takePiece(line.good, line.price)
+                                                   : invoice_.takeParcel(line.good, line.amount, line.price);
+        if (!taken) return {ScanMood::Refused, QStringLiteral("%1 در فاکتور نیست.").arg(what)};
         return {ScanMood::Removed, QStringLiteral("%1 از فاکتور حذف شد.").arg(what)};
     }
     invoice_.add(std::move(line));

@@ -50,7 +50,8 @@ private:
     ScanReport takeOwnBarcode(const QString& code, const ScanOptions& options);
     // A barcode that the module has summed already; sumBefore is the sum without it.
     ScanReport takePrice(Extended sumBefore, bool removing);
-    ScanReport takeLine(CounterLine line, bool removing);
+    enum class Parcel : std::uint8_t { Weighed, Piece };
+    ScanReport takeLine(CounterLine line, Parcel parcel, bool removing);
     // Fills name and unit, and the price when the line has none; false when there is no such good.
     bool describe(CounterLine& line);
 

@@ -23,34 +23,49 @@ TEST(CounterInvoice, linesAreRoundedAndSummed) {
     EXPECT_EQ(CounterInvoice(0).total(), 0.0L);
 }
 
-TEST(CounterInvoice, takesOffTheLastLineOfTheAmount) {
+TEST(CounterInvoice, takesOffTheParcelOfThePriceOrTheLastOfTheAmount) {
     CounterInvoice invoice(0);
     invoice.add(line(57, 1, 100));
     invoice.add(line(57, 2, 200));
     invoice.add(line(57, 1, 300));
-    const auto taken = invoice.takeOff(57, 1);
+    invoice.add(line(57, 1, 400));
+    const auto taken = invoice.takeParcel(57, 1, 100);
     ASSERT_TRUE(taken);
-    EXPECT_EQ(taken->price, 300.0L);
+    EXPECT_EQ(taken->price, 100.0L);
+    const auto other = invoice.takeParcel(57, 1, 150);
+    ASSERT_TRUE(other);
+    EXPECT_EQ(other->price, 400.0L);
     ASSERT_EQ(invoice.lines().size(), 2U);
-    EXPECT_EQ(invoice.lines()[0].price, 100.0L);
-    EXPECT_EQ(invoice.lines()[1].price, 200.0L);
+    EXPECT_EQ(invoice.lines()[0].price, 200.0L);
+    EXPECT_EQ(invoice.lines()[1].price, 300.0L);
 }
 
-TEST(CounterInvoice, reducesALargerLine) {
+TEST(CounterInvoice, cutsNoOtherParcel) {
+    CounterInvoice invoice(0);
+    invoice.add(line(57, 0.55L, 100));
+    invoice.add(line(57, 3, 100));
+    EXPECT_FALSE(invoice.takeParcel(57, 1.25L, 100));
+    EXPECT_EQ(invoice.lines()[1].amount, 3.0L);
+}
+
+TEST(CounterInvoice, takesPiecesOfALargerLine) {
     CounterInvoice invoice(0);
     invoice.add(line(57, 3, 100));
-    const auto taken = invoice.takeOff(57, 1.25L);
+    invoice.add(line(57, 1, 200));
+    ASSERT_EQ(invoice.takePiece(57, 200).value().price, 200.0L);
+    const auto taken = invoice.takePiece(57, 200);
     ASSERT_TRUE(taken);
-    EXPECT_EQ(taken->amount, 1.25L);
+    EXPECT_EQ(taken->amount, 1.0L);
     ASSERT_EQ(invoice.lines().size(), 1U);
-    EXPECT_EQ(invoice.lines()[0].amount, 1.75L);
+    EXPECT_EQ(invoice.lines()[0].amount, 2.0L);
 }
 
 TEST(CounterInvoice, hasNothingToTakeOff) {
     CounterInvoice invoice(0);
     invoice.add(line(57, 1, 100));
-    EXPECT_FALSE(invoice.takeOff(58, 1));
-    EXPECT_FALSE(invoice.takeOff(57, 2));
+    EXPECT_FALSE(invoice.takeParcel(58, 1, 100));
+    EXPECT_FALSE(invoice.takeParcel(57, 2, 100));
+    EXPECT_FALSE(invoice.takePiece(58, 100));
     EXPECT_EQ(invoice.lines().size(), 1U);
 }
 
