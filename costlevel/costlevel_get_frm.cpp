@@ -3,6 +3,7 @@
 #include <QFormLayout>
 #include <QFrame>
 #include <QLabel>
+#include <algorithm>
 #include <limits>
 
 #include "costlevel/costlevel_kind.h"
@@ -18,6 +19,12 @@ constexpr int kCodeCharacters = 15;
 
 // Save and close: a level is renamed and done with.
 constexpr int kSaveMode = 2;
+
+// Blanks and joiners alone are no name: the database takes them for the empty text, and a list shows nothing.
+bool showsNothing(const QString& text) {
+    return std::all_of(text.begin(), text.end(),
+                       [](QChar c) { return c.isSpace() || c.category() == QChar::Other_Format; });
+}
 
 void addField(QFormLayout& form, const QString& title, QWidget& input, const char* objectName) {
     input.setObjectName(objectName);
@@ -131,8 +138,7 @@ bool TCostLevel_Get_FRM::IsValid() {
         codeEdit_->setFocus();
         return false;
     }
-    // Blanks alone are no name: the database takes them for the empty text, and a list shows nothing.
-    if (nameEdit_->text().trimmed().isEmpty()) {
+    if (showsNothing(nameEdit_->text())) {
         MsgRequiredField("نام", nameEdit_, this);
         nameEdit_->setFocus();
         return false;

@@ -456,10 +456,13 @@ TEST_F(CostLevelEditor, nameIsRequired) {
 
 TEST_F(CostLevelEditor, blanksAreNoName) {
     const auto editor = editPriceLevel();
-    control<QLineEdit>(*editor, "Name_EDT").setText(QStringLiteral("   "));
-    host.expectMessage("MsgRequiredField('نام')");
-    EXPECT_FALSE(editor->IsValid());
-    EXPECT_THAT(host.calls, ElementsAre("MsgRequiredField('نام')"));
+    for (const QString& name : {QStringLiteral("   "), QStringLiteral(" \u200C"), QStringLiteral("\u200F\u00AD")}) {
+        host.calls.clear();
+        control<QLineEdit>(*editor, "Name_EDT").setText(name);
+        host.expectMessage("MsgRequiredField('نام')");
+        EXPECT_FALSE(editor->IsValid());
+        EXPECT_THAT(host.calls, ElementsAre("MsgRequiredField('نام')"));
+    }
 }
 
 TEST_F(CostLevelEditor, priceLevelsDoNotShareAName) {
