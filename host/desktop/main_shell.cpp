@@ -238,11 +238,18 @@ void MainShell::goTo(const ShellPage* page) {
         const TUserInfo& user = context_.host.UserInfo();
         if (wanted->part && !context_.host.HavePermission(user, *wanted->part, prOpen, true, true, "")) return;
         auto* current = static_cast<ShellPage*>(pages_->currentWidget());
-        if (current != page && !current->mayLeave()) return;
+        if (current != page && !mayLeave(*current)) return;
         pages_->setCurrentWidget(wanted->page);
         navigation_->setCurrent(wanted->button);
         wanted->page->enter();
     });
+}
+
+bool MainShell::mayLeave(ShellPage& page) {
+    if (page.mayLeave()) return true;
+    // The work goes on where it was, not on the button that would have led away.
+    if (QWidget* last = page.focusWidget()) last->setFocus();
+    return false;
 }
 
 void MainShell::open(const EntryPoint& entry) {
@@ -271,7 +278,7 @@ void MainShell::keyPressEvent(QKeyEvent* event) {
 
 void MainShell::closeEvent(QCloseEvent* event) {
     bool mayClose = false;
-    context_.handlers.guarded(this, [&] { mayClose = static_cast<ShellPage*>(pages_->currentWidget())->mayLeave(); });
+    context_.handlers.guarded(this, [&] { mayClose = mayLeave(*static_cast<ShellPage*>(pages_->currentWidget())); });
     if (!mayClose) {
         event->ignore();
         return;

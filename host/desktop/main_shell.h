@@ -62,6 +62,7 @@ private:
     void addEntries();
     void addPage(const PageItem& item, ShellPage* page);
     void goTo(const ShellPage* page);
+    [[nodiscard]] static bool mayLeave(ShellPage& page);
     void open(const EntryPoint& entry);
     void bind(const QKeySequence& key, const std::function<void()>& action);
     void signOut();

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -56,10 +57,10 @@ SettingsPage::SettingsPage(DesktopContext context, QWidget* parent) : ShellPage(
     title->setProperty("kind", QStringLiteral("pageTitle"));
     layout->addWidget(title);
 
-    auto* scroll = new QScrollArea;
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
-    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll_ = new QScrollArea;
+    scroll_->setFrameShape(QFrame::NoFrame);
+    scroll_->setWidgetResizable(true);
+    scroll_->setFocusPolicy(Qt::NoFocus);
     auto* content = new QWidget;
     panels_ = new QHBoxLayout(content);
     panels_->setContentsMargins(0, 0, 0, 0);
@@ -67,8 +68,8 @@ SettingsPage::SettingsPage(DesktopContext context, QWidget* parent) : ShellPage(
     panels_->setAlignment(Qt::AlignTop | Qt::AlignRight);
     makeCompany(*panels_);
     makeWorkstation(*panels_);
-    scroll->setWidget(content);
-    layout->addWidget(scroll, 1);
+    scroll_->setWidget(content);
+    layout->addWidget(scroll_, 1);
     makeFooter(*layout);
 }
 
@@ -155,6 +156,8 @@ void SettingsPage::resizeEvent(QResizeEvent* event) {
 
 void SettingsPage::enter() {
     load();
+    // What is in front when the page opens is what is typed into.
+    scroll_->verticalScrollBar()->setValue(0);
     editors_.front()->focusInput();
 }
 

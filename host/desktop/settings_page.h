@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSpinBox>
 #include <functional>
 #include <vector>
@@ -48,6 +49,7 @@ private:
     QLineEdit* workstation_ = nullptr;
     QLabel* workstationProblem_ = nullptr;
     QCheckBox* persianDigits_ = nullptr;
+    QScrollArea* scroll_ = nullptr;
     QBoxLayout* panels_ = nullptr;
     QSpinBox* fontSize_ = nullptr;
     QLabel* state_ = nullptr;
