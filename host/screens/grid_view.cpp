@@ -48,7 +48,7 @@ private:
 
 }  // namespace
 
-GridView::GridView(GridModel& model, QWidget* parent) : InnerControl<QTableView>(parent), model_(model) {
+GridView::GridView(GridModel& model, QWidget* parent) : InnerControl<QTableView>(parent) {
     setModel(&model);
     setItemDelegate(new GridDelegate(model, this));
     setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -73,7 +73,7 @@ GridView::GridView(GridModel& model, QWidget* parent) : InnerControl<QTableView>
 
 void GridView::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
-    if (model_.rowCount() > 0) return;
+    if (model()->rowCount() > 0) return;
     QPainter painter(viewport());
     painter.setPen(themeColors().muted);
     painter.drawText(viewport()->rect(), Qt::AlignCenter, QStringLiteral("موردی یافت نشد"));
@@ -91,7 +91,8 @@ void GridView::updateGeometries() {
 
 // At the end of the list the table would align the last row with its lower edge and cut the uppermost one instead.
 void GridView::keepTopRowWhole() {
-    if (model_.rowCount() == 0) return;
+    // The grid's rows go before their view.
+    if (!model() || model()->rowCount() == 0) return;
     QHeaderView* rows = verticalHeader();
     const int before = rows->offset();
     rows->setOffsetToSectionPosition(verticalScrollBar()->value());
@@ -99,11 +100,11 @@ void GridView::keepTopRowWhole() {
 }
 
 void GridView::keyPressEvent(QKeyEvent* event) {
-    const int last = model_.rowCount() - 1;
+    const int last = model()->rowCount() - 1;
     const bool jumps = event->modifiers() == Qt::NoModifier && last >= 0;
     if (jumps && (event->key() == Qt::Key_Home || event->key() == Qt::Key_End)) {
         const int column = std::max(0, currentIndex().column());
-        setCurrentIndex(model_.index(event->key() == Qt::Key_Home ? 0 : last, column));
+        setCurrentIndex(model()->index(event->key() == Qt::Key_Home ? 0 : last, column));
         return;
     }
     // The grid around answers for these; the table would copy a single cell.

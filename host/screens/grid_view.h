@@ -21,8 +21,6 @@ protected:
 
 private:
     void keepTopRowWhole();
-
-    GridModel& model_;
 };
 
 }  // namespace basalt::host
