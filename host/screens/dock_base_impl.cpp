@@ -57,6 +57,7 @@ DockBaseImpl::~DockBaseImpl() {
         grid_->onRowsChanged = {};
         grid_->setMenuHead({});
         grid_->setDescription({}, {});
+        grid_->setGate({});
         grid_->setPart({});
     }
 }
@@ -69,7 +70,7 @@ TSmartButton_VRO* DockBaseImpl::AddButton(const std::string& objectName, const s
         button->OnClick = [this] {
             if (grid_) grid_->print();
         };
-    if (actsOnRow(role)) button->setGate([this] { return rowsAreFound(); });
+    if (actsOnRow(role)) button->setGate([this] { return rowIsFound(); });
     if (role == TListButton::Delete) button->setLook(SmartButton::Look::Danger);
     if (role == (screen_.Mode() == fmSelect ? TListButton::Select : TListButton::Edit))
         button->setLook(SmartButton::Look::Primary);
@@ -84,6 +85,7 @@ void DockBaseImpl::SetGrid(TSmartDBGrid_VRO* grid) {
     if (!grid_) throw UsageError("SetGrid: the grid is not one that these screen services made");
     summary_ = new SelectionSummary(*grid_, summaryPanel_);
     grid_->onRowsChanged = [this] { EnableButtons(); };
+    grid_->setGate([this] { return rowsAreFound(); });
     grid_->setDescription([this] { return frame_->title(); }, [this] { return headerLines(); });
     addGridTools();
 }
@@ -144,6 +146,11 @@ void DockBaseImpl::SetPopMenu() {
     });
 }
 
+bool DockBaseImpl::rowIsFound() {
+    const QWidget* focused = screen_.focusWidget();
+    return (grid_ && focused && grid_->isAncestorOf(focused)) || rowsAreFound();
+}
+
 bool DockBaseImpl::enterPressed() {
     QWidget* focused = screen_.focusWidget();
     if (!grid_ || !focused) return false;
@@ -162,19 +169,16 @@ bool DockBaseImpl::enterPressed() {
 
 std::vector<QString> DockBaseImpl::headerLines() const {
     std::vector<std::string> texts = screen_.GetMasterReport_Description();
+    // The count of the texts before it tells the reader of a paper nothing.
+    if (!texts.empty() && texts.back() == std::to_string(texts.size() - 1)) texts.pop_back();
     TDataSet* rows = grid_ ? grid_->model().dataSet() : nullptr;
     const TField* code = rows && !rows->IsEmpty() ? rows->FindField("Code") : nullptr;
     const std::vector<std::string> detail = screen_.GetDetailReport_Description(code ? code->AsValue() : Value());
     texts.insert(texts.end(), detail.begin(), detail.end());
     std::vector<QString> lines;
     lines.reserve(texts.size());
-    for (const std::string& text : texts) {
-        // A number alone tells the reader of a paper nothing.
-        bool isNumber = false;
-        const QString line = QString::fromStdString(text);
-        static_cast<void>(latinDigits(line).toLongLong(&isNumber));
-        if (!isNumber) lines.push_back(line);
-    }
+    for (const std::string& text : texts)
+        lines.push_back(QString::fromStdString(text));
     return lines;
 }
 

@@ -43,6 +43,8 @@ private:
     [[nodiscard]] bool enterPressed();
     // The rows are those of what was typed last. False when they could not be had.
     [[nodiscard]] bool rowsAreFound() { return !searches_ || searches_->finishTyping(); }
+    // The same, but for a row that was pointed at in the list, which is the one that is meant.
+    [[nodiscard]] bool rowIsFound();
     [[nodiscard]] std::vector<QString> headerLines() const;
     void addGridTools();
     void restoreLayout();

@@ -64,7 +64,7 @@ QString typedNumber(QString text, bool decimals) {
 std::optional<QString> plainAmount(const QString& text) {
     static const QRegularExpression number(QRegularExpression::anchoredPattern(
         QStringLiteral("-?(?=[0-9]|[./\u066B][0-9])"
-                       "(?:[0-9]*|[0-9]{1,3}([,\u066C\u060C])[0-9]{3}(?:\\1[0-9]{3})*)"
+                       "(?:[0-9]*|[1-9][0-9]{0,2}([,\u066C\u060C])[0-9]{3}(?:\\1[0-9]{3})*)"
                        "(?:[./\u066B][0-9]*)?")));
     QString plain = latinDigits(text.trimmed());
     const QRegularExpressionMatch match = number.match(plain);

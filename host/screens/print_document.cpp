@@ -1,5 +1,6 @@
 #include "host/screens/print_document.h"
 
+#include <QFile>
 #include <algorithm>
 
 #include "host/services/output_error.h"
@@ -31,6 +32,18 @@ void printPages(PrintDocument& document, QPrinter& printer, int from, int to, co
     if (!painter.end()) throw OutputError("چاپ به پایان نرسید.");
 }
 
+namespace {
+
+// The printer does not tell of a full disk; a file without its last mark was cut.
+bool isWholePdf(const QString& path) {
+    constexpr qint64 kTail = 32;
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) && file.seek(std::max<qint64>(0, file.size() - kTail)) &&
+           file.readAll().trimmed().endsWith("%%EOF");
+}
+
+}  // namespace
+
 void writePdf(PrintDocument& document, const QPageLayout& paper, const QString& path, const OutputProgress& progress) {
     writeOutputFile(path, [&](const QString& draft) {
         QPrinter printer(QPrinter::HighResolution);
@@ -39,6 +52,7 @@ void writePdf(PrintDocument& document, const QPageLayout& paper, const QString& 
         printer.setDocName(document.title());
         printer.setPageLayout(paper);
         printPages(document, printer, 0, document.layOut(paper) - 1, progress);
+        if (!isWholePdf(draft)) outputFails(path, QStringLiteral("شاید جای خالی روی دیسک نمانده است."));
     });
 }
 

@@ -57,6 +57,8 @@ RangeSearchFrame::RangeSearchFrame(ScreenContext& context, const QString& object
 }
 
 void RangeSearchFrame::checkBound(SearchEdit& bound) {
+    // A screen that closes takes the focus away too, and asks for no number any more.
+    if (window()->isHidden()) return;
     const QString text = bound.text();
     // The message itself takes the focus, and so ends the editing once more.
     if (text.isEmpty() || text == refused_ || plainAmount(text)) return;

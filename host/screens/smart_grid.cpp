@@ -519,6 +519,7 @@ void SmartGrid::preview(const TableContent& table, std::optional<QPageLayout> pa
 }
 
 void SmartGrid::print() {
+    if (gate_ && !gate_()) return;
     preview(*content(), std::nullopt);
 }
 
@@ -532,6 +533,7 @@ void SmartGrid::PrintPreview(const TPrintSetting& setting) {
 }
 
 void SmartGrid::save(const QString& title, const QString& suffix, const Writer& write) {
+    if (gate_ && !gate_()) return;
     const auto table = content();
     const auto path = context_.output().chooseFile(window(), title, table->title(), suffix);
     if (path) write(*table, *path, context_.writing());

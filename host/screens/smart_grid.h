@@ -53,6 +53,8 @@ public:
     void setMenuHead(std::function<void(QMenu&)> head) { menuHead_ = std::move(head); }
     // Titles prints and files, and gives the lines above a printed list.
     void setDescription(std::function<QString()> title, std::function<std::vector<QString>()> headerLines);
+    // Asked before the rows are printed or exported; false lets nothing happen.
+    void setGate(std::function<bool()> gate) { gate_ = std::move(gate); }
     // Names the part of the list that shows (a tab's title): behind the title, or above a print that has its own.
     void setPart(std::function<QString()> part) { part_ = std::move(part); }
     // Told when the current record or the rows have changed.
@@ -109,6 +111,7 @@ private:
     std::function<QString()> title_;
     std::function<QString()> part_;
     std::function<std::vector<QString>()> headerLines_;
+    std::function<bool()> gate_;
     std::vector<Away> away_;  // by their places
     int titleLines_ = 1;
     bool followingCursor_ = false;

@@ -131,6 +131,25 @@ TEST_F(ReportOnDemo, f9PrintsWhatIsTickedAndSaysSoAboveIt) {
 }
 
 // Of the screen, above it and above its pages: what the table of the application's parts has; pages also name the tab.
+// The count of the columns is left out of the line above the pages, a level whose name is a number is not.
+TEST_F(ReportOnDemo, aLevelMayBeCalledByANumber) {
+    execute(*session, "UPDATE CostLevel SET Name = N'1402' WHERE CostType = 1 AND Code = 2");
+    QStringList lines;
+    output.onPreview = [&](PrintDocument& document) {
+        PaintedText painted;
+        static_cast<void>(document.layOut(pageLayout()));
+        QPainter painter(&painted);
+        document.paintPage(painter, 0);
+        painter.end();
+        lines.append(painted.text());
+    };
+    show([&](QWidget&, SmartGrid& grid) { grid.print(); });
+    ASSERT_EQ(lines.size(), 1);
+    // Once in the line above the pages and once in the headings; a number of ten columns nowhere.
+    EXPECT_EQ(lines[0].count(QStringLiteral("۱۴۰۲")), 2) << lines[0].left(300).toStdString();
+    EXPECT_FALSE(lines[0].contains(QStringLiteral("|   ۱۰"))) << lines[0].left(300).toStdString();
+}
+
 TEST_F(ReportOnDemo, itsTitleIsThatOfItsPart) {
     const auto titles = [&] {
         std::vector<std::string> all;

@@ -175,6 +175,23 @@ TEST_F(DockBases, aSearchThatWaitsIsRunBeforeItsRowsAreTaken) {
     }});
 }
 
+TEST_F(DockBases, aRowThatIsPointedAtIsTakenThoughASearchWaits) {
+    auto screen = made(fmSelect);
+    int searches = 0;
+    run(*screen, {[&] {
+        auto* input = control<QLineEdit>(*screen, "TGeneral_Search_Frame1_EDT");
+        screen->search->OnChange = [&] {
+            if (++searches == 1) QTest::qSleep(200);
+        };
+        type(input, QStringLiteral("x"));
+        type(input, QStringLiteral("y"));
+        screen->grid->View()->setFocus();
+        button(*screen, "Select_BTN").Click();
+    }});
+    EXPECT_EQ(searches, 1);
+    EXPECT_EQ(handled(), Calls{"Select"});
+}
+
 TEST_F(DockBases, anErrorOfAHandlerIsAMessageAndTheScreenLivesOn) {
     auto screen = made(fmBrowse);
     screen->onHandler = [] { throw DatabaseError(ErrorCategory::Connection, "08S01", 10054, "connection lost"); };

@@ -169,6 +169,7 @@ TEST_F(SearchFrames, aBoundThatIsNoNumberIsToldOfOnceItIsLeft) {
     auto* frame = screens.createCostRangeSearch("Range", &window);
     frame->AddItem({"F1", "همکار", TSearchDataType::Amount});
     frame->init();
+    window.show();
     auto* from = control<QLineEdit>(window, "Range_From_EDT");
     type(from, QStringLiteral("1,5"));
     EXPECT_EQ(frame->Filter(), "");
@@ -181,6 +182,21 @@ TEST_F(SearchFrames, aBoundThatIsNoNumberIsToldOfOnceItIsLeft) {
     type(from, QStringLiteral("00"));
     EXPECT_EQ(frame->Filter(), "[F1] >= 1500");
     QTest::keyClick(from, Qt::Key_Return);
+}
+
+TEST_F(SearchFrames, aBoundThatIsNoNumberIsNothingToAScreenThatCloses) {
+    auto* frame = screens.createCostRangeSearch("Range", &window);
+    frame->AddItem({"F1", "همکار", TSearchDataType::Amount});
+    frame->init();
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    auto* from = control<QLineEdit>(window, "Range_From_EDT");
+    from->setFocus();
+    type(from, QStringLiteral("1,5"));
+    ASSERT_TRUE(from->hasFocus());
+    window.hide();
+    EXPECT_TRUE(messages.shown.empty());
 }
 
 TEST_F(SearchFrames, aRangeWithoutItemsNarrowsNothing) {

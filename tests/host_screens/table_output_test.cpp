@@ -1,4 +1,10 @@
 // Tables as text, workbook and pages.
+#ifndef _WIN32
+#include <sys/resource.h>
+
+#include <csignal>
+#endif
+
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -252,6 +258,28 @@ TEST_F(TableOutput, pagesRepeatTheTitlesAndCountThemselves) {
     EXPECT_LE(pages, 8);
     EXPECT_THROW(writePdf(document, pageLayout(), QStringLiteral("/nowhere/t.pdf")), OutputError);
 }
+
+#ifndef _WIN32
+// The printer says nothing of writes that fail.
+TEST_F(TableOutput, aPdfThatWasCutIsNotGivenItsPlace) {
+    Table table = sample();
+    for (int i = 0; i < 200; ++i)
+        table.rows.push_back({std::int64_t{i}, std::string("سطر"), Value{}, Value{}});
+    const QString path = folder.filePath("t.pdf");
+    TableDocument document(table, QStringLiteral("1405/08/30"));
+    writePdf(document, pageLayout(), path);
+    const QByteArray whole = contents(path);
+    rlimit usual{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &usual), 0);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit little{.rlim_cur = 4096, .rlim_max = usual.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &little), 0);
+    EXPECT_THROW(writePdf(document, pageLayout(), path), OutputError);
+    setrlimit(RLIMIT_FSIZE, &usual);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(contents(path), whole);
+}
+#endif
 
 // As a grid of prices shows them.
 class Prices final : public TableContent {

@@ -45,6 +45,23 @@ TEST(ScreenNumbers, areLatinWhenTheUserWishesSo) {
     EXPECT_EQ(screenNumber("1,234.5").toStdString(), "۱٬۲۳۴٫۵");
 }
 
+TEST(PlainAmounts, takeMarksOfThousandsOnlyBetweenGroupsOfThree) {
+    const auto plain = [](const char* text) {
+        return plainAmount(QString::fromUtf8(text)).value_or("none").toStdString();
+    };
+    EXPECT_EQ(plain("1,500"), "1500");
+    EXPECT_EQ(plain("-۱۲٬۳۴۵٬۶۷۸٫۵"), "-12345678.5");
+    EXPECT_EQ(plain("0"), "0");
+    EXPECT_EQ(plain("0.125"), "0.125");
+    EXPECT_EQ(plain("1000،000"), "none");
+    EXPECT_EQ(plain("1,5"), "none");
+    EXPECT_EQ(plain("1,234٬567"), "none");
+    // A nought is no thousand: the comma was meant for the point.
+    EXPECT_EQ(plain("0,125"), "none");
+    EXPECT_EQ(plain("0٬050"), "none");
+    EXPECT_EQ(plain("007"), "007");
+}
+
 TEST(NumberTyping, showsWhatIsTypedAsWhatIsStored) {
     applyTheme(*qApp);
     QLineEdit number;
