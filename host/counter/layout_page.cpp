@@ -294,7 +294,8 @@ bool LayoutPage::mayLeave() {
     if (edited_ == stored_) return true;
     MessageRequest question{.operation = "MsgUnsavedChanges",
                             .buttons = {TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel},
-                            .defaultButton = TMessageButton::Yes};
+                            .defaultButton = TMessageButton::Yes,
+                            .form = window()};
     switch (context_.host.Messages().show(question)) {
         case mrYes:
             if (!write()) return false;

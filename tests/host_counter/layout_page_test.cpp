@@ -171,6 +171,7 @@ TEST_F(Layouts, unsavedChangesAreAskedFor) {
     number("AmountCount_EDT").setValue(4);
     messages.answers = {mrCancel};
     EXPECT_FALSE(page->mayLeave());
+    EXPECT_EQ(messages.shown.back().form, page->window()) << "the question stands over the page that it is about";
     messages.answers = {mrYes};
     EXPECT_TRUE(page->mayLeave());
     EXPECT_EQ(linesOf(*session, "SELECT AmountCount FROM dbo.BarCodeFormul WHERE ConstantCode = N'28'").at(0), "4");
