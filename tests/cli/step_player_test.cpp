@@ -248,16 +248,22 @@ private:
     QAction export_;
 };
 
-std::string playExport(const std::string& text) {
-    StepPlayer player(parseSteps(text, "t.steps"), "t.steps", {.step = std::chrono::milliseconds(300)});
+// Plays on a screen that is made with the player's messages, with that much patience for each step.
+template <typename Screen>
+std::string playOn(const std::string& text, std::chrono::milliseconds patience) {
+    StepPlayer player(parseSteps(text, "t.steps"), "t.steps", {.step = patience});
     player.start();
     {
-        ExportingList list(player.messages());
-        list.exec();
+        Screen screen(player.messages());
+        screen.exec();
     }
     player.returned({});
     player.finish();
     return player.failure().value_or("");
+}
+
+std::string playExport(const std::string& text) {
+    return playOn<ExportingList>(text, std::chrono::milliseconds(300));
 }
 
 TEST(StepPlayer, waitsForAnExportAsTheLastStep) {
@@ -458,15 +464,7 @@ private:
 };
 
 std::string playMenu(const std::string& text) {
-    StepPlayer player(parseSteps(text, "t.steps"), "t.steps", {.step = std::chrono::milliseconds(500)});
-    player.start();
-    {
-        MenuScreen screen(player.messages());
-        screen.exec();
-    }
-    player.returned({});
-    player.finish();
-    return player.failure().value_or("");
+    return playOn<MenuScreen>(text, std::chrono::milliseconds(500));
 }
 
 TEST(StepPlayer, theFocusIsWhereItWasWhenAMenuHasClosed) {

@@ -71,6 +71,17 @@ bool holds(const std::string& text, const char* piece) {
 
 class TableOutput : public ScreenTest {
 protected:
+    // The parts of a workbook with these prices, one a row.
+    [[nodiscard]] auto workbookOf(std::initializer_list<const char*> prices) const {
+        Table table = sample();
+        table.rows.clear();
+        for (const char* price : prices)
+            table.rows.push_back({std::int64_t{1}, std::string("کالا"), *Decimal::parse(price), Value{}});
+        const QString path = folder.filePath("t.xlsx");
+        writeWorkbook(table, path);
+        return unzipped(contents(path));
+    }
+
     QTemporaryDir folder;
 };
 
@@ -114,13 +125,8 @@ TEST_F(TableOutput, aWorkbookHoldsNumbersDatesAndFormats) {
 }
 
 TEST_F(TableOutput, aWorkbookHoldsPricesOfTheColumnsScaleAsNumbers) {
-    Table table = sample();
-    table.rows.clear();
-    for (const char* price : {"12500000.000000000", "-1234567.891000000", "99999999999999.999999999", "0.000000001"})
-        table.rows.push_back({std::int64_t{1}, std::string("کالا"), *Decimal::parse(price), Value{}});
-    const QString path = folder.filePath("t.xlsx");
-    writeWorkbook(table, path);
-    const auto files = unzipped(contents(path));
+    const auto files =
+        workbookOf({"12500000.000000000", "-1234567.891000000", "99999999999999.999999999", "0.000000001"});
     const std::string& sheet = files.at("xl/worksheets/sheet1.xml");
     EXPECT_TRUE(holds(sheet, "<v>12500000</v>")) << sheet;
     EXPECT_TRUE(holds(sheet, "<v>-1234567.891</v>"));
@@ -129,13 +135,7 @@ TEST_F(TableOutput, aWorkbookHoldsPricesOfTheColumnsScaleAsNumbers) {
 }
 
 TEST_F(TableOutput, aWholeNumberHasNoPointInAWorkbook) {
-    Table table = sample();
-    table.rows.clear();
-    for (const char* price : {"230000.000000000", "7", "0.5", "12.345678", "99.999", "-3.25", "-0.004", "-0.005"})
-        table.rows.push_back({std::int64_t{1}, std::string("کالا"), *Decimal::parse(price), Value{}});
-    const QString path = folder.filePath("t.xlsx");
-    writeWorkbook(table, path);
-    const auto files = unzipped(contents(path));
+    const auto files = workbookOf({"230000.000000000", "7", "0.5", "12.345678", "99.999", "-3.25", "-0.004", "-0.005"});
     const std::string& styles = files.at("xl/styles.xml");
     EXPECT_TRUE(holds(styles, "numFmts count=\"4\"")) << styles;
     EXPECT_TRUE(holds(styles, "\"#,##0;-#,##0;0\""));
