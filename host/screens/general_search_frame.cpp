@@ -29,10 +29,10 @@ GeneralSearchFrame::GeneralSearchFrame(ScreenContext& context, const QString& ob
         if (!change_.isMuted() && narrowsOtherwise()) change_.typed();
     });
     QObject::connect(fields_, &QComboBox::currentIndexChanged, this, [this] {
-        const bool muted = change_.isMuted();
-        change_.mute(true);
-        adaptInput();
-        change_.mute(muted);
+        {
+            const SearchChange::Muted muted(change_);
+            adaptInput();
+        }
         if (narrowsOtherwise()) change_.changed();
     });
 }
@@ -72,10 +72,9 @@ std::string GeneralSearchFrame::Filter() const {
 }
 
 void GeneralSearchFrame::Clear() {
-    change_.mute(true);
+    const SearchChange::Muted muted(change_);
     input_->clear();
     narrowing_.clear();
-    change_.mute(false);
 }
 
 void GeneralSearchFrame::FocusFirst() {
@@ -83,20 +82,18 @@ void GeneralSearchFrame::FocusFirst() {
 }
 
 void GeneralSearchFrame::AddItem(const TSearchItem& item) {
-    change_.mute(true);
+    const SearchChange::Muted muted(change_);
     items_.push_back(item);
     fields_->addItem(QString::fromStdString(item.Title));
-    change_.mute(false);
 }
 
 void GeneralSearchFrame::SetItemIndex(int index) {
     if (index < 0 || index >= fields_->count())
         throw UsageError("SetItemIndex of " + objectName().toStdString() + ": there is no search item " +
                          std::to_string(index));
-    change_.mute(true);
+    const SearchChange::Muted muted(change_);
     fields_->setCurrentIndex(index);
     narrowing_ = Filter();
-    change_.mute(false);
 }
 
 void GeneralSearchFrame::keyPressEvent(QKeyEvent* event) {

@@ -48,10 +48,10 @@ RangeSearchFrame::RangeSearchFrame(ScreenContext& context, const QString& object
         QObject::connect(edit, &QLineEdit::editingFinished, this, [this, edit] { checkBound(*edit); });
     }
     QObject::connect(fields_, &QComboBox::currentIndexChanged, this, [this] {
-        const bool muted = change_.isMuted();
-        change_.mute(true);
-        adaptInputs();
-        change_.mute(muted);
+        {
+            const SearchChange::Muted muted(change_);
+            adaptInputs();
+        }
         if (narrowsOtherwise()) change_.changed();
     });
 }
@@ -107,11 +107,10 @@ std::string RangeSearchFrame::Filter() const {
 }
 
 void RangeSearchFrame::Clear() {
-    change_.mute(true);
+    const SearchChange::Muted muted(change_);
     from_->clear();
     to_->clear();
     narrowing_.clear();
-    change_.mute(false);
 }
 
 void RangeSearchFrame::FocusFirst() {
@@ -124,21 +123,19 @@ TSearchRange RangeSearchFrame::Range() const {
 
 void RangeSearchFrame::SetRange(const TSearchRange& range) {
     if (range.Item != -1 || ItemCount() > 0) checkIndex(range.Item, "SetRange");
-    change_.mute(true);
+    const SearchChange::Muted muted(change_);
     fields_->setCurrentIndex(range.Item);
     adaptInputs();
     from_->setText(QString::fromStdString(range.From));
     to_->setText(QString::fromStdString(range.To));
     narrowing_ = Filter();
-    change_.mute(false);
 }
 
 void RangeSearchFrame::AddItem(const TSearchItem& item) {
-    change_.mute(true);
+    const SearchChange::Muted muted(change_);
     items_.push_back(item);
     fields_->addItem(QString::fromStdString(item.Title));
     adaptInputs();
-    change_.mute(false);
 }
 
 void RangeSearchFrame::checkIndex(int index, const char* operation) const {
@@ -149,7 +146,7 @@ void RangeSearchFrame::checkIndex(int index, const char* operation) const {
 
 void RangeSearchFrame::DeleteItem(int index) {
     checkIndex(index, "DeleteItem");
-    change_.mute(true);
+    const SearchChange::Muted muted(change_);
     if (fields_->currentIndex() == index) {
         from_->clear();
         to_->clear();
@@ -159,7 +156,6 @@ void RangeSearchFrame::DeleteItem(int index) {
     fields_->removeItem(index);
     adaptInputs();
     narrowing_ = Filter();
-    change_.mute(false);
 }
 
 TSearchItem RangeSearchFrame::Item(int index) const {

@@ -15,7 +15,7 @@ SearchChange::SearchChange(ScreenContext& context, TSearchFrame& frame) : contex
 }
 
 void SearchChange::typed() {
-    if (muted_) return;
+    if (isMuted()) return;
     if (slow_) {
         pause_.start();
     } else {
@@ -24,7 +24,7 @@ void SearchChange::typed() {
 }
 
 void SearchChange::changed() {
-    if (!muted_) tell();
+    if (!isMuted()) tell();
 }
 
 bool SearchChange::finish() {

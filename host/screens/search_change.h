@@ -13,6 +13,18 @@ namespace basalt::host {
 
 class SearchChange {
 public:
+    // As long as one is there, changes are not told.
+    class Muted {
+    public:
+        explicit Muted(SearchChange& change) : change_(change) { ++change_.muted_; }
+        ~Muted() { --change_.muted_; }
+        Muted(const Muted&) = delete;
+        Muted& operator=(const Muted&) = delete;
+
+    private:
+        SearchChange& change_;
+    };
+
     SearchChange(ScreenContext& context, TSearchFrame& frame);
 
     void setManager(std::function<void()> search) { search_ = std::move(search); }
@@ -22,9 +34,7 @@ public:
     void tellNow();
     // What still waits for a pause in the typing is told now. False when that failed, which the user was shown.
     [[nodiscard]] bool finish();
-    // Changes made meanwhile are not told.
-    [[nodiscard]] bool isMuted() const { return muted_; }
-    void mute(bool on) { muted_ = on; }
+    [[nodiscard]] bool isMuted() const { return muted_ > 0; }
 
 private:
     void tell();
@@ -34,7 +44,7 @@ private:
     std::function<void()> search_;
     QTimer pause_;
     bool slow_ = false;
-    bool muted_ = false;
+    int muted_ = 0;
 };
 
 // What the search manager needs to know of a frame.

@@ -35,9 +35,8 @@ void TabSearchFrame::changeTab() {
         chosen_ = tabs_->currentIndex();
     } catch (...) {
         // The list has kept its rows, and the tab must not say that they are others.
-        change_.mute(true);
+        const SearchChange::Muted muted(change_);
         tabs_->setCurrentIndex(chosen_);
-        change_.mute(false);
         throw;
     }
 }
@@ -53,10 +52,9 @@ std::string TabSearchFrame::Filter() const {
 }
 
 void TabSearchFrame::Clear() {
-    change_.mute(true);
+    const SearchChange::Muted muted(change_);
     if (tabs_->count() > 0) tabs_->setCurrentIndex(0);
     chosen_ = 0;
-    change_.mute(false);
 }
 
 void TabSearchFrame::FocusFirst() {
@@ -64,10 +62,9 @@ void TabSearchFrame::FocusFirst() {
 }
 
 void TabSearchFrame::AddTab(const std::string& title, const std::string& value) {
-    change_.mute(true);
+    const SearchChange::Muted muted(change_);
     values_.push_back(value);
     tabs_->addTab(QString::fromStdString(title));
-    change_.mute(false);
 }
 
 void TabSearchFrame::SetTabIndex(int index) {
