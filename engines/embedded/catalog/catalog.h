@@ -62,6 +62,8 @@ struct Table {
     // -1 when there is none.
     [[nodiscard]] int find(std::string_view column) const;
     [[nodiscard]] const TableColumn* identityColumn() const;
+    // SQLite's name of the part of the database that holds it: main or temp.
+    [[nodiscard]] std::string schemaName() const { return temporary ? "temp" : "main"; }
     // The name as SQLite takes it, schema included.
     [[nodiscard]] std::string sqlName() const;
 };

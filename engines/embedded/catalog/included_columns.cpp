@@ -29,8 +29,8 @@ void keepIncludedColumns(SqliteDatabase& database, const Table& table, std::stri
     std::string list;
     for (const std::string& column : columns)
         list += (list.empty() ? "" : "\n") + column;
-    SqliteStatement insert =
-        database.prepare("INSERT OR REPLACE INTO main.basalt_constraint VALUES (?1, ?2, ?3, ?4, ?5)");
+    SqliteStatement insert = database.prepare("INSERT OR REPLACE INTO " + table.schemaName() +
+                                              ".basalt_constraint VALUES (?1, ?2, ?3, ?4, ?5)");
     insert.bind(1, std::string_view(keyOf(stored)));
     insert.bind(2, std::string_view(foldName(table.name)));
     insert.bind(3, std::string_view(kIncluded));
@@ -40,8 +40,8 @@ void keepIncludedColumns(SqliteDatabase& database, const Table& table, std::stri
 }
 
 std::vector<std::string> includedColumns(SqliteDatabase& database, const Table& table, std::string_view stored) {
-    SqliteStatement find = database.prepare(
-        "SELECT definition FROM main.basalt_constraint WHERE name = ?1 AND kind = ?2 AND table_name = ?3");
+    SqliteStatement find = database.prepare("SELECT definition FROM " + table.schemaName() +
+                                            ".basalt_constraint WHERE name = ?1 AND kind = ?2 AND table_name = ?3");
     find.bind(1, std::string_view(keyOf(stored)));
     find.bind(2, std::string_view(kIncluded));
     find.bind(3, std::string_view(foldName(table.name)));
@@ -51,8 +51,8 @@ std::vector<std::string> includedColumns(SqliteDatabase& database, const Table& 
 }
 
 void forgetIncludedColumns(SqliteDatabase& database, const Table& table, std::string_view stored) {
-    SqliteStatement remove =
-        database.prepare("DELETE FROM main.basalt_constraint WHERE name = ?1 AND kind = ?2 AND table_name = ?3");
+    SqliteStatement remove = database.prepare("DELETE FROM " + table.schemaName() +
+                                              ".basalt_constraint WHERE name = ?1 AND kind = ?2 AND table_name = ?3");
     remove.bind(1, std::string_view(keyOf(stored)));
     remove.bind(2, std::string_view(kIncluded));
     remove.bind(3, std::string_view(foldName(table.name)));
@@ -60,8 +60,8 @@ void forgetIncludedColumns(SqliteDatabase& database, const Table& table, std::st
 }
 
 std::vector<std::string> includedColumns(SqliteDatabase& database, const Table& table) {
-    SqliteStatement list =
-        database.prepare("SELECT definition FROM main.basalt_constraint WHERE kind = ?1 AND table_name = ?2");
+    SqliteStatement list = database.prepare("SELECT definition FROM " + table.schemaName() +
+                                            ".basalt_constraint WHERE kind = ?1 AND table_name = ?2");
     list.bind(1, std::string_view(kIncluded));
     list.bind(2, std::string_view(foldName(table.name)));
     std::vector<std::string> columns;

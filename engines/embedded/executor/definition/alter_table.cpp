@@ -58,50 +58,86 @@ bool dropConstraint(TableDesign& design, std::string_view name) {
     return false;
 }
 
-// What keeps a column from being dropped; empty when nothing does.
-std::string userOf(const TableDesign& design, std::string_view column) {
-    for (const DesignKey& key : design.keys) {
-        for (const DesignKeyColumn& each : key.columns) {
-            if (sameName(each.name, column)) return key.name;
-        }
-    }
-    for (const DesignForeignKey& key : design.foreignKeys) {
-        for (const std::string& each : key.columns) {
-            if (sameName(each, column)) return key.name;
-        }
-    }
-    for (const DesignColumn& each : design.columns) {
-        if (sameName(each.name, column)) return each.defaultName;
-    }
-    return {};
-}
-
 struct StoredIndex {
     std::string name, sql;
-    std::string condition;  // T-SQL
+    std::vector<std::string> columns;  // of its key
+    std::string condition;             // T-SQL
     std::vector<std::string> included;
 };
 
 std::vector<StoredIndex> indexesOf(const Table& table, SqliteDatabase& database) {
+    const std::string schema = table.schemaName();
     SqliteStatement list =
-        database.prepare(std::string("SELECT name, sql FROM ") + (table.temporary ? "temp" : "main") +
+        database.prepare("SELECT name, sql FROM " + schema +
                          ".sqlite_schema WHERE type = 'index' AND tbl_name = ?1 AND sql IS NOT NULL");
     list.bind(1, std::string_view(table.name));
     std::vector<StoredIndex> result;
     while (list.step())
-        result.push_back({list.textAt(0), list.textAt(1), {}, {}});
+        result.push_back({list.textAt(0), list.textAt(1), {}, {}, {}});
     list.reset();
     for (StoredIndex& index : result) {
-        if (table.temporary) continue;
+        SqliteStatement columns =
+            database.prepare("SELECT name FROM pragma_index_info(" + sqlText(index.name) + ", '" + schema + "')");
+        while (columns.step())
+            index.columns.push_back(columns.textAt(0));
         index.condition = indexCondition(database, table, index.name);
         index.included = includedColumns(database, table, index.name);
     }
     return result;
 }
 
+// What keeps a column of the table from being dropped, a sentence a line; empty when nothing does.
+class ColumnUsers {
+public:
+    ColumnUsers(const Table& table, const TableDesign& design, SqliteDatabase& database, Catalog& catalog)
+        : table_(table), design_(design), database_(database), catalog_(catalog) {}
+
+    [[nodiscard]] std::string of(std::string_view column) const {
+        std::string result;
+        const auto add = [&](const char* kind, std::string_view user) {
+            result.append("The ").append(kind).append(" '").append(user);
+            result.append("' is dependent on column '").append(column).append("'.\n");
+        };
+        for (const StoredIndex& index : indexesOf(table_, database_)) {
+            // What keeps NULL single belongs to an index that is here too.
+            if (index.name.starts_with("basalt_null_")) continue;
+            if (holds(index.columns, column) || holds(index.included, column) || reads(index.condition, true, column))
+                add("index", shownIndexName(table_.name, index.name));
+        }
+        for (const DesignKey& key : design_.keys) {
+            if (std::ranges::any_of(key.columns, [&](const auto& each) { return sameName(each.name, column); }))
+                add("object", key.name);
+        }
+        for (const DesignForeignKey& key : design_.foreignKeys) {
+            if (holds(key.columns, column)) add("object", key.name);
+        }
+        for (const DesignCheck& check : design_.checks) {
+            if (reads(check.text, true, column)) add("object", check.name);
+        }
+        for (const DesignColumn& each : design_.columns) {
+            if (sameName(each.name, column) && !each.defaultName.empty()) add("object", each.defaultName);
+            if (reads(each.computedText, false, column)) add("column", each.name);
+        }
+        return result;
+    }
+
+private:
+    [[nodiscard]] static bool holds(const std::vector<std::string>& names, std::string_view column) {
+        return std::ranges::any_of(names, [&](const std::string& name) { return sameName(name, column); });
+    }
+
+    [[nodiscard]] bool reads(const std::string& text, bool condition, std::string_view column) const {
+        return !text.empty() && readsColumn(catalog_, table_, text, condition, column);
+    }
+
+    const Table& table_;
+    const TableDesign& design_;
+    SqliteDatabase& database_;
+    Catalog& catalog_;
+};
+
 bool exists(SqliteDatabase& database, const Table& table, const std::string& index) {
-    SqliteStatement find = database.prepare(std::string("SELECT 1 FROM ") + (table.temporary ? "temp" : "main") +
-                                            ".sqlite_schema WHERE name = ?1");
+    SqliteStatement find = database.prepare("SELECT 1 FROM " + table.schemaName() + ".sqlite_schema WHERE name = ?1");
     find.bind(1, std::string_view(index));
     return find.step();
 }
@@ -284,13 +320,23 @@ void Executor::alterTable(const ast::Batch& batch, const ast::AlterTableStatemen
                                              "' does not exist in table '" + table.name + "'.",
                                          batch.text, item.name.range);
                 }
-                if (const std::string user = userOf(design, item.name.text); !user.empty()) {
+                if (const std::string users = ColumnUsers(table, design, database_, catalog_).of(item.name.text);
+                    !users.empty()) {
                     throw statementError(ErrorCategory::Constraint, 5074,
-                                         "The object '" + user + "' is dependent on column '" + item.name.text + "'.",
+                                         users + "ALTER TABLE DROP COLUMN " + item.name.text +
+                                             " failed because one or more objects access this column.",
                                          batch.text, item.name.range);
                 }
                 std::erase_if(design.columns,
                               [&](const DesignColumn& column) { return sameName(column.name, item.name.text); });
+                if (std::ranges::all_of(design.columns,
+                                        [](const DesignColumn& column) { return !column.computedText.empty(); })) {
+                    throw statementError(ErrorCategory::Other, 4923,
+                                         "ALTER TABLE DROP COLUMN failed because '" + item.name.text +
+                                             "' is the only data column in table '" + table.name +
+                                             "'. A table must have at least one data column.",
+                                         batch.text, item.name.range);
+                }
             }
             break;
         case Action::EnableConstraints:

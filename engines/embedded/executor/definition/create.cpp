@@ -152,7 +152,7 @@ void Executor::createIndex(const ast::Batch& batch, const ast::CreateIndexStatem
         included.push_back(column);
         if (!statement.unique) columns += ", " + sqlQuoted(column);
     }
-    SqliteStatement taken = database_.prepare(std::string("SELECT 1 FROM ") + (table.temporary ? "temp" : "main") +
+    SqliteStatement taken = database_.prepare("SELECT 1 FROM " + table.schemaName() +
                                               ".sqlite_schema WHERE type = 'index' AND name = ?1 COLLATE NOCASE");
     taken.bind(1, std::string_view(stored));
     if (taken.step()) {
@@ -175,9 +175,9 @@ void Executor::createIndex(const ast::Batch& batch, const ast::CreateIndexStatem
                 table.name + "' and the index name '" + statement.name.text + "'.");
     }
     if (code != SQLITE_OK) throw database_.failure(code);
-    if (!condition.empty() && !table.temporary) keepIndexCondition(database_, table, stored, condition);
+    if (!condition.empty()) keepIndexCondition(database_, table, stored, condition);
+    keepIncludedColumns(database_, table, stored, included);
     if (!included.empty() && !table.temporary) {
-        keepIncludedColumns(database_, table, stored, included);
         settleTextSearch(database_, table, includedColumns(database_, table));
     }
     if (statement.unique && statement.where == nullptr) createNullGuards(database_, table, statement.name.text, names);

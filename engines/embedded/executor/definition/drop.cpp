@@ -81,7 +81,7 @@ void Executor::drop(const ast::Batch& batch, const ast::DropStatement& statement
                 const Table* table = item.table.empty() ? nullptr : catalog_.table(item.table.last());
                 bool dropped = false;
                 if (table != nullptr) {
-                    const std::string schema = table->temporary ? "temp" : "main";
+                    const std::string schema = table->schemaName();
                     SqliteStatement find =
                         database_.prepare("SELECT name FROM " + schema +
                                           ".sqlite_schema WHERE type = 'index' AND tbl_name = ?1 AND "
@@ -100,7 +100,6 @@ void Executor::drop(const ast::Batch& batch, const ast::DropStatement& statement
                     if (dropped) {
                         for (const std::string& stored : names) {
                             database_.execute(("DROP INDEX " + schema + "." + sqlQuoted(stored)).c_str());
-                            if (table->temporary) continue;
                             forgetIndexCondition(database_, *table, stored);
                             forgetIncludedColumns(database_, *table, stored);
                         }

@@ -109,8 +109,8 @@ DatabaseSchema readSchema(SqliteDatabase& database, Catalog& catalog) {
 }
 
 void keepIndexCondition(SqliteDatabase& database, const Table& table, std::string_view stored, std::string_view text) {
-    SqliteStatement insert =
-        database.prepare("INSERT OR REPLACE INTO main.basalt_constraint VALUES (?1, ?2, ?3, '', ?4)");
+    SqliteStatement insert = database.prepare("INSERT OR REPLACE INTO " + table.schemaName() +
+                                              ".basalt_constraint VALUES (?1, ?2, ?3, '', ?4)");
     insert.bind(1, stored);
     insert.bind(2, std::string_view(foldName(table.name)));
     insert.bind(3, std::string_view(kFilteredIndex));
@@ -119,8 +119,8 @@ void keepIndexCondition(SqliteDatabase& database, const Table& table, std::strin
 }
 
 std::string indexCondition(SqliteDatabase& database, const Table& table, std::string_view stored) {
-    SqliteStatement find = database.prepare(
-        "SELECT definition FROM main.basalt_constraint WHERE name = ?1 AND kind = ?2 AND table_name = ?3");
+    SqliteStatement find = database.prepare("SELECT definition FROM " + table.schemaName() +
+                                            ".basalt_constraint WHERE name = ?1 AND kind = ?2 AND table_name = ?3");
     find.bind(1, stored);
     find.bind(2, std::string_view(kFilteredIndex));
     find.bind(3, std::string_view(foldName(table.name)));
@@ -128,8 +128,8 @@ std::string indexCondition(SqliteDatabase& database, const Table& table, std::st
 }
 
 void forgetIndexCondition(SqliteDatabase& database, const Table& table, std::string_view stored) {
-    SqliteStatement remove =
-        database.prepare("DELETE FROM main.basalt_constraint WHERE name = ?1 AND kind = ?2 AND table_name = ?3");
+    SqliteStatement remove = database.prepare("DELETE FROM " + table.schemaName() +
+                                              ".basalt_constraint WHERE name = ?1 AND kind = ?2 AND table_name = ?3");
     remove.bind(1, stored);
     remove.bind(2, std::string_view(kFilteredIndex));
     remove.bind(3, std::string_view(foldName(table.name)));

@@ -10,7 +10,7 @@ namespace basalt::embedded {
 [[nodiscard]] DatabaseSchema readSchema(SqliteDatabase& database, Catalog& catalog);
 
 // The T-SQL condition of a filtered index, which SQLite keeps in its own words only; `stored` as
-// storedIndexName. Not for temporary tables.
+// storedIndexName.
 void keepIndexCondition(SqliteDatabase& database, const Table& table, std::string_view stored, std::string_view text);
 [[nodiscard]] std::string indexCondition(SqliteDatabase& database, const Table& table, std::string_view stored);
 void forgetIndexCondition(SqliteDatabase& database, const Table& table, std::string_view stored);

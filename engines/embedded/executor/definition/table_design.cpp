@@ -79,6 +79,11 @@ auto withExpression(Catalog& catalog, const std::string& text, bool condition, U
     return use(binder, condition ? *select.where : *select.items.front().expression);
 }
 
+bool reads(const BoundExpression& expression, const std::string& quoted) {
+    return (expression.kind == BoundKind::Column && expression.name == quoted) ||
+           std::ranges::any_of(expression.arguments, [&](const BoundPtr& each) { return reads(*each, quoted); });
+}
+
 }  // namespace
 
 std::string storedCondition(Catalog& catalog, const Table& table, const std::string& text) {
@@ -86,6 +91,16 @@ std::string storedCondition(Catalog& catalog, const Table& table, const std::str
         SqlWriter writer;
         writer.expression(*boundOver(binder, table, expression));
         return writer.sql();
+    });
+}
+
+bool readsColumn(Catalog& catalog, const Table& table, const std::string& text, bool condition,
+                 std::string_view column) {
+    const int position = table.find(column);
+    if (position < 0) return false;
+    const std::string quoted = sqlQuoted(table.columns[static_cast<std::size_t>(position)].name);
+    return withExpression(catalog, text, condition, [&](Binder& binder, const ast::Expression& expression) {
+        return reads(*boundOver(binder, table, expression), quoted);
     });
 }
 

@@ -89,4 +89,8 @@ void createNullGuards(SqliteDatabase& database, const Table& table, const std::s
 // A condition over a table's columns, as SQLite's SQL without parameters.
 [[nodiscard]] std::string storedCondition(Catalog& catalog, const Table& table, const std::string& text);
 
+// Whether a condition or a value over a table's columns reads the column.
+[[nodiscard]] bool readsColumn(Catalog& catalog, const Table& table, const std::string& text, bool condition,
+                               std::string_view column);
+
 }  // namespace basalt::embedded
