@@ -135,6 +135,49 @@ TEST(EmbeddedSession, plansAnewWhenALiteralDecides) {
               "20240320");
 }
 
+// The same statement with constants of all lengths, run in a session that keeps its plans and in one that has none.
+void expectSamePlanned(const std::string& head, const std::string& between, const std::string& tail) {
+    const std::vector<std::size_t> lengths = {10, 4001, 255, 256, 4000, 3999, 8000, 8001, 300, 10};
+    const auto kept = newSession();
+    for (const char* prefix : {"'", "N'"}) {
+        for (const std::size_t a : lengths) {
+            for (const std::size_t b : lengths) {
+                const std::string sql =
+                    head + prefix + std::string(a, 'a') + "'" + between + prefix + std::string(b, 'b') + "'" + tail;
+                const BatchResult result = kept->run(sql);
+                const BatchResult fresh = newSession()->run(sql);
+                const RowSet& rows = rowsOf(result, result.results.size() - 1);
+                const RowSet& wanted = rowsOf(fresh, fresh.results.size() - 1);
+                EXPECT_EQ(rows.column(0).valueAt(0), wanted.column(0).valueAt(0)) << prefix << a << " " << b;
+                EXPECT_EQ(rows.column(0).info().type, wanted.column(0).info().type) << prefix << a << " " << b;
+            }
+        }
+    }
+}
+
+TEST(EmbeddedSession, longTextsHavePlansOfTheirOwn) {
+    expectSamePlanned("declare @a nvarchar(max) = ", " + ", " select len(@a)");
+    expectSamePlanned("declare @a varchar(max) = N'' + ", " + '' + ", " select len(@a)");
+    expectSamePlanned("declare @a nvarchar(max) = concat(", ", ", ") select len(@a)");
+    expectSamePlanned("declare @a nvarchar(max) = isnull(nullif(", ", N'x'), N'') + ", " select len(@a)");
+    expectSamePlanned("declare @a bigint = len(replicate(", ", len(", "))) select @a");
+    expectSamePlanned("select len(replace(", ", 'a', ", "))");
+    expectSamePlanned("select len(", " + ", " + 'c')");
+    expectSamePlanned("select len(case when 1 = 0 then ", " else ", " end)");
+}
+
+TEST(EmbeddedSession, longBytesHavePlansOfTheirOwn) {
+    const auto session = newSession();
+    for (const std::size_t length : {1U, 2U, 7999U, 8000U, 8001U, 1U, 4000U}) {
+        const BatchResult result = session->run("declare @a varbinary(max) = 0x" + std::string(2 * length, '1') +
+                                                " + 0x22 select datalength(@a)");
+        const std::size_t whole = length + 1;
+        EXPECT_EQ(rowsOf(result, result.results.size() - 1).column(0).valueAt(0),
+                  Value(static_cast<std::int64_t>(length > 8000 ? whole : std::min(whole, std::size_t{8000}))))
+            << length;
+    }
+}
+
 TEST(EmbeddedSession, forgetsPlansWhenTheSchemaChanges) {
     const auto session = newSession();
     session->run("create table T(A int)");

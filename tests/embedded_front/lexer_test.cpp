@@ -182,6 +182,25 @@ TEST(LexerKey, DiffersWhereThePlanDoes) {
     }
 }
 
+TEST(LexerKey, TellsTextsApartThatABoundedTypeDoesNotHold) {
+    const auto text = [](const char* prefix, std::size_t length, const char* character = "a") {
+        std::string result = prefix;
+        for (std::size_t i = 0; i < length; ++i)
+            result += character;
+        return keyOf(result + (*prefix == '0' ? "" : "'"));
+    };
+    EXPECT_EQ(text("N'", 0), text("N'", 255));
+    EXPECT_EQ(text("N'", 0), text("N'", 255, "ک"));
+    EXPECT_NE(text("N'", 255), text("N'", 256));
+    EXPECT_EQ(text("N'", 256), text("N'", 4000, "ک"));
+    EXPECT_NE(text("N'", 4000), text("N'", 4001));
+    EXPECT_EQ(text("N'", 4001), text("N'", 9000));
+    EXPECT_EQ(text("'", 256), text("'", 8000));
+    EXPECT_NE(text("'", 8000), text("'", 8001));
+    EXPECT_EQ(text("0x", 512), text("0x", 16000));
+    EXPECT_NE(text("0x", 16000), text("0x", 16002));
+}
+
 TEST(Lexer, GivesItsBuffersBackAfterALargeBatch) {
     Lexer lexer;
     const std::string large = "select '" + std::string(3'000'000, 'x') + "'";

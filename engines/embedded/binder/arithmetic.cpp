@@ -44,18 +44,14 @@ BoundPtr checkedRange(BoundPtr value, TypeKind kind) {
     return boundCall("t_range", type, std::move(value), boundInteger(static_cast<std::int64_t>(kind)));
 }
 
-constexpr const char* kCut = "t_cut";
-
 // A text that has reached the longest length of its type is cut there, before more is put behind it.
 BoundPtr concatenated(BoundPtr left, BoundPtr right) {
-    const SqlType a = left->type;
-    const SqlType b = right->type;
-    const SqlType type = concatenatedType(a, b);
-    const bool cuts = type.length != kMaxLength && a.length + b.length > type.length;
+    const SqlType type = concatenatedType(left->type, right->type);
+    const bool cuts = mayExceed(type, left->type.length + right->type.length, {left.get(), right.get()});
     // The cut of a longer text makes that of its beginning superfluous.
     if (cuts && left->kind == BoundKind::Call && left->name == kCut) left = std::move(left->arguments[0]);
     BoundPtr joined = boundInfix("||", type, std::move(left), std::move(right));
-    return cuts ? boundCall(kCut, type, std::move(joined), boundInteger(type.length)) : std::move(joined);
+    return cuts ? boundCut(std::move(joined)) : std::move(joined);
 }
 
 }  // namespace
@@ -143,7 +139,7 @@ BoundPtr Binder::operation(ast::BinaryOperator op, BoundPtr left, BoundPtr right
         const SqlType joined =
             SqlType::text(TypeKind::VarBinary, unbounded ? kMaxLength : std::min(a.length + b.length, 8000));
         return boundCall("t_join_bytes", joined, std::move(left), std::move(right),
-                         boundInteger(unbounded ? -1 : joined.length));
+                         boundInteger(unbounded ? -1 : boundOf(joined)));
     }
     if ((a.isText() && b.kind == TypeKind::UniqueIdentifier) || (b.isText() && a.kind == TypeKind::UniqueIdentifier))
         refuse();

@@ -4,9 +4,28 @@
 
 #include "ado/names.h"
 #include "engines/embedded/binder/bound_query.h"
+#include "engines/embedded/lexer/literal.h"
 #include "engines/embedded/runtime/sql_error.h"
 
 namespace basalt::embedded {
+
+namespace {
+
+// How much longer the texts of literals under the same key may be.
+int roomOfLiterals(const BoundExpression& expression) {
+    int room = 0;
+    const SqlType& type = expression.slot.from;
+    if (expression.kind == BoundKind::Slot && expression.slot.source == Slot::Source::Literal && type.isText() &&
+        type.length != kMaxLength) {
+        const int shortest = static_cast<int>(kLongestShort);
+        room = (type.length <= shortest ? shortest : boundOf(type)) - type.length;
+    }
+    for (const BoundPtr& argument : expression.arguments)
+        room += roomOfLiterals(*argument);
+    return room;
+}
+
+}  // namespace
 
 BoundExpression::BoundExpression() = default;
 BoundExpression::~BoundExpression() = default;
@@ -62,6 +81,24 @@ BoundPtr boundInfix(std::string op, SqlType type, BoundPtr left, BoundPtr right)
     result->arguments.push_back(std::move(right));
     result->name = std::move(op);
     return result;
+}
+
+int boundOf(const SqlType& type) {
+    return type.isUnicode() ? 4000 : 8000;
+}
+
+bool mayExceed(const SqlType& type, int length, std::initializer_list<const BoundExpression*> parts) {
+    if (type.length == kMaxLength) return false;
+    for (const BoundExpression* part : parts) {
+        if (length > boundOf(type)) break;
+        length += roomOfLiterals(*part);
+    }
+    return length > boundOf(type);
+}
+
+BoundPtr boundCut(BoundPtr text) {
+    const SqlType type = text->type;
+    return boundCall(kCut, type, std::move(text), boundInteger(boundOf(type)));
 }
 
 BoundPtr boundPrefix(std::string op, SqlType type, BoundPtr operand) {

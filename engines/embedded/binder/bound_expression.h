@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <string>
@@ -139,6 +140,15 @@ void takeOrder(BoundExpression& whole, const BoundExpression& part);
 [[nodiscard]] BoundPtr boundPrefix(std::string op, SqlType type, BoundPtr operand);
 [[nodiscard]] BoundPtr cloned(const BoundExpression& expression);  // throws for subqueries; see canClone
 [[nodiscard]] bool canClone(const BoundExpression& expression);
+
+// The longest length that a type with a bound may have: 4000 characters, or 8000 for those without N and for bytes.
+[[nodiscard]] int boundOf(const SqlType& type);
+// Whether a text of the type, made of the parts with this length altogether, may be longer than its type can be. The
+// plan serves other literals too, so each counts with the length that others under the same key may have.
+[[nodiscard]] bool mayExceed(const SqlType& type, int length, std::initializer_list<const BoundExpression*> parts);
+// The text, no longer than a type with a bound may be.
+inline constexpr const char* kCut = "t_cut";
+[[nodiscard]] BoundPtr boundCut(BoundPtr text);
 
 [[nodiscard]] BoundPtr makeCall(std::string name, SqlType type, std::vector<BoundPtr> arguments);
 

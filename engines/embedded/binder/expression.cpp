@@ -10,8 +10,8 @@ namespace basalt::embedded {
 namespace {
 
 SqlType typeOf(const Literal& literal) {
-    const auto length = [](std::size_t units, int longest) {
-        return units > static_cast<std::size_t>(longest) ? kMaxLength : std::max(1, static_cast<int>(units));
+    const auto length = [&](std::size_t units) {
+        return lengthClassOf(literal) == LiteralLength::Unbounded ? kMaxLength : std::max(1, static_cast<int>(units));
     };
     switch (literal.type) {
         case LiteralType::Int:
@@ -21,11 +21,11 @@ SqlType typeOf(const Literal& literal) {
         case LiteralType::Float:
             return SqlType::of(TypeKind::Float);
         case LiteralType::Varchar:
-            return SqlType::text(TypeKind::VarChar, length(utf16Length(literal.text), 8000));
+            return SqlType::text(TypeKind::VarChar, length(utf16Length(literal.text)));
         case LiteralType::NVarchar:
-            return SqlType::text(TypeKind::NVarChar, length(utf16Length(literal.text), 4000));
+            return SqlType::text(TypeKind::NVarChar, length(utf16Length(literal.text)));
         case LiteralType::Varbinary:
-            return SqlType::text(TypeKind::VarBinary, length(literal.text.size(), 8000));
+            return SqlType::text(TypeKind::VarBinary, length(literal.text.size()));
     }
     return SqlType::of(TypeKind::Null);
 }

@@ -131,9 +131,11 @@ BoundPtr replace(FunctionBinder& f) {
     const SqlType type = unicode ? SqlType::text(TypeKind::NVarChar, unbounded ? kMaxLength : 4000)
                                  : SqlType::text(TypeKind::VarChar, unbounded ? kMaxLength : 8000);
     const TextOrder order = f.binder().orderOf({text.get(), needle.get(), replacement.get()}, f.range());
-    if (order == TextOrder::Database)
-        return boundCall("t_replace", type, std::move(text), std::move(needle), std::move(replacement));
-    return boundCall("t_replace", type, std::move(text), std::move(needle), std::move(replacement), orderCode(order));
+    BoundPtr replaced = order == TextOrder::Database
+                            ? boundCall("t_replace", type, std::move(text), std::move(needle), std::move(replacement))
+                            : boundCall("t_replace", type, std::move(text), std::move(needle), std::move(replacement),
+                                        orderCode(order));
+    return unbounded ? std::move(replaced) : boundCut(std::move(replaced));
 }
 
 BoundPtr charIndex(FunctionBinder& f) {
@@ -230,9 +232,11 @@ BoundPtr concat(FunctionBinder& f) {
         f.binder().fail(189, "The concat function requires 2 to 254 arguments.", f.range());
     }
     BoundPtr result;
+    int length = 0;
     for (std::size_t i = 0; i < f.count(); ++i) {
         BoundPtr text = f.text(i);
         const SqlType type = text->type;
+        length += type.length;
         if (text->nullable) {
             text = boundCall("ifnull", type, std::move(text),
                              boundConstant(std::string(), SqlType::text(TypeKind::VarChar, 1)));
@@ -246,7 +250,7 @@ BoundPtr concat(FunctionBinder& f) {
         }
     }
     result->type = varying(result->type);
-    return result;
+    return mayExceed(result->type, length, {result.get()}) ? boundCut(std::move(result)) : std::move(result);
 }
 
 BoundPtr isNull(FunctionBinder& f) {

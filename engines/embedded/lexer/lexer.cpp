@@ -101,8 +101,8 @@ int hexDigit(char c) {
 }
 
 // The key of a literal begins with one of these control characters; no token does.
-char literalMark(LiteralType type) {
-    return static_cast<char>(1 + static_cast<int>(type));
+char literalMark(const Literal& literal) {
+    return static_cast<char>(1 + static_cast<int>(literal.type) + 8 * static_cast<int>(lengthClassOf(literal)));
 }
 
 // A batch of this many literals is not one that somebody wrote; the bound keeps its lists small.
@@ -345,7 +345,7 @@ private:
         }
         add(TokenKind::Literal, start, at_, static_cast<LiteralIndex>(lexer_.literals_.size()));
         lexer_.literals_.push_back(literal);
-        *key_++ = literalMark(literal.type);
+        *key_++ = literalMark(literal);
         if (literal.type == LiteralType::Decimal) {
             *key_++ = static_cast<char>(literal.precision);
             *key_++ = static_cast<char>(literal.scale);

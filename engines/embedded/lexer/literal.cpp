@@ -18,6 +18,15 @@ std::size_t lengthOf(const Literal& literal) {
 
 }  // namespace
 
+LiteralLength lengthClassOf(const Literal& literal) {
+    // Most are short; no text has more units than bytes.
+    if (literal.text.size() <= kLongestShort) return LiteralLength::Short;
+    const std::size_t length = lengthOf(literal);
+    if (length <= kLongestShort) return LiteralLength::Short;
+    return length <= (literal.type == LiteralType::NVarchar ? 4000 : 8000) ? LiteralLength::Bounded
+                                                                           : LiteralLength::Unbounded;
+}
+
 bool sameLiteral(const Literal& a, const Literal& b) {
     if (a.type != b.type) return false;
     switch (a.type) {

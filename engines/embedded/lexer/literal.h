@@ -39,6 +39,12 @@ struct Literal {
     std::string_view text;
 };
 
+// What the key tells about the length of a text or binary constant, so that what a plan decided for one holds for all
+// that it serves: whether a type with a bound holds it, and whether it is far away from that bound.
+enum class LiteralLength : std::uint8_t { Short, Bounded, Unbounded };
+inline constexpr std::size_t kLongestShort = 255;
+[[nodiscard]] LiteralLength lengthClassOf(const Literal& literal);
+
 // Same type and same value.
 [[nodiscard]] bool sameLiteral(const Literal& a, const Literal& b);
 

@@ -88,6 +88,14 @@ void left(Call& call) {
     call.result(utf16Substring(call.text(0), 0, call.integer(1)));
 }
 
+// t_cut(text, longest length)
+void cut(Call& call) {
+    const std::string_view text = call.text(0);
+    const std::int64_t longest = call.integer(1);
+    // No text has more units than bytes.
+    call.result(static_cast<std::int64_t>(text.size()) <= longest ? text : utf16Substring(text, 0, longest));
+}
+
 void right(Call& call) {
     if (call.integer(1) < 0) throwSqlError(536, "Invalid length parameter passed to the right function.");
     const std::string_view text = call.text(0);
@@ -375,7 +383,7 @@ void addTextFunctions(SqliteDatabase& database) {
     addFunction(database, "t_rtrim", 1, [](Call& call) { call.result(rightTrimmed(call.text(0))); });
     addFunction(database, "t_trim", 1, [](Call& call) { call.result(leftTrimmed(rightTrimmed(call.text(0)))); });
     addFunction(database, "t_left", 2, left);
-    addFunction(database, "t_cut", 2, left);
+    addFunction(database, "t_cut", 2, cut);
     addFunction(database, "t_right", 2, right);
     addFunction(database, "t_substring", 3, substring);
     addFunction(database, "t_replace", 3, replace);
