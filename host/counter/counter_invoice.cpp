@@ -1,10 +1,20 @@
 #include "host/counter/counter_invoice.h"
 
 #include <algorithm>
+#include <map>
 
 #include "package/numbers.h"
 
 namespace basalt::host {
+
+namespace {
+
+// Of tables of values a server takes a few at a time, and of rows in each 1000.
+constexpr std::size_t kRowsOfATable = 500;
+constexpr const char* kOpening = "SELECT Code, Anbar, Mogodi FROM (VALUES ";
+constexpr const char* kClosing = ") AS L (Code, Anbar, Mogodi)";
+
+}  // namespace
 
 std::optional<CounterLine> CounterInvoice::takeParcel(int good, Extended amount, Extended price) {
     const auto last = [this](auto fits) { return std::find_if(lines_.rbegin(), lines_.rend(), fits); };
@@ -44,20 +54,26 @@ Extended CounterInvoice::total() const {
 
 std::string CounterInvoice::stockQuery(int store) const {
     std::vector<std::pair<int, Extended>> amounts;
+    std::map<int, std::size_t> places;
     for (const CounterLine& line : lines_) {
-        const auto known =
-            std::find_if(amounts.begin(), amounts.end(), [&](const auto& each) { return each.first == line.good; });
-        if (known == amounts.end()) {
-            amounts.emplace_back(line.good, line.amount);
-        } else {
-            known->second += line.amount;
-        }
+        const auto [place, isNew] = places.emplace(line.good, amounts.size());
+        if (isNew) amounts.emplace_back(line.good, 0);
+        amounts[place->second].second += line.amount;
     }
     std::string query;
-    for (const auto& [good, amount] : amounts) {
-        query += (query.empty() ? "SELECT " : " UNION ALL SELECT ") + std::to_string(good) + " AS Code, " +
-                 std::to_string(store) + " AS Anbar, CAST(" + FloatToStr_VRO(-amount) + " AS decimal(23, 9)) AS Mogodi";
+    for (std::size_t i = 0; i < amounts.size(); ++i) {
+        const auto& [good, amount] = amounts[i];
+        if (i % kRowsOfATable != 0) {
+            query += ", ";
+        } else if (i == 0) {
+            query += kOpening;
+        } else {
+            query += kClosing + std::string(" UNION ALL ") + kOpening;
+        }
+        query += "(" + std::to_string(good) + ", " + std::to_string(store) + ", CAST(" + FloatToStr_VRO(-amount) +
+                 " AS decimal(23, 9)))";
     }
+    if (!query.empty()) query += kClosing;
     return query;
 }
 

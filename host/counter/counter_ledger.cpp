@@ -1,5 +1,7 @@
 #include "host/counter/counter_ledger.h"
 
+#include <set>
+
 #include "ado/error.h"
 #include "host/services/sql_access.h"
 
@@ -9,6 +11,8 @@ namespace {
 
 constexpr std::int64_t kSale = 1;
 constexpr int kAmountDecimals = 9;
+// A server looks up a short list of goods one by one, and holds no more than these.
+constexpr int kGoodsAtOnce = 200;
 
 Decimal decimalOf(Extended amount) {
     if (const auto decimal = Decimal::fromExtended(amount, kAmountDecimals)) return *decimal;
@@ -20,34 +24,32 @@ std::int64_t nextNumber(Session& session, const char* statement) {
     return integerAt(rowsOf(session, statement), 0, 0);
 }
 
-std::string markOf(Session& session, const CounterInvoice& invoice, int store, const std::string& hint) {
-    std::string goods;
-    for (const CounterLine& line : invoice.lines())
-        goods += (goods.empty() ? "" : ", ") + std::to_string(line.good);
-    if (goods.empty()) return {};
-    const RowSet now = rowsOf(session,
-                              "SELECT COUNT(*), ISNULL(MAX(ID), 0), ISNULL(SUM(Tedad), 0) FROM dbo.Kardex" + hint +
-                                  " WHERE Anbar = ? AND kala IN (" + goods + ")",
-                              {std::int64_t{store}});
-    return textAt(now, 0, 0) + "|" + textAt(now, 1, 0) + "|" + textAt(now, 2, 0);
-}
-
 }  // namespace
 
-std::string stockMark(Session& session, const CounterInvoice& invoice, int store) {
-    return markOf(session, invoice, store, "");
-}
-
-std::optional<int> postSale(Session& session, const CounterInvoice& invoice, int store, int person,
-                            const std::string& date, const std::string& mark) {
-    HostTransaction transaction(session);
+SalePlace holdLedger(Session& session, const CounterInvoice& invoice, int store) {
+    // The numbers first: counters that sell the same goods in another order wait here and not for each other.
     const std::int64_t entry =
         nextNumber(session, "SELECT ISNULL(MAX(Global_ID), 0) + 1 FROM dbo.Kardex WITH (UPDLOCK, HOLDLOCK)");
     const std::int64_t document =
         nextNumber(session,
                    "SELECT ISNULL(MAX(OperationCode), 0) + 1 FROM dbo.Kardex WITH (UPDLOCK, HOLDLOCK) "
                    "WHERE OperationType = 1");
-    if (markOf(session, invoice, store, " WITH (UPDLOCK, HOLDLOCK)") != mark) return std::nullopt;
+    std::set<int> goods;
+    for (const CounterLine& line : invoice.lines())
+        goods.insert(line.good);
+    for (auto next = goods.begin(); next != goods.end();) {
+        std::string listed;
+        for (int count = 0; count < kGoodsAtOnce && next != goods.end(); ++count, ++next)
+            listed += (listed.empty() ? "" : ", ") + std::to_string(*next);
+        execute(session,
+                "SELECT COUNT(*) FROM dbo.Kardex WITH (UPDLOCK, HOLDLOCK) WHERE Anbar = ? AND kala IN (" + listed + ")",
+                {std::int64_t{store}});
+    }
+    return {.entry = entry, .document = document};
+}
+
+void postSale(Session& session, const CounterInvoice& invoice, int store, int person, const std::string& date,
+              const SalePlace& sale) {
     const Value buyer = person > 0 ? Value(std::int64_t{person}) : Value(Null{});
     std::int64_t row = 0;
     for (const CounterLine& line : invoice.lines()) {
@@ -58,16 +60,15 @@ std::optional<int> postSale(Session& session, const CounterInvoice& invoice, int
             rowsOf(session, "SELECT ISNULL(SUM(Tedad), 0) FROM dbo.Kardex WHERE kala = ? AND Anbar = ? AND [Date] <= ?",
                    {good, place, date});
         const Decimal left = decimalOf(toExtended(stock.column(0).valueAt(0)) - line.amount);
-        execute(session,
-                "INSERT INTO dbo.Kardex (kala, Anbar, [Date], Global_ID, Tedad, RemainInAnbar, Fi, OperationType, "
-                "OperationCode, OperationRow, PerCode) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
-                {good, place, date, entry, moved, left, decimalOf(line.price), kSale, document, ++row, buyer});
+        execute(
+            session,
+            "INSERT INTO dbo.Kardex (kala, Anbar, [Date], Global_ID, Tedad, RemainInAnbar, Fi, OperationType, "
+            "OperationCode, OperationRow, PerCode) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+            {good, place, date, sale.entry, moved, left, decimalOf(line.price), kSale, sale.document, ++row, buyer});
         execute(session,
                 "UPDATE dbo.Kardex SET RemainInAnbar = RemainInAnbar + ? WHERE kala = ? AND Anbar = ? AND [Date] > ?",
                 {moved, good, place, date});
     }
-    transaction.commit();
-    return static_cast<int>(document);
 }
 
 }  // namespace basalt::host

@@ -1,7 +1,11 @@
 // Writes what a counter's invoice takes out of a store to the stock ledger.
+//
+//   HostTransaction transaction(session);
+//   const SalePlace place = holdLedger(session, invoice, store);
+//   if (... the stock allows it ...) postSale(session, invoice, store, person, date, place), transaction.commit();
 #pragma once
 
-#include <optional>
+#include <cstdint>
 #include <string>
 
 #include "ado/session.h"
@@ -9,15 +13,19 @@
 
 namespace basalt::host {
 
-// What the ledger has of the invoice's goods in the store; another text as soon as one of them moves. To be taken
-// before the stock is checked.
-[[nodiscard]] std::string stockMark(Session& session, const CounterInvoice& invoice, int store);
+// Where a sale stands in the ledger: behind all documents entered so far, and with the next number of a sale.
+struct SalePlace {
+    std::int64_t entry = 0;
+    std::int64_t document = 0;
+};
 
-// As one sale of that day (yyyy/mm/dd), behind all documents entered so far, in a transaction of its own or as a part
-// of the one that is open. Stocks of later days follow. person 0 is nobody. Gives the number of the document, which no
-// other counter gets; nullopt when the goods have moved since the mark was taken, and the stock is to be checked again.
-// Then, and after a failure, nothing is written.
-[[nodiscard]] std::optional<int> postSale(Session& session, const CounterInvoice& invoice, int store, int person,
-                                          const std::string& date, const std::string& mark);
+// Until the open transaction is over nobody else gets this place, and nobody moves the invoice's goods in the store:
+// what a check of the stock finds meanwhile is what the sale meets.
+[[nodiscard]] SalePlace holdLedger(Session& session, const CounterInvoice& invoice, int store);
+
+// As one sale of that day (yyyy/mm/dd), in the transaction in which the ledger is held. Stocks of later days follow.
+// person 0 is nobody. After a failure the transaction is to be rolled back.
+void postSale(Session& session, const CounterInvoice& invoice, int store, int person, const std::string& date,
+              const SalePlace& sale);
 
 }  // namespace basalt::host

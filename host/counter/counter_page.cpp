@@ -10,7 +10,7 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
-#include "host/counter/counter_ledger.h"
+#include "host/counter/counter_sale.h"
 #include "host/counter/scan_text.h"
 #include "host/counter/shortage_text.h"
 #include "host/screens/flow_layout.h"
@@ -24,7 +24,6 @@ namespace basalt::host {
 
 namespace {
 
-constexpr int kMostAttempts = 5;  // to post a sale of goods that others move at the same moment
 constexpr int kMostPersons = 999'999'999;
 constexpr std::size_t kMostFolders = 6;  // that a message lists
 
@@ -432,18 +431,6 @@ void CounterPage::save() {
     (void)write();
 }
 
-bool CounterPage::stockAllows(const std::string& date) {
-    // The module goes by the settings; the choice is for this invoice and nobody else's.
-    TSettingRecord settings = context_.host.settings().record();
-    if (policy_->isEnabled()) settings.NegativeType = static_cast<std::uint8_t>(policy_->currentIndex());
-    const LentSettings lent(context_.host, std::move(settings));
-    return calls_("Check_TockMinus", {{"SelectQuery", invoice_.stockQuery(store())},
-                                      {"Date", date},
-                                      {"GlobalID", 0},
-                                      {"StoreTransition", false}})
-        .result.asBool();
-}
-
 bool CounterPage::isEmpty() {
     return invoice_.lines().empty() && scanner_.priceSum() == 0;
 }
@@ -478,26 +465,14 @@ bool CounterPage::isReady() {
 }
 
 std::optional<int> CounterPage::post() {
-    Session& session = context_.host.session();
-    const std::string today = context_.host.NowDate("/");
-    for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
-        // The check may ask the user, so it is not made with the ledger held; what moves meanwhile has it made again.
-        const std::string mark = stockMark(session, invoice_, store());
-        if (!stockAllows(today)) {
-            const QString codes = QString::fromStdString(calls_("strMinusGoodCodes", {}).result.asText());
-            report(ScanMood::Refused, QStringLiteral("فاکتور ثبت نشد؛ %1").arg(shortageText(invoice_, codes)));
-            return std::nullopt;
-        }
-        HostTransaction transaction(session);
-        const auto number = postSale(session, invoice_, store(), person_->value(), today, mark);
-        if (!number) continue;
-        context_.host.SetUserEvent(hpSales, prInsert, std::to_string(*number), true, true);
-        transaction.commit();
-        return number;
-    }
-    const QString moving = QStringLiteral("موجودی کالاها پی‌درپی تغییر می‌کند.");
-    report(ScanMood::Refused, QStringLiteral("فاکتور ثبت نشد؛ %1 دوباره ثبت کنید.").arg(moving));
-    return std::nullopt;
+    SaleTerms terms{.store = store(), .person = person_->value(), .negativeType = {}};
+    if (policy_->isEnabled()) terms.negativeType = static_cast<std::uint8_t>(policy_->currentIndex());
+    const SaleOutcome outcome = sell(context_.host, calls_, invoice_, terms);
+    if (!outcome.number)
+        report(
+            ScanMood::Refused,
+            QStringLiteral("فاکتور ثبت نشد؛ %1").arg(shortageText(invoice_, QString::fromStdString(outcome.missing))));
+    return outcome.number;
 }
 
 bool CounterPage::write() {

@@ -56,7 +56,6 @@ private:
     auto orReport(const QString& text, Work work);
     // As the company's setting says, and who may change that may choose for the invoice.
     void showPolicy();
-    [[nodiscard]] bool stockAllows(const std::string& date);
     // False, and told, for a code that nobody has; 0 is nobody.
     bool personIsKnown();
     void tare();

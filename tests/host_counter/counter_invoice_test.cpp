@@ -76,8 +76,19 @@ TEST(CounterInvoice, asksForItsStockByGood) {
     invoice.add(line(9, 3, 100));
     invoice.add(line(57, 0.75L, 100));
     EXPECT_EQ(invoice.stockQuery(2),
-              "SELECT 57 AS Code, 2 AS Anbar, CAST(-2 AS decimal(23, 9)) AS Mogodi UNION ALL "
-              "SELECT 9 AS Code, 2 AS Anbar, CAST(-3 AS decimal(23, 9)) AS Mogodi");
+              "SELECT Code, Anbar, Mogodi FROM (VALUES (57, 2, CAST(-2 AS decimal(23, 9))), "
+              "(9, 2, CAST(-3 AS decimal(23, 9)))) AS L (Code, Anbar, Mogodi)");
+}
+
+TEST(CounterInvoice, asksForManyGoodsInSeveralTables) {
+    CounterInvoice invoice(0);
+    for (int good = 1; good <= 501; ++good)
+        invoice.add(line(good, 1, 100));
+    const std::string query = invoice.stockQuery(2);
+    EXPECT_TRUE(query.ends_with(
+        "(500, 2, CAST(-1 AS decimal(23, 9)))) AS L (Code, Anbar, Mogodi) UNION ALL SELECT Code, Anbar, Mogodi FROM "
+        "(VALUES (501, 2, CAST(-1 AS decimal(23, 9)))) AS L (Code, Anbar, Mogodi)"))
+        << query.substr(query.size() - 300);
 }
 
 }  // namespace
