@@ -305,6 +305,14 @@ void Executor::bindSlot(SqliteStatement& statement, int index, const Slot& slot,
     const bool plain =
         slot.from == slot.to || (slot.from.storage() == slot.to.storage() && slot.from.scale == slot.to.scale &&
                                  slot.from.storage() != Storage::Integer);
+    const auto bindFrom = [&](const Value& value) {
+        // Most values are bound as they are, without a copy in between.
+        if (plain) {
+            statement.bindValue(index, value);
+        } else {
+            statement.bindValue(index, convert(value, slot.from, slot.to));
+        }
+    };
     switch (slot.source) {
         case Slot::Source::Literal: {
             const Literal& literal = environment.literal(slot.index);
@@ -329,18 +337,13 @@ void Executor::bindSlot(SqliteStatement& statement, int index, const Slot& slot,
                 default:
                     break;
             }
-            const Value value = literalValue(literal);
-            return statement.bindValue(index, plain ? value : convert(value, slot.from, slot.to));
+            return bindFrom(literalValue(literal));
         }
-        case Slot::Source::Marker: {
-            const Value& value = environment.markers[slot.index];
+        case Slot::Source::Marker:
             // A marker's own scale may differ from that of the plan's type only when the plan is another's.
-            return statement.bindValue(index, plain ? value : convert(value, slot.from, slot.to));
-        }
-        case Slot::Source::Variable: {
-            const Value& value = environment.variables->valueOf(slot.variable);
-            return statement.bindValue(index, plain ? value : convert(value, slot.from, slot.to));
-        }
+            return bindFrom(environment.markers[slot.index]);
+        case Slot::Source::Variable:
+            return bindFrom(environment.variables->valueOf(slot.variable));
         case Slot::Source::System: {
             const Value value = systemValue(slot.system);
             const bool integral = std::holds_alternative<std::int64_t>(value) && slot.from.isDecimal();
