@@ -18,8 +18,8 @@ RangeSearchFrame::RangeSearchFrame(ScreenContext& context, const QString& object
     : TRange_Search_Frame(parent),
       fields_(new QComboBox(this)),
       field_(new QLabel(this)),
-      from_(new SearchEdit(objectName + QStringLiteral("_From_EDT"), this)),
-      to_(new SearchEdit(objectName + QStringLiteral("_To_EDT"), this)),
+      from_{new SearchEdit(objectName + QStringLiteral("_From_EDT"), this), {}},
+      to_{new SearchEdit(objectName + QStringLiteral("_To_EDT"), this), {}},
       context_(context),
       change_(context, *this) {
     setObjectName(objectName);
@@ -28,21 +28,23 @@ RangeSearchFrame::RangeSearchFrame(ScreenContext& context, const QString& object
     fields_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     // A long title must leave the bounds their room.
     fields_->setMaximumWidth(fontMetrics().averageCharWidth() * kTitleCharacters);
-    for (SearchEdit* edit : {from_, to_})
-        edit->setMinimumWidth(fontMetrics().averageCharWidth() * kBoundCharacters);
+    for (const Bound* bound : {&from_, &to_})
+        bound->edit->setMinimumWidth(fontMetrics().averageCharWidth() * kBoundCharacters);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(fields_);
     layout->addWidget(field_);
     layout->addWidget(new QLabel(QStringLiteral("از"), this));
-    layout->addWidget(from_, 1);
+    layout->addWidget(from_.edit, 1);
     layout->addWidget(new QLabel(QStringLiteral("تا"), this));
-    layout->addWidget(to_, 1);
+    layout->addWidget(to_.edit, 1);
     adaptInputs();
 
-    for (SearchEdit* edit : {from_, to_}) {
-        QObject::connect(edit, &QLineEdit::textChanged, this, [this] {
+    for (Bound* bound : {&from_, &to_}) {
+        SearchEdit* edit = bound->edit;
+        QObject::connect(edit, &QLineEdit::textChanged, this, [this, bound] {
             refused_.clear();
+            heed(*bound);
             if (!change_.isMuted() && narrowsOtherwise()) change_.typed();
         });
         QObject::connect(edit, &QLineEdit::editingFinished, this, [this, edit] { checkBound(*edit); });
@@ -54,6 +56,13 @@ RangeSearchFrame::RangeSearchFrame(ScreenContext& context, const QString& object
         }
         if (narrowsOtherwise()) change_.changed();
     });
+}
+
+void RangeSearchFrame::heed(Bound& bound) {
+    const QString text = bound.edit->text();
+    const bool finished = text.isEmpty() || plainAmount(text);
+    if (finished) bound.heeded = text;
+    bound.edit->setUnfinished(!finished);
 }
 
 void RangeSearchFrame::checkBound(SearchEdit& bound) {
@@ -81,16 +90,16 @@ void RangeSearchFrame::adaptInputs() {
     const int index = fields_->currentIndex();
     fields_->setVisible(items_.size() > 1);
     field_->setVisible(items_.size() == 1);
-    from_->setEnabled(index >= 0);
-    to_->setEnabled(index >= 0);
+    from_.edit->setEnabled(index >= 0);
+    to_.edit->setEnabled(index >= 0);
     if (index < 0) return;
     const TSearchItem& item = items_[static_cast<std::size_t>(index)];
     const QString title = QString::fromStdString(item.Title);
     field_->setText(title);
-    from_->setAccessibleName(QStringLiteral("%1 از").arg(title));
-    to_->setAccessibleName(QStringLiteral("%1 تا").arg(title));
-    from_->setDataType(item.DataType);
-    to_->setDataType(item.DataType);
+    from_.edit->setAccessibleName(QStringLiteral("%1 از").arg(title));
+    to_.edit->setAccessibleName(QStringLiteral("%1 تا").arg(title));
+    from_.edit->setDataType(item.DataType);
+    to_.edit->setDataType(item.DataType);
 }
 
 void RangeSearchFrame::init() {
@@ -102,23 +111,25 @@ std::string RangeSearchFrame::Filter() const {
     const int index = fields_->currentIndex();
     if (index < 0) return {};
     const std::string& field = items_[static_cast<std::size_t>(index)].FieldName;
-    std::string condition = rangeCondition(field, from_->text(), to_->text());
+    std::string condition = rangeCondition(field, from_.heeded, to_.heeded);
     return condition.empty() || !isField_ || isField_(field) ? condition : "1 = 0";
 }
 
 void RangeSearchFrame::Clear() {
     const SearchChange::Muted muted(change_);
-    from_->clear();
-    to_->clear();
+    from_.edit->clear();
+    to_.edit->clear();
     narrowing_.clear();
 }
 
 void RangeSearchFrame::FocusFirst() {
-    from_->setFocus();
+    from_.edit->setFocus();
 }
 
 TSearchRange RangeSearchFrame::Range() const {
-    return {.Item = fields_->currentIndex(), .From = from_->text().toStdString(), .To = to_->text().toStdString()};
+    return {.Item = fields_->currentIndex(),
+            .From = from_.edit->text().toStdString(),
+            .To = to_.edit->text().toStdString()};
 }
 
 void RangeSearchFrame::SetRange(const TSearchRange& range) {
@@ -126,8 +137,8 @@ void RangeSearchFrame::SetRange(const TSearchRange& range) {
     const SearchChange::Muted muted(change_);
     fields_->setCurrentIndex(range.Item);
     adaptInputs();
-    from_->setText(QString::fromStdString(range.From));
-    to_->setText(QString::fromStdString(range.To));
+    from_.edit->setText(QString::fromStdString(range.From));
+    to_.edit->setText(QString::fromStdString(range.To));
     narrowing_ = Filter();
 }
 
@@ -148,8 +159,8 @@ void RangeSearchFrame::DeleteItem(int index) {
     checkIndex(index, "DeleteItem");
     const SearchChange::Muted muted(change_);
     if (fields_->currentIndex() == index) {
-        from_->clear();
-        to_->clear();
+        from_.edit->clear();
+        to_.edit->clear();
     }
     // The combo box tells of its new current item while the item goes, so the items must be right by then.
     items_.erase(items_.begin() + index);
@@ -164,7 +175,7 @@ TSearchItem RangeSearchFrame::Item(int index) const {
 }
 
 void RangeSearchFrame::keyPressEvent(QKeyEvent* event) {
-    SearchEdit* input = to_->hasFocus() ? to_ : from_;
+    SearchEdit* input = to_.edit->hasFocus() ? to_.edit : from_.edit;
     if (!input->take(event)) event->ignore();
 }
 

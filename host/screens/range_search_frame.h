@@ -35,9 +35,17 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    // An input and what the list heeds of it: the last text that was empty or a number. What is being typed may be
+    // neither for a while ("1," on the way to "1,000"), and the list stays as it is until it is one of them again.
+    struct Bound {
+        SearchEdit* edit;
+        QString heeded;
+    };
+
     void checkIndex(int index, const char* operation) const;
     void adaptInputs();
-    // Tells of a bound that the user has left and that is no number: the list does not heed it.
+    static void heed(Bound& bound);
+    // Tells of a bound that the user has left unfinished.
     void checkBound(SearchEdit& bound);
     // Whether the condition has changed since it was last asked for.
     [[nodiscard]] bool narrowsOtherwise();
@@ -45,8 +53,8 @@ private:
     std::vector<TSearchItem> items_;
     QComboBox* fields_;
     QLabel* field_;  // instead of the choice while there is but one item
-    SearchEdit* from_;
-    SearchEdit* to_;
+    Bound from_;
+    Bound to_;
     std::string narrowing_;  // the condition as it was last told
     ScreenContext& context_;
     QString refused_;  // the text that the user has been told of

@@ -1,6 +1,7 @@
 #include "host/screens/search_edit.h"
 
 #include <QRegularExpressionValidator>
+#include <QStyle>
 
 namespace basalt::host {
 namespace {
@@ -26,6 +27,22 @@ void SearchEdit::setDataType(TSearchDataType type) {
         if (!hasAcceptableInput()) clear();
     }
     setInputMethodHints(type == TSearchDataType::Text ? Qt::ImhNone : Qt::ImhPreferNumbers);
+}
+
+void SearchEdit::setUnfinished(bool unfinished) {
+    if (unfinished == unfinished_) return;
+    unfinished_ = unfinished;
+    const QString hint =
+        unfinished
+            ? QStringLiteral(
+                  "عدد هنوز کامل نیست؛ فهرست تا آن هنگام تغییر نمی‌کند.")
+            : QString();
+    setToolTip(hint);
+    setAccessibleDescription(hint);
+    setProperty("unfinished", unfinished);
+    // The style sheet looks at a property only when it is applied anew.
+    style()->unpolish(this);
+    style()->polish(this);
 }
 
 }  // namespace basalt::host

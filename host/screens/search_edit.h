@@ -14,6 +14,12 @@ public:
 
     // Digits and amounts take Persian, Arabic and ASCII digits; text that the new type does not take is removed.
     void setDataType(TSearchDataType type);
+    // Shows that the text is not yet what is asked for, and that the list does not heed it.
+    void setUnfinished(bool unfinished);
+    [[nodiscard]] bool isUnfinished() const { return unfinished_; }
+
+private:
+    bool unfinished_ = false;
 };
 
 }  // namespace basalt::host

@@ -173,17 +173,24 @@ void SmartGrid::SetDataSource(TDataSource* source) {
 
 int SmartGrid::AddColumn(const TGridColumn& column) {
     const int index = model_.addColumn(column);
+    bringBack(index);
+    return index;
+}
+
+// What the user made of the column before it was removed.
+void SmartGrid::bringBack(int column) {
+    const std::string& field = model_.column(column).FieldName;
     const auto away = std::find_if(away_.begin(), away_.end(), [&](const Away& entry) {
-        return sameName(entry.kept.value(QStringLiteral("field")).toString().toStdString(), column.FieldName);
+        return sameName(entry.kept.value(QStringLiteral("field")).toString().toStdString(), field);
     });
-    if (away == away_.end()) return index;
+    if (away == away_.end()) return;
     QHeaderView* header = view_->horizontalHeader();
-    arrangeColumn(index, away->kept);
-    header->moveSection(header->visualIndex(index), std::min(away->place, header->count() - 1));
+    arrangeColumn(column, away->kept);
+    header->moveSection(header->visualIndex(column), std::min(away->place, header->count() - 1));
     away_.erase(away);
     applyVisibility();
     layOutColumns();
-    return index;
+    if (sortAway_ && sameName(sortAway_->field, field)) sortBy(column, sortAway_->descending);
 }
 
 void SmartGrid::checkIndex(int index, const char* operation) const {
@@ -209,6 +216,11 @@ void SmartGrid::RemoveColumn(int index) {
         away_.insert(std::upper_bound(away_.begin(), away_.end(), away,
                                       [](const Away& one, const Away& other) { return one.place < other.place; }),
                      away);
+    if (model_.sortColumn() == index) {
+        const Sort sort{model_.column(index).FieldName, model_.sortDescending()};
+        sortBy(-1, false);
+        sortAway_ = sort;
+    }
     model_.removeColumnAt(index);
 }
 
@@ -294,6 +306,7 @@ void SmartGrid::sortBy(int column, bool descending) {
     QHeaderView* header = view_->horizontalHeader();
     header->setSortIndicatorShown(column >= 0);
     if (column >= 0) header->setSortIndicator(column, descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+    sortAway_.reset();
     const QScopedValueRollback<bool> sorting(sorting_, true);
     model_.sortBy(column, descending);
 }
@@ -416,9 +429,11 @@ QJsonObject SmartGrid::arrangement() const {
     for (const Away& away : away_)
         columns.insert(std::min(away.place, static_cast<int>(columns.size())), away.kept);
     QJsonObject all{{QStringLiteral("columns"), columns}};
-    if (model_.sortColumn() >= 0) {
-        all.insert(QStringLiteral("sort"), QString::fromStdString(model_.column(model_.sortColumn()).FieldName));
-        all.insert(QStringLiteral("descending"), model_.sortDescending());
+    std::optional<Sort> sort = sortAway_;
+    if (model_.sortColumn() >= 0) sort = Sort{model_.column(model_.sortColumn()).FieldName, model_.sortDescending()};
+    if (sort) {
+        all.insert(QStringLiteral("sort"), QString::fromStdString(sort->field));
+        all.insert(QStringLiteral("descending"), sort->descending);
     }
     return all;
 }
@@ -443,8 +458,14 @@ void SmartGrid::arrange(const QJsonObject& arrangement) {
     }
     applyVisibility();
     layOutColumns();
-    const int sorted = indexOf(arrangement.value(QStringLiteral("sort")).toString());
-    if (sorted >= 0) sortBy(sorted, arrangement.value(QStringLiteral("descending")).toBool());
+    const Sort sort{arrangement.value(QStringLiteral("sort")).toString().toStdString(),
+                    arrangement.value(QStringLiteral("descending")).toBool()};
+    if (sort.field.empty()) return;
+    if (const int sorted = columnOf(sort.field); sorted >= 0) {
+        sortBy(sorted, sort.descending);
+    } else {
+        sortAway_ = sort;
+    }
 }
 
 int SmartGrid::columnOf(const std::string& field) const {

@@ -39,7 +39,8 @@ public:
 
     [[nodiscard]] GridModel& model() { return model_; }
     [[nodiscard]] const GridModel& model() const { return model_; }
-    // Sorts by a column, keeping the current record; -1 is the data set's own order.
+    // Sorts by a column, keeping the current record; -1 is the data set's own order. A sort by a column that is removed
+    // goes with it and comes back with it, unless the list has been sorted otherwise meanwhile.
     void sortBy(int column, bool descending);
 
     // The order, widths and visibility of the columns and the sort, as one object. What it says of a field that has no
@@ -79,6 +80,10 @@ private:
         QJsonObject kept;
         int place;  // among the columns as they were shown
     };
+    struct Sort {
+        std::string field;
+        bool descending = false;
+    };
 
     void checkIndex(int index, const char* operation) const;
     void addAction(const char* objectName, const char* title, const QKeySequence& key, void (SmartGrid::*work)());
@@ -89,6 +94,7 @@ private:
     void showMenu(const QPoint& at);
     void applyVisibility();
     void layOutColumns();
+    void bringBack(int column);
     [[nodiscard]] int contentWidth(int column) const;
     [[nodiscard]] int measuredWidth(int column) const;
     void widenFor(int row);
@@ -112,7 +118,8 @@ private:
     std::function<QString()> part_;
     std::function<std::vector<QString>()> headerLines_;
     std::function<bool()> gate_;
-    std::vector<Away> away_;  // by their places
+    std::vector<Away> away_;        // by their places
+    std::optional<Sort> sortAway_;  // by a column that is not there at the moment; the list stands in its own order
     int titleLines_ = 1;
     bool followingCursor_ = false;
     bool layingOut_ = false;

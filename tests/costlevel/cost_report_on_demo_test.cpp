@@ -323,5 +323,52 @@ TEST_F(ReportOnDemo, theConsumerPriceComesBackAsTheUserLeftIt) {
     });
 }
 
+TEST_F(ReportOnDemo, theSortByTheConsumerPriceComesBackWithIt) {
+    const auto codes = [](const SmartGrid& grid) {
+        std::vector<std::string> first;
+        for (int row = 0; row < 3; ++row)
+            first.push_back(grid.model().shown(row, 0).toStdString());
+        return first;
+    };
+    // What the title shows: the sorted field, with a minus sign before it when it is sorted from the highest.
+    const auto shownSort = [](SmartGrid& grid) {
+        const QHeaderView& header = *static_cast<QTableView*>(grid.View())->horizontalHeader();
+        if (!header.isSortIndicatorShown()) return std::string();
+        const std::string field = grid.Column(header.sortIndicatorSection()).FieldName;
+        return (header.sortIndicatorOrder() == Qt::DescendingOrder ? "-" : "") + field;
+    };
+    std::vector<std::string> own;
+    std::vector<std::string> byConsumerPrice;
+    show([&](QWidget& report, SmartGrid& grid) {
+        auto* tabs = control<QTabBar>(report, "TTab_Search_Frame1_TBC");
+        own = codes(grid);
+        tabs->setCurrentIndex(1);
+        const int consumer = grid.ColumnCount() - 1;
+        grid.sortBy(consumer, true);
+        byConsumerPrice = codes(grid);
+        EXPECT_NE(byConsumerPrice, own);
+        tabs->setCurrentIndex(0);
+        EXPECT_EQ(codes(grid), own);
+        EXPECT_EQ(shownSort(grid), "");
+        tabs->setCurrentIndex(1);
+        EXPECT_EQ(codes(grid), byConsumerPrice);
+        EXPECT_EQ(shownSort(grid), "-ConsumerPrice");
+        tabs->setCurrentIndex(0);
+    });
+    // Closed without the column, the list still knows; it forgets when it is sorted otherwise.
+    show([&](QWidget& report, SmartGrid& grid) {
+        auto* tabs = control<QTabBar>(report, "TTab_Search_Frame1_TBC");
+        EXPECT_EQ(codes(grid), own);
+        EXPECT_EQ(shownSort(grid), "");
+        tabs->setCurrentIndex(1);
+        EXPECT_EQ(codes(grid), byConsumerPrice);
+        EXPECT_EQ(shownSort(grid), "-ConsumerPrice");
+        tabs->setCurrentIndex(0);
+        grid.sortBy(0, false);
+        tabs->setCurrentIndex(1);
+        EXPECT_EQ(shownSort(grid), "Code");
+    });
+}
+
 }  // namespace
 }  // namespace basalt::host

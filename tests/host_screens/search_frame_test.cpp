@@ -3,6 +3,7 @@
 #include <QLineEdit>
 #include <QTabBar>
 
+#include "host/screens/search_edit.h"
 #include "tests/host_screens/screen_test.h"
 
 namespace basalt::host {
@@ -165,6 +166,71 @@ TEST_F(SearchFrames, aRangeTellsOnlyOfWhatNarrowsOtherwise) {
     EXPECT_EQ(told, 3) << "the same range, after it was cleared";
 }
 
+TEST_F(SearchFrames, aGroupedBoundIsHeededWhenItIsWhole) {
+    auto* frame = screens.createCostRangeSearch("Range", &window);
+    frame->AddItem({"F1", "همکار", TSearchDataType::Amount});
+    frame->AddItem({"F2", "عمده", TSearchDataType::Amount});
+    frame->init();
+    std::vector<std::string> told;
+    frame->OnChange = [&] { told.push_back(frame->Filter()); };
+    auto* from = control<SearchEdit>(window, "Range_From_EDT");
+    const auto typed = [&](const QString& text) {
+        type(from, text);
+        return told.empty() ? std::string("nothing") : told.back();
+    };
+    EXPECT_EQ(typed(QStringLiteral("-")), "nothing");
+    EXPECT_TRUE(from->isUnfinished());
+    from->clear();
+    EXPECT_FALSE(from->isUnfinished());
+    EXPECT_TRUE(from->toolTip().isEmpty());
+    EXPECT_EQ(typed(QStringLiteral("1")), "[F1] >= 1");
+    EXPECT_FALSE(from->isUnfinished());
+    for (const char* more : {",", "0", "0"}) {
+        EXPECT_EQ(typed(QLatin1String(more)), "[F1] >= 1");
+        EXPECT_TRUE(from->isUnfinished());
+        EXPECT_TRUE(from->property("unfinished").toBool());
+        EXPECT_EQ(from->toolTip().toStdString(),
+                  "عدد هنوز کامل نیست؛ فهرست تا آن هنگام تغییر نمی‌کند.");
+        EXPECT_EQ(from->accessibleDescription(), from->toolTip());
+    }
+    EXPECT_EQ(told.size(), 1U);
+    EXPECT_EQ(typed(QStringLiteral("0")), "[F1] >= 1000");
+    EXPECT_FALSE(from->isUnfinished());
+    EXPECT_TRUE(from->toolTip().isEmpty());
+    // The other way as well, and whatever else asks for the condition meanwhile.
+    QTest::keyClick(from, Qt::Key_Backspace);
+    EXPECT_TRUE(from->isUnfinished());
+    EXPECT_EQ(frame->Filter(), "[F1] >= 1000");
+    control<QComboBox>(window, "Range_CMB")->setCurrentIndex(1);
+    EXPECT_EQ(told.back(), "[F2] >= 1000");
+    type(control<QLineEdit>(window, "Range_To_EDT"), QStringLiteral("5"));
+    EXPECT_EQ(told.back(), "[F2] >= 1000 AND [F2] <= 5");
+    from->clear();
+    EXPECT_EQ(told.back(), "[F2] <= 5");
+    EXPECT_FALSE(from->isUnfinished());
+    EXPECT_EQ(told, (std::vector<std::string>{"[F1] >= 1", "[F1] >= 1000", "[F2] >= 1000", "[F2] >= 1000 AND [F2] <= 5",
+                                              "[F2] <= 5"}));
+}
+
+TEST_F(SearchFrames, anUnfinishedBoundIsForgottenWithItsRange) {
+    auto* frame = screens.createCostRangeSearch("Range", &window);
+    frame->AddItem({"F1", "همکار", TSearchDataType::Amount});
+    frame->init();
+    auto* from = control<SearchEdit>(window, "Range_From_EDT");
+    type(from, QStringLiteral("1,0"));
+    frame->Clear();
+    EXPECT_EQ(frame->Filter(), "");
+    EXPECT_FALSE(from->isUnfinished());
+    type(from, QStringLiteral("1,0"));
+    frame->SetRange({.Item = 0, .From = "20", .To = ""});
+    EXPECT_EQ(frame->Filter(), "[F1] >= 20");
+    EXPECT_FALSE(from->isUnfinished());
+    type(from, QStringLiteral(",0"));
+    frame->DeleteItem(0);
+    EXPECT_EQ(frame->Filter(), "");
+    EXPECT_FALSE(from->isUnfinished());
+}
+
 TEST_F(SearchFrames, aBoundThatIsNoNumberIsToldOfOnceItIsLeft) {
     auto* frame = screens.createCostRangeSearch("Range", &window);
     frame->AddItem({"F1", "همکار", TSearchDataType::Amount});
@@ -172,7 +238,7 @@ TEST_F(SearchFrames, aBoundThatIsNoNumberIsToldOfOnceItIsLeft) {
     window.show();
     auto* from = control<QLineEdit>(window, "Range_From_EDT");
     type(from, QStringLiteral("1,5"));
-    EXPECT_EQ(frame->Filter(), "");
+    EXPECT_EQ(frame->Filter(), "[F1] >= 1");
     EXPECT_TRUE(messages.shown.empty()) << "it may become 1,500";
     messages.expect("MsgNotANumber");
     QTest::keyClick(from, Qt::Key_Return);
