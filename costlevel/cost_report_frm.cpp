@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScopedValueRollback>
 #include <algorithm>
 #include <set>
 #include <utility>
@@ -167,11 +168,22 @@ std::string TCost_Report_FRM::priceFormat() const {
     return "#,#0" + precision + ";-#,#0" + precision + ";0";
 }
 
+std::vector<TCost_Report_FRM::Level> TCost_Report_FRM::levelsWithColumns() const {
+    TADOQuery& names = levels_->Temp_Q7777UR;
+    names.SQL = " SELECT Name, Code FROM costlevel WHERE Code > 0  AND CostType = 1 order by code";
+    names.Open();
+    std::vector<Level> levels;
+    for (; levels.size() < kPriceLevels && !names.Eof(); names.Next())
+        levels.push_back({levelField(static_cast<int>(names.FieldByName("Code").AsInteger())),
+                          names.FieldByName("Name").AsString()});
+    names.Close();
+    return levels;
+}
+
 void TCost_Report_FRM::MakeGrid() {
     grid_->SetColumn(0, {.FieldName = "Code", .Title = QStringLiteral("کد کالا")});
     grid_->SetColumn(1, {.FieldName = "AbbName", .Title = QStringLiteral("بارکد کالا"), .Width = kBarcodeWidth});
     grid_->SetColumn(2, {.FieldName = "Name", .Title = QStringLiteral("نام کالا")});
-    const int last = std::min(grid_->ColumnCount(), kFixedColumns + kPriceLevels);
     for (int i = kFixedColumns; i < grid_->ColumnCount(); ++i) {
         TGridColumn column = grid_->Column(i);
         column.Visible = false;
@@ -179,24 +191,18 @@ void TCost_Report_FRM::MakeGrid() {
         grid_->SetColumn(i, column);
     }
 
-    TADOQuery& names = levels_->Temp_Q7777UR;
-    names.Close();
-    names.SQL = " SELECT Name, Code FROM costlevel WHERE Code > 0  AND CostType = 1 order by code";
-    names.Open();
+    const std::vector<Level> levels = levelsWithColumns();
     std::set<std::string> taken;
     int next = kFixedColumns;
-    for (; next < last && !names.Eof(); ++next, names.Next()) {
+    for (const auto& [field, name] : levels) {
         // A level of a code that no price has gets its column too; its cells are empty.
-        const std::string field = levelField(names.FieldByName("Code").AsInteger());
-        const std::string title = names.FieldByName("Name").AsString();
         taken.insert(field);
-        grid_->SetColumn(next,
-                         {.FieldName = field, .Title = QString::fromStdString(title), .DisplayFormat = priceFormat()});
-        prices_->AddItem({.FieldName = field, .Title = title, .DataType = TSearchDataType::Amount});
+        grid_->SetColumn(next++,
+                         {.FieldName = field, .Title = QString::fromStdString(name), .DisplayFormat = priceFormat()});
+        prices_->AddItem({.FieldName = field, .Title = name, .DataType = TSearchDataType::Amount});
     }
-    names.Close();
     // The hidden columns take the fields that are left, so that a field stands for one column only.
-    for (int code = 1; code <= kPriceLevels && next < last; ++code) {
+    for (int code = 1; code <= kPriceLevels && next < kFixedColumns + kPriceLevels; ++code) {
         if (taken.contains(levelField(code))) continue;
         TGridColumn column = grid_->Column(next);
         column.FieldName = levelField(code);
@@ -321,14 +327,8 @@ void TCost_Report_FRM::PrintList_BTNClick() {
             {.FieldName = column.FieldName, .Title = column.Title.toStdString(), .Visible = column.Visible});
     }
     setting.Columns.insert(setting.Columns.begin(), columns.begin(), columns.end());
-    printing_ = setting;
-    try {
-        grid_->PrintPreview(setting);
-    } catch (...) {
-        printing_.reset();
-        throw;
-    }
-    printing_.reset();
+    const QScopedValueRollback<std::optional<TPrintSetting>> printing(printing_, setting);
+    grid_->PrintPreview(setting);
 }
 
 }  // namespace basalt

@@ -53,6 +53,12 @@ public:
     [[nodiscard]] std::string GetCurrencyPrecisionCount() const;
 
 private:
+    struct Level {
+        std::string field;
+        std::string name;
+    };
+
+    [[nodiscard]] std::vector<Level> levelsWithColumns() const;  // by code
     [[nodiscard]] std::string priceFormat() const;
     [[nodiscard]] int consumerColumn() const;  // -1: not shown
     void registerPrintColumns() const;

@@ -54,16 +54,6 @@ TCostLevel_DM::TCostLevel_DM()
     SetCost_QUR.OnCalcFields = [this](TDataSet& list) { SetCost_QURCalcFields(list); };
 }
 
-void TCostLevel_DM::open(TADOQuery& query, const std::string& statement) {
-    query.SQL = statement;
-    query.Open();
-}
-
-void TCostLevel_DM::execute(TADOQuery& query, const std::string& statement) {
-    query.SQL = statement;
-    query.ExecSQL();
-}
-
 void TCostLevel_DM::CostLevel_GetAll(const std::string& filter) {
     std::string statement = "select Code,Name,Comment from CostLevel";
     if (!filter.empty()) statement += "\n WHERE " + filter;

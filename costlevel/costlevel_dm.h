@@ -93,8 +93,12 @@ public:
     //   kind 2  the sale prices offered to a person, 3 the purchase prices offered to one (perCode)
     //   kind 4  the prices offered to a person in a currency (currCode): for sale when direction is 1, else for
     //   purchase
-    // The procedures of kinds 2 to 4 take the good, the person and the currency, in this order. UsageError for another
-    // kind. After a failure of the database the query is closed.
+    // Kinds 0 and 1 mark the good's own default and nothing else: no row where the good names none, or a level that
+    // does not exist. They list levels that the good has no price of, with a null Cost. What kinds 2 to 4 list and mark
+    // is up to the procedures of the database; those of database/ leave out levels without a price and mark the
+    // person's own level, else the good's default, for which level 1 stands where the good names none from 1 to 10. The
+    // procedures take the good, the person and the currency, in this order. UsageError for another kind. After a
+    // failure of the database the query is closed.
     void OfferCost_GetAll(int kind, int goodCode, int perCode, int currCode, int direction);
 
     // Numbers the records of a price list in Row, from 1.
@@ -111,8 +115,6 @@ private:
     [[nodiscard]] bool deletePriceLevel(int code);
     [[nodiscard]] bool deleteDiscountLevel(int code);
     [[nodiscard]] bool deleteRows(int code, TSoftwarePart part, TCostType costType);
-    void execute(TADOQuery& query, const std::string& statement);
-    void open(TADOQuery& query, const std::string& statement);
 };
 
 }  // namespace basalt

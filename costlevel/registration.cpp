@@ -83,9 +83,7 @@ FunctionEntry operation(std::string name, std::string summary, std::vector<Funct
             .run = std::move(run)};
 }
 
-}  // namespace
-
-void registerCostLevel(Registry& registry) {
+void registerLevels(Registry& registry) {
     registry.add(operation(
         "CostLevel_GetAll", "Opens the list of the levels that meet a condition; all when it is empty.",
         {in("Filter", "text")}, "", [](FunctionCall& call) { levels(call).CostLevel_GetAll(call.text("Filter")); }));
@@ -120,6 +118,9 @@ void registerCostLevel(Registry& registry) {
                                call.result(
                                    levels(call).CostLevel_Delete(call.integer("Code"), call.integer("CostType")));
                            }));
+}
+
+void registerPrices(Registry& registry) {
     registry.add(
         operation("CostLevel_Update", "Sets one sale (Kind 1) or purchase price of a good.",
                   {in("Kind", "integer"), in("GoodCode", "integer"), in("Level", "integer"), in("Price", "amount")}, "",
@@ -154,11 +155,22 @@ void registerCostLevel(Registry& registry) {
             levels(call).OfferCost_GetAll(call.integer("Kind"), call.integer("GoodCode"), call.integer("PerCode"),
                                           call.integer("CurrCode"), call.integer("Direction"));
         }));
+}
+
+void registerReport(Registry& registry) {
     registry.add(operation("CostReport_Get", "Opens the price report: every good with its sale and purchase prices.",
                            {}, "", [](FunctionCall& call) { levels(call).CostReport_Get(); }));
     registry.add(operation(
         "AddCostReportColumn", "Adds the column of a level to the price report's table: F and V as text.",
         {in("V", "text")}, "", [](FunctionCall& call) { levels(call).AddCostReportColumn(Value{call.text("V")}); }));
+}
+
+}  // namespace
+
+void registerCostLevel(Registry& registry) {
+    registerLevels(registry);
+    registerPrices(registry);
+    registerReport(registry);
 }
 
 }  // namespace basalt

@@ -15,11 +15,6 @@ namespace {
     return true;
 }();
 
-void open(TADOQuery& query, const std::string& statement) {
-    query.SQL = statement;
-    query.Open();
-}
-
 struct Declared {
     const char* name;
     ParameterDirection direction;

@@ -29,6 +29,9 @@ public:
 protected:
     // Once per query, in the constructor's body.
     void own(TADOQuery& query) { queries_.push_back(&query); }
+    // What the query held before is closed, also when the new statement fails.
+    static void open(TADOQuery& query, const std::string& statement);
+    static void execute(TADOQuery& query, const std::string& statement);
 
 private:
     std::string name_;

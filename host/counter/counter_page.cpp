@@ -16,6 +16,7 @@
 #include "host/screens/flow_layout.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
+#include "host/screens/unsaved_changes.h"
 #include "host/services/host_parts.h"
 #include "host/services/sql_access.h"
 #include "package/numbers.h"
@@ -303,19 +304,8 @@ void CounterPage::enter() {
 
 bool CounterPage::mayLeave() {
     if (isEmpty()) return true;
-    const MessageRequest question{.operation = "MsgUnsavedChanges",
-                                  .buttons = {TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel},
-                                  .defaultButton = TMessageButton::Yes,
-                                  .form = this};
-    switch (context_.host.Messages().show(question)) {
-        case mrYes:
-            return write();
-        case mrNo:
-            clearInvoice();
-            return true;
-        default:
-            return false;
-    }
+    return mayLeaveUnsaved(
+        context_.host.Messages(), *this, [this] { return write(); }, [this] { clearInvoice(); });
 }
 
 void CounterPage::showPolicy() {

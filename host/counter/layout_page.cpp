@@ -11,6 +11,7 @@
 #include "host/counter/scan_text.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
+#include "host/screens/unsaved_changes.h"
 #include "host/services/sql_access.h"
 #include "package/messages.h"
 
@@ -292,21 +293,12 @@ void LayoutPage::enter() {
 
 bool LayoutPage::mayLeave() {
     if (edited_ == stored_) return true;
-    MessageRequest question{.operation = "MsgUnsavedChanges",
-                            .buttons = {TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel},
-                            .defaultButton = TMessageButton::Yes,
-                            .form = window()};
-    switch (context_.host.Messages().show(question)) {
-        case mrYes:
-            if (!write()) return false;
-            reload(stored_.id);
-            return true;
-        case mrNo:
-            show(stored_);
-            return true;
-        default:
-            return false;
-    }
+    const auto save = [this] {
+        if (!write()) return false;
+        reload(stored_.id);
+        return true;
+    };
+    return mayLeaveUnsaved(context_.host.Messages(), *window(), save, [this] { show(stored_); });
 }
 
 void LayoutPage::reload(int id) {

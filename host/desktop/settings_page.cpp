@@ -9,6 +9,7 @@
 
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
+#include "host/screens/unsaved_changes.h"
 #include "host/services/host_parts.h"
 
 namespace basalt::host {
@@ -163,16 +164,8 @@ void SettingsPage::enter() {
 
 bool SettingsPage::mayLeave() {
     if (!unsaved_) return true;
-    MessageRequest question;
-    question.operation = "MsgUnsavedChanges";
-    question.buttons = {TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel};
-    question.defaultButton = TMessageButton::Yes;
-    question.form = window();
-    const int answer = context_.host.Messages().show(question);
-    if (answer == mrYes) return save();
-    if (answer != mrNo) return false;
-    load();
-    return true;
+    return mayLeaveUnsaved(
+        context_.host.Messages(), *window(), [this] { return save(); }, [this] { load(); });
 }
 
 void SettingsPage::load() {

@@ -1,5 +1,6 @@
 #include "host/price_editor/price_editor_frm.h"
 
+#include <QAbstractItemView>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QScrollArea>
@@ -13,6 +14,8 @@
 #include "host/screens/number_typing.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/record_content.h"
+#include "host/screens/theme.h"
+#include "host/screens/wrapped_text.h"
 #include "package/screens/place.h"
 
 namespace basalt::host {
@@ -23,9 +26,11 @@ constexpr int kDiscounts = 4;
 constexpr int kSaveAndClose = 2;
 constexpr int kLongestAmount = 38;  // no more digits than a decimal has
 constexpr int kMostPercent = 100;
-constexpr int kInputFrame = 28;         // around the text of an input
-constexpr int kTitleCharacters = 22;    // of a level; what is longer ends in three dots
-constexpr int kDefaultCharacters = 12;  // that the choice of a default shows at least
+constexpr int kInputFrame = 28;       // around the text of an input
+constexpr int kTitleLines = 2;        // of a level's name
+constexpr int kTitleCharacters = 27;  // in one of them; what is longer ends in three dots
+constexpr int kRowSpacing = 4;
+constexpr int kDefaultCharacters = 8;  // that the choice of a default shows at least
 
 QString amountText(const std::optional<Decimal>& amount) {
     static const DisplayFormat format("#,#0.#########;-#,#0.#########;0");
@@ -62,6 +67,32 @@ int levelsOf(const std::string& field) {
     return field.find("Discount") == std::string::npos ? kPrices : kDiscounts;
 }
 
+int titleWidth(const QLabel& title) {
+    const int most = title.fontMetrics().averageCharWidth() * kTitleCharacters;
+    const QFontMetricsF metrics(title.font());
+    const auto width = [&](int lines) { return static_cast<int>(widthForLines(title.text(), metrics, lines)) + 2; };
+    return width(1) <= most ? width(1) : std::min(width(kTitleLines), most);
+}
+
+// Levels may have much the same long names, so each is read to its end where it can be. All of a group are as wide as
+// the widest of them needs.
+void fitTitles(const std::vector<QLabel*>& titles) {
+    int width = 0;
+    for (const QLabel* title : titles)
+        width = std::max(width, titleWidth(*title));
+    for (QLabel* title : titles) {
+        const QFontMetrics metrics = title->fontMetrics();
+        const bool oneLine = metrics.horizontalAdvance(title->text()) <= width;
+        title->setFixedSize(width, metrics.lineSpacing() * (oneLine ? 1 : kTitleLines));
+    }
+}
+
+// The list of a combo box is wide enough for its texts, whatever room the closed box has.
+void widenList(QComboBox& levels) {
+    QAbstractItemView* list = levels.view();
+    list->setMinimumWidth(list->sizeHintForColumn(0) + kInputFrame);
+}
+
 // A part of a number would read as another number.
 void giveRoom(QLineEdit& input, const QString& text) {
     const auto room = static_cast<int>(roomFor({text}, QFontMetricsF(input.font())));
@@ -73,7 +104,7 @@ void giveRoom(QLineEdit& input, const QString& text) {
 PriceEditor::PriceEditor(ReferenceHost& host, const Registry& registry, int goodCode)
     : TBaseGet_FRM(spGoods, Value{std::int64_t{goodCode}}, fmEdit), host_(host), matrix_(host, registry) {
     setObjectName("PriceEditor_FRM");
-    resize(1240, 672);
+    resize(themeWindowSize({1280, 720}, *this));
 }
 
 int PriceEditor::goodCode() const {
@@ -113,6 +144,7 @@ QWidget* PriceEditor::makeGroup(const Group& group, QWidget* parent) {
     auto* box = new QGroupBox(group.title, parent);
     box->setObjectName(QString::fromLatin1(group.objectName));
     auto* layout = new QGridLayout(box);
+    layout->setVerticalSpacing(kRowSpacing);
     layout->setColumnStretch(1, 1);
     layout->setColumnStretch(2, 1);
     const std::pair<const char*, QString> directions[] = {{"Sell", QStringLiteral("فروش")},
@@ -128,7 +160,9 @@ QWidget* PriceEditor::makeGroup(const Group& group, QWidget* parent) {
         auto* title = new QLabel;
         title->setObjectName(QString::fromStdString(std::string(group.stem) + "_" + number + "_LBL"));
         title->setTextFormat(Qt::PlainText);
-        title->setMaximumWidth(title->fontMetrics().averageCharWidth() * kTitleCharacters);
+        title->setWordWrap(true);
+        // On the side of its words also when it is a number.
+        title->setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
         layout->addWidget(title, level, 0);
         titles_[group.titleStem + number] = title;
         for (int column = 0; column < 2; ++column) {
@@ -192,15 +226,21 @@ void PriceEditor::SetComponents() {
     base().SetSaveControl(save_, kSaveAndClose);
     base().SetTitle("قیمت‌ها و تخفیف‌های کالا");
     const LevelTitles titles = matrix_.titles();
-    for (const auto& [name, label] : titles_)
-        label->setText(QString::fromStdString(titles.at(name)));
+    std::map<bool, std::vector<QLabel*>> groups;
+    for (const auto& [name, label] : titles_) {
+        label->setText(screenText(QString::fromStdString(titles.at(name))));
+        groups[isDiscount(name)].push_back(label);
+    }
+    for (const auto& [discounts, labels] : groups)
+        fitTitles(labels);
     // A number alone says little to who hears or prints it.
     for (const auto& [field, input] : amounts_)
         input->setAccessibleName(QStringLiteral("%1 (%2)").arg(input->accessibleName(), levelTitle(field)));
     for (const auto& [field, levels] : defaults_) {
         const char* stem = field.find("Discount") == std::string::npos ? "CostLevel_" : "Discount_Sell_";
         for (int level = 1; level < levels->count(); ++level)
-            levels->setItemText(level, QString::fromStdString(titles.at(stem + std::to_string(level))));
+            levels->setItemText(level, screenText(QString::fromStdString(titles.at(stem + std::to_string(level)))));
+        widenList(*levels);
     }
 }
 

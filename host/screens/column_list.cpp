@@ -3,6 +3,8 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "host/screens/persian_digits.h"
+
 namespace basalt::host {
 
 ColumnList::ColumnList(const std::vector<ColumnChoice>& choices, const QString& accessibleName, QWidget* parent)
@@ -10,7 +12,7 @@ ColumnList::ColumnList(const std::vector<ColumnChoice>& choices, const QString& 
     list_->setObjectName(QStringLiteral("Columns_LST"));
     list_->setAccessibleName(accessibleName);
     for (const ColumnChoice& choice : choices) {
-        auto* item = new QListWidgetItem(choice.title, list_);
+        auto* item = new QListWidgetItem(screenText(choice.title), list_);
         item->setData(Qt::UserRole, choice.column);
         item->setCheckState(choice.visible ? Qt::Checked : Qt::Unchecked);
     }

@@ -19,7 +19,7 @@ class ColumnList final : public QWidget {
 public:
     ColumnList(const std::vector<ColumnChoice>& choices, const QString& accessibleName, QWidget* parent);
 
-    // In the order that the user gave them.
+    // In the order that the user gave them, with their titles as they are shown.
     [[nodiscard]] std::vector<ColumnChoice> choices() const;
     [[nodiscard]] bool anyVisible() const;
 

@@ -7,7 +7,10 @@
 #include <QLabel>
 #include <QStyleOptionComboBox>
 #include <QToolTip>
+#include <algorithm>
 #include <utility>
+
+#include "host/screens/wrapped_text.h"
 
 namespace basalt::host {
 namespace {
@@ -18,8 +21,18 @@ bool fits(const QWidget& widget, const QString& text, int width) {
     return widget.fontMetrics().horizontalAdvance(text) <= width;
 }
 
+// Whether what stands on the lines that have room is all of the text.
+bool fitsWrapped(const QLabel& label) {
+    const QRect room = label.contentsRect();
+    const int lines = std::max(1, room.height() / label.fontMetrics().lineSpacing());
+    QString shown = wrappedLines(label.text(), label.font(), room.width(), lines).join(QString());
+    QString whole = label.text();
+    return shown.remove(QLatin1Char(' ')) == whole.remove(QLatin1Char(' '));
+}
+
 QString cutIn(const QLabel& label) {
-    if (label.wordWrap() || label.text().contains(QLatin1Char('\n'))) return {};
+    if (label.text().contains(QLatin1Char('\n'))) return {};
+    if (label.wordWrap()) return fitsWrapped(label) ? QString() : label.text();
     return fits(label, label.text(), label.contentsRect().width()) ? QString() : label.text();
 }
 

@@ -10,6 +10,7 @@
 #include "host/screens/record_content.h"
 #include "host/screens/table_printer.h"
 #include "host/screens/theme.h"
+#include "host/screens/unsaved_changes.h"
 
 namespace basalt::host {
 namespace {
@@ -336,13 +337,7 @@ bool GetBaseImpl::MayClose() {
     if (isSaved_) return true;
     bool may = false;
     context_.guarded(&editor_, [this, &may] {
-        MessageRequest request;
-        request.operation = "MsgUnsavedChanges";
-        request.buttons = {TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel};
-        request.defaultButton = TMessageButton::Yes;
-        request.form = &editor_;
-        const int answer = context_.host().Messages().show(request);
-        may = answer == mrNo || (answer == mrYes && write());
+        may = mayLeaveUnsaved(context_.host().Messages(), editor_, [this] { return write(); });
     });
     return may;
 }

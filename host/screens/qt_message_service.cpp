@@ -1,15 +1,13 @@
 #include "host/screens/qt_message_service.h"
 
 #include <QApplication>
-#include <QToolTip>
 
+#include "host/screens/balloon.h"
 #include "host/screens/message_box.h"
 #include "host/screens/toast.h"
 
 namespace basalt::host {
 namespace {
-
-constexpr int kBalloonMilliseconds = 6000;
 
 QWidget* windowFor(const MessageRequest& request) {
     if (request.form) return request.form->window();
@@ -21,11 +19,6 @@ QWidget* windowFor(const MessageRequest& request) {
 QWidget* controlOf(const MessageRequest& request) {
     if (request.control) return request.control;
     return request.controlHandle ? QWidget::find(static_cast<WId>(request.controlHandle)) : nullptr;
-}
-
-void showBalloon(QWidget* control, const QString& text, int milliseconds) {
-    QToolTip::showText(control->mapToGlobal(QPoint(control->width() / 2, control->height())), text, control, {},
-                       milliseconds > 0 ? milliseconds : kBalloonMilliseconds);
 }
 
 MessageBoxContent::Mood moodOf(const MessageRequest& request) {
@@ -56,7 +49,7 @@ int QtMessageService::show(const MessageRequest& request) {
         }
         QWidget* control = controlOf(request);
         if (request.operation == "ShowTooltipMessage" && control) {
-            showBalloon(control, text, request.displayMilliseconds);
+            Balloon::show(*control, text, request.displayMilliseconds);
             return mrNone;
         }
         if (request.displayMilliseconds > 0 && window) {

@@ -6,6 +6,7 @@
 
 #include "ado/error.h"
 #include "host/screens/number_typing.h"
+#include "host/screens/persian_digits.h"
 #include "host/screens/search_condition.h"
 
 namespace basalt::host {
@@ -94,7 +95,7 @@ void RangeSearchFrame::adaptInputs() {
     to_.edit->setEnabled(index >= 0);
     if (index < 0) return;
     const TSearchItem& item = items_[static_cast<std::size_t>(index)];
-    const QString title = QString::fromStdString(item.Title);
+    const QString title = screenText(QString::fromStdString(item.Title));
     field_->setText(title);
     from_.edit->setAccessibleName(QStringLiteral("%1 از").arg(title));
     to_.edit->setAccessibleName(QStringLiteral("%1 تا").arg(title));
@@ -145,7 +146,7 @@ void RangeSearchFrame::SetRange(const TSearchRange& range) {
 void RangeSearchFrame::AddItem(const TSearchItem& item) {
     const SearchChange::Muted muted(change_);
     items_.push_back(item);
-    fields_->addItem(QString::fromStdString(item.Title));
+    fields_->addItem(screenText(QString::fromStdString(item.Title)));
     adaptInputs();
 }
 

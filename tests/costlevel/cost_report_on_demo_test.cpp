@@ -143,7 +143,16 @@ TEST_F(ReportOnDemo, aLevelMayBeCalledByANumber) {
         painter.end();
         lines.append(painted.text());
     };
-    show([&](QWidget&, SmartGrid& grid) { grid.print(); });
+    show([&](QWidget& report, SmartGrid& grid) {
+        grid.print();
+        EXPECT_EQ(control<QComboBox>(report, "TRange_Cost_Search_Frame1_CMB")->itemText(1).toStdString(), "۱۴۰۲");
+        QTimer::singleShot(0, &report, [] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            EXPECT_EQ(control<QListWidget>(*dialog, "Columns_LST")->item(1)->text().toStdString(), "۱۴۰۲");
+            control<QPushButton>(*dialog, "Cancel_BTN")->click();
+        });
+        QTest::keyClick(&report, Qt::Key_F9);
+    });
     ASSERT_EQ(lines.size(), 1);
     // Once in the line above the pages and once in the headings; a number of ten columns nowhere.
     EXPECT_EQ(lines[0].count(QStringLiteral("۱۴۰۲")), 2) << lines[0].left(300).toStdString();

@@ -100,13 +100,55 @@ TEST_F(ReportRows, offersToAPersonComeFromTheProcedures) {
     EXPECT_EQ(offers(4, 1, 0), bought);
 }
 
-TEST_F(ReportRows, saleOffersMarkTheDefaultLevel) {
-    store.OfferCost_GetAll(1, 57, 0, 0, 0);
-    std::vector<std::string> marked;
-    for (; !store.OfferCost_QUR.Eof(); store.OfferCost_QUR.Next())
-        if (const std::string mark = store.OfferCost_QUR.FieldByName("deftitle").AsString(); !mark.empty())
-            marked.push_back(store.OfferCost_QUR.FieldByName("Code").AsString() + " " + mark);
-    EXPECT_THAT(marked, ElementsAre("1 پیش فرض"));
+class MarkedOffers : public ReportRows {
+protected:
+    // The codes of the levels marked as default, in the order of their rows.
+    std::string marked(int kind, int currency = 0, int direction = 0) {
+        store.OfferCost_GetAll(kind, 57, 0, currency, direction);
+        std::string codes;
+        for (TADOQuery& rows = store.OfferCost_QUR; !rows.Eof(); rows.Next()) {
+            const std::string mark = rows.FieldByName("deftitle").AsString();
+            if (mark.empty()) continue;
+            EXPECT_EQ(mark, "پیش فرض");
+            codes += (codes.empty() ? "" : " ") + rows.FieldByName("Code").AsString();
+        }
+        return codes;
+    }
+    void setDefaults(const std::string& sale, const std::string& purchase) {
+        session->run("UPDATE GoodCostDiscount SET Default_CostLevel_Sell_Number = " + sale +
+                     ", Default_CostLevel_Buy_Number = " + purchase + " WHERE GoodCode = 57");
+    }
+};
+
+TEST_F(MarkedOffers, areTheGoodsDefaults) {
+    setDefaults("3", "7");
+    EXPECT_EQ(marked(0), "7");
+    EXPECT_EQ(marked(1), "3");
+    EXPECT_EQ(marked(2), "3");
+    EXPECT_EQ(marked(3), "7");
+    EXPECT_EQ(marked(4, 1, 1), "3");
+    EXPECT_EQ(marked(4, 1, 0), "7");
+}
+
+// The prices themselves mark what the good has stored, an offer to a person falls back to the first level.
+TEST_F(MarkedOffers, ofAGoodWithoutADefault) {
+    for (const auto& [sale, purchase] : {std::pair("0", "0"), std::pair("11", "-1"), std::pair("NULL", "NULL")}) {
+        setDefaults(sale, purchase);
+        EXPECT_EQ(marked(0), "") << purchase;
+        EXPECT_EQ(marked(1), "") << sale;
+        EXPECT_EQ(marked(2), "1") << sale;
+        EXPECT_EQ(marked(3), "1") << purchase;
+        EXPECT_EQ(marked(4, 1, 1), "1") << sale;
+        EXPECT_EQ(marked(4, 1, 0), "1") << purchase;
+    }
+}
+
+TEST_F(MarkedOffers, ofADefaultLevelThatDoesNotExist) {
+    setDefaults("5", "5");
+    session->run("DELETE FROM costlist WHERE CostLevelCode = 5");
+    session->run("DELETE FROM CostLevel WHERE CostType = 1 AND Code = 5");
+    for (const int kind : {0, 1, 2, 3})
+        EXPECT_EQ(marked(kind), "") << kind;
 }
 
 TEST_F(ReportRows, reportsTableTakesAnotherColumn) {

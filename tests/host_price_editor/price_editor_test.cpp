@@ -1,10 +1,12 @@
 // The editor of a good's prices as it looks and as it checks, on the demo company's database.
 #include <QScrollArea>
+#include <QScrollBar>
 
 #include "costlevel/registration.h"
 #include "host/price_editor/price_editor_frm.h"
 #include "host/screens/cut_text.h"
 #include "host/screens/number_room.h"
+#include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
 #include "tests/host_screens/demo_screens.h"
 
@@ -54,7 +56,10 @@ TEST_F(Editor, pricesAreWholeBesideALevelOfTheLongestName) {
     auto* title = control<QLabel>(*editor, "CostLevel_3_LBL");
     EXPECT_EQ(title->text(), QString(50, QChar(u'م')));
     EXPECT_LT(title->width(), 260);
-    EXPECT_EQ(cutTextAt(*title, {1, 1}), title->text());
+    EXPECT_EQ(cutTextAt(*title, {1, 1}).toStdString(), "") << "it has two lines";
+    auto* wide = control<QLabel>(*editor, "Discount_2_LBL");
+    EXPECT_LT(wide->width(), 260);
+    EXPECT_EQ(cutTextAt(*wide, {1, 1}), QString(50, QChar(u'W')));
     // In a window that has not the room for all of it the form scrolls, and prices keep theirs.
     auto* price = control<QLineEdit>(*editor, "CostLevel_Sell_3_EDT");
     const int width = price->width();
@@ -63,6 +68,45 @@ TEST_F(Editor, pricesAreWholeBesideALevelOfTheLongestName) {
     EXPECT_LE(editor->width(), 700);
     EXPECT_GE(price->width(), std::min(width, price->minimumWidth()));
     EXPECT_TRUE(control<QScrollArea>(*editor, "Inputs_SCB")->isVisible());
+}
+
+// Names that differ at their ends only: forty-six to fifty characters.
+TEST_F(Editor, longNamesThatAreMuchAlikeAreReadToTheirEnds) {
+    execute(*session,
+            "UPDATE CostLevel SET Name = N'قیمت ویژهٔ مشتریان عمدهٔ استان‌های شمالی درجه ' + CAST(Code AS "
+            "NVARCHAR(2)) "
+            "WHERE CostType = 1; "
+            "UPDATE CostLevel SET Name = N'تخفیف ویژهٔ مشتریان عمدهٔ استان‌های شمالی درجه ' + CAST(Code AS "
+            "NVARCHAR(2)) "
+            "WHERE CostType = 3");
+    const auto editor = open();
+    for (const auto& [stem, levels] : {std::pair("CostLevel_", 10), std::pair("Discount_", 4)})
+        for (int level = 1; level <= levels; ++level) {
+            const std::string name = stem + std::to_string(level) + "_LBL";
+            auto* title = control<QLabel>(*editor, name.c_str());
+            EXPECT_TRUE(title->text().endsWith(screenText(QString::number(level)))) << title->text().toStdString();
+            EXPECT_EQ(cutTextAt(*title, {1, 1}).toStdString(), "") << name;
+        }
+    // All of it is there without scrolling.
+    auto* scroll = control<QScrollArea>(*editor, "Inputs_SCB");
+    EXPECT_EQ(scroll->horizontalScrollBar()->maximum(), 0);
+    EXPECT_EQ(scroll->verticalScrollBar()->maximum(), 0);
+    // A closed choice shows the rest when the mouse rests on it, an open one has room for its names.
+    auto* levels = control<QComboBox>(*editor, "Default_CostLevel_Sell_Number_CMB");
+    EXPECT_EQ(cutTextAt(*levels, {1, 1}), levels->currentText());
+    levels->showPopup();
+    QAbstractItemView* list = levels->view();
+    EXPECT_GE(list->viewport()->width(), list->fontMetrics().horizontalAdvance(levels->itemText(10)));
+    levels->hidePopup();
+}
+
+TEST_F(Editor, aLevelCalledByANumberIsShownAsNumbersAre) {
+    execute(*session, "UPDATE CostLevel SET Name = N'1402' WHERE Code = 3 AND CostType = 1");
+    const auto editor = open();
+    EXPECT_EQ(control<QLabel>(*editor, "CostLevel_3_LBL")->text().toStdString(), "۱۴۰۲");
+    EXPECT_EQ(control<QComboBox>(*editor, "Default_CostLevel_Sell_Number_CMB")->itemText(3).toStdString(), "۱۴۰۲");
+    EXPECT_EQ(control<QLineEdit>(*editor, "CostLevel_Sell_3_EDT")->accessibleName().toStdString(),
+              "قیمت فروش ۳ (۱۴۰۲)");
 }
 
 TEST_F(Editor, choicesOfDefaultDiscountsCanBeRead) {

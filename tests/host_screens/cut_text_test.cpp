@@ -42,7 +42,10 @@ TEST(CutTexts, endInAnEllipsisAndShowTheWhole) {
     QLabel wrapped(kLong);
     wrapped.setWordWrap(true);
     wrapped.setFixedWidth(120);
+    wrapped.setFixedHeight(wrapped.heightForWidth(120));
     EXPECT_EQ(cutTextAt(wrapped, {5, 5}), QString());
+    wrapped.setFixedHeight(wrapped.fontMetrics().lineSpacing());
+    EXPECT_EQ(cutTextAt(wrapped, {5, 5}), kLong);
 }
 
 TEST(CutTexts, ofCombosAreKnownToo) {

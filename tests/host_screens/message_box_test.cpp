@@ -1,6 +1,7 @@
 // Messages as the user sees and answers them.
 #include "host/screens/message_box.h"
 
+#include <QDialog>
 #include <QLabel>
 #include <QPushButton>
 #include <QToolButton>
@@ -138,6 +139,60 @@ TEST_F(Messages, flashMessagesWaitForNobody) {
     EXPECT_EQ(window.findChildren<QFrame*>(QStringLiteral("Toast")).size(), 1);
     EXPECT_TRUE(QTest::qWaitFor([&] { return window.findChildren<QFrame*>(QStringLiteral("Toast")).isEmpty(); }))
         << "the note stays";
+}
+
+class Balloons : public Messages {
+protected:
+    Balloons() {
+        window.resize(400, 300);
+        control.setGeometry(50, 50, 200, 100);
+        window.show();
+    }
+    void warn(const std::string& text, int milliseconds = 0) {
+        MessageRequest request;
+        request.operation = "ShowTooltipMessage";
+        request.arguments = {text};
+        request.controlHandle = static_cast<std::uintptr_t>(control.winId());
+        request.displayMilliseconds = milliseconds;
+        EXPECT_EQ(service.show(request), mrNone);
+    }
+    [[nodiscard]] QList<QLabel*> shown() const { return window.findChildren<QLabel*>(QStringLiteral("Balloon")); }
+
+    QWidget window;
+    QWidget control{&window};
+};
+
+TEST_F(Balloons, outliveADialogThatOpens) {
+    warn("بیش از 9 سطح");
+    ASSERT_EQ(shown().size(), 1);
+    EXPECT_TRUE(shown()[0]->isVisible());
+    EXPECT_EQ(shown()[0]->text().toStdString(), "بیش از ۹ سطح");
+    const QRect below(control.mapToGlobal(QPoint(0, control.height())), QSize(control.width(), 40));
+    EXPECT_TRUE(below.contains(shown()[0]->geometry().topLeft() + QPoint(shown()[0]->width() / 2, 0)));
+    QDialog dialog(&window);
+    QTimer::singleShot(0, &dialog, [&] {
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        EXPECT_EQ(QApplication::activeModalWidget(), &dialog);
+        EXPECT_EQ(shown().size(), 1);
+        QTest::keyClick(&dialog, Qt::Key_Tab);
+        QTest::mouseClick(&dialog, Qt::LeftButton);
+        EXPECT_EQ(shown().size(), 1);
+        dialog.reject();
+    });
+    dialog.exec();
+    QTest::mouseClick(shown()[0], Qt::LeftButton);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown().isEmpty(); })) << "a click takes it away";
+}
+
+TEST_F(Balloons, goByThemselvesAndWithTheirControl) {
+    warn("نخست");
+    warn("دوم", 30);
+    ASSERT_EQ(shown().size(), 1) << "the second takes the place of the first";
+    EXPECT_EQ(shown()[0]->text().toStdString(), "دوم");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown().isEmpty(); })) << "the balloon stays";
+    warn("سوم");
+    window.hide();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown().isEmpty(); })) << "the balloon stays without its window";
 }
 
 }  // namespace

@@ -1,0 +1,18 @@
+#include "host/screens/unsaved_changes.h"
+
+namespace basalt::host {
+
+bool mayLeaveUnsaved(MessageService& messages, QWidget& form, const std::function<bool()>& save,
+                     const std::function<void()>& drop) {
+    const MessageRequest question{.operation = "MsgUnsavedChanges",
+                                  .buttons = {TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel},
+                                  .defaultButton = TMessageButton::Yes,
+                                  .form = &form};
+    const int answer = messages.show(question);
+    if (answer == mrYes) return save();
+    if (answer != mrNo) return false;
+    if (drop) drop();
+    return true;
+}
+
+}  // namespace basalt::host

@@ -1,0 +1,19 @@
+// What becomes of changes when the user leaves a form without having saved them.
+//
+//   if (isSaved_) return true;
+//   return mayLeaveUnsaved(host.Messages(), *window(), [this] { return write(); }, [this] { show(stored_); });
+#pragma once
+
+#include <QWidget>
+#include <functional>
+
+#include "package/messages.h"
+
+namespace basalt::host {
+
+// Asks over the form whether to save. True when the form may be left: its changes were saved, which save tells, or the
+// user does not want them, which drop (if any) is told of. False when they could not be saved or the user stays.
+[[nodiscard]] bool mayLeaveUnsaved(MessageService& messages, QWidget& form, const std::function<bool()>& save,
+                                   const std::function<void()>& drop = {});
+
+}  // namespace basalt::host
