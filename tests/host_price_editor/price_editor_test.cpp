@@ -72,13 +72,10 @@ TEST_F(Editor, pricesAreWholeBesideALevelOfTheLongestName) {
 
 // Names that differ at their ends only: forty-six to fifty characters.
 TEST_F(Editor, longNamesThatAreMuchAlikeAreReadToTheirEnds) {
-    execute(*session,
-            "UPDATE CostLevel SET Name = N'قیمت ویژهٔ مشتریان عمدهٔ استان‌های شمالی درجه ' + CAST(Code AS "
-            "NVARCHAR(2)) "
-            "WHERE CostType = 1; "
-            "UPDATE CostLevel SET Name = N'تخفیف ویژهٔ مشتریان عمدهٔ استان‌های شمالی درجه ' + CAST(Code AS "
-            "NVARCHAR(2)) "
-            "WHERE CostType = 3");
+    const std::string alike = "ویژهٔ مشتریان عمدهٔ استان‌های شمالی درجه ";
+    for (const auto& [word, kind] : {std::pair("قیمت ", "1"), std::pair("تخفیف ", "3")})
+        execute(*session, "UPDATE CostLevel SET Name = N'" + (word + alike) +
+                              "' + CAST(Code AS NVARCHAR(2)) WHERE CostType = " + kind);
     const auto editor = open();
     for (const auto& [stem, levels] : {std::pair("CostLevel_", 10), std::pair("Discount_", 4)})
         for (int level = 1; level <= levels; ++level) {
