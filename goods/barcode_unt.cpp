@@ -17,9 +17,9 @@ namespace {
 
 struct Declared {
     const char* name;
+    int size = 0;
     ParameterDirection direction;
     FieldType type;
-    int size = 0;
     bool nullable = false;
 };
 constexpr ParameterDirection kInput = ParameterDirection::Input;
@@ -28,12 +28,12 @@ constexpr Declared kVoucherParameters[] = {
     {.name = "@RETURN_VALUE", .direction = ParameterDirection::ReturnValue, .type = FieldType::Integer},
     {.name = "@SaveType", .direction = kInput, .type = FieldType::TinyInt, .nullable = true},
     {.name = "@SanadCode", .direction = kInput, .type = FieldType::Integer},
-    {.name = "@SanadDate", .direction = kInput, .type = FieldType::Text, .size = 10},
-    {.name = "@FromDate", .direction = kInput, .type = FieldType::Text, .size = 10, .nullable = true},
-    {.name = "@ToDate", .direction = kInput, .type = FieldType::Text, .size = 10, .nullable = true},
+    {.name = "@SanadDate", .size = 10, .direction = kInput, .type = FieldType::Text},
+    {.name = "@FromDate", .size = 10, .direction = kInput, .type = FieldType::Text, .nullable = true},
+    {.name = "@ToDate", .size = 10, .direction = kInput, .type = FieldType::Text, .nullable = true},
     {.name = "@FromCode", .direction = kInput, .type = FieldType::Integer},
     {.name = "@ToCode", .direction = kInput, .type = FieldType::Integer},
-    {.name = "@Codes", .direction = kInput, .type = FieldType::Text, .size = 8000, .nullable = true},
+    {.name = "@Codes", .size = 8000, .direction = kInput, .type = FieldType::Text, .nullable = true},
 };
 
 std::string goodOfCode(const std::string& code) {
