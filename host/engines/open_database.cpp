@@ -23,12 +23,17 @@ namespace {
 constexpr const char* memory = ":memory:";
 
 // A new file must not take up what a database that is gone has left beside its place: the engine would take it for the
-// new one's own log. It may be all that is left of somebody's work, so it is not removed either.
+// new one's own log. It may be all that is left of somebody's work, so it is not removed either. Where no log could
+// have its name, no database could be opened.
 void refuseRemains(const fs::path& path) {
     for (const char* suffix : {"-wal", "-journal"}) {
         fs::path remains = path;
-        std::error_code ignored;
-        if (!fs::exists(remains += suffix, ignored)) continue;
+        std::error_code failure;
+        const bool found = fs::exists(remains += suffix, failure);
+        if (failure == std::errc::filename_too_long)
+            throw DatabaseError(ErrorCategory::Connection, "08001", 0,
+                                textFromPath(path) + " is too long a name for a database");
+        if (!found) continue;
         throw DatabaseRemains("the remains of a database that is gone are at " + textFromPath(remains) +
                               "; what was written into it last may be in them. Move them away, or remove them, first");
     }

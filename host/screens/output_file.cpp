@@ -1,26 +1,28 @@
 #include "host/screens/output_file.h"
 
+#include <cerrno>
+
 #include "host/services/draft_file.h"
+#include "host/services/message_texts.h"
 #include "host/services/output_error.h"
 #include "host/services/path_text.h"
 
 namespace basalt::host {
 
-void outputFails(const QString& path, const QString& reason) {
-    throw OutputError(QStringLiteral("پرونده‌ی «%1» نوشته نشد: %2").arg(path, reason).toStdString());
-}
-
 void askToGoOn(const OutputProgress& progress, int done, int all) {
     if (progress && !progress(done, all)) throw OutputCancelled();
 }
 
-void writeOutputFile(const QString& path, const std::function<void(const QString& draft)>& write) {
+void writeOutputFile(const QString& path, const std::function<bool(const QString& draft)>& write) {
+    const std::filesystem::path place = pathFromText(path.toStdString());
     try {
-        const DraftFile draft(pathFromText(path.toStdString()));
-        write(QString::fromStdString(textFromPath(draft.path())));
+        const DraftFile draft(place);
+        errno = 0;
+        if (!write(QString::fromStdString(textFromPath(draft.path())))) draft.fail();
         draft.replace();
     } catch (const DraftError& error) {
-        outputFails(path, QString::fromStdString(error.reason()));
+        throw OutputError("پرونده‌ی «" + textFromPath(place) +
+                          "» نوشته نشد: " + fileErrorSentence(error.reason()));
     }
 }
 

@@ -20,11 +20,9 @@ public:
 // OutputCancelled when the answer is no.
 void askToGoOn(const OutputProgress& progress, int done, int all);
 
-// What a user is told of a file that was not written: OutputError.
-[[noreturn]] void outputFails(const QString& path, const QString& reason);
-
 // Lets `write` make and close the file under another name, then gives it its own; a file that is there gives way only
-// then. OutputError when there is no place for it; after any failure the place is as it was.
-void writeOutputFile(const QString& path, const std::function<void(const QString& draft)>& write);
+// then. `write` returns false when the file could not be written. OutputError then, with the reason, and when there is
+// no place for the file; after any failure the place is as it was.
+void writeOutputFile(const QString& path, const std::function<bool(const QString& draft)>& write);
 
 }  // namespace basalt::host

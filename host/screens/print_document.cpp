@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <algorithm>
+#include <string>
 
 #include "host/services/output_error.h"
 
@@ -12,29 +13,30 @@ QPageLayout pageLayout(QPageSize::PageSizeId paper, QPageLayout::Orientation ori
     return {QPageSize(paper), orientation, QMarginsF(kMargin, kMargin, kMargin, kMargin), QPageLayout::Millimeter};
 }
 
-void printPages(PrintDocument& document, QPrinter& printer, int from, int to, const OutputProgress& progress) {
+namespace {
+
+// What the printer refused, in the user's words; nothing when it took all pages.
+std::string paintPages(PrintDocument& document, QPrinter& printer, int from, int to, const OutputProgress& progress) {
     const int last = std::min(to, document.layOut(printer.pageLayout()) - 1);
     QPainter painter(&printer);
-    if (!painter.isActive()) throw OutputError("چاپگر آماده نیست.");
+    if (!painter.isActive()) return "چاپگر آماده نیست.";
     const qreal scale = static_cast<qreal>(printer.resolution()) / kPageDpi;
     for (int page = from; page <= last; ++page) {
         if (progress && !progress(page - from, last - from + 1)) {
             printer.abort();
             throw OutputCancelled();
         }
-        if (page > from && !printer.newPage())
-            throw OutputError("چاپگر صفحه‌ی تازه‌ای نمی‌پذیرد.");
+        if (page > from && !printer.newPage()) return "چاپگر صفحه‌ی تازه‌ای نمی‌پذیرد.";
         painter.save();
         painter.scale(scale, scale);
         document.paintPage(painter, page);
         painter.restore();
     }
-    if (!painter.end()) throw OutputError("چاپ به پایان نرسید.");
+    if (!painter.end()) return "چاپ به پایان نرسید.";
+    return {};
 }
 
-namespace {
-
-// The printer does not tell of a full disk; a file without its last mark was cut.
+// The printer does not always tell of a full disk; a file without its last mark was cut.
 bool isWholePdf(const QString& path) {
     constexpr qint64 kTail = 32;
     QFile file(path);
@@ -44,6 +46,11 @@ bool isWholePdf(const QString& path) {
 
 }  // namespace
 
+void printPages(PrintDocument& document, QPrinter& printer, int from, int to, const OutputProgress& progress) {
+    const std::string refusal = paintPages(document, printer, from, to, progress);
+    if (!refusal.empty()) throw OutputError(refusal);
+}
+
 void writePdf(PrintDocument& document, const QPageLayout& paper, const QString& path, const OutputProgress& progress) {
     writeOutputFile(path, [&](const QString& draft) {
         QPrinter printer(QPrinter::HighResolution);
@@ -51,8 +58,8 @@ void writePdf(PrintDocument& document, const QPageLayout& paper, const QString& 
         printer.setOutputFileName(draft);
         printer.setDocName(document.title());
         printer.setPageLayout(paper);
-        printPages(document, printer, 0, document.layOut(paper) - 1, progress);
-        if (!isWholePdf(draft)) outputFails(path, QStringLiteral("شاید جای خالی روی دیسک نمانده است."));
+        // Its refusals speak of paper; what a file lacks is asked of the disk.
+        return paintPages(document, printer, 0, document.layOut(paper) - 1, progress).empty() && isWholePdf(draft);
     });
 }
 

@@ -3,6 +3,8 @@
 #include <QFile>
 #include <algorithm>
 
+#include "package/screens/exact_text.h"
+
 namespace basalt::host {
 namespace {
 
@@ -11,7 +13,7 @@ constexpr int kRowsBetweenQuestions = 128;
 // Plain text of a value: numbers without trailing zeros, so that every program reads them.
 QString plainText(const Value& value) {
     if (const auto* decimal = std::get_if<Decimal>(&value)) return QString::fromStdString(decimal->toPlainString());
-    return QString::fromStdString(toText(value));
+    return exactText(toText(value));
 }
 
 // As a cell between such separators: in quotes when a reader would take it for several cells or lines.
@@ -47,10 +49,7 @@ QString tabSeparated(const TableContent& table, std::span<const int> rows) {
 void writeCsv(const TableContent& table, const QString& path, const OutputProgress& progress) {
     writeOutputFile(path, [&](const QString& draft) {
         QFile file(draft);
-        const auto check = [&](bool done) {
-            if (!done) outputFails(path, file.errorString());
-        };
-        check(file.open(QIODevice::WriteOnly));
+        if (!file.open(QIODevice::WriteOnly)) return false;
         const auto columnCount = static_cast<int>(table.columns().size());
         QByteArray line("\xEF\xBB\xBF");
         for (int row = -1; row < table.rowCount(); ++row) {
@@ -62,10 +61,10 @@ void writeCsv(const TableContent& table, const QString& path, const OutputProgre
                 line += cellText(text, QLatin1Char(',')).toUtf8();
             }
             line += "\r\n";
-            check(file.write(line) == line.size());
+            if (file.write(line) != line.size()) return false;
             line.clear();
         }
-        check(file.flush());
+        return file.flush();
     });
 }
 

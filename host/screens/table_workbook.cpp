@@ -3,8 +3,11 @@
 #include <xlsxwriter.h>
 
 #include <QFile>
+#include <QFileInfo>
 #include <algorithm>
+#include <cstdio>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,13 +26,16 @@ constexpr int kLongestSheetName = 31;
 constexpr int kExactDigits = 15;  // of a double
 constexpr double kPixelsPerCharacter = 7.0;
 
-// The workbook, closed and its temporary file removed however writing ends.
+// The workbook, closed and its temporary files removed however writing ends. They lie beside it: what cannot hold them
+// cannot hold it either, and nobody else looks into them.
 class Workbook {
 public:
-    explicit Workbook(const QByteArray& path) {
+    explicit Workbook(const QString& path)
+        : path_(QFile::encodeName(path)), folder_(QFile::encodeName(QFileInfo(path).path())) {
         lxw_workbook_options options{};
         options.constant_memory = LXW_TRUE;
-        book_ = workbook_new_opt(path.constData(), &options);
+        options.tmpdir = folder_.data();
+        book_ = workbook_new_opt(path_.constData(), &options);
         if (!book_) throw OutputError("برای ساختن کارپوشه حافظه‌ی کافی نیست.");
     }
     ~Workbook() {
@@ -42,8 +48,16 @@ public:
     [[nodiscard]] lxw_error close() { return workbook_close(std::exchange(book_, nullptr)); }
 
 private:
+    QByteArray path_;
+    QByteArray folder_;
     lxw_workbook* book_ = nullptr;
 };
+
+// The rows wait in a temporary file, and the library does not notice when that is cut.
+bool holdsAllRows(lxw_worksheet* sheet) {
+    lxw_worksheet_write_single_row(sheet);  // the last one, which waits for another
+    return std::fflush(sheet->file) == 0 && std::ferror(sheet->file) == 0;
+}
 
 // Without the zeros that a column's scale puts behind every number, so that they do not count as digits.
 template <class Integer>
@@ -129,8 +143,8 @@ public:
         formats_.resize(table.columns().size());
     }
 
-    // Writes rows from `first` on; returns the row after the last one written.
-    int writeSheet(int first) {
+    // Writes rows from `first` on; returns the row after the last one written, or nothing when there was no room.
+    std::optional<int> writeSheet(int first) {
         lxw_worksheet* sheet = workbook_add_worksheet(book_, sheetName(table_.title(), ++sheets_).c_str());
         worksheet_right_to_left(sheet);
         worksheet_freeze_panes(sheet, 1, 0);
@@ -147,6 +161,7 @@ public:
             for (std::size_t i = 0; i < columns.size(); ++i)
                 write(sheet, static_cast<lxw_row_t>(row - first + 1), static_cast<lxw_col_t>(i), row);
         }
+        if (!holdsAllRows(sheet)) return std::nullopt;
         return last;
     }
 
@@ -243,15 +258,16 @@ private:
 
 void writeWorkbook(const TableContent& table, const QString& path, const OutputProgress& progress) {
     writeOutputFile(path, [&](const QString& draft) {
-        Workbook book(QFile::encodeName(draft));
+        Workbook book(draft);
         SheetWriter writer(book.get(), table, progress);
         int next = 0;
         do {
-            next = writer.writeSheet(next);
+            const std::optional<int> written = writer.writeSheet(next);
+            if (!written) return false;
+            next = *written;
         } while (next < table.rowCount());
         askToGoOn(progress, next, next);
-        if (const lxw_error error = book.close(); error != LXW_NO_ERROR)
-            outputFails(path, QString::fromUtf8(lxw_strerror(error)));
+        return book.close() == LXW_NO_ERROR;
     });
 }
 

@@ -1,5 +1,8 @@
 #include "host/services/draft_file.h"
 
+#include <cerrno>
+#include <fstream>
+#include <random>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -12,54 +15,110 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// As many drafts of one file as may lie about at most, each of a program that is at work or that died over it.
-constexpr int kMostDrafts = 1000;
+// As many links in a row as systems follow themselves.
+constexpr int kMostLinks = 40;
+
+[[noreturn]] void cannotBe(const fs::path& place, const std::error_code& reason) {
+    throw DraftError(textFromPath(place), reason);
+}
 
 [[noreturn]] void isThereAlready(const fs::path& place) {
     throw FileExists("there is a file at " + textFromPath(place) + " already");
 }
 
-// A new folder beside the place. Nobody else's is used: making it fails where it exists.
-fs::path newFolderFor(const fs::path& place) {
-    for (int number = 1; number <= kMostDrafts; ++number) {
-        fs::path folder = place;
-        folder += number == 1 ? ".new" : ".new-" + std::to_string(number);
+// Where links from the place lead, also when nothing is there yet.
+fs::path targetOf(const fs::path& place) {
+    fs::path target = place;
+    std::error_code ignored;
+    for (int links = 0; fs::is_symlink(fs::symlink_status(target, ignored)); ++links) {
+        if (links == kMostLinks) cannotBe(place, std::make_error_code(std::errc::too_many_symbolic_link_levels));
         std::error_code failure;
-        if (fs::create_directory(folder, failure)) return folder;
-        std::error_code ignored;
-        if (failure && !fs::exists(fs::symlink_status(folder, ignored)))
-            throw DraftError(textFromPath(place), failure.message());
+        const fs::path next = fs::read_symlink(target, failure);
+        if (failure) cannotBe(place, failure);
+        target = target.parent_path() / next;
     }
-    throw DraftError(textFromPath(place), std::to_string(kMostDrafts) +
-                                              " unfinished ones lie beside it; remove the folders whose names go on "
-                                              "with .new");
+    return target;
+}
+
+// A rename would put a file where a device or a pipe was.
+void requireNoOtherKind(const fs::path& place, const fs::path& target) {
+    std::error_code ignored;
+    const fs::file_status status = fs::status(target, ignored);
+    if (fs::is_directory(status)) cannotBe(place, std::make_error_code(std::errc::is_a_directory));
+    if (fs::exists(status) && !fs::is_regular_file(status))
+        cannotBe(place, std::make_error_code(std::errc::operation_not_permitted));
+}
+
+// A new folder in that of the target, for nobody else's eyes: what was private must not be open to all while it is
+// written. Nobody else's is used: making it fails where it exists. Its name owes nothing to the file's, which may be as
+// long as names can be.
+fs::path newFolderFor(const fs::path& place, const fs::path& target) {
+    std::random_device number;
+    for (;;) {
+        fs::path folder = target.parent_path() / (".basalt-draft-" + std::to_string(number()));
+        std::error_code failure;
+        if (fs::create_directory(folder, failure)) {
+            fs::permissions(folder, fs::perms::owner_all, failure);
+            return folder;
+        }
+        if (failure && failure != std::errc::file_exists) cannotBe(place, failure);
+    }
+}
+
+void handOnPermissions(const fs::path& place, const fs::path& from, const fs::path& to) {
+    std::error_code failure;
+    const fs::file_status old = fs::status(from, failure);
+    if (!fs::exists(old)) return;
+    // Where a file system knows none they are equal, and would not let themselves be set.
+    if (fs::status(to, failure).permissions() == old.permissions()) return;
+    fs::permissions(to, old.permissions(), failure);
+    if (failure) cannotBe(place, failure);
+}
+
+// The disk is asked once more. What a writer has removed again may have made room, and then the system's last word to
+// the writer is the best that there is.
+std::error_code whyNotWritten(const fs::path& draft) {
+    constexpr std::size_t kMuch = 65'536;
+    const int lastWord = std::exchange(errno, 0);
+    std::ofstream file(draft, std::ios::binary | std::ios::app);
+    file << std::string(kMuch, ' ') << std::flush;
+    const int reason = file ? lastWord : errno;
+    return {reason != 0 ? reason : EIO, std::generic_category()};
 }
 
 }  // namespace
 
-DraftFile::DraftFile(fs::path place)
-    : place_(std::move(place)), folder_(newFolderFor(place_)), path_(folder_ / place_.filename()) {}
+DraftFile::DraftFile(fs::path place) : place_(std::move(place)), target_(targetOf(place_)) {
+    requireNoOtherKind(place_, target_);
+    folder_ = newFolderFor(place_, target_);
+    path_ = folder_ / "draft";
+}
 
 DraftFile::~DraftFile() {
     std::error_code ignored;
     fs::remove_all(folder_, ignored);
 }
 
+void DraftFile::fail() const {
+    cannotBe(place_, whyNotWritten(path_));
+}
+
 void DraftFile::takePlace() const {
     std::error_code failure;
     // A second name is never given over another file's, whereas a rename would replace that file.
-    fs::create_hard_link(path_, place_, failure);
+    fs::create_hard_link(path_, target_, failure);
     if (!failure) return;
     std::error_code ignored;
-    if (fs::exists(fs::symlink_status(place_, ignored))) isThereAlready(place_);
+    if (fs::exists(fs::symlink_status(target_, ignored))) isThereAlready(place_);
     // Some file systems know no second names.
     replace();
 }
 
 void DraftFile::replace() const {
+    handOnPermissions(place_, target_, path_);
     std::error_code failure;
-    fs::rename(path_, place_, failure);
-    if (failure) throw DraftError(textFromPath(place_), failure.message());
+    fs::rename(path_, target_, failure);
+    if (failure) cannotBe(place_, failure);
 }
 
 }  // namespace basalt::host

@@ -5,13 +5,17 @@
 //   ...
 //   draft.replace();
 //
-// Whatever goes wrong before leaves nothing behind and touches no other file.
+// Whatever goes wrong before leaves nothing behind and touches no other file. A program that dies over it leaves a
+// hidden folder, .basalt-draft- and a number, which nobody needs.
+//
+// A place that is a symbolic link stays one: the file that it leads to is meant. A file that gives way hands on its
+// permissions; its owner becomes who wrote the new one, and other names (hard links) that it has keep the old contents.
 #pragma once
 
 #include <filesystem>
 #include <stdexcept>
 #include <string>
-#include <utility>
+#include <system_error>
 
 #include "ado/error.h"
 
@@ -26,18 +30,19 @@ public:
 // There is no place for the file; what() names it.
 class DraftError : public std::runtime_error {
 public:
-    DraftError(const std::string& file, std::string reason)
-        : std::runtime_error(file + " cannot be made: " + reason), reason_(std::move(reason)) {}
+    DraftError(const std::string& file, const std::error_code& reason)
+        : std::runtime_error(file + " cannot be made: " + reason.message()), reason_(reason) {}
 
-    [[nodiscard]] const std::string& reason() const { return reason_; }
+    [[nodiscard]] const std::error_code& reason() const { return reason_; }
 
 private:
-    std::string reason_;
+    std::error_code reason_;
 };
 
 class DraftFile {
 public:
-    // Makes the folder. DraftError when that cannot be.
+    // Makes the folder. DraftError when that cannot be, and when the place is taken by what is no file: a folder, a
+    // device.
     explicit DraftFile(std::filesystem::path place);
     ~DraftFile();
     DraftFile(const DraftFile&) = delete;
@@ -46,6 +51,9 @@ public:
     // Where to write. What belongs to the file while it is open (an engine's log) may stand beside it.
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
+    // The file could not be written: DraftError with the reason, which those who write files seldom tell.
+    [[noreturn]] void fail() const;
+
     // The file, closed by now, takes its place. FileExists when a file has come there meanwhile, which stays as it is;
     // DraftError when it cannot be moved.
     void takePlace() const;
@@ -53,7 +61,8 @@ public:
     void replace() const;
 
 private:
-    std::filesystem::path place_;
+    std::filesystem::path place_;   // as asked for, in messages
+    std::filesystem::path target_;  // where links from there lead
     std::filesystem::path folder_;
     std::filesystem::path path_;
 };

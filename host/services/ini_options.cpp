@@ -69,7 +69,7 @@ void IniOptionsFile::save() const {
             std::ofstream file(draft.path(), std::ios::binary | std::ios::trunc);
             file << json.dump(2) << '\n';
             file.flush();
-            if (!file) throw DraftError(textFromPath(path()), "it cannot be written");
+            if (!file) draft.fail();
         }
         draft.replace();
     } catch (const DraftError&) {

@@ -1,6 +1,7 @@
 #include "host/services/message_texts.h"
 
 #include <array>
+#include <cerrno>
 
 namespace basalt::host {
 
@@ -18,7 +19,7 @@ constexpr std::array kOperations = {
     MessageText{"DeleteDefault", 0, "مورد پیش‌فرض", "این %1 از موارد پیش‌فرض برنامه است و %2 آن ممکن نیست.", {}},
     MessageText{"NotEditable", 0, "ویرایش ممکن نیست", "«%1» قابل ویرایش نیست.", {}},
     MessageText{"MsgNotSelected", 0, "انتخاب نشده", "«%1» انتخاب نشده است.", {}},
-    MessageText{"MsgUnsavedChanges", 0, "تغییرات ذخیره نشده", "تغییرات این فرم ذخیره نشده است. آیا پیش از خروج ذخیره شود؟", {}},
+    MessageText{"MsgUnsavedChanges", 0, "تغییرات ذخیره نشده", "تغییرات این فرم ذخیره نشده است. آیا پیش از %1 ذخیره شود؟", "تغییرات این فرم ذخیره نشده است. آیا پیش از خروج ذخیره شود؟"},
     MessageText{"MsgNotANumber", 0, "ورود اطلاعات", "«%2» برای «%1» عدد نیست. یک عدد وارد کنید.", {}},
     MessageText{"MsgOutOfRange", 0, "ورود اطلاعات", "«%1» باید از %2 تا %3 باشد.", {}},
     MessageText{"MsgTooManyDigits", 0, "ورود اطلاعات", "«%2» برای «%1» بیش از آن رقم دارد که بی‌کم‌وکاست ذخیره شود. آن را با رقم‌های کمتری وارد کنید.", {}},
@@ -49,6 +50,35 @@ constexpr std::array kNumbers = {
     MessageText{{}, 20149, "دستهٔ پیش‌فرض", "این شاخه برای یک یا چند کاربر فعال شده است. آیا با این حال حذف شود؟", {}},
     MessageText{{}, 30055, "موجودی کافی نیست", "سند ثبت نشد، چون موجودی کافی نیست:\n%1", "موجودی برخی کالاهای این سند کافی نیست و سند ثبت نشد."},
 };
+
+struct FileErrorText {
+    std::errc reason;
+    std::string_view text;
+};
+
+constexpr std::array kFileErrors = {
+    FileErrorText{std::errc::no_space_on_device, "روی دیسک جای خالی نمانده است."},
+    FileErrorText{std::errc::permission_denied, "اجازه‌ی نوشتن در این جا را ندارید."},
+    FileErrorText{std::errc::operation_not_permitted, "سیستم نوشتن روی آنچه در این جا هست را نمی‌پذیرد."},
+    FileErrorText{std::errc::read_only_file_system, "این دیسک فقط‌خواندنی است."},
+    FileErrorText{std::errc::filename_too_long, "نام پرونده بلندتر از آن است که دیسک می‌پذیرد."},
+    FileErrorText{std::errc::no_such_file_or_directory, "پوشه‌ی آن پیدا نشد."},
+    FileErrorText{std::errc::not_a_directory, "پوشه‌ی آن پیدا نشد."},
+    FileErrorText{std::errc::is_a_directory, "پوشه‌ای با همین نام هست."},
+    FileErrorText{std::errc::file_too_large, "پرونده بزرگ‌تر از آن است که دیسک می‌پذیرد."},
+    FileErrorText{std::errc::too_many_symbolic_link_levels, "پیوندهای این نام به پرونده‌ای نمی‌رسند."},
+    FileErrorText{std::errc::device_or_resource_busy, "برنامه‌ی دیگری آن را در دست دارد."},
+    FileErrorText{std::errc::io_error, "دیسک هنگام خواندن یا نوشتن خطا داد."},
+};
+
+// The standard names no such condition, and not every system knows it.
+bool isQuotaExceeded(const std::error_code& reason) {
+#ifdef EDQUOT
+    return reason == std::error_condition(EDQUOT, std::generic_category());
+#else
+    return false;
+#endif
+}
 
 }  // namespace
 
@@ -96,6 +126,15 @@ std::string_view errorSentence(ErrorCategory category) {
             break;
     }
     return "پایگاه داده درخواست را انجام نداد و چیزی ذخیره نشد. دوباره تلاش کنید و اگر تکرار شد جزئیات را به پشتیبانی بدهید.";
+}
+
+std::string fileErrorSentence(const std::error_code& reason) {
+    if (isQuotaExceeded(reason)) return "سهم شما از دیسک پر شده است.";
+    for (const FileErrorText& known : kFileErrors) {
+        if (reason == known.reason) return std::string(known.text);
+    }
+    // Isolated, so that the foreign words keep their order among the others.
+    return "پاسخ سیستم: \u2066" + reason.message() + "\u2069";
 }
 
 std::string_view tooLongSentence(bool limitKnown) {

@@ -1,7 +1,9 @@
 // The sentences themselves. %1 to %11 stand for the caller's words; %% is a percent sign.
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <system_error>
 
 #include "ado/error.h"
 
@@ -19,6 +21,8 @@ struct MessageText {
 [[nodiscard]] const MessageText* findOperationText(std::string_view operation);
 [[nodiscard]] const MessageText* findNumberText(int number);
 [[nodiscard]] std::string_view errorSentence(ErrorCategory category);
+// Why the operating system did not write a file.
+[[nodiscard]] std::string fileErrorSentence(const std::error_code& reason);
 // A text that is too long: %1 its title, %2 how much fits, %3 how much there is; and where only the title is known.
 [[nodiscard]] std::string_view tooLongSentence(bool limitKnown);
 

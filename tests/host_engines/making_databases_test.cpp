@@ -86,15 +86,14 @@ TEST_F(MakingDatabases, theLogOfADatabaseThatIsGoneIsNotTakenUp) {
     EXPECT_EQ(read("a.db-wal"), log);
 }
 
-TEST_F(MakingDatabases, anotherFileOfTheDraftsNameStays) {
+// It would be made, and never opened again.
+TEST_F(MakingDatabases, aNameMustLeaveRoomForThatOfTheLog) {
+    const std::string longest = std::string(252, 'd') + ".db";
     make("a.db", [](Session& session) { addLevel(session, "عمده"); });
-    write(path("b.db.new"), "another's");
-    write(path("c.db.new"), "another's");
-    make("b.db", [](Session&) {});
-    backUpDatabase(url("a.db"), path("c.db").string());
-    EXPECT_EQ(read("b.db.new"), "another's");
-    EXPECT_EQ(read("c.db.new"), "another's");
-    EXPECT_EQ(level("c.db"), "عمده");
+    const auto tooLong = ThrowsMessage<DatabaseError>(HasSubstr(".db is too long a name for a database"));
+    EXPECT_THAT([&] { createDatabase(url(longest), false); }, tooLong);
+    EXPECT_THAT([&] { backUpDatabase(url("a.db"), path(longest).string()); }, tooLong);
+    EXPECT_FALSE(std::filesystem::exists(path(longest)));
 }
 
 TEST_F(MakingDatabases, aCopyThatFindsNoRoomIsNotMade) {

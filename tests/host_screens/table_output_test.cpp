@@ -1,9 +1,5 @@
 // Tables as text, workbook and pages.
-#ifndef _WIN32
-#include <sys/resource.h>
-
-#include <csignal>
-#endif
+#include <gmock/gmock.h>
 
 #include <QFile>
 #include <QLabel>
@@ -12,6 +8,9 @@
 #include <QTemporaryDir>
 #include <QXmlStreamReader>
 #include <algorithm>
+#include <functional>
+#include <utility>
+#include <vector>
 
 #include "host/screens/number_room.h"
 #include "host/screens/persian_digits.h"
@@ -25,9 +24,15 @@
 #include "tests/host_screens/painted_text.h"
 #include "tests/host_screens/screen_test.h"
 #include "tests/support/unzipped.h"
+#ifndef _WIN32
+#include "tests/support/small_files.h"
+#endif
 
 namespace basalt::host {
 namespace {
+
+using ::testing::EndsWith;
+using ::testing::ThrowsMessage;
 
 class Table final : public TableContent {
 public:
@@ -260,24 +265,42 @@ TEST_F(TableOutput, pagesRepeatTheTitlesAndCountThemselves) {
 }
 
 #ifndef _WIN32
-// The printer says nothing of writes that fail.
-TEST_F(TableOutput, aPdfThatWasCutIsNotGivenItsPlace) {
+// What the rows take while the workbook is made is more than what it takes in the end.
+TEST_F(TableOutput, aWorkbookWhoseRowsFoundNoRoomIsNotMade) {
     Table table = sample();
-    for (int i = 0; i < 200; ++i)
-        table.rows.push_back({std::int64_t{i}, std::string("سطر"), Value{}, Value{}});
-    const QString path = folder.filePath("t.pdf");
-    TableDocument document(table, QStringLiteral("1405/08/30"));
-    writePdf(document, pageLayout(), path);
+    for (int i = 0; i < 4000; ++i)
+        table.rows.push_back({std::int64_t{1}, std::string("سطر"), Value{}, Value{}});
+    const QString path = folder.filePath("t.xlsx");
+    writeWorkbook(table, path);
     const QByteArray whole = contents(path);
-    rlimit usual{};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &usual), 0);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit little{.rlim_cur = 4096, .rlim_max = usual.rlim_max};
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &little), 0);
-    EXPECT_THROW(writePdf(document, pageLayout(), path), OutputError);
-    setrlimit(RLIMIT_FSIZE, &usual);
-    std::signal(SIGXFSZ, handler);
+    ASSERT_LT(whole.size(), 131'072);
+    const test::SmallFiles full(131'072);
+    EXPECT_THROW(writeWorkbook(table, path), OutputError);
     EXPECT_EQ(contents(path), whole);
+}
+
+// Neither the printer nor the maker of workbooks says why a write failed, and the printer not even that it did.
+TEST_F(TableOutput, whatWasCutIsNotGivenItsPlaceAndTheReasonIsTold) {
+    Table table = sample();
+    for (int i = 0; i < 2000; ++i)
+        table.rows.push_back({std::int64_t{i}, std::string("سطر"), Value{}, Value{}});
+    TableDocument document(table, QStringLiteral("1405/08/30"));
+    const std::vector<std::pair<QString, std::function<void(const QString&)>>> exports{
+        {QStringLiteral("t.pdf"), [&](const QString& path) { writePdf(document, pageLayout(), path); }},
+        {QStringLiteral("t.xlsx"), [&](const QString& path) { writeWorkbook(table, path); }},
+        {QStringLiteral("t.csv"), [&](const QString& path) { writeCsv(table, path); }}};
+    for (const auto& [name, write] : exports) {
+        const QString path = folder.filePath(name);
+        write(path);
+        const QByteArray whole = contents(path);
+        const test::SmallFiles full(4096);
+        EXPECT_THAT([&] { write(path); },
+                    ThrowsMessage<OutputError>(EndsWith(
+                        name.toStdString() + "» نوشته نشد: پرونده بزرگ‌تر از آن است "
+                                             "که دیسک می‌پذیرد.")));
+        EXPECT_EQ(contents(path), whole);
+    }
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), 3);
 }
 #endif
 

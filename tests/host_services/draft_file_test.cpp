@@ -4,7 +4,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <optional>
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
+#include <filesystem>
+#include <system_error>
 
 #include "ado/error.h"
 #include "tests/support/files.h"
@@ -12,7 +17,13 @@
 namespace basalt::host {
 namespace {
 
+namespace fs = std::filesystem;
+
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Property;
+using ::testing::StartsWith;
+using ::testing::Throws;
 using ::testing::ThrowsMessage;
 using ::testing::UnorderedElementsAre;
 
@@ -57,9 +68,7 @@ TEST_F(Draft, replacesWhenItIsToldTo) {
     EXPECT_EQ(read("a.txt"), "new");
 }
 
-TEST_F(Draft, letsOtherDraftsAndFilesOfItsNameAlone) {
-    write(path("a.txt.new"), "another's");
-    std::filesystem::create_directory(path("a.txt.new-2"));
+TEST_F(Draft, twoOfOneFileAreApart) {
     {
         const DraftFile first(path("a.txt"));
         const DraftFile second(path("a.txt"));
@@ -70,13 +79,86 @@ TEST_F(Draft, letsOtherDraftsAndFilesOfItsNameAlone) {
         EXPECT_THROW(second.takePlace(), UsageError);
     }
     EXPECT_EQ(read("a.txt"), "first");
-    EXPECT_THAT(names(), UnorderedElementsAre("a.txt", "a.txt.new", "a.txt.new-2"));
+    EXPECT_THAT(names(), UnorderedElementsAre("a.txt"));
 }
 
 TEST_F(Draft, saysWhyThereIsNoPlaceForIt) {
     EXPECT_THAT([&] { const DraftFile draft(path("nowhere/a.txt")); },
                 ThrowsMessage<DraftError>(HasSubstr("nowhere/a.txt cannot be made: ")));
 }
+
+TEST_F(Draft, isHiddenAndNamedAfterTheProgram) {
+    const DraftFile draft(path("a.txt"));
+    EXPECT_THAT(names(), ElementsAre(StartsWith(".basalt-draft-")));
+}
+
+TEST_F(Draft, theNameMayBeAsLongAsTheFileSystemAllows) {
+    const std::string longest(255, 'a');
+    const DraftFile draft(path(longest));
+    write(draft.path(), "whole");
+    draft.replace();
+    EXPECT_EQ(read(longest), "whole");
+}
+
+#ifndef _WIN32
+TEST_F(Draft, aFileThatGivesWayHandsOnItsPermissions) {
+    for (const auto mode : {0600U, 0640U, 0755U}) {
+        write(path("a.txt"), "old");
+        fs::permissions(path("a.txt"), fs::perms{mode});
+        const DraftFile draft(path("a.txt"));
+        write(draft.path(), "new");
+        EXPECT_EQ(fs::status(draft.path().parent_path()).permissions(), fs::perms::owner_all);
+        draft.replace();
+        EXPECT_EQ(read("a.txt"), "new");
+        EXPECT_EQ(fs::status(path("a.txt")).permissions(), fs::perms{mode});
+    }
+}
+
+TEST_F(Draft, aLinkLeadsToItsFile) {
+    fs::create_directory(path("far"));
+    write(path("far/a.txt"), "old");
+    fs::create_symlink("far/a.txt", path("near.txt"));
+    fs::create_symlink(path("near.txt"), path("nearer.txt"));
+    {
+        const DraftFile draft(path("nearer.txt"));
+        // Beside the file: a rename does not leave a file system.
+        EXPECT_EQ(fs::canonical(draft.path().parent_path().parent_path()), fs::canonical(path("far")));
+        write(draft.path(), "new");
+        draft.replace();
+    }
+    EXPECT_EQ(read("far/a.txt"), "new");
+    EXPECT_EQ(fs::read_symlink(path("near.txt")), "far/a.txt");
+    EXPECT_TRUE(fs::is_symlink(path("nearer.txt")));
+    EXPECT_THAT(names(), UnorderedElementsAre("far", "near.txt", "nearer.txt"));
+}
+
+TEST_F(Draft, aLinkToNoFileYetMakesIt) {
+    fs::create_symlink("a.txt", path("link.txt"));
+    const DraftFile draft(path("link.txt"));
+    write(draft.path(), "new");
+    draft.takePlace();
+    EXPECT_EQ(read("a.txt"), "new");
+    EXPECT_TRUE(fs::is_symlink(path("link.txt")));
+}
+
+TEST_F(Draft, linksInACircleLeadNowhere) {
+    fs::create_symlink("b.txt", path("a.txt"));
+    fs::create_symlink("a.txt", path("b.txt"));
+    EXPECT_THAT([&] { const DraftFile draft(path("a.txt")); },
+                Throws<DraftError>(Property(&DraftError::reason, std::errc::too_many_symbolic_link_levels)));
+    EXPECT_THAT(names(), UnorderedElementsAre("a.txt", "b.txt"));
+}
+
+TEST_F(Draft, whatIsNoFileStays) {
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    EXPECT_THAT([&] { const DraftFile draft(path("pipe")); },
+                Throws<DraftError>(Property(&DraftError::reason, std::errc::operation_not_permitted)));
+    EXPECT_TRUE(fs::is_fifo(path("pipe")));
+    fs::create_directory(path("folder"));
+    EXPECT_THAT([&] { const DraftFile draft(path("folder")); },
+                Throws<DraftError>(Property(&DraftError::reason, std::errc::is_a_directory)));
+}
+#endif
 
 }  // namespace
 }  // namespace basalt::host

@@ -95,17 +95,6 @@ TEST_F(IniOptionsTest, whatCannotTakeItsPlaceLeavesNothingBehind) {
     EXPECT_THAT(names(), UnorderedElementsAre("workstation.json"));
 }
 
-TEST_F(IniOptionsTest, whatAnotherProgramIsWritingStaysItsOwn) {
-    fs::create_directories(folder_ / "workstation.json.new");
-    std::ofstream(folder_ / "workstation.json.new" / "workstation.json") << "half";
-    IniOptionsFile file(folder_);
-    file.options().lastUserName = "cashier";
-    file.save();
-    EXPECT_EQ(IniOptionsFile(folder_).options().lastUserName, "cashier");
-    EXPECT_EQ(fs::file_size(folder_ / "workstation.json.new" / "workstation.json"), 4U);
-    EXPECT_THAT(names(), UnorderedElementsAre("workstation.json", "workstation.json.new"));
-}
-
 TEST_F(IniOptionsTest, withoutAFolderNothingIsKept) {
     IniOptionsFile file{fs::path()};
     file.options().lastUserName = "manager";

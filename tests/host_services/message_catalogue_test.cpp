@@ -3,8 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <set>
+#include <system_error>
 
+#include "host/services/message_texts.h"
 #include "host/services/output_error.h"
 
 namespace basalt::host {
@@ -122,6 +125,26 @@ TEST(MessageCatalogue, buttonsArePersian) {
     EXPECT_EQ(catalogue.buttonText(TMessageButton::No), "خیر");
     EXPECT_EQ(catalogue.buttonText(TMessageButton::Ok), "تأیید");
     EXPECT_EQ(catalogue.buttonText(TMessageButton::Cancel), "انصراف");
+}
+
+TEST(FileErrors, areToldInTheUsersWords) {
+    const auto sentence = [](int number) { return fileErrorSentence({number, std::generic_category()}); };
+    EXPECT_EQ(sentence(ENOSPC), "روی دیسک جای خالی نمانده است.");
+    EXPECT_EQ(sentence(EACCES), "اجازه‌ی نوشتن در این جا را ندارید.");
+    EXPECT_EQ(sentence(EROFS), "این دیسک فقط‌خواندنی است.");
+    EXPECT_EQ(sentence(ENAMETOOLONG),
+              "نام پرونده بلندتر از آن است که دیسک می‌پذیرد.");
+    EXPECT_EQ(sentence(ENOENT), "پوشه‌ی آن پیدا نشد.");
+    EXPECT_EQ(sentence(EISDIR), "پوشه‌ای با همین نام هست.");
+    EXPECT_EQ(sentence(EIO), "دیسک هنگام خواندن یا نوشتن خطا داد.");
+#ifdef EDQUOT
+    EXPECT_EQ(sentence(EDQUOT), "سهم شما از دیسک پر شده است.");
+#endif
+}
+
+TEST(FileErrors, anotherIsToldInTheSystemsWordsInTheirOwnDirection) {
+    const std::error_code other = std::make_error_code(std::errc::no_link);
+    EXPECT_EQ(fileErrorSentence(other), "پاسخ سیستم: \u2066" + other.message() + "\u2069");
 }
 
 }  // namespace
