@@ -35,6 +35,13 @@ std::string line(const QString& name, bool visible, bool enabled, const QString&
 
 }  // namespace
 
+std::string nameFor(const QWidget& object) {
+    const QWidget* named = &object;
+    while (!hasName(*named) && named->parentWidget())
+        named = named->parentWidget();
+    return named->objectName().toStdString();
+}
+
 std::vector<std::string> objectNames(const QWidget& screen) {
     std::vector<std::string> names;
     for (const bool visible : {true, false}) {

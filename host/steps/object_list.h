@@ -7,6 +7,9 @@
 
 namespace basalt::host {
 
+// The name that steps may use for the control: its own, or that of what it is a nameless part of.
+[[nodiscard]] std::string nameFor(const QWidget& object);
+
 // The names on the screen, those that can be seen first, each once.
 [[nodiscard]] std::vector<std::string> objectNames(const QWidget& screen);
 

@@ -1,10 +1,18 @@
 #include "host/steps/screen_picture.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QPainter>
 #include <QPixmap>
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
 #include <vector>
+
+#include "host/services/draft_file.h"
+#include "host/services/path_text.h"
+#include "host/steps/step_failure.h"
 
 namespace basalt::host {
 
@@ -47,6 +55,26 @@ QImage screenPicture(QWidget& screen) {
     for (QWidget* popup : popups)
         painter.drawPixmap(placeOf(popup).topLeft() - area.topLeft(), popup->grab());
     return whole;
+}
+
+void writePicture(const QImage& picture, const std::string& file) {
+    // Encoded before it meets the disk, of whose faults the encoder would speak in lines of its own.
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    picture.save(&buffer, "PNG");
+    const std::filesystem::path place = pathFromText(file);
+    std::error_code ignored;
+    std::filesystem::create_directories(place.parent_path(), ignored);
+    try {
+        const DraftFile draft(place);
+        std::ofstream out(draft.path(), std::ios::binary);
+        out.write(bytes.constData(), bytes.size());
+        out.close();
+        if (!out) draft.fail();
+        draft.replace();
+    } catch (const DraftError& error) {
+        throw StepFailure("to write the picture " + file, error.reason().message());
+    }
 }
 
 }  // namespace basalt::host

@@ -1,6 +1,7 @@
 // One step of a steps file: what a user does, or what must be there afterwards. docs/steps.md describes them.
 #pragma once
 
+#include <Qt>
 #include <optional>
 #include <string>
 #include <variant>
@@ -18,8 +19,9 @@ struct DoubleClickStep {
     std::string object;
 };
 struct KeyStep {
-    std::string object, key;
-};  // key: "F3", "Ctrl+C"
+    std::string object;
+    QKeyCombination key;
+};
 struct TypeStep {
     std::string object, text;
 };

@@ -212,10 +212,8 @@ std::function<void()> StepPlayer::prepareStep(const ShotStep& step) {
     const QImage before = std::exchange(lastLook_, screenPicture(screen));
     if (before != lastLook_ && !waiting_.hasExpired(longestUnrest.count()))
         throw StepFailure("a screen at rest", "one that still changes");
-    const QFileInfo file(QString::fromStdString(step.file));
-    QDir().mkpath(file.absolutePath());
-    if (!std::exchange(lastLook_, {}).save(file.filePath()))
-        throw StepFailure("to write the picture " + step.file, "that it cannot be written");
+    writePicture(lastLook_, step.file);
+    lastLook_ = {};
     return {};
 }
 
@@ -267,7 +265,7 @@ std::function<void()> StepPlayer::prepareStep(const ExpectState& step) {
         QWidget* window = requireObject(step.object).window();
         if (!QApplication::activeWindow()) window->activateWindow();
         const QWidget* focused = focusOn(*window);
-        found = "the focus on " + (focused ? focused->objectName().toStdString() : "nothing");
+        found = "the focus on " + (focused ? nameFor(*focused) : "nothing");
     }
     throw StepFailure(step.object + " to be " + stateName(step.state), found);
 }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "host/screens/persian_digits.h"
+#include "host/steps/key_name.h"
 #include "host/steps/steps_error.h"
 
 namespace basalt::host {
@@ -190,7 +191,10 @@ const std::map<std::string, Parser, std::less<>>& actions() {
         {"key",
          [](Line& line) -> StepAction {
              std::string object = line.word("an object");
-             return KeyStep{std::move(object), line.word("a key")};
+             const std::string name = line.word("a key");
+             const std::optional<QKeyCombination> key = keyNamed(name);
+             if (!key) line.fail("expected a key (F3, Enter, Ctrl+C), found \"" + name + "\"");
+             return KeyStep{std::move(object), *key};
          }},
         {"type",
          [](Line& line) -> StepAction {
@@ -226,6 +230,8 @@ const std::map<std::string, Parser, std::less<>>& actions() {
          [](Line& line) -> StepAction {
              std::string file = line.trimmedText();
              if (file.empty()) line.fail("expected the picture's file (shot FILE.png), found the end of the line");
+             if (!file.ends_with(".png"))
+                 line.fail("expected the picture's file (shot FILE.png), found \"" + file + "\"");
              return ShotStep{std::move(file)};
          }},
         {"names", [](Line&) -> StepAction { return NamesStep{}; }},

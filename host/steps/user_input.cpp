@@ -4,7 +4,6 @@
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QComboBox>
-#include <QKeySequence>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
@@ -18,6 +17,7 @@
 #include "host/steps/screen_reader.h"
 #include "host/steps/step_failure.h"
 #include "package/screens/controls.h"
+#include "package/screens/exact_text.h"
 
 namespace basalt::host {
 
@@ -111,15 +111,6 @@ void typeCharacter(QWidget& widget, const QString& character) {
     QTest::sendKeyEvent(QTest::Click, &widget, key, character, shifted ? Qt::ShiftModifier : Qt::NoModifier);
 }
 
-QKeyCombination requireKey(const std::string& name) {
-    // The key that people call Enter is the Return key of the keyboard's main block.
-    QString text = QString::fromStdString(name);
-    if (text == "Enter" || text.endsWith("+Enter")) text = text.chopped(5) + "Return";
-    const QKeySequence sequence = QKeySequence::fromString(text, QKeySequence::PortableText);
-    if (sequence.count() != 1 || sequence[0].key() == Qt::Key_unknown) throw StepFailure("a key", "\"" + name + "\"");
-    return sequence[0];
-}
-
 UserAction clickItem(QMenu& menu, QAction& item) {
     if (!item.isEnabled()) throw StepFailure(item.objectName().toStdString() + " to be enabled", "it disabled");
     return [&menu, &item] { QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(&item).center()); };
@@ -158,15 +149,14 @@ UserAction doubleClick(const std::string& object) {
     };
 }
 
-UserAction pressKey(const std::string& object, const std::string& key) {
-    const QKeyCombination combination = requireKey(key);
-    if (QMenu* menu = openMenu(); menu && object == "-") return [menu, combination] { pressOn(*menu, combination); };
+UserAction pressKey(const std::string& object, QKeyCombination key) {
+    if (QMenu* menu = openMenu(); menu && object == "-") return [menu, key] { pressOn(*menu, key); };
     QWidget& widget = requireUsable(object);
     requireActive(widget);
     QWidget& target = keyTarget(widget);
-    return [&target, combination] {
+    return [&target, key] {
         focus(target);
-        pressOn(target, combination);
+        pressOn(target, key);
     };
 }
 
@@ -175,7 +165,7 @@ UserAction typeText(const std::string& object, const std::string& text) {
     return [&target, text] {
         focus(target);
         const QPointer<QWidget> alive = &target;
-        for (const char32_t code : QString::fromStdString(text).toUcs4()) {
+        for (const char32_t code : exactText(text).toUcs4()) {
             if (!alive) return;
             typeCharacter(target, QString::fromUcs4(&code, 1));
         }

@@ -4,6 +4,7 @@
 // kind, nothing has happened then) and returns what does it.
 #pragma once
 
+#include <Qt>
 #include <functional>
 #include <string>
 
@@ -14,8 +15,8 @@ using UserAction = std::function<void()>;
 [[nodiscard]] UserAction click(const std::string& object);
 // On a grid its current row.
 [[nodiscard]] UserAction doubleClick(const std::string& object);
-// A key with its modifiers ("F3", "Enter", "Ctrl+C"); on the screen itself it goes to the control that has the focus.
-[[nodiscard]] UserAction pressKey(const std::string& object, const std::string& key);
+// A key with its modifiers; on the screen itself it goes to the control that has the focus.
+[[nodiscard]] UserAction pressKey(const std::string& object, QKeyCombination key);
 // Key by key at the cursor of the control, which gets the focus first.
 [[nodiscard]] UserAction typeText(const std::string& object, const std::string& text);
 [[nodiscard]] UserAction clearText(const std::string& object);

@@ -29,7 +29,7 @@ TEST(StepsFile, commentsAndEmptyLinesCountAsLinesOnly) {
 TEST(StepsFile, actions) {
     EXPECT_EQ(only<DoubleClickStep>("dblclick GroupList_GRD").object, "GroupList_GRD");
     EXPECT_EQ(only<KeyStep>("key - Ctrl+C").object, "-");
-    EXPECT_EQ(only<KeyStep>("key - Ctrl+C").key, "Ctrl+C");
+    EXPECT_EQ(only<KeyStep>("key - Ctrl+C").key, QKeyCombination(Qt::CTRL, Qt::Key_C));
     EXPECT_EQ(only<RowStep>("row GroupList_GRD 3").row, 3);
     EXPECT_EQ(only<TabStep>("tab Tab_TBC 1").tab, 1);
     EXPECT_EQ(only<ChooseStep>("choose Type_CMB 2").item, 2);
@@ -110,6 +110,10 @@ INSTANTIATE_TEST_SUITE_P(
                   "a.steps:1: expected a count of rows (a number from 0), found \"-1\""},
         Malformed{"hugeNumber", "row G 99999999999", "a.steps:1: expected a row (a number from 0)"},
         Malformed{"badAnswer", "answer maybe", "a.steps:1: expected an answer (yes, no, cancel, ok or a number)"},
+        Malformed{"noSuchKey", "click A\nkey - Hyperdrive",
+                  "a.steps:2: expected a key (F3, Enter, Ctrl+C), found \"Hyperdrive\""},
+        Malformed{"otherPicture", "shot a.jpg",
+                  "a.steps:1: expected the picture's file (shot FILE.png), found \"a.jpg\""},
         Malformed{"noPicture", "shot ", "a.steps:1: expected the picture's file (shot FILE.png), found the end"},
         Malformed{"nothingToType", "type A", "a.steps:1: expected the text to type"}),
     [](const auto& test) { return test.param.name; });
