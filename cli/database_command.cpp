@@ -35,6 +35,7 @@ int create(const CommonOptions& common, bool demo) {
 }
 
 int deploy(const CommonOptions& common, bool demo) {
+    if (common.database.empty()) throw WrongUsage("db deploy changes a database; say which with --database URL");
     const host::DatabaseUrl url = databaseOf(common);
     const std::unique_ptr<Session> session = host::openOrCreateDatabase(url);
     for (const std::string& script : host::deployDatabase(*session, {.demo = demo}))
@@ -120,8 +121,9 @@ void addDatabaseCommand(Program& program) {
     CLI::App& createCommand = program.command(group, "create", "makes the file of a new database",
                                               [&common, options] { return create(common, options->demo); });
     createCommand.add_flag("--demo", options->demo, "with demo data");
-    CLI::App& deployCommand = program.command(group, "deploy", "makes missing tables, procedures and functions",
-                                              [&common, options] { return deploy(common, options->demo); });
+    CLI::App& deployCommand =
+        program.command(group, "deploy", "makes missing tables, procedures and functions in --database",
+                        [&common, options] { return deploy(common, options->demo); });
     deployCommand.add_flag("--demo", options->demo, "demo data too, into tables that are empty");
     (void)program.command(group, "check", "looks for damage", [&common] { return check(common); });
     CLI::App& backUpCommand = program.command(group, "backup", "copies the file while others work with it",

@@ -54,8 +54,11 @@ void requireDeployed(Session& session, const host::DatabaseUrl& url) {
     if (state == host::SchemaState::Current) return;
     const std::string what =
         state == host::SchemaState::Missing ? " holds none of the tables" : " was made by an older program";
-    throw DatabaseError(ErrorCategory::NotFound, "42S02", 208,
-                        url.display() + what + "; bring it up to date with: basalt db deploy");
+    // The connection string may be secret.
+    const std::string place = url.engine == host::EngineKind::Embedded ? url.display() : "odbc:...";
+    throw DatabaseError(
+        ErrorCategory::NotFound, "42S02", 208,
+        url.display() + what + "; bring it up to date with: basalt db deploy --database \"" + place + '"');
 }
 
 Database::Database(const CommonOptions& options, DatabaseNeed need) : identity_(RunIdentity::ofThisRun()) {

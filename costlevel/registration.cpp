@@ -129,11 +129,11 @@ void registerPrices(Registry& registry) {
                                                     call.integer("Level"), call.amount("Price"));
                   }));
     registry.add(operation("ClearCostList", "Removes a price list.",
-                           {in("TypeCode", "integer"), in("ListType", "integer")}, "", [](FunctionCall& call) {
+                           {in("TypeCode", "integer"), in("ListType", "byte")}, "", [](FunctionCall& call) {
                                levels(call).ClearCostList(call.integer("TypeCode"), byteArgument(call, "ListType"));
                            }));
     registry.add(operation("ClearTempCostList", "Removes the price list that is being edited.",
-                           {in("TypeCode", "integer"), in("ListType", "integer")}, "", [](FunctionCall& call) {
+                           {in("TypeCode", "integer"), in("ListType", "byte")}, "", [](FunctionCall& call) {
                                levels(call).ClearTempCostList(call.integer("TypeCode"), byteArgument(call, "ListType"));
                            }));
     registry.add(

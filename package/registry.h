@@ -28,7 +28,7 @@ namespace basalt {
 
 struct FunctionParameter {
     std::string name;
-    std::string type;  // "integer", "amount", "text", "flag", "record", "list", "event"
+    std::string type;  // "integer", "byte", "amount", "text", "flag", "record", "list", "event"
     bool input = true;
     bool output = false;
     std::vector<FunctionParameter> fields = {};  // of a record that goes in; none: whatever is given passes

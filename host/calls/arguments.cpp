@@ -1,6 +1,7 @@
 #include "host/calls/arguments.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <numeric>
 
 #include "ado/error.h"
@@ -14,6 +15,9 @@ namespace {
 void requireFitting(const FunctionParameter& parameter, const Datum& value) {
     if (parameter.type == "integer") {
         (void)value.asInt32();
+    } else if (parameter.type == "byte") {
+        const int number = value.asInt32();
+        if (number != static_cast<std::uint8_t>(number)) throw UsageError(std::to_string(number) + " is not 0 to 255");
     } else if (parameter.type == "amount") {
         (void)value.asAmount();
     } else if (parameter.type == "flag") {

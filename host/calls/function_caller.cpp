@@ -13,7 +13,7 @@ namespace {
 Datum asItsType(const FunctionParameter& parameter, const Datum& given) {
     try {
         if (given.isNull()) return given;
-        if (parameter.type == "integer") return given.asInteger();
+        if (parameter.type == "integer" || parameter.type == "byte") return given.asInteger();
         if (parameter.type == "amount") return given.asAmount();
         if (parameter.type == "flag") return given.asBool();
     } catch (const std::exception&) {

@@ -11,6 +11,7 @@ constexpr int kTextHeight = 76;
 
 QString typeTitle(const std::string& type) {
     if (type == "integer") return QStringLiteral("عدد صحیح");
+    if (type == "byte") return QStringLiteral("عدد صحیح، ۰ تا ۲۵۵");
     if (type == "amount") return QStringLiteral("مبلغ یا مقدار");
     if (type == "text") return QStringLiteral("متن");
     if (type == "record") return QStringLiteral("رکورد، به شکل {\"Code\": 3, \"Name\": \"…\"}");

@@ -41,6 +41,8 @@ Registry sampleRegistry() {
                                {in("Name", "text"), in("Price", "amount"), in("Codes", "list")},
                                "",
                                nothing});
+    registry.add(FunctionEntry{
+        "ClearList", "costlevel", "Clears a list.", {in("Code", "integer"), in("Type", "byte")}, "", nothing});
     registry.add(EntryPoint{"Open_List", "goods", "کالا", "Shows goods.", spGoods, prOpen, {}, "", nothing});
     return registry;
 }
@@ -160,6 +162,9 @@ INSTANTIATE_TEST_SUITE_P(
                 "GetGoodUnits",
                 {.named = {}, .positional = {std::int64_t{2147483648}}},
                 "range of an integer"},
+        Refusal{"noByte", "ClearList", {.named = {}, .positional = {3, 300}}, "argument Type: 300 is not 0 to 255"},
+        Refusal{
+            "negativeByte", "ClearList", {.named = {}, .positional = {3, "-1"}}, "argument Type: -1 is not 0 to 255"},
         Refusal{"notARecord", "SaveLevel", {.named = {}, .positional = {"[1]", true, 0}}, "argument Mapper: "},
         Refusal{"malformedRecord", "SaveLevel", {.named = {}, .positional = {"{", true, 0}}, "argument Mapper: "},
         Refusal{"notAList", "SetPrice", {.named = {}, .positional = {"x", 1, "{}"}}, "argument Codes: "},

@@ -39,20 +39,19 @@ TEST_F(CostLevelRegistration, listsEveryOperationOfTheStore) {
         EXPECT_FALSE(entry.summary.empty()) << entry.name;
         signatures.push_back(signature(entry));
     }
-    EXPECT_THAT(signatures, ElementsAre("CostLevel_GetAll(Filter text)",
-                                        "CostLevel_GetByID(Code integer, CostType integer, out Mapper record)",
-                                        "CostLevel_ExistName(Code integer, CostType integer, Name text) integer",
-                                        "CostLevel_GetNewCode(Part integer, CostType integer) integer",
-                                        "CostLevel_InsUpd(Mapper record, IsEdit flag)",
-                                        "CostLevel_Delete(Code integer, CostType integer) flag",
-                                        "CostLevel_Update(Kind integer, GoodCode integer, Level integer, Price amount)",
-                                        "ClearCostList(TypeCode integer, ListType integer)",
-                                        "ClearTempCostList(TypeCode integer, ListType integer)",
-                                        "GetGoodCostDiscount(GoodCode integer) record",
-                                        "LoadCostDiscountTitles(out GoodCostDiscountTitles record)",
-                                        "OfferCost_GetAll(Kind integer, GoodCode integer, PerCode integer, "
-                                        "CurrCode integer, Direction integer)",
-                                        "CostReport_Get()", "AddCostReportColumn(V text)"));
+    EXPECT_THAT(
+        signatures,
+        ElementsAre(
+            "CostLevel_GetAll(Filter text)", "CostLevel_GetByID(Code integer, CostType integer, out Mapper record)",
+            "CostLevel_ExistName(Code integer, CostType integer, Name text) integer",
+            "CostLevel_GetNewCode(Part integer, CostType integer) integer",
+            "CostLevel_InsUpd(Mapper record, IsEdit flag)", "CostLevel_Delete(Code integer, CostType integer) flag",
+            "CostLevel_Update(Kind integer, GoodCode integer, Level integer, Price amount)",
+            "ClearCostList(TypeCode integer, ListType byte)", "ClearTempCostList(TypeCode integer, ListType byte)",
+            "GetGoodCostDiscount(GoodCode integer) record", "LoadCostDiscountTitles(out GoodCostDiscountTitles record)",
+            "OfferCost_GetAll(Kind integer, GoodCode integer, PerCode integer, "
+            "CurrCode integer, Direction integer)",
+            "CostReport_Get()", "AddCostReportColumn(V text)"));
 }
 
 TEST_F(CostLevelRegistration, readsALevelIntoItsRecord) {
