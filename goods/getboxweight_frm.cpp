@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QValidator>
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <optional>
 
@@ -68,6 +69,17 @@ bool isWhole(const QString& text) {
     return !text.trimmed().isEmpty() && std::all_of(text.begin(), text.end(), [](QChar c) {
         return c.isDigit() || c.isSpace() || c == QLatin1Char('-') || c == QLatin1Char('+');
     });
+}
+
+// Of a weight above 0. One that is less than amounts show is more than nothing all the same.
+QString weightText(double weight) {
+    const QString text = QString::fromStdString(FloatToStr_VRO(weight));
+    if (text != QLatin1String("0")) return text;
+    constexpr int kSignificant = 9;
+    QString digits = QString::number(weight, 'f', kSignificant - 1 - static_cast<int>(std::floor(std::log10(weight))));
+    while (digits.endsWith(QLatin1Char('0')))
+        digits.chop(1);
+    return digits;
 }
 
 // What a key types into the weight; nothing when the key types something else than a digit or a point.
@@ -157,7 +169,7 @@ void TGetBoxWeight_FRM::FormCreate(QObject* sender) {
     for (const std::string& weight : StoredList(kHistory))
         weight_->addItem(shown(QString::fromStdString(weight)));
     weight_->setCurrentIndex(-1);
-    weight_->setEditText(firstWeight_ > 0 ? shown(QString::fromStdString(FloatToStr_VRO(firstWeight_))) : QString());
+    weight_->setEditText(firstWeight_ > 0 ? shown(weightText(firstWeight_)) : QString());
     if (firstCount_ > 0) count_->setText(QString::number(firstCount_));
 }
 

@@ -5,7 +5,7 @@
 //
 // The functions borrow the host's DM.SharedQuery and DM.SharedProc, leave them closed and are not re-entrant. A
 // DatabaseError passes to the caller. SelectQuery is T-SQL that gives the document's lines: one row a good and store
-// with Code (good), Anbar (store) and Mogodi (the signed quantity that the document moves). Dates are texts that order
+// with Code (good), Anbar (store) and Mogodi (the signed quantity that the document moves; see below for edited ones). Dates are texts that order
 // as they stand (yyyy/mm/dd).
 #pragma once
 
@@ -28,11 +28,14 @@ extern std::string strMinusGoodCodes;
 // True when the document may be saved. What happens when it would drive a good's stock below zero is the setting
 // NegativeType: 0 refuses with message 30055, 1 asks with message 20091, 2 does not look at all.
 //
-// By stored procedure, which also names the goods. globalID orders the document among those of its date.
+// By stored procedure, which also names the goods. globalID orders the document among those of its date. The lines of a
+// document that is edited are its new ones: the procedure takes the rows that it has in the ledger as gone.
 [[nodiscard]] bool Check_TockMinus(const std::string& selectQuery, const std::string& date, int globalID,
                                    bool storeTransition);
 // By the ledger's rows: from fromDate up to (toDate, globalID) none may fall below zero; when there is none that does,
-// neither may the balance of fromDate.
+// neither may the balance of fromDate. What the document has in the ledger already counts: for one that is edited the
+// caller gives the difference between its new and its old lines, with a line for each good that was taken out of it. A
+// document that took 5 and is to take 6 is asked for with -1; its new line of -6 would be taken twice over.
 [[nodiscard]] bool Check_TockMinus(const std::string& selectQuery, const std::string& fromDate,
                                    const std::string& toDate, int globalID);
 

@@ -121,6 +121,21 @@ TEST_F(BoxWeight, showsWhatItWasGiven) {
     });
 }
 
+TEST_F(BoxWeight, showsAWeightThatIsLessThanAmountsShow) {
+    const std::pair<double, const char*> cases[] = {
+        {1e-9, "۰٫۰۰۰۰۰۰۰۰۱"}, {4e-10, "۰٫۰۰۰۰۰۰۰۰۰۴"}, {1.25e-12, "۰٫۰۰۰۰۰۰۰۰۰۰۰۱۲۵"}};
+    for (const auto& [given, text] : cases) {
+        double weight = given;
+        int count = 2;
+        EXPECT_TRUE(ask(weight, count, [this, text = text] {
+            EXPECT_EQ(weightBox().currentText().toStdString(), text);
+            EXPECT_EQ(dialog->focusWidget(), &countEdit());
+            submit();
+        }));
+        EXPECT_EQ(weight, given);
+    }
+}
+
 TEST_F(BoxWeight, typedZerosAreMeant) {
     double weight = 2;
     int count = 2;

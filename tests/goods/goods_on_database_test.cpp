@@ -101,6 +101,41 @@ TEST_F(LedgerCheck, theBalanceOfTheFirstDayHasToCoverALine) {
     EXPECT_FALSE(mayBeSaved(line(5, 1, "-61")));
 }
 
+// Good 7: 5 came on day 1, and document 50 of day 10 took them all.
+class EditedDocument : public LedgerCheck {
+protected:
+    EditedDocument() {
+        ledger(7, 1, "1405/01/01", 3, 5, "5");
+        ledger(7, 1, "1405/01/10", 50, -5, "0");
+    }
+};
+
+TEST_F(EditedDocument, isAskedForByItsDifferenceInTheTextForm) {
+    const auto mayTake = [](const char* amount) {
+        return Check_TockMinus(line(7, 1, amount), "1405/01/10", "1405/01/10", 50);
+    };
+    // What the document took already is not there for its lines.
+    for (const char* whole : {"-5", "-3"}) {
+        expectRefusal();
+        EXPECT_FALSE(mayTake(whole)) << whole;
+    }
+    EXPECT_TRUE(mayTake("0"));  // 5 again
+    EXPECT_TRUE(mayTake("2"));  // 3 instead of 5
+    expectRefusal();
+    EXPECT_FALSE(mayTake("-1"));  // 6 instead of 5
+}
+
+TEST_F(EditedDocument, isAskedForByItsNewLinesInTheProcedureForm) {
+    const auto mayTake = [](const char* amount) {
+        return Check_TockMinus(line(7, 1, amount), "1405/01/10", 50, false);
+    };
+    for (const char* enough : {"-5", "-3", "0"})
+        EXPECT_TRUE(mayTake(enough)) << enough;
+    fake.expectMessage("ShowSmartMessage(error 30055, 'نان')");
+    EXPECT_FALSE(mayTake("-6"));
+    EXPECT_EQ(strMinusGoodCodes, "7");
+}
+
 TEST_F(LedgerCheck, aLineWithoutRowsInItsStoreStandsForItself) {
     EXPECT_TRUE(mayBeSaved(line(7, 2, "1")));
     EXPECT_TRUE(mayBeSaved(line(7, 2, "0")));
