@@ -43,6 +43,7 @@ TEST_F(ReportRows, everyGoodIsThereTwice) {
     EXPECT_THAT(linesOf(*session, "SELECT COUNT(*) * 2 FROM GoodInf"),
                 ElementsAre(std::to_string(store.CostReport_QUR.RecordCount())));
     std::vector<std::string> fields;
+    fields.reserve(static_cast<std::size_t>(store.CostReport_QUR.FieldCount()));
     for (int i = 0; i < store.CostReport_QUR.FieldCount(); ++i)
         fields.push_back(store.CostReport_QUR.Fields(i).FieldName());
     EXPECT_THAT(fields, ElementsAre("Code", "Name", "AbbName", "Status", "F1", "F2", "F3", "F4", "F5", "F6", "F7", "F8",
