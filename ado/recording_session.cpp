@@ -11,8 +11,26 @@ namespace basalt {
 
 using session_json::Json;
 
+namespace {
+
+// An older recording gives way, and so does a file that holds nothing; whatever else there is was not meant.
+void requireFree(const std::filesystem::path& file) {
+    std::error_code failure;
+    if (!std::filesystem::is_regular_file(file, failure)) return;
+    if (std::filesystem::file_size(file, failure) == 0 && !failure) return;
+    std::ifstream in(file, std::ios::binary);
+    std::string head(session_json::recordingHead.size(), '\0');
+    if (in.read(head.data(), static_cast<std::streamsize>(head.size())) && head == session_json::recordingHead) return;
+    throw UsageError("there is a file at " + file.string() +
+                     " already, and it is not a recording, which alone would be replaced");
+}
+
+}  // namespace
+
 RecordingSession::RecordingSession(Session& inner, const std::filesystem::path& file, const std::string& note)
-    : inner_(inner), file_(file), out_(file, std::ios::binary | std::ios::trunc) {
+    : inner_(inner), file_(file) {
+    requireFree(file_);
+    out_.open(file_, std::ios::binary | std::ios::trunc);
     // Of the place only the engine's name: a location can tell about servers and people.
     Json head{{"recording", 1}, {"engine", inner_.engine()}};
     if (!note.empty()) head["note"] = note;
@@ -98,6 +116,11 @@ void RecordingSession::commit() {
 }
 
 void RecordingSession::rollback() {
+    // A transaction that nobody could end would keep others out until the program ends.
+    if (!out_) {
+        inner_.rollback();
+        return;
+    }
     recorded([] { return session_json::simpleRequest("rollback"); }, [&] { inner_.rollback(); }, nullptr);
 }
 

@@ -15,6 +15,9 @@ namespace basalt::session_json {
 
 using Json = nlohmann::ordered_json;
 
+// What every recording begins with; the number of its form follows.
+inline constexpr std::string_view recordingHead = R"({"recording":)";
+
 // The requests, which a replay compares as text.
 [[nodiscard]] Json simpleRequest(const char* kind);
 [[nodiscard]] Json statementRequest(std::string_view sql);

@@ -32,31 +32,46 @@ std::vector<host::Answer> parseAnswers(const std::vector<std::string>& words) {
     return answers;
 }
 
-host::CallReport call(Workspace& workspace, const std::string& function, const std::vector<std::string>& words,
-                      const std::vector<host::Answer>& answers) {
-    const Registry& registry = workspace.module().registry();
-    host::FunctionCaller caller(registry, workspace.host());
-    return caller.call(function, host::argumentsFromWords(registry, function, words), answers);
+// Why the call cannot be made, before anything is touched for it: an older recording gives way to that of a call only.
+std::optional<host::CallReport> refusalOf(const std::string& function, const host::CallArguments& arguments) {
+    try {
+        (void)host::bindArguments(host::loadModule().registry(), function, arguments);
+        return std::nullopt;
+    } catch (const std::exception& error) {
+        host::CallReport report;
+        report.function = function;
+        report.error = host::describeError(error);
+        return report;
+    }
 }
 
-int run(const CommonOptions& common, const CallOptions& options) {
-    const std::vector<host::Answer> answers = parseAnswers(options.answers);
-    Workspace workspace(common);
-    std::vector<std::string> words = options.arguments;
-    words.insert(words.end(), common.moreArguments.begin(), common.moreArguments.end());
-    const host::CallReport report = call(workspace, options.function, words, answers);
+void write(const host::CallReport& report, const CallOptions& options) {
     if (options.json || (!options.text && !outputIsTerminal())) {
         std::cout << host::toDatum(report).toJson() << std::endl;
     } else if (report.started) {
         writeReport(std::cout, report, outputIsTerminal());
         std::cout.flush();
     }
-    if (!report.error) {
-        workspace.finish();
-        return 0;
+    if (report.error) std::cerr << "basalt: " << report.error->message << '\n';
+}
+
+int run(const CommonOptions& common, const CallOptions& options) {
+    const std::vector<host::Answer> answers = parseAnswers(options.answers);
+    std::vector<std::string> words = options.arguments;
+    words.insert(words.end(), common.moreArguments.begin(), common.moreArguments.end());
+    const host::CallArguments arguments =
+        host::argumentsFromWords(host::loadModule().registry(), options.function, words);
+    if (const std::optional<host::CallReport> refusal = refusalOf(options.function, arguments)) {
+        write(*refusal, options);
+        return 2;
     }
-    std::cerr << "basalt: " << report.error->message << '\n';
-    return report.started ? 1 : 2;
+    Workspace workspace(common);
+    host::FunctionCaller caller(workspace.module().registry(), workspace.host());
+    const host::CallReport report = caller.call(options.function, arguments, answers);
+    write(report, options);
+    if (report.error) return 1;
+    workspace.finish();
+    return 0;
 }
 
 }  // namespace

@@ -4,13 +4,13 @@
 #include <exception>
 #include <iostream>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "cli/commands.h"
 #include "cli/terminal.h"
+#include "cli/workspace.h"
 #include "cli/wrong_usage.h"
 
 namespace basalt::cli {
@@ -45,6 +45,13 @@ void parse(CLI::App& app, CommonOptions& options, int argc, char** argv) {
     app.parse(argc, argv);
 }
 
+// What cannot be told wholly is a failure.
+int told(int status) {
+    if (std::cout.flush()) return status;
+    std::cerr << "basalt: the output cannot be written; what is there of it is cut\n";
+    return 1;
+}
+
 // "help" and the words of a command, as others write "--help" behind it.
 std::optional<int> help(CLI::App& app, int argc, char** argv) {
     if (argc < 2 || std::string_view(argv[1]) != "help") return std::nullopt;
@@ -62,7 +69,7 @@ std::optional<int> help(CLI::App& app, int argc, char** argv) {
         return 2;
     }
     std::cout << command->help(before);
-    return 0;
+    return told(0);
 }
 
 }  // namespace
@@ -109,12 +116,11 @@ int runCommandLine(int argc, char** argv) {
         std::cerr << "basalt: there is no command " << words.front() << "; basalt --help lists them\n";
         return 2;
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : 2;
+        return app.exit(error) == 0 ? told(0) : 2;
     }
     try {
-        const int status = chosen();
-        if (!std::cout.flush()) throw std::runtime_error("the output cannot be written; what is there of it is cut");
-        return status;
+        requireRightOptions(options);
+        return told(chosen());
     } catch (const WrongUsage& error) {
         std::cerr << "basalt: " << error.what() << '\n';
         return 2;

@@ -9,6 +9,7 @@
 #include "cli/commands.h"
 #include "cli/workspace.h"
 #include "cli/wrong_usage.h"
+#include "host/engines/database_files.h"
 #include "host/engines/open_database.h"
 #include "host/services/deploy.h"
 #include "host/services/draft_file.h"
@@ -62,8 +63,20 @@ int backUp(const CommonOptions& common, const std::string& file) {
     return 0;
 }
 
+// Told before the work is done; a file that comes meanwhile is told at its end.
+void requireNone(const std::string& file) {
+    std::error_code ignored;
+    if (fs::exists(fs::symlink_status(host::pathFromText(file), ignored)))
+        throw host::FileExists("there is a file at " + file + " already");
+}
+
 int dump(const CommonOptions& common, const std::string& file) {
-    const std::unique_ptr<Session> session = host::openDatabase(databaseOf(common));
+    const host::DatabaseUrl url = databaseOf(common);
+    if (!file.empty()) {
+        host::requireOtherFile(url, file);
+        requireNone(file);
+    }
+    const std::unique_ptr<Session> session = host::openDatabase(url);
     const DatabaseSchema schema = host::readSchema(*session);
     if (file.empty()) {
         host::dumpDatabase(*session, schema, std::cout);
@@ -75,7 +88,7 @@ int dump(const CommonOptions& common, const std::string& file) {
         if (!out) throw std::runtime_error("the file " + file + " cannot be written");
         host::dumpDatabase(*session, schema, out);
     }
-    draft.replace();
+    draft.takePlace();
     return 0;
 }
 
@@ -131,7 +144,8 @@ void addDatabaseCommand(Program& program) {
     backUpCommand.add_option("FILE", options->file, "the copy; there must be none yet")->required();
     CLI::App& dumpCommand = program.command(group, "dump", "writes everything down as T-SQL",
                                             [&common, options] { return dump(common, options->file); });
-    dumpCommand.add_option("FILE", options->file, "the standard output when left out");
+    dumpCommand.add_option("FILE", options->file,
+                           "the dump; there must be none yet; the standard output when left out");
     CLI::App& loadCommand = program.command(group, "load", "runs a dump in a new database, whole or not at all",
                                             [&common, options] { return load(common, options->file); });
     loadCommand.add_option("FILE", options->file, "the standard input when left out");

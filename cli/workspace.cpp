@@ -3,11 +3,13 @@
 #include "ado/recording_session.h"
 #include "ado/replay_session.h"
 #include "cli/wrong_usage.h"
+#include "host/engines/database_files.h"
 #include "host/engines/open_database.h"
 #include "host/module_loader/shared_library.h"
 #include "host/services/deploy.h"
 #include "host/services/path_text.h"
 #include "host/services/platform/user_folders.h"
+#include "host/services/settings_store.h"
 
 namespace basalt::cli {
 
@@ -28,11 +30,12 @@ host::HostOptions hostOptions(const CommonOptions& options, const RunIdentity& i
     return result;
 }
 
-void assignSetting(host::ReferenceHost& host, const std::string& setting) {
+template <typename Assign>
+void assignSetting(const std::string& setting, const Assign& assign) {
     const std::size_t equals = setting.find('=');
     if (equals == std::string::npos) throw WrongUsage("--set takes NAME=VALUE, not \"" + setting + "\"");
     try {
-        host.setSetting(setting.substr(0, equals), setting.substr(equals + 1));
+        assign(setting.substr(0, equals), setting.substr(equals + 1));
     } catch (const UsageError& error) {
         throw WrongUsage(std::string("--set ") + setting + ": " + error.what());
     }
@@ -46,6 +49,16 @@ host::DatabaseUrl databaseOf(const CommonOptions& options) {
         return host::DatabaseUrl::parse(options.database);
     } catch (const UsageError& error) {
         throw WrongUsage(error.what());
+    }
+}
+
+void requireRightOptions(const CommonOptions& options) {
+    (void)databaseOf(options);
+    TSettingRecord record;
+    for (const std::string& setting : options.settings) {
+        assignSetting(setting, [&record](const std::string& name, const std::string& value) {
+            host::SettingsStore::assign(record, name, value);
+        });
     }
 }
 
@@ -73,9 +86,11 @@ Database::Database(const CommonOptions& options, DatabaseNeed need) : identity_(
     const host::DatabaseUrl url = databaseOf(options);
     database_ = host::openDatabase(url);
     if (need == DatabaseNeed::Deployed) requireDeployed(*database_, url);
-    if (!options.record.empty())
+    if (!options.record.empty()) {
+        host::requireOtherFile(url, options.record);
         wrapper_ =
             std::make_unique<RecordingSession>(*database_, host::pathFromText(options.record), identity_.toJson());
+    }
     used_ = wrapper_ ? wrapper_.get() : database_.get();
 }
 
@@ -99,7 +114,8 @@ Workspace::Workspace(const CommonOptions& options)
     if (options.replay.empty()) host_->DM().ADOConnection1.ConnectionString = databaseOf(options).connectionString();
     host_->signInAs(options.user);
     for (const std::string& setting : options.settings)
-        assignSetting(*host_, setting);
+        assignSetting(setting,
+                      [this](const std::string& name, const std::string& value) { host_->setSetting(name, value); });
     attached_.emplace(module_, *host_);
     host_->setExports(&module_.registry());
 }

@@ -261,6 +261,27 @@ TEST_F(Recording, aFileThatCannotBeWrittenIsAnError) {
     EXPECT_THROW(RecordingSession(session, "/nonexistent/folder/case.jsonl"), std::runtime_error);
 }
 
+TEST_F(Recording, anotherFileIsLeftAsItIs) {
+    for (const char* content : {"select 1\n", "SQLite format 3", "{}", "{\"recording\"", " "}) {
+        SCOPED_TRACE(content);
+        write(content);
+        EXPECT_EQ(usageErrorOf([&] { const RecordingSession recording(session, file); }),
+                  "there is a file at " + file.string() +
+                      " already, and it is not a recording, which alone would be replaced");
+        std::ifstream in(file, std::ios::binary);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), content);
+    }
+}
+
+TEST_F(Recording, anEmptyFileAndAnOlderRecordingGiveWay) {
+    write("");
+    { const RecordingSession recording(session, file, "of yesterday"); }
+    EXPECT_EQ(ReplaySession(file).note(), "of yesterday");
+    { const RecordingSession recording(session, file, "of today"); }
+    EXPECT_EQ(ReplaySession(file).note(), "of today");
+    EXPECT_EQ(lines().size(), 1U);
+}
+
 #ifdef __linux__
 // The system refuses to let files grow, as a full disk does.
 class FullDisk {
@@ -297,6 +318,22 @@ TEST_F(Recording, stopsBeforeTheDatabaseWhenTheFileCannotGrow) {
     } catch (const DatabaseError& error) {
         EXPECT_EQ(error.category(), ErrorCategory::DiskFull);
     }
+}
+
+TEST_F(Recording, endsATransactionThoughTheFileCannotGrow) {
+    session.expectChange("delete a", {}, 1);
+    RecordingSession recording(session, file);
+    TADOConnection connection(recording);
+    connection.BeginTrans();
+    {
+        const FullDisk full;
+        (void)connection.run("Q", "execute", "delete a");
+    }
+    EXPECT_THROW(connection.CommitTrans(), DatabaseError);
+    EXPECT_TRUE(session.inTransaction());
+    connection.RollbackTrans();
+    EXPECT_FALSE(session.inTransaction());
+    EXPECT_FALSE(connection.InTransaction());
 }
 #endif
 
