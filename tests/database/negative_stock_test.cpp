@@ -116,6 +116,28 @@ TEST_F(NegativeStock, aDocumentThatMovesToALaterDateMustNotBeMissedBefore) {
     EXPECT_EQ(check(line(5, 1, "10") + " UNION ALL " + line(5, 2, "3"), "1405/01/11", 1), sugar);
 }
 
+// Numbers that begin again with each day: number 1 of good 6 is the issue of day 5, and others have it too.
+TEST_F(NegativeStock, aNumberOfAnotherDayIsAnotherDocument) {
+    move(6, 1, "1405/01/05", 1, "-7");
+    // Edited on its own day, to what is there and to more.
+    EXPECT_EQ(check(line(6, 1, "-7"), "1405/01/05", 1), fine);
+    EXPECT_EQ(check(line(6, 1, "-8"), "1405/01/05", 1), (Answer{1, "چای", "6"}));
+    // The receipts of day 1, which have the same number, are not taken as gone.
+    EXPECT_EQ(check(line(5, 1, "-6"), "1405/01/05", 1), (Answer{0, "", ""}));
+    // A new one of day 7, which is to get the number 1, and one that only day 2 has: the issue stays where it is.
+    EXPECT_EQ(check(line(6, 1, "-7"), "1405/01/07", 1), (Answer{1, "چای", "6"}));
+    move(7, 1, "1405/01/02", 2, "5");
+    EXPECT_EQ(check(line(7, 1, "-6"), "1405/01/06", 2), (Answer{1, "نان", "7"}));
+    EXPECT_EQ(check(line(7, 1, "-5"), "1405/01/06", 2), fine);
+}
+
+TEST_F(NegativeStock, aDocumentOfTwoDatesIsTheOneOfItsDate) {
+    move(6, 1, "1405/01/06", 8, "-3");
+    move(6, 1, "1405/01/08", 8, "-4");
+    EXPECT_EQ(check(line(6, 1, "-4"), "1405/01/08", 8), fine);
+    EXPECT_EQ(check(line(6, 1, "-5"), "1405/01/08", 8), (Answer{1, "چای", "6"}));
+}
+
 TEST_F(NegativeStock, onOneDayTheOrderOfEntryCounts) {
     move(6, 1, "1405/01/05", 10, "-7");
     move(6, 1, "1405/01/05", 20, "5");
