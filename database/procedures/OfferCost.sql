@@ -7,7 +7,8 @@
 --   Code      the level
 --   TypeCode  the good
 --   Type      3, the price of a good
---   Cost      in the currency @CurrCode, rounded to its decimals; as it stands when @CurrCode is null, 0 or unknown
+--   Cost      in the currency @CurrCode, rounded to its decimals; as it stands when @CurrCode is null, 0 or unknown.
+--             decimal(32, 9): the largest price over the smallest rate has 23 digits before the point
 --   Name      the level's name
 --   deftitle  the mark of the level that the person is offered (function OfferedCostLevel), else empty
 
@@ -31,7 +32,7 @@ BEGIN
     SELECT P.CostLevelCode AS Code,
         P.GoodCode AS TypeCode,
         3 AS [Type],
-        CASE WHEN @Rate IS NULL THEN P.Cost ELSE CAST(ROUND(P.Cost / @Rate, @Decimals) AS decimal(23, 9)) END AS Cost,
+        CASE WHEN @Rate IS NULL THEN P.Cost ELSE CAST(ROUND(P.Cost / @Rate, @Decimals) AS decimal(32, 9)) END AS Cost,
         P.Name,
         CASE WHEN P.CostLevelCode = @Level THEN N'پیش فرض' ELSE N'' END AS deftitle
     FROM dbo.GoodPrices AS P

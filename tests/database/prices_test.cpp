@@ -87,6 +87,36 @@ TEST_F(OfferedPrices, theCurrencyOfTheBooksHasNoDecimals) {
                 ElementsAre("1|5|3|600.000000000|خرده|", "2|5|3|551.000000000|عمده|پیش فرض"));
 }
 
+// A price may have one digit more once it is rounded, and many more in a currency that is worth less than that of the
+// books. None of them takes the others with it.
+TEST_F(OfferedPrices, pricesAtTheLimitsAreOfferedInACurrency) {
+    session->run(
+        "UPDATE GoodCostDiscount SET CostLevel_Sell_1 = 99999999999999.999999999, "
+        "CostLevel_Sell_2 = -99999999999999.999999999, CostLevel_Sell_3 = 0.5, "
+        "CostLevel_Buy_1 = -0.5, CostLevel_Buy_2 = 0.000000001 WHERE GoodCode = 5");
+    session->run(
+        "INSERT INTO Currencies (Code, Name, Rate, Decimals) VALUES (7, N'کوچک', 0.000000001, 9), "
+        "(8, N'یک', 1, 8), (9, N'بزرگ', 99999999999999.999999999, 9)");
+    EXPECT_THAT(rows("{call OfferSellCostCurr(5,11,1)}"),
+                ElementsAre("1|5|3|100000000000000.000000000|خرده|پیش فرض", "2|5|3|-100000000000000.000000000|عمده|",
+                            "3|5|3|1.000000000|همکار|"));
+    EXPECT_THAT(rows("{call OfferBuyCostCurr(5,11,1)}"),
+                ElementsAre("1|5|3|-1.000000000|خرده|", "2|5|3|0.000000000|عمده|پیش فرض"));
+    EXPECT_THAT(rows("{call OfferSellCostCurr(5,11,7)}"),
+                ElementsAre("1|5|3|99999999999999999999999.000000000|خرده|پیش فرض",
+                            "2|5|3|-99999999999999999999999.000000000|عمده|", "3|5|3|500000000.000000000|همکار|"));
+    EXPECT_THAT(rows("{call OfferBuyCostCurr(5,11,7)}"),
+                ElementsAre("1|5|3|-500000000.000000000|خرده|", "2|5|3|1.000000000|عمده|پیش فرض"));
+    EXPECT_THAT(rows("{call OfferSellCostCurr(5,11,8)}"),
+                ElementsAre("1|5|3|100000000000000.000000000|خرده|پیش فرض", "2|5|3|-100000000000000.000000000|عمده|",
+                            "3|5|3|0.500000000|همکار|"));
+    EXPECT_THAT(rows("{call OfferSellCostCurr(5,11,9)}"),
+                ElementsAre("1|5|3|1.000000000|خرده|پیش فرض", "2|5|3|-1.000000000|عمده|", "3|5|3|0.000000000|همکار|"));
+    EXPECT_THAT(rows("{call OfferSellCost(5,11)}"),
+                ElementsAre("1|5|3|99999999999999.999999999|خرده|پیش فرض", "2|5|3|-99999999999999.999999999|عمده|",
+                            "3|5|3|0.500000000|همکار|"));
+}
+
 TEST_F(OfferedPrices, anUnknownCurrencyLeavesPricesAsTheyStand) {
     EXPECT_EQ(rows("{call OfferBuyCostCurr(5,11,0)}"), rows("{call OfferBuyCost(5,11)}"));
     EXPECT_EQ(rows("{call OfferSellCostCurr(5,11,99)}"), rows("{call OfferSellCost(5,11)}"));

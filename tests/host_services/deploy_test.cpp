@@ -80,7 +80,7 @@ TEST(Deploy, anEmptyDatabaseBecomesCurrent) {
     deployDatabase(*session);
     EXPECT_EQ(schemaState(*session), SchemaState::Current);
     EXPECT_FALSE(holdsDemoData(*session));
-    EXPECT_THAT(linesOf(*session, "SELECT Version FROM dbo.HostSchemaVersion"), ElementsAre("4"));
+    EXPECT_THAT(linesOf(*session, "SELECT Version FROM dbo.HostSchemaVersion"), ElementsAre("5"));
 }
 
 TEST(Deploy, withoutDemoDataOnlyTheManagerIsThere) {
