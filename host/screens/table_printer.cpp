@@ -142,14 +142,15 @@ const std::vector<QStringList>& TableDocument::longestTexts() const {
 // Numbers and their titles' longest words are whole or nothing; texts can do with a few letters.
 TableDocument::Room TableDocument::columnRoom() const {
     const QFontMetricsF metrics(font_);
-    const QFontMetricsF titleMetrics(columnFont_);
     const qreal least = metrics.averageCharWidth() * kLeastTextCharacters;
     const qreal most = metrics.averageCharWidth() * kMostTextCharacters;
     const std::vector<QStringList>& texts = longestTexts();
     Room room;
     for (std::size_t i = 0; i < texts.size(); ++i) {
         const TableColumn& column = table_.columns()[i];
-        const qreal title = widest(titles_[i].split(QLatin1Char(' ')), titleMetrics);
+        qreal title = 0;
+        for (const QString& word : titles_[i].split(QLatin1Char(' ')))
+            title = std::max(title, widthForOneLine(word, columnFont_));
         const bool number = isNumber(column.type);
         const qreal content = number ? roomFor(texts[i], metrics) : std::min(widest(texts[i], metrics), most);
         room.needed.push_back(std::max(number ? content : std::min(content, least), std::min(title, least)) +

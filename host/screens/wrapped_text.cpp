@@ -7,6 +7,14 @@
 namespace basalt::host {
 namespace {
 
+constexpr qreal kEndless = 1'000'000;
+
+QTextOption breaking() {
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    return option;
+}
+
 // How many lines the words take at that width; a word wider than it takes a line of its own.
 int linesAt(const QStringList& words, const QFontMetricsF& metrics, qreal width) {
     int lines = 1;
@@ -27,9 +35,7 @@ int linesAt(const QStringList& words, const QFontMetricsF& metrics, qreal width)
 
 QStringList wrappedLines(const QString& text, const QFont& font, qreal width, int most) {
     QTextLayout layout(text, font);
-    QTextOption option;
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    layout.setTextOption(option);
+    layout.setTextOption(breaking());
     QStringList lines;
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
@@ -42,6 +48,18 @@ QStringList wrappedLines(const QString& text, const QFont& font, qreal width, in
     }
     layout.endLayout();
     return lines;
+}
+
+qreal widthForOneLine(const QString& text, const QFont& font) {
+    if (text.isEmpty()) return 0;
+    QTextLayout layout(text, font);
+    layout.setTextOption(breaking());
+    layout.beginLayout();
+    QTextLine line = layout.createLine();
+    line.setLineWidth(kEndless);
+    layout.endLayout();
+    // More than rounded up: what a sum or a difference of widths loses must not cost a letter.
+    return std::floor(line.naturalTextWidth()) + 1;
 }
 
 qreal widthForLines(const QString& text, const QFontMetricsF& metrics, int lines) {

@@ -9,6 +9,7 @@
 #include <QPaintEngine>
 #include <QPainter>
 #include <QPainterPath>
+#include <QStringList>
 #include <limits>
 
 namespace basalt::host {
@@ -16,7 +17,8 @@ namespace basalt::host {
 class PaintedText final : public QPaintDevice {
 public:
     // The pieces in the order in which they were painted. Numbers of tables stand between marks of isolation.
-    [[nodiscard]] QString text() const { return engine_.painted; }
+    [[nodiscard]] QString text() const { return engine_.painted.join(QString()); }
+    [[nodiscard]] const QStringList& pieces() const { return engine_.painted; }
     [[nodiscard]] QPaintEngine* paintEngine() const override { return &engine_; }
 
 protected:
@@ -57,10 +59,10 @@ private:
         void drawPath(const QPainterPath&) override {}
         void drawPixmap(const QRectF&, const QPixmap&, const QRectF&) override {}
         void drawPolygon(const QPointF*, int, PolygonDrawMode) override {}
-        void drawTextItem(const QPointF&, const QTextItem& item) override { painted += item.text(); }
+        void drawTextItem(const QPointF&, const QTextItem& item) override { painted.append(item.text()); }
         [[nodiscard]] Type type() const override { return User; }
 
-        QString painted;
+        QStringList painted;
     };
 
     mutable Engine engine_;

@@ -527,6 +527,55 @@ TEST(WrappedText, isAsWideAsItsLinesAsk) {
     EXPECT_NEAR(widthForLines(QStringLiteral("aaaaaaaaaaaa b"), metrics, 2), advance("aaaaaaaaaaaa"), 2);
 }
 
+// Mim and hah have tails that want room at the end of a line.
+TEST(WrappedText, leavesAWordWholeThatWasGivenItsWidth) {
+    for (int size = 10; size <= 40; ++size) {
+        QFont font = themeFont(10, QFont::Bold);
+        font.setPixelSize(size * 3);
+        font.setHintingPreference(QFont::PreferNoHinting);
+        for (const char* word : {"سطح", "پنجم", "ششم", "هفتم", "دهم", "نرخ", "m", "ی", "۱۲۳"}) {
+            const QString text = QString::fromUtf8(word);
+            const qreal width = widthForOneLine(text, font);
+            EXPECT_EQ(wrappedLines(text, font, width, 9), QStringList{text}) << word << ' ' << size;
+            EXPECT_LE(width, QFontMetricsF(font).horizontalAdvance(text) + size) << word << ' ' << size;
+        }
+    }
+}
+
+TEST_F(TableOutput, wordsOfTitlesAreWholeWhereverThePageHasTheRoom) {
+    Table table;
+    const char* const numbers[] = {"یکم", "دوم", "سوم", "چهارم", "پنجم", "ششم", "هفتم", "هشتم", "نهم", "دهم", "صبح"};
+    table.rows.emplace_back();
+    for (const char* number : numbers) {
+        table.columnList.push_back(
+            {QStringLiteral("سطح ") + QString::fromUtf8(number), FieldType::Decimal, "#,#0", 90});
+        table.rows[0].emplace_back(*Decimal::parse("1"));
+    }
+    const auto titles = static_cast<int>(table.columnList.size());
+    for (const auto size : {QPageSize::A3, QPageSize::A4, QPageSize::A5, QPageSize::Letter}) {
+        for (const auto orientation : {QPageLayout::Portrait, QPageLayout::Landscape}) {
+            for (int columns = 1; columns <= titles; ++columns) {
+                Table part = table;
+                part.columnList.resize(static_cast<std::size_t>(columns));
+                PaintedText painted;
+                TableDocument document(part, {});
+                const int pages = document.layOut(pageLayout(size, orientation));
+                QPainter painter(&painted);
+                for (int page = 0; page < pages; ++page)
+                    document.paintPage(painter, page);
+                painter.end();
+                QStringList torn;
+                for (const QString& piece : painted.pieces())
+                    for (const QString& word : piece.split(QLatin1Char(' ')))
+                        if (word.size() < 3 && !word.isEmpty() && word[0].isLetter() && word != QStringLiteral("از"))
+                            torn.append(word);
+                EXPECT_TRUE(torn.isEmpty()) << torn.join(QLatin1Char(' ')).toStdString() << " of " << columns << " on "
+                                            << QPageSize::key(size).toStdString() << orientation;
+            }
+        }
+    }
+}
+
 TEST_F(TableOutput, whatIsGivenUpLeavesTheOldFile) {
     Table table = sample();
     for (int row = 0; row < 300; ++row)
