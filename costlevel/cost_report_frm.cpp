@@ -271,20 +271,31 @@ void TCost_Report_FRM::search() {
 
 void TCost_Report_FRM::registerPrintColumns() const {
     ClearPrintColumns(kReportName);
-    for (int i = 0; i < grid_->ColumnCount(); ++i) {
+    const std::vector<int> order = grid_->ColumnOrder();
+    const auto placeOf = [&](int index) {
+        return static_cast<int>(std::find(order.begin(), order.end(), index) - order.begin());
+    };
+    for (const int i : pricesInOrder()) {
         const TGridColumn column = grid_->Column(i);
-        if (!isPrice(column.FieldName) && !isConsumerPrice(column.FieldName)) continue;
         TPrintColumn print{
             .FieldName = column.FieldName, .Title = column.Title.toStdString(), .Visible = column.Visible};
+        print.Place = placeOf(i);
         if (isConsumerPrice(column.FieldName)) {
             print.SettingName = kConsumerPriceSetting;
-            print.Index = std::to_string(i);
+            print.Index = std::to_string(print.Place);
         } else {
             // A column without a level is nobody's to print.
             print.Offered = column.VisibleForCustomization;
         }
         RegisterPrintColumn(kReportName, print);
     }
+}
+
+std::vector<int> TCost_Report_FRM::pricesInOrder() const {
+    std::vector<int> columns = grid_->ColumnOrder();
+    std::erase_if(columns, [this](int i) { return !isPrice(grid_->Column(i).FieldName); });
+    if (const int consumer = consumerColumn(); consumer >= 0) columns.push_back(consumer);
+    return columns;
 }
 
 std::vector<std::string> TCost_Report_FRM::visibleTitles() const {
@@ -297,7 +308,7 @@ std::vector<std::string> TCost_Report_FRM::visibleTitles() const {
             add(column.FieldName, column.Title, column.Visible);
         return titles;
     }
-    for (int i = 0; i < grid_->ColumnCount(); ++i) {
+    for (const int i : pricesInOrder()) {
         const TGridColumn column = grid_->Column(i);
         add(column.FieldName, column.Title.toStdString(), column.Visible);
     }
@@ -316,12 +327,14 @@ std::vector<std::string> TCost_Report_FRM::GetMasterReport_Description() {
 }
 
 void TCost_Report_FRM::PrintList_BTNClick() {
+    grid_->CheckPrintable();
     static_cast<void>(GetMasterReport_Description());
     TPrintSetting setting;
     if (!PrintSetting({.ReportName = kReportName, .Title = windowTitle().toStdString(), .Form = this}, setting)) return;
-    // What names the good stands before its prices, as it does on the screen.
+    // What names the good stands before its prices.
     std::vector<TPrintColumn> columns;
-    for (int i = 0; i < kFixedColumns; ++i) {
+    for (const int i : grid_->ColumnOrder()) {
+        if (i >= kFixedColumns) continue;
         const TGridColumn column = grid_->Column(i);
         columns.push_back(
             {.FieldName = column.FieldName, .Title = column.Title.toStdString(), .Visible = column.Visible});

@@ -31,10 +31,11 @@ public:
     void RefreshList() override;
     void FormShow(QObject* sender) override;
     // Registers the grid's price columns, hidden ones too, for the print settings (report "CostReport"), and gives the
-    // titles of those that the grid shows and their count. Warns, at the grid, when it shows more than ten.
+    // titles of those that the grid shows and their count: the levels as they stand on the screen, and the consumer
+    // price behind them. Warns, at the grid, when it shows more than ten.
     //
     // The consumer price is kept as F11. A level of the code 11 that has a column bears that name too: both share one
-    // print setting, of which the column that stands further behind in the grid is the one on offer.
+    // print setting, and while both show the consumer price is the one on offer.
     //
     // While the pages of PrintList_BTN are made, gives the titles and the count of what was chosen for them, as that is
     // what stands below on the paper. Nothing is then registered, and nobody warned again.
@@ -62,6 +63,8 @@ private:
     [[nodiscard]] std::string priceFormat() const;
     [[nodiscard]] int consumerColumn() const;  // -1: not shown
     void registerPrintColumns() const;
+    // The price columns as they stand on the screen, and behind them the consumer price's when it shows.
+    [[nodiscard]] std::vector<int> pricesInOrder() const;
     [[nodiscard]] std::vector<std::string> visibleTitles() const;
     void adaptTo(bool sale);
     void search();

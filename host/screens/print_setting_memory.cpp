@@ -5,6 +5,7 @@
 #include <QJsonObject>
 #include <algorithm>
 
+#include "host/screens/kept_order.h"
 #include "host/services/print_column_store.h"
 #include "host/services/sql_access.h"
 
@@ -15,6 +16,16 @@ template <class Choice>
 Choice kept(const QJsonValue& value, Choice last, Choice otherwise) {
     const int number = value.toInt(-1);
     return number < 0 || number > static_cast<int>(last) ? otherwise : static_cast<Choice>(number);
+}
+
+// False when the user's columns stand as the report had them.
+constexpr QLatin1String kOrdered("ordered");
+
+std::vector<std::string> namesOf(const std::vector<TPrintColumn>& columns) {
+    std::vector<std::string> names;
+    for (const TPrintColumn& column : columns)
+        names.push_back(printSettingName(column));
+    return names;
 }
 
 bool isBlank(const std::string& text) {
@@ -67,17 +78,30 @@ TPrintSetting PrintSettingMemory::recall(const TPrintSettingRequest& request) {
         if (const auto row = everybodys.find(printSettingName(column)); row != everybodys.end())
             column.Visible = row->second;
 
-    auto next = setting.Columns.begin();
+    const auto count = static_cast<int>(setting.Columns.size());
+    const auto indexOf = [&](const std::string& name) {
+        const auto found = std::find_if(setting.Columns.begin(), setting.Columns.end(),
+                                        [&](const TPrintColumn& column) { return printSettingName(column) == name; });
+        return static_cast<int>(found - setting.Columns.begin());
+    };
+    std::vector<int> order;
     for (const auto& entry : own.value(QStringLiteral("columns")).toArray()) {
         const std::string name = entry.toObject().value(QStringLiteral("name")).toString().toStdString();
-        const auto found = std::find_if(next, setting.Columns.end(),
-                                        [&](const TPrintColumn& column) { return printSettingName(column) == name; });
-        if (found == setting.Columns.end()) continue;
+        const int index = indexOf(name);
+        if (index == count) continue;
+        TPrintColumn& column = setting.Columns[static_cast<std::size_t>(index)];
         if (everybodys.contains(name))
-            found->Visible = entry.toObject().value(QStringLiteral("visible")).toBool(found->Visible);
-        std::rotate(next, found, found + 1);
-        ++next;
+            column.Visible = entry.toObject().value(QStringLiteral("visible")).toBool(column.Visible);
+        order.push_back(index);
     }
+    requestOrder_ = recalledOrder_ = namesOf(setting.Columns);
+    ordered_ = own.value(kOrdered).toBool(!order.empty());
+    if (!ordered_) return setting;
+    std::vector<TPrintColumn> ordered;
+    for (const int index : keptOrder(order, count))
+        ordered.push_back(setting.Columns[static_cast<std::size_t>(index)]);
+    setting.Columns = std::move(ordered);
+    recalledOrder_ = namesOf(setting.Columns);
     return setting;
 }
 
@@ -91,6 +115,9 @@ void PrintSettingMemory::keep(const TPrintSetting& setting) {
     QJsonObject own{{QStringLiteral("paper"), static_cast<int>(setting.Paper)},
                     {QStringLiteral("orientation"), static_cast<int>(setting.Orientation)},
                     {QStringLiteral("columns"), columns}};
+    // An order that the user never touched, or has put back, follows the report's.
+    const std::vector<std::string> order = namesOf(setting.Columns);
+    own.insert(kOrdered, order == recalledOrder_ ? ordered_ : order != requestOrder_);
     // A title that the user left alone, or took away, follows the report's.
     if (!isBlank(setting.Title) && setting.Title != requestTitle_)
         own.insert(QStringLiteral("title"), QString::fromStdString(setting.Title));

@@ -7,6 +7,7 @@
 
 #include <QJsonObject>
 #include <string>
+#include <vector>
 
 #include "host/services/reference_host.h"
 #include "package/screens/print_setting.h"
@@ -20,7 +21,8 @@ class PrintSettingMemory {
 public:
     PrintSettingMemory(ReferenceHost& host, std::string reportName) : host_(host), report_(std::move(reportName)) {}
 
-    // The request as the user left it: columns that were not there then come last.
+    // The request as the user left it: a column that was not there then comes behind the one before it in the request.
+    // Its order is the request's until the user makes another.
     [[nodiscard]] TPrintSetting recall(const TPrintSettingRequest& request);
     // Columns that are not in the setting keep the place and the tick that they had.
     void keep(const TPrintSetting& setting);
@@ -32,6 +34,10 @@ private:
     ReferenceHost& host_;
     std::string report_;
     std::string requestTitle_;
+    // Of the columns, by their setting names: as asked for, and as recalled.
+    std::vector<std::string> requestOrder_;
+    std::vector<std::string> recalledOrder_;
+    bool ordered_ = false;  // the user has made an order
 };
 
 }  // namespace basalt::host

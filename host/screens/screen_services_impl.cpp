@@ -91,8 +91,10 @@ bool HostScreenServices::PrintSetting(const TPrintSettingRequest& request, TPrin
         offered.Columns.empty() && registered != printColumns_.end())
         offered.Columns = registered->second;
     std::erase_if(offered.Columns, [](const TPrintColumn& column) { return !column.Offered; });
-    std::stable_partition(offered.Columns.begin(), offered.Columns.end(),
-                          [](const TPrintColumn& column) { return column.Index.empty(); });
+    std::stable_sort(offered.Columns.begin(), offered.Columns.end(),
+                     [](const TPrintColumn& one, const TPrintColumn& other) {
+                         return std::pair(one.Place, !one.Index.empty()) < std::pair(other.Place, !other.Index.empty());
+                     });
     return askPrintSetting(context_, offered, setting);
 }
 

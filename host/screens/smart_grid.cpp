@@ -15,6 +15,7 @@
 #include "ado/error.h"
 #include "ado/names.h"
 #include "host/screens/column_chooser.h"
+#include "host/screens/kept_order.h"
 #include "host/screens/number_room.h"
 #include "host/screens/output_services.h"
 #include "host/screens/persian_digits.h"
@@ -31,6 +32,7 @@ constexpr int kNarrowest = 56;
 constexpr int kWidestByContent = 420;
 constexpr int kTitlePadding = 14;
 constexpr int kWidestWrappedTitle = 200;  // a longer word is broken
+constexpr QLatin1String kVisible("visible");
 
 QPageSize::PageSizeId paperSize(TPrintPaper paper) {
     switch (paper) {
@@ -224,6 +226,14 @@ void SmartGrid::RemoveColumn(int index) {
     model_.removeColumnAt(index);
 }
 
+std::vector<int> SmartGrid::ColumnOrder() const {
+    const QHeaderView* header = view_->horizontalHeader();
+    std::vector<int> order;
+    for (int place = 0; place < header->count(); ++place)
+        order.push_back(header->logicalIndex(place));
+    return order;
+}
+
 void SmartGrid::SetMultiSelect(bool on) {
     view_->setSelectionMode(on ? QAbstractItemView::ExtendedSelection : QAbstractItemView::SingleSelection);
 }
@@ -410,7 +420,7 @@ QJsonObject SmartGrid::arrangementOf(int column) const {
     QJsonObject kept{{QStringLiteral("field"), QString::fromStdString(state.FieldName)},
                      {QStringLiteral("width"), state.Width}};
     // What the screen itself hides is not the user's wish, and may be shown the next time.
-    if (state.VisibleForCustomization) kept.insert(QStringLiteral("visible"), state.Visible);
+    if (state.VisibleForCustomization) kept.insert(kVisible, state.Visible);
     return kept;
 }
 
@@ -418,7 +428,7 @@ void SmartGrid::arrangeColumn(int column, const QJsonObject& kept) {
     TGridColumn& state = model_.arrangement(column);
     state.Width = std::clamp(kept.value(QStringLiteral("width")).toInt(state.Width), 0, 4000);
     // What the screen keeps out of the user's reach stays as the screen has it.
-    if (state.VisibleForCustomization) state.Visible = kept.value(QStringLiteral("visible")).toBool(state.Visible);
+    if (state.VisibleForCustomization) state.Visible = kept.value(kVisible).toBool(state.Visible);
 }
 
 QJsonObject SmartGrid::arrangement() const {
@@ -441,7 +451,7 @@ QJsonObject SmartGrid::arrangement() const {
 void SmartGrid::arrange(const QJsonObject& arrangement) {
     QHeaderView* header = view_->horizontalHeader();
     const auto indexOf = [&](const QString& field) { return columnOf(field.toStdString()); };
-    int place = 0;
+    std::vector<int> placed;
     int keptPlace = 0;
     away_.clear();
     for (const auto& entry : arrangement.value(QStringLiteral("columns")).toArray()) {
@@ -453,9 +463,12 @@ void SmartGrid::arrange(const QJsonObject& arrangement) {
         }
         ++keptPlace;
         arrangeColumn(column, kept);
-        if (const int at = header->visualIndex(column); at != place) header->moveSection(at, place);
-        ++place;
+        // A column that was out of the user's reach, or is now, stands where the screen has it.
+        if (kept.contains(kVisible) && model_.column(column).VisibleForCustomization) placed.push_back(column);
     }
+    int place = 0;
+    for (const int column : keptOrder(placed, model_.columnCount()))
+        header->moveSection(header->visualIndex(column), place++);
     applyVisibility();
     layOutColumns();
     const Sort sort{arrangement.value(QStringLiteral("sort")).toString().toStdString(),
@@ -544,6 +557,10 @@ void SmartGrid::print() {
     preview(*content(), std::nullopt);
 }
 
+void SmartGrid::CheckPrintable() const {
+    checkPrintable(*content());
+}
+
 void SmartGrid::PrintPreview(const TPrintSetting& setting) {
     const Content table(*this, setting);
     if (table.columns().empty())
@@ -553,20 +570,22 @@ void SmartGrid::PrintPreview(const TPrintSetting& setting) {
                                                             : QPageLayout::Portrait));
 }
 
-void SmartGrid::save(const QString& title, const QString& suffix, const Writer& write) {
+void SmartGrid::save(const QString& title, const QString& suffix, const Writer& write, const Check& check) {
     if (gate_ && !gate_()) return;
+    if (check) check();
     const auto table = content();
     const auto path = context_.output().chooseFile(window(), title, table->title(), suffix);
     if (path) write(*table, *path, context_.writing());
 }
 
 void SmartGrid::exportPdf() {
-    save(QStringLiteral("خروجی PDF"), QStringLiteral("pdf"),
-         [this](const TableContent& table, const QString& path, const OutputProgress& progress) {
-             checkPrintable(table);
-             TableDocument document(table, QString::fromStdString(context_.host().NowDate("/")));
-             writePdf(document, document.suitablePaper(), path, progress);
-         });
+    save(
+        QStringLiteral("خروجی PDF"), QStringLiteral("pdf"),
+        [this](const TableContent& table, const QString& path, const OutputProgress& progress) {
+            TableDocument document(table, QString::fromStdString(context_.host().NowDate("/")));
+            writePdf(document, document.suitablePaper(), path, progress);
+        },
+        [this] { CheckPrintable(); });
 }
 
 void SmartGrid::exportWorkbook() {

@@ -29,12 +29,14 @@ public:
     [[nodiscard]] TGridColumn Column(int index) const override;
     [[nodiscard]] int ColumnCount() const override { return model_.columnCount(); }
     void RemoveColumn(int index) override;
+    [[nodiscard]] std::vector<int> ColumnOrder() const override;
     void SetMultiSelect(bool on) override;
     void SetTitleLines(int lines) override;
     [[nodiscard]] int CurrentRow() const override;
     [[nodiscard]] std::vector<int> SelectedRows() const override;
     [[nodiscard]] QAbstractItemView* View() override { return view_; }
     void GoToLastRow() override;
+    void CheckPrintable() const override;
     void PrintPreview(const TPrintSetting& setting) override;
 
     [[nodiscard]] GridModel& model() { return model_; }
@@ -44,7 +46,7 @@ public:
     void sortBy(int column, bool descending);
 
     // The order, widths and visibility of the columns and the sort, as one object. What it says of a field that has no
-    // column is remembered until one comes.
+    // column is remembered until one comes; a column that it has no place for comes behind the one before it by index.
     [[nodiscard]] QJsonObject arrangement() const;
     void arrange(const QJsonObject& arrangement);
 
@@ -107,7 +109,8 @@ private:
     [[nodiscard]] QString description() const;
     [[nodiscard]] QString part() const { return part_ ? part_() : QString(); }
     using Writer = std::function<void(const TableContent&, const QString& path, const OutputProgress&)>;
-    void save(const QString& title, const QString& suffix, const Writer& write);
+    using Check = std::function<void()>;  // made before the user is asked for a file
+    void save(const QString& title, const QString& suffix, const Writer& write, const Check& check = {});
 
     ScreenContext& context_;
     GridModel model_;

@@ -42,6 +42,8 @@ public:
     [[nodiscard]] virtual TGridColumn Column(int index) const = 0;  // as the user has arranged it
     [[nodiscard]] virtual int ColumnCount() const = 0;
     virtual void RemoveColumn(int index) = 0;
+    // The indexes of all columns, hidden ones too, as they stand on the screen, where the user may have moved them.
+    [[nodiscard]] virtual std::vector<int> ColumnOrder() const = 0;
     virtual void SetMultiSelect(bool on) = 0;
     virtual void SetTitleLines(int lines) = 0;
     // The row shown as current, from 0; -1 when the grid is empty. It is the data set's cursor.
@@ -50,6 +52,9 @@ public:
     [[nodiscard]] virtual QAbstractItemView* View() = 0;
     // Makes the last row as shown, in the user's sort order, the current one; nothing when the grid is empty.
     virtual void GoToLastRow() = 0;
+    // An error that tells the user why, where there are too many rows to be shown as pages. To be called before the
+    // user is asked how the pages shall look.
+    virtual void CheckPrintable() const = 0;
     // Shows the rows as pages: the setting's visible columns by their field names, in its order, on its paper. A column
     // that the grid lacks is left out. Errors pass to the caller.
     virtual void PrintPreview(const TPrintSetting& setting) = 0;

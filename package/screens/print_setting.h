@@ -29,9 +29,11 @@ struct TPrintColumn {
     std::string SettingName = {};  // under which the choice is kept, unique in the report; empty: the field's name
     // False for a column that the report has and the user may not print: it is neither shown nor kept.
     bool Offered = true;
-    // The column's place in the report's grid, from 0, as text; empty where it does not matter. Columns that have one
-    // are offered behind those that have none.
+    // The column's place in the report's grid, from 0, as text; empty where it does not matter.
     std::string Index = {};
+    // Orders the columns as they are offered for as long as the user has not ordered them for printing. Of the same
+    // place, columns without an index come first, and otherwise as they were registered.
+    int Place = 0;
 };
 
 struct TPrintSettingRequest {

@@ -42,10 +42,11 @@ protected:
         });
         report->ShowModal();
     }
+    // Of the prices, as they stand on the screen.
     static std::vector<std::string> shownTitles(const SmartGrid& grid) {
         std::vector<std::string> titles;
-        for (int i = 3; i < grid.ColumnCount(); ++i)
-            if (grid.Column(i).Visible) titles.push_back(grid.Column(i).Title.toStdString());
+        for (const int i : grid.ColumnOrder())
+            if (i >= 3 && grid.Column(i).Visible) titles.push_back(grid.Column(i).Title.toStdString());
         return titles;
     }
     // Enough goods for a request that takes its time. Writing them is not what is waited for.
@@ -226,10 +227,183 @@ TEST_F(ReportOnDemo, aKeptLayoutMeetsOtherLevels) {
         control<QTabBar>(report, "TTab_Search_Frame1_TBC")->setCurrentIndex(1);
         EXPECT_EQ(shownTitles(grid).back(), "قیمت مصرف کننده");
     });
-    // A level that comes back shows, whatever was kept of the column that had its field.
+    // A level that comes back shows at its place by code, whatever was kept of the column that had its field.
     execute(*session, "INSERT INTO CostLevel (Code, Name, CostType) VALUES (3, N'همکار', 1)");
     show([&](QWidget&, SmartGrid& grid) {
         EXPECT_THAT(shownTitles(grid), ElementsAre("تک‌فروشی", "همکار", "نمایندگی", "نهم"));
+    });
+}
+
+TEST_F(ReportOnDemo, aNewLevelStandsBehindTheOneBeforeItInTheUsersOrder) {
+    execute(*session, "DELETE FROM costlist");
+    execute(*session, "DELETE FROM CostLevel WHERE CostType = 1 AND Code IN (3, 5, 6, 7, 8, 9)");
+    show([&](QWidget&, SmartGrid& grid) {
+        EXPECT_THAT(shownTitles(grid),
+                    ElementsAre("تک‌فروشی", "عمده‌فروشی", "نمایندگی", "جشنواره"));
+        // The second level goes to the front of all.
+        QHeaderView& header = *static_cast<QTableView*>(grid.View())->horizontalHeader();
+        header.moveSection(header.visualIndex(4), 0);
+        EXPECT_THAT(shownTitles(grid),
+                    ElementsAre("عمده‌فروشی", "تک‌فروشی", "نمایندگی", "جشنواره"));
+    });
+    execute(*session, "INSERT INTO CostLevel (Code, Name, CostType) VALUES (3, N'سوم', 1), (9, N'نهم', 1)");
+    show([&](QWidget&, SmartGrid& grid) {
+        EXPECT_THAT(shownTitles(grid),
+                    ElementsAre("عمده‌فروشی", "سوم", "تک‌فروشی", "نمایندگی", "نهم", "جشنواره"));
+        EXPECT_THAT(grid.ColumnOrder(), ElementsAre(4, 5, 0, 1, 2, 3, 6, 7, 8, 9, 10, 11, 12));
+    });
+}
+
+TEST_F(ReportOnDemo, pagesFollowTheOrderOnTheScreen) {
+    execute(*session, "DELETE FROM costlist");
+    execute(*session, "DELETE FROM CostLevel WHERE CostType = 1 AND Code > 3");
+    QStringList pages;
+    output.onPreview = [&](PrintDocument& document) {
+        PaintedText painted;
+        static_cast<void>(document.layOut(pageLayout()));
+        QPainter painter(&painted);
+        document.paintPage(painter, 0);
+        painter.end();
+        pages.append(painted.text());
+    };
+    show([&](QWidget& report, SmartGrid& grid) {
+        control<QTabBar>(report, "TTab_Search_Frame1_TBC")->setCurrentIndex(1);
+        QHeaderView& header = *static_cast<QTableView*>(grid.View())->horizontalHeader();
+        header.moveSection(header.visualIndex(2), 0);                       // the name
+        header.moveSection(header.visualIndex(5), 3);                       // the third level
+        header.moveSection(header.visualIndex(grid.ColumnCount() - 1), 4);  // the consumer price
+        EXPECT_THAT(shownTitles(grid),
+                    ElementsAre("همکار", "قیمت مصرف کننده", "تک‌فروشی", "عمده‌فروشی"));
+        EXPECT_THAT(static_cast<TCost_Report_FRM&>(report).GetMasterReport_Description(),
+                    ElementsAre("همکار", "تک‌فروشی", "عمده‌فروشی", "قیمت مصرف کننده", "4"));
+        std::vector<std::string> offered;
+        QTimer::singleShot(0, &report, [&offered] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            auto* list = control<QListWidget>(*dialog, "Columns_LST");
+            for (int i = 0; i < list->count(); ++i)
+                offered.push_back(list->item(i)->text().toStdString());
+            control<QPushButton>(*dialog, "Ok_BTN")->click();
+        });
+        QTest::keyClick(&report, Qt::Key_F9);
+        EXPECT_THAT(offered, ElementsAre("همکار", "قیمت مصرف کننده", "تک‌فروشی", "عمده‌فروشی"));
+        grid.print();
+    });
+    ASSERT_EQ(pages.size(), 2);
+    for (QString page : pages) {
+        // A heading may stand on two lines.
+        page.remove(QLatin1Char(' '));
+        EXPECT_TRUE(
+            page.contains(QStringLiteral("نامکالاکدکالابارکدکالاهمکارقیمتمصرفکنندهتک‌فروشیعمده‌فرو"
+                                         "ش"
+                                         "ی")))
+            << page.left(300).toStdString();
+    }
+    // The line above the pages: with the consumer price where the pages have it, or behind the levels.
+    EXPECT_LT(pages[0].indexOf(QStringLiteral("همکار")), pages[0].indexOf(QStringLiteral("تک‌فروشی")));
+    EXPECT_LT(pages[1].indexOf(QStringLiteral("همکار")), pages[1].indexOf(QStringLiteral("تک‌فروشی")));
+}
+
+// Barcodes of every shape, prices at the limits, below nought and to the last of nine decimals.
+TEST_F(ReportOnDemo, whatIsOutOfTheOrdinaryIsPrintedAsItIs) {
+    execute(*session, "DELETE FROM costlist");
+    execute(*session, "DELETE FROM CostLevel WHERE CostType = 1 AND Code > 2");
+    execute(*session, "DELETE FROM GoodCostDiscount");
+    execute(*session,
+            "INSERT INTO GoodInf (Code, Name, AbbName, ConsumerPrice) VALUES (9001, N'بدون بارکد', NULL, NULL), "
+            "(9002, N'فقط نشانه', N'!', 0), (9003, N'ده بارکد', N'!11!12!13!14!15!16!17!18!19!20', 12500.5), "
+            "(9004, N'بیشترین و کمترین', N'!9004!', 99999999999999.999999999)");
+    execute(*session,
+            "INSERT INTO GoodCostDiscount (GoodCode, CostLevel_Sell_1, CostLevel_Sell_2, CostLevel_Buy_1, "
+            "CostLevel_Buy_2) VALUES (9004, 99999999999999.999999999, -99999999999999.999999999, -0.000000001, NULL), "
+            "(9003, 0.1, -1250.75, 0, 42)");
+    host.setSetting("CurrencyDecimals", "9");
+    QString page;
+    output.onPreview = [&](PrintDocument& document) {
+        PaintedText painted;
+        const int pages = document.layOut(pageLayout(QPageSize::A4, QPageLayout::Landscape));
+        QPainter painter(&painted);
+        for (int number = 0; number < pages; ++number)
+            document.paintPage(painter, number);
+        painter.end();
+        page = painted.text();
+        page.remove(QChar(0x2066)).remove(QChar(0x2069));
+    };
+    // What is painted between two texts; a text of marks and numbers from its left to its right.
+    const auto rowOf = [&](const char* name, const char* next) {
+        const QString from = QString::fromUtf8(name);
+        const auto start = page.indexOf(from) + from.size();
+        const auto end = page.indexOf(QString::fromUtf8(next), start);
+        return page.mid(start, end - start).toStdString();
+    };
+    show([&](QWidget& report, SmartGrid& grid) {
+        control<QLineEdit>(report, "TRange_Digit_Search_Frame1_From_EDT")->setText(QStringLiteral("9001"));
+        control<QLineEdit>(report, "TRange_Digit_Search_Frame1_To_EDT")->setText(QStringLiteral("9004"));
+        control<QTabBar>(report, "TTab_Search_Frame1_TBC")->setCurrentIndex(1);
+        QTRY_COMPARE(grid.model().rowCount(), 4);
+        grid.print();
+        EXPECT_EQ(rowOf("بدون بارکد", "۹۰۰۲"), "۰۰۰");
+        EXPECT_EQ(rowOf("۹۰۰۲", "فقط نشانه"), "(");
+        EXPECT_EQ(rowOf("۹۰۰۳", "ده بارکد"), "۱۹)(۱۸)(۱۷)(۱۶)(۱۵)(۱۴)(۱۳)(۱۲)(۱۱(");
+        EXPECT_EQ(rowOf("ده بارکد", "۹۰۰۴"), "۰٫۱-۱٬۲۵۰٫۷۵۱۲٬۵۰۰٫۵");
+        EXPECT_TRUE(
+            rowOf("بیشترین و کمترین", "صفحه")
+                .starts_with("۹۹٬۹۹۹٬۹۹۹٬۹۹۹٬۹۹۹٫۹۹۹۹۹۹۹۹۹-۹۹٬۹۹۹٬۹۹۹٬۹۹۹٬۹۹۹٫۹۹۹۹۹۹۹۹۹۹۹٬۹۹۹٬۹۹۹٬۹۹۹٬۹۹۹٫۹۹۹۹۹۹۹۹۹"));
+        control<QTabBar>(report, "TTab_Search_Frame1_TBC")->setCurrentIndex(0);
+        QTRY_COMPARE(grid.model().rowCount(), 4);
+        grid.print();
+        EXPECT_EQ(rowOf("ده بارکد", "۹۰۰۴"), "۰۴۲");
+        EXPECT_TRUE(rowOf("بیشترین و کمترین", "صفحه").starts_with("-۰٫۰۰۰۰۰۰۰۰۱۰"));
+    });
+}
+
+TEST_F(ReportOnDemo, aClickOnATitleSortsByPriceAndByName) {
+    execute(*session, "DELETE FROM GoodCostDiscount WHERE GoodCode IN (SELECT TOP 3 Code FROM GoodInf ORDER BY Code)");
+    execute(*session,
+            "INSERT INTO GoodInf (Code, Name, AbbName) VALUES (9001, N'پنیر', NULL), (9002, N'گلاب', NULL), "
+            "(9003, N'آب', NULL), (9004, N'تن', NULL), (9005, N'چای', NULL), (9006, N'کره', NULL)");
+    execute(*session,
+            "INSERT INTO GoodCostDiscount (GoodCode, CostLevel_Buy_2) VALUES (9001, 99999999999999.999999999), "
+            "(9002, -5), (9003, 1000), (9004, 200), (9005, 99999999999999.999999998), (9006, -40)");
+    show([&](QWidget& report, SmartGrid& grid) {
+        control<QLineEdit>(report, "TRange_Digit_Search_Frame1_From_EDT")->setText(QStringLiteral("9001"));
+        QTRY_COMPARE(grid.model().rowCount(), 6);
+        QHeaderView& header = *static_cast<QTableView*>(grid.View())->horizontalHeader();
+        const auto sortedBy = [&](int column) {
+            QTest::mouseClick(
+                header.viewport(), Qt::LeftButton, {},
+                {header.sectionViewportPosition(column) + header.sectionSize(column) / 2, header.height() / 2});
+            std::string names;
+            for (int row = 0; row < grid.model().rowCount(); ++row)
+                names += grid.model().shown(row, 2).toStdString() + ' ';
+            return names;
+        };
+        EXPECT_EQ(grid.Column(4).FieldName, "F2");
+        EXPECT_EQ(sortedBy(4), "کره گلاب تن آب چای پنیر ");
+        EXPECT_EQ(sortedBy(4), "پنیر چای آب تن گلاب کره ");
+        EXPECT_EQ(sortedBy(2), "آب پنیر تن چای کره گلاب ");
+        EXPECT_EQ(sortedBy(2), "گلاب کره چای تن پنیر آب ");
+    });
+}
+
+TEST_F(ReportOnDemo, aListTooLongToPrintIsRefusedBeforeTheUserIsAsked) {
+    screens.busyNotice().setPatience(60'000);
+    for (int block = 1; block <= 350; ++block)
+        execute(*session, "INSERT INTO GoodInf (Code, Name, AbbName) SELECT Code + " + std::to_string(block * 10'000) +
+                              ", Name, AbbName FROM GoodInf WHERE Code < 10000");
+    show([&](QWidget& report, SmartGrid& grid) {
+        ASSERT_GT(grid.model().rowCount(), 100'000);
+        for (const char* way : {"F9", "GridPdf_ACT", "GridPrint_ACT"}) {
+            messages.expect("OutputError");
+            if (way == std::string("F9")) {
+                QTest::keyClick(&report, Qt::Key_F9);
+            } else {
+                report.findChild<QAction*>(QString::fromLatin1(way))->trigger();
+            }
+            EXPECT_NE(messages.shown.back().arguments.at(0).find("برای چاپ بیش از اندازه بلند است"), std::string::npos)
+                << way;
+        }
+        EXPECT_TRUE(output.asked.empty());
+        EXPECT_TRUE(output.previews.empty());
     });
 }
 

@@ -151,8 +151,10 @@ TEST_F(CostReport, hasItsControls) {
     EXPECT_EQ(search.items[2].DataType, TSearchDataType::Text);
     const auto& codes = control<FakeRange>(*report, "TRange_Digit_Search_Frame1");
     EXPECT_THAT(titles(codes), ElementsAre("Code 'کد' no amount"));
+    // Each frame starts afresh once.
     EXPECT_EQ(codes.inits, 1);
     EXPECT_EQ(prices(*report).inits, 1);
+    EXPECT_EQ(tabs.inits, 1);
 }
 
 // Columns
@@ -410,6 +412,41 @@ TEST_F(CostReport, aLevelOfTheCodeElevenSharesThePrintSettingOfTheConsumerPrice)
     ASSERT_EQ(screens.printColumns.size(), 11U);
     EXPECT_EQ(screens.printColumns[1], "F11 'یازدهم'");
     EXPECT_EQ(screens.printColumns[10], "F11 on ConsumerPrice 'قیمت مصرف کننده' at 13");
+}
+
+TEST_F(CostReport, registersItsColumnsInTheOrderOfTheScreen) {
+    const auto report = open({{"تک‌فروشی", 1}, {"نمایندگی", 4}});
+    goToTab(*report, 1);
+    // The name first, then the consumer price and the second level; what is hidden stands anywhere.
+    grid(*report).order = {2, 0, 13, 4, 1, 12, 3, 5, 6, 7, 8, 9, 10, 11};
+    EXPECT_THAT(report->GetMasterReport_Description(),
+                ElementsAre("نمایندگی", "تک‌فروشی", "قیمت مصرف کننده", "3"));
+    ASSERT_EQ(screens.printColumns.size(), 11U);
+    EXPECT_EQ(screens.printColumns[0], "F4 'نمایندگی'");
+    EXPECT_EQ(screens.printColumns[2], "F1 'تک‌فروشی'");
+    EXPECT_EQ(screens.printColumns[10], "F11 on ConsumerPrice 'قیمت مصرف کننده' at 2");
+    EXPECT_THAT(screens.printPlaces, ElementsAre(3, 5, 6, 7, 8, 9, 10, 11, 12, 13, 2));
+    screens.onPrintSetting = [](const TPrintSettingRequest&, TPrintSetting& setting) {
+        setting = {.Title = "قیمت", .Columns = {{.FieldName = "F4", .Title = "نمایندگی"}}};
+        return true;
+    };
+    control<FakeButton>(*report, "PrintList_BTN").Click();
+    ASSERT_EQ(grid(*report).printed.size(), 1U);
+    std::vector<std::string> columns;
+    for (const TPrintColumn& column : grid(*report).printed[0].Columns)
+        columns.push_back(column.FieldName);
+    EXPECT_THAT(columns, ElementsAre("Name", "Code", "AbbName", "F4"));
+}
+
+TEST_F(CostReport, asksNothingForARowCountThatCannotBePrinted) {
+    const auto report = open(firstLevels(10));
+    goToTab(*report, 1);
+    host.calls.clear();
+    grid(*report).onCheckPrintable = [] { throw UsageError("too long"); };
+    // Neither the warning nor the settings.
+    EXPECT_THROW(control<FakeButton>(*report, "PrintList_BTN").Click(), UsageError);
+    EXPECT_TRUE(host.calls.empty());
+    EXPECT_TRUE(grid(*report).printed.empty());
 }
 
 TEST_F(CostReport, warnsOfTheColumnsThatTheGridShowsBeforeItAsksWhatToPrint) {

@@ -144,10 +144,56 @@ TEST_F(PrintSettings, startAnewForAColumnWhoseRowWasDeleted) {
     EXPECT_EQ(shown(started()), "F1+ F2- ConsumerPrice+ ");
 }
 
-TEST_F(PrintSettings, putColumnsLastThatWereNotThereThen) {
+TEST_F(PrintSettings, haveTheReportsOrderUntilTheUserMakesAnother) {
+    const auto moveUp = [this](int row) {
+        inDialog("PrintSetting_FRM", [row](QDialog& dialog) {
+            control<QListWidget>(dialog, "Columns_LST")->setCurrentRow(row);
+            press(dialog, "Up_BTN");
+            press(dialog, "Ok_BTN");
+        });
+        TPrintSetting setting;
+        EXPECT_TRUE(PrintSetting(request, setting));
+        return shown(setting);
+    };
     static_cast<void>(started());
-    request.Columns.insert(request.Columns.begin(), {.FieldName = "F7", .Title = "سطح هفت"});
-    EXPECT_EQ(shown(started()), "F1+ F2- ConsumerPrice+ F7+ ");
+    std::swap(request.Columns[0], request.Columns[1]);
+    EXPECT_EQ(shown(started()), "F2- F1+ ConsumerPrice+ ");
+    EXPECT_EQ(moveUp(2), "F2- ConsumerPrice+ F1+ ");
+    std::swap(request.Columns[0], request.Columns[1]);
+    EXPECT_EQ(shown(started()), "F2- ConsumerPrice+ F1+ ");
+    // Columns that are not asked for now have their place all the same, when the rest is left alone.
+    const std::vector<TPrintColumn> all = std::exchange(request.Columns, {request.Columns[1], request.Columns[0]});
+    EXPECT_EQ(shown(started()), "F2- F1+ ");
+    request.Columns = all;
+    EXPECT_EQ(shown(started()), "F2- ConsumerPrice+ F1+ ");
+    // Put back, it is the report's again.
+    EXPECT_EQ(moveUp(2), "F2- F1+ ConsumerPrice+ ");
+    EXPECT_EQ(moveUp(1), "F1+ F2- ConsumerPrice+ ");
+    std::swap(request.Columns[1], request.Columns[2]);
+    EXPECT_EQ(shown(started()), "F1+ ConsumerPrice+ F2- ");
+}
+
+TEST_F(PrintSettings, putNewColumnsBehindTheOnesBeforeThem) {
+    inDialog("PrintSetting_FRM", [](QDialog& dialog) {
+        control<QListWidget>(dialog, "Columns_LST")->setCurrentRow(2);
+        press(dialog, "Up_BTN");
+        press(dialog, "Ok_BTN");
+    });
+    TPrintSetting setting;
+    ASSERT_TRUE(PrintSetting(request, setting));
+    request.Columns.insert(request.Columns.begin() + 1, {.FieldName = "F7", .Title = "سطح هفت"});
+    request.Columns.insert(request.Columns.begin(), {.FieldName = "F8", .Title = "سطح هشت"});
+    EXPECT_EQ(shown(started()), "F8+ F1+ F7+ ConsumerPrice+ F2- ");
+}
+
+TEST_F(PrintSettings, offerRegisteredColumnsByTheirPlaces) {
+    request.Columns.clear();
+    RegisterPrintColumn("CostReport", {.FieldName = "F1", .Title = "همکار", .Place = 5});
+    RegisterPrintColumn("CostReport", {.FieldName = "F3", .Title = "عمده", .Place = 3});
+    RegisterPrintColumn(
+        "CostReport",
+        {.FieldName = "ConsumerPrice", .Title = "مصرف کننده", .SettingName = "F11", .Index = "4", .Place = 4});
+    EXPECT_EQ(shown(started()), "F3+ ConsumerPrice+ F1+ ");
 }
 
 TEST_F(PrintSettings, keepTheirPlaceForColumnsThatArePrintedAtOtherTimes) {

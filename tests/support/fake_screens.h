@@ -10,6 +10,7 @@
 #include <QListView>
 #include <functional>
 #include <memory>
+#include <numeric>
 #include <string>
 #include <utility>
 #include <vector>
@@ -51,6 +52,12 @@ public:
     [[nodiscard]] TGridColumn Column(int index) const override { return columns.at(static_cast<std::size_t>(index)); }
     [[nodiscard]] int ColumnCount() const override { return static_cast<int>(columns.size()); }
     void RemoveColumn(int index) override { columns.erase(columns.begin() + index); }
+    [[nodiscard]] std::vector<int> ColumnOrder() const override {
+        if (!order.empty()) return order;
+        std::vector<int> all(columns.size());
+        std::iota(all.begin(), all.end(), 0);
+        return all;
+    }
     void SetMultiSelect(bool on) override { multiSelect = on; }
     void SetTitleLines(int lines) override { titleLines = lines; }
     [[nodiscard]] int CurrentRow() const override {
@@ -62,10 +69,15 @@ public:
     void GoToLastRow() override {
         if (source != nullptr && source->DataSet() != nullptr) source->DataSet()->Last();
     }
+    void CheckPrintable() const override {
+        if (onCheckPrintable) onCheckPrintable();
+    }
     void PrintPreview(const TPrintSetting& setting) override { printed.push_back(setting); }
 
     TDataSource* source = nullptr;
     std::vector<TGridColumn> columns;
+    std::vector<int> order;  // as the user has it; empty: as they are
+    std::function<void()> onCheckPrintable;
     std::vector<TPrintSetting> printed;
     bool multiSelect = false;
     int titleLines = 1;
@@ -123,7 +135,10 @@ public:
 class FakeTabs final : public TTab_Search_Frame {
 public:
     FakeTabs(Trace& trace, QWidget* parent) : TTab_Search_Frame(parent), trace_(trace) {}
-    void init() override { index_ = 0; }
+    void init() override {
+        index_ = 0;
+        ++inits;
+    }
     [[nodiscard]] std::string Filter() const override { return {}; }
     void Clear() override {}
     void FocusFirst() override {}
@@ -145,6 +160,7 @@ public:
 
     std::string fieldName;
     std::vector<std::pair<std::string, std::string>> tabs;  // title and value
+    int inits = 0;
 
 private:
     Trace& trace_;
@@ -375,14 +391,17 @@ public:
         printColumns.push_back((own ? column.SettingName + " on " : "") + column.FieldName + " '" + column.Title +
                                '\'' + (column.Index.empty() ? "" : " at " + column.Index) +
                                (column.Visible ? "" : " hidden") + (column.Offered ? "" : " out of reach"));
+        printPlaces.push_back(column.Place);
         printReport = reportName;
     }
     void ClearPrintColumns(const std::string& reportName) override {
         printColumns.clear();
+        printPlaces.clear();
         printReport = reportName;
     }
     std::vector<std::string> printColumns;
-    std::string printReport;  // whose columns were told last
+    std::vector<int> printPlaces;  // of the same columns
+    std::string printReport;       // whose columns were told last
     // What onPrintSetting answers; without it the dialog is cancelled.
     std::function<bool(const TPrintSettingRequest&, TPrintSetting&)> onPrintSetting;
     [[nodiscard]] bool PrintSetting(const TPrintSettingRequest& request, TPrintSetting& setting) override {
