@@ -77,6 +77,10 @@ struct ExpectMessage {
 struct ExpectStatement {
     std::string text;
 };
+// None of those sent behind the one that was expected last begins like this.
+struct ExpectUnsent {
+    std::string beginning;
+};
 struct ExpectScreen {
     std::string name;
 };
@@ -88,9 +92,10 @@ struct ExpectFile {
     std::string expected;  // a file with the same contents; empty: any but none
 };
 
-using StepAction = std::variant<ClickStep, DoubleClickStep, KeyStep, TypeStep, ClearStep, RowStep, TabStep, ChooseStep,
-                                AnswerStep, ShotStep, NamesStep, ExportStep, ExpectText, ExpectRows, ExpectCell,
-                                ExpectState, ExpectMessage, ExpectStatement, ExpectScreen, ExpectResult, ExpectFile>;
+using StepAction =
+    std::variant<ClickStep, DoubleClickStep, KeyStep, TypeStep, ClearStep, RowStep, TabStep, ChooseStep, AnswerStep,
+                 ShotStep, NamesStep, ExportStep, ExpectText, ExpectRows, ExpectCell, ExpectState, ExpectMessage,
+                 ExpectStatement, ExpectUnsent, ExpectScreen, ExpectResult, ExpectFile>;
 
 struct Step {
     int line = 0;  // from 1

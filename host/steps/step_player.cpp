@@ -73,6 +73,11 @@ void StepPlayer::finish() {
     if (callback) callback();
 }
 
+const std::vector<SentStatement>& StepPlayer::sentStatements() const {
+    static const std::vector<SentStatement> none;
+    return statements_ ? statements_() : none;
+}
+
 void StepPlayer::tick() {
     watchdog_->alive();
     if (phase_ == Phase::Playing) {
@@ -278,8 +283,7 @@ std::function<void()> StepPlayer::prepareStep(const ExpectMessage& step) {
 
 template <>
 std::function<void()> StepPlayer::prepareStep(const ExpectStatement& step) {
-    static const std::vector<SentStatement> none;
-    const std::vector<SentStatement>& sent = statements_ ? statements_() : none;
+    const std::vector<SentStatement>& sent = sentStatements();
     for (std::size_t i = statementsSeen_; i < sent.size(); ++i) {
         if (sentText(sent[i]) != step.text) continue;
         statementsSeen_ = i + 1;
@@ -290,6 +294,15 @@ std::function<void()> StepPlayer::prepareStep(const ExpectStatement& step) {
         found += "\n  " + sentText(sent[i]);
     throw StepFailure("the statement\n  " + step.text + "\n",
                       found.empty() ? "no further statement" : "these:" + found);
+}
+
+template <>
+std::function<void()> StepPlayer::prepareStep(const ExpectUnsent& step) {
+    const std::vector<SentStatement>& sent = sentStatements();
+    for (std::size_t i = statementsSeen_; i < sent.size(); ++i)
+        if (sentText(sent[i]).starts_with(step.beginning))
+            throw StepFailure("no statement " + step.beginning + "...", sentText(sent[i]));
+    return {};
 }
 
 template <>

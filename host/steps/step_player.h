@@ -73,6 +73,7 @@ private:
     void complete();
     void fail(int line, const std::string& complaint);
     [[nodiscard]] std::function<void()> prepare(const StepAction& action);
+    [[nodiscard]] const std::vector<SentStatement>& sentStatements() const;
 
     template <class Kind>
     [[nodiscard]] std::function<void()> prepareStep(const Kind& step);

@@ -173,6 +173,12 @@ const std::map<std::string, Parser, std::less<>>& expectations() {
         {"focused", stateParser(ObjectState::Focused)},
         {"message", parseMessage},
         {"statement", [](Line& line) -> StepAction { return ExpectStatement{unescaped(line.text())}; }},
+        {"unsent",
+         [](Line& line) -> StepAction {
+             std::string beginning = unescaped(line.text());
+             if (beginning.empty()) line.fail("expected how a statement begins, found the end of the line");
+             return ExpectUnsent{std::move(beginning)};
+         }},
         {"screen", [](Line& line) -> StepAction { return ExpectScreen{line.word("a screen")}; }},
         {"result", [](Line& line) -> StepAction { return ExpectResult{line.trimmedText()}; }},
         {"file",

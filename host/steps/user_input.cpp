@@ -103,6 +103,12 @@ void pressOn(QWidget& widget, QKeyCombination key) {
     QTest::sendKeyEvent(QTest::Click, &widget, key.key(), text, key.keyboardModifiers());
 }
 
+// What has the keyboard while the menu or list is open.
+QWidget& popupTarget(QWidget& popup) {
+    QWidget* focused = popup.focusWidget();
+    return focused ? *focused : popup;
+}
+
 void typeCharacter(QWidget& widget, const QString& character) {
     const char32_t code = character.toUcs4().front();
     // Letters of the keyboard have their key's code, as in QKeyEvent; of other scripts the letter itself is the code.
@@ -150,8 +156,11 @@ UserAction doubleClick(const std::string& object) {
 }
 
 UserAction pressKey(const std::string& object, QKeyCombination key) {
-    if (QMenu* menu = openMenu(); menu && object == "-") return [menu, key] { pressOn(*menu, key); };
+    QWidget* popup = QApplication::activePopupWidget();
+    if (popup && object == "-") return [popup, key] { pressOn(popupTarget(*popup), key); };
     QWidget& widget = requireUsable(object);
+    // The list of a combo box is a part of it.
+    if (popup && widget.isAncestorOf(popup)) return [popup, key] { pressOn(popupTarget(*popup), key); };
     requireActive(widget);
     QWidget& target = keyTarget(widget);
     return [&target, key] {

@@ -316,6 +316,15 @@ TEST(StepPlayer, statementsAreClaimedInOrder) {
               "t.steps:2: expected the statement\n  select 1\n, found no further statement");
 }
 
+TEST(StepPlayer, statementsThatMustNotBeSent) {
+    std::vector<SentStatement> sent(2);
+    sent[0].text = "update a set b = 1";
+    sent[1].text = "select 1";
+    EXPECT_EQ(play("expect statement select 1\nexpect unsent update\nexpect unsent select\n", sent), "");
+    EXPECT_EQ(play("expect unsent set\nexpect unsent update a\n", sent),
+              "t.steps:2: expected no statement update a..., found update a set b = 1");
+}
+
 TEST(StepPlayer, takesPictures) {
     const QTemporaryDir folder;
     const QString file = folder.filePath("deep/list.png");
@@ -522,6 +531,17 @@ TEST(StepPlayer, aKeyBehindAMenuGoesToWhatHasTheFocus) {
               "");
     EXPECT_EQ(playMenu("click More_BTN\nkey - Esc\nkey - Shift+Tab\nclick More_BTN\nkey - Down\nkey - Enter\n"
                        "expect message Told\ntype Name_EDT x\nexpect text Name_EDT x\nexpect focused Name_EDT\n"),
+              "");
+}
+
+TEST(StepPlayer, keysGoToTheListThatIsOpen) {
+    // Escape closes the list of a combo box and nothing else; F4 opens it.
+    EXPECT_EQ(play("key Type_CMB F4\nkey - Esc\nexpect screen List_FRM\nexpect text Type_CMB خرید\n"), "");
+    EXPECT_EQ(play("click Type_CMB\nkey - Down\nkey - Esc\nexpect screen List_FRM\nexpect text Type_CMB خرید\n"), "");
+    EXPECT_EQ(play("click Type_CMB\nkey - Down\nkey - Enter\nexpect text Type_CMB فروش\n"), "");
+    // Named by its combo box it is the same list.
+    EXPECT_EQ(play("click Type_CMB\nkey Type_CMB Down\nkey Type_CMB Down\nkey Type_CMB Enter\n"
+                   "expect text Type_CMB هر دو\nkey - Esc\nexpect result 0\n"),
               "");
 }
 

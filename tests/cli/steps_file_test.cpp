@@ -55,6 +55,7 @@ TEST(StepsFile, statementsWriteLineBreaksAndTabsAsTwoCharacters) {
     EXPECT_EQ(only<ExpectStatement>(R"(expect statement select 1\n WHERE a = '\\n'\t)").text,
               "select 1\n WHERE a = '\\n'\t");
     EXPECT_EQ(only<ExpectStatement>(R"(expect statement a\b)").text, "a\\b");
+    EXPECT_EQ(only<ExpectUnsent>(R"(expect unsent update\n)").beginning, "update\n");
 }
 
 TEST(StepsFile, messages) {
@@ -103,6 +104,8 @@ INSTANTIATE_TEST_SUITE_P(
         Malformed{"exportFormat", "export G doc a.doc",
                   "a.steps:1: expected a format (csv, xlsx or pdf), found \"doc\""},
         Malformed{"exportFile", "export G csv ", "a.steps:1: expected the file to write, found the end of the line"},
+        Malformed{"unsentStatement", "expect unsent",
+                  "a.steps:1: expected how a statement begins, found the end of the line"},
         Malformed{"fileName", "expect file", "a.steps:1: expected a file, found the end of the line"},
         Malformed{"rowNegative", "row G -1", "a.steps:1: expected a row (a number from 0), found \"-1\""},
         Malformed{"rowNoNumber", "row G x", "a.steps:1: expected a row (a number from 0), found \"x\""},
