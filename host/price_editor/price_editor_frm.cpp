@@ -93,6 +93,17 @@ void widenList(QComboBox& levels) {
     list->setMinimumWidth(list->sizeHintForColumn(0) + kInputFrame);
 }
 
+// Levels that do not exist have one title between them: each gets its number, isolated from the words before it.
+LevelTitles toldApart(LevelTitles titles) {
+    std::map<std::pair<std::string, std::string>, int> bearers;
+    const auto group = [](const std::string& name) { return name.substr(0, name.rfind('_')); };
+    for (const auto& [name, title] : titles)
+        ++bearers[{group(name), title}];
+    for (auto& [name, title] : titles)
+        if (bearers[{group(name), title}] > 1) title += " \u2068" + name.substr(name.rfind('_') + 1) + "\u2069";
+    return titles;
+}
+
 // A part of a number would read as another number.
 void giveRoom(QLineEdit& input, const QString& text) {
     const auto room = static_cast<int>(roomFor({text}, QFontMetricsF(input.font())));
@@ -225,7 +236,7 @@ void PriceEditor::CreateControls() {
 void PriceEditor::SetComponents() {
     base().SetSaveControl(save_, kSaveAndClose);
     base().SetTitle("قیمت‌ها و تخفیف‌های کالا");
-    const LevelTitles titles = matrix_.titles();
+    const LevelTitles titles = toldApart(matrix_.titles());
     std::map<bool, std::vector<QLabel*>> groups;
     for (const auto& [name, label] : titles_) {
         label->setText(screenText(QString::fromStdString(titles.at(name))));

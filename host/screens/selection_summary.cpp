@@ -93,7 +93,7 @@ QString SelectionSummary::described() const {
     if (!total) return chosen;
     const auto shown = [&](const Decimal& number) { return screenNumber(model.format(column).text(number)); };
     return QStringLiteral("%1   |   %2: جمع %3، میانگین %4")
-        .arg(chosen, model.column(column).Title, shown(total->sum), shown(total->average));
+        .arg(chosen, screenText(model.column(column).Title), shown(total->sum), shown(total->average));
 }
 
 }  // namespace basalt::host

@@ -33,6 +33,19 @@ protected:
         return line;
     }
 
+    // The good 9001's offers of that kind, in the order in which they come.
+    std::vector<std::string> offers(int kind, int person, int currency, int direction) {
+        store.OfferCost_GetAll(kind, 9001, person, currency, direction);
+        std::vector<std::string> lines;
+        for (TADOQuery& rows = store.OfferCost_QUR; !rows.Eof(); rows.Next()) {
+            std::string line;
+            for (const char* field : {"Code", "TypeCode", "Type", "Cost", "Name"})
+                line += (rows.FieldByName(field).IsNull() ? "NULL" : rows.FieldByName(field).AsString()) + ' ';
+            lines.push_back(line + rows.FieldByName("deftitle").AsString());
+        }
+        return lines;
+    }
+
     ReferenceHost host{*session, workstation("report")};
     AttachedHost attached{host};
     TCostLevel_DM store;
@@ -86,19 +99,40 @@ TEST_F(ReportRows, pricesAtTheLimitsAreExact) {
 
 // Offers
 
-TEST_F(ReportRows, offersToAPersonComeFromTheProcedures) {
-    const auto offers = [this](int kind, int currency, int direction) {
-        store.OfferCost_GetAll(kind, 57, 1, currency, direction);
-        return store.OfferCost_QUR.RecordCount();
-    };
-    // The good has ten sale prices and nine purchase prices.
-    EXPECT_EQ(offers(2, 0, 0), 10);
-    EXPECT_EQ(store.OfferCost_QUR.FieldByName("TypeCode").AsInteger(), 57);
-    EXPECT_EQ(store.OfferCost_QUR.FieldByName("Cost").AsString(), "298500");
-    const int bought = offers(3, 0, 0);
-    EXPECT_EQ(store.OfferCost_QUR.FieldByName("Cost").AsString(), "230000");
-    EXPECT_EQ(offers(4, 1, 1), 10);
-    EXPECT_EQ(offers(4, 1, 0), bought);
+TEST_F(ReportRows, everyKindOffersItsOwnPrices) {
+    session->run("DELETE FROM costlist");
+    session->run("DELETE FROM CostLevel WHERE CostType = 1 AND Code NOT IN (1, 2, 3, 10)");
+    session->run("UPDATE CostLevel SET Name = N'س' + CAST(Code AS nvarchar(9)) WHERE CostType = 1");
+    addGood(9001, "NULL");
+    session->run(
+        "INSERT INTO GoodCostDiscount (GoodCode, CostLevel_Sell_1, CostLevel_Sell_2, CostLevel_Sell_10, "
+        "CostLevel_Buy_1, CostLevel_Buy_2, CostLevel_Buy_3, Default_CostLevel_Sell_Number, "
+        "Default_CostLevel_Buy_Number) VALUES (9001, 99999999999999.999999999, -99999999999999.999999999, 30, "
+        "-0.000000001, 7.5, 0, 10, 2)");
+    session->run("INSERT INTO Currencies (Code, Name, Rate, Decimals) VALUES (77, N'ارز', 0.5, 2)");
+    // This person buys at the third level, which the good has a purchase price of and no sale price.
+    const std::string person = linesOf(*session, "SELECT MIN(Code) FROM PerInf").front();
+    session->run(
+        "INSERT INTO costlist (Type, Status, TypeCode, CostLevelCode, CostLevelType, [Default]) "
+        "VALUES (1, 1, " +
+        person + ", 3, 1, 1), (1, 0, " + person + ", 3, 1, 1)");
+    // Levels without a price are left out by the procedures only.
+    EXPECT_THAT(offers(0, 0, 0, 0), ElementsAre("1 9001 3 -0.000000001 س1 ", "2 9001 3 7.5 س2 پیش فرض",
+                                                "3 9001 3 0 س3 ", "10 9001 3 NULL س10 "));
+    EXPECT_THAT(offers(1, 0, 0, 0),
+                ElementsAre("1 9001 3 99999999999999.999999999 س1 ", "2 9001 3 -99999999999999.999999999 س2 ",
+                            "3 9001 3 NULL س3 ", "10 9001 3 30 س10 پیش فرض"));
+    EXPECT_THAT(offers(2, std::stoi(person), 0, 0),
+                ElementsAre("1 9001 3 99999999999999.999999999 س1 ", "2 9001 3 -99999999999999.999999999 س2 ",
+                            "10 9001 3 30 س10 پیش فرض"));
+    // The mark is the person's.
+    EXPECT_THAT(offers(3, std::stoi(person), 0, 0),
+                ElementsAre("1 9001 3 -0.000000001 س1 ", "2 9001 3 7.5 س2 ", "3 9001 3 0 س3 پیش فرض"));
+    EXPECT_THAT(
+        offers(4, std::stoi(person), 77, 1),
+        ElementsAre("1 9001 3 200000000000000 س1 ", "2 9001 3 -200000000000000 س2 ", "10 9001 3 60 س10 پیش فرض"));
+    EXPECT_THAT(offers(4, std::stoi(person), 77, 0),
+                ElementsAre("1 9001 3 0 س1 ", "2 9001 3 15 س2 ", "3 9001 3 0 س3 پیش فرض"));
 }
 
 class MarkedOffers : public ReportRows {
@@ -150,6 +184,41 @@ TEST_F(MarkedOffers, ofADefaultLevelThatDoesNotExist) {
     session->run("DELETE FROM CostLevel WHERE CostType = 1 AND Code = 5");
     for (const int kind : {0, 1, 2, 3})
         EXPECT_EQ(marked(kind), "") << kind;
+}
+
+// As a screen asks for it: the names of the levels and the mark of the default are of other tables.
+TEST_F(ReportRows, aPriceListIsEditedInItsOwnTable) {
+    session->run("DELETE FROM tmpcostlist");
+    session->run(
+        "INSERT INTO tmpcostlist (Type, Status, TypeCode, CostLevelCode, Cost, [Default]) "
+        "VALUES (3, 0, 57, 2, 99999999999999.999999999, 0), (3, 0, 57, 1, -0.5, 1), (3, 0, 57, 44, NULL, 0)");
+    TADOQuery& list = store.SetCost_QUR;
+    list.SQL =
+        "SELECT T.*, L.Name AS title, CASE WHEN T.[Default] = 1 THEN N'پیش فرض' ELSE N'' END AS deftitle "
+        "FROM tmpcostlist AS T LEFT OUTER JOIN CostLevel AS L ON L.CostType = 1 AND L.Code = T.CostLevelCode "
+        "ORDER BY T.CostLevelCode";
+    const auto shown = [&] {
+        std::vector<std::string> lines;
+        for (list.First(); !list.Eof(); list.Next()) {
+            std::string line;
+            for (const char* field : {"Row", "CostLevelCode", "Cost", "Default", "title", "deftitle"})
+                line += (list.FieldByName(field).IsNull() ? "NULL" : list.FieldByName(field).AsString()) + '|';
+            lines.push_back(line);
+        }
+        return lines;
+    };
+    list.Open();
+    EXPECT_THAT(shown(),
+                ElementsAre("1|1|-0.5|True|تک‌فروشی|پیش فرض|",
+                            "2|2|99999999999999.999999999|False|عمده‌فروشی||", "3|44|NULL|False|NULL||"));
+    list.First();
+    list.Edit();
+    EXPECT_THROW(list.FieldByName("deftitle") = "x", UsageError);
+    list.FieldByName("Cost") = *Decimal::parse("-99999999999999.999999999");
+    list.Post();
+    EXPECT_EQ(list.FieldByName("Row").AsInteger(), 1);
+    EXPECT_THAT(linesOf(*session, "SELECT CostLevelCode, Cost FROM tmpcostlist ORDER BY CostLevelCode"),
+                ElementsAre("1|-99999999999999.999999999", "2|99999999999999.999999999", "44|NULL"));
 }
 
 TEST_F(ReportRows, reportsTableTakesAnotherColumn) {

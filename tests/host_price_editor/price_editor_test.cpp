@@ -155,5 +155,46 @@ TEST_F(Editor, checksItsInputsAsTheyStandOnTheScreen) {
     EXPECT_TRUE(editor->IsValid());
 }
 
+TEST_F(Editor, aChangeIsLoggedAndAnUnchangedSaveIsNot) {
+    const auto logged = [&] {
+        std::string lines;
+        const RowSet rows = rowsOf(*session, "SELECT SoftwarePart, Permission, [Text] FROM HostUserLog ORDER BY ID");
+        for (std::size_t row = 0; row < rows.rowCount(); ++row)
+            lines += textAt(rows, row, 0) + '/' + textAt(rows, row, 1) + '/' + textAt(rows, row, 2) + ' ';
+        return lines;
+    };
+    execute(*session, "DELETE FROM HostUserLog");
+    const auto editor = open();
+    auto* price = control<QLineEdit>(*editor, "CostLevel_Sell_1_EDT");
+    save(*editor);
+    price->setText(QStringLiteral("298500"));
+    save(*editor);
+    EXPECT_EQ(logged(), "");
+    price->setText(QStringLiteral("298501"));
+    save(*editor);
+    EXPECT_EQ(stored("CostLevel_Sell_1"), "298501.000000000");
+    EXPECT_EQ(logged(), "102/2/57 ");
+    save(*editor);
+    EXPECT_EQ(logged(), "102/2/57 ");
+    auto* level = control<QComboBox>(*editor, "Default_CostLevel_Sell_Number_CMB");
+    level->setCurrentIndex(4);
+    save(*editor);
+    EXPECT_EQ(logged(), "102/2/57 102/2/57 ");
+}
+
+TEST_F(Editor, levelsThatDoNotExistAreToldApartByTheirNumbers) {
+    execute(*session, "DELETE FROM costlist");
+    execute(*session, "DELETE FROM CostLevel WHERE CostType = 1 AND Code IN (4, 5, 10)");
+    const auto editor = open();
+    auto* levels = control<QComboBox>(*editor, "Default_CostLevel_Sell_Number_CMB");
+    EXPECT_EQ(levels->itemText(1).toStdString(), nameOf(1));
+    // The numbers stand between marks of isolation: beside a word they would go to its other side.
+    EXPECT_EQ(levels->itemText(4).toStdString(), "سطح قيمت ساير \u2068۴\u2069");
+    EXPECT_EQ(levels->itemText(5).toStdString(), "سطح قيمت ساير \u2068۵\u2069");
+    EXPECT_EQ(levels->itemText(10).toStdString(), "سطح قيمت ساير \u2068۱۰\u2069");
+    EXPECT_EQ(control<QLabel>(*editor, "CostLevel_10_LBL")->text(), levels->itemText(10));
+    EXPECT_EQ(control<QLabel>(*editor, "CostLevel_1_LBL")->text(), levels->itemText(1));
+}
+
 }  // namespace
 }  // namespace basalt::host

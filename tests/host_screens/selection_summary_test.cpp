@@ -52,6 +52,13 @@ TEST_F(Summary, addsUpTheSelectionsCurrentColumn) {
     EXPECT_EQ(text(), "۳ سطر");
 }
 
+TEST_F(Summary, namesItsColumnAsTheGridDoes) {
+    grid.SetColumn(2, {.FieldName = "Price", .Title = QStringLiteral("سطح 100%"), .DisplayFormat = "#,#0"});
+    open(priceRows({{3, "پنیر", "12500"}, {1, "آب", "0"}}));
+    select(0, 1, 2);
+    EXPECT_EQ(text(), "۲ سطر   |   ۲ سطر برگزیده   |   سطح ۱۰۰%: جمع ۱۲٬۵۰۰، میانگین ۶٬۲۵۰");
+}
+
 TEST_F(Summary, nothingButNullsHasNoSum) {
     open(priceRows({{3, "پنیر", std::nullopt}, {1, "آب", std::nullopt}}));
     select(0, 1, 2);
