@@ -4,6 +4,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <algorithm>
+#include <iterator>
 
 #include "host/screens/kept_order.h"
 #include "host/services/print_column_store.h"
@@ -23,8 +24,7 @@ constexpr QLatin1String kOrdered("ordered");
 
 std::vector<std::string> namesOf(const std::vector<TPrintColumn>& columns) {
     std::vector<std::string> names;
-    for (const TPrintColumn& column : columns)
-        names.push_back(printSettingName(column));
+    std::transform(columns.begin(), columns.end(), std::back_inserter(names), printSettingName);
     return names;
 }
 

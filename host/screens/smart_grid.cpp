@@ -228,9 +228,9 @@ void SmartGrid::RemoveColumn(int index) {
 
 std::vector<int> SmartGrid::ColumnOrder() const {
     const QHeaderView* header = view_->horizontalHeader();
-    std::vector<int> order;
+    std::vector<int> order(static_cast<std::size_t>(header->count()));
     for (int place = 0; place < header->count(); ++place)
-        order.push_back(header->logicalIndex(place));
+        order[static_cast<std::size_t>(place)] = header->logicalIndex(place);
     return order;
 }
 

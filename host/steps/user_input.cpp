@@ -109,6 +109,14 @@ QWidget& popupTarget(QWidget& popup) {
     return focused ? *focused : popup;
 }
 
+// The list of a combo box is a part of it, though a window of its own.
+bool isPartOf(const QWidget& popup, const QWidget& widget) {
+    const QWidget* part = &popup;
+    while (part && part != &widget)
+        part = part->parentWidget();
+    return part;
+}
+
 void typeCharacter(QWidget& widget, const QString& character) {
     const char32_t code = character.toUcs4().front();
     // Letters of the keyboard have their key's code, as in QKeyEvent; of other scripts the letter itself is the code.
@@ -159,8 +167,7 @@ UserAction pressKey(const std::string& object, QKeyCombination key) {
     QWidget* popup = QApplication::activePopupWidget();
     if (popup && object == "-") return [popup, key] { pressOn(popupTarget(*popup), key); };
     QWidget& widget = requireUsable(object);
-    // The list of a combo box is a part of it.
-    if (popup && widget.isAncestorOf(popup)) return [popup, key] { pressOn(popupTarget(*popup), key); };
+    if (popup && isPartOf(*popup, widget)) return [popup, key] { pressOn(popupTarget(*popup), key); };
     requireActive(widget);
     QWidget& target = keyTarget(widget);
     return [&target, key] {

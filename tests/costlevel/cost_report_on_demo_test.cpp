@@ -292,11 +292,10 @@ TEST_F(ReportOnDemo, pagesFollowTheOrderOnTheScreen) {
     for (QString page : pages) {
         // A heading may stand on two lines.
         page.remove(QLatin1Char(' '));
-        EXPECT_TRUE(
-            page.contains(QStringLiteral("نامکالاکدکالابارکدکالاهمکارقیمتمصرفکنندهتک‌فروشیعمده‌فرو"
-                                         "ش"
-                                         "ی")))
-            << page.left(300).toStdString();
+        const QString names = QStringLiteral("نامکالاکدکالابارکدکالا");
+        const QString prices =
+            QStringLiteral("همکارقیمتمصرفکنندهتک‌فروشیعمده‌فروشی");
+        EXPECT_TRUE(page.contains(names + prices)) << page.left(300).toStdString();
     }
     // The line above the pages: with the consumer price where the pages have it, or behind the levels.
     EXPECT_LT(pages[0].indexOf(QStringLiteral("همکار")), pages[0].indexOf(QStringLiteral("تک‌فروشی")));
@@ -382,28 +381,6 @@ TEST_F(ReportOnDemo, aClickOnATitleSortsByPriceAndByName) {
         EXPECT_EQ(sortedBy(4), "پنیر چای آب تن گلاب کره ");
         EXPECT_EQ(sortedBy(2), "آب پنیر تن چای کره گلاب ");
         EXPECT_EQ(sortedBy(2), "گلاب کره چای تن پنیر آب ");
-    });
-}
-
-TEST_F(ReportOnDemo, aListTooLongToPrintIsRefusedBeforeTheUserIsAsked) {
-    screens.busyNotice().setPatience(60'000);
-    for (int block = 1; block <= 350; ++block)
-        execute(*session, "INSERT INTO GoodInf (Code, Name, AbbName) SELECT Code + " + std::to_string(block * 10'000) +
-                              ", Name, AbbName FROM GoodInf WHERE Code < 10000");
-    show([&](QWidget& report, SmartGrid& grid) {
-        ASSERT_GT(grid.model().rowCount(), 100'000);
-        for (const char* way : {"F9", "GridPdf_ACT", "GridPrint_ACT"}) {
-            messages.expect("OutputError");
-            if (way == std::string("F9")) {
-                QTest::keyClick(&report, Qt::Key_F9);
-            } else {
-                report.findChild<QAction*>(QString::fromLatin1(way))->trigger();
-            }
-            EXPECT_NE(messages.shown.back().arguments.at(0).find("برای چاپ بیش از اندازه بلند است"), std::string::npos)
-                << way;
-        }
-        EXPECT_TRUE(output.asked.empty());
-        EXPECT_TRUE(output.previews.empty());
     });
 }
 

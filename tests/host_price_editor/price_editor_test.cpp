@@ -160,7 +160,7 @@ TEST_F(Editor, aChangeIsLoggedAndAnUnchangedSaveIsNot) {
         std::string lines;
         const RowSet rows = rowsOf(*session, "SELECT SoftwarePart, Permission, [Text] FROM HostUserLog ORDER BY ID");
         for (std::size_t row = 0; row < rows.rowCount(); ++row)
-            lines += textAt(rows, row, 0) + '/' + textAt(rows, row, 1) + '/' + textAt(rows, row, 2) + ' ';
+            lines += textAt(rows, 0, row) + '/' + textAt(rows, 1, row) + '/' + textAt(rows, 2, row) + ' ';
         return lines;
     };
     execute(*session, "DELETE FROM HostUserLog");

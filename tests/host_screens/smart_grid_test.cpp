@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 
 #include "host/screens/cut_text.h"
+#include "host/services/output_error.h"
 #include "tests/host_screens/painted_text.h"
 #include "tests/host_screens/screen_test.h"
 #include "tests/host_screens/when_busy.h"
@@ -495,6 +496,29 @@ TEST_F(Grid, printsWhatASettingNames) {
 
     setting.Columns = {{.FieldName = "F9", .Title = "سطح نه"}};
     EXPECT_THROW(grid.PrintPreview(setting), UsageError);
+}
+
+TEST_F(Grid, aListTooLongToPrintIsRefusedBeforeAFileIsAskedFor) {
+    ColumnInfo code;
+    code.name = "Code";
+    code.type = FieldType::Integer;
+    RowSet rows({code});
+    for (int i = 0; i <= 100'000; ++i) {
+        rows.column(0).appendInt(i);
+        rows.finishRow();
+    }
+    open(std::move(rows));
+    EXPECT_THROW(grid.CheckPrintable(), OutputError);
+    EXPECT_THROW(grid.PrintPreview({.Title = "لیست", .Columns = {{.FieldName = "Code", .Title = "کد"}}}), OutputError);
+    for (const char* action : {"GridPdf_ACT", "GridPrint_ACT"}) {
+        messages.expect("OutputError");
+        grid.findChild<QAction*>(QString::fromLatin1(action))->trigger();
+    }
+    EXPECT_TRUE(output.asked.empty());
+    EXPECT_TRUE(output.previews.empty());
+    query.Filter("Code > 0");
+    query.Filtered(true);
+    EXPECT_NO_THROW(grid.CheckPrintable());
 }
 
 TEST_F(Grid, aMillionRowsScrollSmoothly) {
