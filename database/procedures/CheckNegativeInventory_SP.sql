@@ -4,7 +4,9 @@
 -- Whether saving a document would drive the stock of a good in a store below zero, at its own moment or at any later one.
 --   @NegativeType     0 forbid, 1 warn, 2 allow: with 2 nothing is looked at
 --   @SelectQuery      a query of the document's lines: Code (good), Anbar (store), Mogodi (signed quantity). Of a good that is
---                     not in GoodInf, and where a line names no good or no store, there is nothing
+--                     not in GoodInf, and where a line names no good or no store, there is nothing. It may read temporary
+--                     tables of the caller, by any name but those that begin with #CheckNegativeInventory_, which are the
+--                     procedure's own
 --   @Date, @globalID  the document's place in the ledger. 0 or null for a new document, which comes last on its day
 --   @StoreTransition  1 for a document that moves goods between stores; its lines name both stores, and each is looked at for
 --                     itself, as with any other document
@@ -44,11 +46,13 @@ BEGIN
         RETURN 0
 
     -- Without a key on purpose: the few lines are to lead into the index of the long ledger, not the other way round.
-    CREATE TABLE #DocumentLines (Code int NULL, Anbar int NULL, Mogodi decimal(23, 9) NOT NULL)
-    CREATE TABLE #NegativeGoods (Code int NULL)
+    CREATE TABLE #CheckNegativeInventory_Lines (Code int NULL, Anbar int NULL, Mogodi decimal(23, 9) NOT NULL)
+    CREATE TABLE #CheckNegativeInventory_Goods (Code int NULL)
 
-    SET @Insert = N'INSERT INTO #DocumentLines (Code, Anbar, Mogodi) SELECT S.Code, S.Anbar, ISNULL(SUM(S.Mogodi), 0) FROM ('
-        + @SelectQuery + N') AS S GROUP BY S.Code, S.Anbar'
+    -- On a line of its own, for a query that ends in a comment.
+    SET @Insert = N'INSERT INTO #CheckNegativeInventory_Lines (Code, Anbar, Mogodi) '
+        + N'SELECT S.Code, S.Anbar, ISNULL(SUM(S.Mogodi), 0) FROM (' + @SelectQuery + NCHAR(10)
+        + N') AS S GROUP BY S.Code, S.Anbar'
     EXEC (@Insert)
 
     SET @Place = CASE WHEN @globalID > 0 THEN @globalID ELSE 2147483647 END
@@ -69,11 +73,11 @@ BEGIN
     END
 
     -- What the document moved before and does not name any more.
-    INSERT INTO #DocumentLines (Code, Anbar, Mogodi)
+    INSERT INTO #CheckNegativeInventory_Lines (Code, Anbar, Mogodi)
     SELECT DISTINCT K.kala, K.Anbar, 0
     FROM dbo.Kardex AS K
     WHERE K.Global_ID = @Place AND K.[Date] = @Own
-        AND NOT EXISTS (SELECT 1 FROM #DocumentLines AS L WHERE L.Code = K.kala AND L.Anbar = K.Anbar)
+        AND NOT EXISTS (SELECT 1 FROM #CheckNegativeInventory_Lines AS L WHERE L.Code = K.kala AND L.Anbar = K.Anbar)
 
     -- Before the document's date, and before the one that it was on, nothing changes.
     SET @From = ISNULL(@Date, N'')
@@ -81,7 +85,7 @@ BEGIN
         SET @From = @Own
 
     -- What the ledger has and what it would have: the balance until then, and from then on document by document.
-    INSERT INTO #NegativeGoods (Code)
+    INSERT INTO #CheckNegativeInventory_Goods (Code)
     SELECT DISTINCT B.Code
     FROM (
         -- Without a frame of rows, so that the rows of one document count together.
@@ -92,37 +96,37 @@ BEGIN
             SELECT O.Code, O.Anbar, N'' AS [Date], 0 AS Global_ID, O.Tedad AS Now, O.Tedad AS Later
             FROM (
                 SELECT L.Code, L.Anbar, SUM(K.Tedad) AS Tedad
-                FROM #DocumentLines AS L
+                FROM #CheckNegativeInventory_Lines AS L
                 INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] < @From
                 GROUP BY L.Code, L.Anbar
             ) AS O
             UNION ALL
             SELECT K.kala, K.Anbar, K.[Date], K.Global_ID, K.Tedad,
                 CASE WHEN K.Global_ID = @Place AND K.[Date] = @Own THEN 0 ELSE K.Tedad END
-            FROM #DocumentLines AS L
+            FROM #CheckNegativeInventory_Lines AS L
             INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] >= @From
             UNION ALL
             SELECT L.Code, L.Anbar, @Date, @Place, 0, L.Mogodi
-            FROM #DocumentLines AS L
+            FROM #CheckNegativeInventory_Lines AS L
         ) AS M
     ) AS B
     WHERE B.Later < 0 AND B.Later < B.Now
 
-    IF NOT EXISTS (SELECT 1 FROM #NegativeGoods)
+    IF NOT EXISTS (SELECT 1 FROM #CheckNegativeInventory_Goods)
         RETURN 0
 
-    SELECT @Code = MIN(Code) FROM #NegativeGoods WHERE Code IS NOT NULL
+    SELECT @Code = MIN(Code) FROM #CheckNegativeInventory_Goods WHERE Code IS NOT NULL
     WHILE @Code IS NOT NULL
     BEGIN
         SELECT @NegProductCodes = @NegProductCodes + CASE WHEN @NegProductCodes = N'' THEN N'' ELSE N',' END
                 + CAST(N.Code AS nvarchar(12)),
             @NegProductNames = @NegProductNames + CASE WHEN @NegProductNames = N'' THEN N'' ELSE N'، ' END
                 + ISNULL(G.Name, CAST(N.Code AS nvarchar(12)))
-        FROM #NegativeGoods AS N
+        FROM #CheckNegativeInventory_Goods AS N
         LEFT JOIN dbo.GoodInf AS G ON G.Code = N.Code
         WHERE N.Code = @Code
 
-        SELECT @Code = MIN(Code) FROM #NegativeGoods WHERE Code > @Code
+        SELECT @Code = MIN(Code) FROM #CheckNegativeInventory_Goods WHERE Code > @Code
     END
     RETURN 1
 END

@@ -57,6 +57,20 @@ protected:
     const Answer sugar{1, "قند", "5"};
 };
 
+TEST_F(NegativeStock, theLinesMayStandInATemporaryTableOfTheCaller) {
+    for (const char* table : {"#DocumentLines", "#NegativeGoods", "#Lines"}) {
+        session->run(std::string("CREATE TABLE ") + table +
+                     " (Code int, Anbar int, Mogodi decimal(23, 9)) INSERT INTO " + table + " VALUES (5, 1, -7)");
+        EXPECT_EQ(check(std::string("SELECT Code, Anbar, Mogodi FROM ") + table, "1405/01/10"), sugar) << table;
+        session->run(std::string("DROP TABLE ") + table);
+    }
+}
+
+TEST_F(NegativeStock, aQueryMayEndInAComment) {
+    EXPECT_EQ(check(line(5, 1, "-7") + " -- of sugar", "1405/01/10"), sugar);
+    EXPECT_EQ(check(line(5, 1, "-6") + " -- of sugar", "1405/01/10"), fine);
+}
+
 TEST_F(NegativeStock, whatIsThereMayGo) {
     EXPECT_EQ(check(line(5, 1, "-26"), "1405/01/25"), fine);
     EXPECT_EQ(check(line(5, 1, "-26.000000001"), "1405/01/25"), sugar);
@@ -186,7 +200,9 @@ TEST_F(NegativeStock, aQueryThatCannotRunIsAnError) {
 TEST_F(NegativeStock, theCheckLeavesNothingBehind) {
     static_cast<void>(check(line(5, 1, "-99"), "1405/01/25"));
     EXPECT_EQ(rows("SELECT COUNT(*) FROM dbo.Kardex").at(0), "5");
-    EXPECT_EQ(rows("SELECT OBJECT_ID('tempdb..#DocumentLines'), OBJECT_ID('tempdb..#NegativeGoods')").at(0),
+    EXPECT_EQ(rows("SELECT OBJECT_ID('tempdb..#CheckNegativeInventory_Lines'), "
+                   "OBJECT_ID('tempdb..#CheckNegativeInventory_Goods')")
+                  .at(0),
               "NULL|NULL");
 }
 
