@@ -73,7 +73,7 @@ bool isWhole(const QString& text) {
 
 // Of a weight above 0. One that is less than amounts show is more than nothing all the same.
 QString weightText(double weight) {
-    const QString text = QString::fromStdString(FloatToStr_VRO(weight));
+    QString text = QString::fromStdString(FloatToStr_VRO(weight));
     if (text != QLatin1String("0")) return text;
     constexpr int kSignificant = 9;
     QString digits = QString::number(weight, 'f', kSignificant - 1 - static_cast<int>(std::floor(std::log10(weight))));
