@@ -5,8 +5,8 @@
 //
 // The functions borrow the host's DM.SharedQuery and DM.SharedProc, leave them closed and are not re-entrant. A
 // DatabaseError passes to the caller. SelectQuery is T-SQL that gives the document's lines: one row a good and store
-// with Code (good), Anbar (store) and Mogodi (the signed quantity that the document moves; see below for edited ones). Dates are texts that order
-// as they stand (yyyy/mm/dd).
+// with Code (good), Anbar (store) and Mogodi (the signed quantity that the document moves; see below for edited ones).
+// Dates are texts that order as they stand (yyyy/mm/dd).
 #pragma once
 
 #include <string>
