@@ -26,8 +26,8 @@ namespace basalt::cli {
 // The database that the options name, this user's own when they name none. WrongUsage for a URL that is none.
 [[nodiscard]] host::DatabaseUrl databaseOf(const CommonOptions& options);
 
-// WrongUsage for a database URL that is none and for a setting that there is not or that does not take the value. Nothing
-// is opened.
+// WrongUsage for a database URL that is none and for a setting that there is not or that does not take the value.
+// Nothing is opened.
 void requireRightOptions(const CommonOptions& options);
 
 // DatabaseError that tells what to do when the database is not the reference database of this program.

@@ -19,6 +19,7 @@ set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
 
 add_library(basalt_options INTERFACE)
 add_library(Basalt::options ALIAS basalt_options)
+target_compile_features(basalt_options INTERFACE cxx_std_20)
 target_compile_options(basalt_options INTERFACE
   $<BUILD_INTERFACE:-Wall;-Wextra;-Wpedantic;-Wshadow;-Wconversion;-Wno-sign-conversion;-Wnon-virtual-dtor;-Woverloaded-virtual;-Wimplicit-fallthrough>
   # __int128 is what exact decimals are made of; every compiler that builds Basalt has it.

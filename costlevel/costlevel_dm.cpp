@@ -37,6 +37,8 @@ TCostLevel_DM::TCostLevel_DM()
     own(SetCostGet_QUR);
     own(OfferCost_QUR);
     CostLevel_List_QUR.SQL = "select * from costLevel where code>0";
+    CostLevel_List_QUR.DeclareField({.name = "Code", .type = FieldType::Integer});
+    CostLevel_List_QUR.DeclareField({.name = "Title", .type = FieldType::Text, .size = 50});
     CostLevel_List_DS.SetDataSet(&CostLevel_List_QUR);
     CostReport_DS.SetDataSet(&CostReport_QUR);
     SetCost_DS.SetDataSet(&SetCost_QUR);

@@ -59,7 +59,9 @@ std::unique_ptr<embedded::EmbeddedSession> openEmbedded(const std::string& path,
         if (!fs::exists(file, failure)) refuseRemains(file);
         requireFolder(file);
     }
-    return embedded::EmbeddedSession::open(path, {.createIfMissing = create});
+    // The engine would read a name that begins so as an address; people mean the file.
+    const bool likeAnAddress = path.rfind("file:", 0) == 0;
+    return embedded::EmbeddedSession::open(likeAnAddress ? "./" + path : path, {.createIfMissing = create});
 }
 
 std::unique_ptr<embedded::EmbeddedSession> openFile(const DatabaseUrl& url) {

@@ -12,8 +12,11 @@ namespace fs = std::filesystem;
 std::vector<fs::path> moduleCandidates() {
     const fs::path folder = programFolder();
     const std::string name = libraryFileName("Basalt_PKG");
-    return {folder / name, (folder / ".." / "lib" / name).lexically_normal(),
-            (folder / BASALT_LIBRARY_FOLDER / name).lexically_normal()};
+    std::vector<fs::path> files{folder / name, (folder / ".." / "lib" / name).lexically_normal(),
+                                (folder / BASALT_LIBRARY_FOLDER / name).lexically_normal()};
+    // The system's folder for libraries is often that of the build.
+    if (files.back() == files[1]) files.pop_back();
+    return files;
 }
 
 Module& loadModule() {

@@ -87,6 +87,7 @@ void DockBaseImpl::SetGrid(TSmartDBGrid_VRO* grid) {
     grid_->onRowsChanged = [this] { EnableButtons(); };
     grid_->setGate([this] { return rowsAreFound(); });
     grid_->setDescription([this] { return frame_->title(); }, [this] { return headerLines(); });
+    grid_->setRefresh([this] { screen_.RefreshList(); });
     addGridTools();
 }
 
@@ -100,7 +101,7 @@ void DockBaseImpl::addGridTools() {
     auto* tool = new QToolButton(&screen_);
     tool->setObjectName(QStringLiteral("ListTools_BTN"));
     tool->setText(QStringLiteral("چاپ و خروجی ▾"));
-    tool->setToolTip(QStringLiteral("ستون‌ها، چاپ و خروجی گرفتن از فهرست"));
+    tool->setToolTip(QStringLiteral("به‌روزآوری، ستون‌ها، چاپ و خروجی"));
     tool->setAccessibleName(tool->toolTip());
     tool->setFocusPolicy(Qt::StrongFocus);
     tool->setPopupMode(QToolButton::InstantPopup);

@@ -139,16 +139,34 @@ void GetBaseImpl::SetIsSaved(bool saved) {
 
 void GetBaseImpl::OpenRecord() {
     watch_.add(*formPanel_);
+    if (!openAsItIs(true)) editor_.CloseOnCreate();
+}
+
+bool GetBaseImpl::openAsItIs(bool first) {
     const bool isNew = editor_.IsNewRecordMode(editor_.Code()) || editor_.Mode() == fmNew;
-    if (!may(isNew ? prInsert : prEdit)) {
-        editor_.CloseOnCreate();
-        return;
-    }
+    if (!may(isNew ? prInsert : prEdit)) return false;
     if (isNew) {
-        openNew(true);
+        openNew(first);
     } else {
         openExisting();
     }
+    return true;
+}
+
+bool GetBaseImpl::openAnother() {
+    const TFormMode mode = editor_.Mode();
+    const Value code = editor_.Code();
+    bool opened = false;
+    context_.guarded(&editor_, [this, &opened] {
+        // As an editor for a new record is made: in this mode and with no code yet.
+        editor_.SetMode(fmNew);
+        editor_.SetCode(std::int64_t{0});
+        opened = openAsItIs(false);
+    });
+    if (opened) return true;
+    editor_.SetMode(mode);
+    editor_.SetCode(code);
+    return false;
 }
 
 bool GetBaseImpl::may(TPermission permission) {
@@ -297,17 +315,10 @@ void GetBaseImpl::Save(TSaveKind kind) {
         case TSaveKind::SaveAndClose:
             editor_.accept();
             return;
-        case TSaveKind::SaveAndNew: {
-            bool opened = false;
-            context_.guarded(&editor_, [this, &opened] {
-                if (!may(prInsert)) return;
-                openNew(false);
-                opened = true;
-            });
-            if (!opened) break;
+        case TSaveKind::SaveAndNew:
+            if (!openAnother()) break;
             showTitle();
             return;
-        }
         case TSaveKind::SaveAndPrint:
         case TSaveKind::Save:
             break;

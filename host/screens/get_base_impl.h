@@ -38,6 +38,10 @@ public:
 private:
     // False when the user may not; the host has said so.
     [[nodiscard]] bool may(TPermission permission);
+    // False when the user may not; he has been told.
+    bool openAsItIs(bool first);
+    // False when there is no new record, for whatever reason; the one that was saved is the editor's still.
+    bool openAnother();
     void openNew(bool first);
     void openExisting();
     void prepareRecord();

@@ -169,6 +169,16 @@ void SmartGrid::addAction(const char* objectName, const char* title, const QKeyS
     actions_.push_back(action);
 }
 
+void SmartGrid::setRefresh(std::function<void()> refresh) {
+    auto* action = new QAction(QStringLiteral("به‌روزآوری"), this);
+    action->setObjectName(QStringLiteral("GridRefresh_ACT"));
+    action->setShortcut(Qt::CTRL | Qt::Key_R);
+    QObject::connect(action, &QAction::triggered, this,
+                     [this, refresh = std::move(refresh)] { context_.guarded(this, refresh); });
+    QWidget::addAction(action);
+    actions_.push_front(action);
+}
+
 void SmartGrid::SetDataSource(TDataSource* source) {
     model_.setSource(source);
 }

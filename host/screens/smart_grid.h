@@ -52,6 +52,8 @@ public:
 
     // Copy, columns, print, PDF, XLSX and CSV, in the order of menus.
     [[nodiscard]] const QList<QAction*>& gridActions() const { return actions_; }
+    // Puts an action before the grid's own that reads the rows anew, also by its key anywhere in the window.
+    void setRefresh(std::function<void()> refresh);
     // What a context menu shows above the grid's own actions.
     void setMenuHead(std::function<void(QMenu&)> head) { menuHead_ = std::move(head); }
     // Titles prints and files, and gives the lines above a printed list.

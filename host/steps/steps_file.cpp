@@ -1,5 +1,6 @@
 #include "host/steps/steps_file.h"
 
+#include <QStringDecoder>
 #include <charconv>
 #include <functional>
 #include <map>
@@ -15,6 +16,12 @@ namespace {
 
 std::string inLatinDigits(std::string_view text) {
     return latinDigits(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))).toStdString();
+}
+
+bool isUtf8(std::string_view text) {
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString ignored = decoder(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
+    return !decoder.hasError();
 }
 
 bool isBlank(char c) {
@@ -265,6 +272,7 @@ std::vector<Step> parseSteps(std::string_view text, const std::string& file) {
     for (int number = 1; !text.empty(); ++number) {
         const std::size_t end = text.find('\n');
         std::string_view content = text.substr(0, end);
+        if (!isUtf8(content)) throw StepsError(file, number, "the line is not UTF-8");
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
         if (!content.empty() && content.back() == '\r') content.remove_suffix(1);
         const std::size_t first = content.find_first_not_of(" \t");

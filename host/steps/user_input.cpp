@@ -81,7 +81,7 @@ QWidget& keyTarget(QWidget& widget) {
     return widget;
 }
 
-QWidget& requireTextTarget(const std::string& object) {
+QWidget& requireTextPart(const std::string& object) {
     QWidget& outer = requireUsable(object);
     requireActive(outer);
     QWidget& target = keyTarget(outer);
@@ -91,6 +91,13 @@ QWidget& requireTextTarget(const std::string& object) {
     QWidget* part = outer.isWindow() || qobject_cast<QAbstractItemView*>(&target) ? nullptr : textPart(outer);
     if (!part) throw StepFailure(object + " to take text", "another kind of control");
     return *part;
+}
+
+QWidget& requireTextTarget(const std::string& object) {
+    QWidget& part = requireTextPart(object);
+    // Edits of every kind, boxes of numbers too, have it under this name.
+    if (part.property("readOnly").toBool()) throw StepFailure(object + " to take text", "it read-only");
+    return part;
 }
 
 void focus(QWidget& widget) {

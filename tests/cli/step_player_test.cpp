@@ -17,6 +17,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QShortcut>
+#include <QSpinBox>
 #include <QStandardItemModel>
 #include <QTabBar>
 #include <QTableView>
@@ -41,7 +42,10 @@ public:
         name_.setText(name);
         save_.setObjectName("Save_BTN");
         save_.setText("Save");
+        code_.setObjectName("Code_EDT");
+        code_.setReadOnly(true);
         layout->addWidget(&name_);
+        layout->addWidget(&code_);
         layout->addWidget(&save_);
         connect(&save_, &QPushButton::clicked, this, &QDialog::accept);
         original_ = name;
@@ -63,6 +67,7 @@ public:
 private:
     MessageService& messages_;
     QLineEdit name_;
+    QSpinBox code_;
     QPushButton save_;
     QString original_;
 };
@@ -323,6 +328,11 @@ TEST(StepPlayer, statementsThatMustNotBeSent) {
     EXPECT_EQ(play("expect statement select 1\nexpect unsent update\nexpect unsent select\n", sent), "");
     EXPECT_EQ(play("expect unsent set\nexpect unsent update a\n", sent),
               "t.steps:2: expected no statement update a..., found update a set b = 1");
+TEST(StepPlayer, whatOnlyShowsItsTextTakesNone) {
+    const std::string steps = "row List_GRD 1\nclick Edit_BTN\n";
+    EXPECT_EQ(play(steps + "type Code_EDT 5\n"), "t.steps:3: expected Code_EDT to take text, found it read-only");
+    EXPECT_EQ(play(steps + "clear Code_EDT\n"), "t.steps:3: expected Code_EDT to take text, found it read-only");
+    EXPECT_EQ(play(steps + "key Code_EDT Tab\nexpect text Code_EDT 0\n"), "");
 }
 
 TEST(StepPlayer, takesPictures) {

@@ -118,6 +118,9 @@ INSTANTIATE_TEST_SUITE_P(
         Malformed{"otherPicture", "shot a.jpg",
                   "a.steps:1: expected the picture's file (shot FILE.png), found \"a.jpg\""},
         Malformed{"noPicture", "shot ", "a.steps:1: expected the picture's file (shot FILE.png), found the end"},
+        Malformed{"noSuffix", "shot png", "a.steps:1: expected the picture's file (shot FILE.png), found \"png\""},
+        Malformed{"notUtf8", "click A\nexpect text A \xD3\xE1", "a.steps:2: the line is not UTF-8"},
+        Malformed{"remarkNotUtf8", "# \xFF\nclick A", "a.steps:1: the line is not UTF-8"},
         Malformed{"nothingToType", "type A", "a.steps:1: expected the text to type"}),
     [](const auto& test) { return test.param.name; });
 

@@ -57,6 +57,23 @@ TEST_F(CostLevelStore, listsAllWithoutAFilter) {
     EXPECT_EQ(store.CostLevel_List_QUR.RecordCount(), 2);
 }
 
+TEST_F(CostLevelStore, declaresTheFieldsOfTheList) {
+    std::vector<std::string> declared;
+    for (const FieldDeclaration& field : store.CostLevel_List_QUR.declaredFields())
+        declared.push_back(field.name + " " + std::to_string(static_cast<int>(field.type)) + " of " +
+                           std::to_string(field.size));
+    EXPECT_THAT(declared, ElementsAre("Code " + std::to_string(static_cast<int>(FieldType::Integer)) + " of 0",
+                                      "Title " + std::to_string(static_cast<int>(FieldType::Text)) + " of 50"));
+}
+
+TEST_F(CostLevelStore, doesWithoutATitleThatTheStatementDoesNotGive) {
+    script.expect("select * from costLevel where code>0", levelRows({{1, "تک‌فروشی", "", 1}}));
+    store.CostLevel_List_QUR.Open();
+    EXPECT_EQ(store.CostLevel_List_QUR.FindField("Title"), nullptr);
+    EXPECT_EQ(store.CostLevel_List_QUR.FieldByName("Code").AsInteger(), 1);
+    EXPECT_EQ(store.CostLevel_List_QUR.FieldByName("Name").AsString(), "تک‌فروشی");
+}
+
 TEST_F(CostLevelStore, listsPriceLevels) {
     script.expect("select Code,Name,Comment from CostLevel\n WHERE code > 0 AND CostType IN(1)",
                   levelRows({{1, "تک‌فروشی", "", 1}}));
@@ -367,6 +384,17 @@ TEST_F(CostLevelStore, failingLogIsReportedAsSubRecords) {
                 ElementsAre("HavePermission(user 1, 114, 3, false, true, '')",
                             "LocateLockCode_SoftwarePart('4', 114, 7, false)", "MsgDeleteRow()", "begin",
                             "SetUserEvent(114, 3, '4', true, false)", "rollback", "MsgHasSubRecords('سطر')"));
+    EXPECT_FALSE(host.DM().ADOConnection1.InTransaction());
+}
+
+TEST_F(CostLevelStore, aTransactionThatCannotBeginIsReportedAsSubRecords) {
+    session.onBegin = [] { throw lostConnection; };
+    host.expectMessage("MsgDeleteRow()", mrYes);
+    host.expectMessage("MsgHasSubRecords('سطر')");
+    EXPECT_FALSE(store.CostLevel_Delete(4, 1));
+    EXPECT_THAT(host.calls, ElementsAre("HavePermission(user 1, 114, 3, false, true, '')",
+                                        "LocateLockCode_SoftwarePart('4', 114, 7, false)", "MsgDeleteRow()", "begin",
+                                        "MsgHasSubRecords('سطر')"));
     EXPECT_FALSE(host.DM().ADOConnection1.InTransaction());
 }
 

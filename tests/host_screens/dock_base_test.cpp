@@ -5,6 +5,7 @@
 #include <set>
 
 #include "host/screens/smart_grid.h"
+#include "tests/host_screens/painted_text.h"
 #include "tests/host_screens/recording_list.h"
 #include "tests/host_screens/screen_test.h"
 
@@ -248,6 +249,43 @@ TEST_F(DockBases, printingUsesTheScreensTitle) {
     ASSERT_EQ(output.previews.size(), 1U);
     EXPECT_EQ(output.previews[0].toStdString(), "سطوح قیمت");
     EXPECT_EQ(control<QLabel>(*screen, "Title_LBL")->text().toStdString(), "سطوح قیمت");
+}
+
+TEST_F(DockBases, theListIsReadAnewByItsKeyAndFromItsMenus) {
+    auto screen = made(fmBrowse);
+    run(*screen, {[&] {
+        QTest::keyClick(control<QLineEdit>(*screen, "TGeneral_Search_Frame1_EDT"), Qt::Key_R, Qt::ControlModifier);
+        EXPECT_EQ(handled(), Calls{"RefreshList"});
+        QTest::keyClick(screen->grid->View(), Qt::Key_R, Qt::ControlModifier);
+        EXPECT_EQ(handled(), (Calls{"RefreshList", "RefreshList"}));
+        const QList<QAction*> actions = control<QToolButton>(*screen, "ListTools_BTN")->menu()->actions();
+        ASSERT_FALSE(actions.isEmpty());
+        EXPECT_EQ(actions.first()->text().toStdString(), "به‌روزآوری");
+        EXPECT_EQ(actions.first()->shortcut().toString().toStdString(), "Ctrl+R");
+        actions.first()->trigger();
+        EXPECT_EQ(handled().size(), 3U);
+    }});
+}
+
+// Both texts stand above a printed list; that of the current row is asked for by its code.
+TEST_F(DockBases, theTextsOfTheScreenStandAboveAPrint) {
+    auto screen = made(fmBrowse);
+    screen->masterDescription = {"گروه مواد غذایی", "1"};
+    screen->detailDescription = {"ردیف جاری"};
+    PaintedText painted;
+    output.onPreview = [&](PrintDocument& document) {
+        document.layOut(output.layouts.back());
+        QPainter painter(&painted);
+        document.paintPage(painter, 0);
+    };
+    run(*screen, {[&] {
+        dynamic_cast<SmartGrid&>(*screen->grid).model().dataSet()->Next();
+        QTest::keyClick(screen->grid->View(), Qt::Key_P, Qt::ControlModifier);
+    }});
+    EXPECT_EQ(handled(), (Calls{"master description", "detail description 2"}));
+    EXPECT_TRUE(painted.text().contains("گروه مواد غذایی")) << painted.text().toStdString();
+    EXPECT_TRUE(painted.text().contains("ردیف جاری")) << painted.text().toStdString();
+    EXPECT_EQ(output.previews, std::vector<QString>{"سطوح قیمت"});
 }
 
 TEST_F(DockBases, everythingIsReachableByKeyboard) {

@@ -110,8 +110,9 @@ TEST_F(GetBases, saveAndNewOpensANewRecord) {
         retype(*editor, "دوازدهم");
         editor->BaseSaveANDNew_Click();
     });
-    EXPECT_EQ(after("FormShow"), (Calls{"IsValid", "BeforeSave", "OnSave", "AfterSave", "GetNewCode", "Init", "IsValid",
-                                        "BeforeSave", "OnSave", "AfterSave", "GetNewCode", "Init"}));
+    EXPECT_EQ(after("FormShow"),
+              (Calls{"IsValid", "BeforeSave", "OnSave", "AfterSave", "IsNewRecordMode 0", "GetNewCode", "Init",
+                     "IsValid", "BeforeSave", "OnSave", "AfterSave", "IsNewRecordMode 0", "GetNewCode", "Init"}));
     EXPECT_EQ(nameOf(std::stoi(first)), "یازدهم");
     EXPECT_EQ(nameOf(std::stoi(first) + 1), "دوازدهم");
     EXPECT_EQ(locks(), "0");

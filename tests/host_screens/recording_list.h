@@ -75,6 +75,14 @@ public:
         base().SetShortCut();
         base().SetPopMenu();
     }
+    std::vector<std::string> GetMasterReport_Description() override {
+        if (!masterDescription.empty()) calls_.push_back("master description");
+        return masterDescription;
+    }
+    std::vector<std::string> GetDetailReport_Description(const Value& key) override {
+        if (!detailDescription.empty()) calls_.push_back("detail description " + toText(key));
+        return detailDescription;
+    }
     void New_BTNClick() override { handled("New"); }
     void Edit_BTNClick() override { handled("Edit"); }
     void Delete_BTNClick() override { handled("Delete"); }
@@ -86,6 +94,8 @@ public:
     TGeneral_Search_Frame* search = nullptr;
     TSmartDBGrid_VRO* grid = nullptr;
     std::unique_ptr<TVaroSearchManager> manager;
+    std::vector<std::string> masterDescription;
+    std::vector<std::string> detailDescription;
     std::function<void()> onOpen;
     std::function<void()> onHandler;
 

@@ -309,7 +309,7 @@ public:
             editor_.CloseOnCreate();
             return;
         }
-        if (editor_.Mode() == fmNew || editor_.IsNewRecordMode(editor_.Code())) {
+        if (editor_.IsNewRecordMode(editor_.Code()) || editor_.Mode() == fmNew) {
             editor_.SetCode(editor_.GetNewCode());
             editor_.Init(true);
             return;
