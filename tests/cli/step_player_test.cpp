@@ -328,6 +328,8 @@ TEST(StepPlayer, statementsThatMustNotBeSent) {
     EXPECT_EQ(play("expect statement select 1\nexpect unsent update\nexpect unsent select\n", sent), "");
     EXPECT_EQ(play("expect unsent set\nexpect unsent update a\n", sent),
               "t.steps:2: expected no statement update a..., found update a set b = 1");
+}
+
 TEST(StepPlayer, whatOnlyShowsItsTextTakesNone) {
     const std::string steps = "row List_GRD 1\nclick Edit_BTN\n";
     EXPECT_EQ(play(steps + "type Code_EDT 5\n"), "t.steps:3: expected Code_EDT to take text, found it read-only");
