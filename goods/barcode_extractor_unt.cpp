@@ -82,7 +82,7 @@ private:
 std::string goodOf(const Scan& scan) {
     if (const int always = scan.number("ItemConstantCode"); always > 0) return std::to_string(always);
     std::string characters = scan.field("ItemCode");
-    if (scan.number("ItemCodeType") == 1) return characters;
+    if (scan.number("ItemCodeType") == kGoodFieldIsItsCode) return characters;
     return std::to_string(GetBarcode_Code(characters, SettingRecord().FindGoodByScaleCode, true));
 }
 

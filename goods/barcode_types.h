@@ -1,4 +1,4 @@
-// What a scale barcode is, and what a scan is for. The ordinals are stored and exchanged.
+// What a scale barcode is and holds, and what a scan is for. The numbers are stored and exchanged.
 #pragma once
 
 #include <cstdint>
@@ -11,6 +11,9 @@ enum TBarCodeFormulType : std::uint8_t {
     bftTotalPrice = 2,  // the total of an invoice, to be compared with it
     bftConstPrice = 3,  // a price to add to a running sum, or to take off it
 };
+
+// ItemCodeType of a layout whose good field is the good's code; by every other value the good is looked up.
+inline constexpr int kGoodFieldIsItsCode = 1;
 
 enum TBarCodeUseType : std::uint8_t {
     butNone = 0,    // neither adds nor removes

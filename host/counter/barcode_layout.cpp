@@ -3,15 +3,14 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "ado/error.h"
 #include "host/screens/persian_digits.h"
+#include "package/numbers.h"
 
 namespace basalt::host {
 
 namespace {
 
-constexpr int kGood = 1;
-constexpr int kTotal = 2;
-constexpr int kPrice = 3;
 constexpr int kLongest = 1'000'000;
 
 QString number(int value) {
@@ -31,12 +30,65 @@ void add(std::vector<FieldSpan>& spans, LayoutField field, int start, int count)
     if (count > 0) spans.push_back({field, std::clamp(start, -kLongest, kLongest), endOf(start, count)});
 }
 
-// The prefix as the server compares it: the case of letters and blanks at the end make no difference.
-QString comparedConstant(const BarcodeLayout& layout) {
-    QString constant = constantOf(layout).toCaseFolded();
-    while (constant.endsWith(QLatin1Char(' ')))
-        constant.chop(1);
-    return constant;
+// As the server compares: the case of letters and blanks at the end make no difference.
+QString compared(const QString& text) {
+    QString folded = text.toCaseFolded();
+    while (folded.endsWith(QLatin1Char(' ')))
+        folded.chop(1);
+    return folded;
+}
+
+// The characters of a field; fewer or none where it reaches beyond the barcode.
+QString cut(const QString& barcode, int start, int count) {
+    const int begin = std::max(start, 1);
+    return barcode.mid(begin - 1, std::max(endOf(start, count) - begin, 0));
+}
+
+bool isNumber(const QString& characters) {
+    try {
+        (void)StrToFloat_VRO(characters.toStdString());
+        return true;
+    } catch (const DatabaseError&) {
+        return false;
+    }
+}
+
+QString emptyField(const BarcodeLayout& layout, LayoutField field) {
+    return QStringLiteral("الگوی «%1» در این بارکد جایی برای «%2» ندارد. جای آن را در صفحهٔ الگوهای بارکد درست کنید.")
+        .arg(nameOf(layout), titleOf(field));
+}
+
+// What the field of a number, the amount or the price, lacks.
+std::optional<QString> numberFault(const BarcodeLayout& layout, const QString& barcode, LayoutField field, int start,
+                                   int count) {
+    const QString characters = cut(barcode, start, count);
+    if (characters.isEmpty()) return emptyField(layout, field);
+    if (isNumber(characters)) return std::nullopt;
+    return QStringLiteral(
+               "در بارکد %1 به جای «%2» نوشته است «%3» که عدد نیست. اگر بارکد درست است، جای «%2» را در الگوی «%4» "
+               "درست کنید.")
+        .arg(persianDigits(barcode), titleOf(field), persianDigits(characters), nameOf(layout));
+}
+
+std::optional<QString> goodFault(const BarcodeLayout& layout, const QString& barcode, bool byScaleCode) {
+    if (layout.itemConstantCode > 0) return std::nullopt;
+    const QString characters = cut(barcode, layout.itemCodeStart, layout.itemCodeCount);
+    if (characters.isEmpty()) return emptyField(layout, LayoutField::Item);
+    if (layout.itemCodeType != kGoodFieldIsItsCode && byScaleCode) return std::nullopt;
+    const bool digits = std::all_of(characters.begin(), characters.end(),
+                                    [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); });
+    if (!digits)
+        return QStringLiteral(
+                   "در بارکد %1 به جای کد کالا نوشته است «%2» که کد نیست. اگر بارکد درست است، جای «کالا» را در الگوی "
+                   "«%3» درست کنید.")
+            .arg(persianDigits(barcode), persianDigits(characters), nameOf(layout));
+    bool holds = false;
+    (void)characters.toInt(&holds);
+    if (holds) return std::nullopt;
+    return QStringLiteral(
+               "کد کالای بارکد، %1، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی «%2» درست "
+               "کنید.")
+        .arg(persianDigits(characters), nameOf(layout));
 }
 
 // The characters of a barcode that are compared with the prefix.
@@ -49,7 +101,7 @@ FieldSpan prefixOf(const BarcodeLayout& layout) {
 // Whether the server finds the prefix in any barcode, which has no blanks: it is as long as what is cut.
 bool canFit(const BarcodeLayout& layout) {
     const FieldSpan prefix = prefixOf(layout);
-    return comparedConstant(layout).size() == prefix.end - prefix.begin;
+    return compared(constantOf(layout)).size() == prefix.end - prefix.begin;
 }
 
 }  // namespace
@@ -78,12 +130,12 @@ QString titleOf(LayoutField field) {
 std::vector<FieldSpan> spansOf(const BarcodeLayout& layout) {
     std::vector<FieldSpan> spans;
     add(spans, LayoutField::Constant, layout.constantStart, layout.constantCount);
-    if (layout.barCodeType == kGood) {
+    if (layout.barCodeType == bftAmount) {
         if (layout.itemConstantCode <= 0) add(spans, LayoutField::Item, layout.itemCodeStart, layout.itemCodeCount);
         add(spans, LayoutField::Amount, layout.amountStart, layout.amountCount);
         if (layout.balanceNoAsStore) add(spans, LayoutField::Balance, layout.balanceNoStart, layout.balanceNoCount);
     }
-    if (layout.barCodeType >= kGood && layout.barCodeType <= kPrice)
+    if (layout.barCodeType >= bftAmount && layout.barCodeType <= bftConstPrice)
         add(spans, LayoutField::Price, layout.priceStart, layout.priceCount);
     std::stable_sort(spans.begin(), spans.end(), [](const auto& a, const auto& b) { return a.begin < b.begin; });
     return spans;
@@ -91,16 +143,35 @@ std::vector<FieldSpan> spansOf(const BarcodeLayout& layout) {
 
 bool fits(const BarcodeLayout& layout, const QString& barcode) {
     const QString scanned = barcode.trimmed();
-    if (scanned.size() != layout.digitCount) return false;
-    const int begin = std::max(layout.constantStart, 1);
-    const int end = endOf(layout.constantStart, layout.constantCount);
-    return scanned.mid(begin - 1, std::max(end - begin, 0)) == constantOf(layout);
+    return scanned.size() == layout.digitCount &&
+           cut(scanned, layout.constantStart, layout.constantCount) == constantOf(layout);
+}
+
+bool isFoundFor(const BarcodeLayout& layout, const QString& barcode) {
+    const QString scanned = barcode.trimmed();
+    return scanned.size() == layout.digitCount &&
+           compared(cut(scanned, layout.constantStart, layout.constantCount)) == compared(constantOf(layout));
+}
+
+std::optional<QString> faultOf(const BarcodeLayout& layout, const QString& barcode, bool byScaleCode) {
+    const QString scanned = barcode.trimmed();
+    if (layout.barCodeType == bftAmount) {
+        if (auto fault = goodFault(layout, scanned, byScaleCode)) return fault;
+        if (layout.amountCount > 0) {
+            if (auto fault = numberFault(layout, scanned, LayoutField::Amount, layout.amountStart, layout.amountCount))
+                return fault;
+        }
+        if (layout.priceCount <= 0) return std::nullopt;
+    } else if (layout.barCodeType != bftTotalPrice && layout.barCodeType != bftConstPrice) {
+        return std::nullopt;
+    }
+    return numberFault(layout, scanned, LayoutField::Price, layout.priceStart, layout.priceCount);
 }
 
 bool mayBothFit(const BarcodeLayout& a, const BarcodeLayout& b) {
     if (a.digitCount != b.digitCount || !canFit(a) || !canFit(b)) return false;
-    const QString prefix = comparedConstant(a);
-    const QString otherPrefix = comparedConstant(b);
+    const QString prefix = compared(constantOf(a));
+    const QString otherPrefix = compared(constantOf(b));
     const FieldSpan one = prefixOf(a);
     const FieldSpan other = prefixOf(b);
     // Where both fix a character it must be the same.
@@ -128,9 +199,9 @@ std::vector<QString> problemsOf(const BarcodeLayout& layout, const std::vector<B
     if (constantOf(layout).size() != layout.constantCount)
         problems.push_back(QStringLiteral("پیش‌شماره %1 نویسه است، نه %2.")
                                .arg(number(static_cast<int>(constantOf(layout).size())), number(layout.constantCount)));
-    if (layout.barCodeType == kGood && layout.itemConstantCode <= 0 && layout.itemCodeCount <= 0)
+    if (layout.barCodeType == bftAmount && layout.itemConstantCode <= 0 && layout.itemCodeCount <= 0)
         problems.push_back(QStringLiteral("نه جای کالا معلوم است و نه کالای ثابت."));
-    if ((layout.barCodeType == kTotal || layout.barCodeType == kPrice) && layout.priceCount <= 0)
+    if ((layout.barCodeType == bftTotalPrice || layout.barCodeType == bftConstPrice) && layout.priceCount <= 0)
         problems.push_back(QStringLiteral("جای مبلغ معلوم نیست."));
     for (const BarcodeLayout& other : others) {
         if (other.id != 0 && other.id == layout.id) continue;

@@ -5,8 +5,11 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "goods/barcode_types.h"
 
 namespace basalt::host {
 
@@ -18,9 +21,9 @@ struct BarcodeLayout {
     int constantStart = 1;
     int constantCount = 2;
     std::string constantCode;
-    int barCodeType = 1;
+    int barCodeType = bftAmount;
     int itemConstantCode = 0;
-    int itemCodeType = 1;
+    int itemCodeType = kGoodFieldIsItsCode;
     int itemCodeStart = 0;
     int itemCodeCount = 0;
     int amountStart = 0;
@@ -54,11 +57,18 @@ struct FieldSpan {
 // outside of the barcode.
 [[nodiscard]] std::vector<FieldSpan> spansOf(const BarcodeLayout& layout);
 
-// Whether the barcode, without outer blanks, is one of this layout: its length and prefix.
+// Whether the barcode, without outer blanks, is read by this layout: its length, and its prefix to the letter.
 [[nodiscard]] bool fits(const BarcodeLayout& layout, const QString& barcode);
 
-// Whether there is a barcode that the server would give both for. It compares prefixes without regard to case and to
-// blanks behind them, and either may come first.
+// Whether the server gives the layout for the barcode. It compares prefixes without regard to case and to blanks behind
+// them. A scan takes the first layout that it gives, and none when that one does not fit to the letter.
+[[nodiscard]] bool isFoundFor(const BarcodeLayout& layout, const QString& barcode);
+
+// Why a barcode that the layout reads gives no good, amount or price, in a sentence that says what to do; nullopt when
+// nothing in it stands in the way. byScaleCode: goods whose field is not their code are found by their scale codes.
+[[nodiscard]] std::optional<QString> faultOf(const BarcodeLayout& layout, const QString& barcode, bool byScaleCode);
+
+// Whether there is a barcode that the server would give both for; either may come first.
 [[nodiscard]] bool mayBothFit(const BarcodeLayout& a, const BarcodeLayout& b);
 
 // What is wrong with the layout, in sentences for people: fields that overlap, that reach beyond the barcode, a prefix

@@ -5,7 +5,7 @@
 
 #include "host/counter/counter_page.h"
 #include "host/counter/layout_page.h"
-#include "host/screens/theme.h"
+#include "host/screens/page_style.h"
 
 namespace basalt::host {
 
@@ -21,12 +21,7 @@ public:
         auto* layout = new QVBoxLayout(this);
         layout->setContentsMargins(0, 0, 0, 0);
         layout->addWidget(page);
-        // As the desktop dresses its pages.
-        setStyleSheet(withThemeColors(
-            QStringLiteral("QLabel[kind=\"pageTitle\"] { font-size: 17pt; font-weight: 700; color: @text@; }"
-                           "QLabel[kind=\"sectionTitle\"] { font-size: 11.5pt; font-weight: 700; color: @text@; }"
-                           "QLabel[kind=\"field\"] { color: @muted@; font-weight: 500; }"
-                           "QTableWidget::item { padding: 4px 8px; border-bottom: 1px solid @window@; }")));
+        setStyleSheet(pageStyleSheet());
         resize(kWidth, kHeight);
         // Enter belongs to the inputs: a scan ends with it.
         for (auto* button : findChildren<QPushButton*>())

@@ -52,6 +52,13 @@ Extended CounterInvoice::total() const {
     return sum;
 }
 
+void CounterInvoice::setPrices(const std::vector<Extended>& prices, int person) {
+    for (std::size_t i = 0; i < lines_.size(); ++i) {
+        lines_[i].price = prices.at(i);
+        lines_[i].person = person;
+    }
+}
+
 std::string CounterInvoice::stockQuery(int store) const {
     std::vector<std::pair<int, Extended>> amounts;
     std::map<int, std::size_t> places;

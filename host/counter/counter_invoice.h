@@ -19,7 +19,9 @@ struct CounterLine {
     std::string unit = {};
     Extended amount = 0;
     Extended price = 0;
-    std::string scale = {};  // the scale's number; empty for none
+    std::string scale = {};    // the scale's number; empty for none
+    std::string barcode = {};  // the scale's label; empty for a piece
+    int person = 0;            // whose price it is; 0 for nobody's
 };
 
 class CounterInvoice {
@@ -36,6 +38,8 @@ public:
     std::optional<CounterLine> takePiece(int good, Extended price);
     void remove(std::size_t index) { lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(index)); }
     void setAmount(std::size_t index, Extended amount) { lines_.at(index).amount = amount; }
+    // One a line, as that person's.
+    void setPrices(const std::vector<Extended>& prices, int person);
     void clear() { lines_.clear(); }
 
     [[nodiscard]] const std::vector<CounterLine>& lines() const { return lines_; }

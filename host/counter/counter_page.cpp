@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <QStyle>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "host/counter/counter_sale.h"
 #include "host/counter/scan_text.h"
@@ -142,7 +143,7 @@ CounterPage::CounterPage(DesktopContext context, QWidget* parent)
       context_(context),
       calls_(context.registry),
       invoice_(context.host.SettingRecord().CurrencyDecimals),
-      scanner_(calls_, invoice_) {
+      scanner_(context.host, calls_, invoice_) {
     setObjectName(QStringLiteral("Counter_PNL"));
     setStyleSheet(pageStyle());
     auto* layout = new QVBoxLayout(this);
@@ -208,7 +209,9 @@ void CounterPage::makeScanRow(QBoxLayout& layout) {
         each->installEventFilter(this);
     QObject::connect(person_, &QSpinBox::editingFinished, this, [this] {
         if (person_->hasFocus()) scan_->setFocus();  // Enter; leaving it goes where the user wants
-        context_.handlers.guarded(this, [this] { (void)personIsKnown(); });
+        context_.handlers.guarded(this, [this] {
+            if (personIsKnown()) offerPrices();
+        });
     });
     QObject::connect(scan_, &QLineEdit::returnPressed, this,
                      [this] { context_.handlers.guarded(this, [this] { scan(); }); });
@@ -321,6 +324,30 @@ bool CounterPage::personIsKnown() {
     report(ScanMood::Refused,
            QStringLiteral("شخصی با کد %1 تعریف نشده است.").arg(persianDigits(QString::number(code))));
     return false;
+}
+
+void CounterPage::offerPrices() {
+    const int person = person_->value();
+    const std::vector<Extended> prices = scanner_.pricesFor(person);
+    const auto& lines = invoice_.lines();
+    const bool same = std::equal(prices.begin(), prices.end(), lines.begin(), lines.end(),
+                                 [](Extended price, const CounterLine& line) { return price == line.price; });
+    if (same) return;
+    const MessageRequest question{.operation = "MsgTakePersonsPrices",
+                                  .buttons = {TMessageButton::Yes, TMessageButton::No},
+                                  .defaultButton = TMessageButton::Yes,
+                                  .form = this};
+    if (context_.host.Messages().show(question) == mrYes) {
+        invoice_.setPrices(prices, person);
+        showLines();
+        report(ScanMood::Added, QStringLiteral("قیمت سطرها از نو گرفته شد."));
+        return;
+    }
+    std::vector<Extended> kept;
+    for (const CounterLine& line : lines)
+        kept.push_back(line.price);
+    invoice_.setPrices(kept, person);
+    report(ScanMood::Warned, QStringLiteral("سطرهای پیشین با همان قیمت ماندند."));
 }
 
 // Typing anywhere but into the person's code is a scan: a scanner does not know where the focus is.
@@ -447,6 +474,7 @@ bool CounterPage::isReady() {
         person_->selectAll();
         return false;
     }
+    offerPrices();
     if (!context_.host.HavePermission(context_.host.UserInfo(), hpSales, prInsert, false, true, "")) {
         report(ScanMood::Refused, QStringLiteral("فاکتور ثبت نشد؛ شما اجازهٔ ثبت فروش را ندارید."));
         return false;

@@ -58,6 +58,9 @@ private:
     void showPolicy();
     // False, and told, for a code that nobody has; 0 is nobody.
     bool personIsKnown();
+    // Lines have the price of whoever was named when they were scanned. When that is not the person of now and the
+    // prices differ, the user is asked, once for each such person, whether they are to be taken anew.
+    void offerPrices();
     void tare();
     void sendToScale();
     void reportNotSent(int sent, int asked, const std::string& program, const StartResult& result);

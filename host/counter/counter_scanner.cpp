@@ -4,6 +4,8 @@
 #include <optional>
 
 #include "ado/error.h"
+#include "goods/barcode_types.h"
+#include "host/counter/layout_store.h"
 #include "host/counter/scan_text.h"
 #include "host/screens/display_format.h"
 #include "host/screens/persian_digits.h"
@@ -13,11 +15,6 @@ namespace basalt::host {
 
 namespace {
 
-constexpr int kGood = 1;
-constexpr int kTotal = 2;
-constexpr int kPrice = 3;
-constexpr int kNew = 1;
-constexpr int kDelete = 2;
 constexpr int kExists = 1;
 
 // The ledger has fourteen digits before the point.
@@ -42,7 +39,13 @@ std::optional<int> codeOf(const std::string& text) {
     return digits && fits ? std::optional(code) : std::nullopt;
 }
 
-QString quoted(const std::string& name) {
+// What a server says of a statement into which a field was put that is empty, no number or too large a one.
+bool mayBeOfBarcode(ErrorCategory category) {
+    return category == ErrorCategory::Conversion || category == ErrorCategory::Syntax ||
+           category == ErrorCategory::NotFound;
+}
+
+QString inGuillemets(const std::string& name) {
     return QStringLiteral("«%1»").arg(QString::fromStdString(name));
 }
 
@@ -80,22 +83,20 @@ ScanReport CounterScanner::scan(const QString& typed, const ScanOptions& options
     ModuleReply reply;
     try {
         const Listening listening(calls_, Datum::event([&equal] { equal = true; }));
-        reply = calls_("FillGoodInfFromBarcode", {{"UseType", options.removing ? kDelete : kNew},
-                                                  {"Barcode", code.toStdString()},
-                                                  {"PerCode", std::to_string(options.person)},
-                                                  {"ItemCode", ""},
-                                                  {"TotalPrice", Datum(total())}});
+        reply = extract(options.removing ? butDelete : butNew, code.toStdString(), options.person);
     } catch (const DatabaseError& error) {
+        if (!mayBeOfBarcode(error.category())) throw;
+        if (auto fault = faultIn(code)) return {ScanMood::Refused, *std::move(fault)};
         if (error.category() != ErrorCategory::Conversion) throw;
         return {ScanMood::Refused, QStringLiteral("بارکد %1 در جای عدد، نویسهٔ دیگری دارد.").arg(persianDigits(code))};
     }
     if (!reply.result.asBool()) return takeOwnBarcode(code, options);
     switch (reply["FormulType"].asInteger()) {
-        case kGood:
-            return takeGood(options);
-        case kPrice:
+        case bftAmount:
+            return takeGood(code, options);
+        case bftConstPrice:
             return takePrice(sumBefore, options.removing);
-        case kTotal:
+        case bftTotalPrice:
             return equal ? ScanReport{ScanMood::Matched, QStringLiteral("جمع بارکد با جمع فاکتور برابر است.")}
                          : ScanReport{ScanMood::Warned, QStringLiteral("جمع بارکد با جمع فاکتور برابر نیست.")};
         default:
@@ -103,23 +104,44 @@ ScanReport CounterScanner::scan(const QString& typed, const ScanOptions& options
     }
 }
 
-ScanReport CounterScanner::takeGood(const ScanOptions& options) {
+ModuleReply CounterScanner::extract(int useType, const std::string& code, int person) {
+    return calls_("FillGoodInfFromBarcode", {{"UseType", useType},
+                                             {"Barcode", code},
+                                             {"PerCode", std::to_string(person)},
+                                             {"ItemCode", ""},
+                                             {"TotalPrice", Datum(total())}});
+}
+
+std::optional<QString> CounterScanner::faultIn(const QString& code) {
+    const bool byScaleCode = host_.SettingRecord().FindGoodByScaleCode;
+    for (const BarcodeLayout& layout : LayoutStore(host_.session()).all()) {
+        if (!fits(layout, code)) continue;
+        if (auto fault = faultOf(layout, code, byScaleCode)) return fault;
+    }
+    return std::nullopt;
+}
+
+ScanReport CounterScanner::refused(const QString& code, const QString& text) {
+    return {ScanMood::Refused, faultIn(code).value_or(text)};
+}
+
+ScanReport CounterScanner::takeGood(const QString& code, const ScanOptions& options) {
     const ModuleReply data = calls_("Get_Barcode_Data", {});
-    if (calls_("GetGoodInFromBarCode", {}).result.asInteger() != kExists)
-        return {ScanMood::Refused, QStringLiteral("کالای %1 تعریف نشده است.")
-                                       .arg(persianDigits(QString::fromStdString(data["GoodCode"].asText())))};
-    CounterLine line;
+    const QString goodText = persianDigits(QString::fromStdString(data["GoodCode"].asText()));
     const auto good = codeOf(data["GoodCode"].asText());
-    if (!good)
-        return {ScanMood::Refused, QStringLiteral("بارکد خوانا نیست: «%1» کد کالا نیست.")
-                                       .arg(persianDigits(QString::fromStdString(data["GoodCode"].asText())))};
+    if (!good) return refused(code, QStringLiteral("بارکد خوانا نیست: «%1» کد کالا نیست.").arg(goodText));
+    if (calls_("GetGoodInFromBarCode", {}).result.asInteger() != kExists)
+        return {ScanMood::Refused, QStringLiteral("کالای %1 تعریف نشده است.").arg(goodText)};
+    CounterLine line;
     line.good = *good;
+    line.barcode = code.toStdString();
+    line.person = options.person;
     try {
         line.amount = StrToFloat_VRO(data["Weight"].asText());
         line.price = StrToFloat_VRO(data["Fi"].asText());
     } catch (const DatabaseError& error) {
         if (error.category() != ErrorCategory::Conversion) throw;
-        return {ScanMood::Refused, QStringLiteral("مقدار یا قیمت بارکد عدد نیست.")};
+        return refused(code, QStringLiteral("مقدار یا قیمت بارکد عدد نیست."));
     }
     if (line.amount <= 0) return {ScanMood::Refused, QStringLiteral("وزن در بارکد صفر است؛ کالا را دوباره وزن کنید.")};
     if (data["BalanceNum"].asText() != "-1") line.scale = data["BalanceNum"].asText();
@@ -159,31 +181,49 @@ ScanReport CounterScanner::takeOwnBarcode(const QString& code, const ScanOptions
     return takeLine({.good = good, .name = {}, .amount = 1, .price = 0}, Parcel::Piece, options.removing);
 }
 
-bool CounterScanner::describe(CounterLine& line) {
+bool CounterScanner::describe(CounterLine& line, Parcel parcel) {
     const ModuleReply reply = calls_("FillGoodInfo", {{"GoodCode", std::to_string(line.good)}});
     if (!reply.result.asBool()) return false;
     const Datum& info = reply["Info"];
     line.name = info["Name"].asText();
     line.unit = info["UnitName"].asText();
-    if (line.price == 0) line.price = info["ConsumerPrice"].asAmount();
+    // The label of a scale has its price, from the label or the good's price level, be it nothing.
+    if (parcel == Parcel::Piece) line.price = info["ConsumerPrice"].asAmount();
     return true;
 }
 
 ScanReport CounterScanner::takeLine(CounterLine line, Parcel parcel, bool removing) {
-    if (!describe(line))
+    if (!describe(line, parcel))
         return {ScanMood::Refused,
                 QStringLiteral("کالای %1 تعریف نشده است.").arg(persianDigits(QString::number(line.good)))};
     if (isTooMuch(line.amount) || isTooMuch(line.price) || isTooMuch(line.amount * line.price)) return tooMuch();
-    const QString what =
-        QStringLiteral("%1 %2 %3").arg(amountText(line.amount), QString::fromStdString(line.unit), quoted(line.name));
+    const QString what = QStringLiteral("%1 %2 %3")
+                             .arg(amountText(line.amount), QString::fromStdString(line.unit), inGuillemets(line.name));
     if (removing) {
         const auto taken = parcel == Parcel::Piece ? invoice_.takePiece(line.good, line.price)
                                                    : invoice_.takeParcel(line.good, line.amount, line.price);
         if (!taken) return {ScanMood::Refused, QStringLiteral("%1 در فاکتور نیست.").arg(what)};
         return {ScanMood::Removed, QStringLiteral("%1 از فاکتور حذف شد.").arg(what)};
     }
+    const bool hasPrice = line.price != 0;
     invoice_.add(std::move(line));
+    if (!hasPrice) return {ScanMood::Warned, QStringLiteral("%1 افزوده شد؛ قیمت آن صفر است.").arg(what)};
     return {ScanMood::Added, QStringLiteral("%1 افزوده شد.").arg(what)};
+}
+
+std::vector<Extended> CounterScanner::pricesFor(int person) {
+    std::vector<Extended> prices;
+    for (const CounterLine& line : invoice_.lines()) {
+        prices.push_back(line.price);
+        if (line.barcode.empty() || line.person == person) continue;
+        const ModuleReply reply = extract(butNone, line.barcode, person);
+        if (!reply.result.asBool() || reply["FormulType"].asInteger() != bftAmount) continue;
+        const ModuleReply data = calls_("Get_Barcode_Data", {});
+        if (codeOf(data["GoodCode"].asText()) != line.good) continue;
+        const Extended price = StrToFloat_VRO(data["Fi"].asText());
+        if (!isTooMuch(price) && !isTooMuch(price * line.amount)) prices.back() = price;
+    }
+    return prices;
 }
 
 Extended CounterScanner::priceSum() {

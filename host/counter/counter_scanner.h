@@ -1,15 +1,17 @@
 // Takes a scan into the invoice, and says what happened.
 //
-//   CounterScanner scanner(calls, invoice);
+//   CounterScanner scanner(host, calls, invoice);
 //   const ScanReport report = scanner.scan("2800057012505", {.person = 12});
 //   show(report.text, report.mood);
 #pragma once
 
 #include <QString>
+#include <optional>
 #include <vector>
 
 #include "host/counter/counter_invoice.h"
 #include "host/counter/module_calls.h"
+#include "host/services/reference_host.h"
 
 namespace basalt::host {
 
@@ -33,11 +35,17 @@ struct ScanOptions {
 
 class CounterScanner {
 public:
-    CounterScanner(ModuleCalls& calls, CounterInvoice& invoice) : calls_(calls), invoice_(invoice) {}
+    CounterScanner(ReferenceHost& host, ModuleCalls& calls, CounterInvoice& invoice)
+        : host_(host), calls_(calls), invoice_(invoice) {}
 
-    // The text as it was typed. Errors of the database pass on, but for a field of the barcode that is no number. What
-    // the ledger could not hold is refused, and so is taking off what is not there.
+    // The text as it was typed. Errors of the database pass on, but for those of a barcode that does not hold what its
+    // layout wants, or of a layout that looks in the wrong place: these are told. What the ledger could not hold is
+    // refused, and so is taking off what is not there.
     ScanReport scan(const QString& typed, const ScanOptions& options);
+
+    // What the lines cost that person, line by line: scale labels without a price are asked again, where they were
+    // priced for somebody else. Other lines keep theirs.
+    [[nodiscard]] std::vector<Extended> pricesFor(int person);
 
     // What the invoice comes to with the barcodes that carry a price alone.
     [[nodiscard]] Extended total();
@@ -46,15 +54,20 @@ public:
     void resetPriceSum();
 
 private:
-    ScanReport takeGood(const ScanOptions& options);
+    ModuleReply extract(int useType, const std::string& code, int person);
+    ScanReport takeGood(const QString& code, const ScanOptions& options);
+    // The sentence of what is wrong with the barcode or its layout, if that is known; else of the text.
+    ScanReport refused(const QString& code, const QString& text);
+    [[nodiscard]] std::optional<QString> faultIn(const QString& code);
     ScanReport takeOwnBarcode(const QString& code, const ScanOptions& options);
     // A barcode that the module has summed already; sumBefore is the sum without it.
     ScanReport takePrice(Extended sumBefore, bool removing);
     enum class Parcel : std::uint8_t { Weighed, Piece };
     ScanReport takeLine(CounterLine line, Parcel parcel, bool removing);
-    // Fills name and unit, and the price when the line has none; false when there is no such good.
-    bool describe(CounterLine& line);
+    // Fills name and unit, and of a piece the price; false when there is no such good.
+    bool describe(CounterLine& line, Parcel parcel);
 
+    ReferenceHost& host_;
     ModuleCalls& calls_;
     CounterInvoice& invoice_;
     // Of the barcodes that carry a price alone and are in the sum.

@@ -88,8 +88,6 @@ QString previewOf(const BarcodeLayout& layout, const QString& barcode) {
 LayoutPage::LayoutPage(DesktopContext context, QWidget* parent)
     : ShellPage(parent), context_(context), store_(context.host.session()) {
     setObjectName(QStringLiteral("Layouts_PNL"));
-    // In a window of its own, too.
-    setStyleSheet(withThemeColors(QStringLiteral("#Problems_LBL { color: @danger@; }")));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(28, 24, 28, 20);
     layout->setSpacing(12);
@@ -185,14 +183,14 @@ void LayoutPage::makeFields(QFormLayout& form) {
         [name = title_](const BarcodeLayout& layout) { name->setText(QString::fromStdString(layout.title)); });
     auto* kind = new QComboBox;
     kind->setObjectName(QStringLiteral("BarCodeType_CMB"));
-    // In the order of the kinds, from 1.
+    // In the order of the kinds, from bftAmount.
     kind->addItems({QStringLiteral("کالا و مقدار"), QStringLiteral("جمع فاکتور"), QStringLiteral("مبلغ")});
     form.addRow(QStringLiteral("نوع بارکد"), kind);
     QObject::connect(kind, &QComboBox::currentIndexChanged, this, [this] { edited(); });
     take_.emplace_back([kind](BarcodeLayout& layout) {
-        if (kind->currentIndex() >= 0) layout.barCodeType = kind->currentIndex() + 1;
+        if (kind->currentIndex() >= 0) layout.barCodeType = kind->currentIndex() + bftAmount;
     });
-    fill_.emplace_back([kind](const BarcodeLayout& layout) { kind->setCurrentIndex(layout.barCodeType - 1); });
+    fill_.emplace_back([kind](const BarcodeLayout& layout) { kind->setCurrentIndex(layout.barCodeType - bftAmount); });
     addNumber(form, "DigitCount_EDT", QStringLiteral("تعداد رقم بارکد"), &BarcodeLayout::digitCount, kLongestBarcode);
     auto* prefix = makeText("ConstantCode_EDT", QStringLiteral("پیش‌شماره"), kLongestPrefix);
     prefix->setValidator(new PersianDigitsShown(prefix));
@@ -209,10 +207,11 @@ void LayoutPage::makeFields(QFormLayout& form) {
     addNumber(form, "ItemConstantCode_EDT", QStringLiteral("کالای ثابت"), &BarcodeLayout::itemConstantCode, kMostGoods);
     addFlag(
         "ItemCodeType_CHK", QStringLiteral("رقم‌های کالا همان کد کالاست"),
-        [](const BarcodeLayout& layout) { return layout.itemCodeType == 1; },
+        [](const BarcodeLayout& layout) { return layout.itemCodeType == kGoodFieldIsItsCode; },
         [](BarcodeLayout& layout, bool on) {
             // Every other value means the same; the one that is stored stays.
-            if (on != (layout.itemCodeType == 1)) layout.itemCodeType = on ? 1 : 2;
+            if (on != (layout.itemCodeType == kGoodFieldIsItsCode))
+                layout.itemCodeType = on ? kGoodFieldIsItsCode : kGoodFieldIsItsCode + 1;
         });
     addPlace(form, QStringLiteral("ItemCode"), QStringLiteral("کالا"), &BarcodeLayout::itemCodeStart,
              &BarcodeLayout::itemCodeCount);
@@ -353,7 +352,11 @@ void LayoutPage::refresh() {
     std::vector<QString> problems = begun ? problemsOf(edited_, layouts_) : std::vector<QString>();
     if (begun && !sample.isEmpty()) {
         const bool own = fits(edited_, sample);
-        if (!own && sample.size() != edited_.digitCount) {
+        if (!own && isFoundFor(edited_, sample)) {
+            problems.push_back(
+                QStringLiteral("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و کوچکی حرف‌ها یا فاصله "
+                               "فرق دارد."));
+        } else if (!own && sample.size() != edited_.digitCount) {
             problems.push_back(
                 QStringLiteral(
                     "این بارکد با این الگو نمی‌خواند؛ %1 رقم دارد، نه %2.")
@@ -365,13 +368,22 @@ void LayoutPage::refresh() {
                 "است."));
         }
         QStringList fitting;
+        QStringList hiding;
         for (const BarcodeLayout& other : layouts_) {
-            if (other.id != edited_.id && fits(other, sample)) fitting << nameOf(other);
+            if (other.id == edited_.id || !isFoundFor(other, sample)) continue;
+            (fits(other, sample) ? fitting : hiding) << nameOf(other);
         }
         if (!fitting.isEmpty())
             problems.push_back((own ? QStringLiteral("این بارکد با الگوی %1 هم می‌خواند.")
                                     : QStringLiteral("این بارکد با الگوی %1 می‌خواند."))
                                    .arg(fitting.join(QStringLiteral("، "))));
+        // The one that is found first is the only one that a scan looks at.
+        if (!hiding.isEmpty() && (own || !fitting.isEmpty()))
+            problems.push_back(
+                QStringLiteral("الگوی %1 هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با آن فرق دارد؛ "
+                               "اگر "
+                               "پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود.")
+                    .arg(hiding.join(QStringLiteral("، "))));
     }
     problems_->setText(QStringList(problems.begin(), problems.end()).join(QLatin1Char('\n')));
     save_->setEnabled(!(edited_ == stored_));

@@ -1,74 +1,87 @@
 #include "host/counter/layout_store.h"
 
+#include <algorithm>
+#include <iterator>
+#include <string>
+
+#include "ado/error.h"
 #include "host/services/sql_access.h"
 
 namespace basalt::host {
 
 namespace {
 
-Value integer(int value) {
-    return std::int64_t{value};
+Value valueOf(int field) {
+    return std::int64_t{field};
+}
+Value valueOf(bool field) {
+    return field;
+}
+Value valueOf(const std::string& field) {
+    return field;
+}
+
+void take(int& field, const RowSet& rows, std::size_t column, std::size_t row) {
+    field = static_cast<int>(integerAt(rows, column, row));
+}
+void take(bool& field, const RowSet& rows, std::size_t column, std::size_t row) {
+    field = integerAt(rows, column, row) != 0;
+}
+void take(std::string& field, const RowSet& rows, std::size_t column, std::size_t row) {
+    field = textAt(rows, column, row);
 }
 
 struct Column {
     const char* name;
     Value (*of)(const BarcodeLayout& layout);
+    void (*read)(BarcodeLayout& layout, const RowSet& rows, std::size_t column, std::size_t row);
 };
 
-template <int BarcodeLayout::*Field>
-Value numberOf(const BarcodeLayout& layout) {
-    return integer(layout.*Field);
+template <auto Field>
+constexpr Column column(const char* name) {
+    return {name, [](const BarcodeLayout& layout) { return valueOf(layout.*Field); },
+            [](BarcodeLayout& layout, const RowSet& rows, std::size_t column, std::size_t row) {
+                take(layout.*Field, rows, column, row);
+            }};
 }
 
+// All but the number.
 constexpr Column kColumns[] = {
-    {"Title", [](const BarcodeLayout& l) { return Value(l.title); }},
-    {"DigitCount", numberOf<&BarcodeLayout::digitCount>},
-    {"ConstantStart", numberOf<&BarcodeLayout::constantStart>},
-    {"ConstantCount", numberOf<&BarcodeLayout::constantCount>},
-    {"ConstantCode", [](const BarcodeLayout& l) { return Value(l.constantCode); }},
-    {"BarCodeType", numberOf<&BarcodeLayout::barCodeType>},
-    {"ItemConstantCode", numberOf<&BarcodeLayout::itemConstantCode>},
-    {"ItemCodeType", numberOf<&BarcodeLayout::itemCodeType>},
-    {"ItemCodeStart", numberOf<&BarcodeLayout::itemCodeStart>},
-    {"ItemCodeCount", numberOf<&BarcodeLayout::itemCodeCount>},
-    {"AmountStart", numberOf<&BarcodeLayout::amountStart>},
-    {"AmountCount", numberOf<&BarcodeLayout::amountCount>},
-    {"AmountDivide", numberOf<&BarcodeLayout::amountDivide>},
-    {"BalanceNoStart", numberOf<&BarcodeLayout::balanceNoStart>},
-    {"BalanceNoCount", numberOf<&BarcodeLayout::balanceNoCount>},
-    {"BalanceNoAsStore", [](const BarcodeLayout& l) { return Value(l.balanceNoAsStore); }},
-    {"PriceStart", numberOf<&BarcodeLayout::priceStart>},
-    {"PriceCount", numberOf<&BarcodeLayout::priceCount>},
+    column<&BarcodeLayout::title>("Title"),
+    column<&BarcodeLayout::digitCount>("DigitCount"),
+    column<&BarcodeLayout::constantStart>("ConstantStart"),
+    column<&BarcodeLayout::constantCount>("ConstantCount"),
+    column<&BarcodeLayout::constantCode>("ConstantCode"),
+    column<&BarcodeLayout::barCodeType>("BarCodeType"),
+    column<&BarcodeLayout::itemConstantCode>("ItemConstantCode"),
+    column<&BarcodeLayout::itemCodeType>("ItemCodeType"),
+    column<&BarcodeLayout::itemCodeStart>("ItemCodeStart"),
+    column<&BarcodeLayout::itemCodeCount>("ItemCodeCount"),
+    column<&BarcodeLayout::amountStart>("AmountStart"),
+    column<&BarcodeLayout::amountCount>("AmountCount"),
+    column<&BarcodeLayout::amountDivide>("AmountDivide"),
+    column<&BarcodeLayout::balanceNoStart>("BalanceNoStart"),
+    column<&BarcodeLayout::balanceNoCount>("BalanceNoCount"),
+    column<&BarcodeLayout::balanceNoAsStore>("BalanceNoAsStore"),
+    column<&BarcodeLayout::priceStart>("PriceStart"),
+    column<&BarcodeLayout::priceCount>("PriceCount"),
 };
 
-const std::string kSelect =
-    "SELECT ID, Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, BarCodeType, ItemConstantCode, "
-    "ItemCodeType, ItemCodeStart, ItemCodeCount, AmountStart, AmountCount, AmountDivide, BalanceNoStart, "
-    "BalanceNoCount, BalanceNoAsStore, PriceStart, PriceCount FROM dbo.BarCodeFormul ";
+// The names of all columns, with commas between.
+std::string listed() {
+    std::string list;
+    for (const Column& each : kColumns)
+        list += (list.empty() ? "" : ", ") + std::string(each.name);
+    return list;
+}
 
-std::vector<BarcodeLayout> layoutsOf(const RowSet& rows) {
-    std::vector<BarcodeLayout> layouts;
-    for (std::size_t row = 0; row < rows.rowCount(); ++row) {
-        const auto number = [&](std::size_t column) { return static_cast<int>(integerAt(rows, column, row)); };
-        layouts.push_back({.id = number(0),
-                           .title = textAt(rows, 1, row),
-                           .digitCount = number(2),
-                           .constantStart = number(3),
-                           .constantCount = number(4),
-                           .constantCode = textAt(rows, 5, row),
-                           .barCodeType = number(6),
-                           .itemConstantCode = number(7),
-                           .itemCodeType = number(8),
-                           .itemCodeStart = number(9),
-                           .itemCodeCount = number(10),
-                           .amountStart = number(11),
-                           .amountCount = number(12),
-                           .amountDivide = number(13),
-                           .balanceNoStart = number(14),
-                           .balanceNoCount = number(15),
-                           .balanceNoAsStore = number(16) != 0,
-                           .priceStart = number(17),
-                           .priceCount = number(18)});
+std::vector<BarcodeLayout> layoutsOf(Session& session, const std::string& behind, Values values = {}) {
+    const RowSet rows = rowsOf(session, "SELECT ID, " + listed() + " FROM dbo.BarCodeFormul " + behind, values);
+    std::vector<BarcodeLayout> layouts(rows.rowCount());
+    for (std::size_t row = 0; row < layouts.size(); ++row) {
+        take(layouts[row].id, rows, 0, row);
+        for (std::size_t i = 0; i < std::size(kColumns); ++i)
+            kColumns[i].read(layouts[row], rows, i + 1, row);
     }
     return layouts;
 }
@@ -76,12 +89,11 @@ std::vector<BarcodeLayout> layoutsOf(const RowSet& rows) {
 }  // namespace
 
 std::vector<BarcodeLayout> LayoutStore::all() {
-    return layoutsOf(rowsOf(session_, kSelect + "ORDER BY DigitCount, ConstantCode, ID"));
+    return layoutsOf(session_, "ORDER BY DigitCount, ConstantCode, ID");
 }
 
 std::optional<BarcodeLayout> LayoutStore::held(int id) {
-    std::vector<BarcodeLayout> found =
-        layoutsOf(rowsOf(session_, kSelect + "WITH (UPDLOCK, HOLDLOCK) WHERE ID = ?", {integer(id)}));
+    std::vector<BarcodeLayout> found = layoutsOf(session_, "WITH (UPDLOCK, HOLDLOCK) WHERE ID = ?", {valueOf(id)});
     if (found.empty()) return std::nullopt;
     return std::move(found.front());
 }
@@ -94,29 +106,35 @@ LayoutOutcome LayoutStore::change(const BarcodeLayout& from, const BarcodeLayout
     for (const Column& column : kColumns) {
         if (isChanged(column) && column.of(*now) != column.of(from)) return LayoutOutcome::Changed;
     }
+    std::string changes;
+    std::vector<Value> values;
     for (const Column& column : kColumns) {
         if (!isChanged(column)) continue;
-        execute(session_, std::string("UPDATE dbo.BarCodeFormul SET ") + column.name + " = ? WHERE ID = ?",
-                {column.of(to), integer(from.id)});
+        changes += (changes.empty() ? "" : ", ") + std::string(column.name) + " = ?";
+        values.push_back(column.of(to));
+    }
+    if (!values.empty()) {
+        values.push_back(valueOf(from.id));
+        (void)session_.run("UPDATE dbo.BarCodeFormul SET " + changes + " WHERE ID = ?", values);
     }
     transaction.commit();
     return LayoutOutcome::Written;
 }
 
-int LayoutStore::add(const BarcodeLayout& l) {
+int LayoutStore::add(const BarcodeLayout& layout) {
+    std::string places;
+    std::vector<Value> values;
+    for (const Column& column : kColumns) {
+        places += places.empty() ? "?" : ", ?";
+        values.push_back(column.of(layout));
+    }
     // In one batch: the number is that of this insert, whatever other clients add.
-    const RowSet made = rowsOf(
-        session_,
-        "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, BarCodeType, "
-        "ItemConstantCode, ItemCodeType, ItemCodeStart, ItemCodeCount, AmountStart, AmountCount, AmountDivide, "
-        "BalanceNoStart, BalanceNoCount, BalanceNoAsStore, PriceStart, PriceCount) VALUES (?, ?, ?, ?, ?, ?, ?, ?, "
-        "?, ?, ?, ?, ?, ?, ?, ?, ?, ?); SELECT SCOPE_IDENTITY()",
-        {l.title, integer(l.digitCount), integer(l.constantStart), integer(l.constantCount), l.constantCode,
-         integer(l.barCodeType), integer(l.itemConstantCode), integer(l.itemCodeType), integer(l.itemCodeStart),
-         integer(l.itemCodeCount), integer(l.amountStart), integer(l.amountCount), integer(l.amountDivide),
-         integer(l.balanceNoStart), integer(l.balanceNoCount), l.balanceNoAsStore, integer(l.priceStart),
-         integer(l.priceCount)});
-    return static_cast<int>(integerAt(made, 0, 0));
+    const BatchResult made = session_.run(
+        "INSERT INTO dbo.BarCodeFormul (" + listed() + ") VALUES (" + places + "); SELECT SCOPE_IDENTITY()", values);
+    const auto number = std::find_if(made.results.begin(), made.results.end(),
+                                     [](const StatementResult& each) { return each.rows.has_value(); });
+    if (number == made.results.end()) throw UsageError("the new layout's number was not answered");
+    return static_cast<int>(integerAt(*number->rows, 0, 0));
 }
 
 LayoutOutcome LayoutStore::remove(const BarcodeLayout& read) {
@@ -124,7 +142,7 @@ LayoutOutcome LayoutStore::remove(const BarcodeLayout& read) {
     const auto now = held(read.id);
     if (!now) return LayoutOutcome::Gone;
     if (*now != read) return LayoutOutcome::Changed;
-    execute(session_, "DELETE FROM dbo.BarCodeFormul WHERE ID = ?", {integer(read.id)});
+    execute(session_, "DELETE FROM dbo.BarCodeFormul WHERE ID = ?", {valueOf(read.id)});
     transaction.commit();
     return LayoutOutcome::Written;
 }

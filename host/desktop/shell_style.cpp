@@ -1,5 +1,6 @@
 #include "host/desktop/shell_style.h"
 
+#include "host/screens/page_style.h"
 #include "host/screens/theme.h"
 
 namespace basalt::host {
@@ -9,12 +10,9 @@ constexpr int kTileHeight = 70;
 
 constexpr const char* kSheet = R"(
 #SignIn_FRM, #DatabaseProblem_FRM { background: @surface@; }
-QLabel[kind="field"] { color: @muted@; font-weight: 500; }
 QLabel[kind="notice"] {
     background: @accentSoft@; color: @accentDark@; border-radius: 6px; padding: 8px 10px;
 }
-QLabel[kind="pageTitle"] { font-size: 17pt; font-weight: 700; color: @text@; }
-QLabel[kind="sectionTitle"] { font-size: 11.5pt; font-weight: 700; color: @text@; }
 
 #MainShell_FRM, #Pages_PNL, #Pages_PNL > QWidget { background: @window@; }
 #Header_PNL { background: @surface@; border-bottom: 1px solid @border@; }
@@ -49,15 +47,13 @@ QPushButton[kind="tile"][locked="true"] QLabel[kind="tileTitle"] { color: @muted
 
 QFrame[kind="panel"] { background: @surface@; border: 1px solid @border@; border-radius: 10px; }
 QLabel[kind="code"], QPlainTextEdit[kind="code"], QTableWidget[kind="code"] { font-family: "Vazirmatn", monospace; }
-QLabel[kind="problem"] { color: @danger@; font-size: 9.5pt; }
 QLabel[kind="success"] { color: @success@; font-weight: 500; }
-QTableWidget::item { padding: 4px 8px; border-bottom: 1px solid @window@; }
 )";
 
 }  // namespace
 
 QString shellStyleSheet() {
-    QString sheet = withThemeColors(QString::fromUtf8(kSheet));
+    QString sheet = pageStyleSheet() + withThemeColors(QString::fromUtf8(kSheet));
     return sheet.replace(QLatin1String("@tileHeight@"), QString::number(themePixels(kTileHeight)));
 }
 

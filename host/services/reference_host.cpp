@@ -1,5 +1,7 @@
 #include "host/services/reference_host.h"
 
+#include <algorithm>
+
 #include "host/services/host_parts.h"
 #include "host/services/jalali_calendar.h"
 #include "host/services/sql_access.h"
@@ -240,7 +242,17 @@ std::vector<std::string> ReferenceHost::StoredList(const std::string& name) {
 }
 
 void ReferenceHost::StoreList(const std::string& name, const std::vector<std::string>& values) {
-    properties_.setList(UserInfo().Code, name, values);
+    const int user = UserInfo().Code;
+    HostTransaction transaction(session_);
+    execute(session_, "SELECT Value FROM dbo.HostProperties WITH (UPDLOCK, HOLDLOCK) WHERE UserCode = ? AND Name = ?",
+            {std::int64_t{user}, name});
+    // Another program of the user may have added to the list since the caller read it; that stays.
+    std::vector<std::string> kept = properties_.getList(user, name);
+    for (const std::string& value : values) {
+        if (std::find(kept.begin(), kept.end(), value) == kept.end()) kept.push_back(value);
+    }
+    properties_.setList(user, name, kept);
+    transaction.commit();
 }
 
 std::string ReferenceHost::NowDate(const std::string& separator) {

@@ -66,6 +66,88 @@ TEST(BarcodeLayout, fitsByLengthAndPrefix) {
     EXPECT_FALSE(fits(weightLayout(), ""));
 }
 
+TEST(BarcodeLayout, theServerFindsWhatDiffersInCase) {
+    BarcodeLayout layout = weightLayout();
+    layout.constantCode = "AB";
+    EXPECT_TRUE(isFoundFor(layout, "AB00057012505"));
+    EXPECT_TRUE(fits(layout, "AB00057012505"));
+    EXPECT_TRUE(isFoundFor(layout, " ab00057012505"));
+    EXPECT_FALSE(fits(layout, "ab00057012505"));
+    EXPECT_FALSE(isFoundFor(layout, "ac00057012505"));
+    EXPECT_FALSE(isFoundFor(layout, "AB0005701250"));
+    layout.constantCode = "AB ";
+    EXPECT_TRUE(isFoundFor(layout, "AB00057012505"));
+    EXPECT_FALSE(fits(layout, "AB00057012505"));
+}
+
+std::string fault(const BarcodeLayout& layout, const char* barcode, bool byScaleCode = true) {
+    return faultOf(layout, QString::fromUtf8(barcode), byScaleCode).value_or(QStringLiteral("none")).toStdString();
+}
+
+TEST(BarcodeFault, aBarcodeThatHoldsWhatItsLayoutWantsHasNone) {
+    EXPECT_EQ(fault(weightLayout(), "2800057012505"), "none");
+    BarcodeLayout layout = weightLayout();
+    layout.amountCount = 0;
+    EXPECT_EQ(fault(layout, "2800057xxxxx5"), "none");  // an amount that is not looked at
+    layout.itemConstantCode = 105;
+    EXPECT_EQ(fault(layout, "28xxxxx012505"), "none");
+    layout.barCodeType = 9;
+    layout.priceCount = 5;
+    EXPECT_EQ(fault(layout, "28xxxxxxxxxxx"), "none");
+}
+
+TEST(BarcodeFault, aGoodsFieldOutsideOfTheBarcodeIsTold) {
+    const std::string text =
+        "الگوی «وزن» در این بارکد جایی برای «کالا» ندارد. جای آن را در صفحهٔ الگوهای بارکد درست کنید.";
+    BarcodeLayout layout = weightLayout();
+    layout.itemCodeStart = 14;
+    EXPECT_EQ(fault(layout, "2800057012505"), text);
+    layout.itemCodeType = 2;
+    EXPECT_EQ(fault(layout, "2800057012505", false), text);
+    layout.itemCodeStart = 3;
+    layout.itemCodeCount = 0;
+    EXPECT_EQ(fault(layout, "2800057012505"), text);
+    layout = weightLayout();
+    layout.itemCodeStart = 2147483647;
+    layout.itemCodeCount = 2147483647;
+    EXPECT_EQ(fault(layout, "2800057012505"), text);
+}
+
+TEST(BarcodeFault, aCodeThatNoGoodCanHaveIsTold) {
+    BarcodeLayout layout = weightLayout();
+    layout.digitCount = 20;
+    layout.itemCodeCount = 12;
+    layout.amountCount = 0;
+    EXPECT_EQ(fault(layout, "28002147483647012505"), "none");
+    EXPECT_EQ(fault(layout, "28002147483648012505"),
+              "کد کالای بارکد، ۰۰۲۱۴۷۴۸۳۶۴۸، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی «وزن» درست "
+              "کنید.");
+    layout.itemCodeType = 2;
+    EXPECT_EQ(fault(layout, "28002147483648012505"), "none");  // a scale code
+    layout = weightLayout();
+    EXPECT_EQ(
+        fault(layout, "280x057012505"),
+        "در بارکد ۲۸۰x۰۵۷۰۱۲۵۰۵ به جای کد کالا نوشته است «۰x۰۵۷» که کد نیست. اگر بارکد درست است، جای «کالا» را در "
+        "الگوی «وزن» درست کنید.");
+}
+
+TEST(BarcodeFault, amountsAndPricesThatAreNoNumbersAreTold) {
+    BarcodeLayout layout = weightLayout();
+    EXPECT_EQ(fault(layout, "28000570x2505"),
+              "در بارکد ۲۸۰۰۰۵۷۰x۲۵۰۵ به جای «مقدار» نوشته است «۰x۲۵۰» که عدد نیست. اگر بارکد درست است، جای «مقدار» را "
+              "در الگوی «وزن» درست کنید.");
+    layout.amountStart = 14;
+    EXPECT_EQ(fault(layout, "2800057012505"),
+              "الگوی «وزن» در این بارکد جایی برای «مقدار» ندارد. جای آن را در صفحهٔ الگوهای بارکد درست کنید.");
+    for (const int kind : {2, 3}) {
+        layout.barCodeType = kind;
+        layout.priceStart = 20;
+        layout.priceCount = kind == 2 ? 0 : 4;
+        EXPECT_EQ(fault(layout, "2800057012505"),
+                  "الگوی «وزن» در این بارکد جایی برای «مبلغ» ندارد. جای آن را در صفحهٔ الگوهای بارکد درست کنید.");
+    }
+}
+
 TEST(BarcodeLayout, twoMayFitTheSameBarcode) {
     const BarcodeLayout one = weightLayout();
     BarcodeLayout other = weightLayout();

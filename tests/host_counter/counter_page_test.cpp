@@ -676,6 +676,127 @@ TEST_F(Counter, numbersOfTheServerAreNoCodes) {
     EXPECT_TRUE(takeMessages().empty());
 }
 
+TEST_F(Counter, aLayoutThatLooksInTheWrongPlaceIsToldInPlainWords) {
+    execute(
+        *session,
+        "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, BarCodeType, "
+        "ItemCodeType, ItemCodeStart, ItemCodeCount, AmountStart, AmountCount, PriceStart, PriceCount) VALUES "
+        "(N'بیرون', 13, 1, 2, N'31', 1, 1, 14, 5, 8, 5, 0, 0), (N'دراز', 20, 1, 2, N'32', 1, 1, 3, 12, 0, 0, 0, 0), "
+        "(N'بیرون ۲', 13, 1, 2, N'33', 1, 1, 14, 5, 8, 5, 3, 5), (N'دراز ۲', 20, 1, 2, N'34', 1, 1, 3, 12, 0, 0, "
+        "15, 5)");
+    const std::pair<const char*, const char*> cases[] = {
+        {"3100105012507",
+         "الگوی «بیرون» در این بارکد جایی برای «کالا» ندارد. جای آن را در صفحهٔ الگوهای بارکد درست کنید."},
+        {"32999999999999000000",
+         "کد کالای بارکد، ۹۹۹۹۹۹۹۹۹۹۹۹، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی «دراز» درست "
+         "کنید."},
+        {"3300105012507",
+         "الگوی «بیرون ۲» در این بارکد جایی برای «کالا» ندارد. جای آن را در صفحهٔ الگوهای بارکد درست کنید."},
+        {"34999999999999000000",
+         "کد کالای بارکد، ۹۹۹۹۹۹۹۹۹۹۹۹، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی «دراز ۲» درست "
+         "کنید."},
+    };
+    for (const auto& [barcode, text] : cases) {
+        scan(barcode);
+        EXPECT_EQ(mood(), "refused") << barcode;
+        EXPECT_EQ(shown(*page, "Result_LBL"), text);
+        EXPECT_TRUE(takeMessages().empty()) << barcode;
+    }
+    EXPECT_TRUE(lines().empty());
+    scan("2800105012507");
+    EXPECT_EQ(mood(), "added");
+}
+
+TEST_F(Counter, aLevelThatGivesAGoodAwayGivesItAway) {
+    execute(*session, "UPDATE dbo.GoodInf SET ConsumerPrice = 5000 WHERE Code = 105");
+    execute(*session,
+            "UPDATE dbo.GoodCostDiscount SET CostLevel_Sell_1 = 0, Default_CostLevel_Sell_Number = 1 WHERE GoodCode = "
+            "105");
+    scan("2800105012507");
+    EXPECT_EQ(mood(), "warned");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "۱٫۲۵ کیلوگرم «موز درجه یک» افزوده شد؛ قیمت آن صفر است.");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۰");
+}
+
+// Prices of good 105: 1000 for anybody, 700 for person 12.
+class CounterPrices : public Counter {
+protected:
+    CounterPrices() {
+        execute(
+            *session,
+            "UPDATE dbo.GoodCostDiscount SET CostLevel_Sell_1 = 1000, CostLevel_Sell_3 = 700, "
+            "Default_CostLevel_Sell_Number = 1 WHERE GoodCode = 105 "
+            "DELETE FROM dbo.costlist WHERE [Type] = 1 AND TypeCode IN (12, 13) "
+            "INSERT INTO dbo.costlist ([Type], [Status], TypeCode, CostLevelCode, [Default]) VALUES (1, 0, 12, 3, 1)");
+    }
+    void name(const char* person) {
+        type(*page, "Person_EDT", person);
+        QTest::keyClick(page->focusWidget(), Qt::Key_Return);
+    }
+    [[nodiscard]] std::vector<std::string> prices() const {
+        const auto& grid = control<QTableWidget>(*page, "Lines_GRD");
+        std::vector<std::string> texts;
+        for (int row = 0; row < grid.rowCount(); ++row)
+            texts.push_back(grid.item(row, 4)->text().toStdString());
+        return texts;
+    }
+};
+
+TEST_F(CounterPrices, linesFollowThePersonWhenTheUserWantsIt) {
+    scan("2800105010007");
+    EXPECT_THAT(prices(), ElementsAre("۱٬۰۰۰"));
+    messages.answers = {mrYes};
+    name("12");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgTakePersonsPrices()"));
+    EXPECT_THAT(prices(), ElementsAre("۷۰۰"));
+    EXPECT_EQ(shown(*page, "Result_LBL"), "قیمت سطرها از نو گرفته شد.");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۷۰۰");
+    store(1);
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "matched");
+    EXPECT_TRUE(takeMessages().empty());
+}
+
+TEST_F(CounterPrices, whoKeepsThePricesIsNotAskedAgain) {
+    scan("2800105010007");
+    messages.answers = {mrNo};
+    name("12");
+    EXPECT_EQ(takeMessages().size(), 1U);
+    EXPECT_EQ(shown(*page, "Result_LBL"), "سطرهای پیشین با همان قیمت ماندند.");
+    name("12");
+    scan("2800105010007");
+    EXPECT_THAT(prices(), ElementsAre("۱٬۰۰۰", "۷۰۰"));
+    store(1);
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "matched");
+    EXPECT_TRUE(takeMessages().empty());
+}
+
+TEST_F(CounterPrices, nobodyIsAskedWhereNothingDiffers) {
+    name("12");
+    scan("2800105010007");
+    scan("6267311001001");  // what its maker printed has one price for all
+    name("12");
+    EXPECT_TRUE(takeMessages().empty());
+    click(*page, "Removing_BTN");
+    scan("2800105010007");
+    name("13");
+    EXPECT_TRUE(takeMessages().empty());
+    EXPECT_EQ(lines().size(), 1U);
+}
+
+TEST_F(CounterPrices, aPersonNamedJustBeforeSavingCountsToo) {
+    store(1);
+    scan("2800105010007");
+    messages.answers = {mrYes};
+    control<QSpinBox>(*page, "Person_EDT").setValue(12);  // and saved by its key, without an Enter
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "matched");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgTakePersonsPrices()"));
+    EXPECT_EQ(linesOf(*session, "SELECT Fi FROM dbo.Kardex WHERE kala = 105 AND Tedad = -1 AND PerCode = 12").at(0),
+              "700.000000000");
+}
+
 TEST_F(Counter, nothingWeighedIsNoLine) {
     scan("2800097000005");
     EXPECT_EQ(mood(), "refused");

@@ -62,6 +62,26 @@ TEST_F(Layouts, previewsWhatIsTyped) {
     EXPECT_THAT(problems(), HasSubstr("وزن با کد کالا"));
 }
 
+TEST_F(Layouts, theCaseOfAPrefixIsToldAsAScanMeetsIt) {
+    execute(
+        *session,
+        "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, BarCodeType, "
+        "ItemConstantCode) VALUES (N'بزرگ', 13, 1, 2, N'AB', 1, 105), (N'کوچک', 13, 1, 2, N'ab', 1, 98)");
+    page->enter();
+    choose("AB");
+    type(*page, "Sample_EDT", "AB00105012507");
+    EXPECT_THAT(
+        problems(),
+        HasSubstr("الگوی کوچک هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با آن فرق "
+                  "دارد؛ "
+                  "اگر پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود."));
+    type(*page, "Sample_EDT", "aB00105012507");
+    EXPECT_THAT(problems(), HasSubstr("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و کوچکی حرف‌ها "
+                                      "یا فاصله فرق "
+                                      "دارد."));
+    EXPECT_THAT(problems(), Not(HasSubstr("پیدا می‌شود")));  // no layout reads it anyway
+}
+
 TEST_F(Layouts, aNewLayoutIsNotWrongBeforeItIsBegun) {
     type(*page, "Sample_EDT", "2800105012507");
     click(*page, "New_BTN");

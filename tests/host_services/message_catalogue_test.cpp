@@ -51,7 +51,7 @@ TEST(MessageCatalogue, everyOperationOfTheContractHasASentenceOfItsOwn) {
     for (const char* operation :
          {"MsgRequiredField", "MsgRepeatedField", "MsgDeleteRow", "MsgDeleteItem", "MSGInUse", "MsgHasSubRecords",
           "DeleteDefault", "NotEditable", "MsgNotSelected", "MsgUnsavedChanges", "MsgRecordGone", "MsgRecordChanged",
-          "MsgOpenElsewhere", "MsgProgramMissing", "MsgProgramFailed", "HavePermission"}) {
+          "MsgOpenElsewhere", "MsgProgramMissing", "MsgProgramFailed", "MsgTakePersonsPrices", "HavePermission"}) {
         const std::string text = textOf(operation, {"الف", "ب"});
         EXPECT_THAT(text, Not(HasSubstr(operation)));
         EXPECT_THAT(text, Not(HasSubstr("%")));

@@ -1,6 +1,8 @@
 // Settings, form options and properties: what is kept for the company and for each user.
 #include <gmock/gmock.h>
 
+#include <thread>
+
 #include "tests/host_services/demo_database.h"
 
 namespace basalt::host {
@@ -167,6 +169,42 @@ TEST_F(UserStoresTest, propertiesKeepTextsAndLists) {
     EXPECT_THAT(properties.getList(1, "weights"), IsEmpty());
     properties.remove(1, "a");
     EXPECT_EQ(properties.get(1, "a"), std::nullopt);
+}
+
+class StoredLists : public DemoFileTest {};
+
+TEST_F(StoredLists, whatAnotherProgramAddedSinceTheListWasReadStays) {
+    const auto one = openDatabase(path());
+    const auto other = openDatabase(path());
+    ReferenceHost here(*one, workstation("یک"));
+    ReferenceHost there(*other, workstation("دو"));
+    here.signInAs(1);
+    there.signInAs(1);
+    here.StoreList("weights", {"1"});
+    there.StoreList("weights", {"2", "1"});
+    here.StoreList("weights", {"1", "3"});
+    EXPECT_THAT(there.StoredList("weights"), ElementsAre("1", "2", "3"));
+    there.signInAs(2);
+    EXPECT_THAT(there.StoredList("weights"), IsEmpty());
+}
+
+TEST_F(StoredLists, programsThatAddAtTheSameMomentKeepEachOthersLines) {
+    constexpr int kLines = 25;
+    const auto add = [this](const std::string& who) {
+        const auto session = openDatabase(path());
+        ReferenceHost host(*session, workstation(who));
+        host.signInAs(1);
+        std::vector<std::string> read = host.StoredList("weights");
+        for (int i = 0; i < kLines; ++i) {
+            read.push_back(who + std::to_string(i));
+            host.StoreList("weights", read);
+        }
+    };
+    std::thread other(add, "b");
+    add("a");
+    other.join();
+    const auto session = openDatabase(path());
+    EXPECT_EQ(PropertyStore(*session).getList(1, "weights").size(), 2U * kLines);
 }
 
 }  // namespace
