@@ -10,7 +10,9 @@ BEGIN
         Title nvarchar(50) NULL,
         DigitCount int NOT NULL,
         ConstantStart int NOT NULL,
-        ConstantCount int NOT NULL,
+        -- A scan compares the prefixes of all layouts of its length; below 0 that is an error, whatever is scanned. A table
+        -- that is there already keeps its rows and has no such check.
+        ConstantCount int NOT NULL CONSTRAINT CK_BarCodeFormul_ConstantCount CHECK (ConstantCount >= 0),
         ConstantCode nvarchar(20) NOT NULL,
         BarCodeType int NOT NULL,
         ItemConstantCode int NOT NULL CONSTRAINT DF_BarCodeFormul_ItemConstantCode DEFAULT 0,

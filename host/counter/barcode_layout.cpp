@@ -86,7 +86,8 @@ std::optional<QString> goodFault(const BarcodeLayout& layout, const QString& bar
     (void)characters.toInt(&holds);
     if (holds) return std::nullopt;
     return QStringLiteral(
-               "کد کالای بارکد، %1، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی «%2» درست "
+               "کد کالای بارکد، %1، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی «%2» "
+               "درست "
                "کنید.")
         .arg(persianDigits(characters), nameOf(layout));
 }
@@ -168,6 +169,15 @@ std::optional<QString> faultOf(const BarcodeLayout& layout, const QString& barco
     return numberFault(layout, scanned, LayoutField::Price, layout.priceStart, layout.priceCount);
 }
 
+QString prefixFault(const BarcodeLayout& layout) {
+    return QStringLiteral(
+               "تعداد رقم پیش‌شمارهٔ الگوی «%1» منفی است و تا درست نشود بارکدهای %2 رقمی خوانده نمی‌شوند. آن را "
+               "در "
+               "صفحهٔ "
+               "الگوهای بارکد درست کنید.")
+        .arg(nameOf(layout), number(layout.digitCount));
+}
+
 bool mayBothFit(const BarcodeLayout& a, const BarcodeLayout& b) {
     if (a.digitCount != b.digitCount || !canFit(a) || !canFit(b)) return false;
     const QString prefix = compared(constantOf(a));
@@ -183,6 +193,11 @@ bool mayBothFit(const BarcodeLayout& a, const BarcodeLayout& b) {
 
 std::vector<QString> problemsOf(const BarcodeLayout& layout, const std::vector<BarcodeLayout>& others) {
     std::vector<QString> problems;
+    if (layout.barCodeType < bftAmount || layout.barCodeType > bftConstPrice)
+        problems.push_back(QStringLiteral("نوع بارکد %1 شناخته نیست و اسکن با این الگو کاری نمی‌کند. نوع آن "
+                                          "را "
+                                          "برگزینید.")
+                               .arg(number(layout.barCodeType)));
     const std::vector<FieldSpan> spans = spansOf(layout);
     for (const FieldSpan& span : spans) {
         if (span.begin < 1 || span.end > layout.digitCount + 1)
@@ -196,7 +211,9 @@ std::vector<QString> problemsOf(const BarcodeLayout& layout, const std::vector<B
                                        .arg(titleOf(spans[i].field), titleOf(spans[k].field)));
         }
     }
-    if (constantOf(layout).size() != layout.constantCount)
+    if (layout.constantCount < 0)
+        problems.push_back(prefixFault(layout));
+    else if (constantOf(layout).size() != layout.constantCount)
         problems.push_back(QStringLiteral("پیش‌شماره %1 نویسه است، نه %2.")
                                .arg(number(static_cast<int>(constantOf(layout).size())), number(layout.constantCount)));
     if (layout.barCodeType == bftAmount && layout.itemConstantCode <= 0 && layout.itemCodeCount <= 0)

@@ -68,12 +68,16 @@ struct FieldSpan {
 // nothing in it stands in the way. byScaleCode: goods whose field is not their code are found by their scale codes.
 [[nodiscard]] std::optional<QString> faultOf(const BarcodeLayout& layout, const QString& barcode, bool byScaleCode);
 
+// A prefix of less than no characters keeps the server from comparing it, and so from finding any layout: what of the
+// layout is to be mended.
+[[nodiscard]] QString prefixFault(const BarcodeLayout& layout);
+
 // Whether there is a barcode that the server would give both for; either may come first.
 [[nodiscard]] bool mayBothFit(const BarcodeLayout& a, const BarcodeLayout& b);
 
 // What is wrong with the layout, in sentences for people: fields that overlap, that reach beyond the barcode, a prefix
-// that is not as long as its field, a field that its kind needs and does not have, others that fit the same barcodes. A
-// layout is not compared with itself (the same id, when stored).
+// that is not as long as its field, a kind that nobody knows, a field that its kind needs and does not have, others
+// that fit the same barcodes. A layout is not compared with itself (the same id, when stored).
 [[nodiscard]] std::vector<QString> problemsOf(const BarcodeLayout& layout, const std::vector<BarcodeLayout>& others);
 
 }  // namespace basalt::host

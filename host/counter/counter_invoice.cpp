@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "host/counter/money.h"
 #include "package/numbers.h"
 
 namespace basalt::host {
@@ -14,23 +15,39 @@ constexpr std::size_t kRowsOfATable = 500;
 constexpr const char* kOpening = "SELECT Code, Anbar, Mogodi FROM (VALUES ";
 constexpr const char* kClosing = ") AS L (Code, Anbar, Mogodi)";
 
+bool isParcel(const CounterLine& line) {
+    return !line.barcode.empty();
+}
+
 }  // namespace
 
-std::optional<CounterLine> CounterInvoice::takeParcel(int good, Extended amount, Extended price) {
-    const auto last = [this](auto fits) { return std::find_if(lines_.rbegin(), lines_.rend(), fits); };
-    const auto isIt = [&](const CounterLine& each) { return each.good == good && each.amount == amount; };
-    auto line = last([&](const CounterLine& each) { return isIt(each) && each.price == price; });
-    if (line == lines_.rend()) line = last(isIt);
+void CounterInvoice::add(CounterLine line) {
+    line.scanned = line.amount;
+    lines_.push_back(std::move(line));
+}
+
+template <class Fits>
+std::optional<CounterLine> CounterInvoice::takeLast(Extended price, Fits fits) {
+    auto line = std::find_if(lines_.rbegin(), lines_.rend(),
+                             [&](const CounterLine& each) { return fits(each) && each.price == price; });
+    if (line == lines_.rend()) line = std::find_if(lines_.rbegin(), lines_.rend(), fits);
     if (line == lines_.rend()) return std::nullopt;
     CounterLine taken = std::move(*line);
     lines_.erase(std::next(line).base());
     return taken;
 }
 
+std::optional<CounterLine> CounterInvoice::takeParcel(int good, Extended amount, Extended price) {
+    return takeLast(
+        price, [&](const CounterLine& each) { return each.good == good && isParcel(each) && each.scanned == amount; });
+}
+
 std::optional<CounterLine> CounterInvoice::takePiece(int good, Extended price) {
-    if (auto taken = takeParcel(good, 1, price)) return taken;
+    const auto isPiece = [good](const CounterLine& each) { return each.good == good && !isParcel(each); };
+    if (auto taken = takeLast(price, [&](const CounterLine& each) { return isPiece(each) && each.amount == 1; }))
+        return taken;
     const auto line = std::find_if(lines_.rbegin(), lines_.rend(),
-                                   [&](const CounterLine& each) { return each.good == good && each.amount > 1; });
+                                   [&](const CounterLine& each) { return isPiece(each) && each.amount > 1; });
     if (line == lines_.rend()) return std::nullopt;
     line->amount -= 1;
     CounterLine taken = *line;
@@ -40,16 +57,14 @@ std::optional<CounterLine> CounterInvoice::takePiece(int good, Extended price) {
 
 Extended CounterInvoice::lineTotal(std::size_t index) const {
     const CounterLine& line = lines_.at(index);
-    const Extended exact = line.amount * line.price;
-    const auto rounded = Decimal::fromExtended(exact, decimals_);
-    return rounded ? rounded->toExtended() : exact;
+    return moneyOf(line.amount, line.price, decimals_).toExtended();
 }
 
-Extended CounterInvoice::total() const {
-    Extended sum = 0;
-    for (std::size_t i = 0; i < lines_.size(); ++i)
-        sum += lineTotal(i);
-    return sum;
+Extended CounterInvoice::total(Extended more) const {
+    Decimal sum = moneyOf(more, 1, decimals_);
+    for (const CounterLine& line : lines_)
+        sum = sumOf(sum, moneyOf(line.amount, line.price, decimals_));
+    return sum.toExtended();
 }
 
 void CounterInvoice::setPrices(const std::vector<Extended>& prices, int person) {

@@ -18,6 +18,7 @@ struct CounterLine {
     std::string name;
     std::string unit = {};
     Extended amount = 0;
+    Extended scanned = 0;  // what the label says; the amount may be less, without its boxes
     Extended price = 0;
     std::string scale = {};    // the scale's number; empty for none
     std::string barcode = {};  // the scale's label; empty for a piece
@@ -29,12 +30,13 @@ public:
     // decimals: of amounts of money, 0 to 9; lines are rounded half away from zero.
     explicit CounterInvoice(int decimals) : decimals_(decimals) {}
 
-    void add(CounterLine line) { lines_.push_back(std::move(line)); }
-    // Takes off the last line of that good and amount: one of that price when there is any, since labels of equal
-    // weight may say different prices. nullopt when no line has that amount; a parcel is whole or not there.
+    // A line with a barcode is a weighed parcel, any other one are pieces. The amount is what was scanned.
+    void add(CounterLine line);
+    // Takes off the last parcel of that good whose label says that amount: one of that price when there is any, since
+    // labels of equal weight may say different prices. nullopt when there is none; a parcel is whole or not there.
     std::optional<CounterLine> takeParcel(int good, Extended amount, Extended price);
-    // Takes one piece off: a line of one, else from the last line of the good that has more. nullopt when there is
-    // none.
+    // Takes one piece off: a line of one, of that price when there is any, else from the last line that has more
+    // pieces. nullopt when there is none.
     std::optional<CounterLine> takePiece(int good, Extended price);
     void remove(std::size_t index) { lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(index)); }
     void setAmount(std::size_t index, Extended amount) { lines_.at(index).amount = amount; }
@@ -44,13 +46,18 @@ public:
 
     [[nodiscard]] const std::vector<CounterLine>& lines() const { return lines_; }
     [[nodiscard]] Extended lineTotal(std::size_t index) const;
-    [[nodiscard]] Extended total() const;
+    // Of the lines and what is to be paid besides.
+    [[nodiscard]] Extended total(Extended more = 0) const;
 
     // A statement that gives what the invoice takes out of a store: Code, Anbar, Mogodi (negative), one row a good, by
     // the first appearance of the goods. Empty for an invoice without lines.
     [[nodiscard]] std::string stockQuery(int store) const;
 
 private:
+    // The last line that fits, of that price when there is one.
+    template <class Fits>
+    std::optional<CounterLine> takeLast(Extended price, Fits fits);
+
     int decimals_;
     std::vector<CounterLine> lines_;
 };

@@ -344,6 +344,7 @@ void CounterPage::offerPrices() {
         return;
     }
     std::vector<Extended> kept;
+    kept.reserve(lines.size());
     for (const CounterLine& line : lines)
         kept.push_back(line.price);
     invoice_.setPrices(kept, person);
@@ -432,7 +433,7 @@ void CounterPage::showLines() {
     if (!lines.empty() && grid_->currentRow() < 0) grid_->setCurrentCell(grid_->rowCount() - 1, 0);
     const Extended sum = scanner_.priceSum();
     priceSum_->setText(sum == 0 ? QString() : QStringLiteral("جمع بارکدهای مبلغی: %1").arg(amountText(sum)));
-    total_->setText(QStringLiteral("جمع فاکتور: %1").arg(amountText(invoice_.total() + sum)));
+    total_->setText(QStringLiteral("جمع فاکتور: %1").arg(amountText(invoice_.total(sum))));
 }
 
 int CounterPage::currentLine() const {

@@ -39,10 +39,18 @@ std::optional<int> codeOf(const std::string& text) {
     return digits && fits ? std::optional(code) : std::nullopt;
 }
 
+constexpr int kInvalidLength = 537;  // of a SUBSTRING
+
 // What a server says of a statement into which a field was put that is empty, no number or too large a one.
-bool mayBeOfBarcode(ErrorCategory category) {
+bool mayBeOfBarcode(const DatabaseError& error) {
+    const ErrorCategory category = error.category();
     return category == ErrorCategory::Conversion || category == ErrorCategory::Syntax ||
-           category == ErrorCategory::NotFound;
+           category == ErrorCategory::NotFound || error.nativeCode() == kInvalidLength;
+}
+
+bool isDigits(const QString& code) {
+    return std::all_of(code.begin(), code.end(),
+                       [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); });
 }
 
 QString inGuillemets(const std::string& name) {
@@ -78,6 +86,8 @@ ScanReport CounterScanner::scan(const QString& typed, const ScanOptions& options
     const QString code = repairedScan(typed);
     if (!isPlainCode(code)) return {ScanMood::Refused, QStringLiteral("بارکد خوانا نیست: %1").arg(code)};
 
+    if (auto fault = unsafeField(code)) return {ScanMood::Refused, *std::move(fault)};
+
     bool equal = false;
     const Extended sumBefore = priceSum();
     ModuleReply reply;
@@ -85,8 +95,9 @@ ScanReport CounterScanner::scan(const QString& typed, const ScanOptions& options
         const Listening listening(calls_, Datum::event([&equal] { equal = true; }));
         reply = extract(options.removing ? butDelete : butNew, code.toStdString(), options.person);
     } catch (const DatabaseError& error) {
-        if (!mayBeOfBarcode(error.category())) throw;
+        if (!mayBeOfBarcode(error)) throw;
         if (auto fault = faultIn(code)) return {ScanMood::Refused, *std::move(fault)};
+        if (auto fault = brokenPrefix()) return {ScanMood::Refused, *std::move(fault)};
         if (error.category() != ErrorCategory::Conversion) throw;
         return {ScanMood::Refused, QStringLiteral("بارکد %1 در جای عدد، نویسهٔ دیگری دارد.").arg(persianDigits(code))};
     }
@@ -121,6 +132,18 @@ std::optional<QString> CounterScanner::faultIn(const QString& code) {
     return std::nullopt;
 }
 
+// Digits do no harm in a statement.
+std::optional<QString> CounterScanner::unsafeField(const QString& code) {
+    return isDigits(code) ? std::nullopt : faultIn(code);
+}
+
+std::optional<QString> CounterScanner::brokenPrefix() {
+    for (const BarcodeLayout& layout : LayoutStore(host_.session()).all()) {
+        if (layout.constantCount < 0) return prefixFault(layout);
+    }
+    return std::nullopt;
+}
+
 ScanReport CounterScanner::refused(const QString& code, const QString& text) {
     return {ScanMood::Refused, faultIn(code).value_or(text)};
 }
@@ -131,7 +154,9 @@ ScanReport CounterScanner::takeGood(const QString& code, const ScanOptions& opti
     const auto good = codeOf(data["GoodCode"].asText());
     if (!good) return refused(code, QStringLiteral("بارکد خوانا نیست: «%1» کد کالا نیست.").arg(goodText));
     if (calls_("GetGoodInFromBarCode", {}).result.asInteger() != kExists)
-        return {ScanMood::Refused, QStringLiteral("کالای %1 تعریف نشده است.").arg(goodText)};
+        return {ScanMood::Refused, *good == 0
+                                       ? QStringLiteral("کالایی برای بارکد %1 تعریف نشده است.").arg(persianDigits(code))
+                                       : QStringLiteral("کالای %1 تعریف نشده است.").arg(goodText)};
     CounterLine line;
     line.good = *good;
     line.barcode = code.toStdString();
@@ -197,13 +222,16 @@ ScanReport CounterScanner::takeLine(CounterLine line, Parcel parcel, bool removi
         return {ScanMood::Refused,
                 QStringLiteral("کالای %1 تعریف نشده است.").arg(persianDigits(QString::number(line.good)))};
     if (isTooMuch(line.amount) || isTooMuch(line.price) || isTooMuch(line.amount * line.price)) return tooMuch();
-    const QString what = QStringLiteral("%1 %2 %3")
-                             .arg(amountText(line.amount), QString::fromStdString(line.unit), inGuillemets(line.name));
+    const auto textOf = [](const CounterLine& each) {
+        return QStringLiteral("%1 %2 %3")
+            .arg(amountText(each.amount), QString::fromStdString(each.unit), inGuillemets(each.name));
+    };
+    const QString what = textOf(line);
     if (removing) {
         const auto taken = parcel == Parcel::Piece ? invoice_.takePiece(line.good, line.price)
                                                    : invoice_.takeParcel(line.good, line.amount, line.price);
         if (!taken) return {ScanMood::Refused, QStringLiteral("%1 در فاکتور نیست.").arg(what)};
-        return {ScanMood::Removed, QStringLiteral("%1 از فاکتور حذف شد.").arg(what)};
+        return {ScanMood::Removed, QStringLiteral("%1 از فاکتور حذف شد.").arg(textOf(*taken))};
     }
     const bool hasPrice = line.price != 0;
     invoice_.add(std::move(line));
@@ -216,6 +244,8 @@ std::vector<Extended> CounterScanner::pricesFor(int person) {
     for (const CounterLine& line : invoice_.lines()) {
         prices.push_back(line.price);
         if (line.barcode.empty() || line.person == person) continue;
+        // Layouts and settings may have changed since the scan.
+        if (unsafeField(QString::fromStdString(line.barcode))) continue;
         const ModuleReply reply = extract(butNone, line.barcode, person);
         if (!reply.result.asBool() || reply["FormulType"].asInteger() != bftAmount) continue;
         const ModuleReply data = calls_("Get_Barcode_Data", {});
@@ -228,16 +258,18 @@ std::vector<Extended> CounterScanner::pricesFor(int person) {
 
 Extended CounterScanner::priceSum() {
     try {
-        return calls_("Get_Barcode_Data", {})["PriceSum"].asAmount();
+        const Extended sum = calls_("Get_Barcode_Data", {})["PriceSum"].asAmount();
+        if (!isTooMuch(sum)) return sum;
     } catch (const UsageError&) {
-        // Beyond every amount, and from elsewhere: no scan of this counter leaves such a sum.
-        resetPriceSum();
-        return 0;
+        // not even an amount
     }
+    // From elsewhere: no scan of this counter leaves such a sum.
+    resetPriceSum();
+    return 0;
 }
 
 Extended CounterScanner::total() {
-    return invoice_.total() + priceSum();
+    return invoice_.total(priceSum());
 }
 
 void CounterScanner::resetPriceSum() {

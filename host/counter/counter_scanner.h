@@ -59,6 +59,11 @@ private:
     // The sentence of what is wrong with the barcode or its layout, if that is known; else of the text.
     ScanReport refused(const QString& code, const QString& text);
     [[nodiscard]] std::optional<QString> faultIn(const QString& code);
+    // A barcode whose good's field has letters where a good is looked up by its code, told before a statement is made
+    // of it: "1E002" would find good 100, and "Unit" is a column.
+    [[nodiscard]] std::optional<QString> unsafeField(const QString& code);
+    // A layout that keeps the server from finding any.
+    [[nodiscard]] std::optional<QString> brokenPrefix();
     ScanReport takeOwnBarcode(const QString& code, const ScanOptions& options);
     // A barcode that the module has summed already; sumBefore is the sum without it.
     ScanReport takePrice(Extended sumBefore, bool removing);

@@ -45,6 +45,21 @@ QString coloured(const QString& text, const QString& background) {
     return QStringLiteral("<span style=\"background-color:%1\">%2</span>").arg(background, text.toHtmlEscaped());
 }
 
+// Lines may break within a barcode of a hundred digits, that it does not widen the window.
+constexpr int kUnbroken = 20;
+const QChar kMayBreak(0x200B);
+
+QString breakable(const QString& text) {
+    QString broken;
+    int run = 0;
+    for (const QChar c : text) {
+        run = c.isSpace() ? 0 : run + 1;
+        broken += c;
+        if (run % kUnbroken == 0 && run > 0) broken += kMayBreak;
+    }
+    return broken;
+}
+
 QString listTitle(const BarcodeLayout& layout) {
     return QStringLiteral("%1 — %2 (%3 رقمی)")
         .arg(nameOf(layout), persianDigits(QString::fromStdString(layout.constantCode)),
@@ -67,17 +82,19 @@ QString previewOf(const BarcodeLayout& layout, const QString& barcode) {
         } else {
             characters += coloured(character, backgroundOf(std::find_if(spans.begin(), spans.end(), covers)->field));
         }
+        if (position % kUnbroken == 0) characters += kMayBreak;
     }
     QString legend;
     for (const FieldSpan& span : spans) {
         const int begin = std::max(span.begin, 1);
         const QString cut = persianDigits(barcode.mid(begin - 1, std::max(span.end - begin, 0)));
         // Tables go from left to right whatever is said of them.
-        legend += QStringLiteral(
-                      "<tr><td align=\"right\" style=\"padding:2px 12px\">%1</td>"
-                      "<td align=\"right\" style=\"padding:2px 0\">%2</td></tr>")
-                      .arg(cut.toHtmlEscaped(), coloured(QStringLiteral("\u00A0%1\u00A0").arg(titleOf(span.field)),
-                                                         backgroundOf(span.field)));
+        legend +=
+            QStringLiteral(
+                "<tr><td align=\"right\" style=\"padding:2px 12px\">%1</td>"
+                "<td align=\"right\" style=\"padding:2px 0\">%2</td></tr>")
+                .arg(breakable(cut).toHtmlEscaped(),
+                     coloured(QStringLiteral("\u00A0%1\u00A0").arg(titleOf(span.field)), backgroundOf(span.field)));
     }
     return QStringLiteral(
                "<div dir=\"ltr\" align=\"center\" style=\"font-size:20pt\">%1</div>"
@@ -242,10 +259,12 @@ void LayoutPage::makePreview(QBoxLayout& layout) {
     sample_->setPlaceholderText(QStringLiteral("بارکد"));
     sample_->setAccessibleName(title->text());
     sample_->setValidator(new PersianDigitsShown(sample_));
+    sample_->setMaxLength(kLongestBarcode);
     layout.addWidget(sample_);
     preview_ = new QLabel;
     preview_->setObjectName(QStringLiteral("Preview_LBL"));
     preview_->setTextFormat(Qt::RichText);
+    preview_->setWordWrap(true);
     layout.addWidget(preview_);
     problems_ = new QLabel;
     problems_->setObjectName(QStringLiteral("Problems_LBL"));
@@ -354,7 +373,8 @@ void LayoutPage::refresh() {
         const bool own = fits(edited_, sample);
         if (!own && isFoundFor(edited_, sample)) {
             problems.push_back(
-                QStringLiteral("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و کوچکی حرف‌ها یا فاصله "
+                QStringLiteral("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و کوچکی حرف‌ها یا "
+                               "فاصله "
                                "فرق دارد."));
         } else if (!own && sample.size() != edited_.digitCount) {
             problems.push_back(
@@ -366,6 +386,11 @@ void LayoutPage::refresh() {
             problems.push_back(QStringLiteral(
                 "این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش دیگر "
                 "است."));
+        }
+        if (own) {
+            if (const auto fault = faultOf(edited_, sample, context_.host.SettingRecord().FindGoodByScaleCode))
+                problems.push_back(
+                    QStringLiteral("اسکن این بارکد پذیرفته نمی‌شود: %1").arg(*fault));
         }
         QStringList fitting;
         QStringList hiding;
@@ -380,12 +405,13 @@ void LayoutPage::refresh() {
         // The one that is found first is the only one that a scan looks at.
         if (!hiding.isEmpty() && (own || !fitting.isEmpty()))
             problems.push_back(
-                QStringLiteral("الگوی %1 هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با آن فرق دارد؛ "
+                QStringLiteral("الگوی %1 هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با آن فرق "
+                               "دارد؛ "
                                "اگر "
                                "پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود.")
                     .arg(hiding.join(QStringLiteral("، "))));
     }
-    problems_->setText(QStringList(problems.begin(), problems.end()).join(QLatin1Char('\n')));
+    problems_->setText(breakable(QStringList(problems.begin(), problems.end()).join(QLatin1Char('\n'))));
     save_->setEnabled(!(edited_ == stored_));
     remove_->setEnabled(stored_.id != 0);
 }
@@ -402,6 +428,17 @@ bool LayoutPage::write() {
         context_.host.Messages().show(
             {.operation = "MsgRequiredField", .arguments = {"عنوان"}, .control = title_, .form = this});
         title_->setFocus();
+        return false;
+    }
+    // The server compares the prefix of every layout with a scan, and would refuse all scans for this one.
+    if (edited_.constantCount < 0) {
+        auto* count = findChild<QSpinBox*>(QStringLiteral("ConstantCount_EDT"));
+        context_.host.Messages().show(
+            {.operation = "MsgOutOfRange",
+             .arguments = {count->accessibleName().toStdString(), "0", std::to_string(kLongestBarcode)},
+             .control = count,
+             .form = this});
+        count->setFocus();
         return false;
     }
     BarcodeLayout written = edited_;

@@ -120,7 +120,9 @@ TEST(BarcodeFault, aCodeThatNoGoodCanHaveIsTold) {
     layout.amountCount = 0;
     EXPECT_EQ(fault(layout, "28002147483647012505"), "none");
     EXPECT_EQ(fault(layout, "28002147483648012505"),
-              "کد کالای بارکد، ۰۰۲۱۴۷۴۸۳۶۴۸، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی «وزن» درست "
+              "کد کالای بارکد، ۰۰۲۱۴۷۴۸۳۶۴۸، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی "
+              "«وزن» "
+              "درست "
               "کنید.");
     layout.itemCodeType = 2;
     EXPECT_EQ(fault(layout, "28002147483648012505"), "none");  // a scale code
@@ -239,6 +241,30 @@ TEST(BarcodeLayout, problemsAreSaid) {
     EXPECT_THAT(
         problems(weightLayout(), {weightLayout(), other}),
         ElementsAre("بارکدی که با این الگو بخواند با «دیگری» هم می‌خواند."));
+}
+
+TEST(BarcodeLayout, aPrefixBelowNoCharactersIsSaid) {
+    BarcodeLayout layout = weightLayout();
+    layout.title = "ترازو";
+    layout.constantCount = -1;
+    EXPECT_THAT(problems(layout), ElementsAre("تعداد رقم پیش‌شمارهٔ الگوی «ترازو» منفی است و تا درست نشود "
+                                              "بارکدهای "
+                                              "۱۳ "
+                                              "رقمی خوانده نمی‌شوند. آن را در "
+                                              "صفحهٔ الگوهای بارکد درست کنید."));
+}
+
+TEST(BarcodeLayout, aKindThatNobodyKnowsIsSaid) {
+    BarcodeLayout layout = weightLayout();
+    for (const auto& [kind, shown] : {std::pair(0, "۰"), std::pair(4, "۴"), std::pair(-1, "-۱")}) {
+        layout.barCodeType = kind;
+        EXPECT_THAT(
+            problems(layout),
+            ElementsAre(
+                "نوع بارکد " + std::string(shown) +
+                " شناخته نیست و اسکن با این الگو کاری نمی‌کند. نوع آن را "
+                "برگزینید."));
+    }
 }
 
 TEST(BarcodeLayout, largestNumbersDoNoHarm) {

@@ -10,6 +10,12 @@ CounterLine line(int good, Extended amount, Extended price) {
     return {.good = good, .name = "کالا", .amount = amount, .price = price};
 }
 
+CounterLine parcel(int good, Extended amount, Extended price) {
+    CounterLine made = line(good, amount, price);
+    made.barcode = "2800057012505";
+    return made;
+}
+
 TEST(CounterInvoice, linesAreRoundedAndSummed) {
     CounterInvoice whole(0);
     whole.add(line(57, 1.25L, 12501));  // 15626.25
@@ -25,10 +31,10 @@ TEST(CounterInvoice, linesAreRoundedAndSummed) {
 
 TEST(CounterInvoice, takesOffTheParcelOfThePriceOrTheLastOfTheAmount) {
     CounterInvoice invoice(0);
-    invoice.add(line(57, 1, 100));
-    invoice.add(line(57, 2, 200));
-    invoice.add(line(57, 1, 300));
-    invoice.add(line(57, 1, 400));
+    invoice.add(parcel(57, 1, 100));
+    invoice.add(parcel(57, 2, 200));
+    invoice.add(parcel(57, 1, 300));
+    invoice.add(parcel(57, 1, 400));
     const auto taken = invoice.takeParcel(57, 1, 100);
     ASSERT_TRUE(taken);
     EXPECT_EQ(taken->price, 100.0L);
@@ -42,10 +48,34 @@ TEST(CounterInvoice, takesOffTheParcelOfThePriceOrTheLastOfTheAmount) {
 
 TEST(CounterInvoice, cutsNoOtherParcel) {
     CounterInvoice invoice(0);
-    invoice.add(line(57, 0.55L, 100));
-    invoice.add(line(57, 3, 100));
+    invoice.add(parcel(57, 0.55L, 100));
+    invoice.add(parcel(57, 3, 100));
     EXPECT_FALSE(invoice.takeParcel(57, 1.25L, 100));
     EXPECT_EQ(invoice.lines()[1].amount, 3.0L);
+}
+
+TEST(CounterInvoice, piecesAreNotCutFromParcelsNorParcelsTakenForPieces) {
+    CounterInvoice invoice(0);
+    invoice.add(parcel(57, 1.25L, 100));
+    invoice.add(parcel(57, 1, 100));
+    EXPECT_FALSE(invoice.takePiece(57, 100));
+    invoice.add(line(57, 1, 200));
+    EXPECT_EQ(invoice.takePiece(57, 100).value().price, 200.0L);
+    invoice.add(line(57, 1.25L, 200));
+    EXPECT_EQ(invoice.takeParcel(57, 1.25L, 200).value().price, 100.0L);
+    EXPECT_FALSE(invoice.takeParcel(57, 1.25L, 200));
+    ASSERT_EQ(invoice.lines().size(), 2U);
+    EXPECT_EQ(invoice.lines()[0].amount, 1.0L);
+    EXPECT_EQ(invoice.lines()[1].amount, 1.25L);
+}
+
+TEST(CounterInvoice, aParcelWithoutItsBoxesIsFoundByWhatItsLabelSays) {
+    CounterInvoice invoice(0);
+    invoice.add(parcel(57, 1.25L, 100));
+    invoice.setAmount(0, 1.05L);
+    EXPECT_FALSE(invoice.takeParcel(57, 1.05L, 100));
+    EXPECT_EQ(invoice.takeParcel(57, 1.25L, 100).value().amount, 1.05L);
+    EXPECT_TRUE(invoice.lines().empty());
 }
 
 TEST(CounterInvoice, takesPiecesOfALargerLine) {

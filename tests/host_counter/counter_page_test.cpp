@@ -123,6 +123,105 @@ TEST_F(Counter, deleteModeTakesOff) {
     EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰٫۲۵"));
 }
 
+TEST_F(Counter, deleteModeCutsNoWeighedParcel) {
+    execute(*session, "UPDATE dbo.GoodInf SET AbbName = N'!6262620010508!' WHERE Code = 105");
+    scan("2800105012507");
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F6);
+    scan("6262620010508");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵"));
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F6);
+    scan("6262620010508");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵", "۱۰۵|۱"));
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F6);
+    scan("2800105010007");  // a parcel of a kilogram, which is no piece
+    EXPECT_EQ(mood(), "refused");
+    scan("6262620010508");
+    EXPECT_EQ(mood(), "removed");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵"));
+}
+
+// Statements take a good's field as it stands.
+class LettersInAGoodsField : public Counter {
+protected:
+    LettersInAGoodsField() {
+        execute(*session,
+                "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, "
+                "BarCodeType, ItemCodeType, ItemCodeStart, ItemCodeCount, AmountStart, AmountCount) VALUES "
+                "(N'با حرف', 8, 1, 2, N'QX', 1, 1, 3, 3, 0, 0)");
+    }
+    void findByScaleCode(bool on) {
+        TSettingRecord settings = host.settings().record();
+        settings.FindGoodByScaleCode = on;
+        lent.reset();
+        lent = std::make_unique<LentSettings>(host, std::move(settings));
+    }
+    static std::string refusal(const char* barcode, const char* field, const char* layout) {
+        return std::string("در بارکد ") + barcode + " به جای کد کالا نوشته است «" + field +
+               "» که کد نیست. اگر بارکد درست است، جای «کالا» را در الگوی «" + layout + "» درست کنید.";
+    }
+    std::unique_ptr<LentSettings> lent;
+};
+
+TEST_F(LettersInAGoodsField, areRefusedWhereAGoodIsLookedUpByItsCode) {
+    findByScaleCode(false);
+    const std::tuple<const char*, std::string> cases[] = {
+        {"271E0020101250012345", refusal("۲۷۱E۰۰۲۰۱۰۱۲۵۰۰۱۲۳۴۵", "۱E۰۰۲", "وزن و قیمت با شماره ترازو")},
+        {"270x0690101250012345", refusal("۲۷۰x۰۶۹۰۱۰۱۲۵۰۰۱۲۳۴۵", "۰x۰۶۹", "وزن و قیمت با شماره ترازو")},
+        {"27Unit20101250012345", refusal("۲۷Unit۲۰۱۰۱۲۵۰۰۱۲۳۴۵", "Unit۲", "وزن و قیمت با شماره ترازو")},
+        {"27ABCDE0101250012345", refusal("۲۷ABCDE۰۱۰۱۲۵۰۰۱۲۳۴۵", "ABCDE", "وزن و قیمت با شماره ترازو")},
+        {"2800ABC012505", refusal("۲۸۰۰ABC۰۱۲۵۰۵", "۰۰ABC", "وزن با کد کالا")},
+        {"QX1E0000", refusal("QX۱E۰۰۰۰", "۱E۰", "با حرف")},
+    };
+    for (const auto& [barcode, text] : cases) {
+        scan(barcode);
+        EXPECT_EQ(mood(), "refused") << barcode;
+        EXPECT_EQ(shown(*page, "Result_LBL"), text);
+        EXPECT_TRUE(takeMessages().empty()) << barcode;
+    }
+    EXPECT_TRUE(lines().empty());
+    scan("QX105000");  // letters in the prefix do no harm
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱"));
+}
+
+TEST_F(LettersInAGoodsField, areAScaleCodeWhereGoodsAreFoundByThese) {
+    execute(*session, "UPDATE dbo.GoodInf SET AbbName = N'!1E002!' WHERE Code = 105");
+    findByScaleCode(true);
+    scan("271E0020101250012345");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵"));
+    scan("2800ABC012505");
+    EXPECT_EQ(mood(), "refused");
+    scan("QX1E0000");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_TRUE(takeMessages().empty());
+    // Not asked again for another person's price by a statement that would read the field otherwise.
+    findByScaleCode(false);
+    type(*page, "Person_EDT", "12");
+    QTest::keyClick(page->focusWidget(), Qt::Key_Return);
+    EXPECT_TRUE(takeMessages().empty());
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵"));
+}
+
+TEST_F(Counter, aScaleCodeThatNoGoodBearsIsToldByItsBarcode) {
+    scan("27999990101250012345");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "کالایی برای بارکد ۲۷۹۹۹۹۹۰۱۰۱۲۵۰۰۱۲۳۴۵ تعریف نشده است.");
+    EXPECT_EQ(takeMessages().size(), 1U);  // the module's own note
+}
+
+TEST_F(Counter, aPrefixBelowNoCharactersIsToldByItsLayout) {
+    execute(*session, "ALTER TABLE dbo.BarCodeFormul DROP CONSTRAINT CK_BarCodeFormul_ConstantCount");
+    execute(*session, "UPDATE dbo.BarCodeFormul SET ConstantCount = -1 WHERE ConstantCode = N'29'");
+    scan("2800105012507");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"),
+              "تعداد رقم پیش‌شمارهٔ الگوی «مبلغ رسید ترازو» منفی است و تا درست نشود بارکدهای ۱۳ رقمی "
+              "خوانده "
+              "نمی‌شوند. آن "
+              "را در صفحهٔ الگوهای بارکد درست کنید.");
+    EXPECT_TRUE(takeMessages().empty());
+}
+
 TEST_F(Counter, pricesAloneAreSummedAndTakenOff) {
     scan("2900000125005");
     EXPECT_EQ(mood(), "added");
@@ -189,18 +288,20 @@ TEST_F(Counter, aNumberBeyondAllMoneyIsRefusedAndTheCounterLivesOn) {
 }
 
 TEST_F(Counter, aSumFromElsewhereThatIsNoMoneyDoesNotStopTheCounter) {
-    execute(
-        *session,
-        "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, BarCodeType, "
-        "PriceStart, PriceCount) VALUES (N'مبلغ دراز', 50, 1, 2, N'99', 3, 3, 48)");
     ModuleCalls calls(context().registry);
-    (void)calls("FillGoodInfFromBarcode", {{"UseType", 1},
-                                           {"Barcode", "99" + std::string(48, '9')},
-                                           {"PerCode", "0"},
-                                           {"ItemCode", ""},
-                                           {"TotalPrice", 0}});
-    page->enter();
-    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۰");
+    for (const int digits : {16, 37, 48}) {
+        execute(*session,
+                "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, "
+                "BarCodeType, PriceStart, PriceCount) VALUES (N'مبلغ دراز', ?, 1, 2, N'99', 3, 3, 48)",
+                {std::int64_t{digits + 2}});
+        (void)calls("FillGoodInfFromBarcode", {{"UseType", 1},
+                                               {"Barcode", "99" + std::string(static_cast<std::size_t>(digits), '9')},
+                                               {"PerCode", "0"},
+                                               {"ItemCode", ""},
+                                               {"TotalPrice", 0}});
+        page->enter();
+        EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۰") << digits;
+    }
     scan("2800105012507");
     EXPECT_EQ(mood(), "added");
     EXPECT_TRUE(takeMessages().empty());
@@ -688,12 +789,16 @@ TEST_F(Counter, aLayoutThatLooksInTheWrongPlaceIsToldInPlainWords) {
         {"3100105012507",
          "الگوی «بیرون» در این بارکد جایی برای «کالا» ندارد. جای آن را در صفحهٔ الگوهای بارکد درست کنید."},
         {"32999999999999000000",
-         "کد کالای بارکد، ۹۹۹۹۹۹۹۹۹۹۹۹، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی «دراز» درست "
+         "کد کالای بارکد، ۹۹۹۹۹۹۹۹۹۹۹۹، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی "
+         "«دراز» "
+         "درست "
          "کنید."},
         {"3300105012507",
          "الگوی «بیرون ۲» در این بارکد جایی برای «کالا» ندارد. جای آن را در صفحهٔ الگوهای بارکد درست کنید."},
         {"34999999999999000000",
-         "کد کالای بارکد، ۹۹۹۹۹۹۹۹۹۹۹۹، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی «دراز ۲» درست "
+         "کد کالای بارکد، ۹۹۹۹۹۹۹۹۹۹۹۹، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی «دراز "
+         "۲» "
+         "درست "
          "کنید."},
     };
     for (const auto& [barcode, text] : cases) {
@@ -846,6 +951,12 @@ TEST_F(Counter, boxesAreTakenOffTheWeight) {
     click(*page, "Tare_BTN");
     EXPECT_EQ(mood(), "refused");
     EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰٫۷۵"));
+    // The label says what it said.
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F6);
+    scan("2800105012507");
+    EXPECT_EQ(mood(), "removed");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "۰٫۷۵ کیلوگرم «موز درجه یک» از فاکتور حذف شد.");
+    EXPECT_TRUE(lines().empty());
 }
 
 TEST_F(Counter, chosenGoodsGoToTheScales) {

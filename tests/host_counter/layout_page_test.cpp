@@ -3,7 +3,9 @@
 
 #include <QCheckBox>
 
+#include "ado/error.h"
 #include "host/screens/persian_digits.h"
+#include "host/services/deploy.h"
 #include "host/services/sql_access.h"
 #include "tests/host_desktop/desktop_test.h"
 
@@ -72,11 +74,15 @@ TEST_F(Layouts, theCaseOfAPrefixIsToldAsAScanMeetsIt) {
     type(*page, "Sample_EDT", "AB00105012507");
     EXPECT_THAT(
         problems(),
-        HasSubstr("الگوی کوچک هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با آن فرق "
+        HasSubstr("الگوی کوچک هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با "
+                  "آن "
+                  "فرق "
                   "دارد؛ "
                   "اگر پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود."));
     type(*page, "Sample_EDT", "aB00105012507");
-    EXPECT_THAT(problems(), HasSubstr("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و کوچکی حرف‌ها "
+    EXPECT_THAT(problems(), HasSubstr("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و "
+                                      "کوچکی "
+                                      "حرف‌ها "
                                       "یا فاصله فرق "
                                       "دارد."));
     EXPECT_THAT(problems(), Not(HasSubstr("پیدا می‌شود")));  // no layout reads it anyway
@@ -116,6 +122,64 @@ TEST_F(Layouts, warnsWhileItIsEdited) {
     messages.answers = {mrNo};
     EXPECT_TRUE(page->mayLeave());
     EXPECT_EQ(number("AmountStart_EDT").value(), 8);
+}
+
+TEST_F(Layouts, aPrefixBelowNoCharactersIsNotSaved) {
+    const std::string spoil = "UPDATE dbo.BarCodeFormul SET ConstantCount = -1 WHERE ConstantCode = N'27'";
+    EXPECT_THROW(execute(*session, spoil), DatabaseError);
+    // As in a table that was there before its check. Deploying leaves it alone.
+    execute(*session, "ALTER TABLE dbo.BarCodeFormul DROP CONSTRAINT CK_BarCodeFormul_ConstantCount");
+    execute(*session, spoil);
+    deployDatabase(*session);
+    page->enter();
+    choose("27");
+    EXPECT_THAT(
+        problems(),
+        HasSubstr(
+            "تعداد رقم پیش‌شمارهٔ الگوی «وزن و قیمت با شماره ترازو» "
+            "منفی "
+            "است"));
+    type(*page, "Title_EDT", "ترازو");
+    click(*page, "Save_BTN");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgOutOfRange('تعداد رقم جای پیش‌شماره', '0', '100')"));
+    EXPECT_EQ(page->focusWidget(), &control(*page, "ConstantCount_EDT"));
+    EXPECT_THAT(linesOf(*session, "SELECT ConstantCount FROM dbo.BarCodeFormul WHERE ConstantCode = N'27'"),
+                ElementsAre("-1"));
+    number("ConstantCount_EDT").setValue(2);
+    EXPECT_EQ(problems(), "");
+    click(*page, "Save_BTN");
+    EXPECT_THAT(linesOf(*session, "SELECT ConstantCount FROM dbo.BarCodeFormul WHERE ConstantCode = N'27'"),
+                ElementsAre("2"));
+}
+
+TEST_F(Layouts, aLongSampleDoesNotWidenTheWindow) {
+    choose("28");
+    constexpr QSize kWindow(1180, 720);
+    page->resize(kWindow);
+    type(*page, "Sample_EDT", QString(250, '9'));
+    EXPECT_EQ(control<QLineEdit>(*page, "Sample_EDT").text().size(), 100);
+    QApplication::processEvents();
+    EXPECT_EQ(page->width(), kWindow.width());
+    auto& preview = control<QLabel>(*page, "Preview_LBL");
+    EXPECT_GE(preview.height(), preview.heightForWidth(preview.width()));
+    number("DigitCount_EDT").setValue(100);
+    number("ItemCodeCount_EDT").setValue(98);
+    QApplication::processEvents();
+    EXPECT_EQ(page->width(), kWindow.width());
+}
+
+TEST_F(Layouts, aSampleThatAScanWouldRefuseSaysSo) {
+    choose("28");
+    type(*page, "Sample_EDT", "28001050x2507");
+    EXPECT_EQ(problems(),
+              "اسکن این بارکد پذیرفته نمی‌شود: در بارکد ۲۸۰۰۱۰۵۰x۲۵۰۷ به جای «مقدار» نوشته است «۰x۲۵۰» که عدد "
+              "نیست. "
+              "اگر "
+              "بارکد درست است، جای «مقدار» را در الگوی «وزن با کد کالا» درست کنید.");
+    type(*page, "Sample_EDT", "2800ABC012505");
+    EXPECT_THAT(problems(), HasSubstr("به جای کد کالا نوشته است «۰۰ABC» که کد نیست"));
+    type(*page, "Sample_EDT", "2800105012507");
+    EXPECT_EQ(problems(), "");
 }
 
 TEST_F(Layouts, overlappingCharactersHaveAColourOfTheirOwn) {
