@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -60,6 +62,25 @@ QPixmap moodMark(MessageBoxContent::Mood mood, qreal ratio) {
     return mark;
 }
 
+// A text that would take more than that height, the names of hundreds of goods for one, is scrolled within it, so that
+// the buttons stay on the screen.
+QWidget* withinHeight(QLabel* text, int most, QWidget* parent) {
+    text->ensurePolished();
+    if (text->heightForWidth(text->width()) <= most) return text;
+    auto* scroll = new QScrollArea(parent);
+    scroll->setObjectName(QStringLiteral("MessageText_SCR"));
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // The height that it needs at its width, which is not the one that a label would like best.
+    text->setFixedHeight(text->heightForWidth(text->width()));
+    scroll->setWidget(text);
+    text->setAutoFillBackground(false);
+    scroll->viewport()->setAutoFillBackground(false);
+    scroll->setFixedSize(text->width() + scroll->verticalScrollBar()->sizeHint().width(), most);
+    scroll->setAccessibleName(text->text());
+    return scroll;
+}
+
 }  // namespace
 
 MessageBox::MessageBox(const MessageBoxContent& content, const MessageCatalogue& catalogue, QWidget* parent)
@@ -100,7 +121,8 @@ QWidget* MessageBox::heading(const MessageBoxContent& content) {
     text->setWordWrap(true);
     text->setFixedWidth(themePixels(kTextWidth));
     text->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    texts->addWidget(text);
+    // Half of the screen leaves room for the title, the details and the buttons, at the largest font too.
+    texts->addWidget(withinHeight(text, themeScreenRoom(*this).height() / 2, row));
     texts->addStretch(1);
     layout->addLayout(texts, 1);
     return row;

@@ -3,6 +3,8 @@
 //   MessageBox box({.title = "حذف", .text = "…", .buttons = {TMessageButton::Yes, TMessageButton::No}}, catalogue,
 //   parent); if (box.ask() == mrYes) ...
 //
+// A text that half of the screen does not hold is scrolled; the buttons are always in sight.
+//
 // Escape and closing the window give the refusing button where there is one (Cancel, else No), else OK.
 #pragma once
 

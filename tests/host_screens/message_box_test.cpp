@@ -4,9 +4,12 @@
 #include <QDialog>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QToolButton>
 
 #include "host/screens/qt_message_service.h"
+#include "host/screens/theme.h"
 #include "host/screens/toast.h"
 #include "tests/ado/named_case.h"
 #include "tests/host_screens/screen_test.h"
@@ -120,6 +123,49 @@ TEST_F(Messages, markupInAnArgumentIsShownAsText) {
         box.reject();
     });
     service.show(request);
+}
+
+TEST_F(Messages, aTextThatTheScreenDoesNotHoldIsScrolledAboveItsButtons) {
+    QStringList names;
+    for (int good = 0; good < 600; ++good)
+        names << QStringLiteral("موز درجه یک");
+    MessageRequest request;
+    for (const bool asks : {false, true}) {
+        request.operation = "ShowSmartMessage";
+        request.kind = asks ? MessageKind::Confirmation : MessageKind::Error;
+        request.number = asks ? 20091 : 30055;
+        request.arguments = {names.join(QStringLiteral("، ")).toStdString()};
+        request.buttons =
+            asks ? TMessageButtons{TMessageButton::Yes, TMessageButton::No} : TMessageButtons{TMessageButton::Ok};
+        onBox([asks](MessageBox& box) {
+            const QSize room = themeScreenRoom(box);
+            EXPECT_LE(box.height(), room.height());
+            EXPECT_LE(box.width(), room.width());
+            const QPushButton& seen = button(box, asks ? "No_BTN" : "Ok_BTN");
+            EXPECT_TRUE(box.rect().contains(QRect(seen.mapTo(&box, QPoint(0, 0)), seen.size())));
+            auto* scroll = control<QScrollArea>(box, "MessageText_SCR");
+            auto* text = control<QLabel>(box, "MessageText_LBL");
+            EXPECT_EQ(text->width(), scroll->viewport()->width());
+            EXPECT_EQ(text->height(), text->heightForWidth(text->width()));
+            EXPECT_GT(text->height(), scroll->height());
+            // By keyboard, too.
+            scroll->setFocus();
+            for (int page = 0; page < 100; ++page)
+                QTest::keyClick(scroll, Qt::Key_PageDown);
+            EXPECT_EQ(scroll->verticalScrollBar()->value(), scroll->verticalScrollBar()->maximum());
+            EXPECT_EQ(text->visibleRegion().boundingRect().bottom(), text->height() - 1);
+            box.reject();
+        });
+        service.show(request);
+    }
+}
+
+TEST_F(Messages, aShortTextIsNotScrolled) {
+    onBox([](MessageBox& box) {
+        EXPECT_EQ(box.findChild<QScrollArea*>(QStringLiteral("MessageText_SCR")), nullptr);
+        box.reject();
+    });
+    service.show(question({TMessageButton::Yes, TMessageButton::No}, TMessageButton::No));
 }
 
 TEST_F(Messages, flashMessagesWaitForNobody) {
