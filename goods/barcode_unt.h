@@ -5,10 +5,10 @@
 //   if (!barcodes.BarCodeFormul_QRY.IsEmpty()) ...
 //
 // Codes are pasted into the statements as they stand, without quotes and unchecked: "105;DELETE FROM Items" is two
-// statements and both are run. Where a good is looked up by its code, letters alone do harm: "1E002" finds good 100, and
-// "Unit" is a column. Who takes a code from outside, from a scanner for one, has to look at it first. Digits alone may
-// pass to a look-up by code, digits and letters to one by scale code; docs/scales.md says which scans come to which. A
-// DatabaseError passes to the caller.
+// statements and both are run. Where a good is looked up by its code, letters alone do harm: "1E002" finds good 100,
+// and "Unit" is a column. Who takes a code from outside, from a scanner for one, has to look at it first. Digits alone
+// may pass to a look-up by code, digits and letters to one by scale code; docs/scales.md says which scans come to
+// which. A DatabaseError passes to the caller.
 #pragma once
 
 #include <memory>
