@@ -8,6 +8,7 @@
 
 #include "costlevel/costlevel_kind.h"
 #include "package/messages.h"
+#include "package/screens/exact_text.h"
 #include "package/screens/place.h"
 #include "package/services.h"
 
@@ -125,8 +126,8 @@ void TCostLevel_Get_FRM::PrepareQuery(const Value& code) {
 void TCostLevel_Get_FRM::OnFill(const Value& code) {
     levels_->CostLevel_GetByID(static_cast<int>(toInt64(code)), costTypeOf(SoftwarePart()), mapper_);
     showCode(mapper_.Code);
-    nameEdit_->setText(QString::fromStdString(mapper_.Name));
-    commentEdit_->setText(QString::fromStdString(mapper_.Comment));
+    nameEdit_->setText(exactText(mapper_.Name));
+    commentEdit_->setText(exactText(mapper_.Comment));
     typeBox_->setCurrentIndex(mapper_.CostType);
     nameEdit_->setFocus();
     SetIsSaved(true);

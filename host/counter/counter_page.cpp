@@ -352,6 +352,13 @@ void CounterPage::offerPrices() {
 }
 
 // Typing anywhere but into the person's code is a scan: a scanner does not know where the focus is.
+void CounterPage::changeEvent(QEvent* event) {
+    ShellPage::changeEvent(event);
+    if (event->type() != QEvent::FontChange && event->type() != QEvent::StyleChange) return;
+    // Setting the sheet changes the style, and so comes here again.
+    if (const QString sheet = pageStyle(); sheet != styleSheet()) setStyleSheet(sheet);
+}
+
 bool CounterPage::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::KeyPress) {
         auto& key = static_cast<QKeyEvent&>(*event);

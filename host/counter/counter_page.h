@@ -33,6 +33,7 @@ public:
     [[nodiscard]] bool mayLeave() override;
 
 protected:
+    void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

@@ -84,7 +84,8 @@ QString amountText(Extended amount) {
 
 ScanReport CounterScanner::scan(const QString& typed, const ScanOptions& options) {
     const QString code = repairedScan(typed);
-    if (!isPlainCode(code)) return {ScanMood::Refused, QStringLiteral("بارکد خوانا نیست: %1").arg(code)};
+    // Isolated: its signs and letters keep the order in which they were scanned.
+    if (!isPlainCode(code)) return {ScanMood::Refused, QStringLiteral("بارکد خوانا نیست: \u2066%1\u2069").arg(code)};
 
     if (auto fault = unsafeField(code)) return {ScanMood::Refused, *std::move(fault)};
 

@@ -7,13 +7,14 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "host/counter/persian_inputs.h"
 #include "host/counter/scan_text.h"
 #include "host/screens/persian_digits.h"
+#include "host/screens/persian_inputs.h"
 #include "host/screens/theme.h"
 #include "host/screens/unsaved_changes.h"
 #include "host/services/sql_access.h"
 #include "package/messages.h"
+#include "package/screens/exact_text.h"
 
 namespace basalt::host {
 
@@ -23,6 +24,11 @@ constexpr int kLongestBarcode = 100;
 constexpr int kLongestPrefix = 20;
 constexpr int kLongestTitle = 50;
 constexpr int kMostGoods = 999'999'999;
+const QString kTitle = QStringLiteral("الگوهای بارکد ترازو");
+// The formatter would cut the sentence to pieces.
+// clang-format off
+const QString kReadOnly = QStringLiteral("اجازهٔ تغییر این الگو را ندارید؛ می‌توانید آن را ببینید و با یک بارکد بیازمایید.");
+// clang-format on
 
 struct FieldLook {
     LayoutField field;
@@ -108,32 +114,44 @@ LayoutPage::LayoutPage(DesktopContext context, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(28, 24, 28, 20);
     layout->setSpacing(12);
-    auto* title = new QLabel(QStringLiteral("الگوهای بارکد ترازو"));
+    auto* title = new QLabel(kTitle);
     title->setProperty("kind", QStringLiteral("pageTitle"));
     layout->addWidget(title);
-    auto* columns = new QHBoxLayout;
-    columns->setSpacing(16);
-    list_ = new QListWidget;
-    list_->setObjectName(QStringLiteral("Layouts_LST"));
-    list_->setFixedWidth(260);
-    list_->setAccessibleName(title->text());
-    columns->addWidget(list_);
-    auto* scroll = new QScrollArea;
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
-    auto* fields = new QWidget;
-    makeFields(*new QFormLayout(fields));
-    scroll->setWidget(fields);
-    columns->addWidget(scroll, 1);
-    auto* trying = new QVBoxLayout;
-    makePreview(*trying);
-    columns->addLayout(trying, 1);
-    layout->addLayout(columns, 1);
+    readOnly_ = new QLabel(kReadOnly);
+    readOnly_->setObjectName(QStringLiteral("ReadOnly_LBL"));
+    readOnly_->setProperty("kind", QStringLiteral("hint"));
+    layout->addWidget(readOnly_);
+    makeColumns(*layout);
     makeButtons(*layout);
     // Behind the click, because choosing may fill the list anew.
     QObject::connect(
         list_, &QListWidget::currentRowChanged, this, [this] { context_.handlers.guarded(this, [this] { choose(); }); },
         Qt::QueuedConnection);
+}
+
+void LayoutPage::makeColumns(QBoxLayout& layout) {
+    // With a large font there is not room for all of them side by side, nor for all fields below each other.
+    auto* scroll = new QScrollArea;
+    scroll->setObjectName(QStringLiteral("Columns_PNL"));
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    auto* side = new QWidget;
+    auto* columns = new QHBoxLayout(side);
+    columns->setContentsMargins(0, 0, 0, 0);
+    columns->setSpacing(16);
+    list_ = new QListWidget;
+    list_->setObjectName(QStringLiteral("Layouts_LST"));
+    list_->setFixedWidth(260);
+    list_->setAccessibleName(kTitle);
+    columns->addWidget(list_);
+    fields_ = new QWidget;
+    makeFields(*new QFormLayout(fields_));
+    columns->addWidget(fields_, 1);
+    auto* trying = new QVBoxLayout;
+    makePreview(*trying);
+    columns->addLayout(trying, 1);
+    scroll->setWidget(side);
+    layout.addWidget(scroll, 1);
 }
 
 QSpinBox* LayoutPage::makeNumber(const QString& objectName, const QString& accessibleName, int BarcodeLayout::*field,
@@ -196,8 +214,7 @@ void LayoutPage::makeFields(QFormLayout& form) {
 
     title_ = makeText("Title_EDT", QStringLiteral("عنوان"), kLongestTitle);
     take_.emplace_back([name = title_](BarcodeLayout& layout) { layout.title = name->text().toStdString(); });
-    fill_.emplace_back(
-        [name = title_](const BarcodeLayout& layout) { name->setText(QString::fromStdString(layout.title)); });
+    fill_.emplace_back([name = title_](const BarcodeLayout& layout) { name->setText(exactText(layout.title)); });
     auto* kind = new QComboBox;
     kind->setObjectName(QStringLiteral("BarCodeType_CMB"));
     // In the order of the kinds, from bftAmount.
@@ -297,7 +314,7 @@ void LayoutPage::makeButtons(QBoxLayout& layout) {
     row->setSpacing(8);
     save_ = addButton(*row, "Save_BTN", QStringLiteral("ذخیره"), QKeySequence(Qt::Key_F3), &LayoutPage::save);
     save_->setProperty("kind", QStringLiteral("primary"));
-    addButton(*row, "New_BTN", QStringLiteral("جدید"), QKeySequence(Qt::Key_F4), &LayoutPage::startNew);
+    new_ = addButton(*row, "New_BTN", QStringLiteral("جدید"), QKeySequence(Qt::Key_F4), &LayoutPage::startNew);
     remove_ = addButton(*row, "Delete_BTN", QStringLiteral("حذف"), QKeySequence(Qt::Key_F7), &LayoutPage::remove);
     remove_->setProperty("kind", QStringLiteral("danger"));
     row->addStretch();
@@ -305,18 +322,24 @@ void LayoutPage::makeButtons(QBoxLayout& layout) {
 }
 
 void LayoutPage::enter() {
+    rights_ = {.insert = may(prInsert, false), .edit = may(prEdit, false), .remove = may(prDelete, false)};
     reload(stored_.id);
     sample_->setFocus();
 }
 
 bool LayoutPage::mayLeave() {
+    return settleChanges({});
+}
+
+bool LayoutPage::settleChanges(const std::vector<std::string>& before) {
     if (edited_ == stored_) return true;
     const auto save = [this] {
         if (!write()) return false;
         reload(stored_.id);
         return true;
     };
-    return mayLeaveUnsaved(context_.host.Messages(), *window(), save, [this] { show(stored_); });
+    return mayLeaveUnsaved(
+        context_.host.Messages(), *window(), save, [this] { show(stored_); }, before);
 }
 
 void LayoutPage::reload(int id) {
@@ -337,7 +360,7 @@ void LayoutPage::choose() {
     if (row < 0) return;
     const BarcodeLayout chosen = layouts_[static_cast<std::size_t>(row)];
     if (chosen.id == stored_.id) return;
-    if (mayLeave()) {
+    if (settleChanges({"رفتن به الگوی دیگر"})) {
         reload(chosen.id);
         return;
     }
@@ -373,7 +396,8 @@ void LayoutPage::refresh() {
         const bool own = fits(edited_, sample);
         if (!own && isFoundFor(edited_, sample)) {
             problems.push_back(
-                QStringLiteral("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و کوچکی حرف‌ها یا "
+                QStringLiteral("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و کوچکی حرف‌ها "
+                               "یا "
                                "فاصله "
                                "فرق دارد."));
         } else if (!own && sample.size() != edited_.digitCount) {
@@ -405,15 +429,19 @@ void LayoutPage::refresh() {
         // The one that is found first is the only one that a scan looks at.
         if (!hiding.isEmpty() && (own || !fitting.isEmpty()))
             problems.push_back(
-                QStringLiteral("الگوی %1 هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با آن فرق "
-                               "دارد؛ "
-                               "اگر "
-                               "پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود.")
+                QStringLiteral(
+                    "الگوی %1 هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با آن فرق "
+                    "دارد؛ "
+                    "اگر پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود.")
                     .arg(hiding.join(QStringLiteral("، "))));
     }
     problems_->setText(breakable(QStringList(problems.begin(), problems.end()).join(QLatin1Char('\n'))));
-    save_->setEnabled(!(edited_ == stored_));
-    remove_->setEnabled(stored_.id != 0);
+    const bool mayChange = stored_.id == 0 ? rights_.insert : rights_.edit;
+    fields_->setEnabled(mayChange);
+    readOnly_->setVisible(!mayChange);
+    save_->setEnabled(mayChange && !(edited_ == stored_));
+    new_->setEnabled(rights_.insert);
+    remove_->setEnabled(rights_.remove && stored_.id != 0);
 }
 
 void LayoutPage::save() {
@@ -469,8 +497,8 @@ void LayoutPage::tellNotWritten(LayoutOutcome outcome) {
     reload(stored_.id);
 }
 
-bool LayoutPage::may(TPermission permission) {
-    return context_.host.HavePermission(context_.host.UserInfo(), spGoods, permission, false, true, "");
+bool LayoutPage::may(TPermission permission, bool tell) {
+    return context_.host.HavePermission(context_.host.UserInfo(), spGoods, permission, false, tell, "");
 }
 
 void LayoutPage::log(TPermission permission, const BarcodeLayout& layout) {
@@ -479,7 +507,7 @@ void LayoutPage::log(TPermission permission, const BarcodeLayout& layout) {
 }
 
 void LayoutPage::startNew() {
-    if (!mayLeave()) return;
+    if (!settleChanges({"شروع الگوی تازه"})) return;
     const QSignalBlocker quiet(list_);
     list_->setCurrentRow(-1);
     show({});

@@ -31,6 +31,8 @@ public:
     [[nodiscard]] bool mayLeave() override;
 
 private:
+    // The list, the fields and the barcode for trying, side by side.
+    void makeColumns(QBoxLayout& layout);
     void makeFields(QFormLayout& form);
     void makePreview(QBoxLayout& layout);
     void makeButtons(QBoxLayout& layout);
@@ -42,6 +44,9 @@ private:
     void addPlace(QFormLayout& form, const QString& name, const QString& title, int BarcodeLayout::*start,
                   int BarcodeLayout::*count);
 
+    // Asks whether changes are to be stored before something, named in the user's words; before leaving if it is not.
+    // False when the user goes back to them.
+    [[nodiscard]] bool settleChanges(const std::vector<std::string>& before);
     void reload(int id);
     void choose();
     void show(const BarcodeLayout& layout);
@@ -50,7 +55,7 @@ private:
     void save();
     // False when nothing was written: the user may not, or the layout lacks something; he has been told.
     bool write();
-    [[nodiscard]] bool may(TPermission permission);
+    [[nodiscard]] bool may(TPermission permission, bool tell = true);
     // Tells what kept a layout from being written, and shows what is there now.
     void tellNotWritten(LayoutOutcome outcome);
     // Into the user log, as a part of the open transaction.
@@ -64,15 +69,24 @@ private:
     BarcodeLayout edited_;
     BarcodeLayout stored_;
     bool showing_ = false;
+    // As they were when the page was opened.
+    struct Rights {
+        bool insert = false;
+        bool edit = false;
+        bool remove = false;
+    } rights_;
     // Each takes its input's value into the layout, or shows the layout's.
     std::vector<std::function<void(BarcodeLayout&)>> take_;
     std::vector<std::function<void(const BarcodeLayout&)>> fill_;
     QListWidget* list_ = nullptr;
+    QWidget* fields_ = nullptr;
+    QLabel* readOnly_ = nullptr;
     QLineEdit* title_ = nullptr;
     QLineEdit* sample_ = nullptr;
     QLabel* preview_ = nullptr;
     QLabel* problems_ = nullptr;
     QPushButton* save_ = nullptr;
+    QPushButton* new_ = nullptr;
     QPushButton* remove_ = nullptr;
 };
 

@@ -7,7 +7,7 @@
 #include <QElapsedTimer>
 #include <functional>
 
-#include "host/counter/persian_inputs.h"
+#include "host/screens/persian_inputs.h"
 
 namespace basalt::host {
 

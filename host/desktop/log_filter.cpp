@@ -1,7 +1,6 @@
 #include "host/desktop/log_filter.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QStyle>
 #include <optional>
 #include <vector>
@@ -18,6 +17,10 @@ std::optional<std::string> dayIn(const QLineEdit& edit) {
     const std::optional<JalaliDate> date = parseJalali(edit.text().trimmed().toStdString());
     if (!date) return std::nullopt;
     return toText(*date, "/");
+}
+
+bool isWrong(const QLineEdit& edit) {
+    return !edit.text().trimmed().isEmpty() && !dayIn(edit);
 }
 
 }  // namespace
@@ -37,6 +40,12 @@ LogFilter::LogFilter(QWidget* parent) : TSearchFrame(parent) {
     layout->addWidget(part_);
     from_ = addDate("DateFrom_EDT", QStringLiteral("از:"));
     to_ = addDate("DateTo_EDT", QStringLiteral("تا:"));
+    problem_ = new QLabel(QStringLiteral("تاریخ درستی نیست و در جستجو نیامد؛ آن را مانند ۱۴۰۵/۰۸/۳۰ بنویسید."));
+    problem_->setObjectName(QStringLiteral("DateProblem_LBL"));
+    problem_->setWordWrap(true);
+    problem_->setProperty("kind", QStringLiteral("problem"));
+    problem_->hide();
+    layout->addWidget(problem_);
     QObject::connect(part_, &QComboBox::currentIndexChanged, this, [this] {
         if (OnChange) OnChange();
     });
@@ -59,11 +68,10 @@ QLineEdit* LogFilter::addDate(const char* objectName, const QString& title) {
 }
 
 void LogFilter::dateEdited(QLineEdit& edit) {
-    const bool wrong = !edit.text().trimmed().isEmpty() && !dayIn(edit);
-    edit.setProperty("wrong", wrong);
-    edit.setToolTip(wrong ? QStringLiteral("تاریخ را مانند ۱۴۰۵/۰۸/۳۰ وارد کنید") : QString());
+    edit.setProperty("wrong", isWrong(edit));
     edit.style()->unpolish(&edit);
     edit.style()->polish(&edit);
+    problem_->setVisible(isWrong(*from_) || isWrong(*to_));
     if (OnChange) OnChange();
 }
 

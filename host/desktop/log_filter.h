@@ -2,10 +2,12 @@
 //
 //   frame.Filter()    "([SoftwarePart] = 114) AND ([LogDate] >= N'1405/08/01')"
 //
-// Days are typed as 1405/08/01, digits in any script; a day that does not exist is marked and narrows nothing.
+// Days are typed as 1405/08/01, digits in any script; a day that does not exist is marked, narrows nothing, and is
+// told of.
 #pragma once
 
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 
 #include "package/screens/controls.h"
@@ -31,6 +33,7 @@ private:
     QComboBox* part_;
     QLineEdit* from_ = nullptr;
     QLineEdit* to_ = nullptr;
+    QLabel* problem_;
 };
 
 }  // namespace basalt::host

@@ -74,14 +74,15 @@ void LogPage::makeGrid(QBoxLayout& layout) {
         column.Width = themePixels(width);
         grid_->AddColumn(column);
     };
+    // Names take the room of the longest, so that all columns are seen at once where they are short.
     add("LogDate", "تاریخ", 104);
     add("LogTime", "ساعت", 84);
-    add("UserName", "کاربر", 120);
-    add("PartTitle", "بخش", 160);
+    add("UserName", "کاربر", 0);
+    add("PartTitle", "بخش", 0);
     add("PermissionTitle", "کار", 80);
-    add("Text", "کد یا نام", 150);
+    add("Text", "کد یا نام", 0);
     add("Description", "شرح", 0);
-    add("WorkstationName", "ایستگاه کاری", 120);
+    add("WorkstationName", "ایستگاه کاری", 0);
     grid_->SetDataSource(&source_);
     layout.addWidget(grid_);
 }

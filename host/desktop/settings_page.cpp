@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "host/screens/persian_digits.h"
+#include "host/screens/persian_inputs.h"
 #include "host/screens/theme.h"
 #include "host/screens/unsaved_changes.h"
 #include "host/services/host_parts.h"
@@ -106,7 +107,7 @@ void SettingsPage::makeWorkstation(QBoxLayout& layout) {
     workstationProblem_->setProperty("kind", QStringLiteral("problem"));
     workstationProblem_->hide();
     panel->addWidget(workstationProblem_);
-    fontSize_ = new QSpinBox;
+    fontSize_ = new PersianSpinBox;
     fontSize_->setObjectName(QStringLiteral("FontSize_EDT"));
     fontSize_->setRange(kSmallestFont, kLargestFont);
     fontSize_->setFixedWidth(themePixels(120));

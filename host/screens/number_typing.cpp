@@ -5,6 +5,8 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QRegularExpression>
+#include <QSpinBox>
+#include <QToolTip>
 #include <utility>
 
 #include "host/screens/persian_digits.h"
@@ -23,14 +25,29 @@ NumberKind kindOf(const QLineEdit& edit) {
     return NumberKind::None;
 }
 
+// The edit of an input, which may be a part of it; null for anything else.
+QLineEdit* editOf(QObject* input) {
+    if (auto* edit = qobject_cast<QLineEdit*>(input)) return edit;
+    return qobject_cast<QAbstractSpinBox*>(input) ? input->findChild<QLineEdit*>() : nullptr;
+}
+
+QString refusal(const QLineEdit& edit) {
+    if (const auto* whole = qobject_cast<const QSpinBox*>(edit.parent()))
+        return persianDigits(
+            QStringLiteral("این‌جا تنها عددی از %1 تا %2 پذیرفته می‌شود.")
+                .arg(whole->minimum())
+                .arg(whole->maximum()));
+    return QStringLiteral("این‌جا تنها عدد پذیرفته می‌شود.");
+}
+
 class NumberTyping final : public QObject {
 public:
     using QObject::QObject;
 
     bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::FocusIn) tellRefusals(watched);
         if (event->type() != QEvent::KeyPress || replacing_) return false;
-        auto* edit = qobject_cast<QLineEdit*>(watched);
-        if (!edit && qobject_cast<QAbstractSpinBox*>(watched)) edit = watched->findChild<QLineEdit*>();
+        QLineEdit* edit = editOf(watched);
         if (!edit || edit->isReadOnly()) return false;
         const NumberKind kind = kindOf(*edit);
         if (kind == NumberKind::None) return false;
@@ -47,6 +64,17 @@ public:
     }
 
 private:
+    // A key or a paste that the input does not take would otherwise seem lost, or half of it taken.
+    void tellRefusals(QObject* input) {
+        const QLineEdit* edit = editOf(input);
+        if (edit && kindOf(*edit) != NumberKind::None)
+            connect(edit, &QLineEdit::inputRejected, this, &NumberTyping::refused, Qt::UniqueConnection);
+    }
+    void refused() {
+        auto* edit = qobject_cast<QLineEdit*>(sender());
+        QToolTip::showText(edit->mapToGlobal(QPoint(0, edit->height())), refusal(*edit), edit);
+    }
+
     bool replacing_ = false;
 };
 

@@ -1,5 +1,6 @@
 // Numbers look alike whether they are stored or just being typed: in inputs for numbers, a digit of any keyboard
-// appears as the digits that the user has chosen, and a point or slash as the decimal mark.
+// appears as the digits that the user has chosen, and a point or slash as the decimal mark. A key that an input does
+// not take, or a paste of which it does not take all, is told in a tip.
 //
 //   QLineEdit price;
 //   price.setInputMethodHints(Qt::ImhFormattedNumbersOnly);

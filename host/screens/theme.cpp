@@ -133,7 +133,8 @@ QString withThemeColors(QString sheet) {
     for (const auto& [name, color] : names)
         sheet.replace(QLatin1String(name), color.name());
     if (fontScale == 1) return sheet;
-    static const QRegularExpression size(QStringLiteral("font-size: ([0-9.]+)pt"));
+    // The least heights too: what they are set for is squeezed down to them, whatever its font.
+    static const QRegularExpression size(QStringLiteral("(?:font-size|min-height): ([0-9.]+)p[tx]"));
     for (auto match = size.match(sheet); match.hasMatch(); match = size.match(sheet, match.capturedEnd()))
         sheet.replace(match.capturedStart(1), match.capturedLength(1),
                       QString::number(themeSize(match.captured(1).toDouble()), 'f', 1));

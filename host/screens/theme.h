@@ -56,7 +56,7 @@ void setThemeFontSize(qreal points);
 // as a usual one.
 [[nodiscard]] QSize themeScreenRoom(const QWidget& window);
 
-// A style sheet with the names of colours ("@accent@") filled in and its font sizes at the user's scale.
+// A style sheet with the names of colours ("@accent@") filled in, its font sizes and least heights at the user's scale.
 [[nodiscard]] QString withThemeColors(QString sheet);
 
 // The bundled Persian font; falls back to the system's own when it cannot be read.

@@ -3,8 +3,9 @@
 namespace basalt::host {
 
 bool mayLeaveUnsaved(MessageService& messages, QWidget& form, const std::function<bool()>& save,
-                     const std::function<void()>& drop) {
+                     const std::function<void()>& drop, const std::vector<std::string>& before) {
     const MessageRequest question{.operation = "MsgUnsavedChanges",
+                                  .arguments = before,
                                   .buttons = {TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel},
                                   .defaultButton = TMessageButton::Yes,
                                   .form = &form};

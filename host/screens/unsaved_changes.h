@@ -6,6 +6,8 @@
 
 #include <QWidget>
 #include <functional>
+#include <string>
+#include <vector>
 
 #include "package/messages.h"
 
@@ -13,7 +15,8 @@ namespace basalt::host {
 
 // Asks over the form whether to save. True when the form may be left: its changes were saved, which save tells, or the
 // user does not want them, which drop (if any) is told of. False when they could not be saved or the user stays.
+// `before` is one text, what the user is about to do, where that is not to leave the form.
 [[nodiscard]] bool mayLeaveUnsaved(MessageService& messages, QWidget& form, const std::function<bool()>& save,
-                                   const std::function<void()>& drop = {});
+                                   const std::function<void()>& drop = {}, const std::vector<std::string>& before = {});
 
 }  // namespace basalt::host

@@ -82,6 +82,19 @@ TEST_F(Counter, itsButtonsKeepTheirKeysWithALargeFont) {
     setThemeFontSize(10);
 }
 
+TEST_F(Counter, whatItSaysGrowsWithTheFontAtOnce) {
+    const auto height = [this](const char* name) { return control(*page, name).fontMetrics().height(); };
+    const int result = height("Result_LBL");
+    const int total = height("Total_LBL");
+    setThemeFontSize(16);
+    QApplication::processEvents();
+    EXPECT_GT(height("Result_LBL"), result);
+    EXPECT_GT(height("Total_LBL"), total);
+    setThemeFontSize(10);
+    QApplication::processEvents();
+    EXPECT_EQ(height("Result_LBL"), result);
+}
+
 TEST_F(Counter, aWeighedGoodBecomesALine) {
     scan("2800105012507");
     EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵"));

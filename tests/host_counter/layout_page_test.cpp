@@ -6,6 +6,7 @@
 #include "ado/error.h"
 #include "host/screens/persian_digits.h"
 #include "host/services/deploy.h"
+#include "host/screens/theme.h"
 #include "host/services/sql_access.h"
 #include "tests/host_desktop/desktop_test.h"
 
@@ -281,6 +282,57 @@ TEST_F(Layouts, aUserWithoutTheRightChangesNothing) {
         operations.push_back(request.operation);
     EXPECT_THAT(operations, ElementsAre("HavePermission", "HavePermission", "MsgUnsavedChanges", "HavePermission",
                                         "MsgUnsavedChanges", "HavePermission"));
+}
+
+TEST_F(Layouts, whoMayNotChangeThemIsToldBeforeHeFillsThemIn) {
+    EXPECT_FALSE(control(*page, "ReadOnly_LBL").isVisible());
+    host.signInAs(2);
+    page->enter();
+    // clang-format off
+    EXPECT_EQ(shown(*page, "ReadOnly_LBL"), "اجازهٔ تغییر این الگو را ندارید؛ می‌توانید آن را ببینید و با یک بارکد بیازمایید.");
+    // clang-format on
+    choose("28");
+    for (const char* name : {"Title_EDT", "AmountCount_EDT", "Save_BTN", "New_BTN", "Delete_BTN"})
+        EXPECT_FALSE(control(*page, name).isEnabled()) << name;
+    type(*page, "Sample_EDT", "۲۸۰۰۱۰۵۰۱۲۵۰۷");
+    EXPECT_THAT(control<QLabel>(*page, "Preview_LBL").text().toStdString(), HasSubstr(">۰۰۱۰۵</td>"));
+    EXPECT_THAT(takeMessages(), ElementsAre());
+}
+
+TEST_F(Layouts, nothingIsSqueezedByALargeFont) {
+    setThemeFontSize(16);
+    page->resize(700, 500);
+    QApplication::processEvents();
+    for (const char* name : {"Title_EDT", "DigitCount_EDT", "AmountStart_EDT", "AmountCount_EDT", "Sample_EDT"}) {
+        const QWidget& input = control(*page, name);
+        EXPECT_GE(input.width(), input.minimumSizeHint().width()) << name;
+        EXPECT_GE(input.height(), input.minimumSizeHint().height()) << name;
+    }
+    EXPECT_EQ(page->size(), QSize(700, 500));
+    setThemeFontSize(10);
+}
+
+TEST_F(Layouts, aTitleIsKeptToTheLetterWhileOtherFieldsChange) {
+    session->run("UPDATE dbo.BarCodeFormul SET Title = N'\uFEFFوزن' WHERE ConstantCode = N'28'");
+    page->enter();
+    choose("28");
+    number("AmountCount_EDT").setValue(4);
+    click(*page, "Save_BTN");
+    EXPECT_EQ(linesOf(*session, "SELECT Title FROM dbo.BarCodeFormul WHERE ConstantCode = N'28'").at(0), "\uFEFFوزن");
+}
+
+TEST_F(Layouts, theQuestionSpeaksOfWhatItComesBefore) {
+    choose("28");
+    number("AmountCount_EDT").setValue(4);
+    messages.answers = {mrCancel};
+    click(*page, "New_BTN");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgUnsavedChanges('شروع الگوی تازه')"));
+    messages.answers = {mrCancel};
+    choose("29");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgUnsavedChanges('رفتن به الگوی دیگر')"));
+    messages.answers = {mrCancel};
+    EXPECT_FALSE(page->mayLeave());
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgUnsavedChanges()"));
 }
 
 TEST_F(Layouts, everyChangeIsLogged) {

@@ -67,6 +67,10 @@ TEST_F(Log, marksADayThatDoesNotExist) {
     type(*page, "DateFrom_EDT", "1405/12/30");
     EXPECT_TRUE(control(*page, "DateFrom_EDT").property("wrong").toBool());
     EXPECT_EQ(codes(), "۴ ۳ ۱۲");
+    EXPECT_EQ(shown(*page, "DateProblem_LBL"), "تاریخ درستی نیست و در جستجو نیامد؛ آن را مانند ۱۴۰۵/۰۸/۳۰ بنویسید.");
+    type(*page, "DateFrom_EDT", "1405/08/30");
+    EXPECT_FALSE(control(*page, "DateFrom_EDT").property("wrong").toBool());
+    EXPECT_EQ(shown(*page, "DateProblem_LBL"), "(hidden)");
 }
 
 TEST_F(Log, isReadAnewOnRequest) {

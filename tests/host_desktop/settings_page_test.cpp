@@ -49,6 +49,16 @@ TEST_F(Settings, areStoredForEverybodyAndLogged) {
     EXPECT_EQ(entry.text, "نام شرکت، تعداد رقم اعشار مبالغ، کنترل موجودی منفی، جزئیات کالا دوواحدی");
 }
 
+TEST_F(Settings, theFontSizeThatIsTypedReplacesTheOneThere) {
+    auto& size = control<QSpinBox>(*page, "FontSize_EDT");
+    EXPECT_EQ(size.value(), 10);
+    QTest::mouseClick(size.findChild<QLineEdit*>(), Qt::LeftButton);
+    QCoreApplication::processEvents();
+    for (const QChar letter : QStringLiteral("12"))
+        QTest::sendKeyEvent(QTest::Click, &size, static_cast<Qt::Key>(letter.unicode()), QString(letter), {});
+    EXPECT_EQ(size.value(), 12);
+}
+
 struct WrongCase {
     const char* name;
     const char* edit;

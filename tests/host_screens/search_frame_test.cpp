@@ -1,7 +1,10 @@
 // Search frames and the search manager, typed into like a user does.
+#include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QTabBar>
+#include <QToolTip>
 
 #include "host/screens/search_edit.h"
 #include "tests/host_screens/screen_test.h"
@@ -51,6 +54,24 @@ TEST_F(SearchFrames, aDigitsItemTakesDigitsOnly) {
     type(input, QStringLiteral("1a۲-"));
     EXPECT_EQ(input->text().toStdString(), "۱۲");
     EXPECT_EQ(frame->Filter(), "CAST([Code] AS NVARCHAR(40)) LIKE N'12%'");
+}
+
+TEST_F(SearchFrames, whatANumberDoesNotTakeIsToldAndAPasteIsTakenWholeOrNotAtAll) {
+    auto* frame = screens.createCostRangeSearch("Range", &window);
+    frame->AddItem({"Price", "قیمت", TSearchDataType::Amount});
+    frame->init();
+    window.show();
+    window.activateWindow();
+    auto* from = control<QLineEdit>(window, "Range_From_EDT");
+    from->setFocus();
+    QApplication::clipboard()->setText(QStringLiteral("1e5"));
+    QTest::keyClick(from, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(from->text().toStdString(), "");
+    EXPECT_EQ(QToolTip::text().toStdString(), "این‌جا تنها عدد پذیرفته می‌شود.");
+    QToolTip::hideText();
+    type(from, QStringLiteral("1e"));
+    EXPECT_EQ(QToolTip::text().toStdString(), "این‌جا تنها عدد پذیرفته می‌شود.");
+    QApplication::clipboard()->clear();
 }
 
 TEST_F(SearchFrames, theSearchTellsOnlyOfWhatNarrowsOtherwise) {
