@@ -6,6 +6,7 @@
 
 #include "ado/error.h"
 #include "ado/field_type_words.h"
+#include "ado/unicode.h"
 
 namespace basalt::session_json {
 
@@ -65,26 +66,8 @@ double floatOf(const std::string& text) {
 }
 
 // Strict about what JSON texts may hold: no overlong forms, no surrogates.
-bool isUtf8(std::string_view text) {
-    std::size_t i = 0;
-    while (i < text.size()) {
-        const auto lead = static_cast<unsigned char>(text[i++]);
-        if (lead < 0x80) continue;
-        const int more = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
-        if (lead < 0xC2 || lead > 0xF4) return false;
-        unsigned code = lead & (0x3FU >> more);
-        for (int k = 0; k < more; ++k, ++i) {
-            if (i == text.size() || (static_cast<unsigned char>(text[i]) & 0xC0) != 0x80) return false;
-            code = code << 6 | (static_cast<unsigned char>(text[i]) & 0x3FU);
-        }
-        if ((more == 2 && code < 0x800) || (more == 3 && (code < 0x10000 || code > 0x10FFFF))) return false;
-        if (code >= 0xD800 && code <= 0xDFFF) return false;
-    }
-    return true;
-}
-
 Json fromText(const std::string& text) {
-    if (isUtf8(text)) return text;
+    if (findInvalidUtf8(text) == kValidUtf8) return text;
     return {{"rawText", hex(text)}};
 }
 

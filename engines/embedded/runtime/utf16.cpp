@@ -9,20 +9,6 @@
 
 namespace basalt::embedded {
 
-char32_t nextCharacter(std::string_view text, std::size_t& offset) {
-    const auto first = static_cast<unsigned char>(text[offset]);
-    if (first < 0x80) {
-        ++offset;
-        return first;
-    }
-    auto at = static_cast<std::int32_t>(offset);
-    UChar32 character = 0;
-    U8_NEXT_OR_FFFD(reinterpret_cast<const std::uint8_t*>(text.data()), at, static_cast<std::int32_t>(text.size()),
-                    character);
-    offset = static_cast<std::size_t>(at);
-    return static_cast<char32_t>(character);
-}
-
 void appendCharacter(std::string& text, char32_t character) {
     std::uint8_t bytes[4];
     std::int32_t length = 0;
@@ -33,17 +19,6 @@ void appendCharacter(std::string& text, char32_t character) {
 
 bool isAscii(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-std::size_t utf16Offset(std::string_view text, std::int64_t units) {
-    std::size_t offset = 0;
-    while (offset < text.size() && units > 0) {
-        std::size_t next = offset;
-        units -= nextCharacter(text, next) > 0xFFFF ? 2 : 1;
-        if (units < 0) break;
-        offset = next;
-    }
-    return offset;
 }
 
 std::string_view utf16Substring(std::string_view text, std::int64_t start, std::int64_t length) {
