@@ -26,8 +26,25 @@ int endOf(int start, int count) {
     return static_cast<int>(std::clamp<std::int64_t>(std::int64_t{start} + count, -kLongest, kLongest));
 }
 
-void add(std::vector<FieldSpan>& spans, LayoutField field, int start, int count) {
-    if (count > 0) spans.push_back({field, std::clamp(start, -kLongest, kLongest), endOf(start, count)});
+struct FieldPlace {
+    LayoutField field;
+    int start;
+    int count;
+};
+
+// Of the fields that this kind of layout cuts.
+std::vector<FieldPlace> placesOf(const BarcodeLayout& layout) {
+    std::vector<FieldPlace> places{{LayoutField::Constant, layout.constantStart, layout.constantCount}};
+    if (layout.barCodeType == bftAmount) {
+        if (layout.itemConstantCode <= 0)
+            places.push_back({LayoutField::Item, layout.itemCodeStart, layout.itemCodeCount});
+        places.push_back({LayoutField::Amount, layout.amountStart, layout.amountCount});
+        if (layout.balanceNoAsStore)
+            places.push_back({LayoutField::Balance, layout.balanceNoStart, layout.balanceNoCount});
+    }
+    if (layout.barCodeType >= bftAmount && layout.barCodeType <= bftConstPrice)
+        places.push_back({LayoutField::Price, layout.priceStart, layout.priceCount});
+    return places;
 }
 
 // As the server compares: the case of letters and blanks at the end make no difference.
@@ -86,7 +103,8 @@ std::optional<QString> goodFault(const BarcodeLayout& layout, const QString& bar
     (void)characters.toInt(&holds);
     if (holds) return std::nullopt;
     return QStringLiteral(
-               "کد کالای بارکد، %1، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی «%2» "
+               "کد کالای بارکد، %1، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی "
+               "«%2» "
                "درست "
                "کنید.")
         .arg(persianDigits(characters), nameOf(layout));
@@ -130,14 +148,11 @@ QString titleOf(LayoutField field) {
 
 std::vector<FieldSpan> spansOf(const BarcodeLayout& layout) {
     std::vector<FieldSpan> spans;
-    add(spans, LayoutField::Constant, layout.constantStart, layout.constantCount);
-    if (layout.barCodeType == bftAmount) {
-        if (layout.itemConstantCode <= 0) add(spans, LayoutField::Item, layout.itemCodeStart, layout.itemCodeCount);
-        add(spans, LayoutField::Amount, layout.amountStart, layout.amountCount);
-        if (layout.balanceNoAsStore) add(spans, LayoutField::Balance, layout.balanceNoStart, layout.balanceNoCount);
+    for (const FieldPlace& place : placesOf(layout)) {
+        if (place.count > 0)
+            spans.push_back(
+                {place.field, std::clamp(place.start, -kLongest, kLongest), endOf(place.start, place.count)});
     }
-    if (layout.barCodeType >= bftAmount && layout.barCodeType <= bftConstPrice)
-        add(spans, LayoutField::Price, layout.priceStart, layout.priceCount);
     std::stable_sort(spans.begin(), spans.end(), [](const auto& a, const auto& b) { return a.begin < b.begin; });
     return spans;
 }
@@ -171,7 +186,8 @@ std::optional<QString> faultOf(const BarcodeLayout& layout, const QString& barco
 
 QString prefixFault(const BarcodeLayout& layout) {
     return QStringLiteral(
-               "تعداد رقم پیش‌شمارهٔ الگوی «%1» منفی است و تا درست نشود بارکدهای %2 رقمی خوانده نمی‌شوند. آن را "
+               "تعداد رقم پیش‌شمارهٔ الگوی «%1» منفی است و تا درست نشود بارکدهای %2 رقمی خوانده نمی‌شوند. آن "
+               "را "
                "در "
                "صفحهٔ "
                "الگوهای بارکد درست کنید.")
@@ -191,42 +207,47 @@ bool mayBothFit(const BarcodeLayout& a, const BarcodeLayout& b) {
     return true;
 }
 
-std::vector<QString> problemsOf(const BarcodeLayout& layout, const std::vector<BarcodeLayout>& others) {
-    std::vector<QString> problems;
+std::vector<LayoutProblem> problemsOf(const BarcodeLayout& layout, const std::vector<BarcodeLayout>& others) {
+    std::vector<LayoutProblem> problems;
+    const auto hopeless = [&problems](const QString& text) { problems.push_back({text, true}); };
+    const auto doubtful = [&problems](const QString& text) { problems.push_back({text, false}); };
     if (layout.barCodeType < bftAmount || layout.barCodeType > bftConstPrice)
-        problems.push_back(QStringLiteral("نوع بارکد %1 شناخته نیست و اسکن با این الگو کاری نمی‌کند. نوع آن "
-                                          "را "
-                                          "برگزینید.")
-                               .arg(number(layout.barCodeType)));
+        hopeless(QStringLiteral("نوع بارکد %1 شناخته نیست و اسکن با این الگو کاری نمی‌کند. نوع آن را "
+                                "برگزینید.")
+                     .arg(number(layout.barCodeType)));
+    if (layout.digitCount <= 0) hopeless(QStringLiteral("تعداد رقم بارکد معلوم نیست."));
+    for (const FieldPlace& place : placesOf(layout)) {
+        if (place.count >= 0) continue;
+        hopeless(place.field == LayoutField::Constant
+                     ? prefixFault(layout)
+                     : QStringLiteral("تعداد رقم «%1» منفی است.").arg(titleOf(place.field)));
+    }
     const std::vector<FieldSpan> spans = spansOf(layout);
     for (const FieldSpan& span : spans) {
         if (span.begin < 1 || span.end > layout.digitCount + 1)
-            problems.push_back(QStringLiteral("«%1» از بارکد %2 رقمی بیرون می‌زند.")
-                                   .arg(titleOf(span.field), number(layout.digitCount)));
+            hopeless(QStringLiteral("«%1» از بارکد %2 رقمی بیرون می‌زند.")
+                         .arg(titleOf(span.field), number(layout.digitCount)));
     }
     for (std::size_t i = 0; i < spans.size(); ++i) {
         for (std::size_t k = i + 1; k < spans.size(); ++k) {
             if (spans[k].begin < spans[i].end)
-                problems.push_back(QStringLiteral("«%1» و «%2» روی هم افتاده‌اند.")
-                                       .arg(titleOf(spans[i].field), titleOf(spans[k].field)));
+                doubtful(QStringLiteral("«%1» و «%2» روی هم افتاده‌اند.")
+                             .arg(titleOf(spans[i].field), titleOf(spans[k].field)));
         }
     }
-    if (layout.constantCount < 0)
-        problems.push_back(prefixFault(layout));
-    else if (constantOf(layout).size() != layout.constantCount)
-        problems.push_back(QStringLiteral("پیش‌شماره %1 نویسه است، نه %2.")
-                               .arg(number(static_cast<int>(constantOf(layout).size())), number(layout.constantCount)));
-    if (layout.barCodeType == bftAmount && layout.itemConstantCode <= 0 && layout.itemCodeCount <= 0)
-        problems.push_back(QStringLiteral("نه جای کالا معلوم است و نه کالای ثابت."));
-    if ((layout.barCodeType == bftTotalPrice || layout.barCodeType == bftConstPrice) && layout.priceCount <= 0)
-        problems.push_back(QStringLiteral("جای مبلغ معلوم نیست."));
+    if (layout.constantCount >= 0 && constantOf(layout).size() != layout.constantCount)
+        hopeless(QStringLiteral("پیش‌شماره %1 نویسه است، نه %2.")
+                     .arg(number(static_cast<int>(constantOf(layout).size())), number(layout.constantCount)));
+    if (layout.barCodeType == bftAmount && layout.itemConstantCode <= 0 && layout.itemCodeCount == 0)
+        hopeless(QStringLiteral("نه جای کالا معلوم است و نه کالای ثابت."));
+    if ((layout.barCodeType == bftTotalPrice || layout.barCodeType == bftConstPrice) && layout.priceCount == 0)
+        hopeless(QStringLiteral("جای مبلغ معلوم نیست."));
     for (const BarcodeLayout& other : others) {
         if (other.id != 0 && other.id == layout.id) continue;
         if (mayBothFit(layout, other))
-            problems.push_back(
-                QStringLiteral(
-                    "بارکدی که با این الگو بخواند با «%1» هم می‌خواند.")
-                    .arg(nameOf(other)));
+            doubtful(QStringLiteral(
+                         "بارکدی که با این الگو بخواند با «%1» هم می‌خواند.")
+                         .arg(nameOf(other)));
     }
     return problems;
 }

@@ -75,9 +75,17 @@ struct FieldSpan {
 // Whether there is a barcode that the server would give both for; either may come first.
 [[nodiscard]] bool mayBothFit(const BarcodeLayout& a, const BarcodeLayout& b);
 
-// What is wrong with the layout, in sentences for people: fields that overlap, that reach beyond the barcode, a prefix
-// that is not as long as its field, a kind that nobody knows, a field that its kind needs and does not have, others
-// that fit the same barcodes. A layout is not compared with itself (the same id, when stored).
-[[nodiscard]] std::vector<QString> problemsOf(const BarcodeLayout& layout, const std::vector<BarcodeLayout>& others);
+struct LayoutProblem {
+    QString text;  // a sentence for people
+    // No barcode can be read by a layout with it; the others may be meant.
+    bool isHopeless = false;
+};
+
+// What is wrong with the layout. Hopeless: a barcode without characters, negative counts, fields that reach beyond the
+// barcode, a prefix that is not as long as its field, a kind that nobody knows, a field
+// that its kind needs and does not have. Else: fields that
+// overlap, others that fit the same barcodes. A layout is not compared with itself (the same id, when stored).
+[[nodiscard]] std::vector<LayoutProblem> problemsOf(const BarcodeLayout& layout,
+                                                    const std::vector<BarcodeLayout>& others);
 
 }  // namespace basalt::host

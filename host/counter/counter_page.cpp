@@ -306,9 +306,26 @@ void CounterPage::enter() {
 }
 
 bool CounterPage::mayLeave() {
+    return mayForget("ترک پیشخوان");
+}
+
+bool CounterPage::mayForget(const char* before) {
     if (isEmpty()) return true;
-    return mayLeaveUnsaved(
-        context_.host.Messages(), *this, [this] { return write(); }, [this] { clearInvoice(); });
+    // Neither saved nor forgotten without being meant: whoever sells has the hands on a scanner.
+    const MessageRequest question{.operation = "MsgUnsavedInvoice",
+                                  .arguments = {before},
+                                  .buttons = {TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel},
+                                  .defaultButton = TMessageButton::Cancel,
+                                  .form = this};
+    switch (context_.host.Messages().show(question)) {
+        case mrYes:
+            return write();
+        case mrNo:
+            clearInvoice();
+            return true;
+        default:
+            return false;
+    }
 }
 
 void CounterPage::showPolicy() {
@@ -614,7 +631,7 @@ void CounterPage::removeLine() {
 
 void CounterPage::startNew() {
     const bool wasEmpty = isEmpty();
-    if (mayLeave() && wasEmpty) clearInvoice();  // else it is clear, and the result says how
+    if (mayForget("آغاز فاکتور تازه") && wasEmpty) clearInvoice();  // else it is clear, and the result says how
 }
 
 void CounterPage::clearInvoice() {

@@ -70,6 +70,8 @@ private:
     void clearInvoice();
     // No lines, and no sum of prices alone.
     [[nodiscard]] bool isEmpty();
+    // Asks what becomes of an invoice that is not saved before what is named; false when it stays.
+    [[nodiscard]] bool mayForget(const char* before);
 
     void showResult(const QString& mood, const QString& text);
     // In text, colour and, when it is wanted, sound.

@@ -66,6 +66,14 @@ QString breakable(const QString& text) {
     return broken;
 }
 
+// A sentence a line.
+QString textOf(const std::vector<LayoutProblem>& problems) {
+    QStringList texts;
+    for (const LayoutProblem& problem : problems)
+        texts << problem.text;
+    return texts.join(QLatin1Char('\n'));
+}
+
 QString listTitle(const BarcodeLayout& layout) {
     return QStringLiteral("%1 — %2 (%3 رقمی)")
         .arg(nameOf(layout), persianDigits(QString::fromStdString(layout.constantCode)),
@@ -111,6 +119,9 @@ QString previewOf(const BarcodeLayout& layout, const QString& barcode) {
 LayoutPage::LayoutPage(DesktopContext context, QWidget* parent)
     : ShellPage(parent), context_(context), store_(context.host.session()) {
     setObjectName(QStringLiteral("Layouts_PNL"));
+    // In a window of its own, too.
+    setStyleSheet(
+        withThemeColors(QStringLiteral("#SampleNote_LBL { color: @muted@; } #LayoutState_LBL { color: @success@; }")));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(28, 24, 28, 20);
     layout->setSpacing(12);
@@ -289,6 +300,11 @@ void LayoutPage::makePreview(QBoxLayout& layout) {
     problems_->setTextFormat(Qt::PlainText);
     problems_->setWordWrap(true);
     layout.addWidget(problems_);
+    sampleNote_ = new QLabel;
+    sampleNote_->setObjectName(QStringLiteral("SampleNote_LBL"));
+    sampleNote_->setTextFormat(Qt::PlainText);
+    sampleNote_->setWordWrap(true);
+    layout.addWidget(sampleNote_);
     layout.addStretch();
     QObject::connect(sample_, &QLineEdit::textChanged, this, [this] { refresh(); });
 }
@@ -317,6 +333,10 @@ void LayoutPage::makeButtons(QBoxLayout& layout) {
     new_ = addButton(*row, "New_BTN", QStringLiteral("جدید"), QKeySequence(Qt::Key_F4), &LayoutPage::startNew);
     remove_ = addButton(*row, "Delete_BTN", QStringLiteral("حذف"), QKeySequence(Qt::Key_F7), &LayoutPage::remove);
     remove_->setProperty("kind", QStringLiteral("danger"));
+    state_ = new QLabel;
+    state_->setObjectName(QStringLiteral("LayoutState_LBL"));
+    row->addSpacing(8);
+    row->addWidget(state_);
     row->addStretch();
     layout.addLayout(row);
 }
@@ -376,6 +396,7 @@ void LayoutPage::show(const BarcodeLayout& layout) {
     for (const auto& fill : fill_)
         fill(layout);
     showing_ = false;
+    state_->clear();
     refresh();
 }
 
@@ -383,6 +404,7 @@ void LayoutPage::edited() {
     if (showing_) return;
     for (const auto& take : take_)
         take(edited_);
+    state_->clear();
     refresh();
 }
 
@@ -391,51 +413,8 @@ void LayoutPage::refresh() {
     preview_->setText(sample.isEmpty() ? QString() : previewOf(edited_, sample));
     // One that nobody has begun yet lacks everything, and need not be told so.
     const bool begun = stored_.id != 0 || !(edited_ == stored_);
-    std::vector<QString> problems = begun ? problemsOf(edited_, layouts_) : std::vector<QString>();
-    if (begun && !sample.isEmpty()) {
-        const bool own = fits(edited_, sample);
-        if (!own && isFoundFor(edited_, sample)) {
-            problems.push_back(
-                QStringLiteral("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و کوچکی حرف‌ها "
-                               "یا "
-                               "فاصله "
-                               "فرق دارد."));
-        } else if (!own && sample.size() != edited_.digitCount) {
-            problems.push_back(
-                QStringLiteral(
-                    "این بارکد با این الگو نمی‌خواند؛ %1 رقم دارد، نه %2.")
-                    .arg(persianDigits(QString::number(sample.size())),
-                         persianDigits(QString::number(edited_.digitCount))));
-        } else if (!own) {
-            problems.push_back(QStringLiteral(
-                "این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش دیگر "
-                "است."));
-        }
-        if (own) {
-            if (const auto fault = faultOf(edited_, sample, context_.host.SettingRecord().FindGoodByScaleCode))
-                problems.push_back(
-                    QStringLiteral("اسکن این بارکد پذیرفته نمی‌شود: %1").arg(*fault));
-        }
-        QStringList fitting;
-        QStringList hiding;
-        for (const BarcodeLayout& other : layouts_) {
-            if (other.id == edited_.id || !isFoundFor(other, sample)) continue;
-            (fits(other, sample) ? fitting : hiding) << nameOf(other);
-        }
-        if (!fitting.isEmpty())
-            problems.push_back((own ? QStringLiteral("این بارکد با الگوی %1 هم می‌خواند.")
-                                    : QStringLiteral("این بارکد با الگوی %1 می‌خواند."))
-                                   .arg(fitting.join(QStringLiteral("، "))));
-        // The one that is found first is the only one that a scan looks at.
-        if (!hiding.isEmpty() && (own || !fitting.isEmpty()))
-            problems.push_back(
-                QStringLiteral(
-                    "الگوی %1 هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با آن فرق "
-                    "دارد؛ "
-                    "اگر پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود.")
-                    .arg(hiding.join(QStringLiteral("، "))));
-    }
-    problems_->setText(breakable(QStringList(problems.begin(), problems.end()).join(QLatin1Char('\n'))));
+    problems_->setText(begun ? breakable(textOf(problemsOf(edited_, layouts_))) : QString());
+    sampleNote_->setText(begun && !sample.isEmpty() ? breakable(noteOn(sample)) : QString());
     const bool mayChange = stored_.id == 0 ? rights_.insert : rights_.edit;
     fields_->setEnabled(mayChange);
     readOnly_->setVisible(!mayChange);
@@ -444,8 +423,66 @@ void LayoutPage::refresh() {
     remove_->setEnabled(rights_.remove && stored_.id != 0);
 }
 
+QString LayoutPage::noteOn(const QString& sample) const {
+    QStringList notes;
+    const bool own = fits(edited_, sample);
+    if (!own && isFoundFor(edited_, sample)) {
+        notes << QStringLiteral(
+            "این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و کوچکی حرف‌ها یا فاصله فرق "
+            "دارد.");
+    } else if (!own && sample.size() != edited_.digitCount) {
+        notes << QStringLiteral(
+                     "این بارکد با این الگو نمی‌خواند؛ %1 رقم دارد، نه %2.")
+                     .arg(persianDigits(QString::number(sample.size())),
+                          persianDigits(QString::number(edited_.digitCount)));
+    } else if (!own) {
+        notes << QStringLiteral(
+            "این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش دیگر است.");
+    } else if (const auto fault = faultOf(edited_, sample, context_.host.SettingRecord().FindGoodByScaleCode)) {
+        notes << QStringLiteral("اسکن این بارکد پذیرفته نمی‌شود: %1").arg(*fault);
+    }
+    QStringList fitting;
+    QStringList hiding;
+    for (const BarcodeLayout& other : layouts_) {
+        if (other.id == edited_.id || !isFoundFor(other, sample)) continue;
+        (fits(other, sample) ? fitting : hiding) << nameOf(other);
+    }
+    if (!fitting.isEmpty())
+        notes << (own ? QStringLiteral("این بارکد با الگوی %1 هم می‌خواند.")
+                      : QStringLiteral("این بارکد با الگوی %1 می‌خواند."))
+                     .arg(fitting.join(QStringLiteral("، ")));
+    // The one that is found first is the only one that a scan looks at.
+    if (!hiding.isEmpty() && (own || !fitting.isEmpty()))
+        notes << QStringLiteral(
+                     "الگوی %1 هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با آن فرق دارد؛ "
+                     "اگر "
+                     "پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود.")
+                     .arg(hiding.join(QStringLiteral("، ")));
+    return notes.join(QLatin1Char('\n'));
+}
+
 void LayoutPage::save() {
-    if (write()) reload(stored_.id);
+    if (!write()) return;
+    reload(stored_.id);
+    state_->setText(QStringLiteral("الگو ذخیره شد."));
+}
+
+bool LayoutPage::mayWrite() {
+    std::vector<LayoutProblem> problems = problemsOf(edited_, layouts_);
+    if (problems.empty()) return true;
+    const auto isDoubtful = [](const LayoutProblem& problem) { return !problem.isHopeless; };
+    if (std::all_of(problems.begin(), problems.end(), isDoubtful)) {
+        const MessageRequest question{.operation = "MsgSaveAnyway",
+                                      .arguments = {textOf(problems).toStdString()},
+                                      .buttons = {TMessageButton::Yes, TMessageButton::No},
+                                      .defaultButton = TMessageButton::No,
+                                      .form = window()};
+        return context_.host.Messages().show(question) == mrYes;
+    }
+    std::erase_if(problems, isDoubtful);
+    context_.host.Messages().show(
+        {.operation = "MsgLayoutUseless", .arguments = {textOf(problems).toStdString()}, .form = window()});
+    return false;
 }
 
 bool LayoutPage::write() {
@@ -469,6 +506,7 @@ bool LayoutPage::write() {
         count->setFocus();
         return false;
     }
+    if (!mayWrite()) return false;
     BarcodeLayout written = edited_;
     const auto store = [&] {
         HostTransaction transaction(context_.host.session());

@@ -52,10 +52,14 @@ private:
     void show(const BarcodeLayout& layout);
     void edited();
     void refresh();
+    // How the barcode typed for trying goes with this layout and the others.
+    [[nodiscard]] QString noteOn(const QString& sample) const;
     void save();
     // False when nothing was written: the user may not, or the layout lacks something; he has been told.
     bool write();
     [[nodiscard]] bool may(TPermission permission, bool tell = true);
+    // What is hopeless is told and refused; what is doubtful may be meant, and the user says so.
+    [[nodiscard]] bool mayWrite();
     // Tells what kept a layout from being written, and shows what is there now.
     void tellNotWritten(LayoutOutcome outcome);
     // Into the user log, as a part of the open transaction.
@@ -85,6 +89,8 @@ private:
     QLineEdit* sample_ = nullptr;
     QLabel* preview_ = nullptr;
     QLabel* problems_ = nullptr;
+    QLabel* sampleNote_ = nullptr;
+    QLabel* state_ = nullptr;
     QPushButton* save_ = nullptr;
     QPushButton* new_ = nullptr;
     QPushButton* remove_ = nullptr;

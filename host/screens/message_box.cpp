@@ -1,6 +1,6 @@
 #include "host/screens/message_box.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
@@ -96,6 +96,7 @@ MessageBox::MessageBox(const MessageBoxContent& content, const MessageCatalogue&
     layout->addWidget(heading(content));
     if (!content.detail.isEmpty()) layout->addWidget(detailPart(content.detail));
     layout->addWidget(buttonRow(content, catalogue));
+    installEventFilter(this);
 }
 
 QWidget* MessageBox::heading(const MessageBoxContent& content) {
@@ -171,12 +172,22 @@ QWidget* MessageBox::buttonRow(const MessageBoxContent& content, const MessageCa
             QDialog::accept();
         });
         const bool isDefault = kind == content.defaultButton || content.buttons.size() == 1;
+        button->installEventFilter(this);
         button->setAutoDefault(true);
         button->setDefault(isDefault);
         if (isDefault) button->setFocus();
         layout->addWidget(button);
     }
     return row;
+}
+
+// On the buttons as well: the one with the focus would take Enter before the box sees it.
+bool MessageBox::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::KeyPress && guard_.endsScan(static_cast<const QKeyEvent&>(*event))) {
+        QApplication::beep();
+        return true;
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 int MessageBox::ask() {

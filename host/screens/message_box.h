@@ -5,12 +5,14 @@
 //
 // A text that half of the screen does not hold is scrolled; the buttons are always in sight.
 //
-// Escape and closing the window give the refusing button where there is one (Cancel, else No), else OK.
+// Escape and closing the window give the refusing button where there is one (Cancel, else No), else OK. What a scanner
+// types answers nothing.
 #pragma once
 
 #include <QDialog>
 #include <QPlainTextEdit>
 
+#include "host/screens/scan_guard.h"
 #include "host/services/message_catalogue.h"
 
 namespace basalt::host {
@@ -35,11 +37,15 @@ public:
 
     void reject() override;
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     [[nodiscard]] QWidget* heading(const MessageBoxContent& content);
     [[nodiscard]] QWidget* detailPart(const QString& detail);
     [[nodiscard]] QWidget* buttonRow(const MessageBoxContent& content, const MessageCatalogue& catalogue);
 
+    ScanGuard guard_;
     int answer_ = mrNone;
     int refusal_ = mrNone;
 };

@@ -27,14 +27,22 @@ protected:
             QMetaObject::invokeMethod(this, &QSpinBox::selectAll, Qt::QueuedConnection);
     }
     [[nodiscard]] QString textFromValue(int value) const override { return persianDigits(QString::number(value)); }
+    // Emptied, it is none: the number that was there before would come back unseen.
     [[nodiscard]] int valueFromText(const QString& text) const override {
+        if (isNone(text)) return 0;
         return QSpinBox::valueFromText(latinDigits(text));
     }
     QValidator::State validate(QString& text, int& cursor) const override {
+        if (isNone(text)) return QValidator::Acceptable;
         QString latin = latinDigits(text);
         const QValidator::State state = QSpinBox::validate(latin, cursor);
         text = persianDigits(latin);
         return state;
+    }
+
+private:
+    [[nodiscard]] bool isNone(const QString& text) const {
+        return text.trimmed().isEmpty() && minimum() <= 0 && maximum() >= 0;
     }
 };
 

@@ -29,8 +29,8 @@ BarcodeLayout weightLayout() {
 
 std::vector<std::string> problems(const BarcodeLayout& layout, const std::vector<BarcodeLayout>& others = {}) {
     std::vector<std::string> texts;
-    for (const QString& problem : problemsOf(layout, others))
-        texts.push_back(problem.toStdString());
+    for (const LayoutProblem& problem : problemsOf(layout, others))
+        texts.push_back(problem.text.toStdString());
     return texts;
 }
 
@@ -120,7 +120,8 @@ TEST(BarcodeFault, aCodeThatNoGoodCanHaveIsTold) {
     layout.amountCount = 0;
     EXPECT_EQ(fault(layout, "28002147483647012505"), "none");
     EXPECT_EQ(fault(layout, "28002147483648012505"),
-              "کد کالای بارکد، ۰۰۲۱۴۷۴۸۳۶۴۸، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی "
+              "کد کالای بارکد، ۰۰۲۱۴۷۴۸۳۶۴۸، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در "
+              "الگوی "
               "«وزن» "
               "درست "
               "کنید.");
@@ -247,7 +248,8 @@ TEST(BarcodeLayout, aPrefixBelowNoCharactersIsSaid) {
     BarcodeLayout layout = weightLayout();
     layout.title = "ترازو";
     layout.constantCount = -1;
-    EXPECT_THAT(problems(layout), ElementsAre("تعداد رقم پیش‌شمارهٔ الگوی «ترازو» منفی است و تا درست نشود "
+    EXPECT_THAT(problems(layout), ElementsAre("تعداد رقم پیش‌شمارهٔ الگوی «ترازو» منفی است و تا درست "
+                                              "نشود "
                                               "بارکدهای "
                                               "۱۳ "
                                               "رقمی خوانده نمی‌شوند. آن را در "
@@ -265,6 +267,42 @@ TEST(BarcodeLayout, aKindThatNobodyKnowsIsSaid) {
                 " شناخته نیست و اسکن با این الگو کاری نمی‌کند. نوع آن را "
                 "برگزینید."));
     }
+}
+
+TEST(BarcodeLayout, onlyWhatNoBarcodeFitsIsHopeless) {
+    const auto hopeless = [](const BarcodeLayout& layout, const std::vector<BarcodeLayout>& others = {}) {
+        std::vector<bool> answers;
+        for (const LayoutProblem& problem : problemsOf(layout, others))
+            answers.push_back(problem.isHopeless);
+        return answers;
+    };
+    BarcodeLayout layout = weightLayout();
+    layout.amountStart = 7;
+    EXPECT_THAT(hopeless(layout), ElementsAre(false));
+    layout = weightLayout();
+    layout.id = 2;
+    EXPECT_THAT(hopeless(layout, {weightLayout()}), ElementsAre(false));
+    layout.constantCode = "281";
+    EXPECT_THAT(hopeless(layout), ElementsAre(true));
+    layout = weightLayout();
+    layout.amountStart = 12;
+    EXPECT_THAT(hopeless(layout), ElementsAre(true));
+    layout = weightLayout();
+    layout.barCodeType = 3;
+    EXPECT_THAT(hopeless(layout), ElementsAre(true));
+}
+
+TEST(BarcodeLayout, negativeCountsAreSaidOfTheFieldsThatAreCut) {
+    BarcodeLayout layout = weightLayout();
+    layout.constantCount = -1;
+    layout.amountCount = -5;
+    layout.balanceNoCount = -1;
+    EXPECT_THAT(problems(layout), ElementsAre(prefixFault(layout).toStdString(), "تعداد رقم «مقدار» منفی است."));
+    layout = weightLayout();
+    layout.itemCodeCount = -5;
+    EXPECT_THAT(problems(layout), ElementsAre("تعداد رقم «کالا» منفی است."));
+    layout = {.digitCount = 0, .constantCount = 0, .itemConstantCode = 105};
+    EXPECT_THAT(problems(layout), ElementsAre("تعداد رقم بارکد معلوم نیست."));
 }
 
 TEST(BarcodeLayout, largestNumbersDoNoHarm) {

@@ -228,7 +228,8 @@ TEST_F(Counter, aPrefixBelowNoCharactersIsToldByItsLayout) {
     scan("2800105012507");
     EXPECT_EQ(mood(), "refused");
     EXPECT_EQ(shown(*page, "Result_LBL"),
-              "تعداد رقم پیش‌شمارهٔ الگوی «مبلغ رسید ترازو» منفی است و تا درست نشود بارکدهای ۱۳ رقمی "
+              "تعداد رقم پیش‌شمارهٔ الگوی «مبلغ رسید ترازو» منفی است و تا درست نشود بارکدهای ۱۳ "
+              "رقمی "
               "خوانده "
               "نمی‌شوند. آن "
               "را در صفحهٔ الگوهای بارکد درست کنید.");
@@ -732,8 +733,10 @@ TEST_F(Counter, anInvoiceIsNotThrownAwayWithoutAQuestion) {
     EXPECT_TRUE(page->mayLeave());
     EXPECT_TRUE(lines().empty());
     EXPECT_EQ(linesOf(*session, "SELECT COUNT(*) FROM dbo.Kardex WHERE kala = 105 AND Tedad = -1.25").at(0), "1");
-    for (const std::string& line : takeMessages())
-        EXPECT_EQ(line, "MsgUnsavedChanges()");
+    for (const MessageRequest& request : messages.shown)
+        EXPECT_EQ(request.defaultButton, TMessageButton::Cancel);
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgUnsavedInvoice(ترک پیشخوان)", "MsgUnsavedInvoice(آغاز فاکتور تازه)",
+                                            "MsgUnsavedInvoice(آغاز فاکتور تازه)", "MsgUnsavedInvoice(ترک پیشخوان)"));
 }
 
 TEST_F(Counter, anInvoiceOfPricesAloneIsNotThrownAwayEither) {
@@ -750,8 +753,9 @@ TEST_F(Counter, anInvoiceOfPricesAloneIsNotThrownAwayEither) {
     click(*page, "Clear_BTN");
     EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۰");
     EXPECT_EQ(mood(), "");
-    EXPECT_THAT(takeMessages(), ElementsAre("MsgUnsavedChanges()", "MsgUnsavedChanges()", "MsgUnsavedChanges()",
-                                            "MsgUnsavedChanges()"));
+    EXPECT_THAT(takeMessages(),
+                ElementsAre("MsgUnsavedInvoice(ترک پیشخوان)", "MsgUnsavedInvoice(آغاز فاکتور تازه)",
+                            "MsgUnsavedInvoice(آغاز فاکتور تازه)", "MsgUnsavedInvoice(آغاز فاکتور تازه)"));
     // Taken off again, there is nothing to ask about.
     scan("2900000125005");
     click(*page, "Removing_BTN");
@@ -802,14 +806,16 @@ TEST_F(Counter, aLayoutThatLooksInTheWrongPlaceIsToldInPlainWords) {
         {"3100105012507",
          "الگوی «بیرون» در این بارکد جایی برای «کالا» ندارد. جای آن را در صفحهٔ الگوهای بارکد درست کنید."},
         {"32999999999999000000",
-         "کد کالای بارکد، ۹۹۹۹۹۹۹۹۹۹۹۹، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی "
+         "کد کالای بارکد، ۹۹۹۹۹۹۹۹۹۹۹۹، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در "
+         "الگوی "
          "«دراز» "
          "درست "
          "کنید."},
         {"3300105012507",
          "الگوی «بیرون ۲» در این بارکد جایی برای «کالا» ندارد. جای آن را در صفحهٔ الگوهای بارکد درست کنید."},
         {"34999999999999000000",
-         "کد کالای بارکد، ۹۹۹۹۹۹۹۹۹۹۹۹، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی «دراز "
+         "کد کالای بارکد، ۹۹۹۹۹۹۹۹۹۹۹۹، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی "
+         "«دراز "
          "۲» "
          "درست "
          "کنید."},

@@ -5,8 +5,8 @@
 
 #include "ado/error.h"
 #include "host/screens/persian_digits.h"
-#include "host/services/deploy.h"
 #include "host/screens/theme.h"
+#include "host/services/deploy.h"
 #include "host/services/sql_access.h"
 #include "tests/host_desktop/desktop_test.h"
 
@@ -35,6 +35,11 @@ protected:
         QCoreApplication::processEvents();
     }
     QSpinBox& number(const char* name) { return control<QSpinBox>(*page, name); }
+    std::string note() { return control<QLabel>(*page, "SampleNote_LBL").text().toStdString(); }
+    std::string state() { return control<QLabel>(*page, "LayoutState_LBL").text().toStdString(); }
+    [[nodiscard]] std::vector<std::string> storedAmounts() {
+        return linesOf(*session, "SELECT AmountStart, AmountCount FROM dbo.BarCodeFormul WHERE ConstantCode = N'28'");
+    }
     std::string problems() { return control<QLabel>(*page, "Problems_LBL").text().toStdString(); }
 
     std::unique_ptr<LayoutPage> page;
@@ -57,12 +62,14 @@ TEST_F(Layouts, previewsWhatIsTyped) {
     EXPECT_THAT(preview, HasSubstr(">۰۰۱۰۵</td>"));
     EXPECT_THAT(preview, HasSubstr(">۰۱۲۵۰</td>"));
     EXPECT_EQ(problems(), "");
+    EXPECT_EQ(note(), "");
     choose("29");
+    EXPECT_EQ(problems(), "") << "the layout itself is a good one";
     EXPECT_THAT(
-        problems(),
+        note(),
         HasSubstr("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش دیگر "
                   "است."));
-    EXPECT_THAT(problems(), HasSubstr("وزن با کد کالا"));
+    EXPECT_THAT(note(), HasSubstr("وزن با کد کالا"));
 }
 
 TEST_F(Layouts, theCaseOfAPrefixIsToldAsAScanMeetsIt) {
@@ -75,13 +82,15 @@ TEST_F(Layouts, theCaseOfAPrefixIsToldAsAScanMeetsIt) {
     type(*page, "Sample_EDT", "AB00105012507");
     EXPECT_THAT(
         problems(),
-        HasSubstr("الگوی کوچک هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با "
+        HasSubstr("الگوی کوچک هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها "
+                  "با "
                   "آن "
                   "فرق "
                   "دارد؛ "
                   "اگر پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود."));
     type(*page, "Sample_EDT", "aB00105012507");
-    EXPECT_THAT(problems(), HasSubstr("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و "
+    EXPECT_THAT(problems(), HasSubstr("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی "
+                                      "و "
                                       "کوچکی "
                                       "حرف‌ها "
                                       "یا فاصله فرق "
@@ -99,6 +108,8 @@ TEST_F(Layouts, aNewLayoutIsNotWrongBeforeItIsBegun) {
     EXPECT_THAT(problems(), Not(HasSubstr("جمع فاکتور")));  // without its prefix it fits nothing
     type(*page, "ConstantCode_EDT", "25");
     EXPECT_THAT(problems(), HasSubstr("جمع فاکتور"));
+    type(*page, "Sample_EDT", "2500000012507");
+    EXPECT_THAT(note(), HasSubstr("جمع فاکتور"));
     messages.answers = {mrNo};
     EXPECT_TRUE(page->mayLeave());
 }
@@ -110,6 +121,49 @@ TEST_F(Layouts, aNumberIsReplacedByWhatIsTyped) {
     QApplication::processEvents();
     QTest::keyClicks(&amount, "9");
     EXPECT_EQ(amount.value(), 9);
+}
+
+TEST_F(Layouts, anEmptiedNumberIsNone) {
+    choose("28");
+    auto& amount = number("AmountStart_EDT");
+    amount.setFocus();
+    amount.selectAll();
+    QTest::keyClick(&amount, Qt::Key_Backspace);
+    EXPECT_EQ(amount.value(), 0);
+    EXPECT_THAT(problems(), HasSubstr("«مقدار» از بارکد ۱۳ رقمی بیرون می‌زند."));
+    QTest::keyClick(&amount, Qt::Key_Tab);
+    EXPECT_EQ(amount.text(), "۰");
+    click(*page, "Save_BTN");
+    EXPECT_THAT(storedAmounts(), ElementsAre("8|5"));
+}
+
+TEST_F(Layouts, whatCanNeverBeReadIsRefused) {
+    choose("28");
+    number("AmountStart_EDT").setValue(12);
+    click(*page, "Save_BTN");
+    EXPECT_THAT(
+        takeMessages(),
+        ElementsAre("MsgLayoutUseless(«مقدار» از بارکد ۱۳ رقمی بیرون می‌زند.)"));
+    EXPECT_THAT(storedAmounts(), ElementsAre("8|5"));
+    EXPECT_EQ(number("AmountStart_EDT").value(), 12) << "what was typed stays, to be mended";
+    EXPECT_EQ(state(), "");
+}
+
+TEST_F(Layouts, whatIsDoubtfulIsAskedFor) {
+    choose("28");
+    number("AmountStart_EDT").setValue(7);
+    messages.answers = {mrNo, mrYes};
+    click(*page, "Save_BTN");
+    EXPECT_EQ(messages.shown.back().defaultButton, TMessageButton::No);
+    EXPECT_THAT(storedAmounts(), ElementsAre("8|5"));
+    click(*page, "Save_BTN");
+    EXPECT_THAT(storedAmounts(), ElementsAre("7|5"));
+    EXPECT_THAT(takeMessages(),
+                ElementsAre("MsgSaveAnyway(«کالا» و «مقدار» روی هم افتاده‌اند.)",
+                            "MsgSaveAnyway(«کالا» و «مقدار» روی هم افتاده‌اند.)"));
+    EXPECT_EQ(state(), "الگو ذخیره شد.");
+    number("AmountStart_EDT").setValue(8);
+    EXPECT_EQ(state(), "");
 }
 
 TEST_F(Layouts, warnsWhileItIsEdited) {
@@ -142,7 +196,8 @@ TEST_F(Layouts, aPrefixBelowNoCharactersIsNotSaved) {
             "است"));
     type(*page, "Title_EDT", "ترازو");
     click(*page, "Save_BTN");
-    EXPECT_THAT(takeMessages(), ElementsAre("MsgOutOfRange('تعداد رقم جای پیش‌شماره', '0', '100')"));
+    EXPECT_THAT(takeMessages(),
+                ElementsAre("MsgOutOfRange('تعداد رقم جای پیش‌شماره', '0', '100')"));
     EXPECT_EQ(page->focusWidget(), &control(*page, "ConstantCount_EDT"));
     EXPECT_THAT(linesOf(*session, "SELECT ConstantCount FROM dbo.BarCodeFormul WHERE ConstantCode = N'27'"),
                 ElementsAre("-1"));
@@ -173,7 +228,8 @@ TEST_F(Layouts, aSampleThatAScanWouldRefuseSaysSo) {
     choose("28");
     type(*page, "Sample_EDT", "28001050x2507");
     EXPECT_EQ(problems(),
-              "اسکن این بارکد پذیرفته نمی‌شود: در بارکد ۲۸۰۰۱۰۵۰x۲۵۰۷ به جای «مقدار» نوشته است «۰x۲۵۰» که عدد "
+              "اسکن این بارکد پذیرفته نمی‌شود: در بارکد ۲۸۰۰۱۰۵۰x۲۵۰۷ به جای «مقدار» نوشته است «۰x۲۵۰» که "
+              "عدد "
               "نیست. "
               "اگر "
               "بارکد درست است، جای «مقدار» را در الگوی «وزن با کد کالا» درست کنید.");
@@ -210,13 +266,14 @@ TEST_F(Layouts, numbersAreShownAndTypedInPersianDigits) {
     type(*page, "AmountStart_EDT", "12");
     EXPECT_EQ(number("AmountStart_EDT").value(), 12);
     EXPECT_EQ(number("AmountStart_EDT").text(), "۱۲");
+    type(*page, "AmountStart_EDT", "۹");
     type(*page, "Sample_EDT", "28001");
     EXPECT_EQ(control<QLineEdit>(*page, "Sample_EDT").text(), "۲۸۰۰۱");
     type(*page, "ConstantCode_EDT", "۲۱");
     type(*page, "Title_EDT", "وزن ۵");
     click(*page, "Save_BTN");
     EXPECT_EQ(linesOf(*session, "SELECT Title, AmountStart FROM dbo.BarCodeFormul WHERE ConstantCode = N'21'").at(0),
-              "وزن ۵|12");
+              "وزن ۵|9");
 }
 
 TEST_F(Layouts, savesAndDeletes) {
@@ -243,6 +300,7 @@ TEST_F(Layouts, makesANewOne) {
     number("ItemCodeStart_EDT").setValue(3);
     number("ItemCodeCount_EDT").setValue(5);
     click(*page, "Save_BTN");
+    EXPECT_EQ(state(), "الگو ذخیره شد.");
     EXPECT_EQ(list().count(), 6);
     EXPECT_EQ(
         linesOf(*session, "SELECT Title, DigitCount, ItemCodeCount FROM dbo.BarCodeFormul WHERE ConstantCode = N'21'")
@@ -345,6 +403,7 @@ TEST_F(Layouts, everyChangeIsLogged) {
     click(*page, "New_BTN");
     type(*page, "Title_EDT", "تازه");
     type(*page, "ConstantCode_EDT", "21");
+    number("ItemConstantCode_EDT").setValue(105);
     click(*page, "Save_BTN");
     const std::string made = linesOf(*session, "SELECT ID FROM dbo.BarCodeFormul WHERE ConstantCode = N'21'").at(0);
     std::vector<std::string> events;
@@ -369,24 +428,24 @@ TEST_F(Layouts, aTitleIsRequired) {
 
 TEST_F(Layouts, storedNumbersAreShownAsTheyAreAndOnlyChangesAreWritten) {
     execute(*session,
-            "UPDATE dbo.BarCodeFormul SET AmountStart = -3, PriceCount = 250, ItemCodeType = 7, Title = NULL "
+            "UPDATE dbo.BarCodeFormul SET BalanceNoStart = -3, BalanceNoCount = 250, ItemCodeType = 7, Title = NULL "
             "WHERE ConstantCode = N'28'");
     page->enter();
     choose("28");
-    EXPECT_EQ(number("AmountStart_EDT").value(), -3);
-    EXPECT_EQ(number("PriceCount_EDT").value(), 250);
+    EXPECT_EQ(number("BalanceNoStart_EDT").value(), -3);
+    EXPECT_EQ(number("BalanceNoCount_EDT").value(), 250);
     EXPECT_FALSE(control(*page, "Save_BTN").isEnabled());
     type(*page, "Title_EDT", "وزن");
     // Meanwhile, by another program.
-    execute(*session, "UPDATE dbo.BarCodeFormul SET BalanceNoStart = 9 WHERE ConstantCode = N'28'");
+    execute(*session, "UPDATE dbo.BarCodeFormul SET AmountDivide = 100 WHERE ConstantCode = N'28'");
     click(*page, "Save_BTN");
     EXPECT_EQ(linesOf(*session,
-                      "SELECT Title, AmountStart, PriceCount, ItemCodeType, BalanceNoStart FROM dbo.BarCodeFormul "
+                      "SELECT Title, BalanceNoStart, BalanceNoCount, ItemCodeType, AmountDivide FROM dbo.BarCodeFormul "
                       "WHERE ConstantCode = N'28'")
                   .at(0),
-              "وزن|-3|250|7|9");
+              "وزن|-3|250|7|100");
     choose("29");
-    EXPECT_EQ(number("AmountStart_EDT").minimum(), 0);
+    EXPECT_EQ(number("BalanceNoStart_EDT").minimum(), 0);
 }
 
 TEST_F(Layouts, oneThatIsGoneIsTold) {

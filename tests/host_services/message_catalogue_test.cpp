@@ -50,8 +50,9 @@ TEST(MessageCatalogue, everyOperationOfTheContractHasASentenceOfItsOwn) {
     std::set<std::string> texts;
     for (const char* operation :
          {"MsgRequiredField", "MsgRepeatedField", "MsgDeleteRow", "MsgDeleteItem", "MSGInUse", "MsgHasSubRecords",
-          "DeleteDefault", "NotEditable", "MsgNotSelected", "MsgUnsavedChanges", "MsgRecordGone", "MsgRecordChanged",
-          "MsgOpenElsewhere", "MsgProgramMissing", "MsgProgramFailed", "MsgTakePersonsPrices", "HavePermission"}) {
+          "DeleteDefault", "NotEditable", "MsgNotSelected", "MsgUnsavedChanges", "MsgUnsavedInvoice", "MsgRecordGone",
+          "MsgRecordChanged", "MsgOpenElsewhere", "MsgProgramMissing", "MsgProgramFailed", "MsgTakePersonsPrices",
+          "HavePermission"}) {
         const std::string text = textOf(operation, {"الف", "ب"});
         EXPECT_THAT(text, Not(HasSubstr(operation)));
         EXPECT_THAT(text, Not(HasSubstr("%")));
