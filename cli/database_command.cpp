@@ -23,6 +23,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// These commands work on the database as a whole, which a recording neither holds nor stands in for.
+void refuseRecording(const CommonOptions& common) {
+    if (common.record.empty() && common.replay.empty()) return;
+    throw WrongUsage("--record and --replay do not go with db; they go with sql, call, batch and screen");
+}
+
 struct DatabaseCommandOptions {
     bool demo = false;
     std::string file;  // empty: the standard input or output
@@ -131,23 +137,29 @@ void addDatabaseCommand(Program& program) {
     const auto options = std::make_shared<DatabaseCommandOptions>();
     const CommonOptions& common = program.options;
 
-    CLI::App& createCommand = program.command(group, "create", "makes the file of a new database",
-                                              [&common, options] { return create(common, options->demo); });
+    const auto command = [&](const char* name, const char* description, auto run) -> CLI::App& {
+        return program.command(group, name, description, [&common, options, run] {
+            refuseRecording(common);
+            return run(common, *options);
+        });
+    };
+    using Options = DatabaseCommandOptions;
+    CLI::App& createCommand = command("create", "makes the file of a new database",
+                                      [](const auto& all, const Options& own) { return create(all, own.demo); });
     createCommand.add_flag("--demo", options->demo, "with demo data");
-    CLI::App& deployCommand =
-        program.command(group, "deploy", "makes missing tables, procedures and functions in --database",
-                        [&common, options] { return deploy(common, options->demo); });
+    CLI::App& deployCommand = command("deploy", "makes missing tables, procedures and functions in --database",
+                                      [](const auto& all, const Options& own) { return deploy(all, own.demo); });
     deployCommand.add_flag("--demo", options->demo, "demo data too, into tables that are empty");
-    (void)program.command(group, "check", "looks for damage", [&common] { return check(common); });
-    CLI::App& backUpCommand = program.command(group, "backup", "copies the file while others work with it",
-                                              [&common, options] { return backUp(common, options->file); });
+    (void)command("check", "looks for damage", [](const auto& all, const Options& /*own*/) { return check(all); });
+    CLI::App& backUpCommand = command("backup", "copies the file while others work with it",
+                                      [](const auto& all, const Options& own) { return backUp(all, own.file); });
     backUpCommand.add_option("FILE", options->file, "the copy; there must be none yet")->required();
-    CLI::App& dumpCommand = program.command(group, "dump", "writes everything down as T-SQL",
-                                            [&common, options] { return dump(common, options->file); });
+    CLI::App& dumpCommand = command("dump", "writes everything down as T-SQL",
+                                    [](const auto& all, const Options& own) { return dump(all, own.file); });
     dumpCommand.add_option("FILE", options->file,
                            "the dump; there must be none yet; the standard output when left out");
-    CLI::App& loadCommand = program.command(group, "load", "runs a dump in a new database, whole or not at all",
-                                            [&common, options] { return load(common, options->file); });
+    CLI::App& loadCommand = command("load", "runs a dump in a new database, whole or not at all",
+                                    [](const auto& all, const Options& own) { return load(all, own.file); });
     loadCommand.add_option("FILE", options->file, "the standard input when left out");
 }
 
