@@ -21,6 +21,11 @@ FROM (
 WHERE NOT EXISTS (SELECT 1 FROM dbo.HostGroupPermissions AS P WHERE P.GroupCode = N.GroupCode AND P.SoftwarePart = N.SoftwarePart AND P.Permission = N.Permission)
 go
 
+UPDATE dbo.HostUsers
+SET PasswordHash = N'pbkdf2-sha256$120000$YmFzYWx0LW1hbmFnZXItMQ==$8TATFT8/MNjm4q90e9mIShPyVvg8ErfYP4Gp++ABCZw='
+WHERE Code = 1 AND PasswordHash = N''
+go
+
 UPDATE dbo.HostUsers SET FullName = N'مریم رستمی' WHERE Code = 1 AND FullName = N'مدیر سیستم'
 go
 

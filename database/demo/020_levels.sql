@@ -1,5 +1,14 @@
 -- Ten price levels with the row that stands for all of them, four discount levels and one of the other kind.
 
+-- A shop that has begun with no more than every shop has takes the demo's names.
+IF NOT EXISTS (SELECT 1 FROM dbo.GoodInf)
+    AND NOT EXISTS (SELECT 1 FROM dbo.costlist)
+    AND NOT EXISTS (
+        SELECT 1 FROM dbo.CostLevel
+        WHERE Code > 0 AND (Comment <> N'' OR NOT (Name LIKE N'سطح قیمت %' OR Name LIKE N'سطح تخفیف %')))
+    DELETE FROM dbo.CostLevel
+go
+
 IF NOT EXISTS (SELECT 1 FROM dbo.CostLevel)
 BEGIN
     INSERT INTO dbo.CostLevel (Code, Name, Comment, CostType)

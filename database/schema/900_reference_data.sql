@@ -1,5 +1,5 @@
 -- What every database starts with: the parts of the application, the kinds of permission, and a manager, so that
--- somebody can sign in. The manager's first password is manager.
+-- somebody can sign in. The manager has no password yet: whoever signs in first chooses one.
 
 INSERT INTO dbo.SoftwarePart (Code, Title)
 SELECT N.Code, N.Title
@@ -36,6 +36,6 @@ go
 IF NOT EXISTS (SELECT 1 FROM dbo.HostUsers)
 BEGIN
     INSERT INTO dbo.HostUsers (Code, UserName, FullName, PasswordHash, IsManager, GroupCode, Enabled)
-    VALUES (1, N'manager', N'مدیر سیستم', N'pbkdf2-sha256$120000$YmFzYWx0LW1hbmFnZXItMQ==$8TATFT8/MNjm4q90e9mIShPyVvg8ErfYP4Gp++ABCZw=', 1, NULL, 1)
+    VALUES (1, N'manager', N'مدیر سیستم', N'', 1, NULL, 1)
 END
 go

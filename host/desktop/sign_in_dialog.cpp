@@ -12,6 +12,20 @@ namespace basalt::host {
 namespace {
 
 constexpr int kUserNameRole = Qt::UserRole;
+constexpr int kHasPasswordRole = Qt::UserRole + 1;
+
+QLineEdit* addPassword(QBoxLayout& layout, const char* objectName, QLabel& title) {
+    auto* input = new QLineEdit;
+    input->setObjectName(QString::fromLatin1(objectName));
+    input->setAccessibleName(title.text());
+    input->setEchoMode(QLineEdit::Password);
+    input->setMaxLength(200);
+    // Passwords are typed from the left, whatever the interface's direction.
+    input->setLayoutDirection(Qt::LeftToRight);
+    title.setBuddy(input);
+    layout.addWidget(input);
+    return input;
+}
 
 QLabel* addLabel(QBoxLayout& layout, const QString& text, const char* kind) {
     auto* label = new QLabel(text);
@@ -34,8 +48,7 @@ SignInDialog::SignInDialog(ReferenceHost& host, const QString& notice, QWidget* 
     buildHeader(*layout);
     buildInputs(*layout, notice);
     fillUsers();
-    showHint();
-    showError({});
+    showUser();
     password_->setFocus();
 }
 
@@ -70,21 +83,14 @@ void SignInDialog::buildInputs(QBoxLayout& layout, const QString& notice) {
     inputs->addSpacing(6);
 
     QLabel* passwordTitle = addLabel(*inputs, QStringLiteral("گذرواژه"), "field");
-    password_ = new QLineEdit;
-    password_->setObjectName(QStringLiteral("Password_EDT"));
-    password_->setAccessibleName(QStringLiteral("گذرواژه"));
-    password_->setEchoMode(QLineEdit::Password);
-    password_->setMaxLength(200);
-    // Passwords are typed from the left, whatever the interface's direction.
-    password_->setLayoutDirection(Qt::LeftToRight);
-    passwordTitle->setBuddy(password_);
-    inputs->addWidget(password_);
+    password_ = addPassword(*inputs, "Password_EDT", *passwordTitle);
+    repeatTitle_ = addLabel(*inputs, QStringLiteral("تکرار گذرواژه"), "field");
+    repeat_ = addPassword(*inputs, "Repeat_EDT", *repeatTitle_);
 
     error_ = addLabel(*inputs, {}, "error");
     error_->setObjectName(QStringLiteral("Error_LBL"));
     hint_ = addLabel(*inputs, {}, "hint");
     hint_->setObjectName(QStringLiteral("DemoHint_LBL"));
-    hint_->setVisible(demo_);
 
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(8);
@@ -101,10 +107,8 @@ void SignInDialog::buildInputs(QBoxLayout& layout, const QString& notice) {
     QObject::connect(signIn_, &QPushButton::clicked, this, [this] { signIn(); });
     QObject::connect(exit, &QPushButton::clicked, this, &QDialog::reject);
     QObject::connect(password_, &QLineEdit::textEdited, this, [this] { showError({}); });
-    QObject::connect(user_, &QComboBox::currentIndexChanged, this, [this] {
-        showHint();
-        showError({});
-    });
+    QObject::connect(repeat_, &QLineEdit::textEdited, this, [this] { showError({}); });
+    QObject::connect(user_, &QComboBox::currentIndexChanged, this, [this] { showUser(); });
 }
 
 void SignInDialog::fillUsers() {
@@ -114,12 +118,31 @@ void SignInDialog::fillUsers() {
         const QString name = QString::fromStdString(user.userName);
         user_->addItem(QString::fromStdString(user.fullName.empty() ? user.userName : user.fullName), name);
         user_->setItemData(user_->count() - 1, name, Qt::ToolTipRole);
+        user_->setItemData(user_->count() - 1, user.hasPassword, kHasPasswordRole);
         if (name.compare(last, Qt::CaseInsensitive) == 0) user_->setCurrentIndex(user_->count() - 1);
     }
 }
 
+bool SignInDialog::isFirstTime() const {
+    return user_->count() > 0 && !user_->currentData(kHasPasswordRole).toBool();
+}
+
+void SignInDialog::showUser() {
+    repeatTitle_->setVisible(isFirstTime());
+    repeat_->setVisible(isFirstTime());
+    repeat_->clear();
+    showHint();
+    showError({});
+}
+
 void SignInDialog::showHint() {
-    if (!demo_) return;
+    hint_->setVisible(demo_ || isFirstTime());
+    if (isFirstTime()) {
+        hint_->setText(
+            QStringLiteral("این کاربر هنوز گذرواژه‌ای ندارد. آنچه اکنون می‌نویسید گذرواژهٔ او "
+                           "می‌شود."));
+        return;
+    }
     // The demo users' passwords are their user names.
     hint_->setText(QStringLiteral("دادهٔ این پایگاه نمایشی است؛ گذرواژهٔ این کاربر «%1» است.")
                        .arg(user_->currentData(kUserNameRole).toString()));
@@ -139,20 +162,36 @@ void SignInDialog::rememberUser(const std::string& name) {
     }
 }
 
+QString SignInDialog::chooseFirstPassword(const std::string& name) {
+    if (password_->text().isEmpty()) return QStringLiteral("گذرواژه را بنویسید.");
+    if (password_->text() != repeat_->text())
+        return QStringLiteral("تکرار گذرواژه با خود آن یکی نیست. دوباره وارد کنید.");
+    if (host_.users().chooseFirstPassword(name, password_->text().toStdString())) return {};
+    user_->setItemData(user_->currentIndex(), true, kHasPasswordRole);
+    showUser();
+    return QStringLiteral(
+        "برای این کاربر در این میان گذرواژه‌ای گذاشته شده است؛ همان را وارد "
+        "کنید.");
+}
+
 void SignInDialog::signIn() {
     const std::string name = user_->currentData(kUserNameRole).toString().toStdString();
     QString problem;
     try {
-        if (host_.signIn(name, password_->text().toStdString())) {
-            rememberUser(name);
-            accept();
-            return;
+        if (isFirstTime()) problem = chooseFirstPassword(name);
+        if (problem.isEmpty()) {
+            if (host_.signIn(name, password_->text().toStdString())) {
+                rememberUser(name);
+                accept();
+                return;
+            }
+            problem = QStringLiteral("گذرواژه درست نیست. دوباره وارد کنید.");
         }
-        problem = QStringLiteral("گذرواژه درست نیست. دوباره وارد کنید.");
     } catch (const std::exception& error) {
         problem = QString::fromStdString(host_.catalogue().errorText(error));
     }
     password_->clear();
+    repeat_->clear();
     password_->setFocus();
     showError(problem);
 }

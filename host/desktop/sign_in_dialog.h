@@ -3,7 +3,8 @@
 //   SignInDialog dialog(host);
 //   if (dialog.exec() == QDialog::Accepted) ...   // host.signedIn()
 //
-// Enter signs in, Escape leaves. A wrong password and a failing database are told inside the dialog.
+// A user who has no password yet chooses one here. Enter signs in, Escape leaves. A wrong password and a failing
+// database are told inside the dialog.
 #pragma once
 
 #include <QBoxLayout>
@@ -27,15 +28,22 @@ private:
     void buildHeader(QBoxLayout& layout);
     void buildInputs(QBoxLayout& layout, const QString& notice);
     void fillUsers();
+    // What there is to be said and asked of the chosen user.
+    void showUser();
     void showHint();
     void showError(const QString& text);
     void rememberUser(const std::string& name);
     void signIn();
+    // The sentence that is to be shown when the new password was not taken.
+    [[nodiscard]] QString chooseFirstPassword(const std::string& name);
+    [[nodiscard]] bool isFirstTime() const;
 
     ReferenceHost& host_;
     bool demo_;
     QComboBox* user_ = nullptr;
     QLineEdit* password_ = nullptr;
+    QLabel* repeatTitle_ = nullptr;
+    QLineEdit* repeat_ = nullptr;
     QLabel* error_ = nullptr;
     QLabel* hint_ = nullptr;
     QPushButton* signIn_ = nullptr;

@@ -76,7 +76,7 @@ void GridView::paintEvent(QPaintEvent* event) {
     if (model()->rowCount() > 0) return;
     QPainter painter(viewport());
     painter.setPen(themeColors().muted);
-    painter.drawText(viewport()->rect(), Qt::AlignCenter, QStringLiteral("موردی یافت نشد"));
+    painter.drawText(viewport()->rect(), Qt::AlignCenter, QStringLiteral("موردی برای نمایش نیست"));
 }
 
 void GridView::scrollContentsBy(int dx, int dy) {

@@ -17,12 +17,13 @@ TUserInfo userAt(const RowSet& rows, std::size_t row) {
 }  // namespace
 
 std::vector<UserListItem> UserStore::list() {
-    const RowSet rows =
-        rowsOf(session_, "SELECT Code, UserName, FullName, IsManager, Enabled FROM dbo.HostUsers ORDER BY Code");
+    const RowSet rows = rowsOf(
+        session_, "SELECT Code, UserName, FullName, IsManager, Enabled, PasswordHash FROM dbo.HostUsers ORDER BY Code");
     std::vector<UserListItem> users;
     for (std::size_t row = 0; row < rows.rowCount(); ++row) {
         const TUserInfo user = userAt(rows, row);
-        users.push_back({user.Code, user.UserName, user.FullName, user.IsManager, integerAt(rows, 4, row) != 0});
+        users.push_back({user.Code, user.UserName, user.FullName, user.IsManager, integerAt(rows, 4, row) != 0,
+                         !textAt(rows, 5, row).empty()});
     }
     return users;
 }
@@ -46,6 +47,14 @@ std::optional<TUserInfo> UserStore::signIn(const std::string& userName, const st
     }
     if (!verifyPassword(password, textAt(rows, 4, 0)) || integerAt(rows, 5, 0) == 0) return std::nullopt;
     return userAt(rows, 0);
+}
+
+bool UserStore::chooseFirstPassword(const std::string& userName, const std::string& password) {
+    if (execute(session_, "UPDATE dbo.HostUsers SET PasswordHash = ? WHERE UserName = ? AND PasswordHash = N''",
+                {hashPassword(password), userName}) > 0)
+        return true;
+    if (rowsOf(session_, "SELECT Code FROM dbo.HostUsers WHERE UserName = ?", {userName}).rowCount() > 0) return false;
+    throw DatabaseError(ErrorCategory::NotFound, "02000", 0, "There is no user " + userName);
 }
 
 void UserStore::changePassword(int userCode, const std::string& password) {

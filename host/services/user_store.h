@@ -1,5 +1,6 @@
 // The users of one database, and signing in.
 //
+// A user without a password cannot sign in; the first one is chosen by whoever comes first.
 // Passwords are kept as salted PBKDF2 hashes; nobody can read one back.
 #pragma once
 
@@ -18,6 +19,7 @@ struct UserListItem {
     std::string fullName = {};
     bool manager = false;
     bool enabled = true;
+    bool hasPassword = true;
 };
 
 class UserStore {
@@ -30,6 +32,9 @@ public:
     // The user when name and password fit and the user may sign in; nothing says which of the three was wrong. Names
     // compare without case.
     [[nodiscard]] std::optional<TUserInfo> signIn(const std::string& userName, const std::string& password);
+    // The password of a user who has none yet; false, and nothing is changed, when he has one. DatabaseError (NotFound)
+    // when there is no such user.
+    [[nodiscard]] bool chooseFirstPassword(const std::string& userName, const std::string& password);
     // DatabaseError (NotFound) when there is no such user.
     void changePassword(int userCode, const std::string& password);
 

@@ -9,6 +9,7 @@ class SmallCompany : public ::testing::Test {
 protected:
     SmallCompany() {
         deployDatabase(*session);
+        session->run("DELETE FROM dbo.Units DELETE FROM dbo.Stores DELETE FROM dbo.CostLevel");
         session->run(
             "INSERT INTO dbo.Units (Code, Name) VALUES (1, N'عدد'), (2, N'کارتن')\n"
             "INSERT INTO dbo.Stores (Code, Name) VALUES (1, N'مرکزی'), (2, N'فروشگاه')\n"

@@ -58,6 +58,42 @@ TEST_F(SignIn, anotherUserIsChosenByKeyboard) {
     EXPECT_EQ(host.UserInfo().Code, 2);
 }
 
+TEST_F(SignIn, aUserWithoutAPasswordChoosesOne) {
+    session->run("UPDATE dbo.HostUsers SET PasswordHash = N'' WHERE Code = 1");
+    SignInDialog dialog(host);
+    showActive(dialog);
+    EXPECT_EQ(shown(dialog, "DemoHint_LBL"),
+              "این کاربر هنوز گذرواژه‌ای ندارد. آنچه اکنون می‌نویسید گذرواژهٔ او "
+              "می‌شود.");
+    click(dialog, "SignIn_BTN");
+    EXPECT_EQ(shown(dialog, "Error_LBL"), "گذرواژه را بنویسید.");
+    type(dialog, "Password_EDT", "one");
+    type(dialog, "Repeat_EDT", "two");
+    click(dialog, "SignIn_BTN");
+    EXPECT_EQ(shown(dialog, "Error_LBL"), "تکرار گذرواژه با خود آن یکی نیست. دوباره وارد کنید.");
+    EXPECT_FALSE(host.signedIn());
+    type(dialog, "Password_EDT", "one");
+    type(dialog, "Repeat_EDT", "one");
+    click(dialog, "SignIn_BTN");
+    EXPECT_EQ(dialog.result(), QDialog::Accepted);
+    EXPECT_TRUE(host.users().signIn("manager", "one"));
+}
+
+TEST_F(SignIn, aFirstPasswordThatAnotherHasChosenMeanwhileStays) {
+    session->run("UPDATE dbo.HostUsers SET PasswordHash = N'' WHERE Code = 1");
+    SignInDialog dialog(host);
+    showActive(dialog);
+    ASSERT_TRUE(host.users().chooseFirstPassword("manager", "theirs"));
+    type(dialog, "Password_EDT", "mine");
+    type(dialog, "Repeat_EDT", "mine");
+    click(dialog, "SignIn_BTN");
+    EXPECT_FALSE(host.signedIn());
+    EXPECT_FALSE(control(dialog, "Repeat_EDT").isVisible());
+    type(dialog, "Password_EDT", "theirs");
+    click(dialog, "SignIn_BTN");
+    EXPECT_EQ(dialog.result(), QDialog::Accepted);
+}
+
 TEST_F(SignIn, theLastUserIsOfferedFirst) {
     host.optionFile().options().lastUserName = "cashier";
     const SignInDialog dialog(host);

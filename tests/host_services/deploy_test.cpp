@@ -83,13 +83,18 @@ TEST(Deploy, anEmptyDatabaseBecomesCurrent) {
     EXPECT_THAT(linesOf(*session, "SELECT Version FROM dbo.HostSchemaVersion"), ElementsAre("5"));
 }
 
-TEST(Deploy, withoutDemoDataOnlyTheManagerIsThere) {
+TEST(Deploy, withoutDemoDataThereIsWhatAShopBeginsWith) {
     const auto session = openDatabase(":memory:");
     deployDatabase(*session);
-    EXPECT_THAT(linesOf(*session, "SELECT Code, UserName, IsManager FROM dbo.HostUsers"),
-                ElementsAre("1|manager|True"));
-    for (const char* table :
-         {"CostLevel", "GoodInf", "GoodCostDiscount", "HostUserLog", "PrintsSettings", "CodeLock_TBL"}) {
+    EXPECT_THAT(linesOf(*session, "SELECT Code, UserName, IsManager, PasswordHash FROM dbo.HostUsers"),
+                ElementsAre("1|manager|True|"));
+    EXPECT_THAT(
+        linesOf(*session, "SELECT CostType, COUNT(*), MAX(Code) FROM dbo.CostLevel WHERE Code > 0 GROUP BY CostType"),
+        ElementsAre("1|10|10", "3|4|4"));
+    EXPECT_THAT(linesOf(*session, "SELECT Name FROM dbo.CostLevel WHERE Code = 10"), ElementsAre("سطح قیمت ۱۰"));
+    EXPECT_THAT(linesOf(*session, "SELECT Code, Name FROM dbo.Stores"), ElementsAre("1|انبار اصلی"));
+    EXPECT_THAT(linesOf(*session, "SELECT Code, Name FROM dbo.Units"), ElementsAre("1|عدد", "2|کارتن", "3|کیلوگرم"));
+    for (const char* table : {"GoodInf", "GoodCostDiscount", "HostUserLog", "PrintsSettings", "CodeLock_TBL"}) {
         EXPECT_THAT(linesOf(*session, std::string("SELECT * FROM dbo.") + table), IsEmpty()) << table;
     }
 }
@@ -107,9 +112,30 @@ TEST(Deploy, aSecondTimeChangesNothing) {
 TEST(Deploy, demoDataGoesNotIntoTablesThatAreInUse) {
     const auto session = openDatabase(":memory:");
     deployDatabase(*session);
-    execute(*session, "INSERT INTO dbo.CostLevel (Code, Name, CostType) VALUES (1, N'قیمت ما', 1)");
+    execute(*session, "UPDATE dbo.CostLevel SET Name = N'قیمت ما' WHERE Code = 1 AND CostType = 1");
+    execute(*session, "UPDATE dbo.Stores SET Name = N'فروشگاه ما'");
+    execute(*session, "UPDATE dbo.HostUsers SET PasswordHash = N'x'");
+    const std::vector<std::string> levels = linesOf(*session, "SELECT * FROM dbo.CostLevel");
+    execute(*session, "DELETE FROM dbo.Units WHERE Code = 2");
+    deployDatabase(*session);
+    EXPECT_THAT(linesOf(*session, "SELECT Code FROM dbo.Units"), ElementsAre("1", "3"));
+    execute(*session, "INSERT INTO dbo.GoodInf (Code, Name) VALUES (1, N'کالای ما')");
     deployDatabase(*session, {.demo = true});
-    EXPECT_THAT(linesOf(*session, "SELECT Code, Name, CostType FROM dbo.CostLevel"), ElementsAre("1|قیمت ما|1"));
+    EXPECT_EQ(linesOf(*session, "SELECT * FROM dbo.CostLevel"), levels);
+    EXPECT_THAT(linesOf(*session, "SELECT Name FROM dbo.Stores"), ElementsAre("فروشگاه ما"));
+    EXPECT_THAT(linesOf(*session, "SELECT PasswordHash FROM dbo.HostUsers WHERE Code = 1"), ElementsAre("x"));
+}
+
+TEST(Deploy, demoDataTakesThePlaceOfWhatAShopBeginsWith) {
+    const auto later = openDatabase(":memory:");
+    deployDatabase(*later);
+    deployDatabase(*later, {.demo = true});
+    const auto atOnce = openDatabase(":memory:");
+    deployDatabase(*atOnce, {.demo = true});
+    for (const char* table : {"CostLevel", "Stores", "Units", "HostUsers", "Kardex"}) {
+        const std::string rows = std::string("SELECT * FROM dbo.") + table + " ORDER BY 1, 2, 3";
+        EXPECT_EQ(linesOf(*later, rows), linesOf(*atOnce, rows)) << table;
+    }
 }
 
 TEST(Deploy, aNewerDatabaseIsRefusedAndLeftAlone) {
@@ -141,7 +167,8 @@ TEST(Deploy, aScriptThatFailsIsNamedAndLeavesNothingHalfDone) {
         EXPECT_THAT(error.what(), HasSubstr("demo/020_levels.sql"));
     }
     EXPECT_FALSE(session->inTransaction());
-    EXPECT_THAT(linesOf(*session, "SELECT Code FROM dbo.CostLevel"), IsEmpty());
+    EXPECT_THAT(linesOf(*session, "SELECT Name FROM dbo.CostLevel WHERE Code = 2 AND CostType = 1"),
+                ElementsAre("سطح قیمت ۲"));
 }
 
 class DemoDataTest : public DemoDatabaseTest {};

@@ -66,6 +66,17 @@ TEST_F(ReferenceHostTest, aChangedPasswordCounts) {
     EXPECT_THROW(host.users().changePassword(99, "x"), DatabaseError);
 }
 
+TEST_F(ReferenceHostTest, theFirstPasswordIsChosenOnce) {
+    execute(*session, "UPDATE dbo.HostUsers SET PasswordHash = N'' WHERE Code = 2");
+    EXPECT_FALSE(host.users().list().at(1).hasPassword);
+    EXPECT_FALSE(host.signIn("cashier", ""));
+    EXPECT_TRUE(host.users().chooseFirstPassword("Cashier", "رمز"));
+    EXPECT_TRUE(host.users().list().at(1).hasPassword);
+    EXPECT_FALSE(host.users().chooseFirstPassword("cashier", "دیگر"));
+    EXPECT_TRUE(host.signIn("cashier", "رمز"));
+    EXPECT_THROW(static_cast<void>(host.users().chooseFirstPassword("nobody", "x")), DatabaseError);
+}
+
 TEST_F(ReferenceHostTest, signsInByCodeForTheCommandLine) {
     host.signInAs(2);
     EXPECT_EQ(host.UserInfo().UserName, "cashier");
