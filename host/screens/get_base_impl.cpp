@@ -340,7 +340,7 @@ void GetBaseImpl::turnToExisting() {
 
 void GetBaseImpl::printRecord() {
     const RecordContent record(frame_->title(), *formPanel_);
-    TableDocument document(record, QString::fromStdString(context_.host().NowDate("/")));
+    TableDocument document(record, QString::fromStdString(context_.host().NowDate("/")), context_.companyName());
     context_.output().preview(context_, &editor_, document, pageLayout());
 }
 

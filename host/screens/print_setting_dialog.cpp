@@ -5,12 +5,13 @@
 #include <QVBoxLayout>
 
 #include "host/screens/dialog_buttons.h"
+#include "host/screens/persian_digits.h"
 #include "host/screens/print_setting_memory.h"
 
 namespace basalt::host {
 namespace {
 
-constexpr int kTitleCharacters = 200;
+constexpr int kTitleCharacters = 100;
 
 struct PaperName {
     TPrintPaper paper;
@@ -32,7 +33,8 @@ PrintSettingDialog::PrintSettingDialog(const TPrintSetting& start, const QString
     : QDialog(parent),
       start_(start),
       standardTitle_(standardTitle),
-      title_(new QLineEdit(QString::fromStdString(start.Title), this)),
+      title_(new QLineEdit(this)),
+      titleLimit_(new QLabel(this)),
       paper_(new QComboBox(this)),
       portrait_(new QRadioButton(QStringLiteral("عمودی"), this)),
       landscape_(new QRadioButton(QStringLiteral("افقی"), this)),
@@ -44,7 +46,14 @@ PrintSettingDialog::PrintSettingDialog(const TPrintSetting& start, const QString
 
     title_->setObjectName(QStringLiteral("PrintTitle_EDT"));
     title_->setMaxLength(kTitleCharacters);
+    title_->setText(QString::fromStdString(start.Title));
     title_->setPlaceholderText(standardTitle);
+    titleLimit_->setObjectName(QStringLiteral("PrintTitle_Limit"));
+    titleLimit_->setProperty("kind", QStringLiteral("hint"));
+    titleLimit_->setText(persianDigits(QStringLiteral("عنوان حداکثر %1 نویسه دارد.").arg(kTitleCharacters)));
+    const auto showLimit = [this] { titleLimit_->setVisible(title_->text().size() >= kTitleCharacters); };
+    showLimit();
+    QObject::connect(title_, &QLineEdit::textChanged, this, showLimit);
     // A print always has a title; who takes it away gets the report's own.
     QObject::connect(title_, &QLineEdit::editingFinished, this, [this] {
         if (title_->text().trimmed().isEmpty()) title_->setText(standardTitle_);
@@ -64,6 +73,7 @@ PrintSettingDialog::PrintSettingDialog(const TPrintSetting& start, const QString
     orientation->addStretch(1);
     auto* form = new QFormLayout;
     form->addRow(QStringLiteral("عنوان :"), title_);
+    form->addRow(titleLimit_);
     form->addRow(QStringLiteral("کاغذ :"), paper_);
     form->addRow(QStringLiteral("جهت :"), orientation);
     // Without any column to choose, what the report always prints is all there is.

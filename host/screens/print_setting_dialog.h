@@ -6,6 +6,7 @@
 
 #include <QComboBox>
 #include <QDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
 
@@ -26,6 +27,7 @@ private:
     TPrintSetting start_;
     QString standardTitle_;
     QLineEdit* title_;
+    QLabel* titleLimit_;
     QComboBox* paper_;
     QRadioButton* portrait_;
     QRadioButton* landscape_;

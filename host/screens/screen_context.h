@@ -25,6 +25,11 @@ public:
     [[nodiscard]] OutputServices& output() const { return *output_; }
     void setOutput(OutputServices& output) { output_ = &output; }
 
+    // Stands above what is printed; empty when the company has given none.
+    [[nodiscard]] QString companyName() const {
+        return QString::fromStdString(host_.SettingRecord().CompanyName).trimmed();
+    }
+
     // Shows how far the writing of a file or a print is, and lets the user give it up.
     [[nodiscard]] const OutputProgress& writing() const { return writing_; }
     void setWriting(OutputProgress writing) { writing_ = std::move(writing); }

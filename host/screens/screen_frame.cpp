@@ -3,6 +3,8 @@
 #include <QKeyEvent>
 #include <QShortcut>
 
+#include "host/screens/elided_label.h"
+
 namespace basalt::host {
 namespace {
 
@@ -19,7 +21,7 @@ ScreenFrame::ScreenFrame(ScreenContext& context, QDialog& screen)
       layout_(new QVBoxLayout(&screen)),
       header_(new QHBoxLayout),
       footer_(new QHBoxLayout),
-      title_(new QLabel(&screen)) {
+      title_(new ElidedLabel(&screen)) {
     screen.setLayoutDirection(Qt::RightToLeft);
     screen.setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     screen.setWindowFlag(Qt::WindowMaximizeButtonHint, true);

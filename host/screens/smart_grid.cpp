@@ -558,7 +558,7 @@ void SmartGrid::chooseColumns() {
 
 void SmartGrid::preview(const TableContent& table, std::optional<QPageLayout> paper) {
     checkPrintable(table);
-    TableDocument document(table, QString::fromStdString(context_.host().NowDate("/")));
+    TableDocument document(table, QString::fromStdString(context_.host().NowDate("/")), context_.companyName());
     context_.output().preview(context_, window(), document, paper ? *paper : document.suitablePaper());
 }
 
@@ -592,7 +592,7 @@ void SmartGrid::exportPdf() {
     save(
         QStringLiteral("خروجی PDF"), QStringLiteral("pdf"),
         [this](const TableContent& table, const QString& path, const OutputProgress& progress) {
-            TableDocument document(table, QString::fromStdString(context_.host().NowDate("/")));
+            TableDocument document(table, QString::fromStdString(context_.host().NowDate("/")), context_.companyName());
             writePdf(document, document.suitablePaper(), path, progress);
         },
         [this] { CheckPrintable(); });

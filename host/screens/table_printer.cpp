@@ -16,6 +16,9 @@ namespace {
 
 constexpr int kMostRows = 100'000;
 constexpr std::size_t kMostHeadRows = 3;
+constexpr int kMostTitleLines = 4;
+constexpr qreal kTitleLine = 1.5;  // of the font's height
+constexpr qreal kHeadLine = 1.3;
 // Fonts of the table, in half points.
 constexpr int kLargestFont = 19;
 constexpr int kEasyFont = 15;  // read without effort
@@ -72,8 +75,8 @@ qreal sum(const std::vector<qreal>& widths) {
 
 }  // namespace
 
-TableDocument::TableDocument(const TableContent& table, QString footer)
-    : table_(table), footer_(std::move(footer)), lines_(table.headerLines()) {
+TableDocument::TableDocument(const TableContent& table, QString footer, QString company)
+    : table_(table), footer_(std::move(footer)), company_(std::move(company)), lines_(table.headerLines()) {
     for (QString& line : lines_)
         line = screenText(line);
     for (const TableColumn& column : table.columns())
@@ -85,6 +88,7 @@ int TableDocument::layOut(const QPageLayout& paper) {
     page_.moveTo(0, 0);
     fitColumns();
     titleFont_ = pageFont(kTitleFont, QFont::Bold);
+    title_ = wrappedLines(screenText(table_.title()), titleFont_, page_.width(), kMostTitleLines);
     const QFontMetricsF metrics(font_);
     head_ = headRows(lines_, metrics, page_.width());
     rowHeight_ = metrics.height() * 1.35;
@@ -257,8 +261,9 @@ void TableDocument::addSheet(std::vector<std::size_t> columns, const Room& room)
 
 qreal TableDocument::headHeight(int page) const {
     if (page > 0) return 0;
-    const qreal line = QFontMetricsF(font_).height() * 1.3;
-    return QFontMetricsF(titleFont_).height() * 1.5 + line * static_cast<qreal>(head_.size());
+    const qreal lines = static_cast<qreal>(head_.size()) + (company_.isEmpty() ? 0 : 1);
+    return QFontMetricsF(titleFont_).height() * kTitleLine * static_cast<qreal>(title_.size()) +
+           QFontMetricsF(font_).height() * kHeadLine * lines;
 }
 
 // As many lines as a quarter of the page holds.
@@ -301,14 +306,21 @@ void TableDocument::eachColumn(const Sheet& sheet, Paint paintColumn) const {
 
 qreal TableDocument::paintHead(QPainter& painter) const {
     qreal y = 0;
-    const qreal titleHeight = QFontMetricsF(titleFont_).height() * 1.5;
+    const qreal line = QFontMetricsF(font_).height() * kHeadLine;
+    const qreal titleHeight = QFontMetricsF(titleFont_).height() * kTitleLine;
     painter.setPen(themeColors().text);
+    if (!company_.isEmpty()) {
+        painter.setFont(font_);
+        painter.drawText(QRectF(0, y, page_.width(), line), Qt::AlignCenter,
+                         QFontMetricsF(font_).elidedText(company_, Qt::ElideRight, page_.width()));
+        y += line;
+    }
     painter.setFont(titleFont_);
-    painter.drawText(QRectF(0, y, page_.width(), titleHeight), Qt::AlignCenter,
-                     QFontMetricsF(titleFont_).elidedText(screenText(table_.title()), Qt::ElideRight, page_.width()));
-    y += titleHeight;
+    for (const QString& text : title_) {
+        painter.drawText(QRectF(0, y, page_.width(), titleHeight), Qt::AlignCenter, text);
+        y += titleHeight;
+    }
     painter.setFont(font_);
-    const qreal line = QFontMetricsF(font_).height() * 1.3;
     for (const QString& text : head_) {
         painter.drawText(QRectF(0, y, page_.width(), line), kRight | Qt::AlignVCenter, text);
         y += line;
@@ -356,7 +368,7 @@ void TableDocument::paintFooter(QPainter& painter, int page) const {
     const QRectF foot(0, page_.height() - footerHeight_, page_.width(), footerHeight_);
     painter.setFont(font_);
     painter.setPen(themeColors().muted);
-    const QString number = QStringLiteral("صفحه‌ی %1 از %2").arg(page + 1).arg(pages_);
+    const QString number = QStringLiteral("صفحهٔ %1 از %2").arg(page + 1).arg(pages_);
     painter.drawText(foot, kRight | Qt::AlignBottom, screenText(footer_));
     painter.drawText(foot, kLeft | Qt::AlignBottom, persianDigits(number));
 }

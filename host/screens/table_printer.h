@@ -23,10 +23,11 @@ namespace basalt::host {
 // OutputError when the table has more rows than a print can sensibly hold.
 void checkPrintable(const TableContent& table);
 
-// The table is lent. `footer` stands beside the page number.
+// The table is lent. `footer` stands beside the page number, `company` above the title of the first page; none when it
+// is empty.
 class TableDocument final : public PrintDocument {
 public:
-    TableDocument(const TableContent& table, QString footer);
+    TableDocument(const TableContent& table, QString footer, QString company = {});
 
     [[nodiscard]] QString title() const override { return table_.title(); }
     int layOut(const QPageLayout& paper) override;
@@ -66,12 +67,14 @@ private:
 
     const TableContent& table_;
     QString footer_;
+    QString company_;
     std::vector<QString> lines_;                     // above the table
     std::vector<QString> titles_;                    // of the columns
     mutable std::vector<QStringList> longestTexts_;  // of each column; empty: not looked for yet
     // What the paper makes of it.
     QRectF page_;
     int pages_ = 1;
+    QStringList title_;
     std::vector<QString> head_;
     std::vector<Sheet> sheets_;  // pages side by side that hold the columns
     bool roomy_ = true;          // every column whole, in a font that reads easily

@@ -241,6 +241,20 @@ TEST_F(PrintSettings, anEmptiedTitleIsTheReportsOwn) {
     EXPECT_EQ(started().Title, "لیست قیمت ها");
 }
 
+TEST_F(PrintSettings, sayHowLongATitleMayBe) {
+    TPrintSetting setting;
+    inDialog("PrintSetting_FRM", [](QDialog& dialog) {
+        auto* limit = control<QLabel>(dialog, "PrintTitle_Limit");
+        EXPECT_FALSE(limit->isVisible());
+        control<QLineEdit>(dialog, "PrintTitle_EDT")->setText(QString(150, QLatin1Char('a')));
+        EXPECT_TRUE(limit->isVisible());
+        EXPECT_EQ(limit->text().toStdString(), "عنوان حداکثر ۱۰۰ نویسه دارد.");
+        press(dialog, "Ok_BTN");
+    });
+    ASSERT_TRUE(PrintSetting(request, setting));
+    EXPECT_EQ(setting.Title, std::string(100, 'a'));
+}
+
 TEST_F(PrintSettings, areNotAcceptedWithoutAColumn) {
     inDialog("PrintSetting_FRM", [](QDialog& dialog) {
         auto* columns = control<QListWidget>(dialog, "Columns_LST");

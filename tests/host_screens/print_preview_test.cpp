@@ -20,7 +20,7 @@ namespace {
 class Numbered final : public PrintDocument {
 public:
     explicit Numbered(int pages) : pages_(pages) {}
-    [[nodiscard]] QString title() const override { return QStringLiteral("فهرست"); }
+    [[nodiscard]] QString title() const override { return name; }
     int layOut(const QPageLayout& paper) override {
         layouts.push_back(paper);
         return paper.orientation() == QPageLayout::Landscape ? 2 * pages_ : pages_;
@@ -30,6 +30,7 @@ public:
         painter.fillRect(QRect(0, 0, kPageDpi, kPageDpi), Qt::black);
     }
 
+    QString name = QStringLiteral("فهرست");
     std::vector<QPageLayout> layouts;
     mutable std::vector<int> painted;
 
@@ -58,6 +59,14 @@ protected:
     std::unique_ptr<PrintPreview> preview;
     PageView* view = nullptr;
 };
+
+TEST_F(Previews, areNoWiderForALongTitle) {
+    document.name = QString(60, QLatin1Char('a')) + QStringLiteral(" گزارش").repeated(40);
+    show();
+    EXPECT_LE(preview->minimumSizeHint().width(), 980);
+    EXPECT_LE(preview->width(), 980);
+    EXPECT_TRUE(control<QLabel>(*preview, "Title_LBL")->text().endsWith(QStringLiteral("گزارش")));
+}
 
 TEST_F(Previews, turnThePagesByKeysAndButtons) {
     show();

@@ -435,6 +435,47 @@ TEST_F(TableOutput, aFormOnPaperTellsWhatItIsOf) {
     EXPECT_TRUE(text.contains(QStringLiteral("-۱٬۲۵۰٫۷۵"))) << text.toStdString();
 }
 
+// A table of one cell under a title.
+class Titled final : public TableContent {
+public:
+    explicit Titled(QString title) : title_(std::move(title)) {}
+    [[nodiscard]] QString title() const override { return title_; }
+    [[nodiscard]] std::vector<QString> headerLines() const override { return {QStringLiteral("سرخط")}; }
+    [[nodiscard]] const std::vector<TableColumn>& columns() const override { return columns_; }
+    [[nodiscard]] int rowCount() const override { return 1; }
+    [[nodiscard]] Value value(int /*row*/, int /*column*/) const override { return std::string("خانه"); }
+    [[nodiscard]] QString shown(int /*row*/, int /*column*/) const override { return QStringLiteral("خانه"); }
+
+private:
+    QString title_;
+    std::vector<TableColumn> columns_{{QStringLiteral("ستون"), FieldType::Text, {}, 100}};
+};
+
+TEST_F(TableOutput, theCompanyStandsAboveTheTitle) {
+    const Titled table(QStringLiteral("فهرست"));
+    TableDocument document(table, {}, QStringLiteral("بازرگانی"));
+    int pages = 0;
+    const QString text = paintedPages(document, pageLayout(), pages);
+    EXPECT_TRUE(text.startsWith(QStringLiteral("بازرگانیفهرستسرخط"))) << text.toStdString();
+    EXPECT_EQ(pages, 1);
+    TableDocument nameless(table, {});
+    EXPECT_TRUE(paintedPages(nameless, pageLayout(), pages).startsWith(QStringLiteral("فهرستسرخط")));
+}
+
+TEST_F(TableOutput, aLongTitleGoesOnOnFurtherLines) {
+    QStringList words;
+    for (int i = 0; i < 14; ++i)
+        words << QStringLiteral("گزارش%1").arg(QChar(u'\u0627' + i));
+    const Titled table(words.join(QLatin1Char(' ')));
+    TableDocument document(table, {});
+    int pages = 0;
+    const QString text = paintedPages(document, pageLayout(QPageSize::A5), pages);
+    for (const QString& word : words)
+        EXPECT_TRUE(text.contains(word)) << word.toStdString();
+    EXPECT_FALSE(text.contains(QChar(0x2026)));
+    EXPECT_LT(text.indexOf(words.back()), text.indexOf(QStringLiteral("سرخط")));
+}
+
 TEST_F(TableOutput, aWideTableLiesAcrossThePaper) {
     for (const int prices : {1, 5, 12, 20}) {
         const PriceList table(prices);
