@@ -79,7 +79,7 @@ private:
 QString amountText(Extended amount) {
     static const DisplayFormat format("#,##0.#########;-#,##0.#########;0");
     const auto decimal = Decimal::fromExtended(amount, 9);
-    return screenNumber(decimal ? format.text(*decimal) : FloatToStr_VRO(amount));
+    return isolatedNumber(decimal ? format.text(*decimal) : FloatToStr_VRO(amount));
 }
 
 ScanReport CounterScanner::scan(const QString& typed, const ScanOptions& options) {

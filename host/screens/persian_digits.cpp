@@ -9,6 +9,8 @@ constexpr char16_t kPersianZero = u'\u06F0';
 constexpr char16_t kArabicZero = u'\u0660';
 constexpr char16_t kDecimalMark = u'\u066B';
 constexpr char16_t kThousandsMark = u'\u066C';
+constexpr char16_t kLeftToRightIsolate = u'\u2066';
+constexpr char16_t kPopIsolate = u'\u2069';
 
 bool persianWanted = true;
 
@@ -46,6 +48,11 @@ QString screenNumber(std::string_view number) {
     return text;
 }
 
+QString isolatedNumber(std::string_view number) {
+    const QString text = screenNumber(number);
+    return text.startsWith(QLatin1Char('-')) ? QChar(kLeftToRightIsolate) + text + QChar(kPopIsolate) : text;
+}
+
 QString screenText(QString text) {
     if (!persianWanted) return text;
     for (qsizetype start = 0; start < text.size();) {
@@ -80,6 +87,7 @@ QString plainNumber(QString text) {
     text = latinDigits(std::move(text));
     text.replace(QChar(kDecimalMark), QLatin1Char('.'));
     text.replace(QChar(kThousandsMark), QLatin1Char(','));
+    text.remove(QChar(kLeftToRightIsolate)).remove(QChar(kPopIsolate));
     return text;
 }
 

@@ -20,6 +20,9 @@ void showPersianDigits(bool on);
 
 // A number in plain or grouped form: its digits, the decimal point and the marks between thousands.
 [[nodiscard]] QString screenNumber(std::string_view number);
+// The same for sentences and cells that go from right to left: isolated, so that a sign stays on the left of its
+// number.
+[[nodiscard]] QString isolatedNumber(std::string_view number);
 // A text with numbers in it: digits become Persian but in words with Latin letters, which are names, codes and keys.
 // All other characters stay.
 [[nodiscard]] QString screenText(QString text);
@@ -27,7 +30,7 @@ void showPersianDigits(bool on);
 [[nodiscard]] QString persianDigits(QString text);
 // Persian and Arabic digits become ASCII ones; all other characters stay.
 [[nodiscard]] QString latinDigits(QString text);
-// The same, and Persian marks of decimals and thousands become a point and a comma.
+// The same, Persian marks of decimals and thousands become a point and a comma, and marks of direction go.
 [[nodiscard]] QString plainNumber(QString text);
 
 }  // namespace basalt::host

@@ -91,7 +91,7 @@ QString SelectionSummary::described() const {
     if (column < 0 || !model.isAmountColumn(column)) return chosen;
     const auto total = columnTotal(model, selected, column);
     if (!total) return chosen;
-    const auto shown = [&](const Decimal& number) { return screenNumber(model.format(column).text(number)); };
+    const auto shown = [&](const Decimal& number) { return isolatedNumber(model.format(column).text(number)); };
     return QStringLiteral("%1   |   %2: جمع %3، میانگین %4")
         .arg(chosen, screenText(model.column(column).Title), shown(total->sum), shown(total->average));
 }

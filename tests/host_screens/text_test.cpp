@@ -29,6 +29,12 @@ TEST(ScreenNumbers, havePersianMarksBetweenDigits) {
     EXPECT_EQ(plainNumber(QStringLiteral("-۱٬۲۳۴٬۵۶۷٫۰۵")).toStdString(), "-1,234,567.05");
 }
 
+TEST(ScreenNumbers, inASentenceKeepTheirSignOnTheLeft) {
+    EXPECT_EQ(isolatedNumber("-12,500").toStdString(), "\u2066-۱۲٬۵۰۰\u2069");
+    EXPECT_EQ(isolatedNumber("12,500").toStdString(), "۱۲٬۵۰۰");
+    EXPECT_EQ(plainNumber(isolatedNumber("-12,500.5")).toStdString(), "-12,500.5");
+}
+
 TEST(ScreenTexts, leaveWordsWithLatinLettersAlone) {
     EXPECT_EQ(screenText(QStringLiteral("سطر 12 از A4 در 1405/08/30، 08:30:11")).toStdString(),
               "سطر ۱۲ از A4 در ۱۴۰۵/۰۸/۳۰، ۰۸:۳۰:۱۱");
