@@ -114,7 +114,7 @@ int load(const CommonOptions& common, const std::string& file) {
     }
     std::istream& script = file.empty() ? std::cin : stream;
     std::size_t batches = 0;
-    const auto fill = [&](Session& session) { batches = host::loadScript(session, script); };
+    const auto fill = [&](Session& session) { batches = host::loadScript(session, script, file); };
     std::error_code failure;
     if (url.engine == host::EngineKind::Embedded && !url.inMemory() &&
         !fs::exists(host::pathFromText(url.target), failure)) {

@@ -2,6 +2,7 @@
 
 #include "ado/error.h"
 #include "ado/names.h"
+#include "host/services/numbered_error.h"
 #include "host/transfer/database_dump.h"
 #include "host/transfer/definition_text.h"
 
@@ -44,13 +45,6 @@ const char* kindName(ModuleSchema::Kind kind) {
     return "";
 }
 
-// Errors are looked up by their numbers.
-DatabaseError numbered(const DatabaseError& error) {
-    if (error.nativeCode() == 0) return error;
-    return {error.category(), error.sqlState(), error.nativeCode(),
-            "error " + std::to_string(error.nativeCode()) + ": " + error.what(), error.statement()};
-}
-
 }  // namespace
 
 bool SqlConsole::isCommand(std::string_view line) {
@@ -77,7 +71,7 @@ void SqlConsole::run(const std::string& batch) {
     } catch (const DatabaseError& error) {
         if (error.results()) writer_.write(*error.results());
         writer_.write(error);
-        throw numbered(error);
+        throw host::numbered(error);
     }
 }
 

@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTableView>
+#include <QTextDocumentFragment>
 #include <QTextEdit>
 #include <charconv>
 #include <vector>
@@ -66,9 +67,20 @@ int requireColumn(const QAbstractItemView& table, const std::string& column) {
 
 }  // namespace
 
+namespace {
+
+// As it reads, not as it is marked up.
+QString readText(const QLabel& label) {
+    const Qt::TextFormat format = label.textFormat();
+    const bool isRich = format == Qt::RichText || (format == Qt::AutoText && Qt::mightBeRichText(label.text()));
+    return isRich ? QTextDocumentFragment::fromHtml(label.text()).toPlainText() : label.text();
+}
+
+}  // namespace
+
 std::optional<QString> ownText(const QWidget& widget) {
     if (const auto* edit = qobject_cast<const QLineEdit*>(&widget)) return edit->text();
-    if (const auto* label = qobject_cast<const QLabel*>(&widget)) return label->text();
+    if (const auto* label = qobject_cast<const QLabel*>(&widget)) return readText(*label);
     if (const auto* combo = qobject_cast<const QComboBox*>(&widget)) return combo->currentText();
     if (const auto* spin = qobject_cast<const QAbstractSpinBox*>(&widget)) return spin->text();
     if (const auto* plain = qobject_cast<const QPlainTextEdit*>(&widget)) return plain->toPlainText();

@@ -19,14 +19,15 @@ namespace basalt::host {
 
 class StepScript {
 public:
-    StepScript(std::vector<Step> steps, std::string file) : steps_(std::move(steps)), file_(std::move(file)) {}
+    StepScript(std::vector<Step> steps, std::string file)
+        : steps_(std::move(steps)), file_(std::move(file)), line_(steps_.empty() ? 1 : steps_.front().line) {}
 
     [[nodiscard]] const std::string& file() const { return file_; }
     // The step to do next; null when all are done.
     [[nodiscard]] const Step* current() const { return next_ < steps_.size() ? &steps_[next_] : nullptr; }
     // Passes the current step. An answer that no question has taken is kept for the questions to come.
     void advance();
-    // The line of the step passed last; 0 before the first.
+    // The line of the step passed last; what comes before any step is told at the first.
     [[nodiscard]] int line() const { return line_; }
 
     // The answer for a question that is asked now; nullopt when there is none.
@@ -38,7 +39,7 @@ private:
     std::vector<Step> steps_;
     std::string file_;
     std::size_t next_ = 0;
-    int line_ = 0;
+    int line_;
     std::deque<std::size_t> kept_;  // indices of passed answers
     std::vector<std::size_t> takenAhead_;
 };

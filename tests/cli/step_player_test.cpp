@@ -419,6 +419,35 @@ TEST(StepPlayer, listsTheNamesOfTheScreen) {
                                      "  New_BTN (disabled)\n  Delete_BTN (hidden)\n"));
 }
 
+TEST(StepPlayer, readsTextsWithMarkupAsTheyRead) {
+    QDialog screen;
+    screen.setObjectName("Marked_FRM");
+    QLabel label(QStringLiteral("<b>وزن</b> &amp; <span style=\"color:red\">۱۲</span>"), &screen);
+    label.setObjectName("Marked_LBL");
+    QLabel plain(QStringLiteral("<b>x</b>"), &screen);
+    plain.setTextFormat(Qt::PlainText);
+    plain.setObjectName("Plain_LBL");
+    StepPlayer player(parseSteps("expect text Marked_LBL وزن & 12\nexpect text Plain_LBL <b>x</b>\nnames\n", "t.steps"),
+                      "t.steps", {.step = std::chrono::milliseconds(300), .standstill = std::chrono::seconds(30)});
+    ::testing::internal::CaptureStderr();
+    player.start();
+    screen.exec();
+    player.returned({});
+    player.finish();
+    EXPECT_EQ(player.failure().value_or(""), "");
+    EXPECT_THAT(::testing::internal::GetCapturedStderr(), ::testing::HasSubstr("Marked_LBL \"وزن & ۱۲\"\n"));
+}
+
+TEST(StepPlayer, whatComesBeforeTheFirstStepIsToldAtItsLine) {
+    StepPlayer player(parseSteps("# nothing yet\n\nexpect result 0\n", "t.steps"), "t.steps",
+                      {.step = std::chrono::milliseconds(300), .standstill = std::chrono::seconds(30)});
+    player.messages().show({.operation = "Told"});
+    player.start();
+    player.returned(0);
+    player.finish();
+    EXPECT_EQ(player.failure().value_or(""), "t.steps:3: expected no message, found Told");
+}
+
 TEST(StepPlayer, filesAreLookedInto) {
     const QTemporaryDir folder;
     const auto write = [&](const char* name, const char* text) {
