@@ -64,7 +64,8 @@ Datum fitted(const FunctionParameter& parameter, const Datum& value) {
         }
         requireFitting(parameter, value);
     } catch (const std::exception& error) {
-        throw UsageError("argument " + parameter.name + ": " + error.what());
+        throw ArgumentError(ArgumentError::Kind::Unreadable, parameter.name,
+                            "argument " + parameter.name + ": " + error.what());
     }
     return value;
 }
@@ -129,7 +130,8 @@ BoundArguments bindArguments(const std::vector<FunctionParameter>& parameters, c
     if (given.positional.size() != open.size())
         std::erase_if(open, [](const auto* parameter) { return !parameter->input; });
     if (given.positional.size() < open.size()) {
-        throw UsageError(name + " needs the argument " + open[given.positional.size()]->name);
+        const std::string& missing = open[given.positional.size()]->name;
+        throw ArgumentError(ArgumentError::Kind::Missing, missing, name + " needs the argument " + missing);
     }
     if (given.positional.size() > open.size()) {
         throw UsageError(name + " takes " + std::to_string(open.size() + byName.size()) + " arguments; " +

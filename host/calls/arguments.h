@@ -25,6 +25,21 @@ struct CallArguments {
 
 using BoundArguments = std::map<std::string, Datum, std::less<>>;
 
+// An argument that is not there, or cannot be read as what its parameter is.
+class ArgumentError : public UsageError {
+public:
+    enum class Kind { Missing, Unreadable };
+    ArgumentError(Kind kind, std::string parameter, const std::string& message)
+        : UsageError(message), kind_(kind), parameter_(std::move(parameter)) {}
+
+    [[nodiscard]] Kind kind() const noexcept { return kind_; }
+    [[nodiscard]] const std::string& parameter() const noexcept { return parameter_; }
+
+private:
+    Kind kind_;
+    std::string parameter_;
+};
+
 struct BoundCall {
     const FunctionEntry* entry = nullptr;
     BoundArguments arguments;  // by the registered names of the parameters
@@ -34,7 +49,7 @@ struct BoundCall {
 // UsageError when there is no such function (with names that are near), or when no overload takes the arguments (with
 // what is wrong, or with all the overloads).
 [[nodiscard]] BoundCall bindArguments(const Registry& registry, std::string_view function, const CallArguments& given);
-// The same for one list of parameters; `name` is for errors.
+// The same for one list of parameters; `name` is for errors. ArgumentError when it is one argument that is wrong.
 [[nodiscard]] BoundArguments bindArguments(const std::vector<FunctionParameter>& parameters, const std::string& name,
                                            const CallArguments& given);
 

@@ -4,6 +4,7 @@
 #include <QStyle>
 #include <QStyledItemDelegate>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "host/calls/answer.h"
 #include "host/screens/persian_digits.h"
@@ -40,6 +41,15 @@ void prepare(QTableView& table) {
     table.horizontalHeader()->setStretchLastSection(true);
 }
 
+// As wide as what they hold, within limits; the last one takes the rest.
+void sizeColumns(QTableView& table) {
+    constexpr int kLeast = 70;
+    constexpr int kMost = 320;
+    table.resizeColumnsToContents();
+    for (int column = 0; column + 1 < table.model()->columnCount(); ++column)
+        table.setColumnWidth(column, std::clamp(table.columnWidth(column), themePixels(kLeast), themePixels(kMost)));
+}
+
 void fill(QTableWidget& table, const std::vector<QStringList>& rows) {
     table.setRowCount(static_cast<int>(rows.size()));
     for (std::size_t row = 0; row < rows.size(); ++row) {
@@ -50,6 +60,7 @@ void fill(QTableWidget& table, const std::vector<QStringList>& rows) {
             table.setItem(static_cast<int>(row), column++, item);
         }
     }
+    sizeColumns(table);
     table.resizeRowsToContents();
 }
 
@@ -99,7 +110,6 @@ QTableWidget* CallView::addTable(const char* objectName, const QString& title, c
     table->setHorizontalHeaderLabels(columns);
     prepare(*table);
     table->verticalHeader()->hide();
-    table->setColumnWidth(0, themePixels(190));
     titles_.append(title);
     tabs_->addTab(table, title);
     return table;
@@ -120,21 +130,26 @@ void CallView::addQueries() {
     queryText_->setAlignment(Qt::AlignLeft | Qt::AlignTop | Qt::AlignAbsolute);
     queryText_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     layout->addWidget(queryText_);
-    auto* rows = new QTableView;
-    rows->setObjectName(QStringLiteral("Rows_GRD"));
-    rows->setAccessibleName(QStringLiteral("ردیف‌ها"));
-    rows->setModel(&rows_);
-    prepare(*rows);
-    rows->verticalHeader()->setDefaultSectionSize(34);
-    layout->addWidget(rows, 1);
+    rowTable_ = new QTableView;
+    rowTable_->setObjectName(QStringLiteral("Rows_GRD"));
+    rowTable_->setAccessibleName(QStringLiteral("ردیف‌ها"));
+    rowTable_->setModel(&rows_);
+    prepare(*rowTable_);
+    rowTable_->verticalHeader()->setDefaultSectionSize(34);
+    layout->addWidget(rowTable_, 1);
     titles_.append(QStringLiteral("ردیف‌ها"));
     tabs_->addTab(page, titles_.last());
     QObject::connect(query_, &QComboBox::currentIndexChanged, this, [this](int index) {
         if (index < 0) return;
         const QueryReport& query = queries_.at(static_cast<std::size_t>(index));
         queryText_->setText(QString::fromStdString(query.text));
-        rows_.setRecords(query.rows);
+        showRows(query.rows);
     });
+}
+
+void CallView::showRows(Datum::List rows) {
+    rows_.setRecords(std::move(rows));
+    sizeColumns(*rowTable_);
 }
 
 void CallView::setTitle(int tab, std::size_t count) {
@@ -150,9 +165,16 @@ void CallView::showState(const QString& text, bool success) {
     state_->setVisible(!text.isEmpty());
 }
 
-void CallView::showProblem(const std::string& problem) {
+void CallView::showProblem(const ArgumentError& problem) {
     clear();
-    showError({"UsageError", problem});
+    const QString name = QStringLiteral("\u2066%1\u2069").arg(QString::fromStdString(problem.parameter()));
+    if (problem.kind() == ArgumentError::Kind::Missing) {
+        showState(QStringLiteral("ورودی «%1» داده نشده است.").arg(name), false);
+        return;
+    }
+    showState(QStringLiteral("آنچه برای ورودی «%1» نوشته شده از نوع آن نیست:\n\u2066%2\u2069")
+                  .arg(name, QString::fromStdString(problem.what())),
+              false);
 }
 
 // What the program says is for the one who calls functions, and reads from the left.
@@ -216,7 +238,7 @@ void CallView::showQueries() {
     const bool any = !queries_.empty();
     query_->setEnabled(any);
     queryText_->setText(any ? QString::fromStdString(queries_.front().text) : QString());
-    rows_.setRecords(any ? queries_.front().rows : Datum::List{});
+    showRows(any ? queries_.front().rows : Datum::List{});
 }
 
 void CallView::showMessages(const CallReport& report) {

@@ -8,6 +8,7 @@
 #include <QTableWidget>
 #include <vector>
 
+#include "host/calls/arguments.h"
 #include "host/calls/call_report.h"
 #include "host/desktop/datum_table.h"
 #include "host/services/message_catalogue.h"
@@ -19,8 +20,8 @@ public:
     explicit CallView(const MessageCatalogue& catalogue, QWidget* parent = nullptr);
 
     void show(CallReport report);
-    // A failure before anything was called, for instance arguments that do not fit.
-    void showProblem(const std::string& problem);
+    // Nothing was called, because an argument does not fit.
+    void showProblem(const ArgumentError& problem);
     void clear();
 
 private:
@@ -31,6 +32,7 @@ private:
     void showResult(const CallReport& report);
     void showStatements(const CallReport& report);
     void showQueries();
+    void showRows(Datum::List rows);
     void showMessages(const CallReport& report);
     void showEvents(const CallReport& report);
     void setTitle(int tab, std::size_t count);
@@ -42,6 +44,7 @@ private:
     QTableWidget* result_;
     QTableWidget* statements_;
     QComboBox* query_ = nullptr;
+    QTableView* rowTable_ = nullptr;
     QLabel* queryText_ = nullptr;
     DatumTable rows_;
     QTableWidget* messages_;

@@ -90,8 +90,8 @@ void ConsolePage::run() {
     BoundArguments arguments;
     try {
         arguments = bindArguments(chosen_.parameters(), chosen_.name(), form_->arguments());
-    } catch (const UsageError& error) {
-        view_->showProblem(error.what());
+    } catch (const ArgumentError& error) {
+        view_->showProblem(error);
         return;
     }
     // The module's messages go where the host's messages go; the recorder only looks on.

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "host/screens/persian_digits.h"
+
 namespace basalt::host {
 
 void DatumTable::setRecords(Datum::List records) {
@@ -28,7 +30,7 @@ QVariant DatumTable::data(const QModelIndex& index, int role) const {
 
 QVariant DatumTable::headerData(int section, Qt::Orientation orientation, int role) const {
     if (role != Qt::DisplayRole) return {};
-    if (orientation == Qt::Vertical) return section + 1;
+    if (orientation == Qt::Vertical) return persianDigits(QString::number(section + 1));
     return QString::fromStdString(records_.front().asRecord().at(static_cast<std::size_t>(section)).first);
 }
 

@@ -4,6 +4,7 @@
 
 #include "host/price_editor/good_picker.h"
 #include "host/price_editor/price_editor_frm.h"
+#include "host/services/sql_access.h"
 #include "package/services.h"
 
 namespace basalt::host {
@@ -15,6 +16,12 @@ void openPriceEditor(ScreenContext& context, const Registry& registry, int goodC
     const AttachedHost attached(host);
     if (!host.HavePermission(host.UserInfo(), spGoods, prEdit, true, true, "")) return;
     if (goodCode != 0) {
+        if (rowsOf(host.session(), "SELECT Code FROM dbo.GoodInf WHERE Code = ?", {std::int64_t{goodCode}})
+                .rowCount() == 0) {
+            host.Messages().show(
+                {.operation = "MsgNoSuchGood", .kind = MessageKind::Error, .arguments = {std::to_string(goodCode)}});
+            return;
+        }
         (void)CreateEditor<PriceEditor>(host, registry, goodCode)->ShowModal();
         return;
     }

@@ -134,9 +134,9 @@ MessageRequest MessageCatalogue::errorRequest(const std::exception& error, const
     }
     const bool database = dynamic_cast<const DatabaseError*>(&error) != nullptr;
     MessageRequest request;
-    request.operation = database ? "DatabaseError" : "ProgramError";
-    request.kind = MessageKind::Error;
     const std::string tooLong = tooLongText(error, titleOf);
+    request.operation = !tooLong.empty() ? "MsgTooLong" : database ? "DatabaseError" : "ProgramError";
+    request.kind = MessageKind::Error;
     request.arguments = {tooLong.empty() ? errorText(error) : tooLong, error.what()};
     return request;
 }

@@ -28,7 +28,8 @@ public:
     // The same for any error; the technical message is not part of it. An OutputError tells that itself.
     [[nodiscard]] std::string errorText(const std::exception& error) const;
     // A request that shows an error: operation "DatabaseError" or "ProgramError", arguments {errorText, detail};
-    // "OutputError" with the error's own text when a file or a print could not be made.
+    // "OutputError" with the error's own text when a file or a print could not be made, "MsgTooLong" for a text that is
+    // longer than its field.
     // `titleOf` gives the title under which the user knows a field, for errors that name one; without it the field's
     // own name stands.
     using FieldTitles = std::function<std::string(const std::string& field)>;

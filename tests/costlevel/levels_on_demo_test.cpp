@@ -77,7 +77,7 @@ TEST_F(LevelsOnDemo, aNameThatWasTooLongDoesNotHideTheOthersChange) {
     auto editor = edit(5);
     run(*editor, [&] {
         rename(*editor, QString(200, QChar(0x628)));
-        messages.expect("DatabaseError");
+        messages.expect("MsgTooLong");
         editor->BaseSaveANDClose_Click();
         // The formatter would cut the sentence to pieces.
         // clang-format off

@@ -77,7 +77,11 @@ TEST_F(Console, showsTheRowsThatAQueryHolds) {
     choose("CostLevel_GetAll");
     type(*page, "Filter_EDT", "code > 0 AND CostType IN(1)");
     click(*page, "Run_BTN");
-    EXPECT_EQ(control<QTableView>(*page, "Rows_GRD").model()->rowCount(), 10);
+    const auto& table = control<QTableView>(*page, "Rows_GRD");
+    EXPECT_EQ(table.model()->rowCount(), 10);
+    EXPECT_EQ(table.model()->headerData(9, Qt::Vertical).toString(), "۱۰");
+    // A number takes less room than a name.
+    EXPECT_LT(table.columnWidth(0), table.columnWidth(1));
     EXPECT_EQ(control<QComboBox>(*page, "Query_CMB").itemText(0),
               "\u2066CostLevel_List_QUR\u2069 — \u2067۱۰ ردیف\u2069");
     EXPECT_EQ(control<QTabWidget>(*page, "Result_TAB").tabText(2), "ردیف‌ها (۱)");
@@ -99,12 +103,13 @@ TEST_F(Console, tellsWhatIsWrongWithTheArguments) {
     choose("CostLevel_GetNewCode");
     type(*page, "Part_EDT", "114");
     click(*page, "Run_BTN");
-    EXPECT_EQ(shown(*page, "CallState_LBL"),
-              "فراخوانی درست نیست:\n\u2066CostLevel_GetNewCode needs the argument CostType\u2069");
+    EXPECT_EQ(shown(*page, "CallState_LBL"), "ورودی «\u2066CostType\u2069» داده نشده است.");
     EXPECT_THAT(rows("Statements_GRD"), IsEmpty());
     type(*page, "CostType_EDT", "یک");
     click(*page, "Run_BTN");
-    EXPECT_THAT(shown(*page, "CallState_LBL"), ::testing::HasSubstr("یک"));
+    EXPECT_THAT(
+        shown(*page, "CallState_LBL"),
+        StartsWith("آنچه برای ورودی «\u2066CostType\u2069» نوشته شده از نوع آن نیست:\n\u2066argument CostType"));
 }
 
 TEST_F(Console, showsAFailureWithWhatLedToIt) {
