@@ -21,8 +21,7 @@ void writeOutputFile(const QString& path, const std::function<bool(const QString
         if (!write(QString::fromStdString(textFromPath(draft.path())))) draft.fail();
         draft.replace();
     } catch (const DraftError& error) {
-        throw OutputError("پرونده‌ی «" + textFromPath(place) +
-                          "» نوشته نشد: " + fileErrorSentence(error.reason()));
+        throw OutputError("پروندهٔ «" + textFromPath(place) + "» نوشته نشد: " + fileErrorSentence(error.reason()));
     }
 }
 

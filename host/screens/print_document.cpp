@@ -26,7 +26,7 @@ std::string paintPages(PrintDocument& document, QPrinter& printer, int from, int
             printer.abort();
             throw OutputCancelled();
         }
-        if (page > from && !printer.newPage()) return "چاپگر صفحه‌ی تازه‌ای نمی‌پذیرد.";
+        if (page > from && !printer.newPage()) return "چاپگر صفحهٔ تازه‌ای نمی‌پذیرد.";
         painter.save();
         painter.scale(scale, scale);
         document.paintPage(painter, page);

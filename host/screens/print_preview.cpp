@@ -56,7 +56,7 @@ PrintPreview::PrintPreview(ScreenContext& context, PrintDocument& document, cons
     SmartButton* print = frame_->addButton("Print_BTN", "چاپ Ctrl+P");
     print->setLook(SmartButton::Look::Primary);
     print->OnClick = [this] { this->print(); };
-    frame_->addButton("Pdf_BTN", "ذخیره‌ی PDF Ctrl+S")->OnClick = [this] { savePdf(); };
+    frame_->addButton("Pdf_BTN", "ذخیرهٔ PDF Ctrl+S")->OnClick = [this] { savePdf(); };
     frame_->addButtonGap();
     frame_->addButton("Exit_BTN", "خروج Esc")->OnClick = [this] { reject(); };
     frame_->finishLayout();
@@ -69,11 +69,11 @@ PrintPreview::PrintPreview(ScreenContext& context, PrintDocument& document, cons
 }
 
 void PrintPreview::makeTools() {
-    previous_ = addTool("PreviousPage_BTN", QStringLiteral("صفحه‌ی قبل"),
-                        QKeySequence(QStringLiteral("Ctrl+PgUp")), [this] { view_->setPage(view_->page() - 1); });
+    previous_ = addTool("PreviousPage_BTN", QStringLiteral("صفحهٔ قبل"), QKeySequence(QStringLiteral("Ctrl+PgUp")),
+                        [this] { view_->setPage(view_->page() - 1); });
     page_ = new QSpinBox(this);
     page_->setObjectName(QStringLiteral("Page_SPN"));
-    page_->setAccessibleName(QStringLiteral("شماره‌ی صفحه"));
+    page_->setAccessibleName(QStringLiteral("شمارهٔ صفحه"));
     page_->setButtonSymbols(QAbstractSpinBox::NoButtons);
     page_->setAlignment(Qt::AlignCenter);
     page_->setMinimum(1);
@@ -84,13 +84,13 @@ void PrintPreview::makeTools() {
     pages_ = new QLabel(this);
     pages_->setObjectName(QStringLiteral("PageCount_LBL"));
     tools_->addWidget(pages_);
-    next_ = addTool("NextPage_BTN", QStringLiteral("صفحه‌ی بعد"), QKeySequence(QStringLiteral("Ctrl+PgDown")),
+    next_ = addTool("NextPage_BTN", QStringLiteral("صفحهٔ بعد"), QKeySequence(QStringLiteral("Ctrl+PgDown")),
                     [this] { view_->setPage(view_->page() + 1); });
     tools_->addStretch(1);
     smaller_ = addTool("Smaller_BTN", QStringLiteral("−"), QKeySequence(QStringLiteral("Ctrl+-")),
                        [this] { view_->reduce(); });
     smaller_->setAccessibleName(QStringLiteral("کوچک‌تر"));
-    size_ = addChoice("Zoom_CMB", QStringLiteral("اندازه‌ی نمایش"));
+    size_ = addChoice("Zoom_CMB", QStringLiteral("اندازهٔ نمایش"));
     size_->addItem(QStringLiteral("پهنای صفحه"), kFitWidth);
     size_->addItem(QStringLiteral("تمام صفحه"), kFitPage);
     for (const int percent : kListedSizes)

@@ -18,11 +18,11 @@ PrinterDialog::PrinterDialog(int pageCount, int page, QWidget* parent)
       page_(page),
       pageCount_(pageCount),
       printer_(new QComboBox(this)),
-      all_(new QRadioButton(persianDigits(QStringLiteral("همه‌ی %1 صفحه").arg(pageCount)), this)),
-      current_(new QRadioButton(persianDigits(QStringLiteral("صفحه‌ی %1").arg(page + 1)), this)),
-      range_(new QRadioButton(QStringLiteral("از صفحه‌ی"), this)),
-      from_(makeNumber("FromPage_SPN", QStringLiteral("از صفحه‌ی"), pageCount, 1)),
-      to_(makeNumber("ToPage_SPN", QStringLiteral("تا صفحه‌ی"), pageCount, pageCount)),
+      all_(new QRadioButton(persianDigits(QStringLiteral("همهٔ %1 صفحه").arg(pageCount)), this)),
+      current_(new QRadioButton(persianDigits(QStringLiteral("صفحهٔ %1").arg(page + 1)), this)),
+      range_(new QRadioButton(QStringLiteral("از صفحهٔ"), this)),
+      from_(makeNumber("FromPage_SPN", QStringLiteral("از صفحهٔ"), pageCount, 1)),
+      to_(makeNumber("ToPage_SPN", QStringLiteral("تا صفحهٔ"), pageCount, pageCount)),
       copies_(makeNumber("Copies_SPN", QStringLiteral("تعداد نسخه"), kMostCopies, 1)) {
     setObjectName(QStringLiteral("Printer_FRM"));
     setWindowTitle(QStringLiteral("چاپ"));

@@ -25,7 +25,7 @@ RangeSearchFrame::RangeSearchFrame(ScreenContext& context, const QString& object
       change_(context, *this) {
     setObjectName(objectName);
     fields_->setObjectName(objectName + QStringLiteral("_CMB"));
-    fields_->setAccessibleName(QStringLiteral("بازه‌ی"));
+    fields_->setAccessibleName(QStringLiteral("بازهٔ"));
     fields_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     // A long title must leave the bounds their room.
     fields_->setMaximumWidth(fontMetrics().averageCharWidth() * kTitleCharacters);

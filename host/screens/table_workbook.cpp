@@ -36,7 +36,7 @@ public:
         options.constant_memory = LXW_TRUE;
         options.tmpdir = folder_.data();
         book_ = workbook_new_opt(path_.constData(), &options);
-        if (!book_) throw OutputError("برای ساختن کارپوشه حافظه‌ی کافی نیست.");
+        if (!book_) throw OutputError("برای ساختن کارپوشه حافظهٔ کافی نیست.");
     }
     ~Workbook() {
         if (book_) workbook_close(book_);

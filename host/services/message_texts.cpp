@@ -64,16 +64,16 @@ struct FileErrorText {
 
 constexpr std::array kFileErrors = {
     FileErrorText{std::errc::no_space_on_device, "روی دیسک جای خالی نمانده است."},
-    FileErrorText{std::errc::permission_denied, "اجازه‌ی نوشتن در این جا را ندارید."},
+    FileErrorText{std::errc::permission_denied, "اجازهٔ نوشتن در این جا را ندارید."},
     FileErrorText{std::errc::operation_not_permitted, "سیستم نوشتن روی آنچه در این جا هست را نمی‌پذیرد."},
     FileErrorText{std::errc::read_only_file_system, "این دیسک فقط‌خواندنی است."},
     FileErrorText{std::errc::filename_too_long, "نام پرونده بلندتر از آن است که دیسک می‌پذیرد."},
-    FileErrorText{std::errc::no_such_file_or_directory, "پوشه‌ی آن پیدا نشد."},
-    FileErrorText{std::errc::not_a_directory, "پوشه‌ی آن پیدا نشد."},
+    FileErrorText{std::errc::no_such_file_or_directory, "پوشهٔ آن پیدا نشد."},
+    FileErrorText{std::errc::not_a_directory, "پوشهٔ آن پیدا نشد."},
     FileErrorText{std::errc::is_a_directory, "پوشه‌ای با همین نام هست."},
     FileErrorText{std::errc::file_too_large, "پرونده بزرگ‌تر از آن است که دیسک می‌پذیرد."},
     FileErrorText{std::errc::too_many_symbolic_link_levels, "پیوندهای این نام به پرونده‌ای نمی‌رسند."},
-    FileErrorText{std::errc::device_or_resource_busy, "برنامه‌ی دیگری آن را در دست دارد."},
+    FileErrorText{std::errc::device_or_resource_busy, "برنامهٔ دیگری آن را در دست دارد."},
     FileErrorText{std::errc::io_error, "دیسک هنگام خواندن یا نوشتن خطا داد."},
 };
 
