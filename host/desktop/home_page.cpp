@@ -132,12 +132,18 @@ void HomePage::placeTiles() {
     columns_ = columns;
     for (int column = 0; column < kMostInRow; ++column)
         tiles_->setColumnStretch(column, column < columns ? 1 : 0);
-    int cell = 0;
-    Group last = Group::Screens;
-    for (const PlacedTile& tile : placed_) {
-        if (tile.group != std::exchange(last, tile.group)) cell += (columns - cell % columns) % columns;
-        tiles_->addWidget(tile.button, cell / columns, cell % columns);
-        ++cell;
+    int row = 0;
+    for (auto first = placed_.begin(); first != placed_.end();) {
+        const auto isOther = [first](const PlacedTile& tile) { return tile.group != first->group; };
+        const auto end = std::find_if(first, placed_.end(), isOther);
+        const auto count = static_cast<int>(end - first);
+        // As many in each row of a group: a full one would leave a tile alone in the next.
+        const int rows = (count + columns - 1) / columns;
+        const int inRow = (count + rows - 1) / rows;
+        for (int i = 0; i < count; ++i)
+            tiles_->addWidget(first[i].button, row + i / inRow, i % inRow);
+        row += rows;
+        first = end;
     }
 }
 

@@ -34,6 +34,10 @@ QPainterPath outline(LineIcon icon) {
             path.addEllipse(QPointF(7, 7), 2.8, 2.8);
             path.addEllipse(QPointF(17, 17), 2.8, 2.8);
             break;
+        case LineIcon::Pencil:
+            polyline(path, {{4, 20}, {5, 15.5}, {15.5, 5}, {19, 8.5}, {8.5, 19}, {4, 20}});
+            polyline(path, {{13, 7.5}, {16.5, 11}});
+            break;
         case LineIcon::Report:
             path.addRoundedRect(QRectF(4.5, 3.5, 15, 17), 2, 2);
             polyline(path, {{8.5, 16.5}, {8.5, 12.5}});

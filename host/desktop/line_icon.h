@@ -13,6 +13,7 @@ enum class LineIcon {
     Home,
     PriceTag,
     Percent,
+    Pencil,
     Report,
     Tree,
     Selection,

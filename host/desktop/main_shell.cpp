@@ -82,15 +82,15 @@ void MainShell::addPriceEditor() {
     const bool locked = !mayOpen(context_, prices);
     navigation_->addItem({.objectName = name + QStringLiteral("_BTN"),
                           .title = entryTitle(prices),
-                          .icon = LineIcon::PriceTag,
+                          .icon = LineIcon::Pencil,
                           .shortCut = key,
                           .locked = locked},
                          action);
     home_->addTile(HomePage::Group::Screens,
                    {.objectName = name + QStringLiteral("_TILE"),
                     .title = entryTitle(prices),
-                    .hint = subsystemTitle(prices.subsystem),
-                    .icon = LineIcon::PriceTag,
+                    .hint = entryHint(prices),
+                    .icon = LineIcon::Pencil,
                     .locked = locked},
                    action);
     bind(key, action);
@@ -199,7 +199,7 @@ void MainShell::addEntries() {
         home_->addTile(HomePage::Group::Screens,
                        {.objectName = name + QStringLiteral("_TILE"),
                         .title = entryTitle(*entry),
-                        .hint = subsystemTitle(subsystem),
+                        .hint = entryHint(*entry),
                         .icon = partIcon(entry->part),
                         .locked = locked},
                        action);

@@ -139,7 +139,8 @@ void SignInDialog::showHint() {
     hint_->setVisible(demo_ || isFirstTime());
     if (isFirstTime()) {
         hint_->setText(
-            QStringLiteral("این کاربر هنوز گذرواژه‌ای ندارد. آنچه اکنون می‌نویسید گذرواژهٔ "
+            QStringLiteral("این کاربر هنوز گذرواژه‌ای ندارد. آنچه اکنون می‌نویسید "
+                           "گذرواژهٔ "
                            "او "
                            "می‌شود."));
         return;
@@ -171,7 +172,8 @@ QString SignInDialog::chooseFirstPassword(const std::string& name) {
     user_->setItemData(user_->currentIndex(), true, kHasPasswordRole);
     showUser();
     return QStringLiteral(
-        "برای این کاربر در این میان گذرواژه‌ای گذاشته شده است؛ همان را "
+        "برای این کاربر در این میان گذرواژه‌ای گذاشته شده است؛ همان "
+        "را "
         "وارد "
         "کنید.");
 }

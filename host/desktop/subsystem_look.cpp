@@ -17,7 +17,20 @@ constexpr std::array<std::pair<std::string_view, const char*>, 7> kTitles{{
     {"persons", "اشخاص و اسناد"},
 }};
 
+constexpr std::array<std::pair<std::string_view, const char*>, 4> kHints{{
+    {"Open_CostLevel_List", "نام و توضیح سطح‌های قیمت"},
+    {"Open_DiscountLevel_List", "نام و توضیح سطح‌های تخفیف"},
+    {"Open_CostReport", "قیمت همهٔ کالاها کنار هم"},
+    {"Open_PriceEditor", "همهٔ قیمت‌های یک کالا"},
+}};
+
 }  // namespace
+
+QString entryHint(const EntryPoint& entry) {
+    for (const auto& [name, hint] : kHints)
+        if (name == entry.name) return QString::fromUtf8(hint);
+    return subsystemTitle(entry.subsystem);
+}
 
 QString subsystemTitle(const std::string& subsystem) {
     for (const auto& [name, title] : kTitles)

@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QTableWidget>
 #include <QTimer>
+#include <map>
 #include <set>
 
 #include "host/screens/theme.h"
@@ -144,6 +145,28 @@ TEST_F(Shell, placesAsManyTilesSideBySideAsThereIsRoomFor) {
     EXPECT_GT(top("Open_PriceEditor_TILE"), top("Open_CostLevel_List_TILE"));
     EXPECT_EQ(top("Open_DiscountLevel_List_TILE"), top("Open_CostLevel_List_TILE"));
     EXPECT_GE(control(*shell, "Log_TILE").height(), 70) << "a title and a line below it";
+}
+
+TEST_F(Shell, noTileStandsAloneInARowWhereThereIsRoomForMore) {
+    open(1);
+    for (const int width : {1000, 1200, 1400, 1700}) {
+        shell->resize(width, 800);
+        QApplication::processEvents();
+        std::map<int, int> tilesAt;
+        for (const QPushButton* tile : shell->findChildren<QPushButton*>())
+            if (tile->objectName().endsWith("_TILE")) ++tilesAt[tile->y()];
+        for (const auto& [y, count] : tilesAt)
+            EXPECT_GT(count, 1) << "at " << width << ", " << y;
+    }
+}
+
+TEST_F(Shell, everyTileSaysWhatItIsFor) {
+    open(1);
+    std::set<QString> hints;
+    for (const QPushButton* tile : shell->findChildren<QPushButton*>())
+        if (tile->objectName().endsWith("_TILE"))
+            EXPECT_TRUE(hints.insert(tile->toolTip()).second) << tile->toolTip().toStdString();
+    EXPECT_GE(hints.size(), 9U);
 }
 
 TEST_F(Shell, tellsACashierWhatHeMayNotOpen) {
