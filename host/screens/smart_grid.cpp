@@ -127,6 +127,7 @@ SmartGrid::SmartGrid(ScreenContext& context, const QString& objectName, QWidget*
     model_.onColumnsChanged = [this] {
         applyVisibility();
         widths_.clear();
+        leastWidths_.clear();
         layOutColumns();
     };
     QObject::connect(&model_, &QAbstractItemModel::dataChanged, this,
@@ -277,9 +278,10 @@ void SmartGrid::GoToLastRow() {
 
 void SmartGrid::rowsChanged() {
     showCursor();
-    // A list without rows keeps the widths that it had.
+    // What a search leaves may want more room, never less: columns that jump at every letter are hard to follow. A list
+    // without rows keeps the widths that it had.
     if (!sorting_ && model_.rowCount() > 0) {
-        widths_.clear();
+        leastWidths_ = std::exchange(widths_, {});
         layOutColumns();
     }
 }
@@ -342,7 +344,10 @@ void SmartGrid::applyVisibility() {
 int SmartGrid::contentWidth(int column) const {
     widths_.resize(static_cast<std::size_t>(model_.columnCount()));
     int& width = widths_[static_cast<std::size_t>(column)];
-    if (width == 0) width = measuredWidth(column);
+    if (width == 0) {
+        const auto at = static_cast<std::size_t>(column);
+        width = std::max(measuredWidth(column), at < leastWidths_.size() ? leastWidths_[at] : 0);
+    }
     return width;
 }
 

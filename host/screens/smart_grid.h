@@ -130,6 +130,7 @@ private:
     bool layingOut_ = false;
     bool sorting_ = false;             // the rows are the same, in another order
     mutable std::vector<int> widths_;  // by content; 0: not measured yet
+    std::vector<int> leastWidths_;     // of the same columns for the rows before
 };
 
 }  // namespace basalt::host
