@@ -317,15 +317,8 @@ bool CounterPage::mayForget(const char* before) {
                                   .buttons = {TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel},
                                   .defaultButton = TMessageButton::Cancel,
                                   .form = this};
-    switch (context_.host.Messages().show(question)) {
-        case mrYes:
-            return write();
-        case mrNo:
-            clearInvoice();
-            return true;
-        default:
-            return false;
-    }
+    return mayLeaveUnsaved(
+        context_.host.Messages(), question, [this] { return write(); }, [this] { clearInvoice(); });
 }
 
 void CounterPage::showPolicy() {

@@ -9,6 +9,11 @@ bool mayLeaveUnsaved(MessageService& messages, QWidget& form, const std::functio
                                   .buttons = {TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel},
                                   .defaultButton = TMessageButton::Yes,
                                   .form = &form};
+    return mayLeaveUnsaved(messages, question, save, drop);
+}
+
+bool mayLeaveUnsaved(MessageService& messages, const MessageRequest& question, const std::function<bool()>& save,
+                     const std::function<void()>& drop) {
     const int answer = messages.show(question);
     if (answer == mrYes) return save();
     if (answer != mrNo) return false;

@@ -18,5 +18,8 @@ namespace basalt::host {
 // `before` is one text, what the user is about to do, where that is not to leave the form.
 [[nodiscard]] bool mayLeaveUnsaved(MessageService& messages, QWidget& form, const std::function<bool()>& save,
                                    const std::function<void()>& drop = {}, const std::vector<std::string>& before = {});
+// The same with a question of the form's own, to be answered with yes, no or cancel.
+[[nodiscard]] bool mayLeaveUnsaved(MessageService& messages, const MessageRequest& question,
+                                   const std::function<bool()>& save, const std::function<void()>& drop = {});
 
 }  // namespace basalt::host

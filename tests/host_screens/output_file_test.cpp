@@ -84,8 +84,7 @@ TEST_F(Output, aFolderOfThatNameIsNotReplaced) {
 TEST_F(Output, thereMustBeAFolderForIt) {
     const auto never = [](const QString&) -> bool { throw std::logic_error("there is no place for it"); };
     EXPECT_THAT([&] { writeOutputFile(QStringLiteral("/nowhere/a.pdf"), never); },
-                ThrowsMessage<OutputError>(
-                    "پرونده‌ی «/nowhere/a.pdf» نوشته نشد: پوشه‌ی آن پیدا نشد."));
+                ThrowsMessage<OutputError>("پروندهٔ «/nowhere/a.pdf» نوشته نشد: پوشهٔ آن پیدا نشد."));
 }
 
 }  // namespace

@@ -131,11 +131,11 @@ TEST(MessageCatalogue, buttonsArePersian) {
 TEST(FileErrors, areToldInTheUsersWords) {
     const auto sentence = [](int number) { return fileErrorSentence({number, std::generic_category()}); };
     EXPECT_EQ(sentence(ENOSPC), "روی دیسک جای خالی نمانده است.");
-    EXPECT_EQ(sentence(EACCES), "اجازه‌ی نوشتن در این جا را ندارید.");
+    EXPECT_EQ(sentence(EACCES), "اجازهٔ نوشتن در این جا را ندارید.");
     EXPECT_EQ(sentence(EROFS), "این دیسک فقط‌خواندنی است.");
     EXPECT_EQ(sentence(ENAMETOOLONG),
               "نام پرونده بلندتر از آن است که دیسک می‌پذیرد.");
-    EXPECT_EQ(sentence(ENOENT), "پوشه‌ی آن پیدا نشد.");
+    EXPECT_EQ(sentence(ENOENT), "پوشهٔ آن پیدا نشد.");
     EXPECT_EQ(sentence(EISDIR), "پوشه‌ای با همین نام هست.");
     EXPECT_EQ(sentence(EIO), "دیسک هنگام خواندن یا نوشتن خطا داد.");
 #ifdef EDQUOT
