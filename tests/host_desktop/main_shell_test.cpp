@@ -245,7 +245,7 @@ TEST_F(Shell, movesBetweenTilesInTheDirectionOfTheArrow) {
     EXPECT_LT(QApplication::focusWidget()->x(), first.x());
     EXPECT_EQ(QApplication::focusWidget()->y(), top);
     const int second = QApplication::focusWidget()->x();
-    EXPECT_EQ(press(Qt::Key_Down), "Layouts_TILE");
+    EXPECT_EQ(press(Qt::Key_Down), "Open_PriceEditor_TILE");
     EXPECT_EQ(QApplication::focusWidget()->x(), second);
     EXPECT_GT(QApplication::focusWidget()->y(), top);
     EXPECT_EQ(press(Qt::Key_Up), "Open_DiscountLevel_List_TILE");
