@@ -138,11 +138,11 @@ void SignInDialog::showUser() {
 void SignInDialog::showHint() {
     hint_->setVisible(demo_ || isFirstTime());
     if (isFirstTime()) {
-        hint_->setText(
-            QStringLiteral("این کاربر هنوز گذرواژه‌ای ندارد. آنچه اکنون می‌نویسید "
-                           "گذرواژهٔ "
-                           "او "
-                           "می‌شود."));
+        hint_->setText(QStringLiteral(
+            "این کاربر هنوز گذرواژه‌ای ندارد. آنچه اکنون می‌نویسید "
+            "گذرواژهٔ "
+            "او "
+            "می‌شود."));
         return;
     }
     // The demo users' passwords are their user names.

@@ -301,7 +301,10 @@ TEST(BarcodeLayout, negativeCountsAreSaidOfTheFieldsThatAreCut) {
     layout = weightLayout();
     layout.itemCodeCount = -5;
     EXPECT_THAT(problems(layout), ElementsAre("تعداد رقم «کالا» منفی است."));
-    layout = {.digitCount = 0, .constantCount = 0, .itemConstantCode = 105};
+    layout = BarcodeLayout();
+    layout.digitCount = 0;
+    layout.constantCount = 0;
+    layout.itemConstantCode = 105;
     EXPECT_THAT(problems(layout), ElementsAre("تعداد رقم بارکد معلوم نیست."));
 }
 

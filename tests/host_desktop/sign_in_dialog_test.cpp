@@ -63,7 +63,8 @@ TEST_F(SignIn, aUserWithoutAPasswordChoosesOne) {
     SignInDialog dialog(host);
     showActive(dialog);
     EXPECT_EQ(shown(dialog, "DemoHint_LBL"),
-              "این کاربر هنوز گذرواژه‌ای ندارد. آنچه اکنون می‌نویسید گذرواژهٔ "
+              "این کاربر هنوز گذرواژه‌ای ندارد. آنچه اکنون می‌نویسید "
+              "گذرواژهٔ "
               "او "
               "می‌شود.");
     click(dialog, "SignIn_BTN");

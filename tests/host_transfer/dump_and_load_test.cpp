@@ -231,7 +231,8 @@ TEST_F(DumpAndLoad, aScriptThatFailsLeavesNothing) {
         FAIL() << "it was loaded";
     } catch (const DatabaseError& error) {
         EXPECT_EQ(error.nativeCode(), 208);
-        EXPECT_THAT(error.what(), StartsWith("in the batch that begins at line 5: error 208: Invalid object name 'Nowhere'."));
+        EXPECT_THAT(error.what(),
+                    StartsWith("in the batch that begins at line 5: error 208: Invalid object name 'Nowhere'."));
     }
     EXPECT_FALSE(session_->inTransaction());
     EXPECT_TRUE(session_->schema().tables.empty());
