@@ -735,8 +735,9 @@ TEST_F(Counter, anInvoiceIsNotThrownAwayWithoutAQuestion) {
     EXPECT_EQ(linesOf(*session, "SELECT COUNT(*) FROM dbo.Kardex WHERE kala = 105 AND Tedad = -1.25").at(0), "1");
     for (const MessageRequest& request : messages.shown)
         EXPECT_EQ(request.defaultButton, TMessageButton::Cancel);
-    EXPECT_THAT(takeMessages(), ElementsAre("MsgUnsavedInvoice(ترک پیشخوان)", "MsgUnsavedInvoice(آغاز فاکتور تازه)",
-                                            "MsgUnsavedInvoice(آغاز فاکتور تازه)", "MsgUnsavedInvoice(ترک پیشخوان)"));
+    EXPECT_THAT(takeMessages(),
+                ElementsAre("MsgUnsavedInvoice('ترک پیشخوان')", "MsgUnsavedInvoice('آغاز فاکتور تازه')",
+                            "MsgUnsavedInvoice('آغاز فاکتور تازه')", "MsgUnsavedInvoice('ترک پیشخوان')"));
 }
 
 TEST_F(Counter, anInvoiceOfPricesAloneIsNotThrownAwayEither) {
@@ -754,8 +755,8 @@ TEST_F(Counter, anInvoiceOfPricesAloneIsNotThrownAwayEither) {
     EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۰");
     EXPECT_EQ(mood(), "");
     EXPECT_THAT(takeMessages(),
-                ElementsAre("MsgUnsavedInvoice(ترک پیشخوان)", "MsgUnsavedInvoice(آغاز فاکتور تازه)",
-                            "MsgUnsavedInvoice(آغاز فاکتور تازه)", "MsgUnsavedInvoice(آغاز فاکتور تازه)"));
+                ElementsAre("MsgUnsavedInvoice('ترک پیشخوان')", "MsgUnsavedInvoice('آغاز فاکتور تازه')",
+                            "MsgUnsavedInvoice('آغاز فاکتور تازه')", "MsgUnsavedInvoice('آغاز فاکتور تازه')"));
     // Taken off again, there is nothing to ask about.
     scan("2900000125005");
     click(*page, "Removing_BTN");

@@ -143,7 +143,7 @@ TEST_F(Layouts, whatCanNeverBeReadIsRefused) {
     click(*page, "Save_BTN");
     EXPECT_THAT(
         takeMessages(),
-        ElementsAre("MsgLayoutUseless(«مقدار» از بارکد ۱۳ رقمی بیرون می‌زند.)"));
+        ElementsAre("MsgLayoutUseless('«مقدار» از بارکد ۱۳ رقمی بیرون می‌زند.')"));
     EXPECT_THAT(storedAmounts(), ElementsAre("8|5"));
     EXPECT_EQ(number("AmountStart_EDT").value(), 12) << "what was typed stays, to be mended";
     EXPECT_EQ(state(), "");
@@ -159,8 +159,8 @@ TEST_F(Layouts, whatIsDoubtfulIsAskedFor) {
     click(*page, "Save_BTN");
     EXPECT_THAT(storedAmounts(), ElementsAre("7|5"));
     EXPECT_THAT(takeMessages(),
-                ElementsAre("MsgSaveAnyway(«کالا» و «مقدار» روی هم افتاده‌اند.)",
-                            "MsgSaveAnyway(«کالا» و «مقدار» روی هم افتاده‌اند.)"));
+                ElementsAre("MsgSaveAnyway('«کالا» و «مقدار» روی هم افتاده‌اند.')",
+                            "MsgSaveAnyway('«کالا» و «مقدار» روی هم افتاده‌اند.')"));
     EXPECT_EQ(state(), "الگو ذخیره شد.");
     number("AmountStart_EDT").setValue(8);
     EXPECT_EQ(state(), "");
