@@ -163,9 +163,11 @@ TEST_F(Shell, noTileStandsAloneInARowWhereThereIsRoomForMore) {
 TEST_F(Shell, everyTileSaysWhatItIsFor) {
     open(1);
     std::set<QString> hints;
-    for (const QPushButton* tile : shell->findChildren<QPushButton*>())
-        if (tile->objectName().endsWith("_TILE"))
+    for (const QPushButton* tile : shell->findChildren<QPushButton*>()) {
+        if (tile->objectName().endsWith("_TILE")) {
             EXPECT_TRUE(hints.insert(tile->toolTip()).second) << tile->toolTip().toStdString();
+        }
+    }
     EXPECT_GE(hints.size(), 9U);
 }
 
