@@ -436,9 +436,9 @@ TEST_F(TableOutput, aFormOnPaperTellsWhatItIsOf) {
 }
 
 // A table of one cell under a title.
-class Titled final : public TableContent {
+class UnderATitle final : public TableContent {
 public:
-    explicit Titled(QString title) : title_(std::move(title)) {}
+    explicit UnderATitle(QString title) : title_(std::move(title)) {}
     [[nodiscard]] QString title() const override { return title_; }
     [[nodiscard]] std::vector<QString> headerLines() const override { return {QStringLiteral("سرخط")}; }
     [[nodiscard]] const std::vector<TableColumn>& columns() const override { return columns_; }
@@ -452,7 +452,7 @@ private:
 };
 
 TEST_F(TableOutput, theCompanyStandsAboveTheTitle) {
-    const Titled table(QStringLiteral("فهرست"));
+    const UnderATitle table(QStringLiteral("فهرست"));
     TableDocument document(table, {}, QStringLiteral("بازرگانی"));
     int pages = 0;
     const QString text = paintedPages(document, pageLayout(), pages);
@@ -466,7 +466,7 @@ TEST_F(TableOutput, aLongTitleGoesOnOnFurtherLines) {
     QStringList words;
     for (int i = 0; i < 14; ++i)
         words << QStringLiteral("گزارش%1").arg(QChar(u'\u0627' + i));
-    const Titled table(words.join(QLatin1Char(' ')));
+    const UnderATitle table(words.join(QLatin1Char(' ')));
     TableDocument document(table, {});
     int pages = 0;
     const QString text = paintedPages(document, pageLayout(QPageSize::A5), pages);
