@@ -212,9 +212,11 @@ std::vector<LayoutProblem> problemsOf(const BarcodeLayout& layout, const std::ve
     const auto hopeless = [&problems](const QString& text) { problems.push_back({text, true}); };
     const auto doubtful = [&problems](const QString& text) { problems.push_back({text, false}); };
     if (layout.barCodeType < bftAmount || layout.barCodeType > bftConstPrice)
-        hopeless(QStringLiteral("نوع بارکد %1 شناخته نیست و اسکن با این الگو کاری نمی‌کند. نوع آن را "
-                                "برگزینید.")
-                     .arg(number(layout.barCodeType)));
+        hopeless(
+            QStringLiteral(
+                "نوع بارکد %1 شناخته نیست و اسکن با این الگو کاری نمی‌کند. نوع آن را "
+                "برگزینید.")
+                .arg(number(layout.barCodeType)));
     if (layout.digitCount <= 0) hopeless(QStringLiteral("تعداد رقم بارکد معلوم نیست."));
     for (const FieldPlace& place : placesOf(layout)) {
         if (place.count >= 0) continue;

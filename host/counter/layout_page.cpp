@@ -453,11 +453,12 @@ QString LayoutPage::noteOn(const QString& sample) const {
                      .arg(fitting.join(QStringLiteral("، ")));
     // The one that is found first is the only one that a scan looks at.
     if (!hiding.isEmpty() && (own || !fitting.isEmpty()))
-        notes << QStringLiteral(
-                     "الگوی %1 هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با آن فرق دارد؛ "
-                     "اگر "
-                     "پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود.")
-                     .arg(hiding.join(QStringLiteral("، ")));
+        notes
+            << QStringLiteral(
+                   "الگوی %1 هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با آن فرق دارد؛ "
+                   "اگر "
+                   "پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود.")
+                   .arg(hiding.join(QStringLiteral("، ")));
     return notes.join(QLatin1Char('\n'));
 }
 

@@ -119,12 +119,13 @@ TEST(BarcodeFault, aCodeThatNoGoodCanHaveIsTold) {
     layout.itemCodeCount = 12;
     layout.amountCount = 0;
     EXPECT_EQ(fault(layout, "28002147483647012505"), "none");
-    EXPECT_EQ(fault(layout, "28002147483648012505"),
-              "کد کالای بارکد، ۰۰۲۱۴۷۴۸۳۶۴۸، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در "
-              "الگوی "
-              "«وزن» "
-              "درست "
-              "کنید.");
+    EXPECT_EQ(
+        fault(layout, "28002147483648012505"),
+        "کد کالای بارکد، ۰۰۲۱۴۷۴۸۳۶۴۸، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در "
+        "الگوی "
+        "«وزن» "
+        "درست "
+        "کنید.");
     layout.itemCodeType = 2;
     EXPECT_EQ(fault(layout, "28002147483648012505"), "none");  // a scale code
     layout = weightLayout();
@@ -248,12 +249,15 @@ TEST(BarcodeLayout, aPrefixBelowNoCharactersIsSaid) {
     BarcodeLayout layout = weightLayout();
     layout.title = "ترازو";
     layout.constantCount = -1;
-    EXPECT_THAT(problems(layout), ElementsAre("تعداد رقم پیش‌شمارهٔ الگوی «ترازو» منفی است و تا درست "
-                                              "نشود "
-                                              "بارکدهای "
-                                              "۱۳ "
-                                              "رقمی خوانده نمی‌شوند. آن را در "
-                                              "صفحهٔ الگوهای بارکد درست کنید."));
+    EXPECT_THAT(
+        problems(layout),
+        ElementsAre(
+            "تعداد رقم پیش‌شمارهٔ الگوی «ترازو» منفی است و تا درست "
+            "نشود "
+            "بارکدهای "
+            "۱۳ "
+            "رقمی خوانده نمی‌شوند. آن را در "
+            "صفحهٔ الگوهای بارکد درست کنید."));
 }
 
 TEST(BarcodeLayout, aKindThatNobodyKnowsIsSaid) {

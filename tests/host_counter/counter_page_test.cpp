@@ -227,12 +227,13 @@ TEST_F(Counter, aPrefixBelowNoCharactersIsToldByItsLayout) {
     execute(*session, "UPDATE dbo.BarCodeFormul SET ConstantCount = -1 WHERE ConstantCode = N'29'");
     scan("2800105012507");
     EXPECT_EQ(mood(), "refused");
-    EXPECT_EQ(shown(*page, "Result_LBL"),
-              "تعداد رقم پیش‌شمارهٔ الگوی «مبلغ رسید ترازو» منفی است و تا درست نشود بارکدهای ۱۳ "
-              "رقمی "
-              "خوانده "
-              "نمی‌شوند. آن "
-              "را در صفحهٔ الگوهای بارکد درست کنید.");
+    EXPECT_EQ(
+        shown(*page, "Result_LBL"),
+        "تعداد رقم پیش‌شمارهٔ الگوی «مبلغ رسید ترازو» منفی است و تا درست نشود بارکدهای ۱۳ "
+        "رقمی "
+        "خوانده "
+        "نمی‌شوند. آن "
+        "را در صفحهٔ الگوهای بارکد درست کنید.");
     EXPECT_TRUE(takeMessages().empty());
 }
 

@@ -82,19 +82,23 @@ TEST_F(Layouts, theCaseOfAPrefixIsToldAsAScanMeetsIt) {
     type(*page, "Sample_EDT", "AB00105012507");
     EXPECT_THAT(
         problems(),
-        HasSubstr("الگوی کوچک هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها "
-                  "با "
-                  "آن "
-                  "فرق "
-                  "دارد؛ "
-                  "اگر پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود."));
+        HasSubstr(
+            "الگوی کوچک هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها "
+            "با "
+            "آن "
+            "فرق "
+            "دارد؛ "
+            "اگر پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود."));
     type(*page, "Sample_EDT", "aB00105012507");
-    EXPECT_THAT(problems(), HasSubstr("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی "
-                                      "و "
-                                      "کوچکی "
-                                      "حرف‌ها "
-                                      "یا فاصله فرق "
-                                      "دارد."));
+    EXPECT_THAT(
+        problems(),
+        HasSubstr(
+            "این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی "
+            "و "
+            "کوچکی "
+            "حرف‌ها "
+            "یا فاصله فرق "
+            "دارد."));
     EXPECT_THAT(problems(), Not(HasSubstr("پیدا می‌شود")));  // no layout reads it anyway
 }
 
@@ -227,12 +231,13 @@ TEST_F(Layouts, aLongSampleDoesNotWidenTheWindow) {
 TEST_F(Layouts, aSampleThatAScanWouldRefuseSaysSo) {
     choose("28");
     type(*page, "Sample_EDT", "28001050x2507");
-    EXPECT_EQ(problems(),
-              "اسکن این بارکد پذیرفته نمی‌شود: در بارکد ۲۸۰۰۱۰۵۰x۲۵۰۷ به جای «مقدار» نوشته است «۰x۲۵۰» که "
-              "عدد "
-              "نیست. "
-              "اگر "
-              "بارکد درست است، جای «مقدار» را در الگوی «وزن با کد کالا» درست کنید.");
+    EXPECT_EQ(
+        problems(),
+        "اسکن این بارکد پذیرفته نمی‌شود: در بارکد ۲۸۰۰۱۰۵۰x۲۵۰۷ به جای «مقدار» نوشته است «۰x۲۵۰» که "
+        "عدد "
+        "نیست. "
+        "اگر "
+        "بارکد درست است، جای «مقدار» را در الگوی «وزن با کد کالا» درست کنید.");
     type(*page, "Sample_EDT", "2800ABC012505");
     EXPECT_THAT(problems(), HasSubstr("به جای کد کالا نوشته است «۰۰ABC» که کد نیست"));
     type(*page, "Sample_EDT", "2800105012507");
