@@ -122,8 +122,9 @@ TEST_F(ReportOnDemo, f9PrintsWhatIsTickedAndSaysSoAboveIt) {
         QTest::keyClick(&report, Qt::Key_F9);
         ASSERT_EQ(output.previews.size(), 1U);
         EXPECT_EQ(output.layouts[0].orientation(), QPageLayout::Landscape);
-        // The tab and two titles in lines of their own, and no bare number behind them.
-        EXPECT_TRUE(pages.startsWith(QStringLiteral("گزارش قیمت کالاهافروشهمکارقیمت مصرف کنندهکد کالا")))
+        // The company, the tab and two titles in lines of their own, and no bare number behind them.
+        EXPECT_TRUE(
+            pages.startsWith(QStringLiteral("بازرگانی مهرآفرینگزارش قیمت کالاهافروشهمکارقیمت مصرف کنندهکد کالا")))
             << pages.left(200).toStdString();
         EXPECT_FALSE(pages.contains(QStringLiteral("نمایندگی")));
         EXPECT_TRUE(pages.contains(QStringLiteral("نام کالا")));

@@ -132,11 +132,11 @@ TEST(Deployment, bringsVersionThreeToWhatANewDatabaseHas) {
         deployDatabase(*older, {.demo = demo});
         EXPECT_EQ(schemaState(*older), SchemaState::Current);
         EXPECT_THAT(linesOf(*older, "SELECT Version FROM dbo.HostSchemaVersion ORDER BY Version"),
-                    ElementsAre("3", "4"));
+                    ElementsAre("3", std::to_string(kSchemaVersion)));
         const auto fresh = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
         deployDatabase(*fresh, {.demo = demo});
         EXPECT_EQ(definitions(*older), definitions(*fresh));
-        execute(*older, "DELETE FROM dbo.HostSchemaVersion WHERE Version = 4");
+        execute(*older, "DELETE FROM dbo.HostSchemaVersion WHERE Version > 3");
         EXPECT_EQ(dump(*older), rowsBefore);
     }
 }

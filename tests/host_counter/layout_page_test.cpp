@@ -81,7 +81,7 @@ TEST_F(Layouts, theCaseOfAPrefixIsToldAsAScanMeetsIt) {
     choose("AB");
     type(*page, "Sample_EDT", "AB00105012507");
     EXPECT_THAT(
-        problems(),
+        note(),
         HasSubstr(
             "الگوی کوچک هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها "
             "با "
@@ -91,7 +91,7 @@ TEST_F(Layouts, theCaseOfAPrefixIsToldAsAScanMeetsIt) {
             "اگر پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود."));
     type(*page, "Sample_EDT", "aB00105012507");
     EXPECT_THAT(
-        problems(),
+        note(),
         HasSubstr(
             "این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی "
             "و "
@@ -99,7 +99,7 @@ TEST_F(Layouts, theCaseOfAPrefixIsToldAsAScanMeetsIt) {
             "حرف‌ها "
             "یا فاصله فرق "
             "دارد."));
-    EXPECT_THAT(problems(), Not(HasSubstr("پیدا می‌شود")));  // no layout reads it anyway
+    EXPECT_THAT(note(), Not(HasSubstr("پیدا می‌شود")));  // no layout reads it anyway
 }
 
 TEST_F(Layouts, aNewLayoutIsNotWrongBeforeItIsBegun) {
@@ -232,16 +232,16 @@ TEST_F(Layouts, aSampleThatAScanWouldRefuseSaysSo) {
     choose("28");
     type(*page, "Sample_EDT", "28001050x2507");
     EXPECT_EQ(
-        problems(),
+        note(),
         "اسکن این بارکد پذیرفته نمی‌شود: در بارکد ۲۸۰۰۱۰۵۰x۲۵۰۷ به جای «مقدار» نوشته است «۰x۲۵۰» که "
         "عدد "
         "نیست. "
         "اگر "
         "بارکد درست است، جای «مقدار» را در الگوی «وزن با کد کالا» درست کنید.");
     type(*page, "Sample_EDT", "2800ABC012505");
-    EXPECT_THAT(problems(), HasSubstr("به جای کد کالا نوشته است «۰۰ABC» که کد نیست"));
+    EXPECT_THAT(note(), HasSubstr("به جای کد کالا نوشته است «۰۰ABC» که کد نیست"));
     type(*page, "Sample_EDT", "2800105012507");
-    EXPECT_EQ(problems(), "");
+    EXPECT_EQ(note(), "");
 }
 
 TEST_F(Layouts, overlappingCharactersHaveAColourOfTheirOwn) {

@@ -170,7 +170,7 @@ TEST_F(GetBases, aNewRecordThatFailedIsAddedOnceInTheEnd) {
     const int code = static_cast<int>(toInt64(editor->Code()));
     run(*editor, [&] {
         type(editor->name, QString(200, QLatin1Char('x')));
-        messages.expect("DatabaseError");
+        messages.expect("MsgTooLong");
         editor->BaseSave_Click();
         EXPECT_EQ(nameOf(code), "no row");
         retype(*editor, "یازدهم");

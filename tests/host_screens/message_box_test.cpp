@@ -91,14 +91,14 @@ TEST_F(Messages, enterGivesTheDefaultAndEscapeRefuses) {
 
 TEST_F(Messages, whatAScannerTypesAnswersNothing) {
     onBox([](MessageBox& box) {
-        QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("6267311001001"));
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QTest::keyClicks(box.focusWidget(), QStringLiteral("6267311001001"));
+        QTest::keyClick(box.focusWidget(), Qt::Key_Return);
         EXPECT_TRUE(box.isVisible());
         QTest::keyClicks(&box, QStringLiteral("A 1"));
         QTest::keyClick(&box, Qt::Key_Enter);
         EXPECT_TRUE(box.isVisible());
         QTest::qWait(400);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QTest::keyClick(box.focusWidget(), Qt::Key_Return);
     });
     EXPECT_EQ(service.show(question({TMessageButton::Yes, TMessageButton::No}, TMessageButton::Yes)), mrYes);
 }

@@ -62,6 +62,7 @@ TEST_F(SearchFrames, whatANumberDoesNotTakeIsToldAndAPasteIsTakenWholeOrNotAtAll
     frame->init();
     window.show();
     window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     auto* from = control<QLineEdit>(window, "Range_From_EDT");
     from->setFocus();
     QApplication::clipboard()->setText(QStringLiteral("1e5"));

@@ -48,6 +48,8 @@ TEST(DatabaseScripts, tablesComeBeforeTheDemoData) {
     for (const auto& script : database::scripts()) {
         EXPECT_TRUE(names.insert(script.name).second) << script.name;
         EXPECT_FALSE(script.text.empty()) << script.name;
+        // What a shop begins with is only for tables that the demo data has left empty.
+        if (script.name.substr(0, 6) == "start/") continue;
         EXPECT_FALSE(demo && !script.demo) << script.name << " would run after the demo data";
         demo = script.demo;
     }

@@ -45,7 +45,7 @@ INSTANTIATE_TEST_SUITE_P(
         // What modal screens and message boxes answer
         Ordinal{"mrNone", mrNone, 0}, Ordinal{"mrOk", mrOk, 1}, Ordinal{"mrCancel", mrCancel, 2},
         Ordinal{"mrYes", mrYes, 6}, Ordinal{"mrNo", mrNo, 7}),
-    [](const auto& info) { return std::string(info.param.name); });
+    [](const auto& tested) { return std::string(tested.param.name); });
 
 }  // namespace
 }  // namespace basalt

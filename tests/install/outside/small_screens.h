@@ -70,6 +70,13 @@ public:
     }
     [[nodiscard]] int ColumnCount() const override { return static_cast<int>(columns_.size()); }
     void RemoveColumn(int index) override { columns_.erase(columns_.begin() + index); }
+    [[nodiscard]] std::vector<int> ColumnOrder() const override {
+        std::vector<int> order;
+        for (int index = 0; index < ColumnCount(); ++index)
+            order.push_back(index);
+        return order;
+    }
+    void CheckPrintable() const override {}
     void SetMultiSelect(bool) override {}
     void SetTitleLines(int) override {}
     [[nodiscard]] int CurrentRow() const override { return list_->currentRow(); }
