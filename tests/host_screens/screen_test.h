@@ -139,6 +139,9 @@ protected:
         return query;
     }
 
+    // The first print asks for it: it stands above all of them. This company has none.
+    void expectCompanyName() { session.expect("SELECT Name, Value FROM dbo.HostSettings", RowSet()); }
+
     // Calls when the event loop of the next dialog runs.
     static void whenShown(std::function<void()> act) { QTimer::singleShot(0, qApp, std::move(act)); }
 

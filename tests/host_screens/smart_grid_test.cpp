@@ -368,6 +368,7 @@ TEST_F(Grid, aLongFileShowsHowFarItIsAndCanBeGivenUp) {
     ASSERT_TRUE(old.open(QIODevice::WriteOnly));
     old.write("old");
     old.close();
+    expectCompanyName();
     screens.busyNotice().setPatience(0);
     for (const char* action : {"GridCsv_ACT", "GridXlsx_ACT", "GridPdf_ACT"}) {
         output.files = {path};
@@ -413,6 +414,7 @@ TEST_F(Grid, aFileThatCannotBeWrittenIsAMessage) {
     openThree();
     output.files = {QStringLiteral("/nowhere/at/all.csv"), QStringLiteral("/nowhere/at/all.xlsx"),
                     QStringLiteral("/nowhere/at/all.pdf")};
+    expectCompanyName();
     for (const char* action : {"GridCsv_ACT", "GridXlsx_ACT", "GridPdf_ACT"}) {
         messages.expect("OutputError");
         grid.findChild<QAction*>(QString::fromLatin1(action))->trigger();
@@ -487,6 +489,7 @@ TEST_F(Grid, printsWhatASettingNames) {
     QTemporaryDir folder;
     const QString file = folder.filePath("pages.pdf");
     output.onPreview = [&](PrintDocument& document) { writePdf(document, pageLayout(), file); };
+    expectCompanyName();
     grid.PrintPreview(setting);
     EXPECT_EQ(output.previews, std::vector<QString>{QStringLiteral("لیست")});
     ASSERT_EQ(output.layouts.size(), 1U);
