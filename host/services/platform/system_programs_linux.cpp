@@ -58,7 +58,7 @@ StartResult failed(const fs::path& file, int error) {
 // The program's file; empty when there is none, and missing says why.
 fs::path findProgram(const std::string& name, const std::vector<fs::path>& folders, StartResult& missing) {
     for (const fs::path& place : placesOf(name, folders)) {
-        const fs::path file = place / fs::path(name).filename();
+        fs::path file = place / fs::path(name).filename();
         if (isProgram(file)) return file;
         std::error_code failure;
         if (missing.reason.empty() && fs::is_regular_file(file, failure)) missing = failed(file, EACCES);
