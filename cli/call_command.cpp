@@ -66,8 +66,9 @@ int run(const CommonOptions& common, const CallOptions& options) {
         return 2;
     }
     Workspace workspace(common);
-    host::FunctionCaller caller(workspace.module().registry(), workspace.host());
-    const host::CallReport report = caller.call(options.function, arguments, answers);
+    // The caller watches the host, which finish lets go of, and is gone by then.
+    const host::CallReport report = host::FunctionCaller(workspace.module().registry(), workspace.host())
+                                        .call(options.function, arguments, answers);
     write(report, options);
     if (report.error) return 1;
     workspace.finish();
