@@ -14,6 +14,7 @@
 #include "host/desktop/desktop_context.h"
 #include "host/module_loader/module_loader.h"
 #include "host/screens/screen_services_impl.h"
+#include "tests/host_screens/when_busy.h"
 #include "tests/host_services/demo_database.h"
 #include "tests/support/fake_host.h"
 
@@ -30,6 +31,7 @@ protected:
         host.setMessages(messages);
         host.setScreens(&screens);
         host.setClock(clock);
+        neverBusy(screens);
     }
 
     [[nodiscard]] DesktopContext context() { return {host, testedModule().registry(), screens, screens.context()}; }

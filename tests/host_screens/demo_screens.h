@@ -8,6 +8,7 @@
 #include "host/services/sql_access.h"
 #include "package/screens/base_get_frm.h"
 #include "tests/host_screens/screen_test.h"
+#include "tests/host_screens/when_busy.h"
 
 namespace basalt::host {
 
@@ -19,6 +20,7 @@ protected:
         host.setMessages(messages);
         host.setScreens(&screens);
         screens.setOutput(output);
+        neverBusy(screens);
     }
 
     // Shows the editor modally, acts inside of its loop, and closes it without asking.

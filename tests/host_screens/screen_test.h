@@ -19,6 +19,7 @@
 #include "host/screens/print_document.h"
 #include "host/screens/screen_services_impl.h"
 #include "package/services.h"
+#include "tests/host_screens/when_busy.h"
 #include "tests/support/scripted_session.h"
 
 namespace basalt::host {
@@ -128,6 +129,7 @@ protected:
         host.setMessages(messages);
         host.setScreens(&screens);
         screens.setOutput(output);
+        neverBusy(screens);
     }
 
     // A data set on given rows.
