@@ -39,14 +39,8 @@ void fill(Session& session, int goods) {
     host::deployDatabase(session, {});
     session.run(
         "DELETE FROM CostLevel; "
-        "INSERT INTO CostLevel (Code, Name, CostType) VALUES (1, N'تک‌فروشی', 1), (2, "
-        "N'عمده‌فروشی', "
-        "1), "
-        "(3, N'همکار', 1), (4, N'نمایندگی', 1), (5, N'زنجیره‌ای', 1), (6, N'سازمانی', "
-        "1), "
-        "(7, "
-        "N'اینترنتی', "
-        "1), "
+        "INSERT INTO CostLevel (Code, Name, CostType) VALUES (1, N'تک‌فروشی', 1), (2, N'عمده‌فروشی', 1), "
+        "(3, N'همکار', 1), (4, N'نمایندگی', 1), (5, N'زنجیره‌ای', 1), (6, N'سازمانی', 1), (7, N'اینترنتی', 1), "
         "(8, N'صادراتی', 1), (9, N'پرسنلی', 1), (10, N'جشنواره', 1)");
     for (int code = 1; code <= kFirstGoods; ++code) {
         const std::string number = std::to_string(code);

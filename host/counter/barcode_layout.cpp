@@ -103,10 +103,7 @@ std::optional<QString> goodFault(const BarcodeLayout& layout, const QString& bar
     (void)characters.toInt(&holds);
     if (holds) return std::nullopt;
     return QStringLiteral(
-               "کد کالای بارکد، %1، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی "
-               "«%2» "
-               "درست "
-               "کنید.")
+               "کد کالای بارکد، %1، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی «%2» درست کنید.")
         .arg(persianDigits(characters), nameOf(layout));
 }
 
@@ -186,10 +183,7 @@ std::optional<QString> faultOf(const BarcodeLayout& layout, const QString& barco
 
 QString prefixFault(const BarcodeLayout& layout) {
     return QStringLiteral(
-               "تعداد رقم پیش‌شمارهٔ الگوی «%1» منفی است و تا درست نشود بارکدهای %2 رقمی خوانده نمی‌شوند. آن "
-               "را "
-               "در "
-               "صفحهٔ "
+               "تعداد رقم پیش‌شمارهٔ الگوی «%1» منفی است و تا درست نشود بارکدهای %2 رقمی خوانده نمی‌شوند. آن را در صفحهٔ "
                "الگوهای بارکد درست کنید.")
         .arg(nameOf(layout), number(layout.digitCount));
 }
@@ -214,8 +208,7 @@ std::vector<LayoutProblem> problemsOf(const BarcodeLayout& layout, const std::ve
     if (layout.barCodeType < bftAmount || layout.barCodeType > bftConstPrice)
         hopeless(
             QStringLiteral(
-                "نوع بارکد %1 شناخته نیست و اسکن با این الگو کاری نمی‌کند. نوع آن را "
-                "برگزینید.")
+                "نوع بارکد %1 شناخته نیست و اسکن با این الگو کاری نمی‌کند. نوع آن را برگزینید.")
                 .arg(number(layout.barCodeType)));
     if (layout.digitCount <= 0) hopeless(QStringLiteral("تعداد رقم بارکد معلوم نیست."));
     for (const FieldPlace& place : placesOf(layout)) {

@@ -428,8 +428,7 @@ QString LayoutPage::noteOn(const QString& sample) const {
     const bool own = fits(edited_, sample);
     if (!own && isFoundFor(edited_, sample)) {
         notes << QStringLiteral(
-            "این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و کوچکی حرف‌ها یا فاصله فرق "
-            "دارد.");
+            "این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و کوچکی حرف‌ها یا فاصله فرق دارد.");
     } else if (!own && sample.size() != edited_.digitCount) {
         notes << QStringLiteral(
                      "این بارکد با این الگو نمی‌خواند؛ %1 رقم دارد، نه %2.")
@@ -455,8 +454,7 @@ QString LayoutPage::noteOn(const QString& sample) const {
     if (!hiding.isEmpty() && (own || !fitting.isEmpty()))
         notes
             << QStringLiteral(
-                   "الگوی %1 هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با آن فرق دارد؛ "
-                   "اگر "
+                   "الگوی %1 هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با آن فرق دارد؛ اگر "
                    "پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود.")
                    .arg(hiding.join(QStringLiteral("، ")));
     return notes.join(QLatin1Char('\n'));

@@ -139,10 +139,7 @@ void SignInDialog::showHint() {
     hint_->setVisible(demo_ || isFirstTime());
     if (isFirstTime()) {
         hint_->setText(QStringLiteral(
-            "این کاربر هنوز گذرواژه‌ای ندارد. آنچه اکنون می‌نویسید "
-            "گذرواژهٔ "
-            "او "
-            "می‌شود."));
+            "این کاربر هنوز گذرواژه‌ای ندارد. آنچه اکنون می‌نویسید گذرواژهٔ او می‌شود."));
         return;
     }
     // The demo users' passwords are their user names.
@@ -172,10 +169,7 @@ QString SignInDialog::chooseFirstPassword(const std::string& name) {
     user_->setItemData(user_->currentIndex(), true, kHasPasswordRole);
     showUser();
     return QStringLiteral(
-        "برای این کاربر در این میان گذرواژه‌ای گذاشته شده است؛ همان "
-        "را "
-        "وارد "
-        "کنید.");
+        "برای این کاربر در این میان گذرواژه‌ای گذاشته شده است؛ همان را وارد کنید.");
 }
 
 void SignInDialog::signIn() {

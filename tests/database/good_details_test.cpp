@@ -18,8 +18,7 @@ protected:
     GoodDetails() {
         session->run(
             "INSERT INTO dbo.DetailTypes (ID, Title, DetailType) VALUES (1, N'سریال', 3), (2, N'بارکد', 4), (3, "
-            "N'رنگ', 1), "
-            "(4, N'تاریخ', 2)\n"
+            "N'رنگ', 1), (4, N'تاریخ', 2)\n"
             "INSERT INTO dbo.GoodDetailRelation (GoodCode, Slot, DetailID) VALUES (5, 1, 1), (5, 2, 3), (5, 3, 4), (6, "
             "1, 2), "
             "(6, 2, 3)");

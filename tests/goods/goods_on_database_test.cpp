@@ -305,8 +305,7 @@ TEST_F(SentToScales, aGoodOfTwoGroupsIsSentToEach) {
         fake.calls,
         ElementsAre(
             "start(open, ScaleAgentApp.exe, 5 \"قند\" \"حبه \"  1000  0 \"2800005 \"  4  192.168.10.21  0, , 0)",
-            "start(open, ScaleAgentApp.exe, 5 \"قند\" \"حبه \"  1000  0 \"2800005 \"  4  192.168.10.22  1, , "
-            "0)"));
+            "start(open, ScaleAgentApp.exe, 5 \"قند\" \"حبه \"  1000  0 \"2800005 \"  4  192.168.10.22  1, , 0)"));
 }
 
 TEST_F(SentToScales, pricesWithDecimalsAreWrittenShort) {

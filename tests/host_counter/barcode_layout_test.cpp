@@ -121,11 +121,7 @@ TEST(BarcodeFault, aCodeThatNoGoodCanHaveIsTold) {
     EXPECT_EQ(fault(layout, "28002147483647012505"), "none");
     EXPECT_EQ(
         fault(layout, "28002147483648012505"),
-        "کد کالای بارکد، ۰۰۲۱۴۷۴۸۳۶۴۸، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در "
-        "الگوی "
-        "«وزن» "
-        "درست "
-        "کنید.");
+        "کد کالای بارکد، ۰۰۲۱۴۷۴۸۳۶۴۸، بزرگ‌تر از هر کد کالایی است. جای «کالا» را در الگوی «وزن» درست کنید.");
     layout.itemCodeType = 2;
     EXPECT_EQ(fault(layout, "28002147483648012505"), "none");  // a scale code
     layout = weightLayout();
@@ -252,11 +248,7 @@ TEST(BarcodeLayout, aPrefixBelowNoCharactersIsSaid) {
     EXPECT_THAT(
         problems(layout),
         ElementsAre(
-            "تعداد رقم پیش‌شمارهٔ الگوی «ترازو» منفی است و تا درست "
-            "نشود "
-            "بارکدهای "
-            "۱۳ "
-            "رقمی خوانده نمی‌شوند. آن را در "
+            "تعداد رقم پیش‌شمارهٔ الگوی «ترازو» منفی است و تا درست نشود بارکدهای ۱۳ رقمی خوانده نمی‌شوند. آن را در "
             "صفحهٔ الگوهای بارکد درست کنید."));
 }
 
@@ -268,8 +260,7 @@ TEST(BarcodeLayout, aKindThatNobodyKnowsIsSaid) {
             problems(layout),
             ElementsAre(
                 "نوع بارکد " + std::string(shown) +
-                " شناخته نیست و اسکن با این الگو کاری نمی‌کند. نوع آن را "
-                "برگزینید."));
+                " شناخته نیست و اسکن با این الگو کاری نمی‌کند. نوع آن را برگزینید."));
     }
 }
 

@@ -67,8 +67,8 @@ TEST_F(Layouts, previewsWhatIsTyped) {
     EXPECT_EQ(problems(), "") << "the layout itself is a good one";
     EXPECT_THAT(
         note(),
-        HasSubstr("این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش دیگر "
-                  "است."));
+        HasSubstr(
+            "این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش دیگر است."));
     EXPECT_THAT(note(), HasSubstr("وزن با کد کالا"));
 }
 
@@ -83,22 +83,13 @@ TEST_F(Layouts, theCaseOfAPrefixIsToldAsAScanMeetsIt) {
     EXPECT_THAT(
         note(),
         HasSubstr(
-            "الگوی کوچک هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها "
-            "با "
-            "آن "
-            "فرق "
-            "دارد؛ "
+            "الگوی کوچک هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با آن فرق دارد؛ "
             "اگر پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود."));
     type(*page, "Sample_EDT", "aB00105012507");
     EXPECT_THAT(
         note(),
         HasSubstr(
-            "این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی "
-            "و "
-            "کوچکی "
-            "حرف‌ها "
-            "یا فاصله فرق "
-            "دارد."));
+            "این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و کوچکی حرف‌ها یا فاصله فرق دارد."));
     EXPECT_THAT(note(), Not(HasSubstr("پیدا می‌شود")));  // no layout reads it anyway
 }
 
@@ -195,9 +186,7 @@ TEST_F(Layouts, aPrefixBelowNoCharactersIsNotSaved) {
     EXPECT_THAT(
         problems(),
         HasSubstr(
-            "تعداد رقم پیش‌شمارهٔ الگوی «وزن و قیمت با شماره ترازو» "
-            "منفی "
-            "است"));
+            "تعداد رقم پیش‌شمارهٔ الگوی «وزن و قیمت با شماره ترازو» منفی است"));
     type(*page, "Title_EDT", "ترازو");
     click(*page, "Save_BTN");
     EXPECT_THAT(takeMessages(),
@@ -233,10 +222,7 @@ TEST_F(Layouts, aSampleThatAScanWouldRefuseSaysSo) {
     type(*page, "Sample_EDT", "28001050x2507");
     EXPECT_EQ(
         note(),
-        "اسکن این بارکد پذیرفته نمی‌شود: در بارکد ۲۸۰۰۱۰۵۰x۲۵۰۷ به جای «مقدار» نوشته است «۰x۲۵۰» که "
-        "عدد "
-        "نیست. "
-        "اگر "
+        "اسکن این بارکد پذیرفته نمی‌شود: در بارکد ۲۸۰۰۱۰۵۰x۲۵۰۷ به جای «مقدار» نوشته است «۰x۲۵۰» که عدد نیست. اگر "
         "بارکد درست است، جای «مقدار» را در الگوی «وزن با کد کالا» درست کنید.");
     type(*page, "Sample_EDT", "2800ABC012505");
     EXPECT_THAT(note(), HasSubstr("به جای کد کالا نوشته است «۰۰ABC» که کد نیست"));

@@ -62,11 +62,9 @@ TEST_F(SignIn, aUserWithoutAPasswordChoosesOne) {
     session->run("UPDATE dbo.HostUsers SET PasswordHash = N'' WHERE Code = 1");
     SignInDialog dialog(host);
     showActive(dialog);
-    EXPECT_EQ(shown(dialog, "DemoHint_LBL"),
-              "این کاربر هنوز گذرواژه‌ای ندارد. آنچه اکنون می‌نویسید "
-              "گذرواژهٔ "
-              "او "
-              "می‌شود.");
+    EXPECT_EQ(
+        shown(dialog, "DemoHint_LBL"),
+        "این کاربر هنوز گذرواژه‌ای ندارد. آنچه اکنون می‌نویسید گذرواژهٔ او می‌شود.");
     click(dialog, "SignIn_BTN");
     EXPECT_EQ(shown(dialog, "Error_LBL"), "گذرواژه را بنویسید.");
     type(dialog, "Password_EDT", "one");

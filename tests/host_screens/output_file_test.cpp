@@ -55,10 +55,10 @@ TEST_F(Output, theReasonIsAskedOfTheDiskWhenTheWriterTellsNone) {
         return false;
     };
     const test::SmallFiles full(4096);
-    EXPECT_THAT([&] { writeOutputFile(place(), writeBeyond); },
-                ThrowsMessage<OutputError>(
-                    EndsWith("a.pdf» نوشته نشد: پرونده بزرگ‌تر از آن است که دیسک "
-                             "می‌پذیرد.")));
+    EXPECT_THAT(
+        [&] { writeOutputFile(place(), writeBeyond); },
+        ThrowsMessage<OutputError>(EndsWith(
+            "a.pdf» نوشته نشد: پرونده بزرگ‌تر از آن است که دیسک می‌پذیرد.")));
 }
 
 TEST_F(Output, theReasonIsTheWritersWhereTheDiskHasRoomAgain) {

@@ -294,10 +294,11 @@ TEST_F(TableOutput, whatWasCutIsNotGivenItsPlaceAndTheReasonIsTold) {
         write(path);
         const QByteArray whole = contents(path);
         const test::SmallFiles full(4096);
-        EXPECT_THAT([&] { write(path); },
-                    ThrowsMessage<OutputError>(EndsWith(
-                        name.toStdString() + "» نوشته نشد: پرونده بزرگ‌تر از آن است "
-                                             "که دیسک می‌پذیرد.")));
+        EXPECT_THAT(
+            [&] { write(path); },
+            ThrowsMessage<OutputError>(EndsWith(
+                name.toStdString() +
+                "» نوشته نشد: پرونده بزرگ‌تر از آن است که دیسک می‌پذیرد.")));
         EXPECT_EQ(contents(path), whole);
     }
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), 3);
@@ -326,8 +327,7 @@ public:
         if (column == 0) return std::int64_t{row};
         if (column == 1)
             return std::string(
-                "کالایی با نامی که بسیار درازتر از همه‌ی نام‌های دیگر "
-                "است");
+                "کالایی با نامی که بسیار درازتر از همه‌ی نام‌های دیگر است");
         return rows[static_cast<std::size_t>(row)];
     }
     [[nodiscard]] QString shown(int row, int column) const override {
