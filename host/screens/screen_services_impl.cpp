@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <algorithm>
 
+#include "host/screens/category_frame.h"
 #include "host/screens/dock_base_impl.h"
 #include "host/screens/entity_picker.h"
 #include "host/screens/general_search_frame.h"
@@ -58,6 +59,10 @@ TRange_Cost_Search_Frame* HostScreenServices::createCostRangeSearch(const char* 
 
 TTab_Search_Frame* HostScreenServices::createTabSearch(const char* objectName, QWidget* parent) {
     return new TabSearchFrame(context_, QString::fromUtf8(objectName), parent);
+}
+
+TCategory_frame* HostScreenServices::createCategoryFrame(const char* objectName, QWidget* parent) {
+    return new CategoryFrame(context_, QString::fromUtf8(objectName), parent);
 }
 
 std::unique_ptr<TVaroSearchManager> HostScreenServices::createSearchManager() {

@@ -37,6 +37,7 @@ public:
     [[nodiscard]] TRange_Digit_Search_Frame* createDigitRangeSearch(const char* objectName, QWidget* parent) override;
     [[nodiscard]] TRange_Cost_Search_Frame* createCostRangeSearch(const char* objectName, QWidget* parent) override;
     [[nodiscard]] TTab_Search_Frame* createTabSearch(const char* objectName, QWidget* parent) override;
+    [[nodiscard]] TCategory_frame* createCategoryFrame(const char* objectName, QWidget* parent) override;
     [[nodiscard]] std::unique_ptr<TVaroSearchManager> createSearchManager() override;
     void SetWinControlRightAlign(QWidget& control) override;
     void RegisterPrintColumn(const std::string& reportName, const TPrintColumn& column) override;

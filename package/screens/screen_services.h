@@ -6,6 +6,7 @@
 
 #include "package/screens/base_dock_frm.h"
 #include "package/screens/base_get_frm.h"
+#include "package/screens/category_frame.h"
 #include "package/screens/controls.h"
 #include "package/screens/print_setting.h"
 
@@ -25,6 +26,7 @@ public:
                                                                             QWidget* parent) = 0;
     [[nodiscard]] virtual TRange_Cost_Search_Frame* createCostRangeSearch(const char* objectName, QWidget* parent) = 0;
     [[nodiscard]] virtual TTab_Search_Frame* createTabSearch(const char* objectName, QWidget* parent) = 0;
+    [[nodiscard]] virtual TCategory_frame* createCategoryFrame(const char* objectName, QWidget* parent) = 0;
     [[nodiscard]] virtual std::unique_ptr<TVaroSearchManager> createSearchManager() = 0;
 
     // Makes a control right to left.

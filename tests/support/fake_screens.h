@@ -8,6 +8,7 @@
 #pragma once
 
 #include <QListView>
+#include <QPushButton>
 #include <functional>
 #include <memory>
 #include <numeric>
@@ -165,6 +166,42 @@ public:
 private:
     Trace& trace_;
     int index_ = 0;
+};
+
+// The chips of a kind are what is told of them: kind 1 the category, kind 2 nothing that is known here.
+class FakeCategories final : public TCategory_frame {
+public:
+    FakeCategories(Trace& trace, QWidget* parent)
+        : TCategory_frame(parent), trace_(trace), editor_(this), select_(this) {}
+    void open(bool anew) override {
+        trace_.push_back(std::string("categories open ") + (anew ? "true" : "false"));
+        if (anew) bubbles.clear();
+    }
+    void create_bubble(int category, int kind) override {
+        trace_.push_back("create_bubble " + std::to_string(category) + ' ' + std::to_string(kind));
+        if (kind == 1) bubbles = {{.Code = category, .Name = std::to_string(category)}};
+    }
+    void createmenuItemByCode(int category) override {
+        trace_.push_back("createmenuItemByCode " + std::to_string(category));
+    }
+    void Fill_allPop() override { trace_.emplace_back("Fill_allPop"); }
+    void Fill_allPopname() override { trace_.emplace_back("Fill_allPopname"); }
+    [[nodiscard]] std::vector<TCategoryBubble> Bubbles() const override { return bubbles; }
+    void ClearBubbles() override { bubbles.clear(); }
+    void SelectLastBubble() override { trace_.emplace_back("SelectLastBubble"); }
+    [[nodiscard]] int CurrentCode() const override { return bubbles.empty() ? 0 : bubbles.back().Code; }
+    [[nodiscard]] int BubbleLimit() const override { return 3; }
+    [[nodiscard]] QLineEdit* Editor() override { return &editor_; }
+    [[nodiscard]] QAbstractButton* SelectButton() override { return &select_; }
+    void EditorKeyUp(int key) override { trace_.push_back("EditorKeyUp " + std::to_string(key)); }
+    void EditorValueEditDone(int category) override { create_bubble(category, 1); }
+
+    std::vector<TCategoryBubble> bubbles;
+
+private:
+    Trace& trace_;
+    QLineEdit editor_;
+    QPushButton select_;
 };
 
 class FakeSearchManager final : public TVaroSearchManager {
@@ -376,6 +413,9 @@ public:
     }
     [[nodiscard]] TTab_Search_Frame* createTabSearch(const char* objectName, QWidget* parent) override {
         return named(new FakeTabs(trace_, parent), objectName);
+    }
+    [[nodiscard]] TCategory_frame* createCategoryFrame(const char* objectName, QWidget* parent) override {
+        return named(new FakeCategories(trace_, parent), objectName);
     }
     [[nodiscard]] std::unique_ptr<TVaroSearchManager> createSearchManager() override {
         auto manager = std::make_unique<FakeSearchManager>(trace_);

@@ -189,6 +189,7 @@ public:
     [[nodiscard]] basalt::TRange_Digit_Search_Frame* createDigitRangeSearch(const char*, QWidget*) override { fail(); }
     [[nodiscard]] basalt::TRange_Cost_Search_Frame* createCostRangeSearch(const char*, QWidget*) override { fail(); }
     [[nodiscard]] basalt::TTab_Search_Frame* createTabSearch(const char*, QWidget*) override { fail(); }
+    [[nodiscard]] basalt::TCategory_frame* createCategoryFrame(const char*, QWidget*) override { fail(); }
     [[nodiscard]] std::unique_ptr<basalt::TVaroSearchManager> createSearchManager() override {
         return std::make_unique<SmallSearchManager>();
     }
