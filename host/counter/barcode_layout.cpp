@@ -203,8 +203,10 @@ bool mayBothFit(const BarcodeLayout& a, const BarcodeLayout& b) {
 
 std::vector<LayoutProblem> problemsOf(const BarcodeLayout& layout, const std::vector<BarcodeLayout>& others) {
     std::vector<LayoutProblem> problems;
-    const auto hopeless = [&problems](const QString& text) { problems.push_back({text, true}); };
-    const auto doubtful = [&problems](const QString& text) { problems.push_back({text, false}); };
+    const auto hopeless = [&problems](const QString& text, std::optional<LayoutField> field = {}) {
+        problems.push_back({text, true, field});
+    };
+    const auto doubtful = [&problems](const QString& text) { problems.push_back({text}); };
     if (layout.barCodeType < bftAmount || layout.barCodeType > bftConstPrice)
         hopeless(
             QStringLiteral(
@@ -215,13 +217,15 @@ std::vector<LayoutProblem> problemsOf(const BarcodeLayout& layout, const std::ve
         if (place.count >= 0) continue;
         hopeless(place.field == LayoutField::Constant
                      ? prefixFault(layout)
-                     : QStringLiteral("تعداد رقم «%1» منفی است.").arg(titleOf(place.field)));
+                     : QStringLiteral("تعداد رقم «%1» منفی است.").arg(titleOf(place.field)),
+                 place.field);
     }
     const std::vector<FieldSpan> spans = spansOf(layout);
     for (const FieldSpan& span : spans) {
         if (span.begin < 1 || span.end > layout.digitCount + 1)
             hopeless(QStringLiteral("«%1» از بارکد %2 رقمی بیرون می‌زند.")
-                         .arg(titleOf(span.field), number(layout.digitCount)));
+                         .arg(titleOf(span.field), number(layout.digitCount)),
+                     span.field);
     }
     for (std::size_t i = 0; i < spans.size(); ++i) {
         for (std::size_t k = i + 1; k < spans.size(); ++k) {
@@ -232,11 +236,12 @@ std::vector<LayoutProblem> problemsOf(const BarcodeLayout& layout, const std::ve
     }
     if (layout.constantCount >= 0 && constantOf(layout).size() != layout.constantCount)
         hopeless(QStringLiteral("پیش‌شماره %1 نویسه است، نه %2.")
-                     .arg(number(static_cast<int>(constantOf(layout).size())), number(layout.constantCount)));
+                     .arg(number(static_cast<int>(constantOf(layout).size())), number(layout.constantCount)),
+                 LayoutField::Constant);
     if (layout.barCodeType == bftAmount && layout.itemConstantCode <= 0 && layout.itemCodeCount == 0)
-        hopeless(QStringLiteral("نه جای کالا معلوم است و نه کالای ثابت."));
+        hopeless(QStringLiteral("نه جای کالا معلوم است و نه کالای ثابت."), LayoutField::Item);
     if ((layout.barCodeType == bftTotalPrice || layout.barCodeType == bftConstPrice) && layout.priceCount == 0)
-        hopeless(QStringLiteral("جای مبلغ معلوم نیست."));
+        hopeless(QStringLiteral("جای مبلغ معلوم نیست."), LayoutField::Price);
     for (const BarcodeLayout& other : others) {
         if (other.id != 0 && other.id == layout.id) continue;
         if (mayBothFit(layout, other))

@@ -79,12 +79,14 @@ struct LayoutProblem {
     QString text;  // a sentence for people
     // No barcode can be read by a layout with it; the others may be meant.
     bool isHopeless = false;
+    // Where it is mended, if that is the place of one field.
+    std::optional<LayoutField> field = {};
 };
 
 // What is wrong with the layout. Hopeless: a barcode without characters, negative counts, fields that reach beyond the
-// barcode, a prefix that is not as long as its field, a kind that nobody knows, a field
-// that its kind needs and does not have. Else: fields that
-// overlap, others that fit the same barcodes. A layout is not compared with itself (the same id, when stored).
+// barcode, a prefix that is not as long as its field, a kind that nobody knows, a field that its kind needs and does
+// not have. Else: fields that overlap, others that fit the same barcodes. A layout is not compared with itself (the
+// same id, when stored).
 [[nodiscard]] std::vector<LayoutProblem> problemsOf(const BarcodeLayout& layout,
                                                     const std::vector<BarcodeLayout>& others);
 

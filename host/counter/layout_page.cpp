@@ -189,8 +189,8 @@ QSpinBox* LayoutPage::addNumber(QFormLayout& form, const char* objectName, const
 }
 
 // Where a field begins and how long it is, side by side.
-void LayoutPage::addPlace(QFormLayout& form, const QString& name, const QString& title, int BarcodeLayout::*start,
-                          int BarcodeLayout::*count) {
+void LayoutPage::addPlace(QFormLayout& form, LayoutField field, const QString& name, const QString& title,
+                          int BarcodeLayout::*start, int BarcodeLayout::*count) {
     auto* row = new QHBoxLayout;
     row->setSpacing(8);
     QSpinBox* first =
@@ -198,9 +198,9 @@ void LayoutPage::addPlace(QFormLayout& form, const QString& name, const QString&
     row->addWidget(new QLabel(QStringLiteral("از")));
     row->addWidget(first, 1);
     row->addWidget(new QLabel(QStringLiteral("تعداد")));
-    row->addWidget(makeNumber(name + QStringLiteral("Count_EDT"), QStringLiteral("تعداد رقم %1").arg(title), count,
-                              kLongestBarcode),
-                   1);
+    counts_[field] = makeNumber(name + QStringLiteral("Count_EDT"), QStringLiteral("تعداد رقم %1").arg(title), count,
+                                kLongestBarcode);
+    row->addWidget(counts_[field], 1);
     form.addRow(title, row);
 }
 
@@ -247,7 +247,7 @@ void LayoutPage::makeFields(QFormLayout& form) {
         if (prefix->text() != shownPrefix(layout)) layout.constantCode = latinDigits(prefix->text()).toStdString();
     });
     fill_.emplace_back([prefix, shownPrefix](const BarcodeLayout& layout) { prefix->setText(shownPrefix(layout)); });
-    addPlace(form, QStringLiteral("Constant"), QStringLiteral("جای پیش‌شماره"),
+    addPlace(form, LayoutField::Constant, QStringLiteral("Constant"), QStringLiteral("جای پیش‌شماره"),
              &BarcodeLayout::constantStart, &BarcodeLayout::constantCount);
     addNumber(form, "ItemConstantCode_EDT", QStringLiteral("کالای ثابت"), &BarcodeLayout::itemConstantCode, kMostGoods);
     addFlag(
@@ -258,9 +258,9 @@ void LayoutPage::makeFields(QFormLayout& form) {
             if (on != (layout.itemCodeType == kGoodFieldIsItsCode))
                 layout.itemCodeType = on ? kGoodFieldIsItsCode : kGoodFieldIsItsCode + 1;
         });
-    addPlace(form, QStringLiteral("ItemCode"), QStringLiteral("کالا"), &BarcodeLayout::itemCodeStart,
+    addPlace(form, LayoutField::Item, QStringLiteral("ItemCode"), QStringLiteral("کالا"), &BarcodeLayout::itemCodeStart,
              &BarcodeLayout::itemCodeCount);
-    addPlace(form, QStringLiteral("Amount"), QStringLiteral("مقدار"), &BarcodeLayout::amountStart,
+    addPlace(form, LayoutField::Amount, QStringLiteral("Amount"), QStringLiteral("مقدار"), &BarcodeLayout::amountStart,
              &BarcodeLayout::amountCount);
     addFlag(
         "AmountDivide_CHK", QStringLiteral("مقدار به هزارم است"),
@@ -268,13 +268,13 @@ void LayoutPage::makeFields(QFormLayout& form) {
         [](BarcodeLayout& layout, bool on) {
             if (on != (layout.amountDivide > 0)) layout.amountDivide = on ? 1000 : 0;
         });
-    addPlace(form, QStringLiteral("BalanceNo"), QStringLiteral("شمارهٔ ترازو"), &BarcodeLayout::balanceNoStart,
-             &BarcodeLayout::balanceNoCount);
+    addPlace(form, LayoutField::Balance, QStringLiteral("BalanceNo"), QStringLiteral("شمارهٔ ترازو"),
+             &BarcodeLayout::balanceNoStart, &BarcodeLayout::balanceNoCount);
     addFlag(
         "BalanceNoAsStore_CHK", QStringLiteral("شمارهٔ ترازو خوانده شود"),
         [](const BarcodeLayout& layout) { return layout.balanceNoAsStore; },
         [](BarcodeLayout& layout, bool on) { layout.balanceNoAsStore = on; });
-    addPlace(form, QStringLiteral("Price"), QStringLiteral("مبلغ"), &BarcodeLayout::priceStart,
+    addPlace(form, LayoutField::Price, QStringLiteral("Price"), QStringLiteral("مبلغ"), &BarcodeLayout::priceStart,
              &BarcodeLayout::priceCount);
 }
 
@@ -481,6 +481,7 @@ bool LayoutPage::mayWrite() {
     std::erase_if(problems, isDoubtful);
     context_.host.Messages().show(
         {.operation = "MsgLayoutUseless", .arguments = {textOf(problems).toStdString()}, .form = window()});
+    if (const auto field = problems.front().field) counts_.at(*field)->setFocus();
     return false;
 }
 
@@ -492,17 +493,6 @@ bool LayoutPage::write() {
         context_.host.Messages().show(
             {.operation = "MsgRequiredField", .arguments = {"عنوان"}, .control = title_, .form = this});
         title_->setFocus();
-        return false;
-    }
-    // The server compares the prefix of every layout with a scan, and would refuse all scans for this one.
-    if (edited_.constantCount < 0) {
-        auto* count = findChild<QSpinBox*>(QStringLiteral("ConstantCount_EDT"));
-        context_.host.Messages().show(
-            {.operation = "MsgOutOfRange",
-             .arguments = {count->accessibleName().toStdString(), "0", std::to_string(kLongestBarcode)},
-             .control = count,
-             .form = this});
-        count->setFocus();
         return false;
     }
     if (!mayWrite()) return false;

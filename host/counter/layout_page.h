@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QSpinBox>
 #include <functional>
+#include <map>
 #include <vector>
 
 #include "host/counter/barcode_layout.h"
@@ -41,8 +42,8 @@ private:
     QSpinBox* makeNumber(const QString& objectName, const QString& accessibleName, int BarcodeLayout::*field, int most);
     QSpinBox* addNumber(QFormLayout& form, const char* objectName, const QString& title, int BarcodeLayout::*field,
                         int most);
-    void addPlace(QFormLayout& form, const QString& name, const QString& title, int BarcodeLayout::*start,
-                  int BarcodeLayout::*count);
+    void addPlace(QFormLayout& form, LayoutField field, const QString& name, const QString& title,
+                  int BarcodeLayout::*start, int BarcodeLayout::*count);
 
     // Asks whether changes are to be stored before something, named in the user's words; before leaving if it is not.
     // False when the user goes back to them.
@@ -82,6 +83,7 @@ private:
     // Each takes its input's value into the layout, or shows the layout's.
     std::vector<std::function<void(BarcodeLayout&)>> take_;
     std::vector<std::function<void(const BarcodeLayout&)>> fill_;
+    std::map<LayoutField, QSpinBox*> counts_;
     QListWidget* list_ = nullptr;
     QWidget* fields_ = nullptr;
     QLabel* readOnly_ = nullptr;

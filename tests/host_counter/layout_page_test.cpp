@@ -141,6 +141,7 @@ TEST_F(Layouts, whatCanNeverBeReadIsRefused) {
         ElementsAre("MsgLayoutUseless('«مقدار» از بارکد ۱۳ رقمی بیرون می‌زند.')"));
     EXPECT_THAT(storedAmounts(), ElementsAre("8|5"));
     EXPECT_EQ(number("AmountStart_EDT").value(), 12) << "what was typed stays, to be mended";
+    EXPECT_EQ(page->focusWidget(), &control(*page, "AmountCount_EDT"));
     EXPECT_EQ(state(), "");
 }
 
@@ -189,8 +190,10 @@ TEST_F(Layouts, aPrefixBelowNoCharactersIsNotSaved) {
             "تعداد رقم پیش‌شمارهٔ الگوی «وزن و قیمت با شماره ترازو» منفی است"));
     type(*page, "Title_EDT", "ترازو");
     click(*page, "Save_BTN");
-    EXPECT_THAT(takeMessages(),
-                ElementsAre("MsgOutOfRange('تعداد رقم جای پیش‌شماره', '0', '100')"));
+    EXPECT_THAT(
+        takeMessages(),
+        ElementsAre(
+            "MsgLayoutUseless('تعداد رقم پیش‌شمارهٔ الگوی «ترازو» منفی است و تا درست نشود بارکدهای ۲۰ رقمی خوانده نمی‌شوند. آن را در صفحهٔ الگوهای بارکد درست کنید.')"));
     EXPECT_EQ(page->focusWidget(), &control(*page, "ConstantCount_EDT"));
     EXPECT_THAT(linesOf(*session, "SELECT ConstantCount FROM dbo.BarCodeFormul WHERE ConstantCode = N'27'"),
                 ElementsAre("-1"));
