@@ -9,6 +9,8 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTableView>
+#include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "costlevel/cost_report_frm.h"
@@ -44,6 +46,17 @@ protected:
         });
         report->ShowModal();
     }
+    // What is painted of the pages: all of them, or only the first.
+    static QString painted(PrintDocument& document, const QPageLayout& layout = pageLayout(),
+                           int most = std::numeric_limits<int>::max()) {
+        PaintedText device;
+        const int pages = std::min(document.layOut(layout), most);
+        QPainter painter(&device);
+        for (int page = 0; page < pages; ++page)
+            document.paintPage(painter, page);
+        painter.end();
+        return device.text();
+    }
     // Of the prices, as they stand on the screen.
     static std::vector<std::string> shownTitles(const SmartGrid& grid) {
         std::vector<std::string> titles;
@@ -63,14 +76,9 @@ TEST_F(ReportOnDemo, theLongestPricesAreWholeOnScreenAndPaper) {
     QString longest;
     qsizetype printed = 0;
     output.onPreview = [&](PrintDocument& document) {
-        PaintedText painted;
-        const int pages = document.layOut(pageLayout());
-        QPainter painter(&painted);
-        for (int page = 0; page < pages; ++page)
-            document.paintPage(painter, page);
-        painter.end();
-        printed = painted.text().count(longest);
-        EXPECT_FALSE(painted.text().contains(QLatin1Char('#')));
+        const QString pages = painted(document);
+        printed = pages.count(longest);
+        EXPECT_FALSE(pages.contains(QLatin1Char('#')));
     };
     show([&](QWidget&, SmartGrid& grid) {
         const QFontMetrics metrics(grid.View()->font());
@@ -96,15 +104,7 @@ TEST_F(ReportOnDemo, theLongestPricesAreWholeOnScreenAndPaper) {
 
 TEST_F(ReportOnDemo, f9PrintsWhatIsTickedAndSaysSoAboveIt) {
     QString pages;
-    output.onPreview = [&](PrintDocument& document) {
-        PaintedText painted;
-        const int count = document.layOut(pageLayout());
-        QPainter painter(&painted);
-        for (int page = 0; page < count; ++page)
-            document.paintPage(painter, page);
-        painter.end();
-        pages = painted.text();
-    };
+    output.onPreview = [&](PrintDocument& document) { pages = painted(document); };
     show([&](QWidget& report, SmartGrid& grid) {
         control<QTabBar>(report, "TTab_Search_Frame1_TBC")->setCurrentIndex(1);
         EXPECT_EQ(shownTitles(grid).size(), 11U);
@@ -138,14 +138,7 @@ TEST_F(ReportOnDemo, f9PrintsWhatIsTickedAndSaysSoAboveIt) {
 TEST_F(ReportOnDemo, aLevelMayBeCalledByANumber) {
     execute(*session, "UPDATE CostLevel SET Name = N'1402' WHERE CostType = 1 AND Code = 2");
     QStringList lines;
-    output.onPreview = [&](PrintDocument& document) {
-        PaintedText painted;
-        static_cast<void>(document.layOut(pageLayout()));
-        QPainter painter(&painted);
-        document.paintPage(painter, 0);
-        painter.end();
-        lines.append(painted.text());
-    };
+    output.onPreview = [&](PrintDocument& document) { lines.append(painted(document, pageLayout(), 1)); };
     show([&](QWidget& report, SmartGrid& grid) {
         grid.print();
         EXPECT_EQ(control<QComboBox>(report, "TRange_Cost_Search_Frame1_CMB")->itemText(1).toStdString(), "۱۴۰۲");
@@ -260,14 +253,7 @@ TEST_F(ReportOnDemo, pagesFollowTheOrderOnTheScreen) {
     execute(*session, "DELETE FROM costlist");
     execute(*session, "DELETE FROM CostLevel WHERE CostType = 1 AND Code > 3");
     QStringList pages;
-    output.onPreview = [&](PrintDocument& document) {
-        PaintedText painted;
-        static_cast<void>(document.layOut(pageLayout()));
-        QPainter painter(&painted);
-        document.paintPage(painter, 0);
-        painter.end();
-        pages.append(painted.text());
-    };
+    output.onPreview = [&](PrintDocument& document) { pages.append(painted(document, pageLayout(), 1)); };
     show([&](QWidget& report, SmartGrid& grid) {
         control<QTabBar>(report, "TTab_Search_Frame1_TBC")->setCurrentIndex(1);
         QHeaderView& header = *static_cast<QTableView*>(grid.View())->horizontalHeader();
@@ -320,13 +306,7 @@ TEST_F(ReportOnDemo, whatIsOutOfTheOrdinaryIsPrintedAsItIs) {
     host.setSetting("CurrencyDecimals", "9");
     QString page;
     output.onPreview = [&](PrintDocument& document) {
-        PaintedText painted;
-        const int pages = document.layOut(pageLayout(QPageSize::A4, QPageLayout::Landscape));
-        QPainter painter(&painted);
-        for (int number = 0; number < pages; ++number)
-            document.paintPage(painter, number);
-        painter.end();
-        page = painted.text();
+        page = painted(document, pageLayout(QPageSize::A4, QPageLayout::Landscape));
         page.remove(QChar(0x2066)).remove(QChar(0x2069));
     };
     // What is painted between two texts; a text of marks and numbers from its left to its right.

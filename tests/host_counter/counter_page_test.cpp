@@ -855,6 +855,12 @@ protected:
             texts.push_back(grid.item(row, 4)->text().toStdString());
         return texts;
     }
+    void expectASaveWithoutQuestions() {
+        store(1);
+        click(*page, "Save_BTN");
+        EXPECT_EQ(mood(), "matched");
+        EXPECT_TRUE(takeMessages().empty());
+    }
 };
 
 TEST_F(CounterPrices, linesFollowThePersonWhenTheUserWantsIt) {
@@ -866,10 +872,7 @@ TEST_F(CounterPrices, linesFollowThePersonWhenTheUserWantsIt) {
     EXPECT_THAT(prices(), ElementsAre("۷۰۰"));
     EXPECT_EQ(shown(*page, "Result_LBL"), "قیمت سطرها از نو گرفته شد.");
     EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۷۰۰");
-    store(1);
-    click(*page, "Save_BTN");
-    EXPECT_EQ(mood(), "matched");
-    EXPECT_TRUE(takeMessages().empty());
+    expectASaveWithoutQuestions();
 }
 
 TEST_F(CounterPrices, whoKeepsThePricesIsNotAskedAgain) {
@@ -881,10 +884,7 @@ TEST_F(CounterPrices, whoKeepsThePricesIsNotAskedAgain) {
     name("12");
     scan("2800105010007");
     EXPECT_THAT(prices(), ElementsAre("۱٬۰۰۰", "۷۰۰"));
-    store(1);
-    click(*page, "Save_BTN");
-    EXPECT_EQ(mood(), "matched");
-    EXPECT_TRUE(takeMessages().empty());
+    expectASaveWithoutQuestions();
 }
 
 TEST_F(CounterPrices, nobodyIsAskedWhereNothingDiffers) {

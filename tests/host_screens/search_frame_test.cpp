@@ -22,6 +22,16 @@ protected:
         frame->init();
         return frame;
     }
+    // The lower bound of the window's range, shown and with the focus.
+    QLineEdit* focusedFrom() {
+        window.show();
+        window.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+        auto* from = control<QLineEdit>(window, "Range_From_EDT");
+        from->setFocus();
+        return from;
+    }
+
     QWidget window;
 };
 
@@ -60,11 +70,7 @@ TEST_F(SearchFrames, whatANumberDoesNotTakeIsToldAndAPasteIsTakenWholeOrNotAtAll
     auto* frame = screens.createCostRangeSearch("Range", &window);
     frame->AddItem({"Price", "قیمت", TSearchDataType::Amount});
     frame->init();
-    window.show();
-    window.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    auto* from = control<QLineEdit>(window, "Range_From_EDT");
-    from->setFocus();
+    auto* from = focusedFrom();
     QApplication::clipboard()->setText(QStringLiteral("1e5"));
     QTest::keyClick(from, Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(from->text().toStdString(), "");
@@ -276,11 +282,7 @@ TEST_F(SearchFrames, aBoundThatIsNoNumberIsNothingToAScreenThatCloses) {
     auto* frame = screens.createCostRangeSearch("Range", &window);
     frame->AddItem({"F1", "همکار", TSearchDataType::Amount});
     frame->init();
-    window.show();
-    window.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    auto* from = control<QLineEdit>(window, "Range_From_EDT");
-    from->setFocus();
+    auto* from = focusedFrom();
     type(from, QStringLiteral("1,5"));
     ASSERT_TRUE(from->hasFocus());
     window.hide();
