@@ -9,6 +9,7 @@
 
 #include "ado/names.h"
 #include "package/messages.h"
+#include "package/part_title.h"
 #include "package/screens/attached_screens.h"
 #include "package/screens/place.h"
 #include "package/services.h"
@@ -120,7 +121,7 @@ void TCost_Report_FRM::CreateControls() {
 
 void TCost_Report_FRM::FormCreate(QObject* sender) {
     TBaseDock_FRM::FormCreate(sender);
-    base().SetTitle(toText(ScalerQuery("SoftwarePart", "Title", "Code", std::to_string(spPriceReport))));
+    base().SetTitle(partTitle(spPriceReport));
 }
 
 void TCost_Report_FRM::SetComponents() {

@@ -8,6 +8,7 @@
 #include "costlevel/costlevel_get_frm.h"
 #include "costlevel/costlevel_kind.h"
 #include "package/messages.h"
+#include "package/part_title.h"
 #include "package/screens/attached_screens.h"
 #include "package/screens/db_label.h"
 #include "package/screens/place.h"
@@ -74,7 +75,7 @@ void TCostLevel_List_FRM::CreateControls() {
 void TCostLevel_List_FRM::FormCreate(QObject* sender) {
     TBaseDock_FRM::FormCreate(sender);
     part_ = static_cast<TSoftwarePart>(toInt64(CustomParam(0)));
-    base().SetTitle(toText(ScalerQuery("SoftwarePart", "Title", "Code", std::to_string(part_))));
+    base().SetTitle(partTitle(part_));
 }
 
 void TCostLevel_List_FRM::SetComponents() {

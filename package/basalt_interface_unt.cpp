@@ -4,6 +4,7 @@
 
 #include "costlevel/cost_report_frm.h"
 #include "costlevel/costlevel_list_frm.h"
+#include "package/part_title.h"
 #include "package/registry.h"
 #include "package/services.h"
 
@@ -52,7 +53,7 @@ void registerEntryPoints(Registry& registry) {
                             }});
     registry.add(EntryPoint{.name = "Open_CostLevel_List",
                             .subsystem = "costlevel",
-                            .title = "سطوح قیمت",
+                            .title = partCaption(spPriceLevels),
                             .summary = "Shows the price levels, to rename and describe them.",
                             .part = spPriceLevels,
                             .permission = prOpen,
@@ -61,7 +62,7 @@ void registerEntryPoints(Registry& registry) {
                             .run = [](FunctionCall&) { Open_CostLevel_List(); }});
     registry.add(EntryPoint{.name = "Open_DiscountLevel_List",
                             .subsystem = "costlevel",
-                            .title = "سطوح تخفیف",
+                            .title = partCaption(spDiscountLevels),
                             .summary = "Shows the discount levels, to rename and describe them.",
                             .part = spDiscountLevels,
                             .permission = prOpen,
@@ -70,7 +71,7 @@ void registerEntryPoints(Registry& registry) {
                             .run = [](FunctionCall&) { Open_DiscountLevel_List(); }});
     registry.add(EntryPoint{.name = "Open_CostReport",
                             .subsystem = "costlevel",
-                            .title = "گزارش قیمت کالاها",
+                            .title = partCaption(spPriceReport),
                             .summary = "Shows the prices of all goods, to look through and to print.",
                             .part = spPriceReport,
                             .permission = prOpen,

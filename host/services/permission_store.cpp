@@ -1,15 +1,22 @@
 #include "host/services/permission_store.h"
 
+#include <algorithm>
+
 #include "host/services/sql_access.h"
+#include "package/part_title.h"
 
 namespace basalt::host {
 
 namespace {
 
+// Empty when there is no row.
 std::string titleOf(Session& session, std::string_view sql, int code) {
     const RowSet rows = rowsOf(session, sql, {std::int64_t{code}});
-    if (rows.rowCount() == 0) return std::to_string(code);
-    return textAt(rows, 0, 0);
+    return rows.rowCount() == 0 ? std::string() : textAt(rows, 0, 0);
+}
+
+std::string firstKnown(std::initializer_list<std::string> titles) {
+    return *std::find_if(titles.begin(), titles.end() - 1, [](const std::string& title) { return !title.empty(); });
 }
 
 }  // namespace
@@ -49,11 +56,13 @@ void PermissionStore::clear(int userCode, TSoftwarePart part, TPermission permis
 }
 
 std::string PermissionStore::partTitle(TSoftwarePart part) {
-    return titleOf(session_, "SELECT Title FROM dbo.SoftwarePart WHERE Code = ?", part);
+    return firstKnown({titleOf(session_, "SELECT Title FROM dbo.SoftwarePart WHERE Code = ?", part), partCaption(part),
+                       std::to_string(part)});
 }
 
 std::string PermissionStore::permissionTitle(TPermission permission) {
-    return titleOf(session_, "SELECT Title FROM dbo.HostPermissionTypes WHERE Code = ?", permission);
+    return firstKnown({titleOf(session_, "SELECT Title FROM dbo.HostPermissionTypes WHERE Code = ?", permission),
+                       std::to_string(permission)});
 }
 
 }  // namespace basalt::host

@@ -23,7 +23,7 @@ public:
     // Back to what the group may.
     void clear(int userCode, TSoftwarePart part, TPermission permission);
 
-    // Persian titles for messages and the log; the number as text when it is not known.
+    // Persian titles for messages and the log. Of a part without one its caption in menus, else the number as text.
     [[nodiscard]] std::string partTitle(TSoftwarePart part);
     [[nodiscard]] std::string permissionTitle(TPermission permission);
 

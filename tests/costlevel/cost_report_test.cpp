@@ -129,6 +129,12 @@ TEST_F(CostReport, opensInItsOrderAndAsksForItsRowsOnce) {
     EXPECT_EQ(grid(*report).CurrentRow(), 1);
 }
 
+TEST_F(CostReport, bearsTheMenusCaptionWhereTheHostHasNoTitle) {
+    host.scaler = Value{};
+    const auto report = CreateScreen<TCost_Report_FRM>(fmBrowse, Value{}, "");
+    EXPECT_EQ(host.calls.back(), "SetTitle گزارش قیمت کالاها");
+}
+
 TEST_F(CostReport, hasItsControls) {
     const auto report = open(firstLevels(2));
     EXPECT_EQ(report->objectName(), "TCost_Report_FRM");

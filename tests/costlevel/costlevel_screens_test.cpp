@@ -80,6 +80,21 @@ TEST_F(CostLevelScreens, discountListShowsBothItsKinds) {
     EXPECT_EQ(host.calls.at(1), "ScalerQuery('SoftwarePart', 'Title', 'Code', '134')");
 }
 
+// A host whose table of parts lacks the list, or has a blank for it.
+TEST_F(CostLevelScreens, listWithoutATitleBearsTheMenusCaption) {
+    Registry registry;
+    registerEntryPoints(registry);
+    for (const auto& [part, entry, missing, caption] :
+         {std::tuple{114, "Open_CostLevel_List", Value{}, "سطوح قیمت"},
+          std::tuple{134, "Open_DiscountLevel_List", Value{}, "سطوح تخفیف"},
+          std::tuple{134, "Open_DiscountLevel_List", Value{std::string("  ")}, "سطوح تخفیف"}}) {
+        host.scaler = missing;
+        const auto list = CreateScreen<TCostLevel_List_FRM>(fmBrowse, Value{std::int64_t{part}}, "");
+        EXPECT_EQ(host.calls.back(), std::string("SetTitle ") + caption);
+        EXPECT_EQ(registry.findEntryPoint(entry)->title, caption);
+    }
+}
+
 TEST_F(CostLevelScreens, listHasItsControls) {
     const auto list = openList(fmBrowse, twoLevels());
     EXPECT_EQ(list->objectName(), "TCostLevel_List_FRM");

@@ -121,6 +121,14 @@ TEST_F(ReferenceHostTest, aRuleForAUserWinsOverTheGroup) {
     EXPECT_TRUE(host.permissions().holds(2, spPriceLevels, prOpen));
 }
 
+TEST_F(ReferenceHostTest, partsAndPermissionsWithoutATitleAreStillNamed) {
+    execute(*session, "DELETE FROM dbo.SoftwarePart");
+    execute(*session, "DELETE FROM dbo.HostPermissionTypes");
+    EXPECT_EQ(host.permissions().partTitle(spDiscountLevels), "سطوح تخفیف") << "as the menu calls it";
+    EXPECT_EQ(host.permissions().partTitle(spTags), "127");
+    EXPECT_EQ(host.permissions().permissionTitle(prEdit), "2");
+}
+
 TEST_F(ReferenceHostTest, nobodyHoldsAPermissionWithoutBeingAnEnabledUser) {
     EXPECT_FALSE(host.permissions().holds(0, spPriceLevels, prOpen));
     execute(*session, "UPDATE dbo.HostUsers SET Enabled = 0 WHERE Code = 1");
