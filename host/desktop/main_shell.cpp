@@ -238,6 +238,11 @@ void MainShell::goTo(const ShellPage* page) {
         const TUserInfo& user = context_.host.UserInfo();
         if (wanted->part && !context_.host.HavePermission(user, *wanted->part, prOpen, true, true, "")) return;
         auto* current = static_cast<ShellPage*>(pages_->currentWidget());
+        if (current == page && page != home_) {
+            // Entering it anew would read what is stored over what has been typed.
+            resume(*current);
+            return;
+        }
         if (current != page && !mayLeave(*current)) return;
         pages_->setCurrentWidget(wanted->page);
         navigation_->setCurrent(wanted->button);
@@ -247,9 +252,12 @@ void MainShell::goTo(const ShellPage* page) {
 
 bool MainShell::mayLeave(ShellPage& page) {
     if (page.mayLeave()) return true;
-    // The work goes on where it was, not on the button that would have led away.
-    if (QWidget* last = page.focusWidget()) last->setFocus();
+    resume(page);
     return false;
+}
+
+void MainShell::resume(ShellPage& page) {
+    if (QWidget* last = page.focusWidget()) last->setFocus();
 }
 
 void MainShell::open(const EntryPoint& entry) {

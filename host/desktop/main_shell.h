@@ -63,6 +63,8 @@ private:
     void addPage(const PageItem& item, ShellPage* page);
     void goTo(const ShellPage* page);
     [[nodiscard]] static bool mayLeave(ShellPage& page);
+    // The work goes on where it was, not on the button that would have led away.
+    static void resume(ShellPage& page);
     void open(const EntryPoint& entry);
     void bind(const QKeySequence& key, const std::function<void()>& action);
     void signOut();

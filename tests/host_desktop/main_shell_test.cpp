@@ -333,6 +333,28 @@ INSTANTIATE_TEST_SUITE_P(Answers, Leaving,
                                            LeavingCase{"cancelStays", mrCancel, false, "بازرگانی مهرآفرین"}),
                          [](const auto& each) { return each.param.name; });
 
+TEST_F(Shell, itsPageInFrontKeepsWhatIsTypedWhenItIsAskedForAgain) {
+    open(1);
+    click(*shell, "Settings_BTN");
+    type(*shell, "CompanyName_EDT", "فروشگاه تازه");
+    click(*shell, "Settings_BTN");
+    QTest::keyClick(shell.get(), Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_THAT(takeMessages(), IsEmpty());
+    EXPECT_EQ(control<QLineEdit>(*shell, "CompanyName_EDT").text(), "فروشگاه تازه");
+    EXPECT_TRUE(control(*shell, "CompanyName_EDT").hasFocus()) << "the typing goes on";
+    EXPECT_TRUE(control(*shell, "SaveSettings_BTN").isEnabled());
+    messages.answers = {mrNo};
+    click(*shell, "Layouts_BTN");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgUnsavedChanges()"));
+    type(*shell, "Title_EDT", "الگوی دیگر");
+    click(*shell, "Layouts_BTN");
+    EXPECT_THAT(takeMessages(), IsEmpty());
+    EXPECT_EQ(control<QLineEdit>(*shell, "Title_EDT").text(), "الگوی دیگر");
+    messages.answers = {mrNo};
+    click(*shell, "Home_BTN");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgUnsavedChanges()"));
+}
+
 TEST_F(Shell, showsAnErrorAndLivesOn) {
     open(1);
     session->run("DROP TABLE dbo.HostUserLog");
