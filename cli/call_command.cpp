@@ -86,8 +86,9 @@ void addCallCommand(Program& program) {
                        "VALUE in the order of the inputs, or NAME=VALUE; records as JSON");
     command
         .add_option("--answer", options->answers, "answers to its questions in order: yes, no, cancel, ok or a number")
-        ->type_name("ANSWER")
-        ->expected(1, -1)
+        ->type_name("ANSWER ...")
+        ->expected(1)
+        ->allow_extra_args(false)
         ->take_all();
     CLI::Option* json =
         command.add_flag("--json", options->json, "the reply as one line of JSON, as into a file or pipe");

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/answer_words.h"
 #include "cli/commands.h"
 #include "cli/terminal.h"
 #include "cli/workspace.h"
@@ -24,6 +25,16 @@ CLI::App& Program::command(CLI::App& parent, const std::string& name, const std:
 }
 
 namespace {
+
+// Whether the word behind that option is its value.
+bool takesValue(const CLI::App& app, const std::string& option) {
+    const CLI::Option* known = app.get_option_no_throw(option);
+    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+        if (known != nullptr) break;
+        known = command->get_option_no_throw(option);
+    }
+    return known != nullptr && known->get_items_expected_max() > 0;
+}
 
 // Behind "--" stand values that begin with a minus sign. The library gives them to a list of values only as long as the
 // list is empty, so those behind other values are added here.
@@ -97,6 +108,7 @@ int runCommandLine(int argc, char** argv) {
                    "a company setting, for this run only; may be repeated; a wrong name lists the names")
         ->type_name("NAME=VALUE")
         ->expected(1)
+        ->allow_extra_args(false)
         ->take_all();
 
     Program program{app, options, chosen};
@@ -109,7 +121,13 @@ int runCommandLine(int argc, char** argv) {
 
     if (const std::optional<int> status = help(app, argc, argv)) return *status;
     try {
-        parse(app, options, argc, argv);
+        std::vector<std::string> words = withSingleAnswers(
+            {argv + std::min(argc, 1), argv + argc}, [&app](const std::string& word) { return takesValue(app, word); });
+        words.insert(words.begin(), "basalt");
+        std::vector<char*> pointers;
+        for (std::string& word : words)
+            pointers.push_back(word.data());
+        parse(app, options, static_cast<int>(pointers.size()), pointers.data());
     } catch (const CLI::RequiredError& error) {
         const std::vector<std::string> words = app.remaining();
         if (!app.get_subcommands().empty() || words.empty()) return app.exit(error) == 0 ? 0 : 2;
