@@ -15,6 +15,7 @@
 #include "host/desktop/date_text.h"
 #include "host/desktop/entry_points.h"
 #include "host/desktop/log_page.h"
+#include "host/desktop/rights_page.h"
 #include "host/desktop/settings_page.h"
 #include "host/desktop/shell_style.h"
 #include "host/desktop/subsystem_look.h"
@@ -127,6 +128,13 @@ void MainShell::addTools() {
              .icon = LineIcon::Console,
              .shortCut = QKeySequence(QStringLiteral("Ctrl+K"))},
             new ConsolePage(context_));
+    addPage({.objectName = QStringLiteral("Rights"),
+             .title = partTitle(hpUsers),
+             .part = hpUsers,
+             .hint = QStringLiteral("هر کاربر چه می‌بیند و چه می‌تواند بکند"),
+             .icon = LineIcon::User,
+             .shortCut = QKeySequence(QStringLiteral("Ctrl+Shift+U"))},
+            new RightsPage(context_));
     auto* settings = new SettingsPage(context_);
     settings->OnSaved = [this] {
         // The size of the font may be another one now.

@@ -47,6 +47,8 @@ QPushButton[kind="tile"][locked="true"] QLabel[kind="tileTitle"] { color: @muted
 
 QFrame[kind="panel"] { background: @surface@; border: 1px solid @border@; border-radius: 10px; }
 QLabel[kind="code"], QPlainTextEdit[kind="code"], QTableWidget[kind="code"] { font-family: "Vazirmatn", monospace; }
+QTableView[fixed="true"]::indicator:checked { background: @disabled@; border-color: @disabled@; }
+QTableView[fixed="true"]::indicator:unchecked { background: @raised@; border-color: @border@; }
 QLineEdit[wrong="true"] { border: 1px solid @danger@; background: @dangerSoft@; }
 QLabel[kind="success"] { color: @success@; font-weight: 500; }
 )";

@@ -177,6 +177,7 @@ TEST_F(Shell, tellsACashierWhatHeMayNotOpen) {
     EXPECT_FALSE(locked("Open_CostLevel_List_BTN"));
     EXPECT_TRUE(locked("Open_DiscountLevel_List_BTN"));
     EXPECT_TRUE(locked("Settings_BTN"));
+    EXPECT_TRUE(locked("Rights_BTN"));
     EXPECT_FALSE(locked("Open_CostLevel_List_TILE"));
     EXPECT_TRUE(locked("Open_DiscountLevel_List_TILE"));
     EXPECT_TRUE(locked("Settings_TILE"));
@@ -215,6 +216,8 @@ TEST_F(Shell, goesToItsPagesByKeyboard) {
         QTest::keyClick(shell.get(), key, Qt::ControlModifier);
         EXPECT_TRUE(control(*shell, page).isVisible()) << page;
     }
+    QTest::keyClick(shell.get(), Qt::Key_U, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_TRUE(control(*shell, "Rights_PNL").isVisible());
 }
 
 TEST_F(Shell, movesThroughTheNavigationWithTheArrowKeys) {
@@ -271,22 +274,22 @@ TEST_F(Shell, tabGoesThroughTheNavigationAndThenThePage) {
     open(1);
     control(*shell, "SignOut_BTN").setFocus();
     std::vector<std::string> names;
-    for (int i = 0; i < 22; ++i) {
+    for (int i = 0; i < 24; ++i) {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         names.push_back(QApplication::focusWidget()->objectName().toStdString());
     }
     const auto isTile = [](const std::string& name) { return name.find("_TILE") != std::string::npos; };
     const auto firstTile = std::find_if(names.begin(), names.end(), isTile);
     ASSERT_NE(firstTile, names.end());
-    EXPECT_THAT(
-        std::vector(names.begin(), firstTile),
-        ElementsAre("Home_BTN", "Open_CostLevel_List_BTN", "Open_DiscountLevel_List_BTN", "Open_CostReport_BTN",
-                    "Open_PriceEditor_BTN", "Counter_BTN", "Layouts_BTN", "Log_BTN", "Console_BTN", "Settings_BTN"));
+    EXPECT_THAT(std::vector(names.begin(), firstTile),
+                ElementsAre("Home_BTN", "Open_CostLevel_List_BTN", "Open_DiscountLevel_List_BTN", "Open_CostReport_BTN",
+                            "Open_PriceEditor_BTN", "Counter_BTN", "Layouts_BTN", "Log_BTN", "Console_BTN",
+                            "Rights_BTN", "Settings_BTN"));
     const auto lastTile = std::find_if_not(firstTile, names.end(), isTile);
     EXPECT_THAT(std::vector(firstTile, lastTile),
                 ElementsAre("Open_CostLevel_List_TILE", "Open_DiscountLevel_List_TILE", "Open_CostReport_TILE",
                             "Open_PriceEditor_TILE", "Counter_TILE", "Layouts_TILE", "Log_TILE", "Console_TILE",
-                            "Settings_TILE"));
+                            "Rights_TILE", "Settings_TILE"));
 }
 
 TEST_F(Shell, tellsHowItWasLeft) {

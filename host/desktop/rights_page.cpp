@@ -1,0 +1,217 @@
+#include "host/desktop/rights_page.h"
+
+#include <QHeaderView>
+#include <QShortcut>
+#include <QSignalBlocker>
+#include <QStyle>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "host/screens/theme.h"
+#include "host/screens/unsaved_changes.h"
+#include "host/services/host_parts.h"
+
+namespace basalt::host {
+namespace {
+
+constexpr int kUsersWidth = 210;
+constexpr int kLeastColumn = 104;
+
+QString listTitle(const UserListItem& user) {
+    const QString name = QString::fromStdString(user.fullName);
+    return user.enabled ? name : name + QStringLiteral(" (غیرفعال)");
+}
+
+QString noteOn(const UserListItem& user, bool mayEdit) {
+    if (user.manager)
+        return QStringLiteral(
+            "مدیر همهٔ دسترسی‌ها را دارد و چیزی از او گرفته نمی‌شود.");
+    if (!mayEdit)
+        return QStringLiteral(
+            "شما دسترسی‌ها را می‌بینید، اما اجازهٔ تغییر آن‌ها را ندارید.");
+    return QStringLiteral(
+        "با کلید فاصله یا کلیک روی هر خانه دسترسی را بدهید یا بگیرید. آنچه با گروه کاربر فرق دارد «ویژهٔ کاربر» است.");
+}
+
+}  // namespace
+
+RightsPage::RightsPage(DesktopContext context, QWidget* parent)
+    : ShellPage(parent), context_(context), rights_(context.host) {
+    setObjectName(QStringLiteral("Rights_PNL"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(28, 24, 28, 20);
+    layout->setSpacing(12);
+    auto* title = new QLabel(QString::fromStdString(context_.host.permissions().partTitle(hpUsers)));
+    title->setProperty("kind", QStringLiteral("pageTitle"));
+    layout->addWidget(title);
+    note_ = new QLabel;
+    note_->setObjectName(QStringLiteral("RightsNote_LBL"));
+    note_->setProperty("kind", QStringLiteral("hint"));
+    note_->setWordWrap(true);
+    layout->addWidget(note_);
+    auto* columns = new QHBoxLayout;
+    columns->setSpacing(16);
+    makeUsers(*columns);
+    makeRights(*columns);
+    layout->addLayout(columns, 1);
+    makeFooter(*layout);
+    model_.OnEdited = [this] { edited(); };
+}
+
+void RightsPage::makeUsers(QBoxLayout& layout) {
+    list_ = new QListWidget;
+    list_->setObjectName(QStringLiteral("Users_LST"));
+    list_->setAccessibleName(QStringLiteral("کاربران"));
+    list_->setFixedWidth(themePixels(kUsersWidth));
+    list_->setTextElideMode(Qt::ElideRight);
+    list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    layout.addWidget(list_);
+    // Behind the key or click, because choosing may ask and go back.
+    QObject::connect(
+        list_, &QListWidget::currentRowChanged, this, [this] { context_.handlers.guarded(this, [this] { choose(); }); },
+        Qt::QueuedConnection);
+}
+
+void RightsPage::makeRights(QBoxLayout& layout) {
+    table_ = new QTableView;
+    table_->setObjectName(QStringLiteral("Rights_GRD"));
+    table_->setModel(&model_);
+    table_->setSelectionMode(QAbstractItemView::SingleSelection);
+    table_->setAlternatingRowColors(true);
+    table_->setShowGrid(false);
+    // Tab leads on to the buttons; the arrow keys go from box to box.
+    table_->setTabKeyNavigation(false);
+    table_->verticalHeader()->hide();
+    table_->horizontalHeader()->setHighlightSections(false);
+    table_->horizontalHeader()->setSectionsClickable(false);
+    table_->horizontalHeader()->setMinimumSectionSize(themePixels(kLeastColumn));
+    layout.addWidget(table_, 1);
+}
+
+void RightsPage::makeFooter(QBoxLayout& layout) {
+    auto* footer = new QHBoxLayout;
+    footer->setSpacing(8);
+    save_ = new QPushButton(QStringLiteral("ذخیره \u2066F3\u2069"));
+    save_->setObjectName(QStringLiteral("SaveRights_BTN"));
+    save_->setProperty("kind", QStringLiteral("primary"));
+    undo_ = new QPushButton(QStringLiteral("بازگرداندن"));
+    undo_->setObjectName(QStringLiteral("UndoRights_BTN"));
+    state_ = new QLabel;
+    state_->setObjectName(QStringLiteral("RightsState_LBL"));
+    state_->setProperty("kind", QStringLiteral("success"));
+    footer->addWidget(save_);
+    footer->addWidget(undo_);
+    footer->addSpacing(8);
+    footer->addWidget(state_);
+    footer->addStretch();
+    layout.addLayout(footer);
+
+    QObject::connect(save_, &QPushButton::clicked, this,
+                     [this] { context_.handlers.guarded(this, [this] { static_cast<void>(save()); }); });
+    QObject::connect(undo_, &QPushButton::clicked, this, [this] {
+        context_.handlers.guarded(this, [this] { reload(model_.sheet().user.code); });
+        table_->setFocus();
+    });
+    auto* key = new QShortcut(QKeySequence(Qt::Key_F3), this);
+    key->setContext(Qt::WidgetWithChildrenShortcut);
+    QObject::connect(key, &QShortcut::activated, save_, &QPushButton::click);
+}
+
+void RightsPage::enter() {
+    mayEdit_ = context_.host.permissions().holds(context_.host.UserInfo().Code, hpUsers, prEdit);
+    reload(model_.sheet().user.code);
+    list_->setFocus();
+}
+
+bool RightsPage::mayLeave() {
+    return settleChanges({});
+}
+
+bool RightsPage::settleChanges(const std::vector<std::string>& before) {
+    if (model_.changes().empty()) return true;
+    return mayLeaveUnsaved(
+        context_.host.Messages(), *window(), [this] { return save(); }, [this] { show(RightsSheet(model_.sheet())); },
+        before);
+}
+
+void RightsPage::reload(int userCode) {
+    users_ = context_.host.users().list();
+    int current = 0;
+    {
+        const QSignalBlocker quiet(list_);
+        list_->clear();
+        for (const UserListItem& user : users_) {
+            if (user.code == userCode) current = list_->count();
+            list_->addItem(listTitle(user));
+        }
+        list_->setCurrentRow(current);
+    }
+    if (users_.empty()) return;
+    // He may have gone since the list was read.
+    if (auto sheet = rights_.read(users_[static_cast<std::size_t>(current)].code)) show(std::move(*sheet));
+}
+
+void RightsPage::choose() {
+    const int row = list_->currentRow();
+    if (row < 0 || row >= static_cast<int>(users_.size())) return;
+    const int chosen = users_[static_cast<std::size_t>(row)].code;
+    const int shown = model_.sheet().user.code;
+    if (chosen == shown) return;
+    if (settleChanges({"رفتن به کاربر دیگر"})) {
+        reload(chosen);
+        return;
+    }
+    const QSignalBlocker quiet(list_);
+    const auto back = std::find_if(users_.begin(), users_.end(), [&](const auto& user) { return user.code == shown; });
+    list_->setCurrentRow(back == users_.end() ? -1 : static_cast<int>(back - users_.begin()));
+}
+
+void RightsPage::show(RightsSheet sheet) {
+    const QModelIndex before = table_->currentIndex();
+    const int row = std::max(before.row(), 0);
+    const int column = std::max(before.column(), 1);
+    note_->setText(noteOn(sheet.user, mayEdit_));
+    // Boxes that nobody can tick look so.
+    table_->setProperty("fixed", sheet.user.manager || !mayEdit_);
+    // The style sheet looks at a property only when it is applied anew.
+    table_->style()->unpolish(table_);
+    table_->style()->polish(table_);
+    table_->setAccessibleName(
+        QStringLiteral("دسترسی‌های %1").arg(QString::fromStdString(sheet.user.fullName)));
+    model_.show(std::move(sheet), mayEdit_, [this](const UserRight& right) {
+        return rights_.keepsAccess(model_.sheet().user.code, right.part, right.permission);
+    });
+    table_->setCurrentIndex(model_.index(row, column));
+    table_->resizeColumnsToContents();
+    table_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+    state_->clear();
+    save_->setEnabled(false);
+    undo_->setEnabled(false);
+}
+
+bool RightsPage::save() {
+    if (!context_.host.HavePermission(context_.host.UserInfo(), hpUsers, prEdit, false, true, "")) return false;
+    const UserListItem user = model_.sheet().user;
+    const RightsOutcome outcome = rights_.write(model_.sheet(), model_.changes());
+    if (outcome != RightsOutcome::Written) {
+        const bool gone = outcome == RightsOutcome::Gone;
+        context_.host.Messages().show({.operation = gone ? "MsgRecordGone" : "MsgRecordChanged", .form = this});
+        reload(user.code);
+        return false;
+    }
+    // The disabled button would hand the focus on to wherever.
+    if (save_->hasFocus()) table_->setFocus();
+    reload(user.code);
+    state_->setText(
+        QStringLiteral("دسترسی‌های %1 ذخیره شد.").arg(QString::fromStdString(user.fullName)));
+    return true;
+}
+
+void RightsPage::edited() {
+    state_->clear();
+    const bool unsaved = !model_.changes().empty();
+    save_->setEnabled(unsaved);
+    undo_->setEnabled(unsaved);
+}
+
+}  // namespace basalt::host
