@@ -189,10 +189,13 @@ void Catalog::readDetails(Table& table) {
         index.name = indexes.textAt(1) == "c" ? shownIndexName(table.name, internalName) : internalName;
         index.primary = indexes.textAt(1) == "pk";
         index.constraint = indexes.textAt(1) != "c";
-        SqliteStatement columns = database_.prepare("SELECT name FROM pragma_index_info(" + sqlText(internalName) +
-                                                    ", '" + schema.substr(0, schema.size() - 1) + "') ORDER BY seqno");
-        while (columns.step())
+        SqliteStatement columns =
+            database_.prepare("SELECT name, \"desc\" FROM pragma_index_xinfo(" + sqlText(internalName) + ", " +
+                              schemaText + ") WHERE key ORDER BY seqno");
+        while (columns.step()) {
             index.columns.push_back(columns.textAt(0));
+            index.descending.push_back(columns.integerAt(1) != 0);
+        }
         table.uniques.push_back(std::move(index));
     }
     SqliteStatement leading = database_.prepare("SELECT DISTINCT c.name FROM pragma_index_list" + arguments +

@@ -44,6 +44,7 @@ struct Index {
     bool constraint = false;  // made by PRIMARY KEY or UNIQUE
     bool primary = false;
     std::vector<std::string> columns;
+    std::vector<bool> descending;  // for each of them
 };
 
 struct Table {

@@ -221,6 +221,7 @@ struct StoredIndex {
     std::string table, name;
     bool unique = false, primary = false, constraint = false;
     std::vector<std::string> columns;
+    std::vector<bool> descending;  // for each of them
     std::vector<std::string> included;
 };
 
@@ -229,17 +230,20 @@ std::vector<StoredIndex> indexesOf(Catalog& catalog, SqliteDatabase& database) {
     for (const Table& table : tablesOf(catalog)) {
         for (const Index& index : table.uniques)
             indexes.push_back({table.name, index.name, true, index.primary, index.constraint, index.columns,
+                               index.descending,
                                includedColumns(database, table, storedIndexName(table.name, index.name))});
         SqliteStatement others = database.prepare("SELECT name FROM pragma_index_list(" + sqlText(table.name) +
                                                   ", 'main') WHERE NOT \"unique\" ORDER BY name");
         while (others.step()) {
             const std::string stored = others.textAt(0);
-            StoredIndex index{table.name, shownIndexName(table.name, stored),      false, false, false,
+            StoredIndex index{table.name, shownIndexName(table.name, stored),      false, false, false, {},
                               {},         includedColumns(database, table, stored)};
-            SqliteStatement columns =
-                database.prepare("SELECT name FROM pragma_index_info(" + sqlText(stored) + ", 'main') ORDER BY seqno");
-            while (columns.step())
+            SqliteStatement columns = database.prepare("SELECT name, \"desc\" FROM pragma_index_xinfo(" +
+                                                       sqlText(stored) + ", 'main') WHERE key ORDER BY seqno");
+            while (columns.step()) {
                 index.columns.push_back(columns.textAt(0));
+                index.descending.push_back(columns.integerAt(1) != 0);
+            }
             // They stand behind the key.
             index.columns.resize(index.columns.size() - index.included.size());
             indexes.push_back(std::move(index));
@@ -277,15 +281,15 @@ Rows indexColumnRows(Catalog& catalog, SqliteDatabase& database) {
     eachIndex(indexesOf(catalog, database), [&](const StoredIndex& index, int ordinal) {
         const Table* table = catalog.table(index.table);
         std::int64_t position = 0;
-        const auto add = [&](const std::string& column, bool included) {
+        const auto add = [&](const std::string& column, bool descending, bool included) {
             ++position;
             rows.push_back({number(Catalog::objectNumber(index.table)), number(ordinal), number(position),
-                            number(table->find(column) + 1), number(included ? 0 : position), included});
+                            number(table->find(column) + 1), number(included ? 0 : position), descending, included});
         };
-        for (const std::string& column : index.columns)
-            add(column, false);
+        for (std::size_t i = 0; i < index.columns.size(); ++i)
+            add(index.columns[i], index.descending[i], false);
         for (const std::string& column : index.included)
-            add(column, true);
+            add(column, false, true);
     });
     return rows;
 }
@@ -462,6 +466,7 @@ const std::vector<Entry>& entries() {
                {"index_column_id", integer()},
                {"column_id", integer()},
                {"key_ordinal", smallest},
+               {"is_descending_key", bit()},
                {"is_included_column", bit()}}},
              indexColumnRows},
             {{"sys.parameters",

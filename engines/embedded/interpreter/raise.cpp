@@ -73,10 +73,33 @@ int severityOf(const DatabaseError& error) {
 }
 
 // The server's own words, without the place that this engine adds below them.
-std::string firstLineOf(const DatabaseError& error) {
+std::string wordsOf(const DatabaseError& error) {
     const std::string_view what = error.what();
     const std::size_t context = what.find("\nLine ");
     return std::string(what.substr(0, context));
+}
+
+// The server gives some errors as two: what is wrong, and what has therefore not been done. A caller reads the first
+// one, CATCH and @@ERROR are told of the last.
+struct LastError {
+    int number;
+    std::string message;
+};
+
+LastError lastOf(const DatabaseError& error) {
+    switch (error.nativeCode()) {
+        case 5074: {  // a column that something depends on; its words have a line for each such thing, and the last
+            const std::string words = wordsOf(error);
+            return {4922, words.substr(words.rfind('\n') + 1)};
+        }
+        case 1767:  // a reference to no table
+        case 1776:  // a reference to no key
+        case 1779:  // a second primary key
+        case 1781:  // a second default
+            return {1750, "Could not create constraint or index. See previous errors."};
+        default:
+            return {error.nativeCode(), wordsOf(error)};
+    }
 }
 
 std::string textOf(const TypedValue& value) {
@@ -105,8 +128,8 @@ bool Interpreter::goesOn(Activation& activation, const ast::Statement& statement
     }
     const bool procedureEnded = unknownIn_ != nullptr && unknownIn_ != &activation && !unknownEnds_;
     SessionState& state = executor_.state();
-    state.error = error.nativeCode();
     const auto* raised = dynamic_cast<const RaisedError*>(&error);
+    state.error = raised != nullptr ? raised->error().number : lastOf(error).number;
     const bool dooms = raised != nullptr ? state.abortOnError : executor_.dooms(error);
     // The innermost place decides: a procedure's XACT_ABORT is over when the TRY of its caller hears of the error.
     if (tries_ > 0 && dooms && state.tranCount > 0) state.doomed = true;
@@ -169,9 +192,10 @@ Interpreter::Flow Interpreter::runTryCatch(Activation& activation, const ast::Tr
         if (const auto* raised = dynamic_cast<const RaisedError*>(&error)) {
             caught = raised->error();
         } else {
-            caught.number = error.nativeCode();
+            LastError last = lastOf(error);
+            caught.number = last.number;
             caught.severity = severityOf(error);
-            caught.message = firstLineOf(error);
+            caught.message = std::move(last.message);
             caught.line = kNowhere;
         }
         if (caught.line == kNowhere && located_ == &error) {
@@ -241,7 +265,7 @@ void Interpreter::throwError(Activation& activation, const ast::ThrowStatement& 
         } catch (const DatabaseError& original) {
             CaughtError again = *caught;
             again.original = nullptr;
-            throw RaisedError(original.category(), original.sqlState(), again, true);
+            throw RaisedError(original, wordsOf(original), again, true);
         }
     }
     CaughtError error;

@@ -18,6 +18,10 @@ public:
     RaisedError(ErrorCategory category, std::string sqlState, const CaughtError& error, bool ends)
         : DatabaseError(category, std::move(sqlState), error.number, error.message), error_(error), ends_(ends) {}
 
+    // `first` again, which CATCH knows as `error`.
+    RaisedError(const DatabaseError& first, const std::string& message, const CaughtError& error, bool ends)
+        : DatabaseError(first.category(), first.sqlState(), first.nativeCode(), message), error_(error), ends_(ends) {}
+
     [[nodiscard]] const CaughtError& error() const { return error_; }
     [[nodiscard]] bool ends() const { return ends_; }
 

@@ -5,7 +5,9 @@
 #include "engines/embedded/catalog/included_columns.h"
 #include "engines/embedded/catalog/text_search.h"
 #include "engines/embedded/executor/constraint_error.h"
+#include "engines/embedded/executor/definition/column_users.h"
 #include "engines/embedded/executor/definition/schema_reader.h"
+#include "engines/embedded/executor/definition/stored_index.h"
 #include "engines/embedded/executor/definition/table_design.h"
 #include "engines/embedded/executor/executor.h"
 #include "engines/embedded/generator/sql_writer.h"
@@ -57,84 +59,6 @@ bool dropConstraint(TableDesign& design, std::string_view name) {
     }
     return false;
 }
-
-struct StoredIndex {
-    std::string name, sql;
-    std::vector<std::string> columns;  // of its key
-    std::string condition;             // T-SQL
-    std::vector<std::string> included;
-};
-
-std::vector<StoredIndex> indexesOf(const Table& table, SqliteDatabase& database) {
-    const std::string schema = table.schemaName();
-    SqliteStatement list =
-        database.prepare("SELECT name, sql FROM " + schema +
-                         ".sqlite_schema WHERE type = 'index' AND tbl_name = ?1 AND sql IS NOT NULL");
-    list.bind(1, std::string_view(table.name));
-    std::vector<StoredIndex> result;
-    while (list.step())
-        result.push_back({list.textAt(0), list.textAt(1), {}, {}, {}});
-    list.reset();
-    for (StoredIndex& index : result) {
-        SqliteStatement columns =
-            database.prepare("SELECT name FROM pragma_index_info(" + sqlText(index.name) + ", '" + schema + "')");
-        while (columns.step())
-            index.columns.push_back(columns.textAt(0));
-        index.condition = indexCondition(database, table, index.name);
-        index.included = includedColumns(database, table, index.name);
-    }
-    return result;
-}
-
-// What keeps a column of the table from being dropped, a sentence a line; empty when nothing does.
-class ColumnUsers {
-public:
-    ColumnUsers(const Table& table, const TableDesign& design, SqliteDatabase& database, Catalog& catalog)
-        : table_(table), design_(design), database_(database), catalog_(catalog) {}
-
-    [[nodiscard]] std::string of(std::string_view column) const {
-        std::string result;
-        const auto add = [&](const char* kind, std::string_view user) {
-            result.append("The ").append(kind).append(" '").append(user);
-            result.append("' is dependent on column '").append(column).append("'.\n");
-        };
-        for (const StoredIndex& index : indexesOf(table_, database_)) {
-            // What keeps NULL single belongs to an index that is here too.
-            if (index.name.starts_with("basalt_null_")) continue;
-            if (holds(index.columns, column) || holds(index.included, column) || reads(index.condition, true, column))
-                add("index", shownIndexName(table_.name, index.name));
-        }
-        for (const DesignKey& key : design_.keys) {
-            if (std::ranges::any_of(key.columns, [&](const auto& each) { return sameName(each.name, column); }))
-                add("object", key.name);
-        }
-        for (const DesignForeignKey& key : design_.foreignKeys) {
-            if (holds(key.columns, column)) add("object", key.name);
-        }
-        for (const DesignCheck& check : design_.checks) {
-            if (reads(check.text, true, column)) add("object", check.name);
-        }
-        for (const DesignColumn& each : design_.columns) {
-            if (sameName(each.name, column) && !each.defaultName.empty()) add("object", each.defaultName);
-            if (reads(each.computedText, false, column)) add("column", each.name);
-        }
-        return result;
-    }
-
-private:
-    [[nodiscard]] static bool holds(const std::vector<std::string>& names, std::string_view column) {
-        return std::ranges::any_of(names, [&](const std::string& name) { return sameName(name, column); });
-    }
-
-    [[nodiscard]] bool reads(const std::string& text, bool condition, std::string_view column) const {
-        return !text.empty() && readsColumn(catalog_, table_, text, condition, column);
-    }
-
-    const Table& table_;
-    const TableDesign& design_;
-    SqliteDatabase& database_;
-    Catalog& catalog_;
-};
 
 bool exists(SqliteDatabase& database, const Table& table, const std::string& index) {
     SqliteStatement find = database.prepare("SELECT 1 FROM " + table.schemaName() + ".sqlite_schema WHERE name = ?1");
@@ -251,6 +175,16 @@ void rebuild(const Table& before, const TableDesign& after, SqliteDatabase& data
     references.check(before, catalog);
 }
 
+// Users keep the column: they are told first, and what they have prevented last.
+void requireUnused(const std::string& users, const std::string& action, const ast::Batch& batch,
+                   const ast::Identifier& column) {
+    if (users.empty()) return;
+    throw statementError(ErrorCategory::Constraint, 5074,
+                         users + "ALTER TABLE " + action + " COLUMN " + column.text +
+                             " failed because one or more objects access this column.",
+                         batch.text, column.range);
+}
+
 }  // namespace
 
 void Executor::alterTable(const ast::Batch& batch, const ast::AlterTableStatement& statement) {
@@ -293,14 +227,19 @@ void Executor::alterTable(const ast::Batch& batch, const ast::AlterTableStatemen
                                          "' does not exist in table '" + table.name + "'.",
                                      batch.text, statement.altered->name.range);
             }
-            column->type = binder.dataType(statement.altered->type);
-            binder.requireOwnCollation(statement.altered->collation);
-            column->nullable = statement.altered->nullable.value_or(true);
-            for (const DesignKey& key : design.keys) {
-                for (const DesignKeyColumn& each : key.columns) {
-                    if (key.primary && sameName(each.name, column->name)) column->nullable = false;
-                }
+            if (!column->computedText.empty()) {
+                throw statementError(ErrorCategory::Other, 4928,
+                                     "Cannot alter column '" + column->name + "' because it is 'COMPUTED'.", batch.text,
+                                     statement.altered->name.range);
             }
+            DesignColumn altered = *column;
+            altered.type = binder.dataType(statement.altered->type);
+            binder.requireOwnCollation(statement.altered->collation);
+            altered.nullable = !column->identity && statement.altered->nullable.value_or(true);
+            requireUnused(ColumnUsers(table, design, database_, catalog_).ofAlteration(*column, altered), "ALTER",
+                          batch, statement.altered->name);
+            if (altered.identity) design.requireIdentityType(altered, binder, statement.altered->range);
+            *column = std::move(altered);
             break;
         }
         case Action::Drop:
@@ -320,13 +259,8 @@ void Executor::alterTable(const ast::Batch& batch, const ast::AlterTableStatemen
                                              "' does not exist in table '" + table.name + "'.",
                                          batch.text, item.name.range);
                 }
-                if (const std::string users = ColumnUsers(table, design, database_, catalog_).of(item.name.text);
-                    !users.empty()) {
-                    throw statementError(ErrorCategory::Constraint, 5074,
-                                         users + "ALTER TABLE DROP COLUMN " + item.name.text +
-                                             " failed because one or more objects access this column.",
-                                         batch.text, item.name.range);
-                }
+                requireUnused(ColumnUsers(table, design, database_, catalog_).of(item.name.text), "DROP", batch,
+                              item.name);
                 std::erase_if(design.columns,
                               [&](const DesignColumn& column) { return sameName(column.name, item.name.text); });
                 if (std::ranges::all_of(design.columns,

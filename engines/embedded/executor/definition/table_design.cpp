@@ -196,22 +196,25 @@ void TableDesign::addColumn(const ast::ColumnDefinition& column, const LiteralTa
                             column.range);
             }
         }
-        const bool whole = (design.type.isInteger() && design.type.kind != TypeKind::Bit) ||
-                           (design.type.kind == TypeKind::Decimal && design.type.scale == 0);
-        if (!whole) {
-            binder.fail(2749,
-                        "Identity column '" + design.name +
-                            "' must be of data type int, bigint, smallint, tinyint, or decimal or numeric with a scale "
-                            "of 0, and "
-                            "constrained to be nonnullable.",
-                        column.range);
-        }
+        requireIdentityType(design, binder, column.range);
         design.identity = IdentityState{column.identity->seed, column.identity->increment, std::nullopt};
         design.nullable = false;
     }
     columns.push_back(std::move(design));
     for (const ast::Constraint& constraint : column.constraints)
         addConstraint(constraint, column.name.text, literals, binder);
+}
+
+void TableDesign::requireIdentityType(const DesignColumn& column, Binder& binder, SourceRange range) {
+    const SqlType& type = column.type;
+    const bool whole =
+        (type.isInteger() && type.kind != TypeKind::Bit) || (type.kind == TypeKind::Decimal && type.scale == 0);
+    if (whole) return;
+    binder.fail(2749,
+                "Identity column '" + column.name +
+                    "' must be of data type int, bigint, smallint, tinyint, or decimal or numeric with a scale of 0, "
+                    "and constrained to be nonnullable.",
+                range);
 }
 
 void TableDesign::addConstraint(const ast::Constraint& constraint, const std::string& column,
@@ -355,8 +358,8 @@ TableDesign TableDesign::of(const Table& table, SqliteDatabase& database, Catalo
     for (const Index& index : table.uniques) {
         if (!index.constraint) continue;
         DesignKey unique{index.primary, index.name, {}};
-        for (const std::string& column : index.columns)
-            unique.columns.push_back({column, false});
+        for (std::size_t i = 0; i < index.columns.size(); ++i)
+            unique.columns.push_back({index.columns[i], index.descending[i]});
         // A primary key's index lists the columns in key order.
         design.keys.push_back(std::move(unique));
     }

@@ -61,6 +61,8 @@ public:
     void addColumn(const ast::ColumnDefinition& column, const LiteralTable& literals, Binder& binder);
     void addConstraint(const ast::Constraint& constraint, const std::string& column, const LiteralTable& literals,
                        Binder& binder);
+    // Throws 2749 for a type that cannot count.
+    static void requireIdentityType(const DesignColumn& column, Binder& binder, SourceRange range);
     // From the database.
     [[nodiscard]] static TableDesign of(const Table& table, SqliteDatabase& database, Catalog& catalog);
 
