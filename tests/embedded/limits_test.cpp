@@ -67,6 +67,28 @@ TEST_F(TooLarge, Lists) {
     expectLimit("SELECT COUNT(*) FROM (VALUES " + numbered("(#)", 1001, ", ") + ") X(A)", 10738);
 }
 
+// Each would take gigabytes, some of them many.
+TEST_F(TooLarge, Values) {
+    const std::string big = "REPLICATE(CAST('a' AS varchar(max)), 140000000)";
+    expectLimit("SELECT LEN(REPLICATE(CAST('ab' AS varchar(max)), 9000000000000000000))", 8631);
+    expectLimit(
+        "SELECT LEN(REPLACE(REPLACE(REPLACE(REPLICATE(CAST('a' AS varchar(max)), 8000), 'a', REPLICATE('a', "
+        "8000)), 'a', REPLICATE('a', 8000)), 'a', REPLICATE('a', 8000)))",
+        8631);
+    expectLimit("SELECT LEN(STUFF(" + big + ", 1, 0, " + big + "))", 8631);
+    expectLimit("SELECT LEN(" + big + " + " + big + ")", 8631);
+    expectLimit("SELECT LEN(CONCAT(" + big + ", " + big + "))", 8631);
+    expectLimit(
+        "DECLARE @s varchar(max) = 'aaaaaaaaaa', @i int = 0 WHILE @i < 60 BEGIN SET @s = @s + @s SET @i += 1 END",
+        8631);
+    expectLimit(
+        "DECLARE @b varbinary(max) = 0x0102030405060708, @i int = 0 WHILE @i < 60 BEGIN SET @b = @b + @b SET @i += 1 "
+        "END",
+        8631);
+    EXPECT_EQ(integer("SELECT LEN(REPLICATE(CAST('ab' AS varchar(max)), 1000000) + 'c')"), 2'000'001);
+    EXPECT_EQ(integer("SELECT LEN(REPLICATE('', 9000000000000000000))"), 0);
+}
+
 TEST_F(TooLarge, WhatIsLargeButNotTooLargeRuns) {
     // A megabyte of literals.
     EXPECT_EQ(integer("SELECT COUNT(*) FROM (SELECT 149999 AS A) X WHERE A IN (" + numbered("#", 150'000, ",") + ")"),

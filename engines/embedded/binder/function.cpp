@@ -166,8 +166,9 @@ BoundPtr stuff(FunctionBinder& f) {
     BoundPtr count = f.as(2, TypeKind::BigInt);
     BoundPtr insert = f.text(3);
     SqlType type = varying(concatenatedType(text->type, insert->type));
-    BoundPtr result =
-        boundCall("t_stuff", type, std::move(text), std::move(start), std::move(count), std::move(insert));
+    const int limit = type.length == kMaxLength ? 0 : boundOf(type);
+    BoundPtr result = boundCall("t_stuff", type, std::move(text), std::move(start), std::move(count), std::move(insert),
+                                boundInteger(limit));
     result->nullable = true;
     return result;
 }

@@ -1,6 +1,7 @@
 #include "engines/embedded/runtime/function_support.h"
 
 #include <memory>
+#include <string>
 
 #include "engines/embedded/runtime/collation.h"
 #include "engines/embedded/runtime/text_pieces.h"
@@ -48,6 +49,13 @@ void addFunction(SqliteDatabase& database, const char* name, int count, ScalarFu
         database.handle(), name, count, SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS, registration.release(),
         invoke, nullptr, nullptr, [](void* pointer) { delete static_cast<Registration*>(pointer); });
     if (code != SQLITE_OK) throw database.failure(code);
+}
+
+void requireRoom(std::size_t bytes) {
+    if (bytes <= static_cast<std::size_t>(kLongestValue)) return;
+    throw DatabaseError(
+        ErrorCategory::Limit, "54000", 8631,
+        "A value or statement is too large: a value has " + std::to_string(kLongestValue) + " bytes at most.");
 }
 
 void addRuntime(SqliteDatabase& database) {

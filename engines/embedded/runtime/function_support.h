@@ -69,6 +69,9 @@ enum class NullRule : std::uint8_t {
 void addFunction(SqliteDatabase& database, const char* name, int count, ScalarFunction function,
                  NullRule nulls = NullRule::Propagate);
 
+// Throws DatabaseError Limit for a value of more bytes than one may have; asked before it is built.
+void requireRoom(std::size_t bytes);
+
 // Runs `body` and passes what it throws through SQLite.
 template <typename Body>
 void guarded(sqlite3_context* context, SqliteDatabase& database, Body body) noexcept {

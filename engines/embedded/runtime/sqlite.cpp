@@ -76,6 +76,7 @@ SqliteDatabase::SqliteDatabase(const std::string& path, bool create, int lockTim
                             "The database file '" + path + "' cannot be opened (" + reason +
                                 "). Check that its folder exists and that you may write to it.");
     }
+    sqlite3_limit(database_, SQLITE_LIMIT_LENGTH, kLongestValue);
     sqlite3_busy_handler(database_, &SqliteDatabase::waitForLock, this);
 }
 

@@ -22,6 +22,9 @@
 
 namespace basalt::embedded {
 
+// Bytes of a text or binary value, and of a row. A few of them in one statement have to fit into memory.
+inline constexpr int kLongestValue = 256 * 1024 * 1024;
+
 class SqliteDatabase;
 
 // A prepared statement. Reset before it is run again; bound values stay until they are bound anew.

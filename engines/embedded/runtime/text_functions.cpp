@@ -23,6 +23,7 @@ void joinBytes(Call& call) {
     const SqlType type = SqlType::text(TypeKind::VarBinary, kMaxLength);
     Bytes joined = std::get<Bytes>(call.value(0, type));
     const Bytes more = std::get<Bytes>(call.value(1, type));
+    requireRoom(joined.size() + more.size());
     joined.insert(joined.end(), more.begin(), more.end());
     const std::int64_t longest = call.integer(2);
     if (longest >= 0 && joined.size() > static_cast<std::size_t>(longest))
@@ -118,9 +119,11 @@ void replace(Call& call) {
     std::size_t at = 0;
     std::size_t matched = 0;
     for (std::size_t found; (found = find(text, needle, at, orderAt(call, 3), matched)) != std::string_view::npos;) {
+        requireRoom(result.size() + (found - at) + replacement.size());
         result.append(text.substr(at, found - at)).append(replacement);
         at = found + matched;
     }
+    requireRoom(result.size() + (text.size() - at));
     result.append(text.substr(at));
     call.result(std::string_view(result));
 }
@@ -136,15 +139,21 @@ void charIndex(Call& call) {
     call.result(found == std::string_view::npos ? std::int64_t{0} : units(text.substr(0, found)) + 1);
 }
 
+// t_stuff(text, start, count, insert, longest length of the result in characters, 0 for unbounded)
 void stuff(Call& call) {
     if (call.isNull(0) || call.isNull(1) || call.isNull(2)) return call.resultNull();
     const std::string_view text = call.text(0);
     const std::int64_t start = call.integer(1);
     const std::int64_t count = call.integer(2);
     if (start < 1 || start > units(text) || count < 0) return call.resultNull();
+    const std::string_view insert = call.isNull(3) ? std::string_view() : call.text(3);
+    requireRoom(text.size() + insert.size());
     std::string result(utf16Substring(text, 0, start - 1));
-    if (!call.isNull(3)) result += call.text(3);
+    result += insert;
     result += text.substr(utf16Offset(text, start - 1 + std::min(count, units(text))));
+    const std::int64_t longest = call.integer(4);
+    if (longest > 0 && static_cast<std::int64_t>(result.size()) > longest && units(result) > longest)
+        throwSqlError(8152, "String or binary data would be truncated.");
     call.result(std::string_view(result));
 }
 
@@ -153,12 +162,11 @@ void replicate(Call& call) {
     const std::int64_t count = call.integer(1);
     if (count < 0) return call.resultNull();
     const std::string_view text = call.text(0);
+    if (text.empty()) return call.result(text);
     const std::int64_t longest = call.integer(2);
     std::int64_t times = count;
-    if (!text.empty() && longest > 0) times = std::min(times, longest / std::max<std::int64_t>(1, units(text)) + 1);
-    if (static_cast<Int128>(times) * static_cast<Int128>(text.size()) > 100'000'000) {
-        throw DatabaseError(ErrorCategory::Limit, "54000", 8631, "The text that REPLICATE would build is too long.");
-    }
+    if (longest > 0) times = std::min(times, longest / std::max<std::int64_t>(1, units(text)) + 1);
+    requireRoom(static_cast<std::size_t>(std::min<std::int64_t>(times, kLongestValue + 1)) * text.size());
     std::string result;
     result.reserve(text.size() * static_cast<std::size_t>(times));
     for (std::int64_t i = 0; i < times; ++i)
@@ -350,6 +358,7 @@ namespace {
 void escapeXml(Call& call) {
     std::string result;
     for (const char c : call.text(0)) {
+        requireRoom(result.size());
         switch (c) {
             case '&':
                 result += "&amp;";
@@ -394,7 +403,7 @@ void addTextFunctions(SqliteDatabase& database) {
             call.result(std::int64_t{patternIndex(call.text(0), call.text(1), orderAt(call, 2))});
         });
     }
-    addFunction(database, "t_stuff", 4, stuff, NullRule::Pass);
+    addFunction(database, "t_stuff", 5, stuff, NullRule::Pass);
     addFunction(database, "t_replicate", 3, replicate);
     addFunction(database, "t_space", 1, space);
     addFunction(database, "t_reverse", 1, reverse);
