@@ -269,7 +269,8 @@ INSTANTIATE_TEST_SUITE_P(
         TreeCase{"Raise", "raiserror('x %d',16,1,@a) with nowait; throw 50001, 'x', 1",
                  "RAISERROR('x %d', 16, 1, @a) WITH NOWAIT;\nTHROW 50001, 'x', 1;"},
         TreeCase{"GotoLabel", "again: goto again", "again:;\nGOTO again;"},
-        TreeCase{"ReturnForms", "if 1=1 return return (select 1)", "IF (1 = 1)\n    RETURN;\nRETURN (SELECT 1);"},
+        TreeCase{"ReturnForms", "create procedure p as if 1=1 return return (select 1)",
+                 "CREATE PROCEDURE p AS\nIF (1 = 1)\n    RETURN;\nRETURN (SELECT 1);;"},
         TreeCase{"Transactions", "begin tran x save transaction y rollback tran y commit work commit tran rollback",
                  "BEGIN TRANSACTION x;\nSAVE TRANSACTION y;\nROLLBACK TRANSACTION y;\nCOMMIT TRANSACTION;\nCOMMIT "
                  "TRANSACTION;\n"

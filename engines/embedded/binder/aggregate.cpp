@@ -14,6 +14,7 @@ namespace {
 constexpr std::array<std::string_view, 10> kAggregates = {"count", "count_big", "sum",    "avg", "min",
                                                           "max",   "stdev",     "stdevp", "var", "varp"};
 constexpr std::array<std::string_view, 4> kRankings = {"row_number", "rank", "dense_rank", "ntile"};
+constexpr std::array<std::string_view, 2> kShares = {"percent_rank", "cume_dist"};
 constexpr std::array<std::string_view, 4> kOffsets = {"lag", "lead", "first_value", "last_value"};
 
 template <typename Names>
@@ -49,6 +50,44 @@ std::string frameBound(const ast::FrameBound& bound, Binder& binder) {
     }
 }
 
+std::string words(const ast::FrameBound& bound) {
+    using Kind = ast::FrameBoundKind;
+    switch (bound.kind) {
+        case Kind::UnboundedPreceding:
+            return "UNBOUNDED PRECEDING";
+        case Kind::Preceding:
+            return "PRECEDING";
+        case Kind::CurrentRow:
+            return "CURRENT ROW";
+        case Kind::Following:
+            return "FOLLOWING";
+        case Kind::UnboundedFollowing:
+            break;
+    }
+    return "UNBOUNDED FOLLOWING";
+}
+
+void requireGoodFrame(const ast::OverClause& clause, Binder& binder) {
+    using Kind = ast::FrameBoundKind;
+    if (clause.orderBy.empty())
+        binder.fail(10756, "Window frame with ROWS or RANGE must have an ORDER BY clause.", clause.range);
+    ast::FrameBound current;
+    current.kind = Kind::CurrentRow;
+    const ast::FrameBound& start = clause.frameStart;
+    const ast::FrameBound& end = clause.frameEnd == nullptr ? current : *clause.frameEnd;
+    // The kinds are listed from the first row to the last.
+    if (start.kind > end.kind || start.kind == Kind::UnboundedFollowing || end.kind == Kind::UnboundedPreceding) {
+        binder.fail(4193,
+                    "'BETWEEN " + words(start) + " AND " + words(end) +
+                        "' is not a valid window frame and cannot be used with the OVER clause.",
+                    clause.range);
+    }
+    if (clause.frame == ast::FrameUnit::Range && (start.offset != nullptr || end.offset != nullptr)) {
+        binder.fail(4194, "RANGE is only supported with UNBOUNDED and CURRENT ROW window frame delimiters.",
+                    clause.range);
+    }
+}
+
 }  // namespace
 
 bool isAggregate(std::string_view name) {
@@ -59,9 +98,24 @@ std::unique_ptr<BoundOver> Binder::over(const ast::OverClause& clause, Scope* sc
     auto result = std::make_unique<BoundOver>();
     for (const ast::ExpressionPtr& part : clause.partitionBy)
         result->partitionBy.push_back(expression(*part, scope));
-    for (const ast::OrderItem& item : clause.orderBy)
+    for (const ast::OrderItem& item : clause.orderBy) {
+        const ast::ExpressionKind kind = item.expression->kind;
+        if (kind == ast::ExpressionKind::Literal && fixedInteger(*item.expression)) {
+            fail(5308,
+                 "Windowed functions, aggregates and NEXT VALUE FOR functions do not support integer indices as ORDER "
+                 "BY clause expressions.",
+                 item.expression->range);
+        }
+        if (kind == ast::ExpressionKind::Literal || kind == ast::ExpressionKind::Null) {
+            fail(5309,
+                 "Windowed functions, aggregates and NEXT VALUE FOR functions do not support constants as ORDER BY "
+                 "clause expressions.",
+                 item.expression->range);
+        }
         result->orderBy.push_back({expression(*item.expression, scope), item.descending});
+    }
     if (clause.frame != ast::FrameUnit::None) {
+        requireGoodFrame(clause, *this);
         result->frame = clause.frame == ast::FrameUnit::Rows ? "ROWS " : "RANGE ";
         const std::string start = frameBound(clause.frameStart, *this);
         result->frame +=
@@ -122,6 +176,14 @@ BoundPtr Binder::aggregate(const ast::FunctionExpression& call, Scope* scope) {
             fail(174, "The " + name + " function requires " + std::to_string(fewest) + " argument(s).", call.range);
         }
     };
+    const auto requireOrder = [&] {
+        if (call.over->orderBy.empty())
+            fail(4112, "The function '" + name + "' must have an OVER clause with ORDER BY.", call.range);
+    };
+    const auto refuseFrame = [&] {
+        if (call.over->frame != ast::FrameUnit::None)
+            fail(10752, "The function '" + name + "' may not have a window frame.", call.range);
+    };
     BoundPtr result;
     const auto oneArgument = [&]() -> SqlType& {
         requireCount(1, 1);
@@ -180,11 +242,19 @@ BoundPtr Binder::aggregate(const ast::FunctionExpression& call, Scope* scope) {
         requireCount(name == "ntile" ? 1 : 0, name == "ntile" ? 1 : 0);
         result = newAggregate(name, SqlType::of(TypeKind::BigInt));
         result->nullable = false;
-        if (call.over->orderBy.empty()) {
-            fail(4112, "The function '" + name + "' must have an OVER clause with ORDER BY.", call.range);
-        }
+        requireOrder();
+        refuseFrame();
+    } else if (windowed && among(kShares, name)) {
+        requireCount(0, 0);
+        result = newAggregate(name, SqlType::of(TypeKind::Float));
+        result->nullable = false;
+        requireOrder();
+        refuseFrame();
     } else if (windowed && among(kOffsets, name)) {
-        requireCount(1, name == "lag" || name == "lead" ? 3 : 1);
+        const bool distant = name == "lag" || name == "lead";
+        requireCount(1, distant ? 3 : 1);
+        requireOrder();
+        if (distant) refuseFrame();
         result = newAggregate(name, arguments[0]->type);
         if (arguments.size() == 3) arguments[2] = cast(std::move(arguments[2]), result->type);
     } else {

@@ -119,7 +119,8 @@ private:
     BoundPtr subquery(const ast::SubqueryExpression& expression, Scope* scope);
     [[nodiscard]] TextOrder collation(const ast::Identifier& name) const;
     BoundPtr collated(const ast::CollateExpression& expression, Scope* scope);
-    BoundPtr chosen(std::vector<BoundPtr> conditions, std::vector<BoundPtr> values, BoundPtr otherwise);
+    BoundPtr chosen(std::vector<BoundPtr> conditions, std::vector<BoundPtr> values, BoundPtr otherwise,
+                    SourceRange range);
     // arithmetic.cpp
     BoundPtr unary(const ast::UnaryExpression& expression, Scope* scope);
     BoundPtr binary(const ast::BinaryExpression& expression, Scope* scope);

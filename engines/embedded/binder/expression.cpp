@@ -118,7 +118,8 @@ BoundPtr Binder::expression(const ast::Expression& expression, Scope* scope) {
             std::vector<BoundPtr> values;
             conditions.push_back(condition(*iif.condition, scope));
             values.push_back(this->expression(*iif.then, scope));
-            return chosen(std::move(conditions), std::move(values), this->expression(*iif.otherwise, scope));
+            return chosen(std::move(conditions), std::move(values), this->expression(*iif.otherwise, scope),
+                          expression.range);
         }
         case Kind::Cast: {
             const auto& cast = ast::as<ast::CastExpression>(expression);
@@ -262,7 +263,8 @@ BoundPtr Binder::column(const ast::ColumnExpression& expression, Scope* scope) {
     fail(4104, "The multi-part identifier \"" + joined(name) + "\" could not be bound.", name.range);
 }
 
-BoundPtr Binder::chosen(std::vector<BoundPtr> conditions, std::vector<BoundPtr> values, BoundPtr otherwise) {
+BoundPtr Binder::chosen(std::vector<BoundPtr> conditions, std::vector<BoundPtr> values, BoundPtr otherwise,
+                        SourceRange range) {
     SqlType type = SqlType::of(TypeKind::Null);
     bool nullable = otherwise == nullptr;
     for (const BoundPtr& value : values) {
@@ -272,6 +274,12 @@ BoundPtr Binder::chosen(std::vector<BoundPtr> conditions, std::vector<BoundPtr> 
     if (otherwise != nullptr) {
         type = commonType(type, otherwise->type);
         nullable = nullable || otherwise->nullable;
+    }
+    if (type.isNull()) {
+        fail(8133,
+             "At least one of the result expressions in a CASE specification must be an expression other than the NULL "
+             "constant.",
+             range);
     }
     auto result = std::make_unique<BoundExpression>();
     result->kind = BoundKind::Case;
@@ -301,7 +309,8 @@ BoundPtr Binder::caseExpression(const ast::CaseExpression& expression, Scope* sc
         values.push_back(this->expression(*when.then, scope));
     }
     return chosen(std::move(conditions), std::move(values),
-                  expression.otherwise == nullptr ? nullptr : this->expression(*expression.otherwise, scope));
+                  expression.otherwise == nullptr ? nullptr : this->expression(*expression.otherwise, scope),
+                  expression.range);
 }
 
 BoundPtr Binder::subquery(const ast::SubqueryExpression& expression, Scope* scope) {

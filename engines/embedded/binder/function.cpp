@@ -42,6 +42,15 @@ DatePart FunctionBinder::datePart(std::size_t i) {
     return *found;
 }
 
+void FunctionBinder::requirePart(DatePart part, const SqlType& type) const {
+    const bool ofClock = part >= DatePart::Hour;
+    if (type.kind != (ofClock ? TypeKind::Date : TypeKind::Time)) return;
+    binder_.fail(9810,
+                 "The datepart " + std::string(nameOf(part)) + " is not supported by date function " +
+                     foldName(call_.name.last()) + " for data type " + std::string(type.baseName()) + ".",
+                 call_.range);
+}
+
 BoundPtr FunctionBinder::date(std::size_t i) {
     BoundPtr result = value(i);
     if (result->type.isDate()) return result;
@@ -471,6 +480,7 @@ BoundPtr dateAdd(FunctionBinder& f) {
     }
     if (!start->type.isDate()) f.refuse(2, start->type);
     const SqlType type = start->type;
+    f.requirePart(part, type);
     return boundCall("t_dateadd", type, boundPart(part), std::move(amount), std::move(start), boundTypeCode(type));
 }
 
@@ -482,12 +492,16 @@ BoundPtr dateDiff(FunctionBinder& f) {
 
 BoundPtr datePartValue(FunctionBinder& f) {
     const DatePart part = f.datePart(0);
-    return boundCall("t_datepart", integerType(), boundPart(part), f.date(1));
+    BoundPtr date = f.date(1);
+    f.requirePart(part, date->type);
+    return boundCall("t_datepart", integerType(), boundPart(part), std::move(date));
 }
 
 BoundPtr dateName(FunctionBinder& f) {
     const DatePart part = f.datePart(0);
-    return boundCall("t_datename", SqlType::text(TypeKind::NVarChar, 30), boundPart(part), f.date(1));
+    BoundPtr date = f.date(1);
+    f.requirePart(part, date->type);
+    return boundCall("t_datename", SqlType::text(TypeKind::NVarChar, 30), boundPart(part), std::move(date));
 }
 
 template <DatePart part>

@@ -23,6 +23,8 @@ public:
     [[nodiscard]] BoundPtr text(std::size_t i);               // any text type; others are converted
     [[nodiscard]] BoundPtr date(std::size_t i);               // any date type; others are converted
     [[nodiscard]] DatePart datePart(std::size_t i);
+    // 9810 for a part that the type has not: a day of a time, an hour of a date.
+    void requirePart(DatePart part, const SqlType& type) const;
     [[noreturn]] void refuse(std::size_t i, const SqlType& type) const;
 
     [[nodiscard]] static SqlType textTypeOf(const SqlType& type);

@@ -139,10 +139,15 @@ std::size_t Binder::outputPosition(const ast::Expression& expression, const std:
     }
     const auto* column = ast::tryAs<ast::ColumnExpression>(&expression);
     if (column == nullptr || column->name.parts.size() != 1) return 0;
+    std::size_t found = 0;
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (sameName(columns[i].name, column->name.last())) return i + 1;
+        if (!sameName(columns[i].name, column->name.last())) continue;
+        if (found != 0) {
+            fail(error::kAmbiguousColumn, "Ambiguous column name '" + column->name.last() + "'.", expression.range);
+        }
+        found = i + 1;
     }
-    return 0;
+    return found;
 }
 
 void Binder::orderByColumns(const ast::QueryExpression& whole, const std::vector<OutputColumn>& columns,

@@ -514,6 +514,11 @@ void Interpreter::insertExecute(Activation& activation, const ast::InsertStateme
 }
 
 void Interpreter::insertRows(Activation& activation, const ast::InsertStatement& statement, const RowSet& rows) {
+    if (!statement.columns.empty() && statement.columns.size() != rows.columnCount()) {
+        throw statementError(categoryOf(213), 213,
+                             "Column name or number of supplied values does not match table definition.",
+                             activation.batch.text, statement.target.range);
+    }
     // One ordinary INSERT for each row, so that everything that an INSERT looks at is looked at.
     std::string text = "INSERT INTO " + std::string(activation.batch.textOf(statement.target.range));
     std::string separator = " (";

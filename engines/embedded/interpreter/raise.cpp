@@ -16,6 +16,8 @@ namespace {
 
 // The number of errors that have no number of their own.
 constexpr int kUserError = 50000;
+// RAISERROR takes no lower numbers.
+constexpr int kFirstMessage = 13000;
 
 // Errors that end their statement only; every other ends the batch.
 bool endsStatementOnly(int number) {
@@ -223,16 +225,31 @@ void Interpreter::print(Activation& activation, const ast::PrintStatement& state
 
 void Interpreter::raise(Activation& activation, const ast::RaisErrorStatement& statement) {
     const TypedValue message = evaluate(activation, *statement.message);
+    const auto has = [&](std::string_view option) {
+        return std::ranges::find(statement.options, option) != statement.options.end();
+    };
     CaughtError error;
     error.number = kUserError;
     error.line = kNowhere;
     error.severity = std::clamp(integerOf(evaluate(activation, *statement.severity)), 0, 25);
-    error.state = std::clamp(integerOf(evaluate(activation, *statement.state)), 0, 255);
+    const int state = integerOf(evaluate(activation, *statement.state));
+    error.state = state < 0 ? 1 : std::min(state, 255);
+    if (error.severity > 18 && !has("LOG")) {
+        throwSqlError(2754,
+                      "Error severity levels greater than 18 can only be specified by members of the sysadmin role, "
+                      "using the WITH LOG option.");
+    }
     if (message.type.isNumber()) {
+        const int number = integerOf(message);
+        if (number < kFirstMessage || number == kUserError) {
+            throwSqlError(2732, "Error number " + std::to_string(number) + " is invalid. The number must be from " +
+                                    std::to_string(kFirstMessage) + " through 2147483647 and it cannot be 50000.");
+        }
         error.number = 18054;
         error.message = "Error " + textOf(message) + ", severity " + std::to_string(error.severity) + ", state " +
                         std::to_string(error.state) +
-                        " was raised, but no message with that error number was found in sys.messages.";
+                        " was raised, but no message with that error number was found in sys.messages. If error is "
+                        "larger than 50000, make sure the user-defined message is added using sp_addmessage.";
     } else {
         std::vector<Value> values;
         for (const ast::ExpressionPtr& argument : statement.arguments) {
@@ -240,11 +257,10 @@ void Interpreter::raise(Activation& activation, const ast::RaisErrorStatement& s
         }
         error.message = formatMessage(textOf(message), values);
     }
-    const bool setsError = std::ranges::find(statement.options, "SETERROR") != statement.options.end();
     // Up to severity 10 it is a message, not an error.
     if (error.severity <= 10) {
         activation.into->say(error.message);
-        executor_.state().error = setsError ? error.number : 0;
+        executor_.state().error = has("SETERROR") ? error.number : 0;
         executor_.state().rowCount = 0;
         return;
     }

@@ -28,6 +28,7 @@ void parseOptions(TokenCursor& cursor) {
 
 void parseBlockBody(TokenCursor& cursor, CreateFunctionStatement& function) {
     cursor.expect(Keyword::Begin);
+    cursor.enterModule();
     function.body = parseStatements(cursor);
     if (function.body.empty()) cursor.failHere();
     cursor.expect(Keyword::End);

@@ -67,6 +67,7 @@ StatementPtr parseCreateProcedure(TokenCursor& cursor, DefinitionMode mode, std:
     if (cursor.at(Keyword::For)) cursor.unsupportedHere("FOR REPLICATION");
     cursor.expect(Keyword::As);
     // The body goes to the end of the batch.
+    cursor.enterModule();
     statement->body = parseStatements(cursor);
     if (!cursor.atEnd() || statement->body.empty()) cursor.failHere();
     return finish(cursor, std::move(statement), start);

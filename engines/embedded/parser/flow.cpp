@@ -55,6 +55,7 @@ StatementPtr parseWhile(TokenCursor& cursor) {
     auto statement = std::make_unique<WhileStatement>();
     cursor.expect(Keyword::While);
     statement->condition = parseCondition(cursor);
+    const LoopScope loop(cursor);
     statement->body = parseStatement(cursor);
     return finish(cursor, std::move(statement), start);
 }
@@ -85,7 +86,13 @@ StatementPtr parseReturn(TokenCursor& cursor) {
     auto statement = std::make_unique<ReturnStatement>();
     cursor.expect(Keyword::Return);
     const bool labelFollows = cursor.atName() && cursor.peek(1).kind == TokenKind::Colon;
-    if (atExpression(cursor) && !labelFollows) statement->value = parseExpression(cursor);
+    if (atExpression(cursor) && !labelFollows) {
+        statement->value = parseExpression(cursor);
+        if (!cursor.inModule()) {
+            cursor.fail(178, "A RETURN statement with a return value cannot be used in this context.",
+                        cursor.from(start));
+        }
+    }
     return finish(cursor, std::move(statement), start);
 }
 

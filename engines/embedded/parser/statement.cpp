@@ -84,6 +84,12 @@ StatementPtr parseByName(TokenCursor& cursor) {
     cursor.failHere();
 }
 
+void requireLoop(const TokenCursor& cursor, int number, const std::string& word) {
+    if (cursor.inLoop()) return;
+    cursor.fail(number, "Cannot use a " + word + " statement outside the scope of a WHILE statement.",
+                cursor.peek().range);
+}
+
 }  // namespace
 
 void skipSemicolons(TokenCursor& cursor) {
@@ -126,8 +132,10 @@ StatementPtr parseStatement(TokenCursor& cursor) {
         case Keyword::Begin:
             return parseBegin(cursor);
         case Keyword::Break:
+            requireLoop(cursor, 135, "BREAK");
             return parseLoneWord<BreakStatement>(cursor);
         case Keyword::Continue:
+            requireLoop(cursor, 136, "CONTINUE");
             return parseLoneWord<ContinueStatement>(cursor);
         case Keyword::Return:
             return parseReturn(cursor);

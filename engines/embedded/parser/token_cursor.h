@@ -63,6 +63,11 @@ public:
     // From an opening parenthesis over the one that closes it; literals between them are fixed, since they stay unread.
     void skipParentheses();
 
+    [[nodiscard]] bool inLoop() const { return loops_ > 0; }
+    // Where RETURN may have a value.
+    [[nodiscard]] bool inModule() const { return inModule_; }
+    void enterModule() { inModule_ = true; }
+
     [[nodiscard]] const LiteralTable& literals() const { return literals_; }
     std::uint32_t nextMarker() { return markers_++; }
     [[nodiscard]] std::uint32_t markers() const { return markers_; }
@@ -90,6 +95,7 @@ private:
     friend class Nesting;
     friend class ExpressionScope;
     friend class StatementScope;
+    friend class LoopScope;
 
     const Lexer& lexer_;
     const LiteralTable& literals_;
@@ -100,6 +106,8 @@ private:
     int expressions_ = 0;     // expressions inside each other
     int operators_ = 0;       // of the outermost expression so far
     int tableOperators_ = 0;  // of the statement so far
+    int loops_ = 0;           // WHILE around this place
+    bool inModule_ = false;   // in the body of a procedure or function
 
 public:
     // Counts towards kMostOperators.
@@ -128,6 +136,18 @@ public:
     ExpressionScope(const ExpressionScope&) = delete;
     ExpressionScope& operator=(const ExpressionScope&) = delete;
     ~ExpressionScope() { --cursor_.expressions_; }
+
+private:
+    TokenCursor& cursor_;
+};
+
+// Held while the body of a WHILE is read.
+class LoopScope {
+public:
+    explicit LoopScope(TokenCursor& cursor) : cursor_(cursor) { ++cursor_.loops_; }
+    LoopScope(const LoopScope&) = delete;
+    LoopScope& operator=(const LoopScope&) = delete;
+    ~LoopScope() { --cursor_.loops_; }
 
 private:
     TokenCursor& cursor_;

@@ -296,7 +296,13 @@ Value toTextValue(const Value& value, const SqlType& from, const SqlType& to, in
             throwSqlError(error::kArithmeticOverflow, "Arithmetic overflow error converting expression to data type " +
                                                           std::string(to.baseName()) + ".");
         }
-        if (from.isDecimal() || from.isFloat()) {
+        if (const auto* real = std::get_if<double>(&value)) {
+            std::array<char, 400> shown{};
+            std::snprintf(shown.data(), shown.size(), "%f", *real);
+            throwSqlError(232, "Arithmetic overflow error for type " + std::string(to.baseName()) +
+                                   ", value = " + shown.data() + ".");
+        }
+        if (from.isDecimal()) {
             throwSqlError(error::kArithmeticOverflow,
                           "Arithmetic overflow error converting " +
                               std::string(from.kind == TypeKind::Decimal ? "numeric" : from.baseName()) +
@@ -352,6 +358,12 @@ Value toBinary(const Value& value, const SqlType& from, const SqlType& to, int s
     return bytes;
 }
 
+[[noreturn]] void outOfRangeOf(const SqlType& from, const SqlType& to) {
+    throwSqlError(error::kDateOutOfRange, "The conversion of a " + std::string(from.baseName()) + " data type to a " +
+                                              std::string(to.baseName()) +
+                                              " data type resulted in an out-of-range value.");
+}
+
 Value toDate(const Value& value, const SqlType& from, const SqlType& to, int style) {
     std::int64_t ticks = 0;
     if (const auto* date = std::get_if<DateTime>(&value)) {
@@ -362,9 +374,7 @@ Value toDate(const Value& value, const SqlType& from, const SqlType& to, int sty
         bool outOfRange = false;
         const std::optional<std::int64_t> parsed = parseDate(*text, style, &outOfRange);
         if (!parsed && outOfRange && (to.kind == TypeKind::DateTime || to.kind == TypeKind::SmallDateTime)) {
-            throwSqlError(error::kDateOutOfRange, "The conversion of a " + std::string(from.baseName()) +
-                                                      " data type to a " + std::string(to.baseName()) +
-                                                      " data type resulted in an out-of-range value.");
+            outOfRangeOf(from, to);
         }
         if (!parsed) {
             throwSqlError(error::kDateConversion,
@@ -389,7 +399,12 @@ Value toDate(const Value& value, const SqlType& from, const SqlType& to, int sty
     } else {
         notAllowed(from, to);
     }
-    return DateTime{roundedTo(ticks, to)};
+    try {
+        return DateTime{roundedTo(ticks, to)};
+    } catch (const DatabaseError& failure) {
+        if (failure.nativeCode() != error::kDateOutOfRange) throw;
+        outOfRangeOf(from, to);
+    }
 }
 
 }  // namespace
@@ -425,6 +440,10 @@ std::string floatText(double value, int style) {
 
 Value convert(const Value& value, const SqlType& from, const SqlType& to, int style) {
     if (isNull(value)) return Null{};
+    // It reads as a text here, but is none.
+    if (from.kind == TypeKind::UniqueIdentifier && to.kind != TypeKind::UniqueIdentifier && !to.isText() &&
+        !to.isBinary())
+        notAllowed(from, to);
     switch (to.storage()) {
         case Storage::Integer:
             return to.isNull() ? value : toInteger(value, from, to);

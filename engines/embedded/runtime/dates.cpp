@@ -346,52 +346,66 @@ constexpr std::array<const char*, 12> kHijriMonths = {"محرم",         "صف�
 
 }  // namespace
 
+namespace {
+
+struct PartName {
+    std::string_view word;
+    DatePart part;
+};
+
+// The whole name of each part before its short ones.
+constexpr std::array kPartNames = {
+    PartName{"year", DatePart::Year},
+    PartName{"yyyy", DatePart::Year},
+    PartName{"yy", DatePart::Year},
+    PartName{"quarter", DatePart::Quarter},
+    PartName{"qq", DatePart::Quarter},
+    PartName{"q", DatePart::Quarter},
+    PartName{"month", DatePart::Month},
+    PartName{"mm", DatePart::Month},
+    PartName{"m", DatePart::Month},
+    PartName{"dayofyear", DatePart::DayOfYear},
+    PartName{"dy", DatePart::DayOfYear},
+    PartName{"y", DatePart::DayOfYear},
+    PartName{"day", DatePart::Day},
+    PartName{"dd", DatePart::Day},
+    PartName{"d", DatePart::Day},
+    PartName{"week", DatePart::Week},
+    PartName{"wk", DatePart::Week},
+    PartName{"ww", DatePart::Week},
+    PartName{"weekday", DatePart::WeekDay},
+    PartName{"dw", DatePart::WeekDay},
+    PartName{"w", DatePart::WeekDay},
+    PartName{"iso_week", DatePart::IsoWeek},
+    PartName{"isowk", DatePart::IsoWeek},
+    PartName{"isoww", DatePart::IsoWeek},
+    PartName{"hour", DatePart::Hour},
+    PartName{"hh", DatePart::Hour},
+    PartName{"minute", DatePart::Minute},
+    PartName{"mi", DatePart::Minute},
+    PartName{"n", DatePart::Minute},
+    PartName{"second", DatePart::Second},
+    PartName{"ss", DatePart::Second},
+    PartName{"s", DatePart::Second},
+    PartName{"millisecond", DatePart::Millisecond},
+    PartName{"ms", DatePart::Millisecond},
+    PartName{"microsecond", DatePart::Microsecond},
+    PartName{"mcs", DatePart::Microsecond},
+    PartName{"nanosecond", DatePart::Nanosecond},
+    PartName{"ns", DatePart::Nanosecond},
+};
+
+}  // namespace
+
+std::string_view nameOf(DatePart part) {
+    for (const PartName& name : kPartNames) {
+        if (name.part == part) return name.word;
+    }
+    return {};
+}
+
 std::optional<DatePart> datePartOf(std::string_view word) {
-    struct Name {
-        std::string_view word;
-        DatePart part;
-    };
-    static constexpr std::array names = {
-        Name{"year", DatePart::Year},
-        Name{"yyyy", DatePart::Year},
-        Name{"yy", DatePart::Year},
-        Name{"quarter", DatePart::Quarter},
-        Name{"qq", DatePart::Quarter},
-        Name{"q", DatePart::Quarter},
-        Name{"month", DatePart::Month},
-        Name{"mm", DatePart::Month},
-        Name{"m", DatePart::Month},
-        Name{"dayofyear", DatePart::DayOfYear},
-        Name{"dy", DatePart::DayOfYear},
-        Name{"y", DatePart::DayOfYear},
-        Name{"day", DatePart::Day},
-        Name{"dd", DatePart::Day},
-        Name{"d", DatePart::Day},
-        Name{"week", DatePart::Week},
-        Name{"wk", DatePart::Week},
-        Name{"ww", DatePart::Week},
-        Name{"weekday", DatePart::WeekDay},
-        Name{"dw", DatePart::WeekDay},
-        Name{"w", DatePart::WeekDay},
-        Name{"iso_week", DatePart::IsoWeek},
-        Name{"isowk", DatePart::IsoWeek},
-        Name{"isoww", DatePart::IsoWeek},
-        Name{"hour", DatePart::Hour},
-        Name{"hh", DatePart::Hour},
-        Name{"minute", DatePart::Minute},
-        Name{"mi", DatePart::Minute},
-        Name{"n", DatePart::Minute},
-        Name{"second", DatePart::Second},
-        Name{"ss", DatePart::Second},
-        Name{"s", DatePart::Second},
-        Name{"millisecond", DatePart::Millisecond},
-        Name{"ms", DatePart::Millisecond},
-        Name{"microsecond", DatePart::Microsecond},
-        Name{"mcs", DatePart::Microsecond},
-        Name{"nanosecond", DatePart::Nanosecond},
-        Name{"ns", DatePart::Nanosecond},
-    };
-    for (const Name& name : names) {
+    for (const PartName& name : kPartNames) {
         if (name.word == word) return name.part;
     }
     return std::nullopt;
@@ -470,8 +484,18 @@ std::string formatDate(std::int64_t ticks, const SqlType& type, int style) {
     const std::string fraction = fractionText(c, type);
     if (type.kind == TypeKind::Time) {
         // Without a style a time is written out, unlike the older types.
-        if (style == 100) return twelveHour(c);
-        return clock + fraction;
+        switch (style) {
+            case 100:
+                return twelveHour(c);
+            case 8:
+            case 20:
+            case 24:
+            case 108:
+            case 120:
+                return clock;
+            default:
+                return clock + fraction;
+        }
     }
     std::string isoDay = print("%04d-%02d-%02d", c.year, c.month, c.day);
     const bool dayOnly = type.kind == TypeKind::Date;

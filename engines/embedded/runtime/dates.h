@@ -40,6 +40,9 @@ enum class DatePart : std::uint8_t {
 // "year", "yy", "dd" ...; nullopt for an unknown word. The word is in lower case.
 [[nodiscard]] std::optional<DatePart> datePartOf(std::string_view word);
 
+// Its whole name.
+[[nodiscard]] std::string_view nameOf(DatePart part);
+
 // Ticks as the type keeps them: datetime in steps of 1/300 s, smalldatetime in minutes, date in days.
 // Throws DatabaseError 242 when the type does not reach so far.
 [[nodiscard]] std::int64_t roundedTo(std::int64_t ticks, const SqlType& type);
