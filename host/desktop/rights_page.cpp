@@ -15,7 +15,7 @@ namespace basalt::host {
 namespace {
 
 constexpr int kUsersWidth = 210;
-constexpr int kLeastColumn = 104;
+constexpr int kLeastColumn = 96;
 
 QString listTitle(const UserListItem& user) {
     const QString name = QString::fromStdString(user.fullName);
@@ -84,7 +84,10 @@ void RightsPage::makeRights(QBoxLayout& layout) {
     table_->verticalHeader()->hide();
     table_->horizontalHeader()->setHighlightSections(false);
     table_->horizontalHeader()->setSectionsClickable(false);
+    // Nothing is cut; where there is no room for all of it, the table scrolls.
+    table_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     table_->horizontalHeader()->setMinimumSectionSize(themePixels(kLeastColumn));
+    table_->horizontalHeader()->setStretchLastSection(true);
     layout.addWidget(table_, 1);
 }
 
@@ -182,8 +185,6 @@ void RightsPage::show(RightsSheet sheet) {
         return rights_.keepsAccess(model_.sheet().user.code, right.part, right.permission);
     });
     table_->setCurrentIndex(model_.index(row, column));
-    table_->resizeColumnsToContents();
-    table_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
     state_->clear();
     save_->setEnabled(false);
     undo_->setEnabled(false);

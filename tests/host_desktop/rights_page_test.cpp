@@ -100,6 +100,17 @@ TEST_F(RightsOnPage, areGivenAndTakenByKeyboardAndLogged) {
     EXPECT_EQ(shown(*page, "RightsState_LBL"), "");
 }
 
+TEST_F(RightsOnPage, haveTheRoomThatTheirTextsNeed) {
+    goToUser(1);
+    press("دسته بندی و منطقه بندی", "ویرایش");
+    const QAbstractItemView& view = table();
+    for (const char* permission : {"مشاهده", "ویرایش", "فعال و غیرفعال کردن"}) {
+        const int column = cell("لیست‌های انتخابی", permission).column();
+        EXPECT_GE(table().columnWidth(column), view.sizeHintForColumn(column)) << permission;
+    }
+    EXPECT_GE(table().columnWidth(0), view.sizeHintForColumn(0));
+}
+
 TEST_F(RightsOnPage, areReachedByTabAndClick) {
     goToUser(1);
     QTest::keyClick(&users(), Qt::Key_Tab);
