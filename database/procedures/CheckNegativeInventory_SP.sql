@@ -14,10 +14,13 @@
 -- commas between, and @NegProductNames their names, for a good that is not in GoodInf its code; a line without a good has
 -- neither. Otherwise both are empty. No rows.
 --
--- Rule: the rows that the document has in the ledger already are taken as gone and its lines as entered. These are the rows
--- with its @globalID on its date. Without any there it stands on another date and moves to @Date now, but only a ledger that
--- numbers its documents over all dates can tell: where numbers begin again with each date, its number of the other date is
--- another document's, and nothing is taken as gone.
+-- Rule: the rows that the document has in the ledger already are taken as gone and its lines as entered. Which rows these are
+-- the ledger's rows cannot tell; the row LedgerNumbering of dbo.HostSettings says it for the whole ledger:
+--   'date', or no such row: numbers begin again with each date. The rows with its @globalID on its @Date are the document's;
+--                           those on other dates are other documents'. One that moves to another date has to be taken out of
+--                           the ledger on its old date first, else its old rows go on counting there.
+--   'all'                   numbers run over all dates. All rows with its @globalID are the document's, also those on other
+--                           dates: it moves to @Date now.
 -- A good is negative when then, after some document of its ledger, its balance in a store is below zero and lower than it is
 -- now. So a good that was below zero before does not hold up a document that leaves it there or improves it, and one that
 -- was taken out of the document is looked at too.
@@ -38,7 +41,7 @@ AS
 BEGIN
     SET NOCOUNT ON
 
-    DECLARE @Insert nvarchar(max), @Place int, @First int, @Own nvarchar(10), @Code int, @From nvarchar(10)
+    DECLARE @Insert nvarchar(max), @Place int, @First nvarchar(10), @Last nvarchar(10), @From nvarchar(10), @Code int
 
     SET @NegProductNames = N''
     SET @NegProductCodes = N''
@@ -57,32 +60,26 @@ BEGIN
 
     SET @Place = CASE WHEN @globalID > 0 THEN @globalID ELSE 2147483647 END
 
-    -- The date on which the document stands in the ledger, null for none.
-    SELECT @Own = MAX([Date]) FROM dbo.Kardex WHERE Global_ID = @Place AND [Date] = @Date
-    IF @Own IS NULL AND EXISTS (SELECT 1 FROM dbo.Kardex WHERE Global_ID = @Place)
+    -- From which date to which the document has rows of its own; a new one has none.
+    IF @globalID > 0
     BEGIN
-        SELECT @First = MIN(Global_ID) FROM dbo.Kardex
-        IF NOT EXISTS (
-            SELECT 1
-            FROM dbo.Kardex
-            WHERE Global_ID = @Place OR Global_ID = @First
-            GROUP BY Global_ID
-            HAVING MIN([Date]) < MAX([Date])
-        )
-            SELECT @Own = MAX([Date]) FROM dbo.Kardex WHERE Global_ID = @Place
+        SET @First = @Date
+        SET @Last = @Date
+        IF EXISTS (SELECT 1 FROM dbo.HostSettings WHERE Name = N'LedgerNumbering' AND Value = N'all')
+            SELECT @First = MIN([Date]), @Last = MAX([Date]) FROM dbo.Kardex WHERE Global_ID = @globalID
     END
 
     -- What the document moved before and does not name any more.
     INSERT INTO #CheckNegativeInventory_Lines (Code, Anbar, Mogodi)
     SELECT DISTINCT K.kala, K.Anbar, 0
     FROM dbo.Kardex AS K
-    WHERE K.Global_ID = @Place AND K.[Date] = @Own
+    WHERE K.Global_ID = @Place AND K.[Date] >= @First AND K.[Date] <= @Last
         AND NOT EXISTS (SELECT 1 FROM #CheckNegativeInventory_Lines AS L WHERE L.Code = K.kala AND L.Anbar = K.Anbar)
 
-    -- Before the document's date, and before the one that it was on, nothing changes.
+    -- Before the document's date, and before those that it was on, nothing changes.
     SET @From = ISNULL(@Date, N'')
-    IF @Own < @From
-        SET @From = @Own
+    IF @First < @From
+        SET @From = @First
 
     -- What the ledger has and what it would have: the balance until then, and from then on document by document.
     INSERT INTO #CheckNegativeInventory_Goods (Code)
@@ -102,7 +99,7 @@ BEGIN
             ) AS O
             UNION ALL
             SELECT K.kala, K.Anbar, K.[Date], K.Global_ID, K.Tedad,
-                CASE WHEN K.Global_ID = @Place AND K.[Date] = @Own THEN 0 ELSE K.Tedad END
+                CASE WHEN K.Global_ID = @Place AND K.[Date] >= @First AND K.[Date] <= @Last THEN 0 ELSE K.Tedad END
             FROM #CheckNegativeInventory_Lines AS L
             INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] >= @From
             UNION ALL

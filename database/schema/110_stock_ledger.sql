@@ -1,6 +1,7 @@
 -- The stock ledger: one row a movement of a good in a store.
--- Global_ID numbers the documents in the order of their entry over all dates; the rows of one document share it. Tedad is
--- signed: what comes in is positive. RemainInAnbar is the stock of that good in that store after the movement. Fi is the
+-- Global_ID numbers the documents in the order of their entry within a date; the rows of one document share it. A ledger may
+-- as well number its documents over all dates, and says so in dbo.HostSettings (LedgerNumbering, see database/README.md). Tedad
+-- is signed: what comes in is positive. RemainInAnbar is the stock of that good in that store after the movement. Fi is the
 -- unit price of the movement, cost for what comes in. OperationCode is the number of a document, and documents are not kept
 -- in this database.
 

@@ -13,7 +13,8 @@
 
 namespace basalt::host {
 
-// Where a sale stands in the ledger: behind all documents entered so far, and with the next number of a sale.
+// Where a sale stands in the ledger: behind all documents entered so far, of whatever date, and with the next number of
+// a sale. So it is the last of its day too, in a ledger that begins to number again with each date.
 struct SalePlace {
     std::int64_t entry = 0;
     std::int64_t document = 0;

@@ -12,7 +12,7 @@ namespace basalt::host {
 
 // The version that this program makes and works with. It rises with any change to a script that databases already made
 // shall get too, procedures included.
-inline constexpr int kSchemaVersion = 5;
+inline constexpr int kSchemaVersion = 6;
 
 struct DeployOptions {
     bool demo = false;  // demo data too, into tables that are empty
