@@ -6,11 +6,6 @@
 #include "host/screens/theme.h"
 
 namespace basalt::host {
-namespace {
-// The part's title stands before the permissions.
-constexpr int kFirstPermission = 1;
-}  // namespace
-
 void RightsModel::show(RightsSheet sheet, bool changeable, std::function<bool(const UserRight&)> isFixed) {
     beginResetModel();
     sheet_ = std::move(sheet);
@@ -40,9 +35,8 @@ std::vector<RightChange> RightsModel::changes() const {
 }
 
 const RightsModel::Cell* RightsModel::cellAt(const QModelIndex& index) const {
-    if (!index.isValid() || index.column() < kFirstPermission) return nullptr;
-    const int cell =
-        at_[static_cast<std::size_t>(index.row())][static_cast<std::size_t>(index.column() - kFirstPermission)];
+    if (!index.isValid()) return nullptr;
+    const int cell = at_[static_cast<std::size_t>(index.row())][static_cast<std::size_t>(index.column())];
     return cell < 0 ? nullptr : &cells_[static_cast<std::size_t>(cell)];
 }
 
@@ -56,7 +50,7 @@ bool RightsModel::mayChange(const Cell& cell) const {
 
 // What the user has otherwise than the group.
 QString RightsModel::note(const Cell& cell) const {
-    return !sheet_.user.manager && cell.held != cell.right->byGroup ? QStringLiteral("ویژهٔ کاربر") : QString();
+    return !sheet_.user.manager && cell.held != cell.right->byGroup ? QStringLiteral("ویژه") : QString();
 }
 
 QString RightsModel::toolTip(const Cell& cell) const {
@@ -81,7 +75,7 @@ QString RightsModel::partTitle(int row) const {
 }
 
 QString RightsModel::permissionTitle(int column) const {
-    return QString::fromStdString(sheet_.permissions[static_cast<std::size_t>(column - kFirstPermission)].text);
+    return QString::fromStdString(sheet_.permissions[static_cast<std::size_t>(column)].text);
 }
 
 int RightsModel::rowCount(const QModelIndex& parent) const {
@@ -89,11 +83,10 @@ int RightsModel::rowCount(const QModelIndex& parent) const {
 }
 
 int RightsModel::columnCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : kFirstPermission + static_cast<int>(sheet_.permissions.size());
+    return parent.isValid() ? 0 : static_cast<int>(sheet_.permissions.size());
 }
 
 QVariant RightsModel::data(const QModelIndex& index, int role) const {
-    if (index.column() < kFirstPermission) return role == Qt::DisplayRole ? partTitle(index.row()) : QVariant();
     const Cell* cell = cellAt(index);
     if (!cell) return {};
     switch (role) {
@@ -129,8 +122,9 @@ Qt::ItemFlags RightsModel::flags(const QModelIndex& index) const {
 }
 
 QVariant RightsModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
-    return section < kFirstPermission ? QStringLiteral("بخش") : permissionTitle(section);
+    if (role == Qt::TextAlignmentRole && orientation == Qt::Vertical) return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
+    if (role != Qt::DisplayRole) return {};
+    return orientation == Qt::Horizontal ? permissionTitle(section) : partTitle(section);
 }
 
 }  // namespace basalt::host

@@ -1,4 +1,5 @@
-// The rights of one user as a table: a row for each part, a box to tick for each permission.
+// The rights of one user as a table: a row for each part, which its header names, and a box to tick for
+// each permission.
 #pragma once
 
 #include <QAbstractTableModel>

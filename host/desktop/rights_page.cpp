@@ -14,8 +14,9 @@
 namespace basalt::host {
 namespace {
 
-constexpr int kUsersWidth = 210;
+constexpr int kUsersWidth = 180;
 constexpr int kLeastColumn = 96;
+constexpr int kRowHeight = 32;
 
 QString listTitle(const UserListItem& user) {
     const QString name = QString::fromStdString(user.fullName);
@@ -30,7 +31,7 @@ QString noteOn(const UserListItem& user, bool mayEdit) {
         return QStringLiteral(
             "شما دسترسی‌ها را می‌بینید، اما اجازهٔ تغییر آن‌ها را ندارید.");
     return QStringLiteral(
-        "با کلید فاصله یا کلیک روی هر خانه دسترسی را بدهید یا بگیرید. آنچه با گروه کاربر فرق دارد «ویژهٔ کاربر» است.");
+        "با کلید فاصله یا کلیک روی هر خانه دسترسی را بدهید یا بگیرید. آنچه با گروه کاربر فرق دارد «ویژه» است.");
 }
 
 }  // namespace
@@ -81,7 +82,10 @@ void RightsPage::makeRights(QBoxLayout& layout) {
     table_->setShowGrid(false);
     // Tab leads on to the buttons; the arrow keys go from box to box.
     table_->setTabKeyNavigation(false);
-    table_->verticalHeader()->hide();
+    // The parts stay in sight while the table scrolls.
+    table_->verticalHeader()->setHighlightSections(false);
+    table_->verticalHeader()->setSectionsClickable(false);
+    table_->setCornerButtonEnabled(false);
     table_->horizontalHeader()->setHighlightSections(false);
     table_->horizontalHeader()->setSectionsClickable(false);
     // Nothing is cut; where there is no room for all of it, the table scrolls.
@@ -172,7 +176,7 @@ void RightsPage::choose() {
 void RightsPage::show(RightsSheet sheet) {
     const QModelIndex before = table_->currentIndex();
     const int row = std::max(before.row(), 0);
-    const int column = std::max(before.column(), 1);
+    const int column = std::max(before.column(), 0);
     note_->setText(noteOn(sheet.user, mayEdit_));
     // Boxes that nobody can tick look so.
     table_->setProperty("fixed", sheet.user.manager || !mayEdit_);
@@ -184,6 +188,7 @@ void RightsPage::show(RightsSheet sheet) {
     model_.show(std::move(sheet), mayEdit_, [this](const UserRight& right) {
         return rights_.keepsAccess(model_.sheet().user.code, right.part, right.permission);
     });
+    table_->verticalHeader()->setDefaultSectionSize(themePixels(kRowHeight));
     table_->setCurrentIndex(model_.index(row, column));
     state_->clear();
     save_->setEnabled(false);

@@ -47,6 +47,9 @@ QPushButton[kind="tile"][locked="true"] QLabel[kind="tileTitle"] { color: @muted
 
 QFrame[kind="panel"] { background: @surface@; border: 1px solid @border@; border-radius: 10px; }
 QLabel[kind="code"], QPlainTextEdit[kind="code"], QTableWidget[kind="code"] { font-family: "Vazirmatn", monospace; }
+#Rights_GRD QHeaderView::section:vertical {
+    background: @surface@; color: @text@; border-bottom: 1px solid @window@; font-weight: 400;
+}
 QTableView[fixed="true"]::indicator:checked { background: @disabled@; border-color: @disabled@; }
 QTableView[fixed="true"]::indicator:unchecked { background: @raised@; border-color: @border@; }
 QLineEdit[wrong="true"] { border: 1px solid @danger@; background: @dangerSoft@; }
