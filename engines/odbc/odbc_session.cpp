@@ -15,12 +15,21 @@ public:
     Core(const std::string& text, const OdbcOptions& options) : text_(text), options_(options) { connected(); }
 
     BatchResult run(std::string_view sql, std::span<const Value> values) {
+        if (lost_ > 0) {
+            // Whoever works in texts ends a transaction in texts.
+            const TransactionEnd end = transactionEnd(sql);
+            if (end == TransactionEnd::Commit) commit();
+            if (end == TransactionEnd::Rollback) rollback();
+            if (end != TransactionEnd::None) return {};
+        }
         Parameters parameters(connected().traits());
         for (const Value& value : values)
             parameters.addMarker(value);
         everyBatchTells_ = everyBatchTells_ || mayChangeImplicitTransactions(sql);
-        const bool tells = everyBatchTells_ || mayChangeTransaction(sql);
-        return execute(sql, parameters, tells ? Effect::Unknown : Effect::None);
+        const Effect effect = everyBatchTells_ || mayBeginTransaction(sql) ? Effect::MayBegin
+                              : mayChangeTransaction(sql)                  ? Effect::Unknown
+                                                                           : Effect::None;
+        return execute(sql, parameters, effect);
     }
 
     const ProcedureInfo& procedure(std::string_view name) {
@@ -51,6 +60,12 @@ public:
     }
 
     void commit() {
+        if (lost_ > 0) {
+            --lost_;
+            throw DatabaseError(
+                ErrorCategory::Connection, "25S03", 3902,
+                "the transaction was lost with the connection to " + text_.publicParts() + "; nothing of it was saved");
+        }
         const bool open = inTransaction();
         tellLoss();
         if (!open) {
@@ -63,8 +78,9 @@ public:
 
     void rollback() {
         // What was lost with the connection has been rolled back.
+        if (std::exchange(lost_, 0) > 0) return;
         if (transactions_ == 0 && !uncertain_) return;
-        execute(rollbackText());
+        execute(rollbackText(), Effect::RollsBack);
         setTransactions(0);
     }
 
@@ -75,27 +91,37 @@ public:
             } catch (const DatabaseError& error) {
                 // Whoever asks is often on the way out of a failure. The request after this one must hear of it: it may
                 // count on a transaction that the procedure before it had begun.
-                untoldLoss_ = error;
+                if (lost_ == 0) untoldLoss_ = error;
             }
         }
-        return transactions_ > 0;
+        // One that was lost is its beginner's until he has ended it: till then nobody works without one unawares.
+        return transactions_ > 0 || lost_ > 0;
     }
 
     [[nodiscard]] const ConnectionString& text() const { return text_; }
 
 private:
     // What a request does to the transaction.
-    enum class Effect : std::uint8_t { None, Commits, Unknown };
+    enum class Effect : std::uint8_t { None, Commits, RollsBack, Unknown, MayBegin };
 
     // Connects anew after a loss, once a request.
     Connection& connected() {
         tellLoss();
+        refuseWithoutTransaction();
         if (!connection_) connection_.emplace(text_, options_);
         return *connection_;
     }
 
     void tellLoss() {
         if (untoldLoss_) throw *std::exchange(untoldLoss_, std::nullopt);
+    }
+
+    void refuseWithoutTransaction() const {
+        if (lost_ == 0) return;
+        throw DatabaseError(ErrorCategory::Connection, "25S03", 0,
+                            std::string(lossIsSure_ ? "the transaction was" : "a transaction may have been") +
+                                " lost with the connection to " + text_.publicParts() +
+                                "; nothing is done before it has been rolled back");
     }
 
     BatchResult execute(std::string_view sql, Effect effect = Effect::None) {
@@ -121,12 +147,28 @@ private:
 
     // The server is asked when somebody wants to know, not after each call of a procedure.
     void doubt(Effect effect) {
-        uncertain_ = uncertain_ || (effect == Effect::Unknown && connection_->traits().speaksTransactSql);
+        if (!connection_->traits().speaksTransactSql) return;
+        mayHaveBegun_ = mayHaveBegun_ || effect == Effect::MayBegin;
+        uncertain_ = uncertain_ || effect == Effect::Unknown || effect == Effect::MayBegin;
     }
 
     void setTransactions(std::int64_t count) {
         transactions_ = count;
         uncertain_ = false;
+        mayHaveBegun_ = false;
+    }
+
+    // The levels of a transaction that are to be ended after a loss.
+    [[nodiscard]] std::int64_t lostLevels(Effect effect) const {
+        switch (effect) {
+            case Effect::RollsBack:
+                return 0;
+            case Effect::Commits:
+                return transactions_ - 1;
+            default:
+                // A procedure that leaves one open is rare, and its callers know of none that they could end.
+                return transactions_ > 0 ? transactions_ : mayHaveBegun_ ? 1 : 0;
+        }
     }
 
     [[nodiscard]] bool isLoss(const DatabaseError& error) const {
@@ -144,6 +186,8 @@ private:
         }
         connection_.reset();
         procedures_.clear();
+        lost_ = lostLevels(effect);
+        lossIsSure_ = transactions_ > 0 && !uncertain_;
         setTransactions(0);
         everyBatchTells_ = false;
         // FreeTDS has no state of its own for it.
@@ -184,6 +228,9 @@ private:
     std::map<std::string, ProcedureInfo> procedures_;
     std::int64_t transactions_ = 0;  // the server's count, unless
     bool uncertain_ = false;         // a batch since then may have changed it
+    bool mayHaveBegun_ = false;      // and one that says so
+    std::int64_t lost_ = 0;          // the count of a transaction that was lost and nobody has ended yet
+    bool lossIsSure_ = false;        // that there was one
     bool everyBatchTells_ = false;   // implicit transactions may be on
     std::optional<DatabaseError> untoldLoss_;
 };

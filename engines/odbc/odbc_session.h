@@ -4,8 +4,10 @@
 //   const BatchResult r = session->run("select Name from CostLevel where Code = 1");
 //
 // Statements are executed directly, as the text that was given; session temporary tables live as long as the
-// connection. When the connection is lost, the request that met the loss fails with category Connection, a transaction
-// with it; the next request connects anew, once. Passwords of the connection string stay out of everything that can be
+// connection. When the connection is lost, the request that met the loss fails with category Connection; the next
+// request connects anew, once. When a transaction was lost with it, every request is refused (25S03) until rollback, or
+// commit, which fails, has ended that transaction: whoever overlooks the loss must not write on without one. Texts that
+// say only ROLLBACK or COMMIT end it too. Passwords of the connection string stay out of everything that can be
 // read from here. One thread uses a session.
 #pragma once
 
@@ -38,7 +40,8 @@ public:
     void commit() override;
     void rollback() override;
     // After a batch or a procedure that may have begun or ended a transaction by itself the server is asked, once. When
-    // the connection proves to be lost then, the answer is false, and the next request fails with the loss.
+    // the connection proves to be lost then, the next request fails with the loss. True too while a transaction that
+    // was lost with its connection is still to be ended.
     [[nodiscard]] bool inTransaction() const override;
     TableInfo table(std::string_view name) override;
     [[nodiscard]] std::string engine() const override { return "odbc"; }

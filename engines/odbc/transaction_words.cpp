@@ -65,6 +65,16 @@ void skipToStatement(std::string_view& text) {
     }
 }
 
+// Takes the word off the text, with the blanks behind it, when the text begins with it.
+bool take(std::string_view& text, std::string_view word) {
+    const std::string_view first = word.size() == 1 ? text.substr(0, 1) : firstWord(text);
+    if (!sameName(first, word)) return false;
+    text.remove_prefix(first.size());
+    while (!text.empty() && std::isspace(static_cast<unsigned char>(text.front())) != 0)
+        text.remove_prefix(1);
+    return true;
+}
+
 bool beginsWithCall(std::string_view sql) {
     skipToStatement(sql);
     return !sql.empty() && sql.front() != '(' && !isOneOf(kBeginnings, firstWord(sql));
@@ -78,6 +88,24 @@ bool mayChangeTransaction(std::string_view sql) {
 
 bool mayChangeImplicitTransactions(std::string_view sql) {
     return hasOneOf(kImplicit, sql);
+}
+
+bool mayBeginTransaction(std::string_view sql) {
+    constexpr std::array<std::string_view, 2> kBeginning = {"TRAN", "TRANSACTION"};
+    return hasOneOf(kBeginning, sql);
+}
+
+TransactionEnd transactionEnd(std::string_view sql) {
+    skipToStatement(sql);
+    if (take(sql, "IF") && !(take(sql, "@@TRANCOUNT") && take(sql, ">") && take(sql, "0"))) return TransactionEnd::None;
+    const TransactionEnd end = take(sql, "COMMIT")     ? TransactionEnd::Commit
+                               : take(sql, "ROLLBACK") ? TransactionEnd::Rollback
+                                                       : TransactionEnd::None;
+    for (const std::string_view word : {"TRAN", "TRANSACTION", "WORK"}) {
+        if (take(sql, word)) break;
+    }
+    skipToStatement(sql);
+    return sql.empty() ? end : TransactionEnd::None;
 }
 
 }  // namespace basalt::odbc

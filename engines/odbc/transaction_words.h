@@ -15,4 +15,13 @@ namespace basalt::odbc {
 // SET ANSI_DEFAULTS).
 [[nodiscard]] bool mayChangeImplicitTransactions(std::string_view sql);
 
+// True when the text has a word that is said to begin a transaction (or to name one that ends).
+[[nodiscard]] bool mayBeginTransaction(std::string_view sql);
+
+enum class TransactionEnd { None, Commit, Rollback };
+
+// What a text does that ends the whole transaction and does nothing else: "ROLLBACK", "COMMIT TRAN;",
+// "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION". None for every other text.
+[[nodiscard]] TransactionEnd transactionEnd(std::string_view sql);
+
 }  // namespace basalt::odbc

@@ -1,4 +1,5 @@
 // Connections that are lost, statements that are given up, and transactions, through FreeTDS.
+#include "ado/connection.h"
 #include "freetds.h"
 
 namespace basalt::odbc {
@@ -48,10 +49,11 @@ TEST_F(FreeTds, aTransactionIsLostWithItsConnection) {
     EXPECT_STREQ(error.what(),
                  "the connection to SERVER=127.0.0.1;Database=Basalt was lost, and the transaction with it: Unexpected "
                  "EOF from the server");
+    EXPECT_TRUE(session().inTransaction());
+    session().rollback();
     EXPECT_FALSE(session().inTransaction());
     session().rollback();
-    const DatabaseError refused = errorOf([&] { session().commit(); });
-    EXPECT_EQ(refused.nativeCode(), 3902);
+    EXPECT_EQ(errorOf([&] { session().commit(); }).nativeCode(), 3902);
     EXPECT_EQ(server_.logins(), 1);
 
     server_.answer(TdsReply().done());
@@ -59,6 +61,145 @@ TEST_F(FreeTds, aTransactionIsLostWithItsConnection) {
     EXPECT_TRUE(session().inTransaction());
     EXPECT_EQ(server_.logins(), 2);
     EXPECT_THAT(sent(), ElementsAre("BEGIN TRANSACTION", "update T set A = 1", "BEGIN TRANSACTION"));
+}
+
+// Whoever overlooks the loss would write on without a transaction, and keep half of it.
+class LostWithinATransaction : public FreeTds {
+protected:
+    void SetUp() override {
+        FreeTds::SetUp();
+        if (IsSkipped()) return;
+        server_.answer(TdsReply().done());
+        session().begin();
+        lose();
+    }
+    void lose() {
+        server_.answerAndHangUp("");
+        EXPECT_EQ(errorOf([&] { session().run("update T set A = 1"); }).sqlState(), "08S01");
+        seen_ = sent().size();
+    }
+    void expectRefused(const std::function<void()>& request) {
+        const DatabaseError error = errorOf(request);
+        EXPECT_EQ(error.category(), ErrorCategory::Connection);
+        EXPECT_EQ(error.sqlState(), "25S03");
+        EXPECT_STREQ(
+            error.what(),
+            "the transaction was lost with the connection to SERVER=127.0.0.1;Database=Basalt; nothing is done "
+            "before it has been rolled back");
+        EXPECT_EQ(sent().size(), seen_);
+        EXPECT_EQ(server_.logins(), 1);
+        EXPECT_TRUE(session().inTransaction());
+    }
+    void expectAnew() {
+        EXPECT_FALSE(session().inTransaction());
+        server_.answer(TdsReply().done(1));
+        EXPECT_EQ(affectedRows(session().run("update U set A = 1")), 1);
+        EXPECT_EQ(server_.logins(), 2);
+        EXPECT_EQ(sent().size(), seen_ + 1);
+    }
+
+    std::size_t seen_ = 0;
+};
+
+TEST_F(LostWithinATransaction, everyRequestIsRefusedUntilItIsRolledBack) {
+    expectRefused([&] { session().run("insert U values (1)"); });
+    expectRefused([&] { session().run("insert U values (?)", std::vector<Value>{std::int64_t{1}}); });
+    expectRefused([&] { (void)session().call("CloseTheYear", {}); });
+    expectRefused([&] { (void)session().procedure("CloseTheYear"); });
+    expectRefused([&] { (void)session().table("U"); });
+    expectRefused([&] { session().begin(); });
+    session().rollback();
+    expectAnew();
+}
+
+TEST_F(LostWithinATransaction, committingFailsAndEndsIt) {
+    const DatabaseError error = errorOf([&] { session().commit(); });
+    EXPECT_EQ(error.category(), ErrorCategory::Connection);
+    EXPECT_EQ(error.nativeCode(), 3902);
+    EXPECT_STREQ(error.what(),
+                 "the transaction was lost with the connection to SERVER=127.0.0.1;Database=Basalt; nothing of it was "
+                 "saved");
+    expectAnew();
+}
+
+TEST_F(LostWithinATransaction, theWordsRollBackAndCommitToo) {
+    expectRefused([&] { session().run("rollback insert U values (1)"); });
+    EXPECT_TRUE(session().run("if @@trancount > 0 rollback transaction;").results.empty());
+    EXPECT_FALSE(session().inTransaction());
+    expectAnew();
+
+    server_.answer(TdsReply().done());
+    session().begin();
+    lose();
+    EXPECT_EQ(errorOf([&] { session().run("COMMIT"); }).nativeCode(), 3902);
+    EXPECT_FALSE(session().inTransaction());
+}
+
+TEST_F(LostWithinATransaction, throughTheDataSetsToo) {
+    TADOConnection connection(session());
+    EXPECT_TRUE(connection.InTransaction());
+    expectRefused([&] { (void)connection.run("Q", "exec", "insert U values (1)"); });
+    connection.RollbackTrans();
+    expectAnew();
+}
+
+TEST_F(FreeTds, everyLevelOfALostTransactionHasItsEnd) {
+    server_.answer(TdsReply().done());
+    server_.answer(TdsReply().done());
+    server_.answerAndHangUp("");
+    session().begin();
+    session().begin();
+    EXPECT_EQ(errorOf([&] { session().commit(); }).category(), ErrorCategory::Connection);
+    EXPECT_TRUE(session().inTransaction());
+    EXPECT_EQ(errorOf([&] { session().run("insert U values (1)"); }).sqlState(), "25S03");
+    EXPECT_EQ(errorOf([&] { session().commit(); }).nativeCode(), 3902);
+    EXPECT_FALSE(session().inTransaction());
+    EXPECT_THAT(sent(), ElementsAre("BEGIN TRANSACTION", "BEGIN TRANSACTION", "COMMIT TRANSACTION"));
+}
+
+TEST_F(FreeTds, aTransactionThatIsLostWhileItIsRolledBackHasEnded) {
+    server_.answer(TdsReply().done());
+    server_.answerAndHangUp("");
+    server_.answer(TdsReply().done(1));
+    session().begin();
+    EXPECT_EQ(errorOf([&] { session().rollback(); }).category(), ErrorCategory::Connection);
+    EXPECT_FALSE(session().inTransaction());
+    EXPECT_EQ(affectedRows(session().run("delete U")), 1);
+}
+
+class LostAfter : public FreeTds, public testing::WithParamInterface<const char*> {};
+
+// The server was not asked, and nobody may count on there having been none.
+TEST_P(LostAfter, aTextThatMayHaveBegunOne) {
+    server_.answer(TdsReply().done());
+    server_.answerAndHangUp("");
+    session().run(GetParam());
+    EXPECT_EQ(errorOf([&] { session().run("delete T"); }).sqlState(), "08S01");
+    const DatabaseError error = errorOf([&] { session().run("delete U"); });
+    EXPECT_EQ(error.sqlState(), "25S03");
+    EXPECT_STREQ(error.what(),
+                 "a transaction may have been lost with the connection to SERVER=127.0.0.1;Database=Basalt; nothing is "
+                 "done before it has been rolled back");
+    EXPECT_TRUE(session().inTransaction());
+    EXPECT_TRUE(session().run("rollback").results.empty());
+    EXPECT_FALSE(session().inTransaction());
+    EXPECT_THAT(sent(), ElementsAre(GetParam(), "delete T"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, LostAfter, testing::Values("begin tran", "set implicit_transactions on"));
+
+// The question of a caller meets the loss.
+TEST_F(FreeTds, aTransactionThatIsLostWhenAskedForIsStillToBeEnded) {
+    server_.answer(TdsReply().done());
+    server_.answer(TdsReply().done());
+    server_.answerAndHangUp("");
+    session().begin();
+    session().run("exec CloseTheYear");
+    EXPECT_TRUE(session().inTransaction());
+    EXPECT_EQ(errorOf([&] { session().run("delete U"); }).sqlState(), "25S03");
+    session().rollback();
+    server_.answer(TdsReply().done(1));
+    EXPECT_EQ(affectedRows(session().run("delete U")), 1);
 }
 
 // The server may have done it before the connection went.

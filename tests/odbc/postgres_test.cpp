@@ -198,8 +198,10 @@ TEST_F(PostgresDriver, aTransactionIsLostWithItsConnection) {
     const DatabaseError error = errorOf("select 1");
     EXPECT_EQ(error.category(), ErrorCategory::Connection) << error.what();
     EXPECT_THAT(error.what(), HasSubstr("and the transaction with it"));
-    EXPECT_FALSE(session_->inTransaction());
+    EXPECT_TRUE(session_->inTransaction());
+    EXPECT_EQ(errorOf("select 1").sqlState(), "25S03");
     EXPECT_THROW(session_->commit(), DatabaseError);
+    EXPECT_FALSE(session_->inTransaction());
     EXPECT_EQ(textOf("select 1"), "1");
 }
 

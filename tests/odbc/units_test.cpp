@@ -192,6 +192,20 @@ TEST(TransactionWords, areThoseThatBeginEndOrCall) {
     }
 }
 
+TEST(TransactionWords, aTextThatDoesNothingButEndATransaction) {
+    for (const char* text :
+         {"rollback", "ROLLBACK TRAN", "Rollback Transaction;", " rollback work ; ", "-- back\nrollback",
+          "if @@TRANCOUNT > 0 ROLLBACK", "IF @@TRANCOUNT>0 ROLLBACK TRANSACTION"})
+        EXPECT_EQ(transactionEnd(text), TransactionEnd::Rollback) << text;
+    for (const char* text :
+         {"commit", "COMMIT TRAN", "commit transaction;", "Commit Work", "if @@trancount > 0 commit"})
+        EXPECT_EQ(transactionEnd(text), TransactionEnd::Commit) << text;
+    for (const char* text : {"", "rollback tran A", "rollback select 1", "select 1 rollback", "rollback; select 1",
+                             "begin tran", "if @@trancount > 1 rollback", "if @@trancount = 0 rollback", "rollback 'a'",
+                             "commit commit", "if @@trancount > 0 select 1"})
+        EXPECT_EQ(transactionEnd(text), TransactionEnd::None) << text;
+}
+
 TEST(TransactionWords, implicitTransactionsAreASettingOfTheirOwn) {
     EXPECT_TRUE(mayChangeImplicitTransactions("set nocount on set IMPLICIT_TRANSACTIONS on"));
     EXPECT_TRUE(mayChangeImplicitTransactions("set ansi_defaults on"));
