@@ -28,6 +28,18 @@ std::size_t bracedLength(std::string_view text) {
     return i;
 }
 
+// The length of a value in quotes, as other interfaces than ODBC write one; 0 when nothing ends with the second quote.
+std::size_t quotedLength(std::string_view text) {
+    const char quote = text.front();
+    for (std::size_t end = text.find(quote, 1); end != std::string_view::npos; end = text.find(quote, end + 1)) {
+        std::size_t behind = end + 1;
+        while (behind < text.size() && text[behind] == ' ')
+            ++behind;
+        if (behind == text.size() || text[behind] == ';') return end + 1;
+    }
+    return 0;
+}
+
 std::string withoutBraces(std::string_view written) {
     if (!written.starts_with('{')) return std::string(written);
     std::string value;
@@ -98,7 +110,8 @@ ConnectionString::ConnectionString(std::string text) : text_(std::move(text)) {
         const std::size_t braced = rest.starts_with('{') ? bracedLength(rest) : 0;
         const std::size_t end = std::min(rest.find(';', braced), rest.size());
         const std::string_view written = trimmed(rest.substr(0, end));
-        parts_.push_back({std::string(trimmed(key)), std::string(written), withoutBraces(written)});
+        const std::size_t at = text_.size() - rest.size();
+        parts_.push_back({std::string(trimmed(key)), std::string(written), withoutBraces(written), at});
         rest.remove_prefix(std::min(end + 1, rest.size()));
     }
 }
@@ -111,6 +124,21 @@ std::string ConnectionString::publicParts() const {
         result += part.key + "=" + part.written;
     }
     return result;
+}
+
+std::string ConnectionString::masked() const {
+    std::string result;
+    std::size_t told = 0;
+    for (const Part& part : parts_) {
+        if (!isSecret(part.key) || part.written.empty() || part.at < told) continue;
+        std::size_t length = part.written.size();
+        // What is a quote to the one is a letter to the other; the longer reading hides both.
+        const std::string_view rest = std::string_view(text_).substr(part.at);
+        if (rest.starts_with('"') || rest.starts_with('\'')) length = std::max(length, quotedLength(rest));
+        result += text_.substr(told, part.at - told) + "***";
+        told = part.at + length;
+    }
+    return result + text_.substr(told);
 }
 
 std::optional<std::string> ConnectionString::value(std::string_view key) const {

@@ -2,6 +2,7 @@
 //
 //   const ConnectionString text("Driver=FreeTDS;Server=shop;Database=Basalt;UID=sa;PWD={a;b}");
 //   text.publicParts()                       "Server=shop;Database=Basalt"
+//   text.masked()                            "Driver=FreeTDS;Server=shop;Database=Basalt;UID=sa;PWD=***"
 //   text.withoutSecrets("login a;b failed")  "login *** failed"
 #pragma once
 
@@ -20,6 +21,8 @@ public:
     [[nodiscard]] const std::string& text() const { return text_; }
     // Server, DSN and database; nothing else is known to be free of secrets.
     [[nodiscard]] std::string publicParts() const;
+    // The whole text with *** for each password, for those who are told what another program was given.
+    [[nodiscard]] std::string masked() const;
     // What a part says, without braces; nullopt when there is no such part. Keys compare without case.
     [[nodiscard]] std::optional<std::string> value(std::string_view key) const;
     // The message of a driver with the values of all passwords blotted out. A short one is blotted out where it stands
@@ -31,6 +34,7 @@ private:
         std::string key;
         std::string written;  // with its braces
         std::string value;    // without
+        std::size_t at = 0;   // where the written value stands in the text
     };
     std::string text_;
     std::vector<Part> parts_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ado/data_set.h"
+#include "engines/odbc/connection_string.h"
 
 namespace basalt::host {
 
@@ -67,8 +68,15 @@ void CallRecorder::userEvent(TSoftwarePart part, TPermission permission, const s
     if (hostMessages_) report_.events.push_back({part, permission, text});
 }
 
+// Another program may be handed the way to the database, and with it the password.
 void CallRecorder::programStarting(const ProgramStart& program) {
-    if (hostMessages_) report_.programs.push_back(program);
+    if (!hostMessages_) return;
+    ProgramStart& told = report_.programs.emplace_back(program);
+    const std::string& secret = host_.DM().ADOConnection1.ConnectionString;
+    if (secret.empty()) return;
+    const std::string masked = odbc::ConnectionString(secret).masked();
+    for (std::size_t at = 0; (at = told.parameters.find(secret, at)) != std::string::npos; at += masked.size())
+        told.parameters.replace(at, secret.size(), masked);
 }
 
 int CallRecorder::show(const MessageRequest& request) {

@@ -48,7 +48,7 @@ struct CallReport {
     std::vector<QueryReport> queries;
     std::vector<MessageReport> messages;
     std::vector<EventReport> events;
-    std::vector<ProgramStart> programs;  // started through the host, in order
+    std::vector<ProgramStart> programs;  // started through the host, in order; passwords of the connection as ***
     std::optional<CallError> error;
     bool started = false;  // false when the arguments did not fit and nothing was called
 };

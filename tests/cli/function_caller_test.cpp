@@ -135,6 +135,31 @@ TEST_F(FunctionCallerTest, answerThatIsNoButtonOfTheQuestionFails) {
         "the answer no does not fit the question ShowSmartMessage 10006 (الف | ب); it can be one of: yes, cancel");
 }
 
+// The program is given the password; the report goes to screens and files.
+TEST_F(FunctionCallerTest, passwordOfTheConnectionStaysOutOfTheReport) {
+    struct Programs final : ProgramService {
+        StartResult start(const ProgramStart& program) override {
+            given = program.parameters;
+            return {.started = true};
+        }
+        std::unique_ptr<ProgramLibrary> load(const std::string& /*name*/) override { return nullptr; }
+        std::string given;
+    };
+    Programs programs;
+    host_.setPrograms(programs);
+    host_.DM().ADOConnection1.ConnectionString = "Driver=FreeTDS;Server=shop;PWD={top;secret};UID=sa";
+    registry_.add(FunctionEntry{"Start", "sample", "Starts a program.", {}, "", [](FunctionCall&) {
+                                    const std::string& text = DM().ADOConnection1.ConnectionString;
+                                    (void)basalt::Programs().start(
+                                        {.verb = "open", .file = "agent.exe", .parameters = '"' + text + "\" \"97\""});
+                                }});
+    EXPECT_EQ(toDatum(caller_.call("Start", {}, {})).toJson(),
+              R"({"function":"Start","result":null,"out":{},"statements":[],"queries":{},"messages":[],"events":[],)"
+              R"("started":[{"verb":"open","file":"agent.exe",)"
+              R"("parameters":"\"Driver=FreeTDS;Server=shop;PWD=***;UID=sa\" \"97\"","show":0}],"error":null})");
+    EXPECT_EQ(programs.given, R"("Driver=FreeTDS;Server=shop;PWD={top;secret};UID=sa" "97")");
+}
+
 TEST_F(FunctionCallerTest, unknownFunctionHasNotStarted) {
     const CallReport report = caller_.call("Opn", {}, {});
     EXPECT_FALSE(report.started);

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <fstream>
+#include <sstream>
 
 #include "host/services/script_batches.h"
 #include "host/transfer/definition_text.h"
@@ -121,6 +123,25 @@ TEST(Deployment, bringsVersionOneWithPricesOfMissingGoodsUpToDate) {
     deployDatabase(*session);
     EXPECT_EQ(schemaState(*session), SchemaState::Current);
     EXPECT_THAT(linesOf(*session, "SELECT GoodCode FROM dbo.GoodCostDiscount"), ElementsAre("8"));
+}
+
+// Who deploys without the program runs the line that stands in the README, perhaps more than once.
+TEST(Deployment, theReadmeWritesDownTheVersionOfThisProgram) {
+    std::ifstream file(BASALT_SOURCE_DIR "/database/README.md");
+    std::ostringstream text;
+    text << file.rdbuf();
+    const std::string readme = text.str();
+    const std::size_t begin = readme.find("INSERT INTO dbo.HostSchemaVersion ");
+    ASSERT_NE(begin, std::string::npos);
+    const std::string statement = readme.substr(begin, readme.find('"', begin) - begin);
+    const auto session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
+    deployDatabase(*session);
+    execute(*session, "DELETE FROM dbo.HostSchemaVersion");
+    for (int i = 0; i < 2; ++i) {
+        session->run(statement);
+        EXPECT_THAT(linesOf(*session, "SELECT Version FROM dbo.HostSchemaVersion"),
+                    ElementsAre(std::to_string(kSchemaVersion)));
+    }
 }
 
 TEST(Deployment, bringsVersionThreeToWhatANewDatabaseHas) {

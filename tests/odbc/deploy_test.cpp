@@ -115,6 +115,34 @@ std::string outputOf(const std::string& command) {
     return text;
 }
 
+std::string quoted(const std::string& word) {
+    return '\'' + word + '\'';
+}
+
+// The scale agent is handed the connection string; whoever reads the reply is not.
+TEST(DeployThroughFreeTds, noReplyTellsThePassword) {
+    const auto driver = test::driverPart("libtdsodbc.so");
+    if (!driver) GTEST_SKIP() << "FreeTDS' ODBC driver (libtdsodbc.so) is not installed";
+    const basalt::test::TempFolder folder;
+    host::deployDatabase(*embedded::EmbeddedSession::open(folder.file("shop.db"), {.createIfMissing = true}));
+    test::StandInServer server(folder.file("shop.db"));
+    const std::string part = server.connectionPart();
+    ASSERT_NE(part.find("PWD=top-secret;"), std::string::npos);
+    const std::string program = BASALT_BINARY_DIR "/bin/basalt";
+    const std::string database = " --database " + quoted("odbc:" + *driver + part);
+    const std::string recording = folder.file("recording");
+    for (const std::string& command :
+         {program + " call GoodInf_SendToScale 97,98 0 --json" + database,
+          program + " call GoodInf_SendToScale 97,98 0" + database + " --record " + quoted(recording),
+          "echo '{\"call\":\"GoodInf_SendToScale\",\"args\":[\"97,98\",0]}' | " + program + " batch" + database}) {
+        const std::string reply = outputOf(command + " 2>&1");
+        EXPECT_NE(reply.find("ScaleAgentApp.exe"), std::string::npos) << reply;
+        EXPECT_NE(reply.find("PWD=***;"), std::string::npos) << reply;
+        EXPECT_EQ(reply.find("top-secret"), std::string::npos) << reply;
+    }
+    EXPECT_EQ(outputOf("cat " + quoted(recording)).find("top-secret"), std::string::npos);
+}
+
 std::vector<std::string> repliesOf(const std::string& url) {
     const std::string program = BASALT_BINARY_DIR "/bin/basalt";
     const std::string calls = BASALT_SOURCE_DIR "/tests/odbc/calls.txt";

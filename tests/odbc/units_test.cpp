@@ -55,6 +55,25 @@ INSTANTIATE_TEST_SUITE_P(
         StringCase{"nothing", "", "", "text", "text"}),
     [](const auto& each) { return std::string(each.param.name); });
 
+TEST(ConnectionStrings, theWholeTextHidesEveryPassword) {
+    const std::vector<std::pair<const char*, const char*>> cases = {
+        {"Driver=FreeTDS;Server=shop;UID=sa;PWD=top-secret;", "Driver=FreeTDS;Server=shop;UID=sa;PWD=***;"},
+        {"Server=shop;pwd = {a;b}};c} ;UID=sa", "Server=shop;pwd = *** ;UID=sa"},
+        {"PASSWORD={open;Server=shop", "PASSWORD=***"},
+        {"Provider=SQLOLEDB;Password=\"a;b\";Data Source=shop", "Provider=SQLOLEDB;Password=***;Data Source=shop"},
+        {"Password='a;b' ;Data Source=shop", "Password=*** ;Data Source=shop"},
+        {"Password=\"a;PWD=b\";PWD=c", "Password=***;PWD=***"},
+        {"PWD=\"a;Server=shop", "PWD=***;Server=shop"},
+        {"PWD=;UID=sa", "PWD=;UID=sa"},
+        {"PWD=one;;Trusted_Connection=no;AccessToken=two", "PWD=***;;Trusted_Connection=no;AccessToken=***"},
+        {"PWD=رمز;Server=فروشگاه", "PWD=***;Server=فروشگاه"},
+        {"Server=shop", "Server=shop"},
+        {"", ""},
+    };
+    for (const auto& [text, masked] : cases)
+        EXPECT_EQ(ConnectionString(text).masked(), masked);
+}
+
 TEST(ConnectionStrings, aDriverThatIsNotThereIsAConnectionErrorWithoutThePassword) {
     try {
         static_cast<void>(OdbcSession::open("Driver=/nowhere/driver.so;Server=shop;PWD={nowhere}"));
