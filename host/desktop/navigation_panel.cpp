@@ -63,6 +63,8 @@ QAbstractButton* NavigationPanel::addItem(const NavigationItem& item, const std:
 }
 
 void NavigationPanel::setCurrent(QAbstractButton* current) {
+    current_ = current;
+    showCurrent();
     for (QAbstractButton* button : buttons_) {
         button->setProperty("current", button == current);
         button->style()->unpolish(button);
@@ -86,6 +88,21 @@ void NavigationPanel::changeEvent(QEvent* event) {
     if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange)
         setFixedWidth(themePixels(kPanelWidth));
     QScrollArea::changeEvent(event);
+}
+
+void NavigationPanel::resizeEvent(QResizeEvent* event) {
+    QScrollArea::resizeEvent(event);
+    showCurrent();
+}
+
+// Behind what is going on: a button that has just come or grown has its place only then.
+void NavigationPanel::showCurrent() {
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (current_) ensureWidgetVisible(current_);
+        },
+        Qt::QueuedConnection);
 }
 
 bool NavigationPanel::eventFilter(QObject* watched, QEvent* event) {

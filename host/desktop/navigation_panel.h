@@ -35,7 +35,7 @@ public:
 
     void addHeading(const QString& title);
     QAbstractButton* addItem(const NavigationItem& item, const std::function<void()>& onClick);
-    // Marks the button of the page in front; null marks none.
+    // Marks the button of the page in front, and scrolls to it; null marks none.
     void setCurrent(QAbstractButton* button);
     // Tab goes from that control through all the buttons, and then to what stood behind it.
     void followInTabOrder(QWidget* before);
@@ -45,10 +45,14 @@ public:
 protected:
     void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void showCurrent();
+
     QVBoxLayout* layout_;
     QList<QAbstractButton*> buttons_;
+    QAbstractButton* current_ = nullptr;
 };
 
 }  // namespace basalt::host

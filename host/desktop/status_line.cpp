@@ -1,21 +1,19 @@
 #include "host/desktop/status_line.h"
 
-#include <QFontMetrics>
 #include <QHBoxLayout>
 
 #include "host/desktop/line_icon.h"
+#include "host/screens/elided_label.h"
 #include "host/screens/theme.h"
 
 namespace basalt::host {
 namespace {
 
-constexpr int kLongestLocation = 420;  // pixels; a longer path is shortened in its middle
-
-QLabel* addPart(QHBoxLayout& layout, LineIcon icon, const char* objectName, const QString& title) {
+QLabel* addPart(QHBoxLayout& layout, LineIcon icon, const char* objectName, const QString& title,
+                QLabel* label = new QLabel) {
     auto* picture = new QLabel;
     picture->setPixmap(linePixmap(icon, themeColors().muted, 16));
     layout.addWidget(picture);
-    auto* label = new QLabel;
     label->setObjectName(QString::fromLatin1(objectName));
     label->setAccessibleName(title);
     label->setToolTip(title);
@@ -38,7 +36,10 @@ StatusLine::StatusLine(ReferenceHost& host, QWidget* parent) : QFrame(parent), h
     layout->setContentsMargins(20, 6, 20, 6);
     layout->setSpacing(6);
     user_ = addPart(*layout, LineIcon::User, "StatusUser_LBL", QStringLiteral("کاربر"));
-    database_ = addPart(*layout, LineIcon::Database, "StatusDatabase_LBL", QStringLiteral("پایگاه داده"));
+    // A path that is longer than the room for it is shortened in its middle.
+    auto* database = new ElidedLabel;
+    database->setElideMode(Qt::ElideMiddle);
+    database_ = addPart(*layout, LineIcon::Database, "StatusDatabase_LBL", QStringLiteral("پایگاه داده"), database);
     engine_ = addPart(*layout, LineIcon::Settings, "StatusEngine_LBL", QStringLiteral("موتور پایگاه داده"));
     layout->addStretch();
     workstation_ = addPart(*layout, LineIcon::Workstation, "StatusWorkstation_LBL", QStringLiteral("ایستگاه کاری"));
@@ -49,8 +50,7 @@ void StatusLine::refresh() {
     user_->setText(QString::fromStdString(host_.UserInfo().FullName));
     const QString location = QString::fromStdString(host_.session().location());
     // A path reads from the left even in a line that reads from the right.
-    database_->setText(QStringLiteral("\u2066%1\u2069")
-                           .arg(database_->fontMetrics().elidedText(location, Qt::ElideMiddle, kLongestLocation)));
+    database_->setText(QStringLiteral("\u2066%1\u2069").arg(location));
     database_->setToolTip(location);
     engine_->setText(engineTitle(host_.session().engine()));
     workstation_->setText(QString::fromStdString(host_.workstationName()));

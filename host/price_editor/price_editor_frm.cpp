@@ -3,7 +3,6 @@
 #include <QAbstractItemView>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QScrollArea>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <optional>
@@ -12,6 +11,7 @@
 #include "host/screens/display_format.h"
 #include "host/screens/number_room.h"
 #include "host/screens/number_typing.h"
+#include "host/screens/parts_area.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/record_content.h"
 #include "host/screens/theme.h"
@@ -26,6 +26,8 @@ constexpr int kDiscounts = 4;
 constexpr int kSaveAndClose = 2;
 constexpr int kLongestAmount = 38;  // no more digits than a decimal has
 constexpr int kMostPercent = 100;
+constexpr int kUsualAmount = 12;  // digits
+constexpr int kUsualPercent = 5;
 constexpr int kInputFrame = 28;       // around the text of an input
 constexpr int kTitleLines = 2;        // of a level's name
 constexpr int kTitleCharacters = 27;  // in one of them; what is longer ends in three dots
@@ -143,9 +145,9 @@ void PriceEditor::addAmount(QGridLayout& layout, const std::string& field, const
             return;
         }
     });
-    const Decimal most = PriceMatrix::greatest();
-    const Decimal longestPercent(powerOfTen(most.scale() + 2) - 1, most.scale());
-    giveRoom(*input, amountText(isDiscount(field) ? longestPercent : Decimal(-most.coefficient(), most.scale())));
+    // What is longer than usual makes itself room as it comes.
+    giveRoom(*input, amountText(Decimal(powerOfTen(isDiscount(field) ? kUsualPercent : kUsualAmount) - 1, 0)));
+    QObject::connect(input, &QLineEdit::textChanged, input, [input](const QString& text) { giveRoom(*input, text); });
     layout.addWidget(input, row, column);
     amounts_[field] = input;
     fields_.push_back(field);
@@ -204,31 +206,23 @@ QWidget* PriceEditor::makeGroup(const Group& group, QWidget* parent) {
 }
 
 void PriceEditor::CreateControls() {
-    auto* scroll = new QScrollArea(base().FormPanel());
-    scroll->setObjectName(QStringLiteral("Inputs_SCB"));
-    scroll->setWidgetResizable(true);
-    scroll->setFrameShape(QFrame::NoFrame);
-    auto* inputs = new QWidget;
-    auto* column = new QVBoxLayout(inputs);
-    column->setContentsMargins(0, 0, 0, 0);
+    auto* inputs = new PartsArea(base().FormPanel());
+    inputs->setObjectName(QStringLiteral("Inputs_SCB"));
     good_ = new QLabel(inputs);
     good_->setObjectName(QStringLiteral("Good_LBL"));
     good_->setProperty(kHeadingProperty, true);
     good_->setTextFormat(Qt::PlainText);
     good_->setWordWrap(true);
-    column->addWidget(good_);
-    auto* groups = new QHBoxLayout;
-    groups->addWidget(makeGroup({"Prices_GRB", QStringLiteral("قیمت‌ها"), QStringLiteral("قیمت %1"),
-                                 "CostLevel", "CostLevel_", kPrices},
-                                inputs),
-                      4);
-    groups->addWidget(makeGroup({"Discounts_GRB", QStringLiteral("تخفیف‌ها"), QStringLiteral("تخفیف %1"),
-                                 "Discount", "Discount_Sell_", kDiscounts},
-                                inputs),
-                      3);
-    column->addLayout(groups, 1);
-    scroll->setWidget(inputs);
-    place(*base().FormPanel(), *scroll);
+    inputs->addHead(good_);
+    inputs->addPart(makeGroup({"Prices_GRB", QStringLiteral("قیمت‌ها"), QStringLiteral("قیمت %1"), "CostLevel",
+                               "CostLevel_", kPrices},
+                              inputs),
+                    4);
+    inputs->addPart(makeGroup({"Discounts_GRB", QStringLiteral("تخفیف‌ها"), QStringLiteral("تخفیف %1"),
+                               "Discount", "Discount_Sell_", kDiscounts},
+                              inputs),
+                    3);
+    place(*base().FormPanel(), *inputs);
     save_ = base().AddButton("Save_BTN", "ذخیره F3", TEditorButton::Save);
     base().AddButton("Exit_BTN", "خروج Esc", TEditorButton::Exit);
 }
@@ -280,7 +274,6 @@ void PriceEditor::OnFill(const Value& /*code*/) {
                    QString::fromStdString(goodName_));
     for (const auto& [field, input] : amounts_) {
         input->setText(amountText(shown_.at(field)));
-        giveRoom(*input, input->text());
     }
     for (const auto& [field, levels] : defaults_)
         showLevel(*levels, levelsOf(field), levelNumber(shown_.at(field)));

@@ -6,6 +6,7 @@
 #include "ado/error.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
+#include "host/screens/window_size.h"
 #include "package/screens/base_get_frm.h"
 
 namespace basalt::host {
@@ -186,9 +187,7 @@ std::vector<QString> DockBaseImpl::headerLines() const {
 void DockBaseImpl::restoreLayout() {
     context_.guarded(&screen_, [this] {
         const QJsonObject layout = option_.load();
-        const int width = layout.value(QStringLiteral("width")).toInt();
-        const int height = layout.value(QStringLiteral("height")).toInt();
-        if (width > 0 && height > 0) screen_.resize(std::min(width, 8000), std::min(height, 8000));
+        restoreWindowSize(screen_, layout);
         if (grid_ && layout.contains(QStringLiteral("grid")))
             grid_->arrange(layout.value(QStringLiteral("grid")).toObject());
     });
@@ -196,7 +195,8 @@ void DockBaseImpl::restoreLayout() {
 
 void DockBaseImpl::keepLayout() {
     context_.guarded(&screen_, [this] {
-        QJsonObject layout{{QStringLiteral("width"), screen_.width()}, {QStringLiteral("height"), screen_.height()}};
+        QJsonObject layout;
+        keepWindowSize(layout, screen_);
         if (grid_) layout.insert(QStringLiteral("grid"), grid_->arrangement());
         option_.saveQuietly(layout);
     });

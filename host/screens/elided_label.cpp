@@ -19,7 +19,7 @@ QSize ElidedLabel::minimumSizeHint() const {
 
 void ElidedLabel::paintEvent(QPaintEvent* event) {
     const QRect room = contentsRect();
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, room.width());
+    const QString shown = fontMetrics().elidedText(text(), mode_, room.width());
     if (shown == text()) {
         QLabel::paintEvent(event);
         return;

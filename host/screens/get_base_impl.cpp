@@ -11,6 +11,7 @@
 #include "host/screens/table_printer.h"
 #include "host/screens/theme.h"
 #include "host/screens/unsaved_changes.h"
+#include "host/screens/window_size.h"
 
 namespace basalt::host {
 namespace {
@@ -114,12 +115,7 @@ void GetBaseImpl::FormShow() {
     watch_.add(*formPanel_);
     lockCodeControl();
     showTitle();
-    context_.guarded(&editor_, [this] {
-        const QJsonObject layout = option_.load();
-        const int width = layout.value(QStringLiteral("width")).toInt();
-        const int height = layout.value(QStringLiteral("height")).toInt();
-        if (width > 0 && height > 0) editor_.resize(std::min(width, 8000), std::min(height, 8000));
-    });
+    context_.guarded(&editor_, [this] { restoreWindowSize(editor_, option_.load()); });
 }
 
 void GetBaseImpl::SetTitle(const std::string& title) {
@@ -267,7 +263,9 @@ int GetBaseImpl::ShowModal() {
     context_.rethrowUnshown();
     // The code first: other users wait for it.
     lock_.release();
-    option_.saveQuietly({{QStringLiteral("width"), editor_.width()}, {QStringLiteral("height"), editor_.height()}});
+    QJsonObject layout;
+    keepWindowSize(layout, editor_);
+    option_.saveQuietly(layout);
     context_.rethrowUnshown();
     if (code == QDialog::Accepted || wroteOnce_) return mrOk;
     return code == QDialog::Rejected ? mrCancel : code;

@@ -62,13 +62,22 @@ GridView::GridView(GridModel& model, QWidget* parent) : InnerControl<QTableView>
     setContextMenuPolicy(Qt::CustomContextMenu);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
+    followFont();
     QHeaderView* header = horizontalHeader();
     header->setSectionsClickable(true);
     header->setSectionsMovable(true);
     header->setHighlightSections(false);
     header->setContextMenuPolicy(Qt::CustomContextMenu);
     header->setMinimumSectionSize(36);
+}
+
+void GridView::followFont() {
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
+}
+
+void GridView::changeEvent(QEvent* event) {
+    InnerControl::changeEvent(event);
+    if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange) followFont();
 }
 
 void GridView::paintEvent(QPaintEvent* event) {

@@ -14,12 +14,14 @@ public:
     GridView(GridModel& model, QWidget* parent);
 
 protected:
+    void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     void updateGeometries() override;
 
 private:
+    void followFont();
     void keepTopRowWhole();
 };
 

@@ -22,6 +22,7 @@
 #include "host/screens/table_printer.h"
 #include "host/screens/table_text.h"
 #include "host/screens/table_workbook.h"
+#include "host/screens/theme.h"
 #include "host/screens/wrapped_text.h"
 
 namespace basalt::host {
@@ -113,7 +114,7 @@ private:
 };
 
 SmartGrid::SmartGrid(ScreenContext& context, const QString& objectName, QWidget* parent)
-    : TSmartDBGrid_VRO(parent), context_(context), view_(new GridView(model_, this)) {
+    : TSmartDBGrid_VRO(parent), context_(context), view_(new GridView(model_, this)), scale_(themeSize(1)) {
     setObjectName(objectName);
     view_->setObjectName(objectName + QStringLiteral("_View"));
     auto* layout = new QVBoxLayout(this);
@@ -369,19 +370,20 @@ void SmartGrid::widenFor(int row) {
 int SmartGrid::measuredWidth(int column) const {
     const QFontMetrics metrics = view_->fontMetrics();
     const QFontMetricsF titleMetrics(view_->horizontalHeader()->font());
-    const int title =
-        static_cast<int>(widthForLines(screenText(model_.column(column).Title), titleMetrics, titleLines_));
-    int widest = (titleLines_ > 1 ? std::min(title, kWidestWrappedTitle) : title) + kTitlePadding;
+    const int title = static_cast<int>(
+        widthForLines(screenText(model_.column(column).Title), titleMetrics, std::max(1, titleLines_)));
+    int widest = (titleLines_ > 1 ? std::min(title, themePixels(kWidestWrappedTitle)) : title) + kTitlePadding;
+    const int most = themePixels(kWidestByContent);
     // Numbers have all the room that they need: a part of one would be another number.
     if (model_.isNumberColumn(column)) {
         const qreal room = roomFor(model_.numberShapes(column), QFontMetricsF(view_->font()));
-        widest = std::max(std::min(widest, kWidestByContent - kCellPadding), static_cast<int>(room));
+        widest = std::max(std::min(widest, most - kCellPadding), static_cast<int>(room));
         return std::max(widest + kCellPadding, kNarrowest);
     }
     const int rows = std::min(model_.rowCount(), kMeasuredRows);
     for (int row = 0; row < rows; ++row)
         widest = std::max(widest, metrics.horizontalAdvance(model_.shown(row, column)));
-    return std::clamp(widest + kCellPadding, kNarrowest, kWidestByContent);
+    return std::clamp(widest + kCellPadding, kNarrowest, most);
 }
 
 void SmartGrid::layOutColumns() {
@@ -426,6 +428,34 @@ void SmartGrid::showEvent(QShowEvent* event) {
     if (view_->currentIndex().isValid()) view_->scrollTo(view_->currentIndex());
 }
 
+QSize SmartGrid::sizeHint() const {
+    constexpr int kRows = 8;
+    const int rows = kRows * view_->verticalHeader()->defaultSectionSize();
+    return {TSmartDBGrid_VRO::sizeHint().width(), view_->horizontalHeader()->sizeHint().height() + rows};
+}
+
+void SmartGrid::changeEvent(QEvent* event) {
+    TSmartDBGrid_VRO::changeEvent(event);
+    // The parts of the grid get the font after it.
+    if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange)
+        QMetaObject::invokeMethod(
+            this, [this] { followFont(); }, Qt::QueuedConnection);
+}
+
+void SmartGrid::followFont() {
+    if (titleLines_ > 0) SetTitleLines(titleLines_);
+    const qreal scale = themeSize(1);
+    if (scale == scale_) return;
+    for (int column = 0; column < model_.columnCount(); ++column) {
+        int& width = model_.arrangement(column).Width;
+        width = qRound(width / scale_ * scale);
+    }
+    scale_ = scale;
+    widths_.clear();
+    leastWidths_.clear();
+    layOutColumns();
+}
+
 void SmartGrid::keyPressEvent(QKeyEvent* event) {
     if (!view_->take(event)) event->ignore();
 }
@@ -433,7 +463,8 @@ void SmartGrid::keyPressEvent(QKeyEvent* event) {
 QJsonObject SmartGrid::arrangementOf(int column) const {
     const TGridColumn& state = model_.column(column);
     QJsonObject kept{{QStringLiteral("field"), QString::fromStdString(state.FieldName)},
-                     {QStringLiteral("width"), state.Width}};
+                     // As it would be at the usual font size.
+                     {QStringLiteral("width"), qRound(state.Width / scale_)}};
     // What the screen itself hides is not the user's wish, and may be shown the next time.
     if (state.VisibleForCustomization) kept.insert(kVisible, state.Visible);
     return kept;
@@ -441,7 +472,8 @@ QJsonObject SmartGrid::arrangementOf(int column) const {
 
 void SmartGrid::arrangeColumn(int column, const QJsonObject& kept) {
     TGridColumn& state = model_.arrangement(column);
-    state.Width = std::clamp(kept.value(QStringLiteral("width")).toInt(state.Width), 0, 4000);
+    const QJsonValue width = kept.value(QStringLiteral("width"));
+    if (width.isDouble()) state.Width = qRound(std::clamp(width.toInt(), 0, 4000) * scale_);
     // What the screen keeps out of the user's reach stays as the screen has it.
     if (state.VisibleForCustomization) state.Visible = kept.value(kVisible).toBool(state.Visible);
 }

@@ -72,7 +72,11 @@ public:
     void exportWorkbook();
     void exportCsv();
 
+    // A title and some rows, where a window has the room.
+    [[nodiscard]] QSize sizeHint() const override;
+
 protected:
+    void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -98,6 +102,8 @@ private:
     void showMenu(const QPoint& at);
     void applyVisibility();
     void layOutColumns();
+    // The size of the font is another one now.
+    void followFont();
     void bringBack(int column);
     [[nodiscard]] int contentWidth(int column) const;
     [[nodiscard]] int measuredWidth(int column) const;
@@ -125,7 +131,8 @@ private:
     std::function<bool()> gate_;
     std::vector<Away> away_;        // by their places
     std::optional<Sort> sortAway_;  // by a column that is not there at the moment; the list stands in its own order
-    int titleLines_ = 1;
+    int titleLines_ = 0;            // 0: as the title bar has it
+    qreal scale_;                   // of the font for which the columns have their widths
     bool followingCursor_ = false;
     bool layingOut_ = false;
     bool sorting_ = false;             // the rows are the same, in another order

@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QStyle>
 #include <QTextLayout>
+#include <algorithm>
 
 #include "ado/query.h"
 
@@ -20,7 +21,8 @@ constexpr int kUsualWidth = 320;
 TDBText::TDBText(QWidget* parent) : QLabel(parent) {
     // The database's text is text, whatever it looks like.
     setTextFormat(Qt::PlainText);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    // In a window without the room for all lines there are fewer: the list above needs it more.
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
 }
 
 TDBText::~TDBText() {
@@ -52,12 +54,16 @@ void TDBText::refresh() {
 }
 
 QSize TDBText::sizeHint() const {
-    return {kUsualWidth, minimumSizeHint().height()};
+    return {kUsualWidth, heightOf(kLines)};
 }
 
 QSize TDBText::minimumSizeHint() const {
+    return {kNarrowest, heightOf(1)};
+}
+
+int TDBText::heightOf(int lines) const {
     const QMargins margins = contentsMargins();
-    return {kNarrowest, kLines * fontMetrics().lineSpacing() + margins.top() + margins.bottom()};
+    return lines * fontMetrics().lineSpacing() + margins.top() + margins.bottom();
 }
 
 QStringList TDBText::shownLines(bool& cut) const {
@@ -69,11 +75,12 @@ QStringList TDBText::shownLines(bool& cut) const {
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
     QStringList lines;
+    const int most = std::clamp(contentsRect().height() / fontMetrics().lineSpacing(), 1, kLines);
     cut = false;
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
         line.setLineWidth(contentsRect().width());
-        if (lines.size() + 1 == kLines) {
+        if (lines.size() + 1 == most) {
             // Whatever is left stands on the last line as far as it goes.
             QString rest = whole.mid(line.textStart());
             rest.replace(QChar::LineSeparator, ' ');

@@ -38,6 +38,7 @@ private:
     void refresh();
     void showToolTip();
     // The lines as they are painted; `cut` tells that the text goes on behind them.
+    [[nodiscard]] int heightOf(int lines) const;
     [[nodiscard]] QStringList shownLines(bool& cut) const;
     void dataChanged() override { refresh(); }
     void rowChanged(std::int64_t /*row*/) override { refresh(); }

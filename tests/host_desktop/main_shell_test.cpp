@@ -358,6 +358,23 @@ TEST_F(Shell, itsPageInFrontKeepsWhatIsTypedWhenItIsAskedForAgain) {
     EXPECT_THAT(takeMessages(), ElementsAre("MsgUnsavedChanges()"));
 }
 
+TEST_F(Shell, itsNavigationShowsThePageInFront) {
+    open(1);
+    setThemeFontSize(16);
+    shell->resize(1200, 600);
+    QApplication::processEvents();
+    const auto isInSight = [this](const char* name) {
+        const QWidget& button = control(*shell, name);
+        return button.visibleRegion().boundingRect() == button.rect();
+    };
+    EXPECT_FALSE(isInSight("Settings_BTN"));
+    QTest::keyClick(shell.get(), Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isInSight("Settings_BTN"); }));
+    QTest::keyClick(shell.get(), Qt::Key_0, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isInSight("Home_BTN"); }));
+    setThemeFontSize(10);
+}
+
 TEST_F(Shell, showsAnErrorAndLivesOn) {
     open(1);
     session->run("DROP TABLE dbo.HostUserLog");

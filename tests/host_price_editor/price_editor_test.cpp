@@ -70,6 +70,45 @@ TEST_F(Editor, pricesAreWholeBesideALevelOfTheLongestName) {
     EXPECT_TRUE(control<QScrollArea>(*editor, "Inputs_SCB")->isVisible());
 }
 
+TEST_F(Editor, itsGroupsStandBelowEachOtherInANarrowWindow) {
+    const auto editor = open();
+    auto* inputs = control<QScrollArea>(*editor, "Inputs_SCB");
+    auto* prices = control<QWidget>(*editor, "Prices_GRB");
+    auto* discounts = control<QWidget>(*editor, "Discounts_GRB");
+    EXPECT_EQ(prices->y(), discounts->y());
+    editor->resize(540, 500);
+    QCoreApplication::processEvents();
+    EXPECT_GE(discounts->y(), prices->y() + prices->height());
+    EXPECT_EQ(inputs->horizontalScrollBar()->maximum(), 0);
+    for (const char* name : {"Save_BTN", "Exit_BTN"}) {
+        auto* button = control<QWidget>(*editor, name);
+        EXPECT_TRUE(editor->rect().contains(QRect(button->mapTo(editor.get(), QPoint()), button->size()))) << name;
+    }
+}
+
+TEST_F(Editor, aPriceMakesItselfRoomAsItIsTyped) {
+    const auto editor = open();
+    editor->resize(540, 500);
+    auto* price = control<QLineEdit>(*editor, "CostLevel_Sell_1_EDT");
+    price->selectAll();
+    type(price, QStringLiteral("-99999999999999.999999999"));
+    QCoreApplication::processEvents();
+    EXPECT_GE(price->width(), roomFor({price->text()}, QFontMetricsF(price->font())) + 12);
+}
+
+TEST_F(Editor, atTheLargestFontItIsSeenWithoutGoingToTheSide) {
+    applyTheme(*qApp);
+    setThemeFontSize(16);
+    const auto editor = open();
+    auto* inputs = control<QScrollArea>(*editor, "Inputs_SCB");
+    EXPECT_EQ(inputs->horizontalScrollBar()->maximum(), 0);
+    EXPECT_EQ(inputs->verticalScrollBar()->maximum(), 0);
+    editor->resize(1264, 672);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(inputs->horizontalScrollBar()->maximum(), 0);
+    setThemeFontSize(10);
+}
+
 // Names that differ at their ends only: forty-six to fifty characters.
 TEST_F(Editor, longNamesThatAreMuchAlikeAreReadToTheirEnds) {
     const std::string alike = "ویژهٔ مشتریان عمدهٔ استان‌های شمالی درجه ";

@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 
 #include "host/screens/cut_text.h"
+#include "host/screens/theme.h"
 #include "host/services/output_error.h"
 #include "tests/host_screens/painted_text.h"
 #include "tests/host_screens/screen_test.h"
@@ -313,6 +314,28 @@ TEST_F(Grid, anArrangementComesBack) {
     EXPECT_EQ(other.model().index(2, 1).data().toString().toStdString(), "آب");
     other.arrange(QJsonObject{{QStringLiteral("columns"), 5}, {QStringLiteral("sort"), QStringLiteral("Gone")}});
     EXPECT_EQ(other.ColumnCount(), 4);
+}
+
+TEST_F(Grid, columnsFollowTheFont) {
+    applyTheme(*qApp);
+    openThree();
+    TGridColumn fixed = grid.Column(1);
+    fixed.Width = 100;
+    grid.SetColumn(1, fixed);
+    view().horizontalHeader()->resizeSection(0, 90);
+    const int rowHeight = view().verticalHeader()->defaultSectionSize();
+    setThemeFontSize(16);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return grid.Column(1).Width == 160; }));
+    EXPECT_EQ(grid.Column(0).Width, 144) << "what the user has drawn, too";
+    EXPECT_EQ(view().columnWidth(1), 160);
+    EXPECT_GT(view().verticalHeader()->defaultSectionSize(), rowHeight);
+    // What is kept is meant for the usual font.
+    const QJsonObject kept = grid.arrangement();
+    EXPECT_EQ(kept.value("columns").toArray().at(1).toObject().value("width").toInt(), 100);
+    setThemeFontSize(10);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return grid.Column(1).Width == 100; }));
+    grid.arrange(kept);
+    EXPECT_EQ(grid.Column(0).Width, 90);
 }
 
 TEST_F(Grid, aColumnThatTheScreenHidesIsNotKeptAsTheUsersWish) {

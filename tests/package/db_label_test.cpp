@@ -69,9 +69,17 @@ TEST_F(DBText, aLongTextEndsOnTheThirdLineAndIsWholeInTheToolTip) {
     EXPECT_EQ(label.text().toStdString(), text);
     EXPECT_TRUE(label.toolTip().contains(QStringLiteral("مغازه‌داران &lt;b&gt;صنف&lt;/b&gt;")))
         << label.toolTip().toStdString();
-    EXPECT_EQ(label.height(), label.minimumSizeHint().height()) << "the label does not grow with the text";
+    EXPECT_EQ(label.height(), label.sizeHint().height()) << "the label does not grow with the text";
     show("صنف");
     EXPECT_EQ(label.toolTip(), "");
+}
+
+TEST_F(DBText, aLowerLabelHasFewerLines) {
+    show("یک\nدو\nسه");
+    EXPECT_EQ(label.toolTip(), "");
+    label.resize(300, label.minimumSizeHint().height());
+    EXPECT_EQ(paintedLines(), 1);
+    EXPECT_NE(label.toolTip(), "");
 }
 
 TEST_F(DBText, aWiderLabelShowsMore) {

@@ -1,0 +1,20 @@
+// The size that a user gave a window, kept in the window's layout.
+//
+//   QJsonObject layout = option.load();
+//   restoreWindowSize(window, layout);
+//   ...
+//   keepWindowSize(layout, window);
+#pragma once
+
+#include <QJsonObject>
+#include <QWidget>
+
+namespace basalt::host {
+
+// As it would be at the usual font size, so that the window grows with the font.
+void keepWindowSize(QJsonObject& layout, const QWidget& window);
+// No larger than the screen has room for: it may be another one than that on which the window had its size. A layout
+// without a size changes nothing.
+void restoreWindowSize(QWidget& window, const QJsonObject& layout);
+
+}  // namespace basalt::host

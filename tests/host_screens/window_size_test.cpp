@@ -1,0 +1,54 @@
+// The size that a user gave a window.
+#include "host/screens/window_size.h"
+
+#include <gtest/gtest.h>
+
+#include "host/screens/theme.h"
+
+namespace basalt::host {
+namespace {
+
+class WindowSizes : public ::testing::Test {
+protected:
+    ~WindowSizes() override { setThemeFontSize(10); }
+    [[nodiscard]] QSize restored(const QJsonObject& layout) {
+        window.resize(500, 400);
+        restoreWindowSize(window, layout);
+        return window.size();
+    }
+
+    QWidget window;
+};
+
+TEST_F(WindowSizes, comeBack) {
+    QJsonObject layout;
+    window.resize(640, 480);
+    keepWindowSize(layout, window);
+    EXPECT_EQ(layout, (QJsonObject{{"width", 640}, {"height", 480}}));
+    EXPECT_EQ(restored(layout), QSize(640, 480));
+}
+
+TEST_F(WindowSizes, growWithTheFont) {
+    QJsonObject layout;
+    window.resize(640, 480);
+    keepWindowSize(layout, window);
+    setThemeFontSize(16);
+    EXPECT_EQ(restored(layout), QSize(1024, 768));
+    QJsonObject again;
+    keepWindowSize(again, window);
+    EXPECT_EQ(again, layout);
+}
+
+TEST_F(WindowSizes, leaveRoomOnTheScreenForTheFrame) {
+    EXPECT_EQ(restored({{"width", 1920}, {"height", 1080}}), QSize(1904, 1032));
+    EXPECT_EQ(restored({{"width", 5000000}, {"height", 700}}), QSize(1904, 700));
+}
+
+TEST_F(WindowSizes, ofALayoutWithoutOneStayAsTheyAre) {
+    EXPECT_EQ(restored({}), QSize(500, 400));
+    EXPECT_EQ(restored({{"width", 640}}), QSize(500, 400));
+    EXPECT_EQ(restored({{"width", -5}, {"height", "high"}}), QSize(500, 400));
+}
+
+}  // namespace
+}  // namespace basalt::host
