@@ -137,6 +137,15 @@ std::size_t Binder::outputPosition(const ast::Expression& expression, const std:
         }
         return static_cast<std::size_t>(*position);
     }
+    if (expression.kind == ast::ExpressionKind::Literal || expression.kind == ast::ExpressionKind::Null)
+        fail(408, "A constant expression was encountered in the ORDER BY list.", expression.range);
+    if (expression.kind == ast::ExpressionKind::Variable) {
+        fail(1008,
+             "The SELECT item identified by the ORDER BY number contains a variable as part of the expression "
+             "identifying a column position. Variables are only allowed when ordering by an expression referencing a "
+             "column name.",
+             expression.range);
+    }
     const auto* column = ast::tryAs<ast::ColumnExpression>(&expression);
     if (column == nullptr || column->name.parts.size() != 1) return 0;
     std::size_t found = 0;
@@ -197,10 +206,28 @@ void Binder::commonTables(const std::vector<ast::CommonTableExpression>& with, s
             for (std::size_t i = 0; i < outputs.size(); ++i) {
                 SourceColumn column{outputs[i], "c" + std::to_string(i + 1)};
                 if (!table.columns.empty()) column.shown.name = table.columns[i].text;
+                if (column.shown.name.empty()) {
+                    fail(8155,
+                         "No column name was specified for column " + std::to_string(i + 1) + " of '" +
+                             table.name.text + "'.",
+                         table.range);
+                }
+                for (const SourceColumn& other : columns) {
+                    if (!sameName(other.shown.name, column.shown.name)) continue;
+                    fail(8156,
+                         "The column '" + column.shown.name + "' was specified multiple times for '" + table.name.text +
+                             "'.",
+                         table.range);
+                }
                 columns.push_back(std::move(column));
             }
             return columns;
         };
+        if (std::any_of(with.data(), &table, [&](const ast::CommonTableExpression& other) {
+                return sameName(other.name.text, table.name.text);
+            })) {
+            fail(239, "Duplicate common table expression name '" + table.name.text + "' was specified.", table.range);
+        }
         BoundCommonTable bound;
         bound.name = sqlName;
         const auto* operation = table.query->body->kind == ast::QueryBodyKind::SetOperation

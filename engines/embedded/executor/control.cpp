@@ -128,7 +128,10 @@ void Executor::atomically(bool temporary, const std::function<void()>& change) {
 
 void Executor::begin() {
     try {
-        if (!inTransaction()) beginImmediate_.run();
+        if (!inTransaction()) {
+            beginImmediate_.run();
+            transactionName_.clear();
+        }
         ++state_.tranCount;
         catalog_.refresh();
     } catch (const DatabaseError& error) {
@@ -213,6 +216,7 @@ void Executor::transaction(const ast::Batch& batch, const ast::TransactionStatem
     switch (statement.action) {
         case Action::Begin:
             begin();
+            if (state_.tranCount == 1) transactionName_ = foldName(name);
             break;
         case Action::Commit:
             commit();
@@ -237,6 +241,10 @@ void Executor::transaction(const ast::Batch& batch, const ast::TransactionStatem
                 catalog_.forgetIdentities();
                 catalog_.invalidate();
                 break;
+            }
+            if (!name.empty() && inTransaction() && foldName(name) != transactionName_) {
+                throwSqlError(6401,
+                              "Cannot roll back " + name + ". No transaction or savepoint of that name was found.");
             }
             rollback();
             break;

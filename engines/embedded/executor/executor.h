@@ -148,6 +148,8 @@ private:
     void createIndex(const ast::Batch& batch, const ast::CreateIndexStatement& statement);
     void alterTable(const ast::Batch& batch, const ast::AlterTableStatement& statement);
     void drop(const ast::Batch& batch, const ast::DropStatement& statement);
+    // 3705 when the name is that of an object of another kind.
+    void refuseOtherKind(const ast::Batch& batch, ast::ObjectType wanted, const ast::ObjectName& name);
     void requireFreeName(const ast::Batch& batch, const ast::ObjectName& name);
 
     void registerFunctions();
@@ -167,6 +169,7 @@ private:
     FunctionCaller* functions_ = nullptr;
     const Environment* running_ = nullptr;  // of the SELECT that assigns variables
     std::vector<std::string> savepoints_;   // names of SAVE TRANSACTION
+    std::string transactionName_;           // of the outermost BEGIN TRANSACTION, folded; empty when it has none
     StatementPool applied_;                 // statements of APPLY
     SqliteStatement savepoint_, release_, rollbackTo_, beginImmediate_, beginDeferred_, commit_, rollback_;
 };

@@ -396,6 +396,7 @@ Interpreter::CallOutcome Interpreter::callProgram(Program& program, std::span<co
                           .environment = {.table = &program.batch().literals, .variables = &frame},
                           .into = &into,
                           .procedure = program.name(),
+                          .isText = sameName(program.name(), "sp_executesql"),
                           .depth = run.depth()};
     const TemporaryTables temporaryTables(*this, activation);
     {
@@ -428,6 +429,7 @@ void Interpreter::runText(std::string_view text, BatchResult& into) {
                           .environment = {.table = &program->batch().literals, .variables = &frame},
                           .into = &into,
                           .procedure = "EXEC",
+                          .isText = true,
                           .depth = run.depth()};
     const TemporaryTables temporaryTables(*this, activation);
     const TransactionCount count(executor_);

@@ -76,6 +76,7 @@ private:
         Environment environment;
         BatchResult* into;
         std::string procedure = {};  // empty for a batch
+        bool isText = false;         // of EXEC or sp_executesql, which errors do not name
         std::int64_t returnValue = 0;
         std::string label = {};                         // where Flow::Goto goes
         std::size_t depth = 0;                          // of recursion into the same program

@@ -35,6 +35,7 @@ bool endsStatementOnly(int number) {
         2627,  // primary key or unique constraint
         2628,  // a text too long for its column
         2812,  // no such procedure
+        6401,  // no transaction or savepoint of that name
         3902,  // COMMIT without BEGIN
         3903,  // ROLLBACK without BEGIN
         8115,  // arithmetic overflow
@@ -94,10 +95,13 @@ LastError lastOf(const DatabaseError& error) {
             const std::string words = wordsOf(error);
             return {4922, words.substr(words.rfind('\n') + 1)};
         }
+        case 3728:  // no such constraint
+            return {3727, "Could not drop constraint. See previous errors."};
         case 1767:  // a reference to no table
         case 1776:  // a reference to no key
         case 1779:  // a second primary key
         case 1781:  // a second default
+        case 8111:  // a primary key over what takes NULL
             return {1750, "Could not create constraint or index. See previous errors."};
         default:
             return {error.nativeCode(), wordsOf(error)};
@@ -121,7 +125,7 @@ bool Interpreter::goesOn(Activation& activation, const ast::Statement& statement
         // The innermost statement is where it happened.
         located_ = &error;
         errorLine_ = static_cast<int>(locate(activation.batch.text, statement.range.begin).line);
-        errorProcedure_ = activation.procedure;
+        errorProcedure_ = activation.isText ? std::string() : activation.procedure;
         // What a function has failed with comes through SQLite, as an error of the statement that has called it.
         const bool ofFunction = std::exchange(functionFailed_, activation.function != nullptr);
         const bool unknown = isUnknownName(error.nativeCode()) && dynamic_cast<const RaisedError*>(&error) == nullptr;

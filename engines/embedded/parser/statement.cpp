@@ -163,8 +163,17 @@ StatementPtr parseStatement(TokenCursor& cursor) {
 Statements parseStatements(TokenCursor& cursor) {
     Statements statements;
     skipSemicolons(cursor);
+    bool ended = true;
     while (!cursor.atEnd() && !cursor.at(Keyword::End)) {
+        if (!ended && cursor.at(Keyword::With)) {
+            cursor.fail(319,
+                        "Incorrect syntax near the keyword 'with'. If this statement is a common table expression, an "
+                        "xmlnamespaces clause or a change tracking context clause, the previous statement must be "
+                        "terminated with a semicolon.",
+                        cursor.peek().range);
+        }
         statements.push_back(parseStatement(cursor));
+        ended = cursor.at(TokenKind::Semicolon) || statements.back()->kind == StatementKind::Label;
         skipSemicolons(cursor);
     }
     return statements;

@@ -128,7 +128,15 @@ void Executor::createIndex(const ast::Batch& batch, const ast::CreateIndexStatem
                                  "Column name '" + key.name.text + "' does not exist in the target table or view.",
                                  batch.text, key.name.range);
         }
-        names.push_back(table.columns[static_cast<std::size_t>(position)].name);
+        const TableColumn& column = table.columns[static_cast<std::size_t>(position)];
+        if (std::find(names.begin(), names.end(), column.name) != names.end()) {
+            throw statementError(
+                ErrorCategory::Other, 1909,
+                "Cannot use duplicate column names in index. Column name '" + column.name + "' listed more than once.",
+                batch.text, key.name.range);
+        }
+        requireKeyType(table.name, column.name, column.type);
+        names.push_back(column.name);
         columns += (columns.empty() ? "" : ", ") + sqlQuoted(names.back()) + (key.descending ? " DESC" : "");
     }
     std::vector<std::string> included;

@@ -49,12 +49,35 @@ std::string referrerOf(Catalog& catalog, const Table& table) {
     return {};
 }
 
+std::string wordOf(ast::ObjectType type) {
+    std::string word = nameOf(type);
+    std::ranges::transform(word, word.begin(), [](char c) { return static_cast<char>(c - 'a' + 'A'); });
+    return word;
+}
+
 }  // namespace
+
+void Executor::refuseOtherKind(const ast::Batch& batch, ast::ObjectType wanted, const ast::ObjectName& name) {
+    ast::ObjectType is = ast::ObjectType::Table;
+    if (wanted == ast::ObjectType::Index || wanted == ast::ObjectType::Trigger) return;
+    if (catalog_.table(name.last()) == nullptr) {
+        const Module* module = catalog_.module(name.last());
+        if (module == nullptr) return;
+        is = module->kind == ModuleKind::View        ? ast::ObjectType::View
+             : module->kind == ModuleKind::Procedure ? ast::ObjectType::Procedure
+                                                     : ast::ObjectType::Function;
+    }
+    throw statementError(ErrorCategory::Other, 3705,
+                         "Cannot use DROP " + wordOf(wanted) + " with '" + name.last() + "' because '" + name.last() +
+                             "' is a " + nameOf(is) + ". Use DROP " + wordOf(is) + ".",
+                         batch.text, name.range);
+}
 
 void Executor::drop(const ast::Batch& batch, const ast::DropStatement& statement) {
     for (const ast::DropStatement::Item& item : statement.items) {
         const std::string& name = item.name.last();
         const auto missing = [&] {
+            refuseOtherKind(batch, statement.type, item.name);
             if (statement.ifExists) return;
             throw statementError(ErrorCategory::NotFound, 3701,
                                  std::string("Cannot drop the ") + nameOf(statement.type) + " '" + name +

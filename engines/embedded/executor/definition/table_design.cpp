@@ -79,6 +79,33 @@ auto withExpression(Catalog& catalog, const std::string& text, bool condition, U
     return use(binder, condition ? *select.where : *select.items.front().expression);
 }
 
+bool hasQuery(const BoundExpression& expression) {
+    return expression.query != nullptr ||
+           std::ranges::any_of(expression.arguments, [](const BoundPtr& each) { return hasQuery(*each); });
+}
+
+void refuseQuery(const BoundExpression& expression) {
+    if (!hasQuery(expression)) return;
+    throwSqlError(1046, "Subqueries are not allowed in this context. Only scalar expressions are allowed.");
+}
+
+// What a default may be is a constant, if a computed one.
+void requireConstant(Catalog& catalog, const std::string& text) {
+    try {
+        withExpression(catalog, text, false, [&](Binder& binder, const ast::Expression& expression) {
+            refuseQuery(*boundOver(binder, {}, expression));
+        });
+    } catch (const DatabaseError& failure) {
+        const std::string_view what = failure.what();
+        if (failure.nativeCode() == 137) throwSqlError(112, "Variables are not allowed in the CREATE TABLE statement.");
+        if (failure.nativeCode() != error::kInvalidColumn) throw;
+        const std::size_t begin = what.find('\'') + 1;
+        throwSqlError(128, "The name \"" + std::string(what.substr(begin, what.find('\'', begin) - begin)) +
+                               "\" is not permitted in this context. Valid expressions are constants, constant "
+                               "expressions, and (in some contexts) variables. Column names are not permitted.");
+    }
+}
+
 bool reads(const BoundExpression& expression, const std::string& quoted) {
     return (expression.kind == BoundKind::Column && expression.name == quoted) ||
            std::ranges::any_of(expression.arguments, [&](const BoundPtr& each) { return reads(*each, quoted); });
@@ -88,10 +115,18 @@ bool reads(const BoundExpression& expression, const std::string& quoted) {
 
 std::string storedCondition(Catalog& catalog, const Table& table, const std::string& text) {
     return withExpression(catalog, text, true, [&](Binder& binder, const ast::Expression& expression) {
+        const BoundPtr bound = boundOver(binder, table, expression);
+        refuseQuery(*bound);
         SqlWriter writer;
-        writer.expression(*boundOver(binder, table, expression));
+        writer.expression(*bound);
         return writer.sql();
     });
+}
+
+void requireKeyType(std::string_view table, std::string_view column, const SqlType& type) {
+    if (type.length != kMaxLength || !(type.isText() || type.isBinary())) return;
+    throwSqlError(1919, "Column '" + std::string(column) + "' in table '" + std::string(table) +
+                            "' is of a type that is invalid for use as a key column in an index.");
 }
 
 bool readsColumn(Catalog& catalog, const Table& table, const std::string& text, bool condition,
@@ -176,6 +211,14 @@ void TableDesign::addColumn(const ast::ColumnDefinition& column, const LiteralTa
         const Table so = shape();
         withExpression(binder.catalog(), design.computedText, false, [&](Binder& inner, const ast::Expression& e) {
             const BoundPtr value = boundOver(inner, so, e);
+            refuseQuery(*value);
+            for (const DesignColumn& other : columns) {
+                if (other.computedText.empty() || !reads(*value, sqlQuoted(other.name))) continue;
+                binder.fail(1759,
+                            "Computed column '" + other.name + "' in table '" + name +
+                                "' is not allowed to be used in another computed-column definition.",
+                            column.range);
+            }
             if (value->order != TextOrder::Database) {
                 binder.unsupported("a column with another collation than the database's", column.range);
             }
@@ -187,7 +230,14 @@ void TableDesign::addColumn(const ast::ColumnDefinition& column, const LiteralTa
     design.type = binder.dataType(column.type);
     binder.requireOwnCollation(column.collation);
     design.nullable = column.nullable.value_or(true);
+    design.takesNull = column.nullable.value_or(false);
     if (column.identity) {
+        if (design.takesNull) {
+            binder.fail(
+                8147,
+                "Could not create IDENTITY attribute on nullable column '" + design.name + "', table '" + name + "'.",
+                column.range);
+        }
         for (const DesignColumn& other : columns) {
             if (other.identity) {
                 binder.fail(2744,
@@ -232,6 +282,18 @@ void TableDesign::addConstraint(const ast::Constraint& constraint, const std::st
         }
         key.name = found->name;
     }
+    const bool isKey =
+        constraint.kind == ast::ConstraintKind::PrimaryKey || constraint.kind == ast::ConstraintKind::Unique;
+    for (std::size_t i = 0; isKey && i < keyColumns.size(); ++i) {
+        const std::string& each = keyColumns[i].name;
+        if (std::any_of(keyColumns.begin(), keyColumns.begin() + static_cast<std::ptrdiff_t>(i),
+                        [&](const DesignKeyColumn& other) { return sameName(other.name, each); })) {
+            binder.fail(1909,
+                        "Cannot use duplicate column names in index. Column name '" + each + "' listed more than once.",
+                        constraint.range);
+        }
+        requireKeyType(name, each, find(each)->type);
+    }
     switch (constraint.kind) {
         case ast::ConstraintKind::PrimaryKey:
         case ast::ConstraintKind::Unique: {
@@ -239,6 +301,11 @@ void TableDesign::addConstraint(const ast::Constraint& constraint, const std::st
             std::string joinedNames;
             for (const DesignKeyColumn& key : keyColumns) {
                 joinedNames += "_" + key.name;
+                if (primary && find(key.name)->takesNull) {
+                    binder.fail(8111,
+                                "Cannot define PRIMARY KEY constraint on nullable column in table '" + name + "'.",
+                                constraint.range);
+                }
                 if (primary) find(key.name)->nullable = false;
             }
             for (const DesignKey& other : keys) {
@@ -322,8 +389,15 @@ void TableDesign::addConstraint(const ast::Constraint& constraint, const std::st
             if (!found->defaultText.empty()) {
                 binder.fail(1781, "Column already has a DEFAULT bound to it.", constraint.range);
             }
+            if (found->identity) {
+                binder.fail(1754,
+                            "Defaults cannot be created on columns with an IDENTITY attribute. Table '" + name +
+                                "', column '" + found->name + "'.",
+                            constraint.range);
+            }
             found->defaultName = given.empty() ? generatedName("DF", found->name, {}) : given;
             found->defaultText = print(*constraint.expression, literals);
+            requireConstant(binder.catalog(), found->defaultText);
             break;
         }
     }
@@ -340,6 +414,7 @@ TableDesign TableDesign::of(const Table& table, SqliteDatabase& database, Catalo
         copy.name = column.name;
         copy.type = column.type;
         copy.nullable = column.nullable;
+        copy.takesNull = column.nullable;
         if (column.identity) copy.identity = catalog.identity(table.name);
         design.columns.push_back(std::move(copy));
     }

@@ -16,6 +16,7 @@ struct DesignColumn {
     std::string name;
     SqlType type;
     bool nullable = true;
+    bool takesNull = false;  // NULL was asked for, or the column has it already: no primary key makes it NOT NULL
     std::optional<IdentityState> identity;
     std::string defaultName, defaultText;  // T-SQL; empty when there is none
     std::string computedText;              // T-SQL; empty for an ordinary column
@@ -87,6 +88,9 @@ private:
 // not.
 void createNullGuards(SqliteDatabase& database, const Table& table, const std::string& indexName,
                       const std::vector<std::string>& columns);
+
+// Throws 1919 for a type whose values are too long for a key.
+void requireKeyType(std::string_view table, std::string_view column, const SqlType& type);
 
 // A condition over a table's columns, as SQLite's SQL without parameters.
 [[nodiscard]] std::string storedCondition(Catalog& catalog, const Table& table, const std::string& text);
