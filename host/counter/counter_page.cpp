@@ -21,6 +21,7 @@
 #include "host/services/host_parts.h"
 #include "host/services/sql_access.h"
 #include "package/numbers.h"
+#include "package/screens/tool_tip.h"
 
 namespace basalt::host {
 
@@ -417,7 +418,7 @@ void CounterPage::scan(const QString& typed) {
 
 void CounterPage::showResult(const QString& mood, const QString& text) {
     result_->setText(shortened(text));
-    result_->setToolTip(result_->text() == text ? QString() : text);
+    result_->setToolTip(result_->text() == text ? QString() : plainToolTip(text));
     result_->setProperty("mood", mood);
     result_->style()->unpolish(result_);
     result_->style()->polish(result_);

@@ -9,6 +9,7 @@
 #include "host/calls/answer.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
+#include "package/screens/tool_tip.h"
 
 namespace basalt::host {
 namespace {
@@ -56,7 +57,7 @@ void fill(QTableWidget& table, const std::vector<QStringList>& rows) {
         int column = 0;
         for (const QString& text : rows[row]) {
             auto* item = new QTableWidgetItem(text);
-            item->setToolTip(text);
+            item->setToolTip(plainToolTip(text));
             table.setItem(static_cast<int>(row), column++, item);
         }
     }

@@ -53,6 +53,7 @@ HomePage::HomePage(DesktopContext context, QWidget* parent) : ShellPage(parent),
     layout->setContentsMargins(kMargin, 24, kMargin, 24);
     layout->setSpacing(6);
     greeting_ = makeLabel({}, "pageTitle");
+    greeting_->setTextFormat(Qt::PlainText);
     greeting_->setObjectName(QStringLiteral("Greeting_LBL"));
     layout->addWidget(greeting_);
     date_ = makeLabel({}, "hint");

@@ -162,6 +162,7 @@ QWidget* MainShell::makeHeader() {
     layout->setContentsMargins(24, 12, 24, 12);
     layout->setSpacing(12);
     company_ = new QLabel;
+    company_->setTextFormat(Qt::PlainText);
     company_->setObjectName(QStringLiteral("Company_LBL"));
     company_->setProperty("kind", QStringLiteral("brand"));
     showCompany();

@@ -5,6 +5,7 @@
 #include "host/desktop/line_icon.h"
 #include "host/screens/elided_label.h"
 #include "host/screens/theme.h"
+#include "package/screens/tool_tip.h"
 
 namespace basalt::host {
 namespace {
@@ -17,6 +18,7 @@ QLabel* addPart(QHBoxLayout& layout, LineIcon icon, const char* objectName, cons
     label->setObjectName(QString::fromLatin1(objectName));
     label->setAccessibleName(title);
     label->setToolTip(title);
+    label->setTextFormat(Qt::PlainText);
     layout.addWidget(label);
     layout.addSpacing(18);
     return label;
@@ -51,7 +53,7 @@ void StatusLine::refresh() {
     const QString location = QString::fromStdString(host_.session().location());
     // A path reads from the left even in a line that reads from the right.
     database_->setText(QStringLiteral("\u2066%1\u2069").arg(location));
-    database_->setToolTip(location);
+    database_->setToolTip(plainToolTip(location));
     engine_->setText(engineTitle(host_.session().engine()));
     workstation_->setText(QString::fromStdString(host_.workstationName()));
 }

@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 
 #include "host/screens/theme.h"
+#include "package/screens/tool_tip.h"
 
 namespace basalt::host {
 namespace {
@@ -24,8 +25,10 @@ void CategoryChip::setCategory(const QString& name, bool last) {
     QString cut = fontMetrics().elidedText(name, Qt::ElideRight, themePixels(kWidestName));
     // An ampersand in a name is no key.
     setText(cut.replace(QLatin1Char('&'), QLatin1String("&&")) + QStringLiteral(" ×"));
-    setToolTip((last ? QStringLiteral("برداشتن «%1»") : QStringLiteral("برداشتن «%1» و آنچه زیر آن است")).arg(name));
-    setAccessibleName(toolTip());
+    const QString taken =
+        (last ? QStringLiteral("برداشتن «%1»") : QStringLiteral("برداشتن «%1» و آنچه زیر آن است")).arg(name);
+    setToolTip(plainToolTip(taken));
+    setAccessibleName(taken);
     setVisible(true);
 }
 

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "host/screens/wrapped_text.h"
+#include "package/screens/tool_tip.h"
 
 namespace basalt::host {
 namespace {
@@ -78,8 +79,7 @@ public:
         const auto& help = *static_cast<QHelpEvent*>(event);
         const QString text = cutTextAt(*widget, help.pos());
         if (text.isEmpty()) return false;
-        // Plain text, whatever is in it.
-        QToolTip::showText(help.globalPos(), text.toHtmlEscaped(), widget);
+        QToolTip::showText(help.globalPos(), plainToolTip(text), widget);
         return true;
     }
 };

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "ado/query.h"
+#include "package/screens/tool_tip.h"
 
 namespace basalt {
 
@@ -117,8 +118,7 @@ void TDBText::resizeEvent(QResizeEvent* event) {
 void TDBText::showToolTip() {
     bool cut = false;
     static_cast<void>(shownLines(cut));
-    // As rich text a tool tip breaks into lines.
-    setToolTip(cut ? QStringLiteral("<p dir=\"auto\">%1</p>").arg(text().toHtmlEscaped()) : QString());
+    setToolTip(cut ? plainToolTip(text()) : QString());
 }
 
 }  // namespace basalt

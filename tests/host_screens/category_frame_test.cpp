@@ -6,6 +6,7 @@
 #include <QAbstractItemView>
 #include <QClipboard>
 #include <QMenu>
+#include <QTextDocument>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -120,6 +121,14 @@ TEST_F(CategoryFrames, aLongNameIsCutInItsChipOnly) {
     EXPECT_EQ(frame->Bubbles().back().Name, name);
     EXPECT_TRUE(chip(0)->text().contains(u'…')) << chip(0)->text().toStdString();
     EXPECT_TRUE(chip(0)->toolTip().contains(QString::fromStdString(name)));
+}
+
+TEST_F(CategoryFrames, aNameThatLooksLikeMarkupIsShownAsItIs) {
+    session->run("INSERT INTO category (id, name, parent_code, [level]) VALUES (900, N'<b>نان</b> & شیر', 0, 1)");
+    frame->create_bubble(900, 1);
+    QTextDocument tip;
+    tip.setHtml(chip(0)->toolTip());
+    EXPECT_EQ(tip.toPlainText().toStdString(), "برداشتن «<b>نان</b> & شیر»");
 }
 
 TEST_F(CategoryFrames, openingAgainKeepsTheChipsOrBeginsAnew) {

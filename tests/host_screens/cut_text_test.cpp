@@ -2,8 +2,11 @@
 #include "host/screens/cut_text.h"
 
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QTextDocument>
+#include <QToolTip>
 
 #include "host/screens/field_title.h"
 #include "host/screens/theme.h"
@@ -46,6 +49,21 @@ TEST(CutTexts, endInAnEllipsisAndShowTheWhole) {
     EXPECT_EQ(cutTextAt(wrapped, {5, 5}), QString());
     wrapped.setFixedHeight(wrapped.fontMetrics().lineSpacing());
     EXPECT_EQ(cutTextAt(wrapped, {5, 5}), kLong);
+}
+
+TEST(CutTexts, showWhatLooksLikeMarkupAsItIs) {
+    showCutTexts(*qApp);
+    const QString name = QStringLiteral("نان & شیر \"تازه\" <b>۱</b> ") + kLong;
+    QLabel cut(name);
+    cut.setTextFormat(Qt::PlainText);
+    cut.setFixedWidth(60);
+    QHelpEvent pointed(QEvent::ToolTip, {5, 5}, {5, 5});
+    QApplication::sendEvent(&cut, &pointed);
+    QTextDocument shown;
+    ASSERT_TRUE(Qt::mightBeRichText(QToolTip::text()));
+    shown.setHtml(QToolTip::text());
+    EXPECT_EQ(shown.toPlainText().toStdString(), name.toStdString());
+    QToolTip::hideText();
 }
 
 TEST(CutTexts, ofCombosAreKnownToo) {
