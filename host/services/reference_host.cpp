@@ -41,6 +41,18 @@ std::string dateText(const CivilDateTime& moment, const std::string& separator) 
     return toText(toJalali(moment.year, moment.month, moment.day), separator);
 }
 
+// The record with this code that stands nearest to the given one, which it is itself when there is none: a list may
+// hold several of one code.
+int nearestWith(const TADOQuery& query, const TField& key, const Value& code, int number) {
+    const int last = query.RecordCount();
+    for (int distance = 0; distance < last; ++distance) {
+        for (const int near : {number - distance, number + distance}) {
+            if (near >= 1 && near <= last && query.valueAt(near - 1, key.Index()) == code) return near;
+        }
+    }
+    return number;
+}
+
 // A table or column as it may stand in a statement: letters, digits, _ and points between, or a name in brackets.
 // Others could carry a statement of their own.
 void requireName(const std::string& name, const char* what) {
@@ -176,9 +188,10 @@ void ReferenceHost::ResetDataset(TADOQuery& query) {
     const TField* key = query.Active() && !query.IsEmpty() ? query.FindField("Code") : nullptr;
     const Value code = key ? key->AsValue() : Value{};
     query.Requery();
-    if (key && query.FindField("Code") && query.Locate("Code", code)) return;
     if (query.IsEmpty()) return;
-    query.RecNo(std::clamp(number, 1, query.RecordCount()));
+    const int nearby = std::clamp(number, 1, query.RecordCount());
+    const TField* found = key ? query.FindField("Code") : nullptr;
+    query.RecNo(found ? nearestWith(query, *found, code, nearby) : nearby);
 }
 
 bool ReferenceHost::CheckGoodUnitFormul(int goodCode) {

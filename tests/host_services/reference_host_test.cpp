@@ -227,6 +227,22 @@ TEST_F(ReferenceHostTest, resettingAListStaysAtItsRecord) {
     EXPECT_EQ(query.RecordCount(), 9);
 }
 
+TEST_F(ReferenceHostTest, resettingAListStaysAtItsRecordAmongTwinsOfItsCode) {
+    execute(*session, "INSERT INTO dbo.CostLevel (Code, Name, CostType) VALUES (2, N'قدیمی', 4)");
+    TADOQuery query(host.connection(), "List");
+    query.SQL = "select Code, Name from CostLevel where CostType IN (3, 4) order by CostType, Code";
+    query.Open();
+    ASSERT_TRUE(query.Locate("Name", std::string("قدیمی")));
+    host.ResetDataset(query);
+    EXPECT_EQ(query.FieldByName("Name").AsString(), "قدیمی");
+    ASSERT_TRUE(query.Locate("Code", std::int64_t{2}));
+    const std::string name = query.FieldByName("Name").AsString();
+    ASSERT_NE(name, "قدیمی");
+    execute(*session, "DELETE FROM dbo.CostLevel WHERE CostType = 3 AND Code = 1");
+    host.ResetDataset(query);
+    EXPECT_EQ(query.FieldByName("Name").AsString(), name);
+}
+
 TEST_F(ReferenceHostTest, resettingAListWhoseRecordIsGoneStaysNear) {
     TADOQuery query(host.connection(), "List");
     query.SQL = "select Code, Name from CostLevel where CostType = 3 order by Code";
