@@ -26,10 +26,10 @@ host::Answer parseAnswer(const Datum& word) {
 }
 
 // {"call":NAME,"args":{...} or [...],"answers":[...]}
-BatchCall parseCall(const std::string& line) {
+// After a failure the call has what was read before it.
+void parseCall(const std::string& line, BatchCall& call) {
     const Datum request = Datum::parseJson(line);
     if (!request.isRecord()) throw UsageError("a call is an object like {\"call\":NAME,\"args\":{},\"answers\":[]}");
-    BatchCall call;
     std::set<std::string> seen;
     for (const auto& [key, value] : request.asRecord()) {
         if (!seen.insert(key).second) throw UsageError("the call has \"" + key + "\" more than once");
@@ -49,18 +49,19 @@ BatchCall parseCall(const std::string& line) {
         }
     }
     if (call.function.empty()) throw UsageError("the call names no function: \"call\" is missing");
-    return call;
 }
 
 host::CallReport answer(host::FunctionCaller& caller, const std::string& line) {
-    host::CallReport report;
+    BatchCall call;
     try {
-        const BatchCall call = parseCall(line);
-        report = caller.call(call.function, call.arguments, call.answers);
+        parseCall(line, call);
+        return caller.call(call.function, call.arguments, call.answers);
     } catch (const std::exception& error) {
+        host::CallReport report;
+        report.function = call.function;
         report.error = host::describeError(error);
+        return report;
     }
-    return report;
 }
 
 // False when a call failed. runtime_error at the first reply that is lost: nobody would know what the lines behind it

@@ -1,11 +1,13 @@
-// basalt functions [NAME] [--json]: what the module exports, and the reference host's own screens.
+// basalt functions [NAME] [--json] | --markdown: what the module exports, and the reference host's own screens.
 #include <iostream>
 #include <map>
 #include <memory>
 
 #include "ado/names.h"
 #include "cli/commands.h"
+#include "cli/function_reference.h"
 #include "cli/host_screens.h"
+#include "cli/screen_signature.h"
 #include "cli/wrong_usage.h"
 #include "host/calls/arguments.h"
 #include "host/module_loader/module_loader.h"
@@ -17,6 +19,7 @@ namespace {
 struct FunctionsOptions {
     std::string name;
     bool json = false;
+    bool markdown = false;
 };
 
 Datum toDatum(const std::vector<FunctionParameter>& parameters) {
@@ -60,17 +63,12 @@ std::string describe(const std::string& line, const std::string& summary) {
     return "  " + line + "\n      " + summary + "\n";
 }
 
-std::string signatureOf(const EntryPoint& entry) {
-    return host::signature(FunctionEntry{.name = entry.name,
-                                         .subsystem = {},
-                                         .summary = {},
-                                         .parameters = entry.parameters,
-                                         .result = entry.result,
-                                         .run = {}});
-}
-
 int run(const FunctionsOptions& options) {
     const Registry& registry = host::loadModule().registry();
+    if (options.markdown) {
+        writeReference(std::cout, registry, hostScreens());
+        return 0;
+    }
     const auto wanted = [&](const std::string& name) { return options.name.empty() || sameName(name, options.name); };
     Datum::List list;
     std::vector<std::string> order;
@@ -116,8 +114,9 @@ void addFunctionsCommand(Program& program) {
     const auto options = std::make_shared<FunctionsOptions>();
     CLI::App& command =
         program.command(program.app, "functions", "lists what the module exports", [options] { return run(*options); });
-    command.add_option("NAME", options->name, "only that function, with all its overloads");
-    command.add_flag("--json", options->json, "as one line of JSON");
+    CLI::Option* name = command.add_option("NAME", options->name, "only that function, with all its overloads");
+    CLI::Option* json = command.add_flag("--json", options->json, "as one line of JSON");
+    command.add_flag("--markdown", options->markdown, "all of them as a document")->excludes(name)->excludes(json);
 }
 
 }  // namespace basalt::cli

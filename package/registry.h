@@ -1,7 +1,7 @@
 // The list of everything that the module exports: data functions, store operations and entry points.
 //
 // Each subsystem folder registers what it exports in one function (costlevel/registration.h). The command line, the
-// function console and the reference documentation read the registry; they know no function by name.
+// function console and docs/functions.md read the registry; they know no function by name.
 //
 //   registry.add({.name = "CostLevel_GetNewCode", .subsystem = "costlevel",
 //                 .summary = "The next free code of a kind of level.",
