@@ -60,8 +60,11 @@ public:
         open_.back().names.push_back(std::move(name));
         return true;
     }
-    [[noreturn]] static bool parse_error(std::size_t position, const std::string& /*token*/,
-                                         const nlohmann::json::exception& /*error*/) {
+    [[noreturn]] static bool parse_error(std::size_t position, const std::string& token,
+                                         const nlohmann::json::exception& error) {
+        // The number's digits were read without fault; it is only beyond every kind of number.
+        if (dynamic_cast<const nlohmann::json::out_of_range*>(&error))
+            throw UsageError("the number " + token + " is too large");
         throw UsageError("malformed JSON at character " + std::to_string(position));
     }
 

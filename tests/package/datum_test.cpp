@@ -129,6 +129,15 @@ TEST(Datum, malformedJsonNamesThePlace) {
     }
 }
 
+TEST(Datum, aNumberBeyondAllIsToldAsSuch) {
+    try {
+        (void)Datum::parseJson("[1e400]");
+        ADD_FAILURE() << "was read";
+    } catch (const UsageError& error) {
+        EXPECT_STREQ(error.what(), "the number 1e400 is too large");
+    }
+}
+
 TEST(Datum, databaseValues) {
     EXPECT_EQ(Datum::from(Value{}), Datum());
     EXPECT_EQ(Datum::from(true), Datum(true));
