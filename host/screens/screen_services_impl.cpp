@@ -71,7 +71,8 @@ std::unique_ptr<TVaroSearchManager> HostScreenServices::createSearchManager() {
 
 void HostScreenServices::SetWinControlRightAlign(QWidget& control) {
     control.setLayoutDirection(Qt::RightToLeft);
-    if (auto* line = qobject_cast<QLineEdit*>(&control)) line->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    if (auto* line = qobject_cast<QLineEdit*>(&control))
+        line->setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
 }
 
 void HostScreenServices::RegisterPrintColumn(const std::string& reportName, const TPrintColumn& column) {
