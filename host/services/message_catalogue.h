@@ -1,7 +1,7 @@
 // The sentences of the host: for each named message and each message number a Persian text with places for the words
 // that the caller passes.
 //
-//   catalogue.render(request).text       "«نام» نباید خالی باشد."
+//   catalogue.render(request).text       "«نام» را وارد کنید."
 #pragma once
 
 #include <exception>

@@ -473,14 +473,6 @@ TEST_F(CostLevelStore, lostConnectionLeavesNoTransaction) {
     host.DM().ADOConnection1.RollbackTrans();
 }
 
-TEST_F(CostLevelStore, transactionThatCannotBeginIsReportedAsSubRecords) {
-    host.expectMessage("MsgDeleteRow()", mrYes);
-    host.expectMessage("MsgHasSubRecords('سطر')");
-    session.onBegin = [] { throw DatabaseError(ErrorCategory::Busy, "HYT00", 1222, "locked"); };
-    EXPECT_FALSE(store.CostLevel_Delete(2, 3));
-    EXPECT_FALSE(host.DM().ADOConnection1.InTransaction());
-}
-
 // Prices of a good
 
 struct PriceCell {

@@ -68,8 +68,9 @@ TEST_F(CostLevelScreens, listOpensInItsOrder) {
     list->ShowModal();
     EXPECT_THAT(host.calls,
                 ElementsAre("base FormCreate", "ScalerQuery('SoftwarePart', 'Title', 'Code', '114')",
-                            "SetTitle سطوح قیمت", kPriceList, std::string("SetSQLScript ") + kPriceList, "search init",
-                            "base FormShow", "SetShortCut", "SetPopMenu", "search FocusFirst", "list shown"));
+                            "SetTitle سطوح قیمت", "search SetDataSource", kPriceList, "search SetDataSource",
+                            std::string("SetSQLScript ") + kPriceList, "search init", "base FormShow", "SetShortCut",
+                            "SetPopMenu", "search FocusFirst", "list shown"));
     EXPECT_EQ(control<FakeGrid>(*list, "GroupList_GRD").CurrentRow(), 1);  // the last row
 }
 
@@ -89,8 +90,9 @@ TEST_F(CostLevelScreens, listWithoutATitleBearsTheMenusCaption) {
           std::tuple{134, "Open_DiscountLevel_List", Value{}, "سطوح تخفیف"},
           std::tuple{134, "Open_DiscountLevel_List", Value{std::string("  ")}, "سطوح تخفیف"}}) {
         host.scaler = missing;
+        host.calls.clear();
         const auto list = CreateScreen<TCostLevel_List_FRM>(fmBrowse, Value{std::int64_t{part}}, "");
-        EXPECT_EQ(host.calls.back(), std::string("SetTitle ") + caption);
+        EXPECT_THAT(host.calls, ::testing::Contains(std::string("SetTitle ") + caption));
         EXPECT_EQ(registry.findEntryPoint(entry)->title, caption);
     }
 }
@@ -294,6 +296,14 @@ TEST_F(CostLevelScreens, doubleClickSelectsWhereThereIsSomebodyToSelectFor) {
     EXPECT_EQ(list->result(), static_cast<int>(QDialog::Accepted));
 }
 
+TEST_F(CostLevelScreens, doubleClickEditsWhereTheSelectButtonIsShownButDisabled) {
+    const auto list = openList(fmSelect, levelRows({{0, "کلیه گروه ها", "", 1}}));
+    control<FakeButton>(*list, "Select_BTN").setEnabled(false);
+    host.expectMessage("NotEditable('کليه گروه ها')");
+    control<FakeGrid>(*list, "GroupList_GRD").OnDblClick();
+    EXPECT_EQ(list->result(), 0);
+}
+
 TEST_F(CostLevelScreens, doubleClickEditsOtherwise) {
     const auto list = openList(fmBrowse, levelRows({{0, "کلیه گروه ها", "", 1}}));
     host.expectMessage("NotEditable('کليه گروه ها')");
@@ -354,6 +364,15 @@ TEST_F(CostLevelEditor, fillsFromTheRecord) {
     EXPECT_EQ(control<QComboBox>(*editor, "Type_CMB").currentIndex(), 1);
     EXPECT_TRUE(editor->base().IsSaved());
     EXPECT_FALSE(editor->IsNewRecordMode(Value{std::int64_t{0}}));
+}
+
+TEST_F(CostLevelEditor, fillingLeadsToTheName) {
+    const auto editor = editPriceLevel();
+    control<QLineEdit>(*editor, "Comment_EDT").setFocus();
+    const char* const level = "SELECT * FROM CostLevel Where Code = 4 AND CostType = 1";
+    script.expect(level, levelRows({{4, "نمایندگی", "شهرستان", 1}}));
+    editor->OnFill(Value{std::int64_t{4}});
+    EXPECT_EQ(editor->focusWidget(), &control<QLineEdit>(*editor, "Name_EDT"));
 }
 
 TEST_F(CostLevelEditor, aDiscountLevelHasNoTypeItem) {
@@ -421,6 +440,21 @@ TEST_F(CostLevelEditor, savesAPriceLevel) {
                     "nvarchar(max)) AS varbinary(max)) = CAST(CAST(? AS nvarchar(max)) AS varbinary(max)) | "
                     "نمایندگان | 1 | 4 | نمایندگی",
                     "SetUserEvent(114, 2, '4', false, true)"));
+}
+
+TEST_F(CostLevelEditor, savesOverTheRecordInEveryModeButNew) {
+    script.setTable(levelTable());
+    const char* const level = "SELECT * FROM CostLevel Where Code = 4 AND CostType = 1";
+    for (int i = 0; i < 2; ++i)
+        script.expect(level, levelRows({{4, "نمایندگی", "شهرستان", 1}}));
+    const auto editor = CreateEditor<TCostLevel_Get_FRM>(spPriceLevels, Value{std::int64_t{4}}, fmBrowse);
+    control<QLineEdit>(*editor, "Comment_EDT").setText("ده کارتن");
+    script.expectChange(
+        "UPDATE [CostLevel] SET [Comment] = ? WHERE [CostType] = ? AND [Code] = ? AND CAST(CAST([Comment] AS "
+        "nvarchar(max)) AS varbinary(max)) = CAST(CAST(? AS nvarchar(max)) AS varbinary(max))",
+        {std::string("ده کارتن"), std::int64_t{1}, std::int64_t{4}, std::string("شهرستان")}, 1);
+    editor->OnSave();
+    EXPECT_EQ(host.calls.back(), "SetUserEvent(114, 2, '4', false, true)");
 }
 
 TEST_F(CostLevelEditor, savesADiscountLevel) {

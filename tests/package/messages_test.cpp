@@ -79,6 +79,16 @@ TEST_F(Messages, pointAtTheirControl) {
     EXPECT_EQ(host.lastMessage.control, someControl);
     EXPECT_EQ(host.lastMessage.form, someForm);
 
+    host.expectMessage("MsgRepeatedField('نام', 'سطح قیمتی')");
+    MsgRepeatedField("نام", "سطح قیمتی", someControl, someForm);
+    EXPECT_EQ(host.lastMessage.control, someControl);
+    EXPECT_EQ(host.lastMessage.form, someForm);
+
+    host.expectMessage("MsgNotSelected('کالا')");
+    MsgNotSelected("کالا", someControl, someForm);
+    EXPECT_EQ(host.lastMessage.control, someControl);
+    EXPECT_EQ(host.lastMessage.form, someForm);
+
     host.expectMessage("ShowSmartMessage(error 30055)");
     ShowSmartMessage(TErrorMessage{30055}, {}, someControl, someForm, 1500);
     EXPECT_EQ(host.lastMessage.control, someControl);

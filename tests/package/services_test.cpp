@@ -8,6 +8,7 @@
 #include <ostream>
 
 #include "ado/error.h"
+#include "ado/query.h"
 #include "package/data_module.h"
 #include "package/messages.h"
 #include "tests/support/fake_host.h"
@@ -54,6 +55,13 @@ INSTANTIATE_TEST_SUITE_P(
                       Call{"event", [] { SetUserEvent(spGoods, prEdit, "1", false, true); }},
                       Call{"programs", [] { (void)Programs(); }}, Call{"storedList", [] { (void)StoredList("A.B"); }},
                       Call{"storeList", [] { StoreList("A.B", {}); }}, Call{"date", [] { (void)NowDate("/"); }},
+                      Call{"tags", [] { (void)Call_insert_tags("متن", 1); }},
+                      Call{"entities", [] { (void)Select_Entity_Multible(spGoods, ""); }},
+                      Call{"reset",
+                           [] {
+                               TADOQuery query("List");
+                               ResetDataset(query);
+                           }},
                       Call{"message", [] { MSGInUse("کالا"); }}, Call{"question", [] { (void)MsgDeleteRow(); }},
                       Call{"store", [] { const Module module; }}),
     [](const auto& row) { return row.param.name; });
@@ -82,11 +90,16 @@ TEST_F(Services, forwardToTheAttachedHost) {
     Programs().start({.verb = "open", .file = "a.exe", .parameters = "1 2", .directory = {}, .show = 0});
     StoreList("A.B", {"1", "2"});
     EXPECT_THAT(StoredList("A.B"), ElementsAre("1", "2"));
+    host.insertedTag = 12;
+    EXPECT_EQ(Call_insert_tags("تازه", 2), 12);
+    host.pickedCodes = "5,6";
+    EXPECT_EQ(Select_Entity_Multible(spGoods, "قند"), "5,6");
     EXPECT_THAT(host.calls, ElementsAre("ScalerQuery('SoftwarePart', 'Title', 'Code', '114')",
                                         "CheckGoodUnitFormul(57)", "LocateLockCode_SoftwarePart('4', 114, 7, true)",
                                         "HavePermission(user 5, 127, 1, true, false, 'متن')",
                                         "SetUserEvent(114, 2, '3', false, true)", "start(open, a.exe, 1 2, , 0)",
-                                        "StoreList(A.B, 1, 2)"));
+                                        "StoreList(A.B, 1, 2)", "Call_insert_tags('تازه', 2)",
+                                        "Select_Entity_Multible(102, 'قند')"));
 }
 
 TEST_F(Services, attachingNestsAndEndsWithItsScope) {

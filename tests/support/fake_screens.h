@@ -207,7 +207,10 @@ private:
 class FakeSearchManager final : public TVaroSearchManager {
 public:
     explicit FakeSearchManager(Trace& trace) : trace_(trace) {}
-    void SetDataSource(TDataSource* shown) override { source = shown; }
+    void SetDataSource(TDataSource* shown) override {
+        trace_.emplace_back("search SetDataSource");
+        source = shown;
+    }
     void SetSQLScript(const std::string& sql) override { trace_.push_back("SetSQLScript " + sql); }
     void AddFrame(TSearchFrame* /*frame*/) override {}
     void ExecuteFilter_DataSet() override {
