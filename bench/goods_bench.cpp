@@ -1,4 +1,9 @@
 // Scans and stock checks on a large company: 100,000 goods, 50 barcode layouts, a ledger of 1,000,000 rows.
+//
+// What a stock check costs goes by the movements of the document's goods behind its date: the ledger has a hundred of
+// each good, ten on each of ten dates, in documents of two hundred lines whose numbers begin again with each date.
+// Goods that move more often are in a second store, a thousand movements each: what a check of them takes is shown
+// without a limit.
 #include <benchmark/benchmark.h>
 
 #include <memory>
@@ -20,7 +25,11 @@ constexpr int kFirstGood = 100'000;
 constexpr int kGoods = 100'000;
 constexpr int kFirstLayout = 30;
 constexpr int kLayouts = 45;  // beside the five of the demo company
+constexpr int kLedgerRows = 1'000'000;
 constexpr int kLedgerGoods = 10'000;
+constexpr int kDenseRows = 200'000;
+constexpr int kDates = 10;
+constexpr int kOwnNumber = 5000;
 constexpr int kLines = 200;
 constexpr double kLookUpLimit = 5e6;  // nanoseconds
 constexpr double kCheckLimit = 50e6;
@@ -58,12 +67,24 @@ void fill(Session& session) {
             "VALUES (N'الگو', 13, 1, 2, N'" +
             std::to_string(kFirstLayout + i) + "', 1, 2, 3, 5, 8, 5, 1000)");
     }
-    // A hundred movements a good, all of them coming in.
+    // All of them coming in.
+    const auto move = [&session](int rows, int goods, int store, int firstNumber) {
+        const std::string good = "X.No % " + std::to_string(goods);
+        const std::string round = "X.No / " + std::to_string(goods);
+        const std::string onADate = std::to_string(rows / goods / kDates);
+        session.run("INSERT INTO dbo.Kardex (kala, Anbar, [Date], Global_ID, Tedad, RemainInAnbar) SELECT " +
+                    std::to_string(kFirstGood) + " + " + good + ", " + std::to_string(store) +
+                    ", N'1405/' + RIGHT(N'0' + CAST(1 + " + round + " / " + onADate +
+                    " AS nvarchar(2)), 2) + N'/15', " + std::to_string(firstNumber) + " + (" + round + " % " + onADate +
+                    ") * " + std::to_string(goods / kLines) + " + " + good + " / " + std::to_string(kLines) +
+                    ", 10, 10 * (1 + " + round + ") FROM " + numbers(6) + " WHERE X.No < " + std::to_string(rows));
+    };
+    move(kLedgerRows, kLedgerGoods, 1, 1);
+    move(kDenseRows, kLines, 2, kOwnNumber + 1);
+    // A document whose number no other one has, for a ledger that numbers over all dates.
     session.run("INSERT INTO dbo.Kardex (kala, Anbar, [Date], Global_ID, Tedad, RemainInAnbar) SELECT " + first +
-                " + X.No % " + std::to_string(kLedgerGoods) + ", 1, N'1405/' + RIGHT(N'0' + CAST(1 + X.No / " +
-                std::to_string(kLedgerGoods) + " / 10 AS nvarchar(2)), 2) + N'/15', 1000 + X.No / " +
-                std::to_string(kLedgerGoods) + ", 10, 10 * (1 + X.No / " + std::to_string(kLedgerGoods) + ") FROM " +
-                numbers(6));
+                " + X.No, 1, N'1405/10/15', " + std::to_string(kOwnNumber) + ", 10, 1010 FROM " + numbers(3) +
+                " WHERE X.No < " + std::to_string(kLines));
     session.run("CREATE TABLE dbo.BenchLines (Code int NOT NULL, Anbar int NOT NULL, Mogodi decimal(23, 9) NOT NULL)");
     session.run("INSERT INTO dbo.BenchLines (Code, Anbar, Mogodi) SELECT TOP " + std::to_string(kLines) + " " + first +
                 " + X.No * 37, 1, -5 FROM " + numbers(3) + " ORDER BY X.No");
@@ -142,6 +163,37 @@ bool run(int count, char** arguments) {
             }
         })->Unit(benchmark::kMillisecond);
     }
+    // Its own lines, half as many of each good: the first document of an early date and of the last one, among those
+    // that have its number on other dates; and one that moves to the next day of a ledger that numbers over all dates.
+    const auto edited = [&](const char* name, const char* day, int number, const char* numbering) {
+        benchmark::RegisterBenchmark(
+            (std::string("stock/by procedure, edited") + name).c_str(),
+            [&session, day, number, numbering](benchmark::State& state) {
+                const std::string own =
+                    "SELECT Code, 1 AS Anbar, 5 AS Mogodi FROM GoodInf WHERE Code >= " + std::to_string(kFirstGood) +
+                    " AND Code < " + std::to_string(kFirstGood + kLines);
+                session->run(std::string("UPDATE dbo.HostSettings SET Value = N'") + numbering +
+                             "' WHERE Name = N'LedgerNumbering'");
+                for (auto _ : state) {
+                    if (!Check_TockMinus(own, day, number, false)) throw std::runtime_error("there is not enough");
+                }
+            })
+            ->Unit(benchmark::kMillisecond);
+    };
+    edited("", "1405/10/15", 1, "date");
+    edited(", early", "1405/01/15", 1, "date");
+    edited(", moved", "1405/10/16", kOwnNumber, "all");
+    const std::string denseLines =
+        "SELECT Code, 2 AS Anbar, -5 AS Mogodi FROM GoodInf WHERE Code >= " + std::to_string(kFirstGood) +
+        " AND Code < " + std::to_string(kFirstGood + kLines);
+    for (const auto& [name, day] : {std::pair<std::string, std::string>{"", "1405/10/16"}, {", early", "1405/01/16"}}) {
+        benchmark::RegisterBenchmark(("stock/by procedure, dense" + name).c_str(), [&denseLines,
+                                                                                    day](benchmark::State& state) {
+            for (auto _ : state) {
+                if (!Check_TockMinus(denseLines, day, 0, false)) throw std::runtime_error("there is not enough");
+            }
+        })->Unit(benchmark::kMillisecond);
+    }
     // What finding goods by their barcodes costs those who change them: shown beside a change without barcodes.
     const auto update = [&](const std::string& assignment) {
         session->run("UPDATE GoodInf SET " + assignment +
@@ -168,6 +220,12 @@ bool run(int count, char** arguments) {
         {"stock check by ledger, 200 lines / 50 ms", times.elapsed("stock/by ledger") / kCheckLimit, 1.0},
         {"stock check by procedure, early document / 50 ms", times.elapsed("stock/by procedure, early") / kCheckLimit,
          1.0},
+        {"stock check by procedure, edited document / 50 ms", times.elapsed("stock/by procedure, edited") / kCheckLimit,
+         1.0},
+        {"stock check by procedure, early edited document / 50 ms",
+         times.elapsed("stock/by procedure, edited, early") / kCheckLimit, 1.0},
+        {"stock check by procedure, moved document / 50 ms",
+         times.elapsed("stock/by procedure, edited, moved") / kCheckLimit, 1.0},
         {"stock check by ledger, early document / 50 ms", times.elapsed("stock/by ledger, early") / kCheckLimit, 1.0},
     });
 }

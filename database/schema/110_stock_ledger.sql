@@ -22,7 +22,7 @@ BEGIN
         PerCode int NULL CONSTRAINT FK_Kardex_Person REFERENCES dbo.PerInf (Code)
     )
     CREATE INDEX IX_Kardex_kala ON dbo.Kardex (kala, Anbar, [Date], Global_ID) INCLUDE (Tedad, RemainInAnbar)
-    CREATE INDEX IX_Kardex_Global_ID ON dbo.Kardex (Global_ID)
+    CREATE INDEX IX_Kardex_Document ON dbo.Kardex (Global_ID, [Date]) INCLUDE (kala, Anbar)
     CREATE INDEX IX_Kardex_Operation ON dbo.Kardex (OperationType, OperationCode, OperationRow)
     CREATE INDEX IX_Kardex_PerCode ON dbo.Kardex (PerCode)
 END

@@ -3,6 +3,7 @@
 
 #include "engines/embedded/generated_sql.h"
 #include "engines/embedded/open_database.h"
+#include "tests/database/run_plans.h"
 #include "tests/host_services/demo_database.h"
 #include "tests/support/temp_folder.h"
 
@@ -11,6 +12,7 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::Each;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
@@ -49,6 +51,67 @@ TEST_F(Plans, aLayoutIsFoundByItsNumberOfDigits) {
                      "ConstantStart, ConstantCount) = ConstantCode  "),
                 Contains(HasSubstr("IX_BarCodeFormul_DigitCount (DigitCount=?)")));
 }
+
+// The procedure's own statements, as they run: the document's old rows by its number and date, the balance before the
+// date and the movements from it on by good and store, each from an index alone, and no ledger read through.
+class ProcedurePlans : public ::testing::TestWithParam<const char*> {
+protected:
+    ProcedurePlans() : session_(openDatabase(":memory:")) {
+        deployDatabase(*session_);
+        session_->run(
+            "INSERT INTO dbo.GoodInf (Code, Name) VALUES (5, N'قند'), (6, N'چای')\n"
+            "INSERT INTO dbo.Kardex (kala, Anbar, [Date], Global_ID, Tedad) VALUES (5, 1, N'1405/01/01', 1, 10), "
+            "(6, 1, N'1405/01/02', 1, 10), (5, 1, N'1405/01/03', 2, -4), (6, 1, N'1405/01/03', 2, -4)");
+        execute(*session_, "UPDATE dbo.HostSettings SET Value = ? WHERE Name = N'LedgerNumbering'",
+                {std::string(GetParam())});
+    }
+
+    // The steps that read the ledger by an index.
+    std::vector<std::string> ledgerSteps(std::int64_t document) {
+        std::int64_t result = 0;
+        const std::vector<std::string> steps = plans_.of([&] {
+            result = session_
+                         ->call("CheckNegativeInventory_SP",
+                                std::vector<Argument>{{"@NegativeType", std::int64_t{0}},
+                                                      {"@SelectQuery", "SELECT 5 AS Code, 1 AS Anbar, -99 AS Mogodi"},
+                                                      {"@Date", "1405/01/03"},
+                                                      {"@globalID", document},
+                                                      {"@StoreTransition", false},
+                                                      {"@NegProductNames", Null{}, true},
+                                                      {"@NegProductCodes", Null{}, true}})
+                         .returnValue;
+        });
+        EXPECT_EQ(result, 1);
+        EXPECT_THAT(steps, Each(Not(HasSubstr("no plan"))));
+        std::vector<std::string> found;
+        for (const std::string& step : steps) {
+            if (step.find("Kardex") != std::string::npos) found.push_back(step);
+        }
+        return found;
+    }
+
+private:
+    test::RunPlans plans_;
+    std::unique_ptr<Session> session_;
+};
+
+TEST_P(ProcedurePlans, theLedgerIsReadByItsIndexesAlone) {
+    // As often as its statements name the ledger, so that none of them reads it otherwise.
+    const std::string ownRows =
+        "SEARCH s1 USING COVERING INDEX Kardex.IX_Kardex_Document (Global_ID=? AND Date>? AND Date<?)";
+    const std::string balance = "SEARCH s2 USING COVERING INDEX Kardex.IX_Kardex_kala (kala=? AND Anbar=? AND Date<?)";
+    const std::string movements =
+        "SEARCH s5 USING COVERING INDEX Kardex.IX_Kardex_kala (kala=? AND Anbar=? AND Date>?)";
+    EXPECT_THAT(ledgerSteps(0), ElementsAre(ownRows, balance, movements));
+    if (GetParam() == std::string("date")) {
+        EXPECT_THAT(ledgerSteps(2), ElementsAre(ownRows, balance, movements));
+    } else {
+        const std::string itsDates = "SEARCH s1 USING COVERING INDEX Kardex.IX_Kardex_Document (Global_ID=?)";
+        EXPECT_THAT(ledgerSteps(2), ElementsAre(itsDates, ownRows, balance, movements));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Ledgers, ProcedurePlans, ::testing::Values("date", "all"));
 
 // What restricts the balance above is the document, not the statement's grouping.
 TEST_F(Plans, aGroupedLedgerByItselfIsReadThrough) {
