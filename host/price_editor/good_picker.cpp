@@ -3,10 +3,9 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QVBoxLayout>
-#include <algorithm>
 
+#include "host/price_editor/good_search.h"
 #include "host/screens/persian_digits.h"
-#include "host/screens/search_condition.h"
 #include "host/services/sql_access.h"
 
 namespace basalt::host {
@@ -90,16 +89,7 @@ void GoodPicker::clearSearch() {
 
 void GoodPicker::search() {
     const QString wanted = search_->text();
-    // A code is digits and nothing else; a name may hold some too.
-    const bool isCode = std::all_of(wanted.cbegin(), wanted.cend(), [](QChar c) { return c.isDigit(); });
-    std::vector<std::string> parts{textCondition("Name", wanted), textCondition("AbbName", wanted)};
-    if (isCode) parts.push_back(digitsCondition("Code", wanted));
-    std::string condition;
-    for (const std::string& part : parts)
-        if (!part.empty()) condition += (condition.empty() ? " WHERE " : " OR ") + part;
-    const RowSet rows =
-        rowsOf(context_.host().session(), "SELECT TOP " + std::to_string(kMostGoods) + " Code, Name FROM dbo.GoodInf" +
-                                              condition + " ORDER BY Code");
+    const RowSet rows = rowsOf(context_.host().session(), goodSearch(wanted, kMostGoods));
     goods_->clear();
     for (std::size_t row = 0; row < rows.rowCount(); ++row) {
         const auto code = static_cast<int>(integerAt(rows, 0, row));

@@ -1,5 +1,5 @@
-// Asks for one good: a search box over a list that narrows while typing. Where nothing is found it says so, and how to
-// see all goods again.
+// Asks for one good: a search box over a list that narrows while typing, the good that was most likely meant first and
+// chosen (good_search.h). Where nothing is found it says so, and how to see all goods again.
 //
 //   GoodPicker picker(context, window);
 //   if (picker.exec() == QDialog::Accepted) edit(picker.goodCode());

@@ -81,13 +81,16 @@ std::optional<Bound> boundOf(const QString& input) {
 
 }  // namespace
 
-std::string textCondition(const std::string& field, const QString& input) {
-    const QString wanted = input.trimmed();
-    if (wanted.isEmpty()) return {};
+std::string likePattern(const QString& input) {
     QString pattern;
-    for (const QChar character : wanted)
+    for (const QChar character : input.trimmed())
         pattern += likePiece(character);
-    return quotedName(field) + " LIKE N'%" + pattern.toStdString() + "%'";
+    return pattern.toStdString();
+}
+
+std::string textCondition(const std::string& field, const QString& input) {
+    const std::string pattern = likePattern(input);
+    return pattern.empty() ? std::string() : quotedName(field) + " LIKE N'%" + pattern + "%'";
 }
 
 std::string digitsCondition(const std::string& field, const QString& input) {

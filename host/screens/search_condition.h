@@ -15,8 +15,11 @@ class QString;
 
 namespace basalt::host {
 
-// Texts that contain `input`. Arabic and Persian yeh and kaf are one letter, as are the three kinds of digits and the
-// blank and the half-space; characters that mean something to LIKE stand for themselves.
+// The input without the blanks around it as a pattern of LIKE, to stand within a literal. Arabic and Persian yeh and
+// kaf are one letter, as are the three kinds of digits and the blank and the half-space; characters that mean something
+// to LIKE stand for themselves.
+[[nodiscard]] std::string likePattern(const QString& input);
+// Texts that contain that pattern.
 [[nodiscard]] std::string textCondition(const std::string& field, const QString& input);
 // Whole numbers that begin with the digits of `input`; other characters are left out.
 [[nodiscard]] std::string digitsCondition(const std::string& field, const QString& input);

@@ -55,6 +55,60 @@ TEST_F(Picker, escapeLeadsBackToTheGoodsAndThenOut) {
     EXPECT_FALSE(picker.isVisible());
 }
 
+// Two hundred goods that have 57 in their names or barcodes, all of them before good 8057 by their codes.
+TEST_F(Picker, aGoodIsReachedByItsCodeHoweverManyOthersMatch) {
+    execute(*session,
+            "WITH N AS (SELECT 1 AS n UNION ALL SELECT n + 1 FROM N WHERE n < 250) "
+            "INSERT INTO GoodInf (Code, Name, AbbName) SELECT 1000 + n, N'پیچ 8057 نمرهٔ ' + CAST(n AS nvarchar(10)), "
+            "N'!99805700' + CAST(n AS nvarchar(10)) FROM N OPTION (MAXRECURSION 300); "
+            "INSERT INTO GoodInf (Code, Name) VALUES (8057, N'همان که می‌خواهیم')");
+    for (const char* typed : {"8057", "۸۰۵۷", "٨٠٥٧", "  8057 ", " ۸۰۵۷\u00A0", "08057"}) {
+        search(typed);
+        EXPECT_EQ(picker.goodCode(), 8057) << typed;
+        EXPECT_EQ(goods().currentRow(), 0) << typed;
+        EXPECT_EQ(goods().count(), std::string(typed) == "08057" ? 1 : 200) << typed;
+    }
+    // The next key of a longer code leads on to other goods.
+    search("80570");
+    EXPECT_NE(picker.goodCode(), 8057);
+}
+
+TEST_F(Picker, whatWasMeantComesBeforeWhatOnlyHasItSomewhere) {
+    execute(*session,
+            "INSERT INTO GoodInf (Code, Name, AbbName) VALUES "
+            "(7001, N'جعبهٔ 9900', N'!111'), (7002, N'9900 برگی', N'!222'), (7003, N'کیف', N'!5599001'), "
+            "(7004, N'کفش', N'!333!99005'), (7005, N'کلاه', N'!444!9900'), (7006, N'شال', N'!۹۹۰۰!555'), "
+            "(7007, N'9900', NULL), (9900, N'ساعت', NULL), (99001, N'عینک', NULL)");
+    const auto found = [&] {
+        std::vector<int> codes;
+        for (int row = 0; row < goods().count(); ++row)
+            codes.push_back(goods().item(row)->data(Qt::UserRole).toInt());
+        return codes;
+    };
+    for (const char* typed : {"9900", " ۹۹۰۰"}) {
+        search(typed);
+        EXPECT_EQ(found(), (std::vector<int>{9900, 7005, 7006, 7007, 7002, 7004, 99001, 7001, 7003})) << typed;
+    }
+    // A barcode of more digits than codes have.
+    execute(*session,
+            "INSERT INTO GoodInf (Code, Name, AbbName) VALUES (6001, N'نخست', N'!62610010000180'), "
+            "(6002, N'دوم', N'!6261001000018')");
+    search("6261001000018");
+    EXPECT_EQ(found(), (std::vector<int>{6002, 6001}));
+    // A name that begins with it comes before one that goes on with it; quotes and signs of patterns are letters.
+    execute(*session, "INSERT INTO GoodInf (Code, Name) VALUES (6003, N'نو O''x%[a'), (6004, N'o''X%[a یک')");
+    search(" O'x%[a ");
+    EXPECT_EQ(found(), (std::vector<int>{6004, 6003}));
+}
+
+TEST_F(Picker, enterOpensTheGoodWhoseCodeWasTyped) {
+    auto& input = control<QLineEdit>("GoodSearch_EDT");
+    QTest::keyClicks(&input, QStringLiteral("7"));
+    QTest::keyClick(&input, Qt::Key_Return);
+    EXPECT_EQ(picker.result(), QDialog::Accepted);
+    EXPECT_EQ(picker.goodCode(), 7);
+}
+
 TEST_F(Picker, aSearchThatFailsIsToldAndTheGoodsStay) {
     const int all = goods().count();
     execute(*session, "DROP INDEX IX_GoodInf_AbbName ON dbo.GoodInf ALTER TABLE dbo.GoodInf DROP COLUMN AbbName");
