@@ -50,14 +50,24 @@ const FunctionEntry& PriceMatrix::function(const std::string& name) const {
 }
 
 GoodPrices PriceMatrix::read(int goodCode) {
+    return read(goodCode, "");
+}
+
+GoodPrices PriceMatrix::readAndHold(int goodCode) {
+    return read(goodCode, "WITH (UPDLOCK, HOLDLOCK) ");
+}
+
+GoodPrices PriceMatrix::read(int goodCode, const char* lock) {
+    // To the module a price that is not there is 0, as one that has been set to 0 is. What is to be held is held before
+    // the module reads it.
+    const RowSet rows =
+        rowsOf(host_.session(), std::string("SELECT * FROM dbo.GoodCostDiscount ") + lock + "WHERE GoodCode = ?",
+               {std::int64_t{goodCode}});
     FunctionCall call(state_, {{"GoodCode", goodCode}});
     function("GetGoodCostDiscount").run(call);
     GoodPrices prices;
     for (const auto& [name, value] : call.resultValue().asRecord())
         prices[name] = decimalOf(value);
-    // To the module a price that is not there is 0, as one that has been set to 0 is.
-    const RowSet rows =
-        rowsOf(host_.session(), "SELECT * FROM dbo.GoodCostDiscount WHERE GoodCode = ?", {std::int64_t{goodCode}});
     for (auto& [name, value] : prices) {
         if (isDefault(name)) continue;
         const int column = rows.rowCount() > 0 ? rows.indexOf(name) : -1;
@@ -92,7 +102,7 @@ LevelTitles PriceMatrix::titles() {
 
 void PriceMatrix::write(int goodCode, const GoodPrices& before, const GoodPrices& after) {
     HostTransaction transaction(host_.session());
-    const GoodPrices stored = read(goodCode);
+    const GoodPrices stored = readAndHold(goodCode);
     const std::int64_t good{goodCode};
     bool hasRow = false;
     for (const auto& [name, value] : after) {

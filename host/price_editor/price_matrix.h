@@ -38,12 +38,15 @@ public:
     // Whether a value of that name arrives in its column as it is. Prices go through the module, whose amounts have
     // fewer digits than the table's.
     [[nodiscard]] static bool isKept(const std::string& name, const Decimal& value);
-    // Writes what differs between the two, all or nothing, and adds the good's row when it has none. DatabaseError
-    // (Conversion) when a new value would not be kept as it is; DatabaseError (Conflict) when one of the values that
-    // are to change is not, or no longer, the one of `before`.
+    // Writes what differs between the two, all or nothing, with the good's row held from the comparison to the end, and
+    // adds the good's row when it has none. DatabaseError (Conversion) when a new value would not be kept as it is;
+    // DatabaseError (Conflict) when one of the values that are to change is not, or no longer, the one of `before`.
     void write(int goodCode, const GoodPrices& before, const GoodPrices& after);
 
 private:
+    [[nodiscard]] GoodPrices read(int goodCode, const char* lock);
+    // Until the transaction ends no other client writes to the good's row, or adds it.
+    [[nodiscard]] GoodPrices readAndHold(int goodCode);
     const FunctionEntry& function(const std::string& name) const;
 
     ReferenceHost& host_;

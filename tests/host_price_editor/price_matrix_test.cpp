@@ -8,6 +8,7 @@
 #include "host/services/sql_access.h"
 #include "package/services.h"
 #include "tests/host_services/demo_database.h"
+#include "tests/support/tracing_session.h"
 
 namespace basalt::host {
 namespace {
@@ -139,6 +140,39 @@ TEST_F(Matrix, refusesToOverwriteAnotherUsersChange) {
     matrix.write(57, before, after);
     EXPECT_EQ(matrix.read(57).at("CostLevel_Sell_3"), number("7"));
     EXPECT_EQ(matrix.read(57).at("CostLevel_Buy_1"), number("5"));
+}
+
+// What another client commits between the comparison and the update would be lost, so nobody can.
+TEST(MatrixWrite, holdsTheRowFromTheComparisonToTheEnd) {
+    const auto database = openDatabase(":memory:");
+    deployDatabase(*database, {.demo = true});
+    std::vector<std::string> trace;
+    TracingSession session(*database, trace);
+    ReferenceHost host(session, workstation("prices"));
+    const AttachedHost attached(host);
+    host.signInAs(1);
+    Registry registry;
+    registerCostLevel(registry);
+    PriceMatrix matrix(host, registry);
+    const GoodPrices before = matrix.read(57);
+    GoodPrices after = before;
+    after["CostLevel_Sell_3"] = *Decimal::parse("12500.5");
+    after["Discount_Buy_4"] = *Decimal::parse("2.25");
+    trace.clear();
+    matrix.write(57, before, after);
+    EXPECT_THAT(
+        trace,
+        ElementsAre("begin", "SELECT * FROM dbo.GoodCostDiscount WITH (UPDLOCK, HOLDLOCK) WHERE GoodCode = ? | 57",
+                    "select * from GoodCostDiscount Where GoodCode = 57 ",
+                    "INSERT INTO dbo.GoodCostDiscount (GoodCode) SELECT ? WHERE NOT EXISTS "
+                    "(SELECT 1 FROM dbo.GoodCostDiscount WHERE GoodCode = ?) | 57 | 57",
+                    "update GoodCostDiscount Set CostLevel_Sell_3 = 12500.5 where GoodCode=57",
+                    "UPDATE dbo.GoodCostDiscount SET [Discount_Buy_4] = ? WHERE GoodCode = ? | 2.25 | 57", "commit"));
+    // Looking holds nothing.
+    trace.clear();
+    (void)matrix.read(57);
+    EXPECT_THAT(trace, ElementsAre("SELECT * FROM dbo.GoodCostDiscount WHERE GoodCode = ? | 57",
+                                   "select * from GoodCostDiscount Where GoodCode = 57 "));
 }
 
 TEST_F(Matrix, aPriceBeyondTheColumnLeavesNothingWritten) {
