@@ -223,7 +223,9 @@ void PriceEditor::CreateControls() {
                               inputs),
                     3);
     place(*base().FormPanel(), *inputs);
-    save_ = base().AddButton("Save_BTN", "ذخیره F3", TEditorButton::Save);
+    // The host's own base makes the host's own buttons. A good is not added here, so there is no new one behind a save.
+    save_ = &dynamic_cast<SmartButton&>(*base().AddButton("Save_BTN", "ذخیره F3", TEditorButton::Save));
+    save_->leaveOut(TSaveKind::SaveAndNew);
     base().AddButton("Exit_BTN", "خروج Esc", TEditorButton::Exit);
 }
 

@@ -3,7 +3,8 @@
 //
 //   CreateEditor<PriceEditor>(host, registry, 57)->ShowModal();
 //
-// An empty input is a price or discount that the good does not have. Discounts are percents, 0 to 100. The decimal mark
+// An empty input is a price or discount that the good does not have. The module does not say what
+// a discount is of; here, as in all of this host, it is percents, 0 to 100. The decimal mark
 // may be typed as a point, a slash or "٫"; it is shown as the last.
 //
 // Inputs are named after their columns (CostLevel_Sell_3_EDT, Default_Discount_Buy_Number_CMB).
@@ -18,6 +19,7 @@
 #include <vector>
 
 #include "host/price_editor/price_matrix.h"
+#include "host/screens/smart_button.h"
 #include "package/screens/base_get_frm.h"
 
 namespace basalt::host {
@@ -62,7 +64,7 @@ private:
     std::string goodName_;
     GoodPrices shown_;
     QLabel* good_ = nullptr;
-    TSmartButton_VRO* save_ = nullptr;
+    SmartButton* save_ = nullptr;
     std::map<std::string, QLabel*> titles_;  // by the name of the level's title
     std::map<std::string, QLineEdit*> amounts_;
     std::vector<std::string> fields_;  // of the amounts, as they stand on the screen

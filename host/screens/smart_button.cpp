@@ -114,7 +114,7 @@ void SmartButton::fillMenu() {
     }
     menu_->clear();
     for (const SaveVariant& variant : kSaveVariants) {
-        if (variant.kind == saveKind_) continue;
+        if (variant.kind == saveKind_ || variant.kind == leftOut_) continue;
         QAction* action = menu_->addAction(QString::fromUtf8(variant.title), this, [this, kind = variant.kind] {
             if (isEnabled() && onSave_) context_.guarded(this, [this, kind] { onSave_(kind); });
         });

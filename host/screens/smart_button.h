@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QToolButton>
 #include <functional>
+#include <optional>
 
 #include "host/screens/inner_control.h"
 #include "host/screens/screen_context.h"
@@ -31,6 +32,8 @@ public:
     void setGate(std::function<bool()> gate);
     // Of all variants; the plain click then no longer calls OnClick.
     void setSaveHandler(std::function<void(TSaveKind)> handler);
+    // A variant that makes no sense where the button is stands in no drop-down. Call it before SetSaveMode.
+    void leaveOut(TSaveKind kind) { leftOut_ = kind; }
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -50,6 +53,7 @@ private:
     QToolButton* variants_ = nullptr;
     QMenu* menu_ = nullptr;
     TSaveKind saveKind_ = TSaveKind::Save;
+    std::optional<TSaveKind> leftOut_;
     std::function<bool()> gate_;
     std::function<void(TSaveKind)> onSave_;
 };

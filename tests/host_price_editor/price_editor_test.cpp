@@ -1,6 +1,7 @@
 // The editor of a good's prices as it looks and as it checks, on the demo company's database.
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QToolButton>
 
 #include "costlevel/registration.h"
 #include "host/price_editor/price_editor_frm.h"
@@ -219,6 +220,15 @@ TEST_F(Editor, aChangeIsLoggedAndAnUnchangedSaveIsNot) {
     level->setCurrentIndex(4);
     save(*editor);
     EXPECT_EQ(logged(), "102/2/57 102/2/57 ");
+}
+
+// No good is added here, so there is none that could come new after a save.
+TEST_F(Editor, offersNoSaveThatLeadsToANewGood) {
+    const auto editor = open();
+    std::vector<std::string> offered;
+    for (const QAction* action : control<QToolButton>(*editor, "Save_BTN_Variants")->menu()->actions())
+        offered.push_back(action->objectName().toStdString());
+    EXPECT_EQ(offered, (std::vector<std::string>{"BaseSave_ACT", "BaseSaveANDPrint_ACT"}));
 }
 
 TEST_F(Editor, levelsThatDoNotExistAreToldApartByTheirNumbers) {

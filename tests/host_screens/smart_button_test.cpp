@@ -78,5 +78,14 @@ TEST_F(SmartButtons, offerTheOtherWaysOfSaving) {
     EXPECT_THROW(button.SetSaveMode(-1), UsageError);
 }
 
+TEST_F(SmartButtons, leaveOutAWayOfSavingThatMakesNoSense) {
+    button.leaveOut(TSaveKind::SaveAndNew);
+    button.SetSaveMode(2);
+    std::vector<std::string> titles;
+    for (const QAction* action : button.findChild<QToolButton*>(QStringLiteral("Save_BTN_Variants"))->menu()->actions())
+        titles.push_back(action->text().toStdString());
+    EXPECT_EQ(titles, (std::vector<std::string>{"ذخیره", "ذخیره و چاپ"}));
+}
+
 }  // namespace
 }  // namespace basalt::host
