@@ -4,8 +4,9 @@
 //   prices.CostLevel_Sell_3                          // the sale price of price level 3
 //   for (const CostDiscountAmount& each : costDiscountAmounts()) use(each.name, prices.*each.member);
 //
-// Amounts are in the company's currency, discounts in the unit that the company enters them in. Defaults are level
-// numbers; 0 where the good names none.
+// Prices are in the company's currency. Discounts are decimal numbers as well; the module keeps them and reckons
+// nothing with them, so what they are of is for the host to say: the reference host takes them for percents, 0 to 100.
+// Defaults are level numbers; 0 where the good names none.
 #pragma once
 
 #include <array>
