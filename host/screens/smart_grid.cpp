@@ -636,7 +636,10 @@ void SmartGrid::exportPdf() {
 }
 
 void SmartGrid::exportWorkbook() {
-    save(QStringLiteral("خروجی اکسل"), QStringLiteral("xlsx"), &writeWorkbook);
+    save(QStringLiteral("خروجی اکسل"), QStringLiteral("xlsx"),
+         [](const TableContent& table, const QString& path, const OutputProgress& progress) {
+             writeWorkbook(table, path, progress);
+         });
 }
 
 void SmartGrid::exportCsv() {

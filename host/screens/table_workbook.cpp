@@ -20,7 +20,6 @@
 namespace basalt::host {
 namespace {
 
-constexpr int kSheetRows = 1'048'576;
 constexpr int kRowsBetweenQuestions = 128;
 constexpr int kLongestSheetName = 31;
 constexpr int kExactDigits = 15;  // of a double
@@ -131,8 +130,8 @@ std::string sheetName(const QString& title, int number) {
 
 class SheetWriter {
 public:
-    SheetWriter(lxw_workbook* book, const TableContent& table, const OutputProgress& progress)
-        : book_(book), table_(table), progress_(progress) {
+    SheetWriter(lxw_workbook* book, const TableContent& table, const OutputProgress& progress, int sheetRows)
+        : book_(book), table_(table), progress_(progress), sheetRows_(sheetRows) {
         title_ = workbook_add_format(book);
         format_set_bold(title_);
         format_set_bg_color(title_, 0xE3F0F4);
@@ -155,7 +154,7 @@ public:
                                  nullptr);
             worksheet_write_string(sheet, 0, column, workbookText(columns[i].title.toStdString()).c_str(), title_);
         }
-        const int last = std::min(table_.rowCount(), first + kSheetRows - 1);
+        const int last = std::min(table_.rowCount(), first + sheetRows_ - 1);
         for (int row = first; row < last; ++row) {
             if (row % kRowsBetweenQuestions == 0) askToGoOn(progress_, row, table_.rowCount());
             for (std::size_t i = 0; i < columns.size(); ++i)
@@ -247,6 +246,7 @@ private:
     lxw_workbook* book_;
     const TableContent& table_;
     const OutputProgress& progress_;
+    int sheetRows_;
     int sheets_ = 0;
     lxw_format* title_;
     std::vector<int> places_;                        // after the point, the most that a column shows
@@ -256,10 +256,10 @@ private:
 
 }  // namespace
 
-void writeWorkbook(const TableContent& table, const QString& path, const OutputProgress& progress) {
+void writeWorkbook(const TableContent& table, const QString& path, const OutputProgress& progress, int sheetRows) {
     writeOutputFile(path, [&](const QString& draft) {
         Workbook book(draft);
-        SheetWriter writer(book.get(), table, progress);
+        SheetWriter writer(book.get(), table, progress, sheetRows);
         int next = 0;
         do {
             const std::optional<int> written = writer.writeSheet(next);

@@ -8,10 +8,14 @@
 
 namespace basalt::host {
 
-// More rows than a sheet holds go on in further sheets. Numbers of more than 15 digits are written as text, because a
-// spreadsheet would round them. The sheets bear the table's title, as far as names of
-// sheets go. The file appears whole or not at all; OutputError when it cannot be written, OutputCancelled when it is
-// given up.
-void writeWorkbook(const TableContent& table, const QString& path, const OutputProgress& progress = {});
+// The rows of a sheet in the file format, the row of titles among them.
+inline constexpr int kSheetRows = 1'048'576;
+
+// More rows than a sheet holds go on in further sheets, each under the titles. Numbers of more than 15 digits are
+// written as text, because a spreadsheet would round them. The sheets bear the table's title, as far as names of sheets
+// go, from the second one on with their number. `sheetRows` is at least 2. The file appears whole or not at all;
+// OutputError when it cannot be written, OutputCancelled when it is given up.
+void writeWorkbook(const TableContent& table, const QString& path, const OutputProgress& progress = {},
+                   int sheetRows = kSheetRows);
 
 }  // namespace basalt::host
