@@ -28,7 +28,8 @@ constexpr int kSpreadFont = 14;    // of columns that go on on further pages any
 constexpr qreal kTitleFont = 14;
 constexpr qreal kTitleSpacing = 1.25;      // of the lines of a column's title, with the room around them
 constexpr qreal kLeastTextCharacters = 8;  // that a column of texts keeps
-constexpr qreal kMostTextCharacters = 48;  // that it may want of a page
+constexpr qreal kMostTextCharacters = 48;  // that its lines want of a page
+constexpr qreal kEdge = 1e-3;              // what adding up heights may lose
 constexpr std::size_t kMeasuredTexts = 64;
 constexpr qreal kScreenDpi = 96;
 constexpr qreal kPointsAnInch = 72;
@@ -92,10 +93,11 @@ int TableDocument::layOut(const QPageLayout& paper) {
     const QFontMetricsF metrics(font_);
     head_ = headRows(lines_, metrics, page_.width());
     rowHeight_ = metrics.height() * 1.35;
+    lineHeight_ = metrics.lineSpacing();
     footerHeight_ = metrics.height() * 1.8;
     columnTitleHeight_ = columnTitleHeight();
-    const int rest = std::max(0, table_.rowCount() - rowsOn(0));
-    pages_ = (1 + (rest + rowsOn(1) - 1) / rowsOn(1)) * static_cast<int>(sheets_.size());
+    divideRows();
+    pages_ = static_cast<int>(firstRows_.size() * sheets_.size());
     return pages_;
 }
 
@@ -108,15 +110,19 @@ void TableDocument::paintPage(QPainter& painter, int page) const {
     if (band == 0) y = paintHead(painter);
     y = paintTitles(painter, sheet, y);
     painter.setFont(font_);
-    const int first = firstRowOf(band);
-    const int end = std::min(table_.rowCount(), first + rowsOn(band));
-    // All stripes come before the lines, or each would cover half of the line above it.
-    for (int row = first + (first % 2 == 0 ? 1 : 0); row < end; row += 2)
-        painter.fillRect(QRectF(0, y + (row - first) * rowHeight_, page_.width(), rowHeight_), themeColors().alternate);
+    const auto at = static_cast<std::size_t>(band);
+    const int first = firstRows_[at];
+    const int end = at + 1 < firstRows_.size() ? firstRows_[at + 1] : table_.rowCount();
+    std::vector<QRectF> places;
     for (int row = first; row < end; ++row) {
-        paintRow(painter, sheet, row, y);
-        y += rowHeight_;
+        places.emplace_back(0, y, page_.width(), heightOf(row));
+        y = places.back().bottom();
     }
+    // All stripes come before the lines, or each would cover half of the line above it.
+    for (int row = first; row < end; ++row)
+        if (row % 2 != 0) painter.fillRect(places[static_cast<std::size_t>(row - first)], themeColors().alternate);
+    for (int row = first; row < end; ++row)
+        paintRow(painter, sheet, row, places[static_cast<std::size_t>(row - first)]);
     paintFooter(painter, page);
 }
 
@@ -143,12 +149,13 @@ const std::vector<QStringList>& TableDocument::longestTexts() const {
     return longestTexts_;
 }
 
-// Numbers and their titles' longest words are whole or nothing; texts can do with a few letters.
+// Numbers are whole or nothing; texts have lines, and at the worst lines of a few letters.
 TableDocument::Room TableDocument::columnRoom() const {
     const QFontMetricsF metrics(font_);
     const qreal least = metrics.averageCharWidth() * kLeastTextCharacters;
     const qreal most = metrics.averageCharWidth() * kMostTextCharacters;
     const std::vector<QStringList>& texts = longestTexts();
+    CellLines words(font_);
     Room room;
     for (std::size_t i = 0; i < texts.size(); ++i) {
         const TableColumn& column = table_.columns()[i];
@@ -156,10 +163,19 @@ TableDocument::Room TableDocument::columnRoom() const {
         for (const QString& word : titles_[i].split(QLatin1Char(' ')))
             title = std::max(title, widthForOneLine(word, columnFont_));
         const bool number = isNumber(column.type);
-        const qreal content = number ? roomFor(texts[i], metrics) : std::min(widest(texts[i], metrics), most);
-        room.needed.push_back(std::max(number ? content : std::min(content, least), std::min(title, least)) +
-                              2 * padding_);
-        room.wanted.push_back(std::max(content, std::min(title, most)) + 2 * padding_);
+        const qreal whole = number ? roomFor(texts[i], metrics) : widest(texts[i], metrics);
+        const qreal content = number ? whole : std::min(whole, most);
+        qreal word = number ? whole : 0;
+        if (!number)
+            for (const QString& text : texts[i])
+                word = std::max(word, std::min(words.widestWord(text), most));
+        const auto add = [&](Widths& widths, qreal width) { widths.push_back(width + 2 * padding_); };
+        const qreal shortTitle = std::min(title, least);
+        const qreal longTitle = std::min(title, most);
+        add(room.needed, std::max(number ? whole : std::min(content, least), shortTitle));
+        add(room.unbroken, std::max(std::max(word, std::min(content, least)), shortTitle));
+        add(room.wanted, std::max(content, longTitle));
+        add(room.whole, std::max(whole, longTitle));
     }
     return room;
 }
@@ -174,7 +190,7 @@ void TableDocument::fitColumns() {
         const Room room = columnRoom();
         if (sum(room.wanted) > page_.width()) continue;
         roomy_ = size >= kEasyFont;
-        addSheet(std::move(all), room);
+        addSheet(std::move(all), room.unbroken, room);
         return;
     }
     roomy_ = false;
@@ -184,24 +200,26 @@ void TableDocument::fitColumns() {
     const qreal fit = onScreen > 0 ? page_.width() / onScreen : 1;
     const int largest =
         std::clamp(static_cast<int>(kLargestFont * std::min(1.0, fit)), kUsualSmallestFont, kLargestFont);
-    for (int size = largest; size >= kSmallestFont; --size) {
-        setFonts(size);
-        const Room room = columnRoom();
-        if (sum(room.needed) > page_.width()) continue;
-        addSheet(std::move(all), room);
-        return;
+    for (const Widths Room::*step : {&Room::unbroken, &Room::needed}) {
+        for (int size = largest; size >= kSmallestFont; --size) {
+            setFonts(size);
+            const Room room = columnRoom();
+            if (sum(room.*step) > page_.width()) continue;
+            addSheet(std::move(all), room.*step, room);
+            return;
+        }
     }
     setFonts(kSpreadFont);
     spreadColumns(columnRoom());
 }
 
 void TableDocument::spreadColumns(const Room& room) {
-    const std::vector<qreal>& needed = room.needed;
+    const Widths& needed = room.unbroken;
     std::vector<std::size_t> columns;
     qreal used = 0;
     for (std::size_t i = 0; i < needed.size(); ++i) {
         if (!columns.empty() && used + needed[i] > page_.width()) {
-            addSheet(std::exchange(columns, {}), room);
+            addSheet(std::exchange(columns, {}), needed, room);
             used = 0;
             // The first column tells whose numbers these are, unless it leaves them no room.
             if (i > 0 && needed[0] + needed[i] <= page_.width()) {
@@ -212,17 +230,16 @@ void TableDocument::spreadColumns(const Room& room) {
         columns.push_back(i);
         used += needed[i];
     }
-    addSheet(std::move(columns), room);
+    addSheet(std::move(columns), needed, room);
 }
 
-// What the columns of a sheet get at least: all that they want where the page has it, and otherwise a part of what is
-// there, so that the longest texts are cut first.
-std::vector<qreal> TableDocument::floors(const std::vector<std::size_t>& columns, const Room& room) const {
+TableDocument::Widths TableDocument::shared(const std::vector<std::size_t>& columns, const Widths& least,
+                                            const Widths& most) const {
     const auto upTo = [&](qreal limit) {
-        std::vector<qreal> widths;
+        Widths widths;
         widths.reserve(columns.size());
         for (const std::size_t column : columns)
-            widths.push_back(std::max(room.needed[column], std::min(room.wanted[column], limit)));
+            widths.push_back(std::max(least[column], std::min(most[column], limit)));
         return widths;
     };
     qreal low = 0;
@@ -235,28 +252,66 @@ std::vector<qreal> TableDocument::floors(const std::vector<std::size_t>& columns
     return upTo(low);
 }
 
-// The columns share the page as they do the screen, as far as each has what it needs.
-void TableDocument::addSheet(std::vector<std::size_t> columns, const Room& room) {
+// What is there beyond the least goes to the columns that lack most, and once all are whole they share the page as they
+// do the screen.
+void TableDocument::addSheet(std::vector<std::size_t> columns, const Widths& least, const Room& room) {
     qreal onScreen = 0;
     for (const std::size_t column : columns)
         onScreen += table_.columns()[column].width;
-    const std::vector<qreal> least = floors(columns, room);
+    qreal wanted = 0;
+    for (const std::size_t column : columns)
+        wanted += room.wanted[column];
+    const Widths floors =
+        wanted <= page_.width() ? shared(columns, room.wanted, room.whole) : shared(columns, least, room.wanted);
     Sheet sheet{std::move(columns), {}};
-    qreal spare = 0;  // beyond the least
-    for (std::size_t i = 0; i < least.size(); ++i) {
+    qreal spare = 0;  // beyond the floors
+    for (std::size_t i = 0; i < floors.size(); ++i) {
         const qreal share =
-            onScreen > 0 ? page_.width() * table_.columns()[sheet.columns[i]].width / onScreen : least[i];
-        sheet.widths.push_back(std::max(share, least[i]));
-        spare += sheet.widths.back() - least[i];
+            onScreen > 0 ? page_.width() * table_.columns()[sheet.columns[i]].width / onScreen : floors[i];
+        sheet.widths.push_back(std::max(share, floors[i]));
+        spare += sheet.widths.back() - floors[i];
     }
     const qreal used = sum(sheet.widths);
     const qreal excess = used - page_.width();
     for (std::size_t i = 0; i < sheet.widths.size() && excess > 0; ++i) {
         qreal& width = sheet.widths[i];
         // A single column may need more than there is.
-        width = spare >= excess ? width - excess * (width - least[i]) / spare : width * page_.width() / used;
+        width = spare >= excess ? width - excess * (width - floors[i]) / spare : width * page_.width() / used;
     }
     sheets_.push_back(std::move(sheet));
+}
+
+// A band of pages ends where the next row has no room; a row that is higher than a page is cut.
+void TableDocument::divideRows() {
+    cellLines_ = std::make_unique<CellLines>(font_);
+    mostLines_ = std::max(1, 1 + static_cast<int>((roomForRows(0) - rowHeight_) / lineHeight_));
+    firstRows_ = {0};
+    qreal room = roomForRows(0);
+    for (int row = 0; row < table_.rowCount(); ++row) {
+        const qreal height = heightOf(row);
+        if (height > room + kEdge && row > firstRows_.back()) {
+            firstRows_.push_back(row);
+            room = roomForRows(1);
+        }
+        room -= height;
+    }
+}
+
+int TableDocument::linesOf(int row) const {
+    int lines = 1;
+    for (const Sheet& sheet : sheets_) {
+        for (std::size_t i = 0; i < sheet.columns.size() && lines < mostLines_; ++i) {
+            const std::size_t column = sheet.columns[i];
+            if (isNumber(table_.columns()[column].type)) continue;
+            const QString text = table_.shown(row, static_cast<int>(column));
+            lines = std::max(lines, cellLines_->count(text, sheet.widths[i] - 2 * padding_));
+        }
+    }
+    return std::min(lines, mostLines_);
+}
+
+qreal TableDocument::heightOf(int row) const {
+    return rowHeight_ + (linesOf(row) - 1) * lineHeight_;
 }
 
 qreal TableDocument::headHeight(int page) const {
@@ -285,13 +340,8 @@ qreal TableDocument::columnTitleHeight() const {
     return highest;
 }
 
-int TableDocument::rowsOn(int page) const {
-    const qreal room = page_.height() - headHeight(page) - columnTitleHeight_ - footerHeight_;
-    return std::max(1, static_cast<int>(room / rowHeight_));
-}
-
-int TableDocument::firstRowOf(int page) const {
-    return page == 0 ? 0 : rowsOn(0) + (page - 1) * rowsOn(1);
+qreal TableDocument::roomForRows(int band) const {
+    return page_.height() - headHeight(band) - columnTitleHeight_ - footerHeight_;
 }
 
 // The first column is the rightmost.
@@ -348,20 +398,33 @@ qreal TableDocument::paintTitles(QPainter& painter, const Sheet& sheet, qreal y)
     return y + height;
 }
 
-void TableDocument::paintRow(QPainter& painter, const Sheet& sheet, int row, qreal y) const {
+void TableDocument::paintRow(QPainter& painter, const Sheet& sheet, int row, const QRectF& place) const {
     const QFontMetricsF metrics(font_);
     painter.setPen(themeColors().text);
     eachColumn(sheet, [&](std::size_t column, qreal x, qreal width) {
-        const QRectF cell(x + padding_, y, width - 2 * padding_, rowHeight_);
+        const qreal room = width - 2 * padding_;
         const bool number = isNumber(table_.columns()[column].type);
-        QString text = fittingText(table_.shown(row, static_cast<int>(column)), number, metrics, cell.width() + 1);
+        QString text = table_.shown(row, static_cast<int>(column));
+        QStringList lines;
+        if (number) {
+            lines += fittingText(text, true, metrics, room + 1);
+        } else {
+            lines = cellLines_->broken(text, room, mostLines_);
+        }
         // Isolated, so that a minus sign stays on the left of its number.
-        if (number || text.startsWith(QLatin1Char('-'))) text = QChar(0x2066) + text + QChar(0x2069);
-        painter.drawText(
-            cell, (number ? Qt::Alignment(Qt::AlignHCenter) : kRight) | Qt::AlignVCenter | Qt::TextSingleLine, text);
+        if (lines.size() == 1 && (number || text.startsWith(QLatin1Char('-'))))
+            lines[0] = QChar(0x2066) + lines[0] + QChar(0x2069);
+        const qreal above = (place.height() - rowHeight_ - lineHeight_ * static_cast<qreal>(lines.size() - 1)) / 2;
+        QRectF line(x + padding_, place.y() + above, room, rowHeight_);
+        for (const QString& words : lines) {
+            painter.drawText(
+                line, (number ? Qt::Alignment(Qt::AlignHCenter) : kRight) | Qt::AlignVCenter | Qt::TextSingleLine,
+                words);
+            line.translate(0, lineHeight_);
+        }
     });
     painter.setPen(QPen(themeColors().border, 0));
-    painter.drawLine(QPointF(0, y + rowHeight_), QPointF(page_.width(), y + rowHeight_));
+    painter.drawLine(place.bottomLeft(), place.bottomRight());
 }
 
 void TableDocument::paintFooter(QPainter& painter, int page) const {

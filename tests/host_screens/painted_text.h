@@ -11,6 +11,7 @@
 #include <QPainterPath>
 #include <QStringList>
 #include <limits>
+#include <vector>
 
 namespace basalt::host {
 
@@ -19,6 +20,8 @@ public:
     // The pieces in the order in which they were painted. Numbers of tables stand between marks of isolation.
     [[nodiscard]] QString text() const { return engine_.painted.join(QString()); }
     [[nodiscard]] const QStringList& pieces() const { return engine_.painted; }
+    // Where each of them stands: the left end of its base line.
+    [[nodiscard]] const std::vector<QPointF>& places() const { return engine_.places; }
     [[nodiscard]] QPaintEngine* paintEngine() const override { return &engine_; }
 
 protected:
@@ -59,10 +62,14 @@ private:
         void drawPath(const QPainterPath&) override {}
         void drawPixmap(const QRectF&, const QPixmap&, const QRectF&) override {}
         void drawPolygon(const QPointF*, int, PolygonDrawMode) override {}
-        void drawTextItem(const QPointF&, const QTextItem& item) override { painted.append(item.text()); }
+        void drawTextItem(const QPointF& place, const QTextItem& item) override {
+            painted.append(item.text());
+            places.push_back(place);
+        }
         [[nodiscard]] Type type() const override { return User; }
 
         QStringList painted;
+        std::vector<QPointF> places;
     };
 
     mutable Engine engine_;

@@ -9,6 +9,7 @@
 #include <QXmlStreamReader>
 #include <algorithm>
 #include <functional>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -181,6 +182,44 @@ std::vector<QString> cellTexts(const std::string& sheet) {
     }
     EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
     return texts;
+}
+
+TEST_F(TableOutput, rowsBeyondASheetGoOnOnTheNextUnderTheirTitles) {
+    Table table = sample();
+    table.rows.clear();
+    for (int row = 1; row <= 7; ++row)
+        table.rows.push_back({std::int64_t{row}, "کالای " + std::to_string(row), Value{}, Value{}});
+    const QString path = folder.filePath("t.xlsx");
+    // A row of titles and three others in each.
+    writeWorkbook(table, path, {}, 4);
+    const auto files = unzipped(contents(path));
+    const std::string& book = files.at("xl/workbook.xml");
+    EXPECT_TRUE(holds(book, "<sheet name=\"سطوح قیمت\" sheetId=\"1\"")) << book;
+    EXPECT_TRUE(holds(book, "<sheet name=\"سطوح قیمت (2)\" sheetId=\"2\""));
+    EXPECT_TRUE(holds(book, "<sheet name=\"سطوح قیمت (3)\" sheetId=\"3\""));
+    EXPECT_FALSE(holds(book, "sheetId=\"4\""));
+    const std::vector<int> rowsOf{3, 3, 1};
+    int row = 0;
+    for (std::size_t i = 0; i < rowsOf.size(); ++i) {
+        const std::string& sheet = files.at("xl/worksheets/sheet" + std::to_string(i + 1) + ".xml");
+        EXPECT_TRUE(holds(sheet, "rightToLeft=\"1\"")) << i;
+        std::vector<std::string> texts{"کد", "عنوان, \"شرح\"", "قیمت", "تاریخ"};
+        for (int line = 0; line < rowsOf[i]; ++line) {
+            texts.push_back("کالای " + std::to_string(++row));
+            const std::string cell =
+                "<c r=\"A" + std::to_string(line + 2) + "\"><v>" + std::to_string(row) + "</v></c>";
+            EXPECT_TRUE(holds(sheet, cell.c_str())) << sheet;
+        }
+        std::vector<std::string> read;
+        for (const QString& text : cellTexts(sheet))
+            read.push_back(text.toStdString());
+        EXPECT_EQ(read, texts) << i;
+    }
+    EXPECT_EQ(row, 7);
+    // A sheet that is just full is the last one.
+    table.rows.resize(6);
+    writeWorkbook(table, path, {}, 4);
+    EXPECT_FALSE(unzipped(contents(path)).contains("xl/worksheets/sheet3.xml"));
 }
 
 TEST_F(TableOutput, aWorkbookHoldsEveryCharacter) {
@@ -359,8 +398,170 @@ TEST_F(TableOutput, textsMakeRoomForNumbersOnPaper) {
     EXPECT_EQ(text.count(QStringLiteral("۱٬۲۵۰٬۰۰۰٬۰۰۰")), 10) << text.toStdString();
     EXPECT_EQ(text.count(QStringLiteral("۹۸٬۵۰۰٬۰۰۰")), 10);
     EXPECT_FALSE(text.contains(QLatin1Char('#')));
-    EXPECT_TRUE(text.contains(QChar(0x2026))) << "the name is what is cut";
+    EXPECT_EQ(text.count(QStringLiteral("درازتر")), 3) << "the name goes on on further lines";
+    EXPECT_FALSE(text.contains(QChar(0x2026)));
     EXPECT_EQ(pages, 1);
+}
+
+// Goods with many barcodes, between others with one or none.
+class Barcodes final : public TableContent {
+public:
+    Barcodes(int rows, int prices) : rows_(rows) {
+        columnList.push_back({QStringLiteral("کد کالا"), FieldType::Integer, {}, 80});
+        columnList.push_back({QStringLiteral("بارکد کالا"), FieldType::Text, {}, 200});
+        columnList.push_back({QStringLiteral("نام کالا"), FieldType::Text, {}, 200});
+        for (int i = 0; i < prices; ++i)
+            columnList.push_back({QStringLiteral("سطح قیمت"), FieldType::Decimal, {}, 110});
+    }
+    std::vector<TableColumn> columnList;
+
+    // As the price report cleans a list of them: the last one has no bracket behind it.
+    [[nodiscard]] static QString barcode(int row, int number) {
+        return screenNumber(std::to_string(6'260'000'000'000 + row * 100 + number));
+    }
+    [[nodiscard]] static int barcodesOf(int row) { return row % 5 == 3 ? 10 : row % 2; }
+    [[nodiscard]] QString title() const override { return QStringLiteral("قیمت‌ها"); }
+    [[nodiscard]] std::vector<QString> headerLines() const override { return {}; }
+    [[nodiscard]] const std::vector<TableColumn>& columns() const override { return columnList; }
+    [[nodiscard]] int rowCount() const override { return rows_; }
+    [[nodiscard]] Value value(int row, int column) const override { return shown(row, column).toStdString(); }
+    [[nodiscard]] QString shown(int row, int column) const override {
+        if (column == 0) return screenNumber(std::to_string(10'001 + row));
+        if (column == 2) return QStringLiteral("بیسکویت ساقه‌طلایی");
+        if (column > 2) return QStringLiteral("۱٬۲۵۰٬۰۰۰");
+        QStringList barcodes;
+        for (int i = 0; i < barcodesOf(row); ++i)
+            barcodes += QLatin1Char('(') + barcode(row, i);
+        return barcodes.join(QLatin1Char(')'));
+    }
+
+private:
+    int rows_;
+};
+
+TEST_F(TableOutput, tenBarcodesAreWholeOnEveryPaper) {
+    for (const int prices : {0, 2, 10}) {
+        for (const auto size : {QPageSize::A4, QPageSize::A5, QPageSize::A3, QPageSize::Letter}) {
+            for (const auto orientation : {QPageLayout::Portrait, QPageLayout::Landscape}) {
+                const std::string which =
+                    std::to_string(prices) + " on " + QPageSize::key(size).toStdString() + std::to_string(orientation);
+                const Barcodes table(12, prices);
+                TableDocument document(table, {});
+                PaintedText painted;
+                const int pages = document.layOut(pageLayout(size, orientation));
+                {
+                    QPainter painter(&painted);
+                    for (int page = 0; page < pages; ++page)
+                        document.paintPage(painter, page);
+                }
+                // Ten prices leave the smallest paper no line that is as long as a barcode.
+                const bool narrow = prices == 10 && size == QPageSize::A5 && orientation == QPageLayout::Portrait;
+                for (int row = 0; row < table.rowCount(); ++row)
+                    for (int i = 0; i < Barcodes::barcodesOf(row) && !narrow; ++i)
+                        EXPECT_EQ(painted.pieces().filter(Barcodes::barcode(row, i)).size(), 1)
+                            << row << ' ' << i << ' ' << which;
+                EXPECT_FALSE(painted.text().contains(QChar(0x2026))) << which;
+                EXPECT_FALSE(painted.text().contains(QLatin1Char('#'))) << which;
+            }
+        }
+    }
+}
+
+TEST_F(TableOutput, rowsOfSeveralLinesDivideThePages) {
+    const Barcodes table(400, 3);
+    TableDocument document(table, {});
+    const int pages = document.layOut(pageLayout());
+    int next = 0;
+    for (int page = 0; page < pages; ++page) {
+        PaintedText painted;
+        {
+            QPainter painter(&painted);
+            document.paintPage(painter, page);
+        }
+        const QStringList& pieces = painted.pieces();
+        EXPECT_EQ(pieces.filter(QStringLiteral("بارکد")).size(), 1) << page;
+        const QString foot = painted.text().right(20);
+        for (const int number : {page + 1, pages})
+            EXPECT_TRUE(foot.contains(
+                QRegularExpression(QStringLiteral("(^|[^۰-۹])%1([^۰-۹]|$)").arg(screenNumber(std::to_string(number))))))
+                << page << ' ' << foot.toStdString();
+        // Rows go on where the page before ended, and none reaches into the next.
+        const int first = next;
+        qreal bottom = 0;
+        qreal lowest = 0;
+        for (; next < table.rowCount(); ++next) {
+            const auto at = pieces.indexOf(QRegularExpression(QStringLiteral(".?%1.?").arg(table.shown(next, 0))));
+            if (at < 0) break;
+            qreal top = painted.places()[static_cast<std::size_t>(at)].y();
+            for (int i = 0; i < Barcodes::barcodesOf(next); ++i) {
+                const QStringList found = pieces.filter(Barcodes::barcode(next, i));
+                ASSERT_EQ(found.size(), 1) << next;
+                const qreal y = painted.places()[static_cast<std::size_t>(pieces.indexOf(found[0]))].y();
+                top = std::min(top, y);
+                lowest = std::max(lowest, y);
+            }
+            EXPECT_GT(top, bottom) << next;
+            lowest = std::max(lowest, top);
+            bottom = lowest;
+        }
+        EXPECT_GT(next, first) << page;
+        EXPECT_LT(lowest, pageLayout().paintRectPixels(kPageDpi).height()) << page;
+    }
+    EXPECT_EQ(next, table.rowCount());
+    // The first page is well used: no more room is left than a row could want.
+    EXPECT_GT(table.rowCount() / pages, 20);
+    EXPECT_EQ(document.layOut(pageLayout()), pages);
+}
+
+TEST_F(TableOutput, aTextLongerThanAPageIsCutAndTheNextRowFollows) {
+    Table table;
+    table.columnList = {{QStringLiteral("شرح"), FieldType::Text, {}, 200},
+                        {QStringLiteral("کد"), FieldType::Text, {}, 60}};
+    std::string words = "آغاز";
+    for (int i = 0; i < 5000; ++i)
+        words += " واژه";
+    table.rows = {{std::string("پیش"), std::string("یکم")},
+                  {words + " پایان", std::string("دوم")},
+                  {std::string("پس"), std::string("سوم")}};
+    TableDocument document(table, {});
+    int pages = 0;
+    const QString text = paintedPages(document, pageLayout(), pages);
+    EXPECT_EQ(pages, 2);
+    EXPECT_TRUE(text.contains(QStringLiteral("آغاز"))) << text.size();
+    EXPECT_EQ(text.count(QChar(0x2026)), 1);
+    EXPECT_FALSE(text.contains(QStringLiteral("پایان")));
+    for (const char* row : {"یکم", "دوم", "سوم"})
+        EXPECT_EQ(text.count(QString::fromUtf8(row)), 1) << row;
+}
+
+TEST_F(TableOutput, aLongWordOfALabelHasTheRoomThatTheColumnBesideLeaves) {
+    QWidget form;
+    std::vector<std::unique_ptr<QLineEdit>> prices;
+    for (const QString& level :
+         {QString(50, QChar(u'م')),
+          QStringLiteral("ویژهٔ مشتریان عمدهٔ استان‌های شمالی درجه ۱۰۰۰")}) {
+        prices.push_back(std::make_unique<QLineEdit>(QStringLiteral("۵"), &form));
+        prices.back()->setAccessibleName(QStringLiteral("قیمت فروش ۱ (%1)").arg(level));
+    }
+    const RecordContent record(QStringLiteral("قیمت‌ها"), form);
+    TableDocument document(record, {});
+    document.layOut(pageLayout());
+    PaintedText painted;
+    {
+        QPainter painter(&painted);
+        document.paintPage(painter, 0);
+    }
+    EXPECT_FALSE(painted.text().contains(QChar(0x2026))) << painted.text().toStdString();
+    EXPECT_TRUE(painted.text().contains(QString(50, QChar(u'م')))) << painted.text().toStdString();
+    // The amount, which the column beside shows, stands on the line of each word of its label.
+    for (int row = 0; row < record.rowCount(); ++row) {
+        std::set<qreal> heights;
+        for (qsizetype i = 0; i < painted.pieces().size(); ++i)
+            for (const QString& word : record.shown(row, 0).split(QLatin1Char(' ')))
+                if (word.size() > 4 && painted.pieces()[i].contains(word) && word != QStringLiteral("قیمت‌ها"))
+                    heights.insert(painted.places()[static_cast<std::size_t>(i)].y());
+        EXPECT_EQ(heights.size(), 1U) << row;
+    }
 }
 
 // Many prices of goods with names of usual length.
