@@ -217,9 +217,7 @@ BoundPtr Binder::aggregate(const ast::FunctionExpression& call, Scope* scope) {
             result = newAggregate(sum ? "t_sum_float" : "avg", SqlType::of(TypeKind::Float));
         } else if (type.isInteger()) {
             const bool big = type.kind == TypeKind::BigInt;
-            result = newAggregate(!sum  ? "t_avg_int"
-                                  : big ? "t_sum_bigint"
-                                        : "t_sum_int",
+            result = newAggregate(std::string(sum ? "t_sum_" : "t_avg_") + (big ? "bigint" : "int"),
                                   SqlType::of(big ? TypeKind::BigInt : TypeKind::Int));
         } else if (type.kind != TypeKind::Decimal) {
             result = newAggregate(sum ? "t_sum_money" : "t_avg_decimal0", SqlType::of(TypeKind::Money));

@@ -180,11 +180,13 @@ BoundPtr Binder::operation(ast::BinaryOperator op, BoundPtr left, BoundPtr right
     }
     if (common.isFloat()) {
         if (op == Operator::Modulo) refuse();
-        left = cast(std::move(left), SqlType::of(TypeKind::Float));
-        right = cast(std::move(right), SqlType::of(TypeKind::Float));
-        if (op == Operator::Divide) return boundCall("t_fdiv", common, std::move(left), std::move(right));
+        const SqlType wide = SqlType::of(TypeKind::Float);
+        left = cast(std::move(left), wide);
+        right = cast(std::move(right), wide);
+        if (op == Operator::Divide) return cast(boundCall("t_fdiv", wide, std::move(left), std::move(right)), common);
         const char* sign = op == Operator::Add ? "+" : op == Operator::Subtract ? "-" : "*";
-        return boundCall("t_finite", common, boundInfix(sign, common, std::move(left), std::move(right)));
+        // Rounding the wide result of two reals gives what computing with reals gives.
+        return cast(boundCall("t_finite", wide, boundInfix(sign, wide, std::move(left), std::move(right))), common);
     }
     return decimalOperation(op, std::move(left), std::move(right));
 }

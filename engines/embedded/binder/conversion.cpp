@@ -53,7 +53,8 @@ BoundPtr Binder::cast(BoundPtr value, const SqlType& to) {
     if (isSameStored(from, to)) {
         if (textOrBinary(from)) relyOnLength(*value);
         value->type = to;
-        if (value->kind == BoundKind::Slot) value->slot.to = to;
+        // What has been rounded to real stays so.
+        if (value->kind == BoundKind::Slot && from.kind != TypeKind::Real) value->slot.to = to;
         return value;
     }
     if (value->kind == BoundKind::Slot && value->slot.to == from && alwaysConverts(from, to)) {

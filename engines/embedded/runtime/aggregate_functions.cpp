@@ -31,18 +31,23 @@ struct IntegerSum {
     }
 };
 
-// The parameter is the kind of the result.
+// The parameter is the kind of the result, which has to hold the sum, also on the way to an average.
 struct SumOfIntegers : IntegerSum {
     void finish(sqlite3_context* context, std::int64_t parameter) const {
+        sqlite3_result_int64(context, whole(parameter));
+    }
+
+protected:
+    [[nodiscard]] std::int64_t whole(std::int64_t parameter) const {
         const auto kind = static_cast<TypeKind>(parameter);
         if (sum < lowest(kind) || sum > highest(kind)) overflow(SqlType::of(kind).baseName());
-        sqlite3_result_int64(context, static_cast<std::int64_t>(sum));
+        return static_cast<std::int64_t>(sum);
     }
 };
 
-struct AverageOfIntegers : IntegerSum {
-    void finish(sqlite3_context* context, std::int64_t) const {
-        sqlite3_result_int64(context, static_cast<std::int64_t>(sum / count));
+struct AverageOfIntegers : SumOfIntegers {
+    void finish(sqlite3_context* context, std::int64_t parameter) const {
+        sqlite3_result_int64(context, whole(parameter) / count);
     }
 };
 
@@ -163,7 +168,8 @@ void addAggregate(SqliteDatabase& database, const std::string& name, std::int64_
 void addAggregateFunctions(SqliteDatabase& database) {
     addAggregate<SumOfIntegers>(database, "t_sum_int", static_cast<std::int64_t>(TypeKind::Int));
     addAggregate<SumOfIntegers>(database, "t_sum_bigint", static_cast<std::int64_t>(TypeKind::BigInt));
-    addAggregate<AverageOfIntegers>(database, "t_avg_int");
+    addAggregate<AverageOfIntegers>(database, "t_avg_int", static_cast<std::int64_t>(TypeKind::Int));
+    addAggregate<AverageOfIntegers>(database, "t_avg_bigint", static_cast<std::int64_t>(TypeKind::BigInt));
     addAggregate<SumOfDecimals>(database, "t_sum_decimal", kMaxDecimalDigits);
     addAggregate<SumOfDecimals>(database, "t_sum_money", SqlType::of(TypeKind::Money).precision);
     // AVG of decimals has at least six digits after the point.

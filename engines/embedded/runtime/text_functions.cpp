@@ -227,8 +227,10 @@ void str(Call& call) {
 void character(Call& call) {
     const std::int64_t code = call.integer(0);
     if (code < 0 || code > call.integer(1)) return call.resultNull();
+    // Half of a surrogate pair has no form in UTF-8.
+    const bool isHalf = code >= 0xD800 && code <= 0xDFFF;
     std::string text;
-    appendCharacter(text, static_cast<char32_t>(code));
+    appendCharacter(text, isHalf ? U'\uFFFD' : static_cast<char32_t>(code));
     call.result(std::string_view(text));
 }
 
