@@ -83,16 +83,15 @@ int dump(const CommonOptions& common, const std::string& file) {
         requireNone(file);
     }
     const std::unique_ptr<Session> session = host::openDatabase(url);
-    const DatabaseSchema schema = host::readSchema(*session);
     if (file.empty()) {
-        host::dumpDatabase(*session, schema, std::cout);
+        host::dumpDatabase(*session, host::readSchema, std::cout);
         return 0;
     }
     const host::DraftFile draft(host::pathFromText(file));
     {
         std::ofstream out(draft.path(), std::ios::binary);
         if (!out) throw std::runtime_error("the file " + file + " cannot be written");
-        host::dumpDatabase(*session, schema, out);
+        host::dumpDatabase(*session, host::readSchema, out);
     }
     draft.takePlace();
     return 0;

@@ -38,9 +38,12 @@ std::string_view firstWord(std::string_view text) {
 
 template <std::size_t Count>
 bool hasOneOf(const std::array<std::string_view, Count>& words, std::string_view text) {
+    bool behindSet = false;
     while (!text.empty()) {
         const std::string_view word = firstWord(text);
-        if (isOneOf(words, word)) return true;
+        // SET TRANSACTION ISOLATION LEVEL is about those to come.
+        if (isOneOf(words, word) && !(behindSet && sameName(word, "TRANSACTION"))) return true;
+        if (!word.empty()) behindSet = sameName(word, "SET");
         text.remove_prefix(std::max<std::size_t>(word.size(), 1));
     }
     return false;

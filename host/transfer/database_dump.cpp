@@ -6,6 +6,7 @@
 #include "host/services/sql_access.h"
 #include "host/transfer/definition_order.h"
 #include "host/transfer/definition_text.h"
+#include "host/transfer/read_moment.h"
 #include "host/transfer/row_order.h"
 #include "host/transfer/sql_literal.h"
 
@@ -159,9 +160,9 @@ private:
 
 }  // namespace
 
-void dumpDatabase(Session& session, const DatabaseSchema& schema, std::ostream& out) {
-    const HostTransaction moment(session);
-    DumpWriter(&session, out).write(schema);
+void dumpDatabase(Session& session, const SchemaReader& readSchema, std::ostream& out) {
+    const ReadMoment moment(session);
+    DumpWriter(&session, out).write(readSchema(session));
 }
 
 void dumpDefinitions(const DatabaseSchema& schema, std::ostream& out) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "ado/names.h"
 #include "host/services/sql_access.h"
 
 namespace basalt::host {
@@ -91,6 +92,7 @@ public:
         readReferences();
         readChecks();
         readModules();
+        sortByName();
         return std::move(schema_);
     }
 
@@ -184,6 +186,22 @@ private:
                                                                   : ModuleSchema::Kind::Function;
             schema_.modules.push_back({textAt(rows, 0, r), kind, textAt(rows, 2, r)});
         }
+    }
+
+    // The server sorts as its collation says; the same tables are to give the same text wherever they stand.
+    void sortByName() {
+        const auto byName = [](const auto& a, const auto& b) { return a.name < b.name; };
+        for (TableSchema& table : schema_.tables) {
+            std::sort(table.keys.begin(), table.keys.end(), [](const KeySchema& a, const KeySchema& b) {
+                return a.primary != b.primary ? a.primary : a.name < b.name;
+            });
+            std::sort(table.indexes.begin(), table.indexes.end(), byName);
+            std::sort(table.foreignKeys.begin(), table.foreignKeys.end(), byName);
+            std::sort(table.checks.begin(), table.checks.end(), byName);
+        }
+        std::sort(schema_.tables.begin(), schema_.tables.end(), byName);
+        std::sort(schema_.modules.begin(), schema_.modules.end(),
+                  [](const ModuleSchema& a, const ModuleSchema& b) { return foldName(a.name) < foldName(b.name); });
     }
 
     Session& session_;

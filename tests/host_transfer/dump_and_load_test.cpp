@@ -19,7 +19,7 @@ using ::testing::StartsWith;
 
 std::string dumpOf(EmbeddedSession& session) {
     std::ostringstream out;
-    dumpDatabase(session, session.schema(), out);
+    dumpDatabase(session, readSchema, out);
     return out.str();
 }
 
@@ -250,7 +250,7 @@ TEST_F(DumpAndLoad, aStreamThatCannotBeWrittenIsAnError) {
     session_->run("CREATE TABLE T (ID int)");
     std::ostringstream out;
     out.setstate(std::ios::badbit);
-    EXPECT_THROW(dumpDatabase(*session_, session_->schema(), out), std::runtime_error);
+    EXPECT_THROW(dumpDatabase(*session_, readSchema, out), std::runtime_error);
     EXPECT_FALSE(session_->inTransaction());
 }
 

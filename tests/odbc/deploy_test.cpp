@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -117,6 +118,47 @@ std::string outputOf(const std::string& command) {
 
 std::string quoted(const std::string& word) {
     return '\'' + word + '\'';
+}
+
+// Schema and rows as the catalog views tell them, through the driver and without it.
+TEST(DeployThroughFreeTds, aDumpOfTheServerIsThatOfTheFile) {
+    const auto driver = test::driverPart("libtdsodbc.so");
+    if (!driver) GTEST_SKIP() << "FreeTDS' ODBC driver (libtdsodbc.so) is not installed";
+    const basalt::test::TempFolder folder;
+    {
+        const auto direct = embedded::EmbeddedSession::open(folder.file("shop.db"), {.createIfMissing = true});
+        host::deployDatabase(*direct, {.demo = true});
+        direct->run(
+            "CREATE TABLE dbo.Sample (ID int IDENTITY(7,3) NOT NULL CONSTRAINT PK_Sample PRIMARY KEY, "
+            "A decimal(9,2) NULL CONSTRAINT DF_Sample_A DEFAULT (1.5), B AS (ID * 2), C nvarchar(max) NULL, "
+            "D varbinary(8) NULL, E datetime2(3) NULL, F int NULL, G int NULL, "
+            "CONSTRAINT CK_Sample CHECK (A > 0 AND A < 9), CONSTRAINT UQ_Sample UNIQUE (F DESC, G), "
+            "CONSTRAINT FK_Sample FOREIGN KEY (G) REFERENCES dbo.Sample (ID))");
+        direct->run("CREATE INDEX IX_Sample ON dbo.Sample (A DESC) INCLUDE (C, F)");
+        direct->run("CREATE UNIQUE INDEX IX_Sample_Some ON dbo.Sample (F) WHERE F > 3");
+        direct->run("INSERT INTO dbo.Sample (C, D, E, F) VALUES (N'خط', 0x00FF, '2024-03-20T01:02:03.997', 4)");
+    }
+    const std::string program = BASALT_BINARY_DIR "/bin/basalt";
+    test::StandInServer server(folder.file("shop.db"));
+    const std::string ofServer = " --database " + quoted("odbc:" + *driver + server.connectionPart());
+    const std::string ofFile = " --database " + quoted("embedded:" + folder.file("shop.db"));
+    for (const char* command : {" db dump", " sql .tables", " sql .schema", " sql '.schema Sample'"}) {
+        const std::string expected = outputOf(program + command + ofFile);
+        EXPECT_GT(expected.size(), 200U) << command;
+        EXPECT_EQ(outputOf(program + command + ofServer + " 2>&1"), expected) << command;
+    }
+    std::vector<std::string> sent;
+    for (const test::TdsRequest& request : server.requests())
+        sent.push_back(request.text);
+    ASSERT_GT(sent.size(), 6U);
+    // The dump came first, and the schema is of its moment too.
+    EXPECT_EQ(sent.at(0), "SELECT snapshot_isolation_state FROM sys.databases WHERE database_id = DB_ID()");
+    EXPECT_EQ(sent.at(1), "SET TRANSACTION ISOLATION LEVEL SNAPSHOT");
+    EXPECT_EQ(sent.at(2), "BEGIN TRANSACTION");
+    EXPECT_TRUE(sent.at(3).starts_with("SELECT T.name, C.name, TYPE_NAME(C.system_type_id)")) << sent.at(3);
+    const auto end = std::find(sent.begin(), sent.end(), "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION");
+    ASSERT_GE(sent.end() - end, 2);
+    EXPECT_EQ(*std::next(end), "SET TRANSACTION ISOLATION LEVEL READ COMMITTED");
 }
 
 // The scale agent is handed the connection string; whoever reads the reply is not.

@@ -99,44 +99,6 @@ StandInServer::StandInServer(const std::string& file)
     responder_.answerWith([this](const TdsRequest& request) { return answer(request); });
 }
 
-// What the catalog of a live server would say; the embedded engine keeps one of another form.
-TdsReply StandInServer::describe(const std::string& question) {
-    const std::size_t begin = question.find("N'[") + 3;
-    const std::string name = question.substr(begin, question.find("]'", begin) - begin);
-    const auto text = [](const std::string& value) { return Value(value); };
-    const auto number = [](std::int64_t value) { return Value(value); };
-    const std::vector<TdsColumn> named = {tds::nvarchar("name", 128)};
-    const std::vector<TdsColumn> typed = {tds::nvarchar("name", 128),
-                                          tds::nvarchar("", 128),
-                                          tds::integer("max_length", 2),
-                                          tds::integer("precision", 1),
-                                          tds::integer("scale", 1),
-                                          tds::bit("first"),
-                                          tds::bit("second")};
-    const auto row = [&](const std::string& its, const ColumnInfo& type, bool first, bool second) {
-        const int characters = type.typeName.starts_with("n") ? 2 : 1;
-        const std::int64_t length = type.size == 0 ? -1 : std::int64_t{type.size} * characters;
-        return std::vector<Value>{
-            text(its), text(type.typeName), number(length), number(type.precision), number(type.scale), first, second};
-    };
-    TdsReply reply;
-    if (question.find("sys.parameters") != std::string::npos) {
-        const ProcedureInfo info = session_->procedure(name);
-        reply.columns(named).row({text(info.name)}).done(1, true).columns(typed);
-        for (const ParameterInfo& parameter : info.parameters)
-            reply.row(row(parameter.name, parameter.type, parameter.direction != ParameterDirection::Input, false));
-        return reply.done(static_cast<std::int64_t>(info.parameters.size()));
-    }
-    const TableInfo info = session_->table(name);
-    reply.columns(named).row({text(info.name)}).done(1, true).columns(typed);
-    for (const ColumnInfo& column : info.columns)
-        reply.row(row(column.name, column, column.nullable, column.identity));
-    reply.done(static_cast<std::int64_t>(info.columns.size()), true).columns(named);
-    for (const std::string& column : info.key)
-        reply.row({text(column)});
-    return reply.done(static_cast<std::int64_t>(info.key.size()));
-}
-
 // By place, as the driver calls; the answers' names are the procedure's own.
 TdsReply StandInServer::call(const TdsRequest& request) {
     const ProcedureInfo info = session_->procedure(request.text);
@@ -165,7 +127,6 @@ TdsReply StandInServer::answer(const TdsRequest& request) {
     try {
         BatchResult batch;
         if (request.kind == TdsRequest::Batch) {
-            if (request.text.starts_with("SELECT o.name FROM ")) return describe(request.text);
             batch = session_->run(request.text);
         } else {
             if (request.text != "sp_executesql") return call(request);

@@ -16,10 +16,10 @@ public:
     explicit StandInServer(const std::string& file);
 
     [[nodiscard]] std::string connectionPart() const { return responder_.connectionPart(); }
+    [[nodiscard]] std::vector<TdsRequest> requests() const { return responder_.requests(); }
 
 private:
     TdsReply answer(const TdsRequest& request);
-    TdsReply describe(const std::string& question);
     TdsReply call(const TdsRequest& request);
 
     std::unique_ptr<embedded::EmbeddedSession> session_;

@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -141,6 +142,9 @@ void TdsResponder::serve() {
     while (true) {
         const int client = accept(listener_, nullptr, nullptr);
         if (client < 0) return;
+        // The packets of a long answer would wait for one another.
+        const int atOnce = 1;
+        setsockopt(client, IPPROTO_TCP, TCP_NODELAY, &atOnce, sizeof(atOnce));
         {
             const std::lock_guard lock(mutex_);
             if (stopping_) {

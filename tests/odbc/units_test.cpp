@@ -196,17 +196,34 @@ TEST(Timestamps, aDatetimeIsRoundedToMilliseconds) {
 
 // Each such batch costs a question when somebody wants to know; one that is missed costs the truth.
 TEST(TransactionWords, areThoseThatBeginEndOrCall) {
-    for (const char* text : {"commit", "COMMIT TRAN", "begin transaction", "save tran A", "update T set A = 1 rollback",
-                             "exec P", "select 1;EXECUTE P", "insert into T exec('select 1')", "P", "dbo.P 1", "[P]",
-                             "\"P\"", "سند_بستن 5", "{call P(1)}", "{? = call P}", "; -- note\n/* note */ P",
-                             "/* /* nested */ */ P", "create procedure P as commit", "select N'commit'"}) {
+    for (const char* text : {"commit",
+                             "COMMIT TRAN",
+                             "begin transaction",
+                             "save tran A",
+                             "update T set A = 1 rollback",
+                             "exec P",
+                             "select 1;EXECUTE P",
+                             "insert into T exec('select 1')",
+                             "P",
+                             "dbo.P 1",
+                             "[P]",
+                             "\"P\"",
+                             "سند_بستن 5",
+                             "{call P(1)}",
+                             "{? = call P}",
+                             "; -- note\n/* note */ P",
+                             "set transaction isolation level snapshot begin transaction",
+                             "/* /* nested */ */ P",
+                             "create procedure P as commit",
+                             "select N'commit'"}) {
         EXPECT_TRUE(mayChangeTransaction(text)) << text;
     }
     for (const char* text :
          {"", " ;\n", "-- exe", "/* open", "select 1", "SELECT[A] from T", "(select 1)", "update T set Committed = 1",
           "select @commit, #tran, rollback_, execs", "declare @a int set @a = 1", "if 1 = 1 select 1",
           "begin select 1 end", "with C as (select 1 as A) select A from C", "truncate table T", "drop table #t",
-          "print N'سند'", "set nocount on", "/* note */ select 1 -- note"}) {
+          "print N'سند'", "set nocount on", "set transaction isolation level snapshot",
+          "/* note */ select 1 -- note"}) {
         EXPECT_FALSE(mayChangeTransaction(text)) << text;
     }
 }

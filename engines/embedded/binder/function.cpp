@@ -7,6 +7,7 @@
 #include "engines/embedded/binder/binder.h"
 #include "engines/embedded/binder/function_binder.h"
 #include "engines/embedded/binder/type_rules.h"
+#include "engines/embedded/catalog/system_view.h"
 #include "engines/embedded/runtime/dates.h"
 #include "engines/embedded/runtime/decimal_math.h"
 #include "engines/embedded/runtime/sql_error.h"
@@ -573,6 +574,18 @@ BoundPtr objectNameOf(FunctionBinder& f) {
     return result;
 }
 
+// TYPE_NAME(56)
+BoundPtr typeNameOf(FunctionBinder& f) {
+    BoundPtr result = boundCall("t_type_name", SqlType::text(TypeKind::NVarChar, 128), f.as(0, TypeKind::BigInt));
+    result->nullable = true;
+    return result;
+}
+
+// DB_ID(): there is one database.
+BoundPtr databaseId(FunctionBinder&) {
+    return boundInteger(kDatabaseNumber);
+}
+
 // COL_LENGTH('CostLevel', 'Name')
 BoundPtr columnLength(FunctionBinder& f) {
     BoundPtr table = f.text(0);
@@ -684,6 +697,8 @@ const std::map<std::string, Entry, std::less<>>& functions() {
         {"host_name", {0, 0, hostName}},
         {"object_id", {1, 2, objectId}},
         {"object_name", {1, 2, objectNameOf}},
+        {"type_name", {1, 1, typeNameOf}},
+        {"db_id", {0, 0, databaseId}},
         {"col_length", {2, 2, columnLength}},
         {"ident_current", {1, 1, identityCurrent}},
         {"newid", {0, 0, newId}},

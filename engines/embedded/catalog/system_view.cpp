@@ -1,11 +1,13 @@
 #include "engines/embedded/catalog/system_view.h"
 
 #include <algorithm>
+#include <map>
 
 #include "ado/names.h"
 #include "engines/embedded/ast/definition_statement.h"
 #include "engines/embedded/catalog/data_type.h"
 #include "engines/embedded/catalog/included_columns.h"
+#include "engines/embedded/catalog/index_condition.h"
 #include "engines/embedded/parser/parser.h"
 
 namespace basalt::embedded {
@@ -145,8 +147,9 @@ std::vector<Object> objectsOf(Catalog& catalog, SqliteDatabase& database) {
         objects.push_back({table.name, {}, {"U ", "USER_TABLE"}});
     for (const Module& module : modulesOf(catalog, database))
         objects.push_back({module.name, {}, kindOf(module)});
-    SqliteStatement constraints =
-        database.prepare("SELECT name, table_name, kind FROM main.basalt_constraint ORDER BY name");
+    SqliteStatement constraints = database.prepare(
+        "SELECT name, table_name, kind FROM main.basalt_constraint "
+        "WHERE kind IN ('PK', 'UQ', 'F', 'C') ORDER BY name");
     while (constraints.step())
         objects.push_back({constraints.textAt(0), constraints.textAt(1), constraintKind(constraints.textAt(2))});
     SqliteStatement defaults = database.prepare(
@@ -161,32 +164,117 @@ const std::vector<SystemColumn> kObjectColumns = {
     {"type", kindText()}, {"type_desc", shortText()}, {"is_ms_shipped", bit()},
 };
 
+// The same with more columns behind them.
+std::vector<SystemColumn> objectColumnsWith(std::initializer_list<SystemColumn> more) {
+    std::vector<SystemColumn> columns = kObjectColumns;
+    columns.insert(columns.end(), more);
+    return columns;
+}
+
+std::vector<Value> objectRow(std::string_view name, std::int64_t id, std::int64_t parent, Kind kind) {
+    return {text(name), number(id), number(1), number(parent), text(kind.code), text(kind.description), false};
+}
+
 Rows objectRows(Catalog& catalog, SqliteDatabase& database, std::initializer_list<std::string_view> kinds) {
     Rows rows;
     for (const Object& object : objectsOf(catalog, database)) {
         if (kinds.size() > 0 && std::find(kinds.begin(), kinds.end(), object.kind.code) == kinds.end()) continue;
         const std::int64_t parent = object.parent.empty() ? 0 : Catalog::objectNumber(object.parent);
-        rows.push_back({text(object.name), number(Catalog::objectNumber(object.name)), number(1), number(parent),
-                        text(object.kind.code), text(object.kind.description), false});
+        rows.push_back(objectRow(object.name, Catalog::objectNumber(object.name), parent, object.kind));
     }
     return rows;
 }
 
-struct ViewColumn {
-    std::string name;
-    SqlType type;
+// The server keeps expressions in parentheses.
+Value expression(const std::string& written) {
+    return text("(" + written + ")");
+}
+
+// What belongs to a column: its default (kind D) or the expression that computes it (kind C).
+struct ColumnText {
+    std::string name;  // of the default; empty when it was given none
+    std::string definition;
 };
 
-Rows columnRows(Catalog& catalog) {
+std::map<std::string, ColumnText> columnTexts(SqliteDatabase& database, const Table& table, std::string_view kind) {
+    std::map<std::string, ColumnText> texts;
+    SqliteStatement list = database.prepare(
+        "SELECT column_name, name, definition FROM main.basalt_default WHERE table_name = ?1 AND kind = ?2");
+    list.bind(1, std::string_view(foldName(table.name)));
+    list.bind(2, kind);
+    while (list.step())
+        texts[foldName(list.textAt(0))] = {list.textAt(1), list.textAt(2)};
+    return texts;
+}
+
+// Visits each column that has such a text: with its number and its text.
+template <typename Visit>
+void eachColumnText(SqliteDatabase& database, const Table& table, std::string_view kind, Visit visit) {
+    const auto texts = columnTexts(database, table, kind);
+    for (std::size_t i = 0; i < table.columns.size(); ++i) {
+        const auto found = texts.find(foldName(table.columns[i].name));
+        if (found != texts.end()) visit(i, found->second);
+    }
+}
+
+// Defaults without a name are objects as well.
+std::int64_t defaultNumber(const Table& table, const TableColumn& column, const ColumnText& its) {
+    return Catalog::objectNumber(its.name.empty() ? "default of " + table.name + "." + column.name : its.name);
+}
+
+Rows defaultRows(Catalog& catalog, SqliteDatabase& database) {
     Rows rows;
     for (const Table& table : tablesOf(catalog)) {
+        eachColumnText(database, table, "D", [&](std::size_t i, const ColumnText& its) {
+            std::vector<Value> row = objectRow(its.name, defaultNumber(table, table.columns[i], its),
+                                               Catalog::objectNumber(table.name), {"D ", "DEFAULT_CONSTRAINT"});
+            row.push_back(number(static_cast<std::int64_t>(i) + 1));
+            row.push_back(expression(its.definition));
+            rows.push_back(std::move(row));
+        });
+    }
+    return rows;
+}
+
+Rows computedRows(Catalog& catalog, SqliteDatabase& database) {
+    Rows rows;
+    for (const Table& table : tablesOf(catalog)) {
+        eachColumnText(database, table, "C", [&](std::size_t i, const ColumnText& its) {
+            rows.push_back({number(Catalog::objectNumber(table.name)), text(table.columns[i].name),
+                            number(static_cast<std::int64_t>(i) + 1), expression(its.definition)});
+        });
+    }
+    return rows;
+}
+
+Rows checkRows(SqliteDatabase& database) {
+    Rows rows;
+    SqliteStatement list = database.prepare(
+        "SELECT name, table_name, definition FROM main.basalt_constraint WHERE kind = 'C' ORDER BY name");
+    while (list.step()) {
+        const std::string name = list.textAt(0);
+        std::vector<Value> row =
+            objectRow(name, Catalog::objectNumber(name), Catalog::objectNumber(list.textAt(1)), constraintKind("C"));
+        row.push_back(expression(list.textAt(2)));
+        rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
+Rows columnRows(Catalog& catalog, SqliteDatabase& database) {
+    Rows rows;
+    for (const Table& table : tablesOf(catalog)) {
+        std::vector<std::int64_t> defaults(table.columns.size());
+        eachColumnText(database, table, "D", [&](std::size_t i, const ColumnText& its) {
+            defaults[i] = defaultNumber(table, table.columns[i], its);
+        });
         for (std::size_t i = 0; i < table.columns.size(); ++i) {
             const TableColumn& column = table.columns[i];
             rows.push_back({number(Catalog::objectNumber(table.name)), text(column.name),
                             number(static_cast<std::int64_t>(i) + 1), number(numberOf(column.type).number),
                             number(numberOf(column.type).number), number(bytesOf(column.type)),
                             number(precisionOf(column.type)), number(column.type.scale), column.nullable,
-                            column.identity, column.computed});
+                            column.identity, column.computed, number(defaults[i])});
         }
     }
     return rows;
@@ -223,6 +311,7 @@ struct StoredIndex {
     std::vector<std::string> columns;
     std::vector<bool> descending;  // for each of them
     std::vector<std::string> included;
+    std::string condition;  // of a filtered one
 };
 
 std::vector<StoredIndex> indexesOf(Catalog& catalog, SqliteDatabase& database) {
@@ -231,13 +320,18 @@ std::vector<StoredIndex> indexesOf(Catalog& catalog, SqliteDatabase& database) {
         for (const Index& index : table.uniques)
             indexes.push_back({table.name, index.name, true, index.primary, index.constraint, index.columns,
                                index.descending,
-                               includedColumns(database, table, storedIndexName(table.name, index.name))});
+                               includedColumns(database, table, storedIndexName(table.name, index.name)),
+                               indexCondition(database, table, storedIndexName(table.name, index.name))});
         SqliteStatement others = database.prepare("SELECT name FROM pragma_index_list(" + sqlText(table.name) +
                                                   ", 'main') WHERE NOT \"unique\" ORDER BY name");
         while (others.step()) {
             const std::string stored = others.textAt(0);
-            StoredIndex index{table.name, shownIndexName(table.name, stored),      false, false, false, {},
-                              {},         includedColumns(database, table, stored)};
+            StoredIndex index{.table = table.name,
+                              .name = shownIndexName(table.name, stored),
+                              .columns = {},
+                              .descending = {},
+                              .included = includedColumns(database, table, stored),
+                              .condition = indexCondition(database, table, stored)};
             SqliteStatement columns = database.prepare("SELECT name, \"desc\" FROM pragma_index_xinfo(" +
                                                        sqlText(stored) + ", 'main') WHERE key ORDER BY seqno");
             while (columns.step()) {
@@ -271,7 +365,8 @@ Rows indexRows(Catalog& catalog, SqliteDatabase& database) {
     eachIndex(indexesOf(catalog, database), [&](const StoredIndex& index, int ordinal) {
         rows.push_back({number(Catalog::objectNumber(index.table)), text(index.name), number(ordinal),
                         number(index.primary ? 1 : 2), text(index.primary ? "CLUSTERED" : "NONCLUSTERED"), index.unique,
-                        index.primary, index.constraint && !index.primary});
+                        index.primary, index.constraint && !index.primary, !index.condition.empty(),
+                        index.condition.empty() ? Value(Null{}) : expression(index.condition)});
     });
     return rows;
 }
@@ -328,14 +423,40 @@ Rows foreignKeyRows(Catalog& catalog, SqliteDatabase& database) {
             const auto action = [](const std::string& name) {
                 return name == "CASCADE" ? 1 : name == "SET NULL" ? 2 : name == "SET DEFAULT" ? 3 : 0;
             };
+            const auto actionName = [](std::string name) {
+                std::replace(name.begin(), name.end(), ' ', '_');
+                return text(name);
+            };
             const std::string& key = table.foreignKeys[i].name;
             rows.push_back({text(key), number(Catalog::objectNumber(key)), number(1),
                             number(Catalog::objectNumber(table.name)), text("F "), text("FOREIGN_KEY_CONSTRAINT"),
                             number(Catalog::objectNumber(list.textAt(1))), number(action(list.textAt(2))),
-                            number(action(list.textAt(3))), false});
+                            number(action(list.textAt(3))), actionName(list.textAt(2)), actionName(list.textAt(3)),
+                            false});
         }
     }
     return rows;
+}
+
+Rows foreignKeyColumnRows(Catalog& catalog) {
+    Rows rows;
+    for (const Table& table : tablesOf(catalog)) {
+        for (const ForeignKey& key : table.foreignKeys) {
+            const Table* other = catalog.table(key.referencedTable);
+            for (std::size_t i = 0; i < key.columns.size() && other != nullptr; ++i) {
+                rows.push_back({number(Catalog::objectNumber(key.name)), number(static_cast<std::int64_t>(i) + 1),
+                                number(Catalog::objectNumber(table.name)), number(table.find(key.columns[i]) + 1),
+                                number(Catalog::objectNumber(other->name)),
+                                number(other->find(key.referenced[i]) + 1)});
+            }
+        }
+    }
+    return rows;
+}
+
+// This database alone. A transaction reads it as it was when it first read.
+Rows databaseRows() {
+    return {{text("basalt"), number(kDatabaseNumber), number(1), text("ON"), true}};
 }
 
 Rows moduleRows(Catalog& catalog, SqliteDatabase& database) {
@@ -410,10 +531,21 @@ const std::vector<Entry>& entries() {
              [](Catalog& c, SqliteDatabase& d) {
                  return objectRows(c, d, {"PK", "UQ"});
              }},
-            {{"sys.check_constraints", kObjectColumns},
-             [](Catalog& c, SqliteDatabase& d) { return objectRows(c, d, {"C "}); }},
-            {{"sys.default_constraints", kObjectColumns},
-             [](Catalog& c, SqliteDatabase& d) { return objectRows(c, d, {"D "}); }},
+            {{"sys.check_constraints", objectColumnsWith({{"definition", longText}})},
+             [](Catalog&, SqliteDatabase& d) { return checkRows(d); }},
+            {{"sys.default_constraints",
+              objectColumnsWith({{"parent_column_id", integer()}, {"definition", longText}})},
+             defaultRows},
+            {{"sys.computed_columns",
+              {{"object_id", integer()}, {"name", name()}, {"column_id", integer()}, {"definition", longText}}},
+             computedRows},
+            {{"sys.databases",
+              {{"name", name()},
+               {"database_id", integer()},
+               {"snapshot_isolation_state", smallest},
+               {"snapshot_isolation_state_desc", shortText()},
+               {"is_read_committed_snapshot_on", bit()}}},
+             [](Catalog&, SqliteDatabase&) { return databaseRows(); }},
             {{"sys.columns",
               {{"object_id", integer()},
                {"name", name()},
@@ -425,8 +557,9 @@ const std::vector<Entry>& entries() {
                {"scale", smallest},
                {"is_nullable", bit()},
                {"is_identity", bit()},
-               {"is_computed", bit()}}},
-             [](Catalog& c, SqliteDatabase&) { return columnRows(c); }},
+               {"is_computed", bit()},
+               {"default_object_id", integer()}}},
+             columnRows},
             {{"sys.identity_columns",
               {{"object_id", integer()},
                {"name", name()},
@@ -458,7 +591,9 @@ const std::vector<Entry>& entries() {
                {"type_desc", shortText()},
                {"is_unique", bit()},
                {"is_primary_key", bit()},
-               {"is_unique_constraint", bit()}}},
+               {"is_unique_constraint", bit()},
+               {"has_filter", bit()},
+               {"filter_definition", longText}}},
              indexRows},
             {{"sys.index_columns",
               {{"object_id", integer()},
@@ -491,8 +626,18 @@ const std::vector<Entry>& entries() {
                {"referenced_object_id", integer()},
                {"delete_referential_action", smallest},
                {"update_referential_action", smallest},
+               {"delete_referential_action_desc", shortText()},
+               {"update_referential_action_desc", shortText()},
                {"is_disabled", bit()}}},
              foreignKeyRows},
+            {{"sys.foreign_key_columns",
+              {{"constraint_object_id", integer()},
+               {"constraint_column_id", integer()},
+               {"parent_object_id", integer()},
+               {"parent_column_id", integer()},
+               {"referenced_object_id", integer()},
+               {"referenced_column_id", integer()}}},
+             [](Catalog& c, SqliteDatabase&) { return foreignKeyColumnRows(c); }},
             {{"sys.sql_modules", {{"object_id", integer()}, {"definition", longText}}}, moduleRows},
             {{"INFORMATION_SCHEMA.TABLES",
               {{"TABLE_CATALOG", catalogName},
@@ -545,6 +690,12 @@ Rows systemRows(std::string_view name, Catalog& catalog, SqliteDatabase& databas
         if (entry.view.name == name) return entry.rows(catalog, database);
     }
     return {};
+}
+
+std::string typeName(std::int64_t number) {
+    const auto found = std::find_if(std::begin(kTypes), std::end(kTypes),
+                                    [&](const TypeNumber& each) { return each.number == number; });
+    return found == std::end(kTypes) ? std::string() : std::string(SqlType::of(found->kind).baseName());
 }
 
 std::string objectName(std::int64_t number, Catalog& catalog, SqliteDatabase& database) {

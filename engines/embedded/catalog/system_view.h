@@ -29,6 +29,10 @@ struct SystemView {
 // `name` as SystemView has it. Rows in the order of tables and columns.
 [[nodiscard]] std::vector<std::vector<Value>> systemRows(std::string_view name, Catalog& catalog,
                                                          SqliteDatabase& database);
+// The name of a built-in type by its number, as TYPE_NAME gives it; empty when there is none.
+[[nodiscard]] std::string typeName(std::int64_t number);
+// What DB_ID says; the server's own databases have the numbers before.
+inline constexpr int kDatabaseNumber = 5;
 // The name of the object that has the number, as OBJECT_NAME gives it; empty when there is none.
 [[nodiscard]] std::string objectName(std::int64_t number, Catalog& catalog, SqliteDatabase& database);
 

@@ -85,6 +85,15 @@ void Executor::registerFunctions() {
             if (!name.empty()) returnValue(context, name);
         });
     });
+    addOwned(database_, "t_type_name", 1, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {
+        auto* self = static_cast<Executor*>(sqlite3_user_data(context));
+        const Call call(context, count, arguments);
+        if (call.isNull(0)) return;
+        guarded(context, self->database_, [&] {
+            const std::string name = typeName(call.integer(0));
+            if (!name.empty()) returnValue(context, name);
+        });
+    });
     addOwned(database_, "t_col_length", 2, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {
         auto* self = static_cast<Executor*>(sqlite3_user_data(context));
         const Call call(context, count, arguments);
