@@ -13,6 +13,7 @@
 #include "host/engines/open_database.h"
 #include "host/services/deploy.h"
 #include "host/services/draft_file.h"
+#include "host/services/lost_letters.h"
 #include "host/services/path_text.h"
 #include "host/transfer/database_dump.h"
 #include "host/transfer/database_load.h"
@@ -41,18 +42,40 @@ int create(const CommonOptions& common, bool demo) {
     return 0;
 }
 
+// The embedded engine keeps every letter; a server, what its collation does.
+std::string textProblem(Session& session) {
+    const std::string letters = host::lostLetters(session);
+    return letters.empty() ? std::string() : host::lostLettersWarning(letters);
+}
+
 int deploy(const CommonOptions& common, bool demo) {
     if (common.database.empty()) throw WrongUsage("db deploy changes a database; say which with --database URL");
     const host::DatabaseUrl url = databaseOf(common);
     const std::unique_ptr<Session> session = host::openOrCreateDatabase(url);
     for (const std::string& script : host::deployDatabase(*session, {.demo = demo}))
         std::cout << script << '\n';
+    if (const std::string problem = textProblem(*session); !problem.empty())
+        std::cerr << "warning: " << problem << '\n';
     std::cout << url.display() << " is up to date\n";
+    return 0;
+}
+
+// What a server does not find out by itself.
+int checkServer(const host::DatabaseUrl& url) {
+    const std::unique_ptr<Session> session = host::openDatabase(url);
+    requireDeployed(*session, url);
+    if (const std::string problem = textProblem(*session); !problem.empty()) {
+        std::cerr << problem << '\n';
+        return 1;
+    }
+    std::cout << url.display() << " has the tables of this program and keeps every letter; damage is for the server "
+              << "itself to look for: DBCC CHECKDB\n";
     return 0;
 }
 
 int check(const CommonOptions& common) {
     const host::DatabaseUrl url = databaseOf(common);
+    if (url.engine == host::EngineKind::Odbc) return checkServer(url);
     const std::vector<std::string> problems = host::findDamage(url);
     for (const std::string& problem : problems)
         std::cerr << problem << '\n';

@@ -161,6 +161,33 @@ TEST(DeployThroughFreeTds, aDumpOfTheServerIsThatOfTheFile) {
     EXPECT_EQ(*std::next(end), "SET TRANSACTION ISOLATION LEVEL READ COMMITTED");
 }
 
+// A literal without N passes through a code page that has no ی: what is there is not found, and that is told.
+TEST(DeployThroughFreeTds, aCollationThatLosesLettersIsToldOf) {
+    const auto driver = test::driverPart("libtdsodbc.so");
+    if (!driver) GTEST_SKIP() << "FreeTDS' ODBC driver (libtdsodbc.so) is not installed";
+    const basalt::test::TempFolder folder;
+    const std::string program = BASALT_BINARY_DIR "/bin/basalt";
+    const std::string problem =
+        "the database's collation loses these letters in texts without N, which the program's statements have: ی; what "
+        "has them in its name is not found by it. A collation with UTF-8 (..._SC_UTF8, SQL Server 2019 and later) keeps "
+        "every letter\n";
+    test::StandInServer server(folder.file("shop.db"));
+    const std::string database = " --database " + quoted("odbc:" + *driver + server.connectionPart());
+    const std::string place = "odbc:SERVER=127.0.0.1;Database=Basalt";
+    const std::string deploy = program + " db deploy --demo" + database + " 2>&1 >/dev/null";
+    const std::string check = program + " db check" + database + " 2>&1; echo $?";
+    const std::string find = program + " call CostLevel_ExistName 99 1 تک‌فروشی --json" + database;
+    EXPECT_EQ(outputOf(deploy), "");
+    EXPECT_EQ(outputOf(check), place +
+                                   " has the tables of this program and keeps every letter; damage is for the server "
+                                   "itself to look for: DBCC CHECKDB\n0\n");
+    EXPECT_NE(outputOf(find).find("\"rows\":[{\"Name\":\"تک‌فروشی\"}]"), std::string::npos) << outputOf(find);
+    server.loseLetter("ی", "ي");
+    EXPECT_EQ(outputOf(deploy), "warning: " + problem);
+    EXPECT_EQ(outputOf(check), problem + "1\n");
+    EXPECT_NE(outputOf(find).find("\"rows\":[]"), std::string::npos) << outputOf(find);
+}
+
 // The scale agent is handed the connection string; whoever reads the reply is not.
 TEST(DeployThroughFreeTds, noReplyTellsThePassword) {
     const auto driver = test::driverPart("libtdsodbc.so");

@@ -92,6 +92,24 @@ std::string withMarkers(const std::string& text) {
     return result;
 }
 
+// Comments and names in brackets are not looked at; the scripts that come here have no quotes in them.
+std::string inCodePage(const std::string& sql, const std::pair<std::string, std::string>& lost) {
+    if (lost.first.empty()) return sql;
+    std::string result;
+    enum { Code, Kept, Changed } state = Code;
+    for (std::size_t i = 0; i < sql.size(); ++i) {
+        if (sql[i] == '\'') {
+            state = state != Code ? Code : i > 0 && sql[i - 1] == 'N' ? Kept : Changed;
+        } else if (state == Changed && sql.compare(i, lost.first.size(), lost.first) == 0) {
+            result += lost.second;
+            i += lost.first.size() - 1;
+            continue;
+        }
+        result += sql[i];
+    }
+    return result;
+}
+
 }  // namespace
 
 StandInServer::StandInServer(const std::string& file)
@@ -127,7 +145,7 @@ TdsReply StandInServer::answer(const TdsRequest& request) {
     try {
         BatchResult batch;
         if (request.kind == TdsRequest::Batch) {
-            batch = session_->run(request.text);
+            batch = session_->run(inCodePage(request.text, lost_));
         } else {
             if (request.text != "sp_executesql") return call(request);
             std::vector<Value> values;

@@ -4,6 +4,8 @@
 
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "engines/embedded/embedded_session.h"
 #include "tds_responder.h"
@@ -16,12 +18,15 @@ public:
     explicit StandInServer(const std::string& file);
 
     [[nodiscard]] std::string connectionPart() const { return responder_.connectionPart(); }
+    // As under a collation whose code page has no place for the letter: in literals without N it becomes another.
+    void loseLetter(const std::string& letter, const std::string& other) { lost_ = {letter, other}; }
     [[nodiscard]] std::vector<TdsRequest> requests() const { return responder_.requests(); }
 
 private:
     TdsReply answer(const TdsRequest& request);
     TdsReply call(const TdsRequest& request);
 
+    std::pair<std::string, std::string> lost_;
     std::unique_ptr<embedded::EmbeddedSession> session_;
     TdsResponder responder_;  // goes first, with its thread
 };
