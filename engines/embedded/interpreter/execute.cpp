@@ -96,7 +96,9 @@ SqlType typeOf(const ColumnInfo& info) {
         case FieldType::Decimal:
             return SqlType::decimal(info.precision, info.scale);
         case FieldType::Text:
-            return SqlType::text(TypeKind::NVarChar, kMaxLength);
+            return SqlType::text(
+                info.typeName == "varchar" || info.typeName == "char" ? TypeKind::VarChar : TypeKind::NVarChar,
+                kMaxLength);
         case FieldType::Binary:
             return SqlType::text(TypeKind::VarBinary, kMaxLength);
         case FieldType::Date:
@@ -491,14 +493,18 @@ void Interpreter::insertExecute(Activation& activation, const ast::InsertStateme
                              "Invalid object name '" + statement.target.name.last() + "'.", activation.batch.text,
                              statement.target.range);
     }
+    if (rowsWanted_) throwSqlError(8164, "An INSERT EXEC statement cannot be nested.");
     BatchResult produced;
     BatchResult* const into = std::exchange(activation.into, &produced);
+    rowsWanted_ = executor_.state().tranCount;
     try {
         execute(activation, *statement.execute);
     } catch (...) {
+        rowsWanted_.reset();
         activation.into = into;
         throw;
     }
+    rowsWanted_.reset();
     activation.into = into;
     for (std::string& message : produced.messages)
         into->say(std::move(message));
@@ -513,6 +519,19 @@ void Interpreter::insertExecute(Activation& activation, const ast::InsertStateme
     });
     executor_.state().rowCount = count;
     if (!executor_.state().noCount) into->results.push_back({std::nullopt, count});
+}
+
+void Interpreter::refuseEndOfTransaction(const ast::TransactionStatement& statement) const {
+    if (!rowsWanted_) return;
+    using Action = ast::TransactionStatement::Action;
+    if (statement.action == Action::Rollback && statement.name.empty() && statement.variable.empty())
+        throwSqlError(3915, "Cannot use the ROLLBACK statement within an INSERT-EXEC statement.");
+    if (statement.action == Action::Commit && executor_.state().tranCount <= *rowsWanted_) {
+        throwSqlError(
+            3916,
+            "Cannot use the COMMIT statement within an INSERT-EXEC statement unless BEGIN TRANSACTION is used "
+            "first.");
+    }
 }
 
 void Interpreter::insertRows(Activation& activation, const ast::InsertStatement& statement, const RowSet& rows) {

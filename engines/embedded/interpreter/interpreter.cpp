@@ -94,6 +94,7 @@ void Interpreter::startAfresh() {
     functionFailed_ = false;
     tries_ = 0;
     calls_ = 0;
+    rowsWanted_.reset();
     statements_ = 0;
     executor_.state().caught = nullptr;
     executor_.state().nestLevel = 0;
@@ -218,6 +219,7 @@ Interpreter::Flow Interpreter::dispatch(Activation& activation, const ast::State
             break;
         }
         case StatementKind::Transaction:
+            refuseEndOfTransaction(ast::as<ast::TransactionStatement>(statement));
             try {
                 executor_.execute(activation.batch, statement, activation.plans, activation.environment,
                                   *activation.into);

@@ -19,6 +19,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -143,6 +144,8 @@ private:
     // execute.cpp
     void execute(Activation& activation, const ast::ExecuteStatement& statement);
     void insertExecute(Activation& activation, const ast::InsertStatement& statement);
+    // The transaction of an INSERT ... EXEC is not that of what it executes.
+    void refuseEndOfTransaction(const ast::TransactionStatement& statement) const;
     [[nodiscard]] std::vector<PassedArgument> passedArguments(Activation& activation,
                                                               const ast::ExecuteStatement& statement);
     [[nodiscard]] TypedValue constant(Activation& activation, const ast::Expression& expression);
@@ -171,9 +174,11 @@ private:
     std::map<std::string, std::shared_ptr<Program>, std::less<>> modules_;  // by folded name
     std::map<std::string, std::shared_ptr<Program>, std::less<>> texts_;    // of EXEC and sp_executesql, by text
     int statements_ = 0;                                                    // inside each other
-    int calls_ = 0;                                                         // procedures inside each other
-    int tries_ = 0;                                                         // TRY blocks inside each other
-    const ast::Batch* outermost_ = nullptr;                                 // what run() runs
+    // The transactions that were open when an INSERT ... EXEC began; nothing when none runs.
+    std::optional<std::int64_t> rowsWanted_;
+    int calls_ = 0;                          // procedures inside each other
+    int tries_ = 0;                          // TRY blocks inside each other
+    const ast::Batch* outermost_ = nullptr;  // what run() runs
     std::optional<SourceRange> failedAt_;
     std::exception_ptr pending_;     // the first error that did not end the batch
     const void* located_ = nullptr;  // the error whose place is known
