@@ -146,11 +146,8 @@ BoundPtr Binder::operation(ast::BinaryOperator op, BoundPtr left, BoundPtr right
     const auto modern = [](const SqlType& type) {
         return type.isDate() && type.kind != TypeKind::DateTime && type.kind != TypeKind::SmallDateTime;
     };
-    if ((modern(a) && b.isNumber()) || (modern(b) && a.isNumber())) {
-        fail(206,
-             "Operand type clash: " + std::string(a.baseName()) + " is incompatible with " + std::string(b.baseName()),
-             range);
-    }
+    if (a.isNumber() || b.isNumber()) refuseClash(a, b, range);
+    if (a.isDate() && b.isDate() && (modern(a) || modern(b))) refuse();
     const SqlType common = commonType(a, b);
     if (common.isDate()) {
         // Points in time add up as days since 1900-01-01, the older types only.

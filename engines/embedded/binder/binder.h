@@ -74,6 +74,10 @@ public:
     [[nodiscard]] BoundPtr castExplicitly(BoundPtr value, const SqlType& to, BoundPtr style, bool tries);
     // Both operands at their common type.
     void unify(BoundPtr& a, BoundPtr& b);
+    // Throws 206 where not even CAST would convert.
+    void refuseClash(const SqlType& from, const SqlType& to, SourceRange range) const;
+    // The same, and 257 where only CAST would.
+    void requireImplicit(const SqlType& from, const SqlType& to, SourceRange range) const;
     void unifyForComparison(BoundPtr& a, BoundPtr& b);
 
     // --- orders of texts (collation.cpp) ---

@@ -29,6 +29,24 @@ const char* symbol(ast::ComparisonOperator op) {
     return "=";
 }
 
+const char* nameOf(ast::ComparisonOperator op) {
+    switch (op) {
+        case ast::ComparisonOperator::Equal:
+            return "equal to";
+        case ast::ComparisonOperator::NotEqual:
+            return "not equal to";
+        case ast::ComparisonOperator::Less:
+            return "less than";
+        case ast::ComparisonOperator::LessOrEqual:
+            return "less than or equal to";
+        case ast::ComparisonOperator::Greater:
+            return "greater than";
+        case ast::ComparisonOperator::GreaterOrEqual:
+            return "greater than or equal to";
+    }
+    return "";
+}
+
 ast::ComparisonOperator opposite(ast::ComparisonOperator op) {
     using Op = ast::ComparisonOperator;
     switch (op) {
@@ -125,12 +143,13 @@ BoundPtr Binder::condition(const ast::Expression& expression, Scope* scope) {
 BoundPtr Binder::comparison(ast::ComparisonOperator op, BoundPtr left, BoundPtr right, SourceRange range) {
     const SqlType a = left->type;
     const SqlType b = right->type;
-    if ((a.kind == TypeKind::Time && b.isNumber()) || (b.kind == TypeKind::Time && a.isNumber()) ||
-        (a.kind == TypeKind::Date && b.isNumber()) || (b.kind == TypeKind::Date && a.isNumber())) {
-        fail(206,
-             "Operand type clash: " + std::string(a.baseName()) + " is incompatible with " + std::string(b.baseName()),
+    if (a.isDate() && b.isDate() && !converts(a, b)) {
+        fail(402,
+             "The data types " + std::string(a.baseName()) + " and " + std::string(b.baseName()) +
+                 " are incompatible in the " + nameOf(op) + " operator.",
              range);
     }
+    refuseClash(a, b, range);
     unifyForComparison(left, right);
     settleOrder(left, {right.get()}, range);
     return boundInfix(symbol(op), truth(), std::move(left), std::move(right));

@@ -85,6 +85,22 @@ void Binder::unify(BoundPtr& a, BoundPtr& b) {
     b = cast(std::move(b), type);
 }
 
+void Binder::refuseClash(const SqlType& from, const SqlType& to, SourceRange range) const {
+    if (converts(from, to)) return;
+    fail(206,
+         "Operand type clash: " + std::string(from.baseName()) + " is incompatible with " + std::string(to.baseName()),
+         range);
+}
+
+void Binder::requireImplicit(const SqlType& from, const SqlType& to, SourceRange range) const {
+    if (convertsImplicitly(from, to)) return;
+    refuseClash(from, to, range);
+    fail(257,
+         "Implicit conversion from data type " + std::string(from.baseName()) + " to " + std::string(to.baseName()) +
+             " is not allowed. Use the CONVERT function to run this query.",
+         range);
+}
+
 void Binder::unifyForComparison(BoundPtr& a, BoundPtr& b) {
     if (a->type.isText() && b->type.isText()) return;
     if (a->type.isInteger() && b->type.isInteger() && a->type.kind != TypeKind::Bit && b->type.kind != TypeKind::Bit)
@@ -108,12 +124,7 @@ void Binder::unifyForComparison(BoundPtr& a, BoundPtr& b) {
 
 BoundPtr Binder::assigned(BoundPtr value, const TableColumn& column, std::string_view table, SourceRange range) {
     const SqlType from = value->type;
-    if (!convertsImplicitly(from, column.type)) {
-        fail(257,
-             "Implicit conversion from data type " + std::string(from.baseName()) + " to " +
-                 std::string(column.type.baseName()) + " is not allowed. Use the CONVERT function to run this query.",
-             range);
-    }
+    requireImplicit(from, column.type, range);
     if (value->isNullConstant()) {
         value->type = column.type;
         return value;

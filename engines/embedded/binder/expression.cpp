@@ -281,6 +281,9 @@ BoundPtr Binder::chosen(std::vector<BoundPtr> conditions, std::vector<BoundPtr> 
              "constant.",
              range);
     }
+    for (const BoundPtr& value : values)
+        refuseClash(value->type, type, range);
+    if (otherwise != nullptr) refuseClash(otherwise->type, type, range);
     auto result = std::make_unique<BoundExpression>();
     result->kind = BoundKind::Case;
     result->type = type;

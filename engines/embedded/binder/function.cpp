@@ -63,7 +63,7 @@ BoundPtr FunctionBinder::date(std::size_t i) {
 void FunctionBinder::refuse(std::size_t i, const SqlType& type) const {
     binder_.fail(8116,
                  "Argument data type " + std::string(type.baseName()) + " is invalid for argument " +
-                     std::to_string(i + 1) + " of " + call_.name.last() + " function.",
+                     std::to_string(i + 1) + " of " + foldName(call_.name.last()) + " function.",
                  call_.arguments[i]->range);
 }
 
@@ -271,13 +271,7 @@ BoundPtr isNull(FunctionBinder& f) {
     SqlType type = value->type;
     if (type.isNull()) type = replacement->type;
     if (type.isText() || type.isBinary()) f.binder().relyOnLength(*value);
-    if (!convertsImplicitly(replacement->type, type)) {
-        f.binder().fail(257,
-                        "Implicit conversion from data type " + std::string(replacement->type.baseName()) + " to " +
-                            std::string(type.baseName()) +
-                            " is not allowed. Use the CONVERT function to run this query.",
-                        f.range());
-    }
+    f.binder().requireImplicit(replacement->type, type, f.range());
     const bool nullable = value->nullable && replacement->nullable;
     replacement = f.binder().cast(std::move(replacement), type);
     BoundPtr result = boundCall("ifnull", type, std::move(value), std::move(replacement));
@@ -299,8 +293,10 @@ BoundPtr coalesce(FunctionBinder& f) {
             4127, "At least one of the arguments to COALESCE must be an expression that is not the NULL constant.",
             f.range());
     }
-    for (BoundPtr& value : values)
+    for (BoundPtr& value : values) {
+        f.binder().refuseClash(value->type, type, f.range());
         value = f.binder().cast(std::move(value), type);
+    }
     BoundPtr result = makeCall("coalesce", type, std::move(values));
     result->nullable = nullable;
     return result;
@@ -474,7 +470,9 @@ BoundPtr checksum(FunctionBinder& f) {
 
 BoundPtr dateAdd(FunctionBinder& f) {
     const DatePart part = f.datePart(0);
-    BoundPtr amount = f.as(1, TypeKind::BigInt);
+    BoundPtr amount = f.value(1);
+    if (amount->type.isText()) f.refuse(1, amount->type);
+    amount = f.binder().cast(std::move(amount), SqlType::of(TypeKind::BigInt));
     BoundPtr start = f.value(2);
     if (start->type.isText() || start->type.isNumber() || start->type.isNull()) {
         start = f.binder().cast(std::move(start), SqlType::of(TypeKind::DateTime));

@@ -104,7 +104,10 @@ std::unique_ptr<BoundBody> Binder::setOperation(const ast::SetOperation& operati
              operation.range);
     }
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        columns[i].type = commonType(columns[i].type, right[i].type);
+        const SqlType common = commonType(columns[i].type, right[i].type);
+        refuseClash(columns[i].type, common, operation.range);
+        refuseClash(right[i].type, common, operation.range);
+        columns[i].type = common;
         columns[i].nullable = columns[i].nullable || right[i].nullable;
         columns[i].base.reset();
     }

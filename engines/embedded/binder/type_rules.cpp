@@ -59,6 +59,21 @@ bool convertsImplicitly(const SqlType& from, const SqlType& to) {
     return from.isNumber() && (to.kind == TypeKind::DateTime || to.kind == TypeKind::SmallDateTime);
 }
 
+bool converts(const SqlType& from, const SqlType& to) {
+    if (from.isNull() || from.isText() || to.isText() || from.kind == to.kind) return true;
+    if (from.kind == TypeKind::UniqueIdentifier) return to.isBinary();
+    if (to.kind == TypeKind::UniqueIdentifier) return from.isBinary();
+    // A number stands for the days of the older types only.
+    const auto newer = [](const SqlType& type) {
+        return type.isDate() && type.kind != TypeKind::DateTime && type.kind != TypeKind::SmallDateTime;
+    };
+    if (newer(from)) {
+        return !to.isNumber() && !(from.kind == TypeKind::Date && to.kind == TypeKind::Time) &&
+               !(from.kind == TypeKind::Time && to.kind == TypeKind::Date);
+    }
+    return !(newer(to) && from.isNumber());
+}
+
 bool isSameStored(const SqlType& from, const SqlType& to) {
     if (from == to || from.isNull()) return true;
     if (from.isInteger() && to.isInteger()) return from.kind < to.kind && to.kind != TypeKind::Bit;

@@ -10,6 +10,8 @@ namespace basalt::embedded {
 
 // Whether an assignment converts without CAST.
 [[nodiscard]] bool convertsImplicitly(const SqlType& from, const SqlType& to);
+// Whether CAST converts, if not always every value.
+[[nodiscard]] bool converts(const SqlType& from, const SqlType& to);
 // Whether every value of `from` is the same cell in `to`: the conversion needs no code.
 [[nodiscard]] bool isSameStored(const SqlType& from, const SqlType& to);
 // Whether every value of `from` converts, so that a parameter may be converted before the statement runs.
