@@ -10,6 +10,7 @@
 #include "engines/odbc/odbc_session.h"
 #include "host/services/deploy.h"
 #include "host/services/draft_file.h"
+#include "host/services/ini_options.h"
 #include "host/services/path_text.h"
 #include "host/services/platform/user_folders.h"
 #include "host/transfer/server_schema.h"
@@ -96,7 +97,8 @@ void requireParts(const odbc::ConnectionString& text) {
 
 std::unique_ptr<Session> openServer(const DatabaseUrl& url) {
     requireParts(odbc::ConnectionString(url.target));
-    return odbc::OdbcSession::open(url.target);
+    const IniOptionsFile workstation(userDataFolder());
+    return odbc::OdbcSession::open(url.target, {.queryTimeoutSeconds = workstation.options().queryTimeoutSeconds});
 }
 
 // A database file that its maker closes when it is done. No place for it is a failure to connect, as with any other.

@@ -16,6 +16,7 @@ namespace {
 
 constexpr int kSmallestFont = 8;
 constexpr int kLargestFont = 16;
+constexpr int kLongestQuery = 24 * 60 * 60;
 
 }  // namespace
 
@@ -40,6 +41,8 @@ void IniOptionsFile::load() {
         read.persianDigits = json.value("persianDigits", read.persianDigits);
         read.fontSize = json.value("fontSize", read.fontSize);
         if (read.fontSize < kSmallestFont || read.fontSize > kLargestFont) read.fontSize = options_.fontSize;
+        read.queryTimeoutSeconds = json.value("queryTimeoutSeconds", read.queryTimeoutSeconds);
+        if (read.queryTimeoutSeconds < 0 || read.queryTimeoutSeconds > kLongestQuery) read.queryTimeoutSeconds = 0;
         if (read.workstationName.empty()) read.workstationName = options_.workstationName;
     } catch (const nlohmann::json::exception&) {
         std::error_code ignored;
@@ -60,7 +63,8 @@ void IniOptionsFile::save() const {
     const nlohmann::ordered_json json = {{"workstationName", options_.workstationName},
                                          {"lastUserName", options_.lastUserName},
                                          {"persianDigits", options_.persianDigits},
-                                         {"fontSize", options_.fontSize}};
+                                         {"fontSize", options_.fontSize},
+                                         {"queryTimeoutSeconds", options_.queryTimeoutSeconds}};
     std::error_code failure;
     std::filesystem::create_directories(folder_, failure);
     try {

@@ -15,6 +15,7 @@ struct WorkstationOptions {
     std::string lastUserName;     // offered at the next sign-in
     bool persianDigits = true;    // numbers on screens in Persian digits
     int fontSize = 10;            // points, 8 to 16
+    int queryTimeoutSeconds = 0;  // of a statement on a server, up to a day; 0: it may take as long as it takes
 };
 
 class IniOptionsFile {

@@ -1,7 +1,11 @@
 #include "host/services/script_batches.h"
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <limits>
+
+#include "ado/error.h"
 
 namespace basalt::host {
 
@@ -107,11 +111,15 @@ std::optional<std::size_t> batchEnd(std::string_view line) {
     line.remove_prefix(2);
     const std::string_view number = trimmed(line);
     if (number.empty()) return 1;
-    std::size_t times = 0;
-    const auto [end, failure] = std::from_chars(number.data(), number.data() + number.size(), times);
     const bool apart = number.size() < line.size();
-    if (!apart || failure != std::errc() || end != number.data() + number.size()) return std::nullopt;
-    return times;
+    const bool digits = std::all_of(number.begin(), number.end(), [](char c) { return c >= '0' && c <= '9'; });
+    if (!apart || !digits) return std::nullopt;
+    int times = 0;
+    if (std::from_chars(number.data(), number.data() + number.size(), times).ec != std::errc()) {
+        throw UsageError("GO " + std::string(number) + ": a batch is run " +
+                         std::to_string(std::numeric_limits<int>::max()) + " times at most");
+    }
+    return static_cast<std::size_t>(times);
 }
 
 std::vector<std::string> splitBatches(std::string_view script) {

@@ -42,7 +42,7 @@ public:
         std::size_t times = 1;      // to run it; 0 when its end said GO 0
     };
 
-    // The batch that this line has ended. A batch of blanks is left out.
+    // The batch that this line has ended. A batch of blanks is left out. UsageError as batchEnd throws it.
     [[nodiscard]] std::optional<Batch> add(std::string_view line);
     // What stands behind the last GO, once the script is at its end.
     [[nodiscard]] std::optional<Batch> finish();
@@ -57,7 +57,8 @@ private:
     std::size_t line_ = 0;
 };
 
-// How often a line that ends a batch has it run: 1 for GO, 3 for GO 3; nullopt for any other line.
+// How often a line that ends a batch has it run: 1 for GO, 3 for GO 3; nullopt for any other line. UsageError for a
+// number beyond int.
 [[nodiscard]] std::optional<std::size_t> batchEnd(std::string_view line);
 
 // The batches in the order in which they run, one that is repeated as often as it is.

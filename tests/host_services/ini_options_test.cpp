@@ -43,9 +43,11 @@ TEST_F(IniOptionsTest, comeBackAsTheyWereSaved) {
         file.options().lastUserName = "cashier";
         file.options().persianDigits = false;
         file.options().fontSize = 14;
+        file.options().queryTimeoutSeconds = 90;
         file.save();
     }
     const IniOptionsFile file(folder_ / "deeper");
+    EXPECT_EQ(file.options().queryTimeoutSeconds, 90);
     EXPECT_EQ(file.options().workstationName, "صندوق «۲»");
     EXPECT_EQ(file.options().lastUserName, "cashier");
     EXPECT_FALSE(file.options().persianDigits);
@@ -58,6 +60,15 @@ TEST_F(IniOptionsTest, withoutAFileTheMachineNamesTheWorkstation) {
     EXPECT_NE(file.options().workstationName, "");
     EXPECT_EQ(file.options().fontSize, 10);
     EXPECT_FALSE(fs::exists(folder_));
+}
+
+TEST_F(IniOptionsTest, timesThatAreNoneLeaveStatementsUnlimited) {
+    fs::create_directories(folder_);
+    for (const auto& [written, read] : {std::pair{"0", 0}, {"1", 1}, {"86400", 86400}, {"86401", 0}, {"-1", 0}}) {
+        std::ofstream(folder_ / "workstation.json") << "{\"queryTimeoutSeconds\": " << written << "}";
+        EXPECT_EQ(IniOptionsFile(folder_).options().queryTimeoutSeconds, read) << written;
+    }
+    EXPECT_EQ(IniOptionsFile(folder_ / "empty").options().queryTimeoutSeconds, 0);
 }
 
 TEST_F(IniOptionsTest, aDamagedFileIsKeptBesideAndSaid) {

@@ -5,6 +5,7 @@
 
 #include <set>
 
+#include "ado/error.h"
 #include "database/scripts.h"
 
 namespace basalt::host {
@@ -54,6 +55,20 @@ TEST(DatabaseScripts, tablesComeBeforeTheDemoData) {
         demo = script.demo;
     }
     EXPECT_TRUE(demo);
+}
+
+TEST(ScriptBatches, aNumberBeyondIntIsRefused) {
+    EXPECT_EQ(batchEnd("GO 2147483647"), 2147483647U);
+    for (const char* number : {"2147483648", "99999999999", "99999999999999999999999"}) {
+        try {
+            (void)splitBatches("select 1\ngo " + std::string(number) + " \n");
+            FAIL() << number;
+        } catch (const UsageError& error) {
+            EXPECT_EQ(error.what(), "GO " + std::string(number) + ": a batch is run 2147483647 times at most");
+        }
+    }
+    EXPECT_EQ(batchEnd("GO -1"), std::nullopt);
+    EXPECT_EQ(batchEnd("GO 1x"), std::nullopt);
 }
 
 TEST(ScriptBatches, areRepeatedAsOftenAsGoSays) {

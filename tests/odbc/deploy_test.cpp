@@ -8,6 +8,7 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <sstream>
 
@@ -186,6 +187,22 @@ TEST(DeployThroughFreeTds, aCollationThatLosesLettersIsToldOf) {
     EXPECT_EQ(outputOf(deploy), "warning: " + problem);
     EXPECT_EQ(outputOf(check), problem + "1\n");
     EXPECT_NE(outputOf(find).find("\"rows\":[]"), std::string::npos) << outputOf(find);
+}
+
+TEST(DeployThroughFreeTds, theOptionsOfTheWorkstationLimitAStatement) {
+    const auto driver = test::driverPart("libtdsodbc.so");
+    if (!driver) GTEST_SKIP() << "FreeTDS' ODBC driver (libtdsodbc.so) is not installed";
+    const basalt::test::TempFolder folder;
+    std::filesystem::create_directories(folder.file("data/basalt"));
+    std::ofstream(folder.file("data/basalt/workstation.json")) << "{\"queryTimeoutSeconds\": 1}";
+    test::TdsResponder server;
+    server.keepWaiting();
+    const std::string program = "XDG_DATA_HOME=" + quoted(folder.file("data")) + " " BASALT_BINARY_DIR "/bin/basalt";
+    const std::string reply = outputOf(program + " sql \"waitfor delay '1:00'\" --database " +
+                                       quoted("odbc:" + *driver + server.connectionPart()) + " 2>&1; echo $?");
+    EXPECT_NE(reply.find("Timeout expired"), std::string::npos) << reply;
+    EXPECT_TRUE(reply.ends_with("\n1\n")) << reply;
+    EXPECT_EQ(server.leftovers(), 0U);
 }
 
 // The scale agent is handed the connection string; whoever reads the reply is not.
