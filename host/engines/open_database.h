@@ -29,9 +29,9 @@ public:
     using UsageError::UsageError;
 };
 
-// An existing database. One in memory is new and holds the demo data. On a server, statements end after the time that the
-// options of this workstation allow them (host/services/ini_options.h). MissingDatabase, or DatabaseError when it cannot
-// be opened or reached, is damaged, or was made by a newer program.
+// An existing database. One in memory is new and holds the demo data. On a server, statements end after the time that
+// the options of this workstation allow them (host/services/ini_options.h). MissingDatabase, or DatabaseError when it
+// cannot be opened or reached, is damaged, or was made by a newer program.
 [[nodiscard]] std::unique_ptr<Session> openDatabase(const DatabaseUrl& url);
 
 // The same for a database that is to be deployed: a missing file is made and nothing is put into it; DatabaseRemains

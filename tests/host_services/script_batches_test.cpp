@@ -73,7 +73,7 @@ TEST(ScriptBatches, aNumberBeyondIntIsRefused) {
 
 TEST(ScriptBatches, areRepeatedAsOftenAsGoSays) {
     EXPECT_THAT(splitBatches("a\ngo 3\nb\nGO\t2 \r\nc\ngo 0\nd"), ElementsAre("a\n", "a\n", "a\n", "b\n", "b\n", "d"));
-    for (const char* script : {"a\ngo3\n", "a\ngo -1\n", "a\ngo 1.5\n", "a\ngo x\n", "a\ngo 99999999999999999999\n"})
+    for (const char* script : {"a\ngo3\n", "a\ngo -1\n", "a\ngo 1.5\n", "a\ngo x\n"})
         EXPECT_THAT(splitBatches(script), ElementsAre(script));
 }
 
