@@ -201,12 +201,33 @@ bool mayBothFit(const BarcodeLayout& a, const BarcodeLayout& b) {
     return true;
 }
 
+namespace {
+
+// Of a field that reaches beyond the barcode, and so is shorter than it says or has no characters at all. What a good,
+// an amount or a price has to be read from must have some; a scale's number may have none, and of the prefix it counts
+// only that it is as long as what is compared with it.
+LayoutProblem outsideOf(const BarcodeLayout& layout, const FieldSpan& span) {
+    const int left = std::min(span.end, layout.digitCount + 1) - std::max(span.begin, 1);
+    const QString outside = QStringLiteral("«%1» از بارکد %2 رقمی بیرون می‌زند")
+                                .arg(titleOf(span.field), number(layout.digitCount));
+    if (left > 0)
+        return {
+            QStringLiteral("%1 و از آن تنها %2 رقم خوانده می‌شود.").arg(outside, number(left)),
+            false, span.field};
+    const bool isNeeded = span.field != LayoutField::Balance && span.field != LayoutField::Constant;
+    return {outside + QLatin1Char('.'), isNeeded, span.field};
+}
+
+}  // namespace
+
 std::vector<LayoutProblem> problemsOf(const BarcodeLayout& layout, const std::vector<BarcodeLayout>& others) {
     std::vector<LayoutProblem> problems;
     const auto hopeless = [&problems](const QString& text, std::optional<LayoutField> field = {}) {
         problems.push_back({text, true, field});
     };
-    const auto doubtful = [&problems](const QString& text) { problems.push_back({text}); };
+    const auto doubtful = [&problems](const QString& text, std::optional<LayoutField> field = {}) {
+        problems.push_back({text, false, field});
+    };
     if (layout.barCodeType < bftAmount || layout.barCodeType > bftConstPrice)
         hopeless(
             QStringLiteral(
@@ -222,21 +243,22 @@ std::vector<LayoutProblem> problemsOf(const BarcodeLayout& layout, const std::ve
     }
     const std::vector<FieldSpan> spans = spansOf(layout);
     for (const FieldSpan& span : spans) {
-        if (span.begin < 1 || span.end > layout.digitCount + 1)
-            hopeless(QStringLiteral("«%1» از بارکد %2 رقمی بیرون می‌زند.")
-                         .arg(titleOf(span.field), number(layout.digitCount)),
-                     span.field);
+        if (span.begin >= 1 && span.end <= layout.digitCount + 1) continue;
+        problems.push_back(outsideOf(layout, span));
     }
     for (std::size_t i = 0; i < spans.size(); ++i) {
         for (std::size_t k = i + 1; k < spans.size(); ++k) {
             if (spans[k].begin < spans[i].end)
                 doubtful(QStringLiteral("«%1» و «%2» روی هم افتاده‌اند.")
-                             .arg(titleOf(spans[i].field), titleOf(spans[k].field)));
+                             .arg(titleOf(spans[i].field), titleOf(spans[k].field)),
+                         spans[k].field);
         }
     }
-    if (layout.constantCount >= 0 && constantOf(layout).size() != layout.constantCount)
+    const FieldSpan prefix = prefixOf(layout);
+    const int fixed = layout.digitCount > 0 ? prefix.end - prefix.begin : layout.constantCount;
+    if (layout.constantCount >= 0 && constantOf(layout).size() != fixed)
         hopeless(QStringLiteral("پیش‌شماره %1 نویسه است، نه %2.")
-                     .arg(number(static_cast<int>(constantOf(layout).size())), number(layout.constantCount)),
+                     .arg(number(static_cast<int>(constantOf(layout).size())), number(fixed)),
                  LayoutField::Constant);
     if (layout.barCodeType == bftAmount && layout.itemConstantCode <= 0 && layout.itemCodeCount == 0)
         hopeless(QStringLiteral("نه جای کالا معلوم است و نه کالای ثابت."), LayoutField::Item);

@@ -83,9 +83,10 @@ struct LayoutProblem {
     std::optional<LayoutField> field = {};
 };
 
-// What is wrong with the layout. Hopeless: a barcode without characters, negative counts, fields that reach beyond the
-// barcode, a prefix that is not as long as its field, a kind that nobody knows, a field that its kind needs and does
-// not have. Else: fields that overlap, others that fit the same barcodes. A layout is not compared with itself (the
+// What is wrong with the layout. Hopeless: a barcode without characters, negative counts, a prefix that is not as long
+// as what is compared with it, a kind that nobody knows, a good, an amount or a price that lies wholly outside of the
+// barcode, a field that its kind needs and does not have. Else: fields of which only a part lies in the barcode, fields
+// that overlap, others that fit the same barcodes. A layout is not compared with itself (the
 // same id, when stored).
 [[nodiscard]] std::vector<LayoutProblem> problemsOf(const BarcodeLayout& layout,
                                                     const std::vector<BarcodeLayout>& others);

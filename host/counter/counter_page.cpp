@@ -12,7 +12,6 @@
 #include <algorithm>
 
 #include "host/counter/counter_sale.h"
-#include "host/counter/scan_text.h"
 #include "host/counter/shortage_text.h"
 #include "host/screens/flow_layout.h"
 #include "host/screens/persian_digits.h"
@@ -28,6 +27,7 @@ namespace basalt::host {
 namespace {
 
 constexpr int kMostPersons = 999'999'999;
+constexpr int kNameColumn = 1;
 constexpr std::size_t kMostFolders = 6;  // that a message lists
 
 QString moodName(ScanMood mood) {
@@ -182,6 +182,10 @@ void CounterPage::makeScanRow(QBoxLayout& layout) {
     sound_ = new QCheckBox(QStringLiteral("با صدا"));
     sound_->setObjectName(QStringLiteral("Sound_CHK"));
     row->addWidget(sound_);
+    layout.addLayout(row);
+    // In a row of their own, so that a barcode has room at every size of the font.
+    auto* terms = new QHBoxLayout;
+    terms->setSpacing(8);
     person_ = new PersonInput(kMostPersons);
     person_->setObjectName(QStringLiteral("Person_EDT"));
     person_->onScan = [this](const QString& typed) {
@@ -192,13 +196,20 @@ void CounterPage::makeScanRow(QBoxLayout& layout) {
         report(ScanMood::Refused,
                QStringLiteral("کد شخص بیش از %1 رقم ندارد: %2")
                    .arg(persianDigits(QString::number(QString::number(kMostPersons).size())), typed));
+        context_.handlers.guarded(this, [this] { showPerson(); });
     };
-    addField(*row, QStringLiteral("کد شخص"), person_);
+    addField(*terms, QStringLiteral("کد شخص"), person_);
+    personName_ = new ElidedLabel;
+    personName_->setObjectName(QStringLiteral("PersonName_LBL"));
+    personName_->setTextFormat(Qt::PlainText);
+    personName_->setProperty("kind", QStringLiteral("hint"));
+    terms->addWidget(personName_, 1);
+    QObject::connect(person_, &QSpinBox::valueChanged, personName_, &QLabel::clear);
     store_ = new QComboBox;
     store_->setObjectName(QStringLiteral("Store_CMB"));
     store_->setSizeAdjustPolicy(QComboBox::AdjustToContents);  // the stores come when the page is shown
-    addField(*row, QStringLiteral("انبار"), store_);
-    layout.addLayout(row);
+    addField(*terms, QStringLiteral("انبار"), store_);
+    layout.addLayout(terms);
     result_ = new QLabel(QStringLiteral("آمادهٔ اسکن"));
     result_->setObjectName(QStringLiteral("Result_LBL"));
     result_->setTextFormat(Qt::PlainText);
@@ -224,7 +235,11 @@ void CounterPage::makeInvoice(QBoxLayout& layout) {
     grid_->setHorizontalHeaderLabels({QStringLiteral("کد"), QStringLiteral("کالا"), QStringLiteral("مقدار"),
                                       QStringLiteral("واحد"), QStringLiteral("قیمت"), QStringLiteral("مبلغ"),
                                       QStringLiteral("ترازو")});
-    grid_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
+    // As wide as the longest of all lines: a number of which a part is missing reads as another number. Names have what
+    // remains.
+    grid_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    grid_->horizontalHeader()->setResizeContentsPrecision(-1);
+    grid_->horizontalHeader()->setSectionResizeMode(kNameColumn, QHeaderView::Stretch);
     grid_->verticalHeader()->hide();
     grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
     grid_->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -328,13 +343,24 @@ void CounterPage::showPolicy() {
 }
 
 bool CounterPage::personIsKnown() {
+    showPerson();
     const std::int64_t code = person_->value();
-    if (code == 0) return true;
-    if (rowsOf(context_.host.session(), "SELECT Code FROM dbo.PerInf WHERE Code = ?", {code}).rowCount() > 0)
-        return true;
+    if (code == 0 || !personName_->text().isEmpty()) return true;
     report(ScanMood::Refused,
            QStringLiteral("شخصی با کد %1 تعریف نشده است.").arg(persianDigits(QString::number(code))));
     return false;
+}
+
+void CounterPage::showPerson() {
+    const std::int64_t code = person_->value();
+    const RowSet found = rowsOf(context_.host.session(), "SELECT FullName FROM dbo.PerInf WHERE Code = ?", {code});
+    QString name;
+    if (code != 0 && found.rowCount() > 0) {
+        name = QString::fromStdString(textAt(found, 0, 0)).trimmed();
+        if (name.isEmpty()) name = QStringLiteral("بی‌نام");
+    }
+    personName_->setText(name);
+    personName_->setToolTip(name);
 }
 
 void CounterPage::offerPrices() {
@@ -407,8 +433,9 @@ void CounterPage::scan(const QString& typed) {
     if (typed.trimmed().isEmpty()) return;
     const std::size_t before = invoice_.lines().size();
     const ScanReport done = orReport(
-        QStringLiteral("بارکد %1 خوانده نشد.").arg(persianDigits(repairedScan(typed))),
+        QStringLiteral("بارکد %1 خوانده نشد.").arg(persianDigits(typed.trimmed())),
         [&] { return scanner_.scan(typed, {.person = person_->value(), .removing = removing_->isChecked()}); });
+    showPerson();
     showLines();
     // What is done next, a tare for instance, is meant for what was just scanned.
     if (invoice_.lines().size() > before) grid_->setCurrentCell(grid_->rowCount() - 1, 0);
@@ -447,6 +474,7 @@ void CounterPage::showLines() {
                                    persianDigits(QString::fromStdString(line.scale))};
         for (int column = 0; column < cells.size(); ++column)
             grid_->setItem(row, column, new QTableWidgetItem(cells[column]));
+        grid_->item(row, kNameColumn)->setToolTip(cells[kNameColumn]);
     }
     if (!lines.empty() && grid_->currentRow() < 0) grid_->setCurrentCell(grid_->rowCount() - 1, 0);
     const Extended sum = scanner_.priceSum();
@@ -494,6 +522,16 @@ bool CounterPage::isReady() {
         return false;
     }
     offerPrices();
+    for (const CounterLine& line : invoice_.lines()) {
+        if (line.price >= 0) continue;
+        report(
+            ScanMood::Refused,
+            QStringLiteral(
+                "فاکتور ثبت نشد؛ قیمت «%1» کمتر از صفر است. قیمت را در فهرست قیمت‌ها درست کنید یا سطر را "
+                "بردارید.")
+                .arg(QString::fromStdString(line.name)));
+        return false;
+    }
     if (!context_.host.HavePermission(context_.host.UserInfo(), hpSales, prInsert, false, true, "")) {
         report(ScanMood::Refused, QStringLiteral("فاکتور ثبت نشد؛ شما اجازهٔ ثبت فروش را ندارید."));
         return false;

@@ -20,6 +20,7 @@
 #include "host/counter/person_input.h"
 #include "host/desktop/desktop_context.h"
 #include "host/desktop/shell_page.h"
+#include "host/screens/elided_label.h"
 
 namespace basalt::host {
 
@@ -57,8 +58,10 @@ private:
     auto orReport(const QString& text, Work work);
     // As the company's setting says, and who may change that may choose for the invoice.
     void showPolicy();
-    // False, and told, for a code that nobody has; 0 is nobody.
+    // False, and told, for a code that nobody has; 0 is nobody. Shows whose code it is.
     bool personIsKnown();
+    // The name of the person whose code is there; none while it is being typed and for nobody.
+    void showPerson();
     // Lines have the price of whoever was named when they were scanned. When that is not the person of now and the
     // prices differ, the user is asked, once for each such person, whether they are to be taken anew.
     void offerPrices();
@@ -91,6 +94,7 @@ private:
     QPushButton* removing_ = nullptr;
     QCheckBox* sound_ = nullptr;
     PersonInput* person_ = nullptr;
+    ElidedLabel* personName_ = nullptr;
     QComboBox* store_ = nullptr;
     QComboBox* policy_ = nullptr;
     QComboBox* scaleType_ = nullptr;

@@ -1,5 +1,6 @@
 #include "host/counter/counter_scanner.h"
 
+#include <QScopeGuard>
 #include <algorithm>
 #include <optional>
 
@@ -16,6 +17,7 @@ namespace basalt::host {
 namespace {
 
 constexpr int kExists = 1;
+constexpr int kSaleToAPerson = 2;  // of the offers of prices
 
 // The ledger has fourteen digits before the point.
 constexpr Extended kMost = 99'999'999'999'999.0L;
@@ -84,8 +86,10 @@ QString amountText(Extended amount) {
 
 ScanReport CounterScanner::scan(const QString& typed, const ScanOptions& options) {
     const QString code = repairedScan(typed);
-    // Isolated: its signs and letters keep the order in which they were scanned.
-    if (!isPlainCode(code)) return {ScanMood::Refused, QStringLiteral("بارکد خوانا نیست: \u2066%1\u2069").arg(code)};
+    // As it was typed: what was made of it looks like nothing that anybody knows.
+    if (!isPlainCode(code))
+        return {ScanMood::Refused,
+                QStringLiteral("بارکد خوانا نیست: \u2068%1\u2069").arg(persianDigits(typed.trimmed()))};
 
     if (auto fault = unsafeField(code)) return {ScanMood::Refused, *std::move(fault)};
 
@@ -204,7 +208,11 @@ ScanReport CounterScanner::takeOwnBarcode(const QString& code, const ScanOptions
         calls_("GetBarcode_Code", {{"Code", code.toStdString()}, {"ByAbbName", true}, {"ShowMessage", false}})
             .result.asInteger());
     if (good == 0) return {ScanMood::Refused, QStringLiteral("بارکد %1 شناخته نشد.").arg(persianDigits(code))};
-    return takeLine({.good = good, .name = {}, .amount = 1, .price = 0}, Parcel::Piece, options.removing);
+    CounterLine line;
+    line.good = good;
+    line.amount = 1;
+    line.person = options.person;
+    return takeLine(std::move(line), Parcel::Piece, options.removing);
 }
 
 bool CounterScanner::describe(CounterLine& line, Parcel parcel) {
@@ -214,8 +222,20 @@ bool CounterScanner::describe(CounterLine& line, Parcel parcel) {
     line.name = info["Name"].asText();
     line.unit = info["UnitName"].asText();
     // The label of a scale has its price, from the label or the good's price level, be it nothing.
-    if (parcel == Parcel::Piece) line.price = info["ConsumerPrice"].asAmount();
+    if (parcel == Parcel::Piece) line.price = pieceFor(line.person, line.good, info["ConsumerPrice"].asAmount());
     return true;
+}
+
+Extended CounterScanner::pieceFor(int person, int good, Extended consumerPrice) {
+    (void)calls_(
+        "OfferCost_GetAll",
+        {{"Kind", kSaleToAPerson}, {"GoodCode", good}, {"PerCode", person}, {"CurrCode", 0}, {"Direction", 1}});
+    TADOQuery& offers = calls_.query("OfferCost_QUR");
+    const auto close = qScopeGuard([&offers] { offers.Close(); });
+    for (offers.First(); !offers.Eof(); offers.Next()) {
+        if (!offers.FieldByName("deftitle").AsString().empty()) return offers.FieldByName("Cost").AsFloat();
+    }
+    return consumerPrice;
 }
 
 ScanReport CounterScanner::takeLine(CounterLine line, Parcel parcel, bool removing) {
@@ -228,6 +248,12 @@ ScanReport CounterScanner::takeLine(CounterLine line, Parcel parcel, bool removi
             .arg(amountText(each.amount), QString::fromStdString(each.unit), inGuillemets(each.name));
     };
     const QString what = textOf(line);
+    if (!removing && line.price < 0)
+        return {
+            ScanMood::Refused,
+            QStringLiteral(
+                "%1 افزوده نشد؛ قیمت آن کمتر از صفر است: %2. قیمت را در فهرست قیمت‌ها درست کنید.")
+                .arg(inGuillemets(line.name), amountText(line.price))};
     if (removing) {
         const auto taken = parcel == Parcel::Piece ? invoice_.takePiece(line.good, line.price)
                                                    : invoice_.takeParcel(line.good, line.amount, line.price);
@@ -244,17 +270,26 @@ std::vector<Extended> CounterScanner::pricesFor(int person) {
     std::vector<Extended> prices;
     for (const CounterLine& line : invoice_.lines()) {
         prices.push_back(line.price);
-        if (line.barcode.empty() || line.person == person) continue;
-        // Layouts and settings may have changed since the scan.
-        if (unsafeField(QString::fromStdString(line.barcode))) continue;
-        const ModuleReply reply = extract(butNone, line.barcode, person);
-        if (!reply.result.asBool() || reply["FormulType"].asInteger() != bftAmount) continue;
-        const ModuleReply data = calls_("Get_Barcode_Data", {});
-        if (codeOf(data["GoodCode"].asText()) != line.good) continue;
-        const Extended price = StrToFloat_VRO(data["Fi"].asText());
-        if (!isTooMuch(price) && !isTooMuch(price * line.amount)) prices.back() = price;
+        if (line.person == person) continue;
+        const auto price = priceFor(person, line);
+        if (price && !isTooMuch(*price) && !isTooMuch(*price * line.amount)) prices.back() = *price;
     }
     return prices;
+}
+
+std::optional<Extended> CounterScanner::priceFor(int person, const CounterLine& line) {
+    if (line.barcode.empty()) {
+        const ModuleReply reply = calls_("FillGoodInfo", {{"GoodCode", std::to_string(line.good)}});
+        if (!reply.result.asBool()) return std::nullopt;
+        return pieceFor(person, line.good, reply["Info"]["ConsumerPrice"].asAmount());
+    }
+    // Layouts and settings may have changed since the scan.
+    if (unsafeField(QString::fromStdString(line.barcode))) return std::nullopt;
+    const ModuleReply reply = extract(butNone, line.barcode, person);
+    if (!reply.result.asBool() || reply["FormulType"].asInteger() != bftAmount) return std::nullopt;
+    const ModuleReply data = calls_("Get_Barcode_Data", {});
+    if (codeOf(data["GoodCode"].asText()) != line.good) return std::nullopt;
+    return StrToFloat_VRO(data["Fi"].asText());
 }
 
 Extended CounterScanner::priceSum() {

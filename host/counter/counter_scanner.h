@@ -43,8 +43,8 @@ public:
     // refused, and so is taking off what is not there.
     ScanReport scan(const QString& typed, const ScanOptions& options);
 
-    // What the lines cost that person, line by line: scale labels without a price are asked again, where they were
-    // priced for somebody else. Other lines keep theirs.
+    // What the lines cost that person, line by line: pieces, and scale labels without a price, are asked again where
+    // they were priced for somebody else. Other lines keep theirs.
     [[nodiscard]] std::vector<Extended> pricesFor(int person);
 
     // What the invoice comes to with the barcodes that carry a price alone.
@@ -69,8 +69,13 @@ private:
     ScanReport takePrice(Extended sumBefore, bool removing);
     enum class Parcel : std::uint8_t { Weighed, Piece };
     ScanReport takeLine(CounterLine line, Parcel parcel, bool removing);
-    // Fills name and unit, and of a piece the price; false when there is no such good.
+    // Fills name and unit, and of a piece its person's price; false when there is no such good.
     bool describe(CounterLine& line, Parcel parcel);
+    // What a label would get: the price of the level that the person is offered. A good without one has the price that
+    // its maker says.
+    [[nodiscard]] Extended pieceFor(int person, int good, Extended consumerPrice);
+    // Of the line's good, with what its label says.
+    [[nodiscard]] std::optional<Extended> priceFor(int person, const CounterLine& line);
 
     ReferenceHost& host_;
     ModuleCalls& calls_;

@@ -6,12 +6,16 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <tuple>
 
+#include "ado/error.h"
+#include "host/counter/layout_list.h"
 #include "host/counter/scan_text.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/persian_inputs.h"
 #include "host/screens/theme.h"
 #include "host/screens/unsaved_changes.h"
+#include "host/services/message_catalogue.h"
 #include "host/services/sql_access.h"
 #include "package/messages.h"
 #include "package/screens/exact_text.h"
@@ -24,6 +28,7 @@ constexpr int kLongestBarcode = 100;
 constexpr int kLongestPrefix = 20;
 constexpr int kLongestTitle = 50;
 constexpr int kMostGoods = 999'999'999;
+constexpr int kListWidth = 260;
 const QString kTitle = QStringLiteral("الگوهای بارکد ترازو");
 // The formatter would cut the sentence to pieces.
 // clang-format off
@@ -72,12 +77,6 @@ QString textOf(const std::vector<LayoutProblem>& problems) {
     for (const LayoutProblem& problem : problems)
         texts << problem.text;
     return texts.join(QLatin1Char('\n'));
-}
-
-QString listTitle(const BarcodeLayout& layout) {
-    return QStringLiteral("%1 — %2 (%3 رقمی)")
-        .arg(nameOf(layout), persianDigits(QString::fromStdString(layout.constantCode)),
-             persianDigits(QString::number(layout.digitCount)));
 }
 
 }  // namespace
@@ -152,7 +151,9 @@ void LayoutPage::makeColumns(QBoxLayout& layout) {
     columns->setSpacing(16);
     list_ = new QListWidget;
     list_->setObjectName(QStringLiteral("Layouts_LST"));
-    list_->setFixedWidth(260);
+    list_->setItemDelegate(new LayoutRowDelegate(list_));
+    list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    list_->setFixedWidth(themePixels(kListWidth));
     list_->setAccessibleName(kTitle);
     columns->addWidget(list_);
     fields_ = new QWidget;
@@ -205,10 +206,9 @@ void LayoutPage::addPlace(QFormLayout& form, LayoutField field, const QString& n
 }
 
 void LayoutPage::makeFields(QFormLayout& form) {
-    const auto makeText = [this, &form](const char* name, const QString& title, int longest) {
+    const auto makeText = [this, &form](const char* name, const QString& title) {
         auto* input = new QLineEdit;
         input->setObjectName(QString::fromLatin1(name));
-        input->setMaxLength(longest);
         input->setAccessibleName(title);
         form.addRow(title, input);
         QObject::connect(input, &QLineEdit::textEdited, this, [this] { edited(); });
@@ -223,7 +223,7 @@ void LayoutPage::makeFields(QFormLayout& form) {
         fill_.emplace_back([input, isOn](const BarcodeLayout& layout) { input->setChecked(isOn(layout)); });
     };
 
-    title_ = makeText("Title_EDT", QStringLiteral("عنوان"), kLongestTitle);
+    title_ = makeText("Title_EDT", QStringLiteral("عنوان"));
     take_.emplace_back([name = title_](BarcodeLayout& layout) { layout.title = name->text().toStdString(); });
     fill_.emplace_back([name = title_](const BarcodeLayout& layout) { name->setText(exactText(layout.title)); });
     auto* kind = new QComboBox;
@@ -237,7 +237,12 @@ void LayoutPage::makeFields(QFormLayout& form) {
     });
     fill_.emplace_back([kind](const BarcodeLayout& layout) { kind->setCurrentIndex(layout.barCodeType - bftAmount); });
     addNumber(form, "DigitCount_EDT", QStringLiteral("تعداد رقم بارکد"), &BarcodeLayout::digitCount, kLongestBarcode);
-    auto* prefix = makeText("ConstantCode_EDT", QStringLiteral("پیش‌شماره"), kLongestPrefix);
+    goodName_ = new QLabel;
+    goodName_->setObjectName(QStringLiteral("ItemName_LBL"));
+    goodName_->setTextFormat(Qt::PlainText);
+    goodName_->setWordWrap(true);
+    goodName_->setProperty("kind", QStringLiteral("hint"));
+    auto* prefix = prefix_ = makeText("ConstantCode_EDT", QStringLiteral("پیش‌شماره"));
     prefix->setValidator(new PersianDigitsShown(prefix));
     const auto shownPrefix = [](const BarcodeLayout& layout) {
         return persianDigits(latinDigits(QString::fromStdString(layout.constantCode)));
@@ -250,6 +255,7 @@ void LayoutPage::makeFields(QFormLayout& form) {
     addPlace(form, LayoutField::Constant, QStringLiteral("Constant"), QStringLiteral("جای پیش‌شماره"),
              &BarcodeLayout::constantStart, &BarcodeLayout::constantCount);
     addNumber(form, "ItemConstantCode_EDT", QStringLiteral("کالای ثابت"), &BarcodeLayout::itemConstantCode, kMostGoods);
+    form.addRow(goodName_);
     addFlag(
         "ItemCodeType_CHK", QStringLiteral("رقم‌های کالا همان کد کالاست"),
         [](const BarcodeLayout& layout) { return layout.itemCodeType == kGoodFieldIsItsCode; },
@@ -341,6 +347,13 @@ void LayoutPage::makeButtons(QBoxLayout& layout) {
     layout.addLayout(row);
 }
 
+void LayoutPage::changeEvent(QEvent* event) {
+    ShellPage::changeEvent(event);
+    const bool follows = event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange;
+    if (list_ != nullptr && follows)  // the style is set before there is a list
+        list_->setFixedWidth(themePixels(kListWidth));
+}
+
 void LayoutPage::enter() {
     rights_ = {.insert = may(prInsert, false), .edit = may(prEdit, false), .remove = may(prDelete, false)};
     reload(stored_.id);
@@ -368,7 +381,7 @@ void LayoutPage::reload(int id) {
     list_->clear();
     int current = layouts_.empty() ? -1 : 0;
     for (std::size_t i = 0; i < layouts_.size(); ++i) {
-        list_->addItem(listTitle(layouts_[i]));
+        list_->addItem(newLayoutRow(layouts_[i]));
         if (layouts_[i].id == id) current = static_cast<int>(i);
     }
     list_->setCurrentRow(current);
@@ -408,7 +421,18 @@ void LayoutPage::edited() {
     refresh();
 }
 
+void LayoutPage::showGood() {
+    if (namedGood_ == edited_.itemConstantCode) return;
+    namedGood_ = edited_.itemConstantCode;
+    const RowSet found = rowsOf(context_.host.session(), "SELECT Name FROM dbo.GoodInf WHERE Code = ?",
+                                {std::int64_t{edited_.itemConstantCode}});
+    goodName_->setText(found.rowCount() > 0 ? QString::fromStdString(textAt(found, 0, 0))
+                                            : QStringLiteral("کالایی با این کد تعریف نشده است."));
+    goodName_->setVisible(edited_.itemConstantCode > 0);
+}
+
 void LayoutPage::refresh() {
+    showGood();
     const QString sample = repairedScan(sample_->text());
     preview_->setText(sample.isEmpty() ? QString() : previewOf(edited_, sample));
     // One that nobody has begun yet lacks everything, and need not be told so.
@@ -476,13 +500,36 @@ bool LayoutPage::mayWrite() {
                                       .buttons = {TMessageButton::Yes, TMessageButton::No},
                                       .defaultButton = TMessageButton::No,
                                       .form = window()};
-        return context_.host.Messages().show(question) == mrYes;
+        if (context_.host.Messages().show(question) == mrYes) return true;
+        focusField(problems.front());
+        return false;
     }
     std::erase_if(problems, isDoubtful);
     context_.host.Messages().show(
         {.operation = "MsgLayoutUseless", .arguments = {textOf(problems).toStdString()}, .form = window()});
-    if (const auto field = problems.front().field) counts_.at(*field)->setFocus();
+    focusField(problems.front());
     return false;
+}
+
+void LayoutPage::focusField(const LayoutProblem& problem) {
+    if (problem.field) counts_.at(*problem.field)->setFocus();
+}
+
+bool LayoutPage::areShortEnough() {
+    const std::tuple<QLineEdit*, const std::string&, int> texts[] = {{title_, edited_.title, kLongestTitle},
+                                                                     {prefix_, edited_.constantCode, kLongestPrefix}};
+    for (const auto& [input, text, longest] : texts) {
+        const auto length = QString::fromStdString(text).size();
+        if (length <= longest) continue;
+        MessageRequest request = MessageCatalogue().errorRequest(
+            ValueTooLong(input->accessibleName().toStdString(), static_cast<std::size_t>(length),
+                         static_cast<std::size_t>(longest), "a text of a layout is too long"));
+        request.form = this;
+        context_.host.Messages().show(request);
+        input->setFocus();
+        return false;
+    }
+    return true;
 }
 
 bool LayoutPage::write() {
@@ -495,6 +542,7 @@ bool LayoutPage::write() {
         title_->setFocus();
         return false;
     }
+    if (!areShortEnough()) return false;
     if (!mayWrite()) return false;
     BarcodeLayout written = edited_;
     const auto store = [&] {

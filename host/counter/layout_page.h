@@ -31,6 +31,9 @@ public:
     void enter() override;
     [[nodiscard]] bool mayLeave() override;
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
     // The list, the fields and the barcode for trying, side by side.
     void makeColumns(QBoxLayout& layout);
@@ -53,6 +56,8 @@ private:
     void show(const BarcodeLayout& layout);
     void edited();
     void refresh();
+    // The name of the good that all barcodes of the layout stand for.
+    void showGood();
     // How the barcode typed for trying goes with this layout and the others.
     [[nodiscard]] QString noteOn(const QString& sample) const;
     void save();
@@ -61,6 +66,10 @@ private:
     [[nodiscard]] bool may(TPermission permission, bool tell = true);
     // What is hopeless is told and refused; what is doubtful may be meant, and the user says so.
     [[nodiscard]] bool mayWrite();
+    // A text that is longer than what is stored of it is told; no character of it is dropped.
+    [[nodiscard]] bool areShortEnough();
+    // Where the problem is mended, when that is one place.
+    void focusField(const LayoutProblem& problem);
     // Tells what kept a layout from being written, and shows what is there now.
     void tellNotWritten(LayoutOutcome outcome);
     // Into the user log, as a part of the open transaction.
@@ -87,7 +96,10 @@ private:
     QListWidget* list_ = nullptr;
     QWidget* fields_ = nullptr;
     QLabel* readOnly_ = nullptr;
+    QLabel* goodName_ = nullptr;
+    int namedGood_ = -1;  // whose name is shown
     QLineEdit* title_ = nullptr;
+    QLineEdit* prefix_ = nullptr;
     QLineEdit* sample_ = nullptr;
     QLabel* preview_ = nullptr;
     QLabel* problems_ = nullptr;

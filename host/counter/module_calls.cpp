@@ -40,4 +40,13 @@ ModuleReply ModuleCalls::operator()(std::string_view name, Inputs inputs) {
     return {call.resultValue(), call.outputs()};
 }
 
+TADOQuery& ModuleCalls::query(std::string_view name) const {
+    for (const TDataModule* module : state_.modules()) {
+        for (TADOQuery* query : module->queries()) {
+            if (sameName(query->Name(), name)) return *query;
+        }
+    }
+    throw UsageError("no function has opened a query " + std::string(name));
+}
+
 }  // namespace basalt::host

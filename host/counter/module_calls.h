@@ -29,6 +29,9 @@ public:
     // raises passes on.
     ModuleReply operator()(std::string_view name, std::map<std::string, Datum, std::less<>> inputs);
 
+    // A query that one of the functions called so far keeps for its caller; UsageError when there is none of that name.
+    [[nodiscard]] TADOQuery& query(std::string_view name) const;
+
 private:
     const Registry& registry_;
     FunctionState state_;

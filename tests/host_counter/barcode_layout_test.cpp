@@ -223,8 +223,11 @@ TEST(BarcodeLayout, problemsAreSaid) {
     BarcodeLayout layout = weightLayout();
     layout.amountStart = 7;
     layout.amountCount = 8;
-    EXPECT_THAT(problems(layout), ElementsAre("«مقدار» از بارکد ۱۳ رقمی بیرون می‌زند.",
-                                              "«کالا» و «مقدار» روی هم افتاده‌اند."));
+    EXPECT_THAT(
+        problems(layout),
+        ElementsAre(
+            "«مقدار» از بارکد ۱۳ رقمی بیرون می‌زند و از آن تنها ۷ رقم خوانده می‌شود.",
+            "«کالا» و «مقدار» روی هم افتاده‌اند."));
     layout = weightLayout();
     layout.itemCodeCount = 0;
     layout.constantCode = "281";
@@ -239,6 +242,27 @@ TEST(BarcodeLayout, problemsAreSaid) {
     EXPECT_THAT(
         problems(weightLayout(), {weightLayout(), other}),
         ElementsAre("بارکدی که با این الگو بخواند با «دیگری» هم می‌خواند."));
+}
+
+// What is compared with the prefix is what lies in the barcode.
+TEST(BarcodeLayout, aPrefixThatBeginsBeforeTheBarcodeMayFitNevertheless) {
+    BarcodeLayout layout = weightLayout();
+    layout.constantStart = 0;
+    layout.constantCount = 3;
+    ASSERT_TRUE(fits(layout, "2800057012505"));
+    const auto found = problemsOf(layout, {});
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(
+        found[0].text.toStdString(),
+        "«پیش‌شماره» از بارکد ۱۳ رقمی بیرون می‌زند و از آن تنها ۲ رقم خوانده می‌شود.");
+    EXPECT_FALSE(found[0].isHopeless);
+    EXPECT_EQ(found[0].field, LayoutField::Constant);
+    layout.constantCode = "280";
+    EXPECT_THAT(
+        problems(layout),
+        ElementsAre(
+            "«پیش‌شماره» از بارکد ۱۳ رقمی بیرون می‌زند و از آن تنها ۲ رقم خوانده می‌شود.",
+            "پیش‌شماره ۳ نویسه است، نه ۲."));
 }
 
 TEST(BarcodeLayout, aPrefixBelowNoCharactersIsSaid) {
@@ -280,8 +304,28 @@ TEST(BarcodeLayout, onlyWhatNoBarcodeFitsIsHopeless) {
     layout.constantCode = "281";
     EXPECT_THAT(hopeless(layout), ElementsAre(true));
     layout = weightLayout();
-    layout.amountStart = 12;
+    layout.amountStart = 13;
+    EXPECT_THAT(hopeless(layout), ElementsAre(false));
+    layout.amountStart = 14;
     EXPECT_THAT(hopeless(layout), ElementsAre(true));
+    layout.amountStart = -4;  // ends before the first character
+    EXPECT_THAT(hopeless(layout), ElementsAre(true));
+    layout.amountStart = -3;  // into the prefix
+    EXPECT_THAT(hopeless(layout), ElementsAre(false, false));
+    layout = weightLayout();
+    layout.itemCodeStart = 14;
+    EXPECT_THAT(hopeless(layout), ElementsAre(true));
+    layout = weightLayout();
+    layout.priceStart = 14;
+    layout.priceCount = 4;
+    EXPECT_THAT(hopeless(layout), ElementsAre(true));
+    layout.priceStart = 13;
+    EXPECT_THAT(hopeless(layout), ElementsAre(false));
+    layout = weightLayout();
+    layout.balanceNoAsStore = true;
+    layout.balanceNoStart = 14;
+    layout.balanceNoCount = 2;
+    EXPECT_THAT(hopeless(layout), ElementsAre(false));
     layout = weightLayout();
     layout.barCodeType = 3;
     EXPECT_THAT(hopeless(layout), ElementsAre(true));

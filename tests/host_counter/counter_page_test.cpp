@@ -2,6 +2,7 @@
 #include "host/counter/counter_page.h"
 
 #include <QComboBox>
+#include <QHeaderView>
 #include <QProgressBar>
 #include <QTimer>
 
@@ -93,6 +94,63 @@ TEST_F(Counter, whatItSaysGrowsWithTheFontAtOnce) {
     setThemeFontSize(10);
     QApplication::processEvents();
     EXPECT_EQ(height("Result_LBL"), result);
+}
+
+// Half of a number reads as another number.
+TEST_F(Counter, numbersAreSeenWholeAtEverySizeOfTheFont) {
+    execute(*session,
+            "UPDATE dbo.GoodCostDiscount SET CostLevel_Sell_1 = 98500000, Default_CostLevel_Sell_Number = 1 WHERE "
+            "GoodCode = 105");
+    auto& grid = control<QTableWidget>(*page, "Lines_GRD");
+    for (const int size : {10, 16}) {
+        setThemeFontSize(size);
+        page->resize(1280, 720);
+        scan("2800105099997");
+        QApplication::processEvents();
+        ASSERT_EQ(grid.item(0, 4)->text(), "۹۸٬۵۰۰٬۰۰۰");
+        for (const int column : {0, 2, 3, 4, 5, 6}) {
+            EXPECT_GE(grid.columnWidth(column), static_cast<QAbstractItemView&>(grid).sizeHintForColumn(column))
+                << "column " << column << " at " << size;
+        }
+        EXPECT_GT(grid.columnWidth(1), grid.fontMetrics().horizontalAdvance(grid.item(0, 1)->text()));
+        EXPECT_EQ(grid.horizontalHeader()->length(), grid.viewport()->width());
+    }
+    setThemeFontSize(10);
+}
+
+TEST_F(Counter, aBarcodeHasRoomWithALargeFont) {
+    setThemeFontSize(16);
+    page->resize(700, 600);
+    QApplication::processEvents();
+    const auto& input = control<QLineEdit>(*page, "Scan_EDT");
+    EXPECT_GT(input.width(), input.fontMetrics().horizontalAdvance(QString(20, '0')));
+    for (const char* name : {"Removing_BTN", "Sound_CHK", "Person_EDT", "Store_CMB"}) {
+        const QWidget& each = control(*page, name);
+        EXPECT_GE(each.width(), each.minimumSizeHint().width()) << name;
+    }
+    setThemeFontSize(10);
+}
+
+TEST_F(Counter, whatIsNoBarcodeIsRepeatedAsItWasTyped) {
+    scan("موز");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "بارکد خوانا نیست: \u2068موز\u2069");
+}
+
+TEST_F(Counter, whoseCodeItIsStandsBeside) {
+    const std::string name = linesOf(*session, "SELECT FullName FROM dbo.PerInf WHERE Code = 12").at(0);
+    EXPECT_EQ(shown(*page, "PersonName_LBL"), "");
+    type(*page, "Person_EDT", "12");
+    QTest::keyClick(page->focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(shown(*page, "PersonName_LBL"), name);
+    type(*page, "Person_EDT", "123");
+    EXPECT_EQ(shown(*page, "PersonName_LBL"), "") << "not of a code that is half typed";
+    type(*page, "Person_EDT", "12");
+    scan("2800105012507");
+    EXPECT_EQ(shown(*page, "PersonName_LBL"), name);
+    messages.answers = {mrNo};
+    click(*page, "Clear_BTN");
+    EXPECT_EQ(shown(*page, "PersonName_LBL"), "");
 }
 
 TEST_F(Counter, aWeighedGoodBecomesALine) {
@@ -833,6 +891,20 @@ TEST_F(Counter, aLevelThatGivesAGoodAwayGivesItAway) {
     EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۰");
 }
 
+TEST_F(Counter, aPriceBelowZeroIsNotSold) {
+    execute(*session,
+            "UPDATE dbo.GoodCostDiscount SET CostLevel_Sell_1 = -500, Default_CostLevel_Sell_Number = 1 WHERE GoodCode "
+            "IN (1, 105)");
+    scan("2800105012507");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(
+        shown(*page, "Result_LBL"),
+        "«موز درجه یک» افزوده نشد؛ قیمت آن کمتر از صفر است: \u2066-۵۰۰\u2069. قیمت را در فهرست قیمت‌ها درست کنید.");
+    scan("6267311001001");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_TRUE(lines().empty());
+}
+
 // Prices of good 105: 1000 for anybody, 700 for person 12.
 class CounterPrices : public Counter {
 protected:
@@ -875,6 +947,51 @@ TEST_F(CounterPrices, linesFollowThePersonWhenTheUserWantsIt) {
     expectASaveWithoutQuestions();
 }
 
+TEST_F(CounterPrices, aPieceHasThePriceOfItsLevelAsALabelHas) {
+    execute(*session, "UPDATE dbo.GoodInf SET AbbName = N'!6262620010508!', ConsumerPrice = 5000 WHERE Code = 105");
+    scan("6262620010508");
+    scan("2800105010007");
+    EXPECT_THAT(prices(), ElementsAre("۱٬۰۰۰", "۱٬۰۰۰"));
+    messages.answers = {mrYes};
+    name("12");
+    EXPECT_THAT(prices(), ElementsAre("۷۰۰", "۷۰۰"));
+    scan("6262620010508");
+    EXPECT_THAT(prices(), ElementsAre("۷۰۰", "۷۰۰", "۷۰۰"));
+    EXPECT_EQ(takeMessages().size(), 1U);
+    click(*page, "Removing_BTN");
+    scan("6262620010508");
+    scan("6262620010508");
+    EXPECT_THAT(prices(), ElementsAre("۷۰۰"));
+}
+
+TEST_F(CounterPrices, aPieceWithoutALevelsPriceHasTheConsumers) {
+    execute(*session, "UPDATE dbo.GoodInf SET AbbName = N'!6262620010508!', ConsumerPrice = 5000 WHERE Code = 105");
+    execute(*session, "UPDATE dbo.GoodCostDiscount SET CostLevel_Sell_1 = NULL WHERE GoodCode = 105");
+    scan("6262620010508");
+    execute(*session, "DELETE FROM dbo.GoodCostDiscount WHERE GoodCode = 105");
+    scan("6262620010508");
+    EXPECT_THAT(prices(), ElementsAre("۵٬۰۰۰", "۵٬۰۰۰"));
+    EXPECT_EQ(mood(), "added");
+}
+
+TEST_F(CounterPrices, aPriceThatIsBelowZeroForThePersonIsNotSold) {
+    store(1);
+    scan("2800105010007");
+    execute(*session, "UPDATE dbo.GoodCostDiscount SET CostLevel_Sell_3 = -1 WHERE GoodCode = 105");
+    messages.answers = {mrYes};
+    name("12");
+    const auto before = linesOf(*session, "SELECT COUNT(*) FROM dbo.Kardex");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(
+        shown(*page, "Result_LBL"),
+        "فاکتور ثبت نشد؛ قیمت «موز درجه یک» کمتر از صفر است. قیمت را در فهرست قیمت‌ها درست کنید یا سطر را "
+        "بردارید.");
+    EXPECT_EQ(linesOf(*session, "SELECT COUNT(*) FROM dbo.Kardex"), before);
+    EXPECT_EQ(takeMessages().size(), 1U);
+    EXPECT_EQ(lines().size(), 1U);
+}
+
 TEST_F(CounterPrices, whoKeepsThePricesIsNotAskedAgain) {
     scan("2800105010007");
     messages.answers = {mrNo};
@@ -888,9 +1005,10 @@ TEST_F(CounterPrices, whoKeepsThePricesIsNotAskedAgain) {
 }
 
 TEST_F(CounterPrices, nobodyIsAskedWhereNothingDiffers) {
+    execute(*session, "DELETE FROM dbo.GoodCostDiscount WHERE GoodCode = 1");
     name("12");
     scan("2800105010007");
-    scan("6267311001001");  // what its maker printed has one price for all
+    scan("6267311001001");  // without levels it has one price for all
     name("12");
     EXPECT_TRUE(takeMessages().empty());
     click(*page, "Removing_BTN");

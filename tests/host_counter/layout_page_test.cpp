@@ -2,6 +2,7 @@
 #include "host/counter/layout_page.h"
 
 #include <QCheckBox>
+#include <QScrollBar>
 
 #include "ado/error.h"
 #include "host/screens/persian_digits.h"
@@ -9,6 +10,7 @@
 #include "host/services/deploy.h"
 #include "host/services/sql_access.h"
 #include "tests/host_desktop/desktop_test.h"
+#include "tests/host_screens/painted_text.h"
 
 namespace basalt::host {
 namespace {
@@ -125,24 +127,43 @@ TEST_F(Layouts, anEmptiedNumberIsNone) {
     amount.selectAll();
     QTest::keyClick(&amount, Qt::Key_Backspace);
     EXPECT_EQ(amount.value(), 0);
-    EXPECT_THAT(problems(), HasSubstr("«مقدار» از بارکد ۱۳ رقمی بیرون می‌زند."));
+    EXPECT_THAT(
+        problems(),
+        HasSubstr(
+            "«مقدار» از بارکد ۱۳ رقمی بیرون می‌زند و از آن تنها ۴ رقم خوانده می‌شود."));
     QTest::keyClick(&amount, Qt::Key_Tab);
     EXPECT_EQ(amount.text(), "۰");
+    messages.answers = {mrNo};
     click(*page, "Save_BTN");
     EXPECT_THAT(storedAmounts(), ElementsAre("8|5"));
 }
 
 TEST_F(Layouts, whatCanNeverBeReadIsRefused) {
     choose("28");
-    number("AmountStart_EDT").setValue(12);
+    number("AmountStart_EDT").setValue(14);
     click(*page, "Save_BTN");
     EXPECT_THAT(
         takeMessages(),
         ElementsAre("MsgLayoutUseless('«مقدار» از بارکد ۱۳ رقمی بیرون می‌زند.')"));
     EXPECT_THAT(storedAmounts(), ElementsAre("8|5"));
-    EXPECT_EQ(number("AmountStart_EDT").value(), 12) << "what was typed stays, to be mended";
+    EXPECT_EQ(number("AmountStart_EDT").value(), 14) << "what was typed stays, to be mended";
     EXPECT_EQ(page->focusWidget(), &control(*page, "AmountCount_EDT"));
     EXPECT_EQ(state(), "");
+}
+
+TEST_F(Layouts, aFieldOfWhichAPartIsReadIsAskedFor) {
+    choose("28");
+    number("AmountStart_EDT").setValue(12);
+    messages.answers = {mrNo, mrYes};
+    click(*page, "Save_BTN");
+    EXPECT_THAT(storedAmounts(), ElementsAre("8|5"));
+    EXPECT_EQ(page->focusWidget(), &control(*page, "AmountCount_EDT"));
+    click(*page, "Save_BTN");
+    EXPECT_THAT(storedAmounts(), ElementsAre("12|5"));
+    const std::string asked =
+        "MsgSaveAnyway('«مقدار» از بارکد ۱۳ رقمی بیرون می‌زند و از آن تنها ۲ رقم خوانده می‌شود.')";
+    EXPECT_THAT(takeMessages(), ElementsAre(asked, asked));
+    EXPECT_EQ(state(), "الگو ذخیره شد.");
 }
 
 TEST_F(Layouts, whatIsDoubtfulIsAskedFor) {
@@ -268,6 +289,85 @@ TEST_F(Layouts, numbersAreShownAndTypedInPersianDigits) {
     click(*page, "Save_BTN");
     EXPECT_EQ(linesOf(*session, "SELECT Title, AmountStart FROM dbo.BarCodeFormul WHERE ConstantCode = N'21'").at(0),
               "وزن ۵|9");
+}
+
+TEST_F(Layouts, aLongTitleEndsInDotsAndNeverItsPrefix) {
+    choose("27");
+    // Pieces of either direction, as they are painted.
+    const auto paintedRow = [this](int width) {
+        QStyleOptionViewItem option;
+        option.initFrom(&list());
+        option.widget = &list();
+        option.rect = QRect(0, 0, width, 40);
+        PaintedText painted;
+        {
+            QPainter painter(&painted);
+            list().itemDelegate()->paint(&painter, option, list().currentIndex());
+        }
+        return painted.text().toStdString();
+    };
+    EXPECT_THAT(paintedRow(900), AllOf(HasSubstr("وزن و قیمت با شماره ترازو"), HasSubstr("۲۷"), HasSubstr("۲۰")));
+    EXPECT_THAT(paintedRow(200), AllOf(HasSubstr("وزن و قیمت با"), Not(HasSubstr("ترازو")), HasSubstr("…"),
+                                       HasSubstr("۲۷"), HasSubstr("۲۰"), HasSubstr("رقمی")));
+    EXPECT_FALSE(list().horizontalScrollBar()->isVisible());
+    const int width = list().width();
+    setThemeFontSize(16);
+    QApplication::processEvents();
+    EXPECT_GT(list().width(), width * 5 / 4);
+    setThemeFontSize(10);
+}
+
+TEST_F(Layouts, aTickIsSeenWhereItCannotBeChanged) {
+    host.signInAs(2);
+    page->enter();
+    choose("28");
+    auto& box = control<QCheckBox>(*page, "AmountDivide_CHK");
+    ASSERT_TRUE(box.isChecked());
+    ASSERT_FALSE(box.isEnabled());
+    const QImage image = box.grab().toImage();
+    int filled = 0;
+    int ticked = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = image.width() - 22; x < image.width(); ++x) {
+            filled += image.pixelColor(x, y) == themeColors().disabled ? 1 : 0;
+            ticked += image.pixelColor(x, y) == QColor(Qt::white) ? 1 : 0;
+        }
+    }
+    EXPECT_GT(filled, 60);
+    EXPECT_GT(ticked, 5);
+}
+
+TEST_F(Layouts, theNameOfItsGoodStandsBesideTheCode) {
+    choose("28");
+    EXPECT_EQ(shown(*page, "ItemName_LBL"), "(hidden)");
+    number("ItemConstantCode_EDT").setValue(105);
+    EXPECT_EQ(shown(*page, "ItemName_LBL"), "موز درجه یک");
+    number("ItemConstantCode_EDT").setValue(99999);
+    EXPECT_EQ(shown(*page, "ItemName_LBL"), "کالایی با این کد تعریف نشده است.");
+    number("ItemConstantCode_EDT").setValue(0);
+    EXPECT_EQ(shown(*page, "ItemName_LBL"), "(hidden)");
+}
+
+TEST_F(Layouts, aTextThatIsTooLongIsToldAndNotCut) {
+    choose("28");
+    const QString title(60, QChar(u'ب'));
+    type(*page, "Title_EDT", title);
+    click(*page, "Save_BTN");
+    EXPECT_EQ(page->focusWidget(), &control(*page, "Title_EDT"));
+    EXPECT_EQ(control<QLineEdit>(*page, "Title_EDT").text(), title);
+    type(*page, "Title_EDT", QString(50, QChar(u'ب')));
+    type(*page, "ConstantCode_EDT", QString(21, QChar(u'2')));
+    click(*page, "Save_BTN");
+    EXPECT_EQ(page->focusWidget(), &control(*page, "ConstantCode_EDT"));
+    ASSERT_EQ(messages.shown.size(), 2U);
+    for (const MessageRequest& each : messages.shown)
+        EXPECT_EQ(each.operation, "MsgTooLong");
+    EXPECT_THAT(messages.shown[0].arguments[0], HasSubstr("«عنوان»"));
+    EXPECT_THAT(messages.shown[1].arguments[0], HasSubstr("«پیش‌شماره»"));
+    EXPECT_EQ(takeMessages().size(), 2U);
+    type(*page, "ConstantCode_EDT", "28");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(linesOf(*session, "SELECT LEN(Title) FROM dbo.BarCodeFormul WHERE ConstantCode = N'28'").at(0), "50");
 }
 
 TEST_F(Layouts, savesAndDeletes) {
