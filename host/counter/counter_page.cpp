@@ -432,9 +432,9 @@ auto CounterPage::orReport(const QString& text, Work work) {
 void CounterPage::scan(const QString& typed) {
     if (typed.trimmed().isEmpty()) return;
     const std::size_t before = invoice_.lines().size();
-    const ScanReport done = orReport(
-        QStringLiteral("بارکد %1 خوانده نشد.").arg(persianDigits(typed.trimmed())),
-        [&] { return scanner_.scan(typed, {.person = person_->value(), .removing = removing_->isChecked()}); });
+    const ScanReport done = orReport(QStringLiteral("بارکد %1 خوانده نشد.").arg(persianDigits(typed.trimmed())), [&] {
+        return scanner_.scan(typed, {.person = person_->value(), .removing = removing_->isChecked()});
+    });
     showPerson();
     showLines();
     // What is done next, a tare for instance, is meant for what was just scanned.

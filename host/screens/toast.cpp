@@ -1,5 +1,6 @@
 #include "host/screens/toast.h"
 
+#include <QAbstractButton>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <algorithm>
@@ -11,7 +12,23 @@ namespace {
 constexpr int kShortest = 2500;
 constexpr int kPerCharacter = 60;
 constexpr int kMargin = 24;
-constexpr int kAboveFooter = 64;  // clear of the buttons
+constexpr int kAboveFooter = 64;
+constexpr int kAboveButton = 8;
+
+// Moved up until it covers no button; where there is no such place it stays.
+QRect clearOfButtons(const QWidget& window, const QRect& wanted) {
+    QRect place = wanted;
+    for (bool moved = true; moved && place.top() >= 0;) {
+        moved = false;
+        for (const QAbstractButton* button : window.findChildren<QAbstractButton*>()) {
+            const QRect covered(button->mapTo(&window, QPoint(0, 0)), button->size());
+            if (!button->isVisibleTo(&window) || !covered.intersects(place)) continue;
+            place.moveBottom(covered.top() - kAboveButton);
+            moved = true;
+        }
+    }
+    return place.top() >= 0 ? place : wanted;
+}
 }  // namespace
 
 Toast::Toast(QWidget* window) : QFrame(window), label_(new QLabel(this)) {
@@ -50,7 +67,8 @@ void Toast::place() {
     const int wanted = label_->fontMetrics().horizontalAdvance(label_->text()) + 48;
     const int width = std::min(wanted, widest);
     const int height = layout()->hasHeightForWidth() ? layout()->heightForWidth(width) : sizeHint().height();
-    setGeometry((window->width() - width) / 2, window->height() - height - kAboveFooter, width, height);
+    const QRect place((window->width() - width) / 2, window->height() - height - kAboveFooter, width, height);
+    setGeometry(clearOfButtons(*window, place));
 }
 
 bool Toast::eventFilter(QObject* watched, QEvent* event) {

@@ -201,6 +201,22 @@ TEST_F(Messages, flashMessagesWaitForNobody) {
         << "the note stays";
 }
 
+TEST_F(Messages, flashMessagesCoverNoButton) {
+    QWidget window;
+    window.resize(600, 400);
+    QPushButton upper(QStringLiteral("حذف سطر F7"), &window);
+    upper.setGeometry(250, 270, 120, 36);
+    QPushButton lower(QStringLiteral("وزن ظرف F8"), &window);
+    lower.setGeometry(250, 310, 120, 36);
+    window.show();
+    Toast::show(&window, QStringLiteral("جمع برابر نیست"), 30'000);
+    const QRect toast = control<QFrame>(window, "Toast")->geometry();
+    EXPECT_FALSE(toast.intersects(upper.geometry()));
+    EXPECT_FALSE(toast.intersects(lower.geometry()));
+    EXPECT_TRUE(window.rect().contains(toast));
+    EXPECT_LT(upper.y() - toast.bottom(), 20) << "no higher than it has to be";
+}
+
 class Balloons : public Messages {
 protected:
     Balloons() {
