@@ -1,6 +1,7 @@
 #include "engines/embedded/generated_sql.h"
 
 #include "engines/embedded/binder/binder.h"
+#include "engines/embedded/executor/key_order.h"
 #include "engines/embedded/generator/sql_writer.h"
 #include "engines/embedded/lexer/error_context.h"
 #include "engines/embedded/parser/parser.h"
@@ -14,8 +15,10 @@ std::string generatedSql(SqliteDatabase& database, std::string_view query) {
     if (statement == nullptr) throwUnsupported("Another statement than one SELECT", batch.text, {});
     Catalog catalog(database);
     Binder binder(catalog, {.text = batch.text, .literals = &batch.literals, .inlineLiterals = true});
+    const BoundSelectStatement bound = binder.selectStatement(*statement);
     SqlWriter writer;
-    writer.query(*binder.selectStatement(*statement).query);
+    writer.query(*bound.query);
+    keepKeyOrder(database, *bound.query, writer);
     return writer.sql();
 }
 

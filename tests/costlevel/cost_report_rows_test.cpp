@@ -63,6 +63,28 @@ TEST_F(ReportRows, everyGoodIsThereTwice) {
                                     "F9", "F10", "ConsumerPrice"));
 }
 
+// As the server's table lies, and whatever a search leaves of it.
+TEST_F(ReportRows, goodsComeByTheirCodes) {
+    store.CostReport_Get();
+    const std::string statement = store.CostReport_QUR.SQL.Text();
+    for (const char* search : {"", " WHERE [Status] = 2", " WHERE [Status] = 1 AND [Name] LIKE N'%ر[یيى]%'",
+                               " WHERE ([F1] >= 100000) AND ([Status] = 2)", " WHERE [AbbName] LIKE N'%626%'",
+                               " WHERE CAST([Code] AS NVARCHAR(40)) LIKE N'2%'"}) {
+        const std::string sql = *search == '\0' ? statement : "SELECT * FROM (" + statement + ") AS T" + search;
+        const RowSet rows = rowsOf(*session, sql);
+        ASSERT_GT(rows.rowCount(), 20U) << search;
+        const auto status = static_cast<std::size_t>(rows.indexOf("Status"));
+        for (std::size_t row = 1; row < rows.rowCount(); ++row) {
+            // The sale rows stand before the purchase rows.
+            if (integerAt(rows, status, row) != integerAt(rows, status, row - 1)) {
+                EXPECT_LT(integerAt(rows, status, row), integerAt(rows, status, row - 1)) << search;
+                continue;
+            }
+            ASSERT_GT(integerAt(rows, 0, row), integerAt(rows, 0, row - 1)) << search << ' ' << row;
+        }
+    }
+}
+
 TEST_F(ReportRows, barcodesAreShownInParentheses) {
     const std::pair<const char*, const char*> shapes[] = {
         {"N'!12!34'", "(12)(34"},

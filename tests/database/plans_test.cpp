@@ -46,6 +46,27 @@ TEST_F(Plans, laterMovementsAreFoundByGoodAndStore) {
                 Contains(AllOf(HasSubstr("SEARCH"), HasSubstr("IX_Kardex_kala (kala=? AND Anbar=?"))));
 }
 
+// Rows that nobody orders come as they lie, and not as an index of a column that nobody asked for has them.
+TEST_F(Plans, goodsWithTheirPricesAreReadByTheirKey) {
+    const std::string half =
+        "Select G.Code, G.Name, G.ConsumerPrice, isnull(GC.CostLevel_Sell_1,0) as F1, 2 as Status From GoodInf as G left "
+        "outer join GoodCostDiscount as GC ON GC.GoodCode = G.Code";
+    for (const std::string& query : {half, half + " union all " + half,
+                                     "SELECT * FROM (" + half + " union all " + half + ") AS T WHERE [Status] = 2",
+                                     "SELECT * FROM (" + half + ") AS T WHERE [Name] LIKE N'%a%'"}) {
+        EXPECT_THAT(plan(query), Contains(::testing::MatchesRegex("SCAN s[0-9]+"))) << query;
+        EXPECT_THAT(plan(query), Each(Not(HasSubstr(" USING INDEX ")))) << query;
+    }
+    // What an index finds is found by it still, and what it holds is read from it alone.
+    EXPECT_THAT(plan(half + " WHERE G.Unit2 = 3"), Contains(HasSubstr("IX_GoodInf_Unit2 (Unit2=?)")));
+    EXPECT_THAT(plan("SELECT * FROM (" + half + ") AS T WHERE Name = N'a'"), Contains(HasSubstr("IX_GoodInf_Name")));
+    EXPECT_THAT(plan(half + " ORDER BY G.Name"), Contains(HasSubstr("IX_GoodInf_Name")));
+    EXPECT_THAT(
+        plan("SELECT G.Code, GC.CostLevel_Sell_1 FROM GoodInf AS G JOIN GoodCostDiscount AS GC ON GC.GoodCode = "
+             "G.Code"),
+        Contains(HasSubstr("COVERING INDEX GoodInf.")));
+}
+
 TEST_F(Plans, aLayoutIsFoundByItsNumberOfDigits) {
     EXPECT_THAT(plan("SELECT * FROM   dbo.BarCodeFormul WHERE  DigitCount = 13 AND SUBSTRING('2712345012505' , "
                      "ConstantStart, ConstantCount) = ConstantCode  "),

@@ -4,6 +4,7 @@
 #include "engines/embedded/catalog/object_name.h"
 #include "engines/embedded/executor/constraint_error.h"
 #include "engines/embedded/executor/identity_run.h"
+#include "engines/embedded/executor/key_order.h"
 #include "engines/embedded/executor/statement_guard.h"
 #include "engines/embedded/generator/sql_writer.h"
 #include "engines/embedded/lexer/error_context.h"
@@ -167,6 +168,7 @@ std::unique_ptr<Plan> Executor::plan(const ast::Batch& batch, const ast::Stateme
         case StatementKind::Select: {
             BoundSelectStatement bound = binder.selectStatement(ast::as<ast::SelectStatement>(statement));
             writer.query(*bound.query);
+            keepKeyOrder(database_, *bound.query, writer);
             result = prepared(writer);
             planTextSearch(*result, *bound.query, writer);
             if (bound.assignments.empty()) describe(*result, bound.query->columns);

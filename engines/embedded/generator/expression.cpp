@@ -221,6 +221,7 @@ void SqlWriter::infix(const BoundExpression& expression) {
 }
 
 void SqlWriter::aggregate(const BoundExpression& expression) {
+    arranges_ = true;
     *this << expression.name << "(";
     if (expression.distinct) *this << "DISTINCT ";
     if (expression.star) *this << "*";

@@ -33,6 +33,7 @@ void SqlWriter::with(const std::vector<BoundCommonTable>& tables) {
 
 void SqlWriter::query(const BoundQuery& query) {
     with(query.with);
+    arranges_ = arranges_ || !query.orderBy.empty();
     if (query.withTies) return queryWithTies(query);
     body(*query.body);
     for (std::size_t i = 0; i < query.orderBy.size(); ++i) {
@@ -74,6 +75,7 @@ void SqlWriter::body(const BoundBody& body) {
         return;
     }
     if (body.operation == kUnionAll) return unionAll(body);
+    arranges_ = true;
     // SQLite reads set operations from left to right, all of one rank.
     this->body(*body.left);
     *this << " " << body.operation << " ";
@@ -125,6 +127,7 @@ void SqlWriter::queryWithTies(const BoundQuery& query) {
 
 void SqlWriter::select(const BoundSelect& select, const std::vector<BoundOrdering>& more) {
     *this << (select.distinct ? "SELECT DISTINCT " : "SELECT ");
+    arranges_ = arranges_ || select.distinct || select.aggregated || !select.groupBy.empty();
     // HAVING makes one group of all rows, for SQLite only when an item aggregates.
     const bool oneGroup = select.having != nullptr && select.groupBy.empty();
     for (std::size_t i = 0; i < select.items.size(); ++i) {
@@ -174,6 +177,9 @@ void SqlWriter::source(const BoundSource& source) {
                 throwSqlError(40517, "A common table expression cannot be used inside of APPLY in this database.");
             }
             *this << source.table << " AS " << source.alias;
+            if (source.kind == SourceKind::Table) tables_.emplace(source.alias, source.table);
+            if (const auto index = indexes_.find(source.alias); index != indexes_.end())
+                *this << " INDEXED BY " << index->second;
             return;
         case SourceKind::Query:
             *this << "(";
@@ -192,6 +198,7 @@ void SqlWriter::source(const BoundSource& source) {
         case SourceKind::Rows:
             return rowSource(source);
         case SourceKind::Join: {
+            joins_ = true;
             this->source(*source.left);
             // SQLite's CROSS JOIN would forbid the planner to choose the order of the tables.
             *this << " " << (source.join == "CROSS JOIN" ? "JOIN" : source.join) << " ";

@@ -8,6 +8,7 @@
 // which of its comparisons need to be told the collation.
 #pragma once
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -24,6 +25,9 @@ public:
 
     // By default every LIKE is written as the test of a row that it is; with LookUp those that can be looked up are.
     explicit SqlWriter(Texts texts = Texts::ReadThrough) : texts_(texts) {}
+    // Which index the tables of these aliases are read by, as SQLite takes its name.
+    using Indexes = std::map<std::string, std::string, std::less<>>;
+    explicit SqlWriter(Indexes indexes) : texts_(Texts::ReadThrough), indexes_(std::move(indexes)) {}
 
     // expression.cpp
     void expression(const BoundExpression& expression);
@@ -38,6 +42,12 @@ public:
     [[nodiscard]] std::vector<Slot> takeSlots() { return std::move(slots_); }
     // The LIKEs so far that can be looked up. They live as long as the statement that was written.
     [[nodiscard]] const std::vector<const BoundExpression*>& textSearches() const { return textSearches_; }
+
+    // The tables that stand in a FROM so far, by their aliases.
+    [[nodiscard]] const std::map<std::string, std::string, std::less<>>& tables() const { return tables_; }
+    [[nodiscard]] bool joins() const { return joins_; }
+    // Whether rows are sorted or brought together anywhere, for which an index may have them in the right order.
+    [[nodiscard]] bool arranges() const { return arranges_; }
 
 private:
     void collated(const BoundExpression& expression);
@@ -72,6 +82,10 @@ private:
     }
 
     Texts texts_;
+    Indexes indexes_;
+    std::map<std::string, std::string, std::less<>> tables_;
+    bool joins_ = false;
+    bool arranges_ = false;
     std::string sql_;
     std::vector<const BoundExpression*> textSearches_;
     std::vector<Slot> slots_;
