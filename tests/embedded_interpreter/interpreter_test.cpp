@@ -31,6 +31,14 @@ TEST_F(Interpreting, PrintsBecomeMessagesInTheirOrder) {
     EXPECT_TRUE(result.results.empty());
 }
 
+TEST_F(Interpreting, SaysThatNullIsNoReturnValue) {
+    run("CREATE PROCEDURE P AS RETURN NULL");
+    EXPECT_THAT(
+        run("EXEC P").messages,
+        ElementsAre("The 'P' procedure attempted to return a status of NULL, which is not allowed. A status of 0 "
+                    "will be returned instead."));
+}
+
 TEST_F(Interpreting, MessagesKnowTheirPlaceAmongTheResults) {
     run("CREATE TABLE T(A int)");
     run("CREATE PROCEDURE P AS PRINT 'c' SELECT 2 AS A RAISERROR('d', 0, 1)");

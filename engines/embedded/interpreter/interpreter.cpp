@@ -178,6 +178,11 @@ Interpreter::Flow Interpreter::dispatch(Activation& activation, const ast::State
                 }
                 const TypedValue result = evaluate(activation, *value);
                 // A procedure returns a number; NULL counts as 0.
+                if (isNull(result.value)) {
+                    activation.into->say("The '" + activation.procedure +
+                                         "' procedure attempted to return a status of NULL, which is not allowed. A "
+                                         "status of 0 will be returned instead.");
+                }
                 const Value number = isNull(result.value)
                                          ? Value(std::int64_t{0})
                                          : convert(result.value, result.type, SqlType::of(TypeKind::Int));
