@@ -47,25 +47,6 @@ const char* nameOf(ast::ComparisonOperator op) {
     return "";
 }
 
-ast::ComparisonOperator opposite(ast::ComparisonOperator op) {
-    using Op = ast::ComparisonOperator;
-    switch (op) {
-        case Op::Equal:
-            return Op::NotEqual;
-        case Op::NotEqual:
-            return Op::Equal;
-        case Op::Less:
-            return Op::GreaterOrEqual;
-        case Op::LessOrEqual:
-            return Op::Greater;
-        case Op::Greater:
-            return Op::LessOrEqual;
-        case Op::GreaterOrEqual:
-            return Op::Less;
-    }
-    return op;
-}
-
 }  // namespace
 
 BoundPtr Binder::condition(const ast::Expression& expression, Scope* scope) {
@@ -228,6 +209,22 @@ BoundPtr Binder::like(const ast::LikeExpression& expression, Scope* scope) {
 }
 
 // x op ANY (q): some row compares so. x op ALL (q): no row compares otherwise, and none is unknown.
+namespace {
+
+// SELECT item FROM source
+std::unique_ptr<BoundQuery> queryOf(BoundPtr item, std::unique_ptr<BoundSource> source) {
+    auto query = std::make_unique<BoundQuery>();
+    query->columns.push_back({{}, item->type, true, {}});
+    auto select = std::make_unique<BoundSelect>();
+    select->items.push_back({std::move(item), {}});
+    select->from = std::move(source);
+    query->body = std::make_unique<BoundBody>();
+    query->body->select = std::move(select);
+    return query;
+}
+
+}  // namespace
+
 BoundPtr Binder::quantified(const ast::QuantifiedExpression& expression, Scope* scope) {
     using Op = ast::ComparisonOperator;
     const bool anyEqual = !expression.all && expression.op == Op::Equal;
@@ -243,10 +240,8 @@ BoundPtr Binder::quantified(const ast::QuantifiedExpression& expression, Scope* 
         result->arguments.push_back(std::move(operand));
         return result;
     }
-    // EXISTS (SELECT 1 FROM (query) AS s WHERE NOT/ x op s.c1): with ALL the rows that refute it are looked for.
-    result->kind = BoundKind::Exists;
-    result->nullable = false;
-    result->negated = expression.all;
+    // (SELECT CASE ... FROM (SELECT x op s.c1 AS c1 FROM (query) AS s) AS t), where the CASE takes the comparisons
+    // together as AND or OR would: one that is unknown counts unless another one decides.
     auto item = std::make_unique<BoundExpression>();
     item->kind = BoundKind::Column;
     item->type = compared;
@@ -257,25 +252,39 @@ BoundPtr Binder::quantified(const ast::QuantifiedExpression& expression, Scope* 
     source->kind = SourceKind::Query;
     source->alias = item->table;
     source->query = std::move(result->query);
-    auto select = std::make_unique<BoundSelect>();
-    select->items.push_back({boundInteger(1), {}});
-    select->from = std::move(source);
-    BoundPtr unknown;
-    if (expression.all) {
-        unknown = std::make_unique<BoundExpression>();
-        unknown->kind = BoundKind::Postfix;
-        unknown->type = truth();
-        unknown->name = "IS NULL";
-        unknown->arguments.push_back(cloned(*item));
-    }
-    select->where = boundInfix(symbol(expression.all ? opposite(expression.op) : expression.op), truth(),
-                               std::move(operand), std::move(item));
-    if (unknown) select->where = boundInfix("OR", truth(), std::move(select->where), std::move(unknown));
-    auto wrapped = std::make_unique<BoundQuery>();
-    wrapped->body = std::make_unique<BoundBody>();
-    wrapped->body->select = std::move(select);
-    wrapped->columns.push_back({{}, SqlType::of(TypeKind::Int), false, {}});
-    result->query = std::move(wrapped);
+    auto comparisons = std::make_unique<BoundSource>();
+    comparisons->kind = SourceKind::Query;
+    comparisons->alias = newAlias();
+    comparisons->query =
+        queryOf(boundInfix(symbol(expression.op), truth(), std::move(operand), std::move(item)), std::move(source));
+    const auto aggregate = [&](const char* name, bool star) {
+        auto call = std::make_unique<BoundExpression>();
+        call->kind = BoundKind::Aggregate;
+        call->type = SqlType::of(TypeKind::Int);
+        call->name = name;
+        call->star = star;
+        if (star) return call;
+        auto outcome = std::make_unique<BoundExpression>();
+        outcome->kind = BoundKind::Column;
+        outcome->type = truth();
+        outcome->table = comparisons->alias;
+        outcome->name = "c1";
+        call->arguments.push_back(std::move(outcome));
+        return call;
+    };
+    const int decisive = expression.all ? 0 : 1;
+    auto together = std::make_unique<BoundExpression>();
+    together->kind = BoundKind::Case;
+    together->type = truth();
+    together->arguments.push_back(
+        boundInfix("=", truth(), aggregate(expression.all ? "min" : "max", false), boundInteger(decisive)));
+    together->arguments.push_back(boundInteger(decisive));
+    together->arguments.push_back(boundInfix("<", truth(), aggregate("count", false), aggregate("count", true)));
+    together->arguments.push_back(boundConstant(Null{}, truth()));
+    together->arguments.push_back(boundInteger(1 - decisive));
+    result->kind = BoundKind::Subquery;
+    result->query = queryOf(std::move(together), std::move(comparisons));
+    result->query->singleRow = true;
     return result;
 }
 

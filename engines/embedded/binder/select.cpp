@@ -1,5 +1,6 @@
 // One SELECT: its items, conditions and grouping.
 #include <algorithm>
+#include <functional>
 
 #include "ado/names.h"
 #include "engines/embedded/binder/binder.h"
@@ -138,6 +139,10 @@ std::unique_ptr<BoundSelect> Binder::select(const ast::Select& select, Scope* ou
 
 BoundPtr Binder::rowLimit(const ast::Expression& count, Scope* scope, RowLimit clause) {
     BoundPtr limit = expression(count, scope);
+    if (limit->type.isDecimal() || limit->type.isFloat()) {
+        fail(1060, "The number of rows provided for a TOP or FETCH clauses row count parameter must be an integer.",
+             count.range);
+    }
     if (!limit->type.isInteger() && !limit->type.isNull()) {
         limit = cast(std::move(limit), SqlType::of(TypeKind::BigInt));
     }
@@ -166,6 +171,74 @@ BoundOrdering Binder::ordering(const ast::OrderItem& item, Scope* scope, const s
     return result;
 }
 
+namespace {
+
+// Calls `visit` for each expression that stands in the query itself, until one call finds something.
+class EachExpression {
+public:
+    using Visit = std::function<const BoundExpression*(const BoundExpression&)>;
+
+    explicit EachExpression(Visit visit) : visit_(std::move(visit)) {}
+
+    const BoundExpression* in(const BoundQuery& query) const {
+        for (const BoundCommonTable& table : query.with) {
+            if (const BoundExpression* found = in(*table.query)) return found;
+        }
+        if (const BoundExpression* found = in(*query.body)) return found;
+        for (const BoundOrdering& order : query.orderBy) {
+            if (const BoundExpression* found = in(order.expression)) return found;
+        }
+        return nullptr;
+    }
+
+private:
+    const BoundExpression* in(const BoundPtr& expression) const { return expression ? visit_(*expression) : nullptr; }
+
+    const BoundExpression* in(const std::vector<BoundPtr>& expressions) const {
+        for (const BoundPtr& expression : expressions) {
+            if (const BoundExpression* found = in(expression)) return found;
+        }
+        return nullptr;
+    }
+
+    const BoundExpression* in(const BoundBody& body) const {
+        if (body.select == nullptr) {
+            const BoundExpression* found = in(*body.left);
+            return found != nullptr ? found : in(*body.right);
+        }
+        const BoundSelect& select = *body.select;
+        for (const BoundItem& item : select.items) {
+            if (const BoundExpression* found = in(item.expression)) return found;
+        }
+        if (select.from) {
+            if (const BoundExpression* found = in(*select.from)) return found;
+        }
+        for (const BoundPtr* part : {&select.where, &select.having}) {
+            if (const BoundExpression* found = in(*part)) return found;
+        }
+        return in(select.groupBy);
+    }
+
+    const BoundExpression* in(const BoundSource& source) const {
+        if (source.query) {
+            if (const BoundExpression* found = in(*source.query)) return found;
+        }
+        for (const auto* side : {&source.left, &source.right}) {
+            if (*side == nullptr) continue;
+            if (const BoundExpression* found = in(**side)) return found;
+        }
+        for (const auto& row : source.rows) {
+            if (const BoundExpression* found = in(row)) return found;
+        }
+        if (const BoundExpression* found = in(source.arguments)) return found;
+        return in(source.condition);
+    }
+
+    Visit visit_;
+};
+
+}  // namespace
+
 const BoundExpression* Binder::ungrouped(const BoundExpression& expression, const std::vector<BoundPtr>& groups,
                                          const Scope& scope) const {
     for (const BoundPtr& group : groups) {
@@ -176,7 +249,10 @@ const BoundExpression* Binder::ungrouped(const BoundExpression& expression, cons
     for (const BoundPtr& argument : expression.arguments) {
         if (const BoundExpression* found = ungrouped(*argument, groups, scope)) return found;
     }
-    return nullptr;
+    if (expression.query == nullptr) return nullptr;
+    // A subquery may name what is grouped, and nothing else of the query around it.
+    return EachExpression([&](const BoundExpression& inner) { return ungrouped(inner, groups, scope); })
+        .in(*expression.query);
 }
 
 void Binder::checkGrouping(const BoundSelect& select, const BoundQuery* query, const Scope& scope, SourceRange range) {
