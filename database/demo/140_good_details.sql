@@ -1,4 +1,5 @@
--- Serials of devices, batches of dairy by date, and tiles by shade, with what came in and what was sold of them.
+-- Serials of devices, batches of dairy by date, and tiles by shade, with what came into the shop and what was sold of them, as
+-- the ledger has it.
 
 INSERT INTO dbo.DetailTypes (ID, Title, DetailType)
 SELECT N.ID, N.Title, N.DetailType
@@ -21,16 +22,56 @@ INNER JOIN dbo.DetailTypes AS T ON T.ID = R.DetailID
 WHERE NOT EXISTS (SELECT 1 FROM dbo.GoodDetailRelation)
 go
 
--- Five pieces of each good that has details. Piece P of good G has the combination number G * 10 + P.
-IF NOT EXISTS (SELECT 1 FROM dbo.GoodDetailValues)
+-- The central store keeps closed boxes; details are written down in the shop, where they are opened. There the first stock and
+-- each transfer of the ledger bring what they bring: a device with a serial is a combination by itself, dairy and tiles are one
+-- combination a document. Number P of good G has the combination number G * 100 + P. What was there first is sold first.
+IF NOT EXISTS (SELECT 1 FROM dbo.GoodDetailValues) AND NOT EXISTS (SELECT 1 FROM dbo.GoodDetailKardex)
 BEGIN
+    -- Before: what went in, or out, of the good in the rows before this one.
+    DECLARE @Moves TABLE (
+        GoodCode int, Serial bit, Incoming bit, Amount int, Before int, RowNo int, OperationType int, OperationCode int,
+        OperationRow int)
+    INSERT INTO @Moves (
+        GoodCode, Serial, Incoming, Amount, Before, RowNo, OperationType, OperationCode, OperationRow)
+    SELECT M.kala, M.Serial, M.Incoming, M.Amount,
+        SUM(M.Amount) OVER (
+            PARTITION BY M.kala, M.Incoming ORDER BY M.[Date], M.Global_ID, M.OperationRow ROWS UNBOUNDED PRECEDING)
+            - M.Amount,
+        ROW_NUMBER() OVER (PARTITION BY M.kala, M.Incoming ORDER BY M.[Date], M.Global_ID, M.OperationRow),
+        M.OperationType, M.OperationCode, M.OperationRow
+    FROM (
+        SELECT K.kala, CASE WHEN T.DetailType = 3 THEN 1 ELSE 0 END AS Serial, CASE WHEN K.Tedad > 0 THEN 1 ELSE 0 END AS Incoming,
+            CAST(ABS(K.Tedad) AS int) AS Amount, K.[Date], K.Global_ID, K.OperationType, K.OperationCode, K.OperationRow
+        FROM dbo.Kardex AS K
+        INNER JOIN dbo.GoodDetailRelation AS R ON R.GoodCode = K.kala AND R.Slot = 1
+        INNER JOIN dbo.DetailTypes AS T ON T.ID = R.DetailID
+        WHERE K.Anbar = 2
+    ) AS M
+
+    DECLARE @Parts TABLE (
+        DetailValueID int, GoodCode int, Incoming bit, Amount int, OperationType int, OperationCode int, OperationRow int)
+    INSERT INTO @Parts (DetailValueID, GoodCode, Incoming, Amount, OperationType, OperationCode, OperationRow)
+    SELECT M.GoodCode * 100 + N.No, M.GoodCode, M.Incoming, 1, M.OperationType, M.OperationCode, M.OperationRow
+    FROM @Moves AS M
+    INNER JOIN (
+        SELECT H.No * 10 + U.No AS No
+        FROM (VALUES (0), (1), (2), (3), (4), (5), (6), (7), (8), (9)) AS H(No)
+        CROSS JOIN (VALUES (0), (1), (2), (3), (4), (5), (6), (7), (8), (9)) AS U(No)
+    ) AS N ON N.No > M.Before AND N.No <= M.Before + M.Amount
+    WHERE M.Serial = 1
+
+    INSERT INTO @Parts (DetailValueID, GoodCode, Incoming, Amount, OperationType, OperationCode, OperationRow)
+    SELECT M.GoodCode * 100 + CASE WHEN M.Incoming = 1 THEN M.RowNo ELSE 1 END, M.GoodCode, M.Incoming, M.Amount,
+        M.OperationType, M.OperationCode, M.OperationRow
+    FROM @Moves AS M
+    WHERE M.Serial = 0
+
     SET IDENTITY_INSERT dbo.GoodDetailValues ON
     INSERT INTO dbo.GoodDetailValues (ID, GoodCode)
-    SELECT R.GoodCode * 10 + P.No, R.GoodCode
-    FROM dbo.GoodDetailRelation AS R
-    CROSS JOIN (VALUES (1), (2), (3), (4), (5)) AS P(No)
-    WHERE R.Slot = 1
-    ORDER BY R.GoodCode, P.No
+    SELECT P.DetailValueID, P.GoodCode
+    FROM @Parts AS P
+    WHERE P.Incoming = 1
+    ORDER BY P.DetailValueID
     SET IDENTITY_INSERT dbo.GoodDetailValues OFF
 
     INSERT INTO dbo.GoodDetailValueDetails (DetailValueID, Slot, DetailID, Value)
@@ -38,28 +79,30 @@ BEGIN
         CASE T.DetailType
             WHEN 3 THEN N'SN' + CAST(V.ID * 7 + 100000 AS nvarchar(10))
             WHEN 4 THEN N'D' + CAST(V.ID AS nvarchar(10))
-            WHEN 2 THEN N'1405/' + RIGHT(N'0' + CAST(8 + V.ID % 10 % 5 AS nvarchar(2)), 2) + N'/15'
-            ELSE CASE V.ID % 3 WHEN 0 THEN N'سفید' WHEN 1 THEN N'مشکی' ELSE N'طوسی' END END
+            WHEN 2 THEN N'1405/' + RIGHT(N'0' + CAST(8 + V.ID % 5 AS nvarchar(2)), 2) + N'/15'
+            ELSE CASE V.GoodCode
+                WHEN 251 THEN N'سفید'
+                WHEN 252 THEN N'طرح سنگ'
+                WHEN 253 THEN N'کرم'
+                WHEN 254 THEN N'طوسی'
+                ELSE CASE V.ID % 3 WHEN 0 THEN N'سفید' WHEN 1 THEN N'مشکی' ELSE N'طوسی' END END END
     FROM dbo.GoodDetailValues AS V
     INNER JOIN dbo.GoodDetailRelation AS R ON R.GoodCode = V.GoodCode
     INNER JOIN dbo.DetailTypes AS T ON T.ID = R.DetailID
     ORDER BY V.ID, R.Slot
-END
-go
 
--- All five came in with the first stock of the shop, tiles in sheets of 3 by 1.2 metres; the first of each was sold.
-INSERT INTO dbo.GoodDetailKardex (
-    DetailValueID, StoreCode, GoodCode, Amount1, TotalAmount, [Length], Width, Amount3, OperationType, OperationCode,
-    OperationRow)
-SELECT V.ID, S.Code, V.GoodCode, 1, 1,
-    CASE WHEN G.Unit = 9 THEN 3 ELSE 0 END, CASE WHEN G.Unit = 9 THEN 1.2 ELSE 0 END,
-    CASE WHEN G.Unit = 9 THEN 3.6 ELSE 0 END, O.Code, 2, V.GoodCode
-FROM dbo.GoodDetailValues AS V
-INNER JOIN dbo.GoodInf AS G ON G.Code = V.GoodCode
-INNER JOIN dbo.Stores AS S ON S.Code = 2
-INNER JOIN dbo.OperationTypes AS O ON O.Code = 4 OR (O.Code = 1 AND V.ID % 10 = 1)
-WHERE NOT EXISTS (SELECT 1 FROM dbo.GoodDetailKardex)
-ORDER BY O.Direction DESC, V.ID
+    -- Of tiles the measures of one, in metres, and the area.
+    INSERT INTO dbo.GoodDetailKardex (
+        DetailValueID, StoreCode, GoodCode, Amount1, TotalAmount, [Length], Width, Amount3, OperationType, OperationCode,
+        OperationRow)
+    SELECT P.DetailValueID, 2, P.GoodCode, P.Amount, P.Amount, ISNULL(T.[Length], 0), ISNULL(T.Width, 0),
+        CASE WHEN T.GoodCode IS NULL THEN 0 ELSE P.Amount END, P.OperationType, P.OperationCode, P.OperationRow
+    FROM @Parts AS P
+    LEFT JOIN (
+        VALUES (251, 0.6, 0.3), (252, 0.9, 0.3), (253, 0.6, 0.6), (254, 0.8, 0.8)
+    ) AS T(GoodCode, [Length], Width) ON T.GoodCode = P.GoodCode
+    ORDER BY P.Incoming DESC, P.OperationType, P.OperationCode, P.DetailValueID
+END
 go
 
 -- Goods in square metres are followed by length and width.

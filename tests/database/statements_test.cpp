@@ -475,7 +475,7 @@ INSTANTIATE_TEST_SUITE_P(
             "dvd1.DetailID = dt1.ID WHERE dt1.DetailType = 3 AND dk1.OperationType IN (4) AND dk1.OperationCode = 2 "
             "AND "
             "dk1.ID < dk.ID)",
-            6},
+            18},
         Statement{
             "issuedDetails",
             "\tSELECT  ID, DetailValueID, StoreCode, GoodCode, AnbarCode, DetailTitle1, DetailTitle2, DetailTitle3, "
