@@ -10,6 +10,7 @@
 #include "host/desktop/line_icon.h"
 #include "host/desktop/shell_style.h"
 #include "host/screens/theme.h"
+#include "host/services/isolated_text.h"
 
 namespace basalt::host {
 namespace {
@@ -57,7 +58,7 @@ void DatabaseProblemDialog::addTexts(QVBoxLayout& layout, const DatabaseProblem&
     advice->setWordWrap(true);
     wrapped_.push_back(advice);
     layout.addWidget(advice);
-    auto* where = new QLabel(QStringLiteral("\u2066%1\u2069").arg(location));
+    auto* where = new QLabel(QString::fromStdString(readFromLeft(location.toStdString())));
     where->setProperty("kind", QStringLiteral("hint"));
     where->setWordWrap(true);
     wrapped_.push_back(where);

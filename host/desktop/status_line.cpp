@@ -5,6 +5,7 @@
 #include "host/desktop/line_icon.h"
 #include "host/screens/elided_label.h"
 #include "host/screens/theme.h"
+#include "host/services/isolated_text.h"
 #include "package/screens/tool_tip.h"
 
 namespace basalt::host {
@@ -50,10 +51,9 @@ StatusLine::StatusLine(ReferenceHost& host, QWidget* parent) : QFrame(parent), h
 
 void StatusLine::refresh() {
     user_->setText(QString::fromStdString(host_.UserInfo().FullName));
-    const QString location = QString::fromStdString(host_.session().location());
-    // A path reads from the left even in a line that reads from the right.
-    database_->setText(QStringLiteral("\u2066%1\u2069").arg(location));
-    database_->setToolTip(plainToolTip(location));
+    const std::string location = host_.session().location();
+    database_->setText(QString::fromStdString(readFromLeft(location)));
+    database_->setToolTip(plainToolTip(QString::fromStdString(location)));
     engine_->setText(engineTitle(host_.session().engine()));
     workstation_->setText(QString::fromStdString(host_.workstationName()));
 }

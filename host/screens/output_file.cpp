@@ -3,6 +3,7 @@
 #include <cerrno>
 
 #include "host/services/draft_file.h"
+#include "host/services/isolated_text.h"
 #include "host/services/message_texts.h"
 #include "host/services/output_error.h"
 #include "host/services/path_text.h"
@@ -21,7 +22,8 @@ void writeOutputFile(const QString& path, const std::function<bool(const QString
         if (!write(QString::fromStdString(textFromPath(draft.path())))) draft.fail();
         draft.replace();
     } catch (const DraftError& error) {
-        throw OutputError("پروندهٔ «" + textFromPath(place) + "» نوشته نشد: " + fileErrorSentence(error.reason()));
+        throw OutputError("پروندهٔ «" + readFromLeft(textFromPath(place)) +
+                          "» نوشته نشد: " + fileErrorSentence(error.reason()));
     }
 }
 

@@ -1,9 +1,18 @@
 #include "host/screens/output_services.h"
 
+#include <QFileInfo>
+
 #include "host/screens/print_preview.h"
 #include "host/screens/save_file_dialog.h"
+#include "host/screens/toast.h"
+#include "host/services/isolated_text.h"
 
 namespace basalt::host {
+
+void tellSaved(QWidget& window, const QString& path) {
+    const std::string name = isolated(QFileInfo(path).fileName().toStdString());
+    Toast::show(&window, QStringLiteral("پروندهٔ «%1» نوشته شد.").arg(QString::fromStdString(name)));
+}
 
 std::optional<QString> DialogOutputServices::chooseFile(QWidget* parent, const QString& title,
                                                         const QString& suggestedName, const QString& suffix) {

@@ -23,6 +23,9 @@ public:
                          const QPageLayout& paper) = 0;
 };
 
+// Says for a while, over that window, that a file is written: a path that the user has chosen, so its name will do.
+void tellSaved(QWidget& window, const QString& path);
+
 // With dialogs.
 class DialogOutputServices final : public OutputServices {
 public:

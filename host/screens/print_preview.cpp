@@ -211,7 +211,9 @@ void PrintPreview::showAgain(int page) {
 void PrintPreview::savePdf() {
     const auto path =
         context_.output().chooseFile(this, QStringLiteral("خروجی PDF"), document_.title(), QStringLiteral("pdf"));
-    if (path) writePdf(document_, view_->paper(), *path, context_.writing());
+    if (!path) return;
+    writePdf(document_, view_->paper(), *path, context_.writing());
+    tellSaved(*this, *path);
 }
 
 }  // namespace basalt::host

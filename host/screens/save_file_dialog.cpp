@@ -2,10 +2,13 @@
 
 #include <QComboBox>
 #include <QDateTime>
+#include <QDir>
 #include <QFileInfo>
 #include <QFileSystemModel>
 #include <QHeaderView>
 #include <QStandardPaths>
+#include <QStyleOptionComboBox>
+#include <QStylePainter>
 #include <QStyledItemDelegate>
 #include <QTreeView>
 #include <utility>
@@ -13,6 +16,7 @@
 #include "host/screens/persian_digits.h"
 #include "host/screens/splitter_edge.h"
 #include "host/screens/theme.h"
+#include "host/services/isolated_text.h"
 #include "host/services/jalali_calendar.h"
 
 namespace basalt::host {
@@ -52,6 +56,38 @@ public:
     }
 };
 
+// The folder box with its path from the left, shortened in the middle: the toolkit draws it from the right, and loses
+// its first slash and its end.
+class FolderPainter final : public QObject {
+public:
+    FolderPainter(QFileDialog& dialog, QComboBox& box) : QObject(&box), dialog_(dialog), box_(box) {
+        box.installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched != &box_ || event->type() != QEvent::Paint) return QObject::eventFilter(watched, event);
+        QStyleOptionComboBox option;
+        option.initFrom(&box_);
+        option.subControls = QStyle::SC_All;
+        QStylePainter painter(&box_);
+        painter.drawComplexControl(QStyle::CC_ComboBox, option);
+        const QRect room =
+            box_.style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, &box_);
+        const QString path = QDir::toNativeSeparators(dialog_.directory().absolutePath());
+        const QString shown = box_.fontMetrics().elidedText(path, Qt::ElideMiddle, room.width());
+        painter.setPen(box_.palette().color(QPalette::Text));
+        painter.setLayoutDirection(Qt::LeftToRight);
+        painter.drawText(room, Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter | Qt::TextSingleLine,
+                         QString::fromStdString(readFromLeft(shown.toStdString())));
+        return true;
+    }
+
+private:
+    QFileDialog& dialog_;
+    QComboBox& box_;
+};
+
 }  // namespace
 
 void dressFileDialog(QFileDialog& dialog) {
@@ -61,8 +97,10 @@ void dressFileDialog(QFileDialog& dialog) {
     dialog.setItemDelegate(new FileDelegate(&dialog));
     dialog.resize(themeWindowSize({860, 520}, dialog));
     // A path reads from the left: its first slash would stand behind it.
-    if (auto* folder = dialog.findChild<QComboBox*>(QStringLiteral("lookInCombo")))
+    if (auto* folder = dialog.findChild<QComboBox*>(QStringLiteral("lookInCombo"))) {
         folder->setLayoutDirection(Qt::LeftToRight);
+        new FolderPainter(dialog, *folder);
+    }
     if (auto* files = dialog.findChild<QTreeView*>(QStringLiteral("treeView"))) {
         for (const auto& [column, width] : {std::pair(kName, 280), {kSize, 110}, {kType, 90}, {kDate, 170}})
             files->header()->resizeSection(column, themePixels(width));

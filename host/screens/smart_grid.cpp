@@ -622,7 +622,9 @@ void SmartGrid::save(const QString& title, const QString& suffix, const Writer& 
     if (check) check();
     const auto table = content();
     const auto path = context_.output().chooseFile(window(), title, table->title(), suffix);
-    if (path) write(*table, *path, context_.writing());
+    if (!path) return;
+    write(*table, *path, context_.writing());
+    tellSaved(*window(), *path);
 }
 
 void SmartGrid::exportPdf() {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "host/services/draft_file.h"
+#include "host/services/isolated_text.h"
 #include "host/services/output_error.h"
 #include "host/services/path_text.h"
 #include "host/services/platform/process.h"
@@ -51,7 +52,7 @@ void IniOptionsFile::load() {
         std::filesystem::rename(path(), kept, ignored);
         // The formatter would cut the sentence to pieces.
         // clang-format off
-        warning_ = "پروندهٔ تنظیمات ایستگاه خوانده نشد و تنظیمات پیش‌فرض به کار رفت. نسخهٔ خراب در این نشانی نگه داشته شد: " + textFromPath(kept);
+        warning_ = "پروندهٔ تنظیمات ایستگاه خوانده نشد و تنظیمات پیش‌فرض به کار رفت. نسخهٔ خراب در این نشانی نگه داشته شد: " + readFromLeft(textFromPath(kept));
         // clang-format on
         return;
     }

@@ -3,6 +3,8 @@
 #include <array>
 #include <cerrno>
 
+#include "host/services/isolated_text.h"
+
 namespace basalt::host {
 
 namespace {
@@ -139,8 +141,7 @@ std::string fileErrorSentence(const std::error_code& reason) {
     for (const FileErrorText& known : kFileErrors) {
         if (reason == known.reason) return std::string(known.text);
     }
-    // Isolated, so that the foreign words keep their order among the others.
-    return "پاسخ سیستم: \u2066" + reason.message() + "\u2069";
+    return "پاسخ سیستم: " + readFromLeft(reason.message());
 }
 
 std::string_view tooLongSentence(bool limitKnown) {

@@ -49,6 +49,27 @@ TEST(FileDialogs, foldersReadFromTheLeftAndColumnsHaveRoom) {
     EXPECT_GE(side.viewport()->width(), side.sizeHintForColumn(0));
 }
 
+// Where the ink of a folder box begins and ends, beside its frame and its arrow.
+TEST(FileDialogs, theWholePathOfAFolderIsSeen) {
+    applyTheme(*qApp);
+    SaveFileDialog dialog(nullptr, QStringLiteral("خروجی"), QStringLiteral("list"), QStringLiteral("csv"));
+    dialog.setDirectory(QStringLiteral("/usr"));
+    dialog.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&dialog));
+    auto& box = *dialog.findChild<QComboBox*>("lookInCombo");
+    const QImage picture = box.grab().toImage();
+    const int middle = picture.height() / 2;
+    int inked = 0;
+    for (int x = 40; x < picture.width() - 12; ++x) {
+        bool ink = false;
+        for (int y = middle - 7; y <= middle + 7; ++y)
+            ink = ink || qGray(picture.pixel(x, y)) < 128;
+        if (ink && inked == 0) inked = x;
+    }
+    EXPECT_GT(inked, 0);
+    EXPECT_LT(inked, box.fontMetrics().horizontalAdvance(QStringLiteral("/usr")) + 60) << "it stands on the left";
+}
+
 class PrintSettings : public HostDialogs {
 protected:
     PrintSettings() {

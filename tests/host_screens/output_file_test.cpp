@@ -58,7 +58,7 @@ TEST_F(Output, theReasonIsAskedOfTheDiskWhenTheWriterTellsNone) {
     EXPECT_THAT(
         [&] { writeOutputFile(place(), writeBeyond); },
         ThrowsMessage<OutputError>(EndsWith(
-            "a.pdf» نوشته نشد: پرونده بزرگ‌تر از آن است که دیسک می‌پذیرد.")));
+            "a.pdf\u2069» نوشته نشد: پرونده بزرگ‌تر از آن است که دیسک می‌پذیرد.")));
 }
 
 TEST_F(Output, theReasonIsTheWritersWhereTheDiskHasRoomAgain) {
@@ -67,7 +67,7 @@ TEST_F(Output, theReasonIsTheWritersWhereTheDiskHasRoomAgain) {
         return false;
     };
     EXPECT_THAT([&] { writeOutputFile(place(), giveUp); },
-                ThrowsMessage<OutputError>(EndsWith("a.pdf» نوشته نشد: روی دیسک جای خالی نمانده است.")));
+                ThrowsMessage<OutputError>(EndsWith("a.pdf\u2069» نوشته نشد: روی دیسک جای خالی نمانده است.")));
 }
 #endif
 
@@ -76,7 +76,7 @@ TEST_F(Output, aFolderOfThatNameIsNotReplaced) {
     const auto never = [](const QString&) -> bool { throw std::logic_error("there is no place for it"); };
     EXPECT_THAT([&] { writeOutputFile(place(), never); },
                 ThrowsMessage<OutputError>(
-                    EndsWith("a.pdf» نوشته نشد: پوشه‌ای با همین نام هست.")));
+                    EndsWith("a.pdf\u2069» نوشته نشد: پوشه‌ای با همین نام هست.")));
     EXPECT_THAT(names(), UnorderedElementsAre("a.pdf"));
     EXPECT_TRUE(std::filesystem::is_directory(path("a.pdf")));
 }
@@ -84,7 +84,7 @@ TEST_F(Output, aFolderOfThatNameIsNotReplaced) {
 TEST_F(Output, thereMustBeAFolderForIt) {
     const auto never = [](const QString&) -> bool { throw std::logic_error("there is no place for it"); };
     EXPECT_THAT([&] { writeOutputFile(QStringLiteral("/nowhere/a.pdf"), never); },
-                ThrowsMessage<OutputError>("پروندهٔ «/nowhere/a.pdf» نوشته نشد: پوشهٔ آن پیدا نشد."));
+                ThrowsMessage<OutputError>("پروندهٔ «\u2066/nowhere/a.pdf\u2069» نوشته نشد: پوشهٔ آن پیدا نشد."));
 }
 
 }  // namespace

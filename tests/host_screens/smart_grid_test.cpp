@@ -374,6 +374,7 @@ TEST_F(Grid, writesFilesWhereTheUserSays) {
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll().toStdString(),
               "\xEF\xBB\xBFکد,عنوان,قیمت فروش\r\n3,پنیر,12500.5\r\n1,آب,\r\n2,بادام,-300\r\n");
+    EXPECT_EQ(control<QLabel>(grid, "ToastText_LBL")->text().toStdString(), "پروندهٔ «\u2068list.csv\u2069» نوشته شد.");
     grid.exportWorkbook();  // thought better of it
     EXPECT_EQ(folder.path().isEmpty(), false);
     EXPECT_EQ(output.asked.at(0).toStdString(), "خروجی CSV|فهرست.csv");

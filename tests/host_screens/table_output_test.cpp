@@ -337,7 +337,7 @@ TEST_F(TableOutput, whatWasCutIsNotGivenItsPlaceAndTheReasonIsTold) {
             [&] { write(path); },
             ThrowsMessage<OutputError>(EndsWith(
                 name.toStdString() +
-                "» نوشته نشد: پرونده بزرگ‌تر از آن است که دیسک می‌پذیرد.")));
+                "\u2069» نوشته نشد: پرونده بزرگ‌تر از آن است که دیسک می‌پذیرد.")));
         EXPECT_EQ(contents(path), whole);
     }
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), 3);
