@@ -1,13 +1,17 @@
 #include "host/desktop/argument_form.h"
 
 #include <QLabel>
+#include <QScrollBar>
+#include <algorithm>
 
 #include "host/screens/persian_digits.h"
+#include "host/screens/theme.h"
 
 namespace basalt::host {
 namespace {
 
 constexpr int kTextHeight = 76;
+constexpr int kLeastHeight = 80;  // two inputs, and the rest is scrolled
 
 QString typeTitle(const std::string& type) {
     if (type == "integer") return QStringLiteral("عدد صحیح");
@@ -23,7 +27,14 @@ QString typeTitle(const std::string& type) {
 
 }  // namespace
 
-ArgumentForm::ArgumentForm(QWidget* parent) : QWidget(parent), layout_(new QFormLayout(this)) {
+ArgumentForm::ArgumentForm(QWidget* parent) : QScrollArea(parent) {
+    setWidgetResizable(true);
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    // As high as its inputs where there is room, and no higher.
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
+    auto* content = new QWidget;
+    layout_ = new QFormLayout(content);
     setObjectName(QStringLiteral("Arguments_PNL"));
     // Parameters bear Latin names: the form reads from the left.
     setLayoutDirection(Qt::LeftToRight);
@@ -32,6 +43,19 @@ ArgumentForm::ArgumentForm(QWidget* parent) : QWidget(parent), layout_(new QForm
     layout_->setHorizontalSpacing(14);
     layout_->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     layout_->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    setWidget(content);
+    // It lies on a panel.
+    content->setAutoFillBackground(false);
+    viewport()->setAutoFillBackground(false);
+}
+
+QSize ArgumentForm::sizeHint() const {
+    return layout_->sizeHint();
+}
+
+QSize ArgumentForm::minimumSizeHint() const {
+    return {layout_->minimumSize().width() + verticalScrollBar()->sizeHint().width(),
+            std::min(layout_->sizeHint().height(), themePixels(kLeastHeight))};
 }
 
 QWidget* ArgumentForm::makeEditor(Input& input) {
@@ -39,7 +63,7 @@ QWidget* ArgumentForm::makeEditor(Input& input) {
     if (type == "flag") return input.box = new QCheckBox;
     if (type == "record" || type == "list") {
         input.text = new QPlainTextEdit;
-        input.text->setFixedHeight(kTextHeight);
+        input.text->setFixedHeight(themePixels(kTextHeight));
         input.text->setPlaceholderText(typeTitle(type));
         input.text->setTabChangesFocus(true);
         return input.text;
@@ -76,6 +100,7 @@ void ArgumentForm::setParameters(const std::vector<FunctionParameter>& parameter
         none->setLayoutDirection(Qt::RightToLeft);
         layout_->addRow(none);
     }
+    updateGeometry();
 }
 
 CallArguments ArgumentForm::arguments() const {

@@ -8,16 +8,19 @@
 #include <QFormLayout>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QWidget>
+#include <QScrollArea>
 #include <vector>
 
 #include "host/calls/arguments.h"
 
 namespace basalt::host {
 
-class ArgumentForm final : public QWidget {
+class ArgumentForm final : public QScrollArea {
 public:
     explicit ArgumentForm(QWidget* parent = nullptr);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
     // Builds empty inputs for the parameters that a caller gives.
     void setParameters(const std::vector<FunctionParameter>& parameters);

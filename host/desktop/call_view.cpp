@@ -136,7 +136,7 @@ void CallView::addQueries() {
     rowTable_->setAccessibleName(QStringLiteral("ردیف‌ها"));
     rowTable_->setModel(&rows_);
     prepare(*rowTable_);
-    rowTable_->verticalHeader()->setDefaultSectionSize(34);
+    rowTable_->verticalHeader()->setDefaultSectionSize(themePixels(34));
     layout->addWidget(rowTable_, 1);
     titles_.append(QStringLiteral("ردیف‌ها"));
     tabs_->addTab(page, titles_.last());

@@ -10,6 +10,11 @@
 #include "host/services/host_parts.h"
 
 namespace basalt::host {
+namespace {
+
+constexpr int kLeastView = 110;
+
+}  // namespace
 
 ConsolePage::ConsolePage(DesktopContext context, QWidget* parent)
     : ShellPage(parent), context_(context), caller_(context.registry, context.host) {
@@ -62,6 +67,7 @@ QWidget* ConsolePage::makeCallPanel() {
     form_ = new ArgumentForm;
     layout->addWidget(form_);
     view_ = new CallView(context_.host.catalogue());
+    view_->setMinimumHeight(themePixels(kLeastView));
     layout->addWidget(view_, 1);
 
     const auto action = [this] { context_.handlers.guarded(this, [this] { run(); }); };
@@ -78,11 +84,19 @@ void ConsolePage::enter() {
 
 void ConsolePage::choose(const Callable& callable) {
     chosen_ = callable;
+    const bool any = callable.function || callable.entry;
+    run_->setEnabled(any);
+    form_->setVisible(any);
+    view_->clear();
+    if (!any) {
+        name_->clear();
+        summary_->clear();
+        return;
+    }
     name_->setText(QString::fromStdString(callable.name()));
     // Told in the language of the code, from the left.
     summary_->setText(QStringLiteral("\u2066%1\u2069").arg(QString::fromStdString(callable.summary())));
     form_->setParameters(callable.parameters());
-    view_->clear();
 }
 
 void ConsolePage::run() {

@@ -37,9 +37,16 @@ FunctionList::FunctionList(const Registry& registry, QWidget* parent) : QWidget(
         item->setToolTip(QString::fromStdString(callable.summary()));
     }
     layout->addWidget(list_, 1);
+    none_ = new QLabel(QStringLiteral("تابعی با این نام یا شرح پیدا نشد."));
+    none_->setObjectName(QStringLiteral("NoFunction_LBL"));
+    none_->setProperty("kind", QStringLiteral("hint"));
+    none_->setWordWrap(true);
+    none_->setAlignment(Qt::AlignTop | Qt::AlignHCenter);
+    none_->hide();
+    layout->addWidget(none_, 1);
     QObject::connect(search_, &QLineEdit::textChanged, this, [this](const QString& text) { narrow(text); });
     QObject::connect(list_, &QListWidget::currentRowChanged, this, [this](int row) {
-        if (row >= 0 && OnChosen) OnChosen(callables_.at(static_cast<std::size_t>(row)));
+        if (OnChosen) OnChosen(row < 0 ? Callable{} : callables_.at(static_cast<std::size_t>(row)));
     });
     QObject::connect(list_, &QListWidget::itemDoubleClicked, this, [this] { accept(); });
 }
@@ -59,7 +66,7 @@ QString FunctionList::title(const Callable& callable) const {
 void FunctionList::focusSearch() {
     search_->setFocus();
     search_->selectAll();
-    if (list_->currentRow() < 0) list_->setCurrentRow(0);
+    if (list_->currentRow() < 0) narrow(search_->text());
 }
 
 void FunctionList::narrow(const QString& text) {
@@ -75,6 +82,9 @@ void FunctionList::narrow(const QString& text) {
         list_->item(row)->setHidden(!fits);
         if (fits && first < 0) first = row;
     }
+    list_->setVisible(first >= 0);
+    none_->setVisible(first < 0);
+    if (first < 0) list_->setCurrentRow(-1);
     const int current = list_->currentRow();
     if (first >= 0 && (current < 0 || list_->item(current)->isHidden())) list_->setCurrentRow(first);
 }

@@ -3,6 +3,7 @@
 // Down in the search box goes to the list, Enter chooses the first function that is left.
 #pragma once
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QWidget>
@@ -32,7 +33,7 @@ public:
 
     void focusSearch();
 
-    // The one under the cursor has changed.
+    // The one under the cursor has changed; none of both in it when nothing is found.
     std::function<void(const Callable&)> OnChosen;
     // Enter or a double click: the user goes on to the arguments.
     std::function<void()> OnAccepted;
@@ -48,6 +49,7 @@ private:
     std::vector<Callable> callables_;
     QLineEdit* search_;
     QListWidget* list_;
+    QLabel* none_;  // instead of a list without functions
 };
 
 }  // namespace basalt::host

@@ -1,10 +1,12 @@
 #include "host/desktop/console_page.h"
 
 #include <QListWidget>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QTabWidget>
 #include <QTableView>
 
+#include "host/screens/theme.h"
 #include "tests/host_desktop/desktop_test.h"
 
 namespace basalt::host {
@@ -22,9 +24,8 @@ protected:
         showActive(*page);
         page->enter();
     }
-    // `search` finds the one that is meant when several bear the name.
-    void choose(const char* name, const char* search = nullptr) {
-        type(*page, "FunctionSearch_EDT", QString::fromLatin1(search ? search : name));
+    void choose(const char* name) {
+        type(*page, "FunctionSearch_EDT", QString::fromLatin1(name));
         QTest::keyClick(&control(*page, "FunctionSearch_EDT"), Qt::Key_Return);
         ASSERT_EQ(shown(*page, "FunctionName_LBL"), name);
     }
@@ -61,7 +62,7 @@ TEST_F(Console, runsAFunctionAndTellsAllThatItDid) {
 }
 
 TEST_F(Console, showsOutputsFieldByField) {
-    choose("CostLevel_GetByID", "GetByID Mapper");
+    choose("CostLevel_GetByID");
     type(*page, "Code_EDT", "1");
     type(*page, "CostType_EDT", "1");
     click(*page, "Run_BTN");
@@ -85,6 +86,39 @@ TEST_F(Console, showsTheRowsThatAQueryHolds) {
     EXPECT_EQ(control<QComboBox>(*page, "Query_CMB").itemText(0),
               "\u2066CostLevel_List_QUR\u2069 — \u2067۱۰ ردیف\u2069");
     EXPECT_EQ(control<QTabWidget>(*page, "Result_TAB").tabText(2), "ردیف‌ها (۱)");
+}
+
+TEST_F(Console, saysThatNothingIsFoundAndLeavesNoOtherFunctionOpen) {
+    choose("CostLevel_GetNewCode");
+    type(*page, "FunctionSearch_EDT", "xyz");
+    EXPECT_EQ(shown(*page, "NoFunction_LBL"), "تابعی با این نام یا شرح پیدا نشد.");
+    EXPECT_EQ(shown(*page, "FunctionName_LBL"), "");
+    EXPECT_FALSE(control(*page, "Run_BTN").isEnabled());
+    EXPECT_FALSE(control(*page, "Arguments_PNL").isVisible());
+    page->enter();
+    EXPECT_EQ(shown(*page, "FunctionName_LBL"), "") << "what is hidden is not chosen";
+    choose("CostLevel_GetAll");
+    EXPECT_EQ(shown(*page, "NoFunction_LBL"), "(hidden)");
+    EXPECT_TRUE(control(*page, "Run_BTN").isEnabled());
+    EXPECT_TRUE(control(*page, "Filter_EDT").hasFocus());
+}
+
+TEST_F(Console, itsInputsAreWholeAndScrolledInALowWindow) {
+    setThemeFontSize(16);
+    page->resize(880, 470);
+    choose("CostLevel_ExistName");
+    QApplication::processEvents();
+    const auto& form = control<QScrollArea>(*page, "Arguments_PNL");
+    const QWidget& first = control(*page, "Code_EDT");
+    const QWidget& second = control(*page, "CostType_EDT");
+    EXPECT_GE(first.height(), first.sizeHint().height());
+    EXPECT_GT(second.y(), first.y() + first.height()) << "they do not touch";
+    EXPECT_GT(form.verticalScrollBar()->maximum(), 0);
+    EXPECT_GE(form.height(), first.height() + 20) << "one input and the beginning of the next";
+    page->resize(880, 1000);
+    QApplication::processEvents();
+    EXPECT_EQ(form.verticalScrollBar()->maximum(), 0);
+    setThemeFontSize(10);
 }
 
 TEST_F(Console, asksTheUserWhatAFunctionAsks) {
