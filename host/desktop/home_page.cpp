@@ -59,7 +59,7 @@ HomePage::HomePage(DesktopContext context, QWidget* parent) : ShellPage(parent),
     date_ = makeLabel({}, "hint");
     layout->addWidget(date_);
     layout->addSpacing(14);
-    tiles_ = new QGridLayout;
+    tiles_ = new QVBoxLayout;
     tiles_->setSpacing(kTileGap);
     layout->addLayout(tiles_);
     layout->addSpacing(20);
@@ -131,19 +131,24 @@ void HomePage::placeTiles() {
     const int columns = std::clamp(room / (themePixels(kTileWidth) + kTileGap), kFewestInRow, kMostInRow);
     if (columns == columns_) return;
     columns_ = columns;
-    for (int column = 0; column < kMostInRow; ++column)
-        tiles_->setColumnStretch(column, column < columns ? 1 : 0);
-    int row = 0;
+    while (QLayoutItem* row = tiles_->takeAt(0))
+        delete row;
     for (auto first = placed_.begin(); first != placed_.end();) {
         const auto isOther = [first](const PlacedTile& tile) { return tile.group != first->group; };
         const auto end = std::find_if(first, placed_.end(), isOther);
         const auto count = static_cast<int>(end - first);
-        // As many in each row of a group: a full one would leave a tile alone in the next.
+        // As many in each row of a group: a full one would leave a tile alone in the next. Each row is filled.
         const int rows = (count + columns - 1) / columns;
         const int inRow = (count + rows - 1) / rows;
-        for (int i = 0; i < count; ++i)
-            tiles_->addWidget(first[i].button, row + i / inRow, i % inRow);
-        row += rows;
+        QHBoxLayout* row = nullptr;
+        for (int i = 0; i < count; ++i) {
+            if (i % inRow == 0) {
+                row = new QHBoxLayout;
+                row->setSpacing(kTileGap);
+                tiles_->addLayout(row);
+            }
+            row->addWidget(first[i].button, 1);
+        }
         first = end;
     }
 }

@@ -55,7 +55,7 @@ private:
     QScrollArea* scroll_;
     QLabel* greeting_;
     QLabel* date_;
-    QGridLayout* tiles_;
+    QVBoxLayout* tiles_;  // of a layout a row
     std::vector<PlacedTile> placed_;
     int columns_ = 0;
     QTableWidget* recent_ = nullptr;

@@ -111,7 +111,8 @@ void SettingsPage::makeWorkstation(QBoxLayout& layout) {
     fontSize_->setObjectName(QStringLiteral("FontSize_EDT"));
     fontSize_->setRange(kSmallestFont, kLargestFont);
     fontSize_->setFixedWidth(themePixels(120));
-    addField(*panel, QStringLiteral("اندازهٔ قلم"), fontSize_);
+    addField(*panel, persianDigits(QStringLiteral("اندازهٔ قلم (%1 تا %2)").arg(kSmallestFont).arg(kLargestFont)),
+             fontSize_);
     persianDigits_ = new QCheckBox(QStringLiteral("نمایش عددها با رقم‌های فارسی"));
     persianDigits_->setObjectName(QStringLiteral("PersianDigits_CHK"));
     panel->addWidget(persianDigits_);

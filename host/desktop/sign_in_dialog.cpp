@@ -150,6 +150,14 @@ void SignInDialog::showHint() {
 void SignInDialog::showError(const QString& text) {
     error_->setText(text);
     error_->setVisible(!text.isEmpty());
+    fitHeight();
+}
+
+// Never lower again: the buttons would jump away from under the mouse.
+void SignInDialog::fitHeight() {
+    layout()->activate();
+    const int needed = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width()) : sizeHint().height();
+    if (needed > height()) resize(width(), needed);
 }
 
 void SignInDialog::rememberUser(const std::string& name) {

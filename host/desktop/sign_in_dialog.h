@@ -32,6 +32,7 @@ private:
     void showUser();
     void showHint();
     void showError(const QString& text);
+    void fitHeight();
     void rememberUser(const std::string& name);
     void signIn();
     // The sentence that is to be shown when the new password was not taken.

@@ -15,7 +15,10 @@ namespace basalt::host {
 
 class PersianSpinBox : public QSpinBox {
 public:
-    using QSpinBox::QSpinBox;
+    explicit PersianSpinBox(QWidget* parent = nullptr) : QSpinBox(parent) {
+        // As the other inputs of numbers have it.
+        setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
+    }
 
 protected:
     // What is typed replaces the number: nobody means 9 before the 0 that is there.
@@ -35,12 +38,23 @@ protected:
     QValidator::State validate(QString& text, int& cursor) const override {
         if (isNone(text)) return QValidator::Acceptable;
         QString latin = latinDigits(text);
+        // A digit too many is answered with the largest number there can be: without it a small one would be left.
+        if (isTooLarge(latin)) {
+            latin = QString::number(maximum());
+            cursor = static_cast<int>(latin.size());
+        }
         const QValidator::State state = QSpinBox::validate(latin, cursor);
         text = persianDigits(latin);
         return state;
     }
 
 private:
+    [[nodiscard]] bool isTooLarge(const QString& latin) const {
+        constexpr int kMostDigits = 18;
+        const QString number = latin.trimmed().left(kMostDigits);
+        bool isNumber = false;
+        return number.toLongLong(&isNumber) > maximum() && isNumber;
+    }
     [[nodiscard]] bool isNone(const QString& text) const {
         return text.trimmed().isEmpty() && minimum() <= 0 && maximum() >= 0;
     }

@@ -59,6 +59,21 @@ TEST_F(Settings, theFontSizeThatIsTypedReplacesTheOneThere) {
     EXPECT_EQ(size.value(), 12);
 }
 
+TEST_F(Settings, aFontSizeBeyondTheRangeIsTheLargest) {
+    auto& size = control<QSpinBox>(*page, "FontSize_EDT");
+    QTest::mouseClick(size.findChild<QLineEdit*>(), Qt::LeftButton);
+    QCoreApplication::processEvents();
+    for (const QChar letter : QStringLiteral("99"))
+        QTest::sendKeyEvent(QTest::Click, &size, static_cast<Qt::Key>(letter.unicode()), QString(letter), {});
+    EXPECT_EQ(size.value(), 16);
+    EXPECT_EQ(size.text(), "۱۶");
+    QLabel* title = nullptr;
+    for (QLabel* label : page->findChildren<QLabel*>())
+        if (label->buddy() == &size) title = label;
+    ASSERT_TRUE(title);
+    EXPECT_EQ(title->text(), "اندازهٔ قلم (۸ تا ۱۶)");
+}
+
 struct WrongCase {
     const char* name;
     const char* edit;

@@ -1,5 +1,6 @@
 #include "host/desktop/sign_in_dialog.h"
 
+#include "host/screens/theme.h"
 #include "tests/host_desktop/desktop_test.h"
 
 namespace basalt::host {
@@ -45,6 +46,22 @@ TEST_F(SignIn, aWrongPasswordIsToldInsideAndTriedAgain) {
     EXPECT_EQ(shown(dialog, "Error_LBL"), "(hidden)");
     click(dialog, "SignIn_BTN");
     EXPECT_EQ(dialog.result(), QDialog::Accepted);
+}
+
+TEST_F(SignIn, growsWithWhatItSays) {
+    setThemeFontSize(16);
+    SignInDialog dialog(
+        host, QStringLiteral("پایگاه داده به نسخهٔ این برنامه به‌روز شد."));
+    showActive(dialog);
+    dialog.resize(dialog.width(), dialog.height());
+    type(dialog, "Password_EDT", "wrong");
+    click(dialog, "SignIn_BTN");
+    QApplication::processEvents();
+    for (const char* name : {"Notice_LBL", "Error_LBL", "DemoHint_LBL"}) {
+        const auto& label = control<QLabel>(dialog, name);
+        EXPECT_GE(label.height(), label.heightForWidth(label.width())) << name;
+    }
+    setThemeFontSize(10);
 }
 
 TEST_F(SignIn, anotherUserIsChosenByKeyboard) {
