@@ -43,7 +43,8 @@ DockBaseImpl::DockBaseImpl(ScreenContext& context, TBaseDock_FRM& screen)
       option_(context, screen),
       frame_(new ScreenFrame(context, screen)),
       searchPanel_(frame_->addPanel("Search_PNL", 0)),
-      listPanel_(frame_->addPanel("List_PNL", 1)),
+      // Without a factor it grows all the same, as lists do, and in a low window what is below it gives way too.
+      listPanel_(frame_->addPanel("List_PNL", 0)),
       summaryPanel_(frame_->addPanel("Summary_PNL", 0)),
       detailPanel_(frame_->addPanel("Detail_PNL", 0)) {
     screen.resize(themeWindowSize({760, 560}, screen));

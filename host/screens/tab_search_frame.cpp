@@ -6,13 +6,31 @@
 #include "host/screens/search_condition.h"
 
 namespace basalt::host {
+namespace {
+
+// Tabs without more room than they ask for: the bar itself asks for a pixel less, and the first word loses its edge.
+class WholeTabs final : public QTabBar {
+public:
+    using QTabBar::QTabBar;
+    [[nodiscard]] QSize sizeHint() const override {
+        int width = 2;
+        for (int tab = 0; tab < count(); ++tab)
+            width += tabSizeHint(tab).width();
+        return QTabBar::sizeHint().expandedTo({width, 0});
+    }
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+};
+
+}  // namespace
 
 TabSearchFrame::TabSearchFrame(ScreenContext& context, const QString& objectName, QWidget* parent)
-    : TTab_Search_Frame(parent), context_(context), tabs_(new QTabBar(this)), change_(context, *this) {
+    : TTab_Search_Frame(parent), context_(context), tabs_(new WholeTabs(this)), change_(context, *this) {
     setObjectName(objectName);
     tabs_->setObjectName(objectName + QStringLiteral("_TBC"));
     tabs_->setDrawBase(false);
     tabs_->setExpanding(false);
+    // In a narrow row they would scroll, and leave a part of a word.
+    tabs_->setUsesScrollButtons(false);
     tabs_->setFocusPolicy(Qt::StrongFocus);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -1,7 +1,5 @@
 #include "host/screens/window_size.h"
 
-#include <algorithm>
-
 #include "host/screens/theme.h"
 
 namespace basalt::host {
@@ -13,18 +11,27 @@ int usual(int length) {
     return qRound(length / themeSize(1));
 }
 
+// Of the window: the size that it was opened with, and the one that was kept then.
+constexpr const char* kOpened = "basaltOpenedSize";
+constexpr const char* kKept = "basaltKeptSize";
+
 }  // namespace
 
 void keepWindowSize(QJsonObject& layout, const QWidget& window) {
-    layout.insert(QStringLiteral("width"), usual(window.width()));
-    layout.insert(QStringLiteral("height"), usual(window.height()));
+    QSize size(usual(window.width()), usual(window.height()));
+    if (window.property(kOpened).toSize() == window.size()) size = window.property(kKept).toSize();
+    if (size.isEmpty()) return;
+    layout.insert(QStringLiteral("width"), size.width());
+    layout.insert(QStringLiteral("height"), size.height());
 }
 
 void restoreWindowSize(QWidget& window, const QJsonObject& layout) {
-    const int width = layout.value(QStringLiteral("width")).toInt();
-    const int height = layout.value(QStringLiteral("height")).toInt();
-    if (width <= 0 || height <= 0) return;
-    window.resize(themeWindowSize(QSize(std::min(width, kMost), std::min(height, kMost)), window));
+    const QSize kept =
+        QSize(layout.value(QStringLiteral("width")).toInt(), layout.value(QStringLiteral("height")).toInt())
+            .boundedTo({kMost, kMost});
+    if (!kept.isEmpty()) window.resize(themeWindowSize(kept, window));
+    window.setProperty(kOpened, window.size());
+    window.setProperty(kKept, kept);
 }
 
 }  // namespace basalt::host

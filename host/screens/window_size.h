@@ -11,7 +11,8 @@
 
 namespace basalt::host {
 
-// As it would be at the usual font size, so that the window grows with the font.
+// As it would be at the usual font size, so that the window grows with the font. A window that nobody has resized since
+// restoreWindowSize keeps what was kept before, if anything: its size may be what a small screen has left of it.
 void keepWindowSize(QJsonObject& layout, const QWidget& window);
 // No larger than the screen has room for: it may be another one than that on which the window had its size. A layout
 // without a size changes nothing.

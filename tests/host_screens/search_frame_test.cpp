@@ -7,6 +7,7 @@
 #include <QToolTip>
 
 #include "host/screens/search_edit.h"
+#include "host/screens/theme.h"
 #include "tests/host_screens/screen_test.h"
 
 namespace basalt::host {
@@ -50,6 +51,20 @@ TEST_F(SearchFrames, keysGivenToTheFrameReachItsInput) {
     // A key that the input does not want is not handed to it a second time.
     QTest::keyClick(frame, Qt::Key_F5);
     EXPECT_EQ(frame->Filter(), "[Name] LIKE N'%x%'");
+}
+
+TEST_F(SearchFrames, showDigitsAsTheListDoes) {
+    auto* frame = general();
+    auto* input = control<QLineEdit>(window, "General_EDT");
+    type(input, QStringLiteral("سطر 57"));
+    EXPECT_EQ(input->text().toStdString(), "سطر ۵۷");
+    EXPECT_EQ(frame->Filter(), "[Name] LIKE N'%سطر[ \u200C][5۵٥][7۷٧]%'");
+    input->clear();
+    // A digit belongs to the word that it stands in.
+    type(input, QStringLiteral("4"));
+    EXPECT_EQ(input->text().toStdString(), "۴");
+    type(input, QStringLiteral("A"));
+    EXPECT_EQ(input->text().toStdString(), "4A");
 }
 
 TEST_F(SearchFrames, aDigitsItemTakesDigitsOnly) {
@@ -337,6 +352,27 @@ TEST_F(SearchFrames, aTabStandsForAValue) {
     EXPECT_EQ(calls, (std::vector<std::string>{"[Status] = 2", "screen"}));
     frame->Search_TBCChange();
     EXPECT_EQ(calls.back(), "[Status] = 1");
+}
+
+TEST_F(SearchFrames, tabsAreWholeInANarrowRow) {
+    applyTheme(*qApp);
+    setThemeFontSize(16);
+    auto* frame = screens.createTabSearch("Tab", &window);
+    frame->AddTab("خرید", "1");
+    frame->AddTab("فروش", "2");
+    auto* tabs = control<QTabBar>(window, "Tab_TBC");
+    window.show();
+    for (const int tab : {1, 0}) {
+        tabs->setCurrentIndex(tab);
+        frame->resize(frame->minimumSizeHint().width(), 50);
+        QCoreApplication::processEvents();
+        for (int i = 0; i < 2; ++i) {
+            const QRect place = tabs->tabRect(i);
+            EXPECT_TRUE(tabs->rect().contains(place))
+                << i << " with " << tab << " in front: " << place.left() << " to " << place.right();
+        }
+    }
+    setThemeFontSize(10);
 }
 
 TEST_F(SearchFrames, theManagerRunsTheNarrowedStatement) {

@@ -39,6 +39,25 @@ TEST_F(WindowSizes, growWithTheFont) {
     EXPECT_EQ(again, layout);
 }
 
+TEST_F(WindowSizes, thatNobodyHasChangedAreKeptAsTheyWere) {
+    const QJsonObject wide{{"width", 1400}, {"height", 900}};
+    setThemeFontSize(16);
+    EXPECT_EQ(restored(wide), QSize(1904, 1032)) << "all that the screen has";
+    QJsonObject again;
+    keepWindowSize(again, window);
+    EXPECT_EQ(again, wide);
+    window.resize(800, 640);
+    keepWindowSize(again, window);
+    EXPECT_EQ(again, (QJsonObject{{"width", 500}, {"height", 400}}));
+}
+
+TEST_F(WindowSizes, thatNobodyHasGivenAreNotKept) {
+    restored({});
+    QJsonObject layout;
+    keepWindowSize(layout, window);
+    EXPECT_EQ(layout, QJsonObject());
+}
+
 TEST_F(WindowSizes, leaveRoomOnTheScreenForTheFrame) {
     EXPECT_EQ(restored({{"width", 1920}, {"height", 1080}}), QSize(1904, 1032));
     EXPECT_EQ(restored({{"width", 5000000}, {"height", 700}}), QSize(1904, 700));
