@@ -52,7 +52,7 @@ TEST_F(WindowSizes, thatNobodyHasChangedAreKeptAsTheyWere) {
 }
 
 TEST_F(WindowSizes, thatNobodyHasGivenAreNotKept) {
-    restored({});
+    restoreWindowSize(window, {});
     QJsonObject layout;
     keepWindowSize(layout, window);
     EXPECT_EQ(layout, QJsonObject());

@@ -79,6 +79,9 @@ TEST_F(DBText, aLowerLabelHasFewerLines) {
     EXPECT_EQ(label.toolTip(), "");
     label.resize(300, label.minimumSizeHint().height());
     EXPECT_EQ(paintedLines(), 1);
+    EXPECT_EQ(label.toolTip(), "") << "short lines stand behind each other";
+    label.resize(20, label.height());
+    EXPECT_EQ(paintedLines(), 1);
     EXPECT_NE(label.toolTip(), "");
 }
 
