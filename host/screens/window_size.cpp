@@ -1,5 +1,7 @@
 #include "host/screens/window_size.h"
 
+#include <QEvent>
+
 #include "host/screens/theme.h"
 
 namespace basalt::host {
@@ -14,6 +16,19 @@ int usual(int length) {
 // Of the window: the size that it was opened with, and the one that was kept then.
 constexpr const char* kOpened = "basaltOpenedSize";
 constexpr const char* kKept = "basaltKeptSize";
+
+// A window without a size of its own gets one only when it is shown.
+class ShownSize final : public QObject {
+public:
+    explicit ShownSize(QWidget& window) : QObject(&window) { window.installEventFilter(this); }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::Show || event->spontaneous()) return false;
+        watched->setProperty(kOpened, static_cast<QWidget*>(watched)->size());
+        deleteLater();
+        return false;
+    }
+};
 
 }  // namespace
 
@@ -32,6 +47,7 @@ void restoreWindowSize(QWidget& window, const QJsonObject& layout) {
     if (!kept.isEmpty()) window.resize(themeWindowSize(kept, window));
     window.setProperty(kOpened, window.size());
     window.setProperty(kKept, kept);
+    if (!window.isVisible()) new ShownSize(window);
 }
 
 }  // namespace basalt::host

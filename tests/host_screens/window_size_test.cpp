@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QLabel>
+#include <QVBoxLayout>
+
 #include "host/screens/theme.h"
 
 namespace basalt::host {
@@ -56,6 +59,19 @@ TEST_F(WindowSizes, thatNobodyHasGivenAreNotKept) {
     QJsonObject layout;
     keepWindowSize(layout, window);
     EXPECT_EQ(layout, QJsonObject());
+    // Its contents give a window its size when it is shown.
+    QWidget form;
+    form.setLayout(new QVBoxLayout);
+    form.layout()->addWidget(new QLabel(QStringLiteral("نام")));
+    const QSize before = form.size();
+    restoreWindowSize(form, {});
+    form.show();
+    ASSERT_NE(form.size(), before);
+    keepWindowSize(layout, form);
+    EXPECT_EQ(layout, QJsonObject());
+    form.resize(before);
+    keepWindowSize(layout, form);
+    EXPECT_EQ(layout, (QJsonObject{{"width", before.width()}, {"height", before.height()}}));
 }
 
 TEST_F(WindowSizes, leaveRoomOnTheScreenForTheFrame) {

@@ -81,7 +81,8 @@ TEST(Deploy, anEmptyDatabaseBecomesCurrent) {
     deployDatabase(*session);
     EXPECT_EQ(schemaState(*session), SchemaState::Current);
     EXPECT_FALSE(holdsDemoData(*session));
-    EXPECT_THAT(linesOf(*session, "SELECT Version FROM dbo.HostSchemaVersion"), ElementsAre(std::to_string(kSchemaVersion)));
+    EXPECT_THAT(linesOf(*session, "SELECT Version FROM dbo.HostSchemaVersion"),
+                ElementsAre(std::to_string(kSchemaVersion)));
 }
 
 TEST(Deploy, withoutDemoDataThereIsWhatAShopBeginsWith) {
