@@ -107,7 +107,9 @@ void SettingsPage::makeWorkstation(QBoxLayout& layout) {
     workstationProblem_->setProperty("kind", QStringLiteral("problem"));
     workstationProblem_->hide();
     panel->addWidget(workstationProblem_);
-    fontSize_ = new PersianSpinBox;
+    auto* fontSize = new PersianSpinBox;
+    fontSize->takeTooMuchAsMost();
+    fontSize_ = fontSize;
     fontSize_->setObjectName(QStringLiteral("FontSize_EDT"));
     fontSize_->setRange(kSmallestFont, kLargestFont);
     fontSize_->setFixedWidth(themePixels(120));

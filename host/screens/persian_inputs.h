@@ -20,6 +20,10 @@ public:
         setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
     }
 
+    // A size may as well be the largest one when more is typed: without the digit too many a small one would be left.
+    // Not so a code, which would be another's.
+    void takeTooMuchAsMost() { tooMuchIsMost_ = true; }
+
 protected:
     // What is typed replaces the number: nobody means 9 before the 0 that is there.
     void focusInEvent(QFocusEvent* event) override {
@@ -38,8 +42,7 @@ protected:
     QValidator::State validate(QString& text, int& cursor) const override {
         if (isNone(text)) return QValidator::Acceptable;
         QString latin = latinDigits(text);
-        // A digit too many is answered with the largest number there can be: without it a small one would be left.
-        if (isTooLarge(latin)) {
+        if (tooMuchIsMost_ && isTooLarge(latin)) {
             latin = QString::number(maximum());
             cursor = static_cast<int>(latin.size());
         }
@@ -58,6 +61,8 @@ private:
     [[nodiscard]] bool isNone(const QString& text) const {
         return text.trimmed().isEmpty() && minimum() <= 0 && maximum() >= 0;
     }
+
+    bool tooMuchIsMost_ = false;
 };
 
 // Takes any text.
