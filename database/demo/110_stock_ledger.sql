@@ -2,11 +2,12 @@
 -- one buys for the central store, one moves to the shop, and two sell there. Sale 62 hands out fifty of good 160, of which the
 -- shop has thirty-six: its stock there is below zero from then on.
 
--- Its documents are numbered over all dates.
-INSERT INTO dbo.HostSettings (Name, Value)
-SELECT N'LedgerNumbering', N'all'
-WHERE NOT EXISTS (SELECT 1 FROM dbo.HostSettings WHERE Name = N'LedgerNumbering')
-    AND NOT EXISTS (SELECT 1 FROM dbo.Kardex) AND EXISTS (SELECT 1 FROM dbo.Stores WHERE Code = 2)
+-- Its documents are numbered over all dates, whatever was said of the empty ledger.
+IF NOT EXISTS (SELECT 1 FROM dbo.Kardex) AND EXISTS (SELECT 1 FROM dbo.Stores WHERE Code = 2)
+BEGIN
+    DELETE FROM dbo.HostSettings WHERE Name = N'LedgerNumbering'
+    INSERT INTO dbo.HostSettings (Name, Value) VALUES (N'LedgerNumbering', N'all')
+END
 go
 
 IF NOT EXISTS (SELECT 1 FROM dbo.Kardex) AND EXISTS (SELECT 1 FROM dbo.Stores WHERE Code = 2)

@@ -65,8 +65,10 @@ BEGIN
     BEGIN
         SET @First = @Date
         SET @Last = @Date
-        IF EXISTS (SELECT 1 FROM dbo.HostSettings WHERE Name = N'LedgerNumbering' AND Value = N'all')
-            SELECT @First = MIN([Date]), @Last = MAX([Date]) FROM dbo.Kardex WHERE Global_ID = @globalID
+        -- A host that keeps its settings elsewhere has no such table, and numbers within a date.
+        IF OBJECT_ID(N'dbo.HostSettings') IS NOT NULL
+            IF EXISTS (SELECT 1 FROM dbo.HostSettings WHERE Name = N'LedgerNumbering' AND Value = N'all')
+                SELECT @First = MIN([Date]), @Last = MAX([Date]) FROM dbo.Kardex WHERE Global_ID = @globalID
     END
 
     -- What the document moved before and does not name any more.

@@ -77,6 +77,29 @@ TEST(Deployment, againLeavesTheSameDatabase) {
     }
 }
 
+TEST(Deployment, saysHowTheLedgerNumbersItsDocuments) {
+    const std::string said = "SELECT Value FROM dbo.HostSettings WHERE Name = N'LedgerNumbering'";
+    const auto session = openDatabase(":memory:");
+    deployDatabase(*session);
+    EXPECT_THAT(linesOf(*session, said), ElementsAre("date"));
+    // The demo company comes into the empty ledger and brings its own numbers.
+    deployDatabase(*session, {.demo = true});
+    EXPECT_THAT(linesOf(*session, said), ElementsAre("all"));
+    // What was made before there was such a row is looked at.
+    execute(*session, "DELETE FROM dbo.HostSettings WHERE Name = N'LedgerNumbering'");
+    deployDatabase(*session);
+    EXPECT_THAT(linesOf(*session, said), ElementsAre("all"));
+    // Document 11 is of the first day: a number of two days.
+    execute(*session, "DELETE FROM dbo.HostSettings WHERE Name = N'LedgerNumbering'");
+    execute(*session, "UPDATE TOP (1) dbo.Kardex SET [Date] = N'1405/01/02' WHERE Global_ID = 11");
+    deployDatabase(*session);
+    EXPECT_THAT(linesOf(*session, said), ElementsAre("date"));
+    // What its owner says stays.
+    execute(*session, "UPDATE dbo.HostSettings SET Value = N'all' WHERE Name = N'LedgerNumbering'");
+    deployDatabase(*session, {.demo = true});
+    EXPECT_THAT(linesOf(*session, said), ElementsAre("all"));
+}
+
 TEST(Deployment, givesTheSameDemoCompanyEachTime) {
     const auto rowsOfADemo = [] {
         const auto session = openDatabase(":memory:");
