@@ -200,7 +200,7 @@ bool SettingsPage::save() {
         workstation_->setFocus();
         return false;
     }
-    saveCompany();
+    if (!saveCompany()) return false;
     saveWorkstation();
     setUnsaved(false);
     state_->setProperty("kind", QStringLiteral("success"));
@@ -209,14 +209,25 @@ bool SettingsPage::save() {
     return true;
 }
 
-void SettingsPage::saveCompany() {
+bool SettingsPage::saveCompany() {
     TSettingRecord record = context_.host.settings().record();
     for (const SettingEditor* editor : editors_)
         SettingsStore::assign(record, editor->field().name, editor->value());
-    std::string titles;
-    for (const std::string& name : context_.host.settings().store(record))
-        titles += (titles.empty() ? "" : "، ") + settingTitle(*SettingsStore::findField(name)).toStdString();
-    if (!titles.empty()) context_.host.SetUserEvent(hpSettings, prEdit, titles, false, true);
+    const auto log = [this](const std::vector<std::string>& names) {
+        std::string titles;
+        for (const std::string& name : names)
+            titles += (titles.empty() ? "" : "، ") + settingTitle(*SettingsStore::findField(name)).toStdString();
+        context_.host.SetUserEvent(hpSettings, prEdit, titles, true, true);
+    };
+    try {
+        context_.host.settings().store(record, log);
+        return true;
+    } catch (const DatabaseError& error) {
+        if (error.category() != ErrorCategory::Conflict) throw;
+    }
+    context_.host.Messages().show({.operation = "MsgRecordChanged", .form = this});
+    load();
+    return false;
 }
 
 void SettingsPage::saveWorkstation() {

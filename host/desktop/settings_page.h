@@ -39,7 +39,8 @@ private:
     void load();
     // False when the user may not, or when something does not fit; the first such input has the focus then.
     [[nodiscard]] bool save();
-    void saveCompany();
+    // False when somebody else has changed the same setting meanwhile; the user has been told and sees what there is.
+    [[nodiscard]] bool saveCompany();
     void saveWorkstation();
     void edited();
     void setUnsaved(bool unsaved);

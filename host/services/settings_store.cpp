@@ -165,14 +165,23 @@ void SettingsStore::reload() {
         const std::string value = textAt(rows, 1, row);
         if (field && !examine(*field, value)) put(record, *field, value);
     }
+    stored_ = record;
     for (const auto& [name, value] : overrides_)
         assign(record, name, value);
     record_ = std::move(record);
     loaded_ = true;
 }
 
-void SettingsStore::write(std::string_view name, const std::string& value) {
-    const std::string key(name);
+// The row stays locked, so that nobody changes it between the comparison and the writing.
+void SettingsStore::write(const SettingField& field, const std::string& value) {
+    const std::string key(field.name);
+    const RowSet rows =
+        rowsOf(session_, "SELECT Value FROM dbo.HostSettings WITH (UPDLOCK, HOLDLOCK) WHERE Name = ?", {key});
+    TSettingRecord current;
+    if (rows.rowCount() > 0 && !examine(field, textAt(rows, 0, 0))) put(current, field, textAt(rows, 0, 0));
+    if (text(current, field) != text(stored_, field))
+        throw DatabaseError(ErrorCategory::Conflict, "01001", 0,
+                            "the setting " + key + " has been changed by somebody else meanwhile; nothing was saved");
     updateOrInsert(session_, "UPDATE dbo.HostSettings SET Value = ? WHERE Name = ?", {value, key},
                    "INSERT INTO dbo.HostSettings (Name, Value) VALUES (?, ?)", {key, value});
 }
@@ -183,7 +192,7 @@ void SettingsStore::store(std::string_view name, std::string_view value) {
     store(changed);
 }
 
-std::vector<std::string> SettingsStore::store(const TSettingRecord& changed) {
+std::vector<std::string> SettingsStore::store(const TSettingRecord& changed, const AlsoWritten& also) {
     std::vector<std::string> names;
     for (const SettingField& field : kFields) {
         const std::string value = text(changed, field);
@@ -193,12 +202,16 @@ std::vector<std::string> SettingsStore::store(const TSettingRecord& changed) {
         }
         names.emplace_back(field.name);
     }
+    if (names.empty()) return names;
     HostTransaction transaction(session_);
     for (const std::string& name : names)
-        write(name, text(changed, requireField(name)));
+        write(requireField(name), text(changed, requireField(name)));
+    if (also) also(names);
     transaction.commit();
-    for (const std::string& name : names)
+    for (const std::string& name : names) {
         overrides_.erase(name);
+        put(stored_, requireField(name), text(changed, requireField(name)));
+    }
     record_ = changed;
     return names;
 }

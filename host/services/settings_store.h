@@ -7,6 +7,7 @@
 // Fields that nobody stored have the defaults of TSettingRecord.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <span>
 #include <string>
@@ -50,17 +51,21 @@ public:
 
     // Checks and writes; errors as for assign, and nothing is written then.
     void store(std::string_view name, std::string_view value);
-    // All fields that differ, in one transaction. Returns their names.
-    std::vector<std::string> store(const TSettingRecord& record);
+    // All fields that differ from record(), and in the same transaction what `also` writes, given their names; it is
+    // not asked when there are none. Returns the names. DatabaseError (Conflict) when somebody else has changed one of
+    // the fields since they were read. After an error nothing is written and record() is as it was.
+    using AlsoWritten = std::function<void(const std::vector<std::string>& names)>;
+    std::vector<std::string> store(const TSettingRecord& record, const AlsoWritten& also = {});
     // Holds for this process only and wins over what is stored.
     void override(std::string_view name, std::string_view value);
 
 private:
-    void write(std::string_view name, const std::string& value);
+    void write(const SettingField& field, const std::string& value);
 
     Session& session_;
     bool loaded_ = false;
-    TSettingRecord record_;
+    TSettingRecord stored_;  // as read
+    TSettingRecord record_;  // with what holds for this process only
     std::map<std::string, std::string, std::less<>> overrides_;
 };
 

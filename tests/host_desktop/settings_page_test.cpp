@@ -1,5 +1,7 @@
 #include "host/desktop/settings_page.h"
 
+#include <gmock/gmock.h>
+
 #include <QComboBox>
 
 #include "host/services/host_parts.h"
@@ -7,6 +9,9 @@
 
 namespace basalt::host {
 namespace {
+
+using ::testing::ElementsAre;
+using ::testing::SizeIs;
 
 class Settings : public DesktopTest {
 protected:
@@ -47,6 +52,27 @@ TEST_F(Settings, areStoredForEverybodyAndLogged) {
     EXPECT_EQ(entry.part, hpSettings);
     EXPECT_EQ(entry.permission, prEdit);
     EXPECT_EQ(entry.text, "نام شرکت، تعداد رقم اعشار مبالغ، کنترل موجودی منفی، جزئیات کالا دوواحدی");
+}
+
+TEST_F(Settings, thatSomebodyElseHasChangedAreShownInsteadOfOverwritten) {
+    SettingsStore(*session).store("CompanyName", "فروشگاه دیگری");
+    type(*page, "CompanyName_EDT", "فروشگاه آزمون");
+    click(*page, "SaveSettings_BTN");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgRecordChanged()"));
+    EXPECT_EQ(stored().CompanyName, "فروشگاه دیگری");
+    EXPECT_EQ(control<QLineEdit>(*page, "CompanyName_EDT").text().toStdString(), "فروشگاه دیگری");
+    EXPECT_FALSE(saveIsPossible());
+}
+
+TEST_F(Settings, areNotStoredWithoutTheirEntryInTheLog) {
+    const std::string before = stored().CompanyName;
+    execute(*session, "DROP TABLE dbo.HostUserLog");
+    type(*page, "CompanyName_EDT", "فروشگاه آزمون");
+    click(*page, "SaveSettings_BTN");
+    EXPECT_THAT(takeMessages(), SizeIs(1));
+    EXPECT_EQ(stored().CompanyName, before);
+    EXPECT_EQ(host.SettingRecord().CompanyName, before);
+    EXPECT_TRUE(saveIsPossible());
 }
 
 TEST_F(Settings, theFontSizeThatIsTypedReplacesTheOneThere) {

@@ -49,6 +49,42 @@ TEST_F(SettingsTest, aWholeRecordStoresWhatDiffers) {
     EXPECT_THAT(linesOf(*session, "SELECT Value FROM dbo.HostSettings WHERE Name = N'NegativeType'"), ElementsAre("0"));
 }
 
+TEST_F(SettingsTest, whatAnotherClientHasChangedMeanwhileIsNotOverwritten) {
+    TSettingRecord record = settings.record();
+    SettingsStore other(*session);
+    other.store("CompanyName", "شرکت دیگری");
+    record.CompanyName = "شرکت من";
+    record.NegativeType = 0;
+    try {
+        settings.store(record);
+        ADD_FAILURE() << "it was written";
+    } catch (const DatabaseError& error) {
+        EXPECT_EQ(error.category(), ErrorCategory::Conflict);
+    }
+    EXPECT_EQ(settings.record().NegativeType, 1);
+    other.reload();
+    EXPECT_EQ(other.record().CompanyName, "شرکت دیگری");
+    EXPECT_EQ(other.record().NegativeType, 1) << "all or nothing";
+    settings.reload();
+    settings.store("CompanyName", "شرکت من");
+    other.reload();
+    EXPECT_EQ(other.record().CompanyName, "شرکت من");
+}
+
+TEST_F(SettingsTest, standOrFallWithWhatIsWrittenBesideThem) {
+    TSettingRecord record = settings.record();
+    record.CompanyName = "شرکت من";
+    EXPECT_THROW(settings.store(record,
+                                [](const auto& names) {
+                                    EXPECT_THAT(names, ElementsAre("CompanyName"));
+                                    throw std::runtime_error("the log is full");
+                                }),
+                 std::runtime_error);
+    EXPECT_EQ(settings.record().CompanyName, "بازرگانی مهرآفرین");
+    settings.reload();
+    EXPECT_EQ(settings.record().CompanyName, "بازرگانی مهرآفرین");
+}
+
 struct BadSetting {
     const char* label;
     const char* name;
