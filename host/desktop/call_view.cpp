@@ -88,6 +88,7 @@ CallView::CallView(const MessageCatalogue& catalogue, QWidget* parent) : QWidget
     state_ = new QLabel;
     state_->setObjectName(QStringLiteral("CallState_LBL"));
     state_->setWordWrap(true);
+    state_->setTextFormat(Qt::PlainText);
     layout->addWidget(state_);
     tabs_ = new QTabWidget;
     tabs_->setObjectName(QStringLiteral("Result_TAB"));
@@ -126,7 +127,9 @@ void CallView::addQueries() {
     query_->setLayoutDirection(Qt::LeftToRight);
     layout->addWidget(query_);
     queryText_ = new QLabel;
+    queryText_->setObjectName(QStringLiteral("QueryText_LBL"));
     queryText_->setWordWrap(true);
+    queryText_->setTextFormat(Qt::PlainText);
     queryText_->setProperty("kind", QStringLiteral("hint"));
     queryText_->setAlignment(Qt::AlignLeft | Qt::AlignTop | Qt::AlignAbsolute);
     queryText_->setTextInteractionFlags(Qt::TextSelectableByMouse);

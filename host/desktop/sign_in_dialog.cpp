@@ -29,6 +29,7 @@ QLineEdit* addPassword(QBoxLayout& layout, const char* objectName, QLabel& title
 
 QLabel* addLabel(QBoxLayout& layout, const QString& text, const char* kind) {
     auto* label = new QLabel(text);
+    label->setTextFormat(Qt::PlainText);
     label->setProperty("kind", QString::fromLatin1(kind));
     label->setWordWrap(true);
     layout.addWidget(label);

@@ -156,6 +156,18 @@ TEST_F(Console, showsAFailureWithWhatLedToIt) {
         ElementsAre("CostLevel_List_QUR|open|select Code,Name,Comment from CostLevel\n WHERE NoSuchColumn = 1"));
 }
 
+TEST_F(Console, showsStatementsLetterForLetter) {
+    choose("CostLevel_ExistName");
+    type(*page, "Code_EDT", "7");
+    type(*page, "CostType_EDT", "1");
+    type(*page, "Name_EDT", "a<b>x</b><br>y");
+    click(*page, "Run_BTN");
+    for (const char* name : {"CallState_LBL", "QueryText_LBL"})
+        EXPECT_EQ(control<QLabel>(*page, name).textFormat(), Qt::PlainText) << name;
+    EXPECT_EQ(control<QLabel>(*page, "QueryText_LBL").text().toStdString(),
+              "select Name from CostLevel where Name = 'a<b>x</b><br>y' and Code <> 7  AND CostType = 1");
+}
+
 TEST_F(Console, persianCellsReadFromTheRight) {
     choose("CostLevel_Delete");
     type(*page, "Code_EDT", "10");
