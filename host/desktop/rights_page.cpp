@@ -46,6 +46,7 @@ RightsPage::RightsPage(DesktopContext context, QWidget* parent)
     title->setProperty("kind", QStringLiteral("pageTitle"));
     layout->addWidget(title);
     note_ = new QLabel;
+    note_->setTextFormat(Qt::PlainText);
     note_->setObjectName(QStringLiteral("RightsNote_LBL"));
     note_->setProperty("kind", QStringLiteral("hint"));
     note_->setWordWrap(true);
@@ -105,6 +106,7 @@ void RightsPage::makeFooter(QBoxLayout& layout) {
     undo_->setObjectName(QStringLiteral("UndoRights_BTN"));
     state_ = new QLabel;
     state_->setObjectName(QStringLiteral("RightsState_LBL"));
+    state_->setTextFormat(Qt::PlainText);
     state_->setProperty("kind", QStringLiteral("success"));
     footer->addWidget(save_);
     footer->addWidget(undo_);
@@ -162,14 +164,15 @@ void RightsPage::choose() {
     const int row = list_->currentRow();
     if (row < 0 || row >= static_cast<int>(users_.size())) return;
     const int chosen = users_[static_cast<std::size_t>(row)].code;
-    const int shown = model_.sheet().user.code;
-    if (chosen == shown) return;
+    if (chosen == model_.sheet().user.code) return;
     if (settleChanges({"رفتن به کاربر دیگر"})) {
         reload(chosen);
         return;
     }
+    // Back to whom the table shows: another one than before, when that one has gone meanwhile.
     const QSignalBlocker quiet(list_);
-    const auto back = std::find_if(users_.begin(), users_.end(), [&](const auto& user) { return user.code == shown; });
+    const int user = model_.sheet().user.code;
+    const auto back = std::find_if(users_.begin(), users_.end(), [&](const auto& each) { return each.code == user; });
     list_->setCurrentRow(back == users_.end() ? -1 : static_cast<int>(back - users_.begin()));
 }
 
@@ -201,7 +204,7 @@ bool RightsPage::save() {
     const RightsOutcome outcome = rights_.write(model_.sheet(), model_.changes());
     if (outcome != RightsOutcome::Written) {
         const bool gone = outcome == RightsOutcome::Gone;
-        context_.host.Messages().show({.operation = gone ? "MsgRecordGone" : "MsgRecordChanged", .form = this});
+        context_.host.Messages().show({.operation = gone ? "MsgUserGone" : "MsgRecordChanged", .form = this});
         reload(user.code);
         return false;
     }

@@ -202,8 +202,19 @@ TEST_F(RightsOnPage, ofAUserWhoIsGoneAreTold) {
     press("سطوح قیمت", "ویرایش");
     execute(*session, "DELETE FROM dbo.HostUsers WHERE Code = 2");
     click(*page, "SaveRights_BTN");
-    EXPECT_THAT(takeMessages(), ElementsAre("MsgRecordGone()"));
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgUserGone()"));
     EXPECT_EQ(users().count(), 1);
+    EXPECT_EQ(users().currentItem()->text(), "مریم رستمی");
+}
+
+TEST_F(RightsOnPage, ofAUserWhoIsGoneBeforeTheyAreSavedLeadToTheOneInTheTable) {
+    goToUser(1);
+    press("سطوح قیمت", "ویرایش");
+    execute(*session, "DELETE FROM dbo.HostUsers WHERE Code = 2");
+    messages.answers = {mrYes};
+    goToUser(0);
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgUnsavedChanges('رفتن به کاربر دیگر')", "MsgUserGone()"));
+    ASSERT_TRUE(users().currentItem());
     EXPECT_EQ(users().currentItem()->text(), "مریم رستمی");
 }
 
