@@ -113,8 +113,8 @@ void CategoryFrame::makeEditor() {
 }
 
 void CategoryFrame::open(bool anew) {
-    if (anew) ClearBubbles();
     Fill_allPop();
+    if (anew) ClearBubbles();
     createmenuItemByCode(CurrentCode());
 }
 

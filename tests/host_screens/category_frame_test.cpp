@@ -381,6 +381,7 @@ TEST_F(CategoryFrames, anErrorIsShownAndLeavesTheChips) {
     messages.expect("DatabaseError");
     typed("ر");
     EXPECT_THROW(frame->create_bubble(101, 1), DatabaseError);
+    EXPECT_THROW(frame->open(true), DatabaseError);
     EXPECT_THAT(chips(), ElementsAre(1, 10));
 }
 
