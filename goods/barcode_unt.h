@@ -26,7 +26,7 @@ public:
 
     // For goods and for the default price.
     TADOQuery Temp_QRY;
-    // The layouts. A connection sets no limit on the time of a statement, and so this query has none.
+    // The layouts. It sets no limit on its time; a connection has none of its own unless a workstation is given one.
     TADOQuery BarCodeFormul_QRY;
     // The voucher of the first period, with its parameters; the host runs it.
     TADOStoredProc spTemp_PRC;

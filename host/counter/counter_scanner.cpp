@@ -283,13 +283,19 @@ std::optional<Extended> CounterScanner::priceFor(int person, const CounterLine& 
         if (!reply.result.asBool()) return std::nullopt;
         return pieceFor(person, line.good, reply["Info"]["ConsumerPrice"].asAmount());
     }
-    // Layouts and settings may have changed since the scan.
+    // Layouts and settings may have changed since the scan, and read the barcode otherwise now or not at all.
     if (unsafeField(QString::fromStdString(line.barcode))) return std::nullopt;
-    const ModuleReply reply = extract(butNone, line.barcode, person);
-    if (!reply.result.asBool() || reply["FormulType"].asInteger() != bftAmount) return std::nullopt;
-    const ModuleReply data = calls_("Get_Barcode_Data", {});
-    if (codeOf(data["GoodCode"].asText()) != line.good) return std::nullopt;
-    return StrToFloat_VRO(data["Fi"].asText());
+    try {
+        const ModuleReply reply = extract(butNone, line.barcode, person);
+        if (!reply.result.asBool() || reply["FormulType"].asInteger() != bftAmount) return std::nullopt;
+        const ModuleReply data = calls_("Get_Barcode_Data", {});
+        if (codeOf(data["GoodCode"].asText()) != line.good) return std::nullopt;
+        return StrToFloat_VRO(data["Fi"].asText());
+    } catch (const DatabaseError& error) {
+        if (error.category() == ErrorCategory::Conversion || error.category() == ErrorCategory::Syntax)
+            return std::nullopt;
+        throw;
+    }
 }
 
 Extended CounterScanner::priceSum() {

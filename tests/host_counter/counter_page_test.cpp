@@ -992,6 +992,14 @@ TEST_F(CounterPrices, aPriceThatIsBelowZeroForThePersonIsNotSold) {
     EXPECT_EQ(lines().size(), 1U);
 }
 
+TEST_F(CounterPrices, aLabelThatCanNoLongerBeReadKeepsItsPrice) {
+    scan("2800105010007");
+    execute(*session, "UPDATE dbo.BarCodeFormul SET AmountStart = 20 WHERE ConstantCode = N'28'");
+    name("12");
+    EXPECT_TRUE(takeMessages().empty());
+    EXPECT_THAT(prices(), ElementsAre("۱٬۰۰۰"));
+}
+
 TEST_F(CounterPrices, whoKeepsThePricesIsNotAskedAgain) {
     scan("2800105010007");
     messages.answers = {mrNo};
