@@ -223,6 +223,13 @@ std::unique_ptr<BoundQuery> queryOf(BoundPtr item, std::unique_ptr<BoundSource> 
     return query;
 }
 
+// Of the query that the expression stands in, not of one inside of it.
+bool holdsAggregate(const BoundExpression& expression) {
+    return expression.kind == BoundKind::Aggregate ||
+           std::any_of(expression.arguments.begin(), expression.arguments.end(),
+                       [](const BoundPtr& argument) { return holdsAggregate(*argument); });
+}
+
 }  // namespace
 
 BoundPtr Binder::quantified(const ast::QuantifiedExpression& expression, Scope* scope) {
@@ -240,6 +247,10 @@ BoundPtr Binder::quantified(const ast::QuantifiedExpression& expression, Scope* 
         result->arguments.push_back(std::move(operand));
         return result;
     }
+    // The operand goes into a query of its own, where it would take other rows together.
+    if (holdsAggregate(*operand))
+        unsupported(std::string("an aggregate or a window function before ") + (expression.all ? "ALL" : "ANY"),
+                    expression.range);
     // (SELECT CASE ... FROM (SELECT x op s.c1 AS c1 FROM (query) AS s) AS t), where the CASE takes the comparisons
     // together as AND or OR would: one that is unknown counts unless another one decides.
     auto item = std::make_unique<BoundExpression>();
