@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <string>
+#include <utility>
 
 #include "ado/names.h"
 
@@ -47,6 +49,27 @@ bool hasOneOf(const std::array<std::string_view, Count>& words, std::string_view
         text.remove_prefix(std::max<std::size_t>(word.size(), 1));
     }
     return false;
+}
+
+// Without texts, names in brackets or quotes, and comments.
+std::string wordsOf(std::string_view sql) {
+    constexpr std::array<std::pair<std::string_view, std::string_view>, 5> kSpans = {
+        {{"'", "'"}, {"[", "]"}, {"\"", "\""}, {"--", "\n"}, {"/*", "*/"}}};
+    std::string words;
+    while (!sql.empty()) {
+        const auto* const span =
+            std::find_if(kSpans.begin(), kSpans.end(), [&](const auto& each) { return sql.starts_with(each.first); });
+        if (span == kSpans.end()) {
+            words += sql.front();
+            sql.remove_prefix(1);
+            continue;
+        }
+        // A doubled mark ends one span and begins the next.
+        const std::size_t end = sql.find(span->second, span->first.size());
+        sql.remove_prefix(end == std::string_view::npos ? sql.size() : end + span->second.size());
+        words += ' ';
+    }
+    return words;
 }
 
 // Blanks, semicolons and comments before the first statement.
@@ -95,7 +118,9 @@ bool mayChangeImplicitTransactions(std::string_view sql) {
 
 bool mayBeginTransaction(std::string_view sql) {
     constexpr std::array<std::string_view, 2> kBeginning = {"TRAN", "TRANSACTION"};
-    return hasOneOf(kBeginning, sql);
+    constexpr std::array<std::string_view, 3> kRunningTexts = {"EXEC", "EXECUTE", "SP_EXECUTESQL"};
+    const std::string words = wordsOf(sql);
+    return hasOneOf(kBeginning, words) || (hasOneOf(kRunningTexts, words) && hasOneOf(kBeginning, sql));
 }
 
 TransactionEnd transactionEnd(std::string_view sql) {

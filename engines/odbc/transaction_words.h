@@ -15,7 +15,8 @@ namespace basalt::odbc {
 // SET ANSI_DEFAULTS).
 [[nodiscard]] bool mayChangeImplicitTransactions(std::string_view sql);
 
-// True when the text has a word that is said to begin a transaction (or to name one that ends).
+// True when the text has a word that is said to begin a transaction (or to name one that ends). What stands in texts,
+// quoted names and comments counts only where the text runs texts: a search for "tran" begins none.
 [[nodiscard]] bool mayBeginTransaction(std::string_view sql);
 
 enum class TransactionEnd { None, Commit, Rollback };

@@ -242,6 +242,16 @@ TEST(TransactionWords, aTextThatDoesNothingButEndATransaction) {
         EXPECT_EQ(transactionEnd(text), TransactionEnd::None) << text;
 }
 
+TEST(TransactionWords, thatBeginOneStandOutsideOfTexts) {
+    for (const char* text : {"begin tran", "SELECT 1 BEGIN TRANSACTION", "exec('begin tran')",
+                             "EXEC sp_executesql N'BEGIN TRAN'", "select 'it''s' begin tran"})
+        EXPECT_TRUE(mayBeginTransaction(text)) << text;
+    for (const char* text :
+         {"SELECT Name FROM CostLevel WHERE Name LIKE N'%tran%'", "SELECT 'it''s a tran' AS [tran]",
+          "SELECT 1 -- begin tran", "SELECT /* tran */ 1 AS \"tran\"", "UPDATE T SET A = N'begin tran"})
+        EXPECT_FALSE(mayBeginTransaction(text)) << text;
+}
+
 TEST(TransactionWords, implicitTransactionsAreASettingOfTheirOwn) {
     EXPECT_TRUE(mayChangeImplicitTransactions("set nocount on set IMPLICIT_TRANSACTIONS on"));
     EXPECT_TRUE(mayChangeImplicitTransactions("set ansi_defaults on"));
