@@ -181,7 +181,8 @@ TableDocument::Room TableDocument::columnRoom() const {
 }
 
 void TableDocument::fitColumns() {
-    constexpr qreal scale = kPageDpi / kScreenDpi;
+    // Columns grow on the screen with its font, which is nothing to the paper.
+    const qreal scale = kPageDpi / kScreenDpi / themeSize(1);
     sheets_.clear();
     std::vector<std::size_t> all(table_.columns().size());
     std::iota(all.begin(), all.end(), std::size_t{0});

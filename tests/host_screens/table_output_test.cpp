@@ -99,6 +99,27 @@ TEST_F(TableOutput, tabSeparatedQuotesWhatWouldBreakItsCells) {
               "2\t\"با \"\"گیومه\"\", ویرگول\nو سطر\"\t\t\n");
 }
 
+TEST_F(TableOutput, thePaperIsTheSameWhateverTheFontOfTheScreen) {
+    const auto pages = [](qreal fontSize) {
+        setThemeFontSize(fontSize);
+        Table table;
+        for (int column = 0; column < 5; ++column)
+            table.columnList.push_back({QStringLiteral("شرح"), FieldType::Text, {}, qRound(themeSize(260))});
+        for (int row = 0; row < 60; ++row)
+            table.rows.emplace_back(
+                5,
+                Value(std::string("کالایی با شرحی که از چند سطر کوتاه‌تر نیست و ") +
+                      "دنباله‌ای هم دارد که به آن نمی‌رسد"));
+        TableDocument document(table, {});
+        return document.layOut(pageLayout());
+    };
+    const int usual = pages(10);
+    EXPECT_GT(usual, 1);
+    EXPECT_EQ(pages(8), usual);
+    EXPECT_EQ(pages(16), usual);
+    setThemeFontSize(10);
+}
+
 TEST_F(TableOutput, csvQuotesWhatMustBeQuoted) {
     const QString path = folder.filePath("t.csv");
     writeCsv(sample(), path);
