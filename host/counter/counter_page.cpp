@@ -377,7 +377,15 @@ void CounterPage::offerPrices() {
     if (context_.host.Messages().show(question) == mrYes) {
         invoice_.setPrices(prices, person);
         showLines();
-        report(ScanMood::Added, QStringLiteral("قیمت سطرها از نو گرفته شد."));
+        const auto below = std::find_if(lines.begin(), lines.end(), [](const auto& line) { return line.price < 0; });
+        if (below == lines.end())
+            report(ScanMood::Added, QStringLiteral("قیمت سطرها از نو گرفته شد."));
+        else
+            report(
+                ScanMood::Warned,
+                QStringLiteral(
+                    "قیمت سطرها از نو گرفته شد. قیمت «%1» کمتر از صفر است و تا درست نشود فاکتور ثبت نمی‌شود.")
+                    .arg(QString::fromStdString(below->name)));
         return;
     }
     std::vector<Extended> kept;

@@ -980,6 +980,10 @@ TEST_F(CounterPrices, aPriceThatIsBelowZeroForThePersonIsNotSold) {
     execute(*session, "UPDATE dbo.GoodCostDiscount SET CostLevel_Sell_3 = -1 WHERE GoodCode = 105");
     messages.answers = {mrYes};
     name("12");
+    EXPECT_EQ(mood(), "warned");
+    EXPECT_EQ(
+        shown(*page, "Result_LBL"),
+        "قیمت سطرها از نو گرفته شد. قیمت «موز درجه یک» کمتر از صفر است و تا درست نشود فاکتور ثبت نمی‌شود.");
     const auto before = linesOf(*session, "SELECT COUNT(*) FROM dbo.Kardex");
     click(*page, "Save_BTN");
     EXPECT_EQ(mood(), "refused");
