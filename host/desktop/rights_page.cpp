@@ -1,12 +1,12 @@
 #include "host/desktop/rights_page.h"
 
 #include <QHeaderView>
-#include <QShortcut>
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "host/desktop/save_footer.h"
 #include "host/screens/theme.h"
 #include "host/screens/unsaved_changes.h"
 #include "host/services/host_parts.h"
@@ -97,33 +97,16 @@ void RightsPage::makeRights(QBoxLayout& layout) {
 }
 
 void RightsPage::makeFooter(QBoxLayout& layout) {
-    auto* footer = new QHBoxLayout;
-    footer->setSpacing(8);
-    save_ = new QPushButton(QStringLiteral("ذخیره \u2066F3\u2069"));
-    save_->setObjectName(QStringLiteral("SaveRights_BTN"));
-    save_->setProperty("kind", QStringLiteral("primary"));
-    undo_ = new QPushButton(QStringLiteral("بازگرداندن"));
-    undo_->setObjectName(QStringLiteral("UndoRights_BTN"));
-    state_ = new QLabel;
-    state_->setObjectName(QStringLiteral("RightsState_LBL"));
-    state_->setTextFormat(Qt::PlainText);
-    state_->setProperty("kind", QStringLiteral("success"));
-    footer->addWidget(save_);
-    footer->addWidget(undo_);
-    footer->addSpacing(8);
-    footer->addWidget(state_);
-    footer->addStretch();
-    layout.addLayout(footer);
-
+    const SaveFooter footer = addSaveFooter(*this, layout, QStringLiteral("Rights"));
+    save_ = footer.save;
+    undo_ = footer.undo;
+    state_ = footer.state;
     QObject::connect(save_, &QPushButton::clicked, this,
                      [this] { context_.handlers.guarded(this, [this] { static_cast<void>(save()); }); });
     QObject::connect(undo_, &QPushButton::clicked, this, [this] {
         context_.handlers.guarded(this, [this] { reload(model_.sheet().user.code); });
         table_->setFocus();
     });
-    auto* key = new QShortcut(QKeySequence(Qt::Key_F3), this);
-    key->setContext(Qt::WidgetWithChildrenShortcut);
-    QObject::connect(key, &QShortcut::activated, save_, &QPushButton::click);
 }
 
 void RightsPage::enter() {

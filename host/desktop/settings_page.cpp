@@ -4,9 +4,9 @@
 #include <QHBoxLayout>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QShortcut>
 #include <QVBoxLayout>
 
+#include "host/desktop/save_footer.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/persian_inputs.h"
 #include "host/screens/theme.h"
@@ -128,29 +128,14 @@ void SettingsPage::makeWorkstation(QBoxLayout& layout) {
 }
 
 void SettingsPage::makeFooter(QBoxLayout& layout) {
-    auto* footer = new QHBoxLayout;
-    footer->setSpacing(8);
-    save_ = new QPushButton(QStringLiteral("ذخیره \u2066F3\u2069"));
-    save_->setObjectName(QStringLiteral("SaveSettings_BTN"));
-    save_->setProperty("kind", QStringLiteral("primary"));
-    undo_ = new QPushButton(QStringLiteral("بازگرداندن"));
-    undo_->setObjectName(QStringLiteral("UndoSettings_BTN"));
-    state_ = new QLabel;
-    state_->setObjectName(QStringLiteral("SettingsState_LBL"));
-    footer->addWidget(save_);
-    footer->addWidget(undo_);
-    footer->addSpacing(8);
-    footer->addWidget(state_);
-    footer->addStretch();
-    layout.addLayout(footer);
-
+    const SaveFooter footer = addSaveFooter(*this, layout, QStringLiteral("Settings"));
+    save_ = footer.save;
+    undo_ = footer.undo;
+    state_ = footer.state;
     const auto run = [this] { context_.handlers.guarded(this, [this] { static_cast<void>(save()); }); };
     QObject::connect(save_, &QPushButton::clicked, this, run);
     QObject::connect(undo_, &QPushButton::clicked, this,
                      [this] { context_.handlers.guarded(this, [this] { load(); }); });
-    auto* key = new QShortcut(QKeySequence(Qt::Key_F3), this);
-    key->setContext(Qt::WidgetWithChildrenShortcut);
-    QObject::connect(key, &QShortcut::activated, save_, &QPushButton::click);
 }
 
 void SettingsPage::resizeEvent(QResizeEvent* event) {
@@ -203,7 +188,6 @@ bool SettingsPage::save() {
     if (!saveCompany()) return false;
     saveWorkstation();
     setUnsaved(false);
-    state_->setProperty("kind", QStringLiteral("success"));
     state_->setText(QStringLiteral("تنظیمات ذخیره شد."));
     if (OnSaved) OnSaved();
     return true;
