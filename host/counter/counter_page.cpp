@@ -360,7 +360,7 @@ void CounterPage::showPerson() {
         if (name.isEmpty()) name = QStringLiteral("بی‌نام");
     }
     personName_->setText(name);
-    personName_->setToolTip(name);
+    personName_->setToolTip(plainToolTip(name));
 }
 
 void CounterPage::offerPrices() {
@@ -482,7 +482,7 @@ void CounterPage::showLines() {
                                    persianDigits(QString::fromStdString(line.scale))};
         for (int column = 0; column < cells.size(); ++column)
             grid_->setItem(row, column, new QTableWidgetItem(cells[column]));
-        grid_->item(row, kNameColumn)->setToolTip(cells[kNameColumn]);
+        grid_->item(row, kNameColumn)->setToolTip(plainToolTip(cells[kNameColumn]));
     }
     if (!lines.empty() && grid_->currentRow() < 0) grid_->setCurrentCell(grid_->rowCount() - 1, 0);
     const Extended sum = scanner_.priceSum();

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "host/screens/persian_digits.h"
+#include "package/screens/tool_tip.h"
 
 namespace basalt::host {
 
@@ -23,7 +24,7 @@ QListWidgetItem* newLayoutRow(const BarcodeLayout& layout) {
     auto* row = new QListWidgetItem(nameOf(layout) + rest);
     row->setData(kTitleRole, nameOf(layout));
     row->setData(kRestRole, rest);
-    row->setToolTip(row->text());
+    row->setToolTip(plainToolTip(row->text()));
     return row;
 }
 

@@ -7,6 +7,7 @@
 #include "host/desktop/line_icon.h"
 #include "host/screens/theme.h"
 #include "host/services/deploy.h"
+#include "package/screens/tool_tip.h"
 
 namespace basalt::host {
 namespace {
@@ -118,7 +119,7 @@ void SignInDialog::fillUsers() {
         if (!user.enabled) continue;
         const QString name = QString::fromStdString(user.userName);
         user_->addItem(QString::fromStdString(user.fullName.empty() ? user.userName : user.fullName), name);
-        user_->setItemData(user_->count() - 1, name, Qt::ToolTipRole);
+        user_->setItemData(user_->count() - 1, plainToolTip(name), Qt::ToolTipRole);
         user_->setItemData(user_->count() - 1, user.hasPassword, kHasPasswordRole);
         if (name.compare(last, Qt::CaseInsensitive) == 0) user_->setCurrentIndex(user_->count() - 1);
     }

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QProgressBar>
+#include <QTextDocument>
 #include <QTimer>
 
 #include "host/counter/counter_sale.h"
@@ -903,6 +904,14 @@ TEST_F(Counter, aPriceBelowZeroIsNotSold) {
     scan("6267311001001");
     EXPECT_EQ(mood(), "refused");
     EXPECT_TRUE(lines().empty());
+}
+
+TEST_F(Counter, aNameThatLooksLikeMarkupIsShownAsItIs) {
+    execute(*session, "UPDATE dbo.GoodInf SET Name = N'<b>موز</b> & شیر' WHERE Code = 105");
+    scan("2800105012507");
+    QTextDocument tip;
+    tip.setHtml(control<QTableWidget>(*page, "Lines_GRD").item(0, 1)->toolTip());
+    EXPECT_EQ(tip.toPlainText().toStdString(), "<b>موز</b> & شیر");
 }
 
 // Prices of good 105: 1000 for anybody, 700 for person 12.
