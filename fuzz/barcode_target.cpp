@@ -4,8 +4,10 @@
 
 #include "ado/error.h"
 #include "fuzz/require.h"
+#include "fuzz/substring_oracle.h"
 #include "fuzz/targets.h"
 #include "goods/barcode_extractor_unt.h"
+#include "goods/character_cut.h"
 #include "package/services.h"
 
 namespace basalt::fuzz {
@@ -25,6 +27,31 @@ int numberFrom(char byte) {
     if (value == 127) return 2147483647;
     if (value == -128) return -2147483647 - 1;
     return value;
+}
+
+// Where a field's numbers stand among the layout's.
+struct FieldNumbers {
+    const char* name;
+    std::size_t start;
+    std::size_t count;
+};
+constexpr FieldNumbers kConstant{"ConstantStart", 1, 2};
+constexpr FieldNumbers kItem{"ItemCodeStart", 6, 7};
+constexpr FieldNumbers kAmount{"AmountStart", 8, 9};
+constexpr FieldNumbers kBalance{"BalanceNoStart", 11, 12};
+constexpr FieldNumbers kPrice{"PriceStart", 14, 15};
+
+// What the field is by the oracle; nullopt for a barcode that is no text.
+std::optional<std::string> fieldOf(std::string_view numbers, const FieldNumbers& field, std::string_view barcode) {
+    return substringOf(barcode, numberFrom(numbers[field.start]), numberFrom(numbers[field.count]));
+}
+
+std::string_view withoutBlanksAround(std::string_view text) {
+    constexpr std::string_view kBlanks(
+        "\0\1\2\3\4\5\6\7\b\t\n\v\f\r\x0E\x0F\x10\x11\x12\x13\x14\x15\x16\x17\x18\x19\x1A\x1B\x1C\x1D\x1E\x1F ", 33);
+    const std::size_t begin = text.find_first_not_of(kBlanks);
+    if (begin == std::string_view::npos) return {};
+    return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
 }
 
 // Answers every question for layouts with one, every other with one good and its price.
@@ -127,12 +154,19 @@ void barcode(std::string_view input) {
     const std::string_view rest = input.substr(kNumbers.size() + 1);
     if (rest.size() < constant) return;
 
+    const std::string barcode(rest.substr(constant));
+    for (const FieldNumbers& field : {kConstant, kItem, kAmount, kBalance, kPrice}) {
+        const auto expected = fieldOf(numbers, field, barcode);
+        const std::string cut =
+            cutCharacters(barcode, numberFrom(numbers[field.start]), numberFrom(numbers[field.count]));
+        require(!expected || cut == *expected, "a field is the substring at its place", field.name + (": " + cut));
+    }
+
     OneLayout session;
     session.set(numbers, rest.substr(0, constant));
     SilentHost host(session);
     const AttachedHost attached(host);
     TBarCodeFormulType kind = bftConstPrice;
-    const std::string barcode(rest.substr(constant));
     bool fits = false;
     try {
         fits = FillGoodInfFromBarcode(butNew, kind, barcode, "12", "", 1000);
@@ -148,16 +182,24 @@ void barcode(std::string_view input) {
                 "only a good fills the fields");
         return;
     }
-    const auto bounded = [&](const std::string& text, const char* what) {
-        require(utf16Length(text) <= utf16Length(barcode), what, text);
+    const auto isField = [&](const FieldNumbers& field, const std::string& text) {
+        require(utf16Length(text) <= utf16Length(barcode), "a field is a part of the barcode", text);
+        const auto expected = fieldOf(numbers, field, withoutBlanksAround(barcode));
+        require(!expected || text == *expected, "the field is cut where the layout says", field.name + (": " + text));
     };
-    const int amountCount = numberFrom(numbers[9]);
+    const bool isAlwaysOneGood = numberFrom(numbers[4]) > 0;
+    if (!isAlwaysOneGood && numberFrom(numbers[5]) == kGoodFieldIsItsCode) isField(kItem, toText(state::GoodCode));
+    const int amountCount = numberFrom(numbers[kAmount.count]);
     const int amountDivide = numberFrom(numbers[10]);
     if (amountCount <= 0) require(state::Weight == "1", "no amount is one piece", state::Weight);
-    if (amountCount > 0 && amountDivide <= 0) bounded(state::Weight, "an amount is a part of the barcode");
-    if (state::BalanceNum != "-1") bounded(state::BalanceNum, "a scale number is a part of the barcode");
-    if (numberFrom(numbers[15]) > 0) {
-        bounded(state::Fi, "a price is a part of the barcode");
+    if (amountCount > 0 && amountDivide <= 0) isField(kAmount, state::Weight);
+    if (numberFrom(numbers[kBalance.count]) > 0 && numberFrom(numbers[13]) != 0) {
+        isField(kBalance, state::BalanceNum);
+    } else {
+        require(state::BalanceNum == "-1", "a scale that is not read has no number", state::BalanceNum);
+    }
+    if (numberFrom(numbers[kPrice.count]) > 0) {
+        isField(kPrice, state::Fi);
     } else {
         require(state::Fi == "1000", "a price that is not printed is the person's", state::Fi);
     }

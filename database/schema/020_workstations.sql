@@ -1,6 +1,7 @@
 -- Clients of the database, the codes that their editors hold, and what each keeps for its users.
 
--- One row a client number. ProcessId is null while nobody uses the number.
+-- One row a client number. ProcessId is null while nobody uses the number. MachineName tells the machine from others of
+-- its name, and ProcessStarted the process from others of its number, in other containers of the machine too.
 IF OBJECT_ID(N'dbo.HostWorkstations', N'U') IS NULL
 BEGIN
     CREATE TABLE dbo.HostWorkstations (

@@ -123,7 +123,7 @@ private:
         auto compiled = std::make_unique<CompiledBatch>();
         compiled->batch = parse(lexer_);
         compiled->markerTypes = markerTypes_;
-        compiled->layout.addDeclarations(compiled->batch, compiled->batch.statements, catalog_);
+        compiled->layout.addDeclarations(compiled->batch, compiled->batch.statements);
         compiled->plain = Interpreter::isPlain(compiled->batch);
         compiled->generation = catalog_.generation();
         CompiledBatch& kept = cache_.keep(lexer_.key(), std::move(compiled));

@@ -30,6 +30,8 @@ struct EmbeddedOptions {
     // The newest schema version (EmbeddedSession::schemaVersion) that the caller knows; a newer file is refused.
     int knownSchemaVersion = std::numeric_limits<int>::max();
     std::size_t planCacheSize = 512;  // batches
+    // Bytes of a text or binary value, of a row and of a statement at most; 256 MiB when it is more.
+    int longestValue = std::numeric_limits<int>::max();
     // The moment for GETDATE(), in ticks of DateTime; the local time of this computer when empty.
     std::function<std::int64_t()> clock = {};
 };

@@ -18,7 +18,7 @@ std::string generatedSql(SqliteDatabase& database, std::string_view query) {
     const BoundSelectStatement bound = binder.selectStatement(*statement);
     SqlWriter writer;
     writer.query(*bound.query);
-    keepKeyOrder(database, *bound.query, writer);
+    keepKeyOrder(database, writer, [&](SqlWriter& again) { again.query(*bound.query); });
     return writer.sql();
 }
 

@@ -52,24 +52,39 @@ private:
     std::map<std::string, bool> mistaken_;  // by table and column
 };
 
-// "Table, key 3, 'a'" or "Table, row 7".
+// "3" or "'a'"; "?" for what is damaged itself.
+std::string shown(SqliteStatement& row, int column, const SqlType& type) {
+    try {
+        const Value value = readValue(sqlite3_column_value(row.handle(), column), type);
+        if (isNull(value)) return "NULL";
+        const std::string text = toText(convert(value, type, SqlType::text(TypeKind::NVarChar, kMaxLength)));
+        if (findInvalidUtf8(text) != kValidUtf8) return "?";
+        return type.isText() ? "'" + text + "'" : text;
+    } catch (const DatabaseError&) {
+        return "?";
+    }
+}
+
+// What tells a row from the others, as a SELECT lists it.
+std::string placeColumns(const Table& table) {
+    if (table.rowid) return "rowid";
+    std::string columns;
+    for (const std::size_t position : table.key)
+        columns += (columns.empty() ? "" : ", ") + sqlQuoted(table.columns[position].name);
+    return columns;
+}
+
+int placeColumnCount(const Table& table) {
+    return table.rowid ? 1 : static_cast<int>(table.key.size());
+}
+
+// "Table, key 3, 'a'" or "Table, row 7", of a row that begins with the columns of its place.
 std::string placeOf(const Table& table, SqliteStatement& row) {
-    std::string place = table.name + (table.rowid ? ", row " : ", key ");
-    const int count = table.rowid ? 1 : static_cast<int>(table.key.size());
-    for (int i = 0; i < count; ++i) {
+    if (table.rowid) return table.name + ", row " + row.textAt(0);
+    std::string place = table.name + ", key ";
+    for (std::size_t i = 0; i < table.key.size(); ++i) {
         if (i > 0) place += ", ";
-        if (table.rowid) return place + row.textAt(i);
-        const SqlType& type = table.columns[table.key[static_cast<std::size_t>(i)]].type;
-        try {
-            const Value value = readValue(sqlite3_column_value(row.handle(), i), type);
-            const std::string text =
-                isNull(value) ? "NULL" : toText(convert(value, type, SqlType::text(TypeKind::NVarChar, kMaxLength)));
-            const bool valid = findInvalidUtf8(text) == kValidUtf8;
-            place += !valid ? "?" : type.isText() ? "'" + text + "'" : text;
-        } catch (const DatabaseError&) {
-            // The key may be what is damaged.
-            place += "?";
-        }
+        place += shown(row, static_cast<int>(i), table.columns[table.key[i]].type);
     }
     return place;
 }
@@ -94,12 +109,8 @@ std::string_view damageOf(sqlite3_value* cell, const SqlType& type) {
 
 // Values that SQLite keeps faithfully and that nobody can read.
 void checkValues(SqliteDatabase& database, const Table& table, std::size_t most, std::vector<std::string>& problems) {
-    std::string columns;
-    if (table.rowid) columns = "rowid";
-    for (const std::size_t position : table.key) {
-        if (!table.rowid) columns += (columns.empty() ? "" : ", ") + sqlQuoted(table.columns[position].name);
-    }
-    const int keys = table.rowid ? 1 : static_cast<int>(table.key.size());
+    std::string columns = placeColumns(table);
+    const int keys = placeColumnCount(table);
     std::vector<const TableColumn*> checked;
     for (const TableColumn& column : table.columns) {
         const Storage storage = column.type.storage();
@@ -123,6 +134,44 @@ void checkValues(SqliteDatabase& database, const Table& table, std::size_t most,
 
 // As many as a person can use; the rest are of the same kind.
 constexpr std::size_t kMostProblems = 100;
+// Of one reference: what a person looks at first; of the rest the number tells more than the rows would.
+constexpr std::size_t kRowsShown = 5;
+
+// Rows that refer to a row that is not there: the first ones with their keys and values, and how many more there are.
+void checkReference(SqliteDatabase& database, const Table& table, const ForeignKey& reference,
+                    std::vector<std::string>& problems) {
+    std::string columns = placeColumns(table);
+    std::string names;
+    std::string refers;
+    std::string meets;
+    for (std::size_t i = 0; i < reference.columns.size(); ++i) {
+        const std::string column = sqlQuoted(reference.columns[i]);
+        columns += ", " + column;
+        names += (i > 0 ? ", " : "") + reference.columns[i];
+        refers += (i > 0 ? " AND c." : "c.") + column + " IS NOT NULL";
+        meets += (i > 0 ? " AND p." : "p.") + sqlQuoted(reference.referenced[i]) + " = c." + column;
+    }
+    SqliteStatement rows = database.prepare("SELECT " + columns + " FROM " + table.sqlName() + " AS c WHERE " + refers +
+                                            " AND NOT EXISTS (SELECT 1 FROM main." +
+                                            sqlQuoted(reference.referencedTable) + " AS p WHERE " + meets + ")");
+    const std::string nowhere = reference.referencedTable + " that ";
+    std::size_t count = 0;
+    while (rows.step()) {
+        if (++count > kRowsShown) continue;
+        std::string values;
+        for (std::size_t i = 0; i < reference.columns.size(); ++i) {
+            const int place = placeColumnCount(table) + static_cast<int>(i);
+            const int column = table.find(reference.columns[i]);
+            values += (i > 0 ? ", " : "") + shown(rows, place, table.columns[static_cast<std::size_t>(column)].type);
+        }
+        problems.push_back("A row of " + table.name + " refers by " + names + " = " + values + " to a row of " +
+                           nowhere + "is not there (" + placeOf(table, rows) + ")");
+    }
+    if (count <= kRowsShown) return;
+    const std::size_t more = count - kRowsShown;
+    problems.push_back(std::to_string(more) + (more == 1 ? " row more of " : " rows more of ") + table.name +
+                       (more == 1 ? " refers by " : " refer by ") + names + " to rows of " + nowhere + "are not there");
+}
 
 }  // namespace
 
@@ -139,13 +188,13 @@ std::vector<std::string> findProblems(SqliteDatabase& database) {
         check.reset();
         // References of damaged tables would only repeat what is known.
         if (!problems.empty()) return problems;
-        SqliteStatement references = database.prepare("PRAGMA foreign_key_check");
-        while (problems.size() < kMostProblems && references.step()) {
-            problems.push_back("A row of " + references.textAt(0) + " refers to a row of " + references.textAt(2) +
-                               " that is not there");
-        }
-        references.reset();
         Catalog catalog(database);
+        for (const std::string& name : catalog.tableNames()) {
+            const Table& table = catalog.requireTable(name);
+            for (const ForeignKey& reference : table.foreignKeys) {
+                if (problems.size() < kMostProblems) checkReference(database, table, reference, problems);
+            }
+        }
         for (const std::string& name : catalog.tableNames())
             checkValues(database, catalog.requireTable(name), kMostProblems, problems);
         checkTextSearch(database, catalog, problems);

@@ -29,6 +29,22 @@ int number(const std::string& text) {
 
 }  // namespace
 
+void refuseReadOnly(const std::string& path) {
+    throw DatabaseError(
+        ErrorCategory::Connection, "08001", 3906,
+        "The database file '" + path + "' cannot be written. Check that you may write to it and to its folder.");
+}
+
+// The system's interface asks the system.
+void requireWritable(const std::string& path) {
+    sqlite3_vfs* system = sqlite3_vfs_find(nullptr);
+    int there = 0;
+    int writable = 1;
+    if (system->xAccess(system, path.c_str(), SQLITE_ACCESS_EXISTS, &there) != SQLITE_OK || there == 0) return;
+    if (system->xAccess(system, path.c_str(), SQLITE_ACCESS_READWRITE, &writable) == SQLITE_OK && writable == 0)
+        refuseReadOnly(path);
+}
+
 std::unique_ptr<SqliteDatabase> openDatabase(const std::string& path, const EmbeddedOptions& options) {
     const bool inMemory = path == ":memory:";
     if (!inMemory && !options.createIfMissing) {
@@ -39,15 +55,14 @@ std::unique_ptr<SqliteDatabase> openDatabase(const std::string& path, const Embe
                 "The database file '" + path + "' does not exist. Check the path, or create the database first.");
         }
     }
+    if (!inMemory) requireWritable(path);
     auto database = std::make_unique<SqliteDatabase>(path, inMemory || options.createIfMissing, options.busyTimeoutMs);
     addRuntime(*database);
+    if (options.longestValue < kLongestValue)
+        sqlite3_limit(database->handle(), SQLITE_LIMIT_LENGTH, options.longestValue);
     // The first reading finds a file that is damaged or something else.
     const std::int64_t objects = database->integer("SELECT count(*) FROM sqlite_schema");
-    if (!inMemory && sqlite3_db_readonly(database->handle(), "main") == 1) {
-        throw DatabaseError(
-            ErrorCategory::Connection, "08001", 3906,
-            "The database file '" + path + "' cannot be written. Check that you may write to it and to its folder.");
-    }
+    if (!inMemory && sqlite3_db_readonly(database->handle(), "main") == 1) refuseReadOnly(path);
     Catalog catalog(*database);
     // A file of another program is told before anything is written into it.
     if (objects == 0 && !inMemory && !options.createIfMissing) {
@@ -63,6 +78,9 @@ std::unique_ptr<SqliteDatabase> openDatabase(const std::string& path, const Embe
         if (number(catalog.property(kSchemaVersionProperty)) > options.knownSchemaVersion) refuseNewer(path);
     }
     database->execute("PRAGMA journal_mode = WAL");
+    // From here on nobody can put another file into its place unnoticed; it may have come while this one was waited
+    // for.
+    database->requireInPlace();
     database->execute("PRAGMA synchronous = FULL");
     database->execute("PRAGMA foreign_keys = ON");
     database->execute("PRAGMA temp_store = MEMORY");

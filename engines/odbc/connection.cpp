@@ -76,8 +76,7 @@ private:
 
 }  // namespace
 
-Connection::Connection(const ConnectionString& text, const OdbcOptions& options)
-    : environment_(SQL_NULL_HANDLE), queryTimeoutSeconds_(options.queryTimeoutSeconds) {
+Connection::Connection(const ConnectionString& text, const OdbcOptions& options) : environment_(SQL_NULL_HANDLE) {
     SQLSetEnvAttr(environment_.get(), SQL_ATTR_ODBC_VERSION, attribute(SQL_OV_ODBC3), 0);
     connection_ = ConnectionHandle(environment_.get());
     if (connection_.get() == SQL_NULL_HANDLE) {
@@ -91,8 +90,10 @@ Connection::Connection(const ConnectionString& text, const OdbcOptions& options)
                           nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
     if (!SQL_SUCCEEDED(rc)) {
         const DatabaseError error = errorOf(diagnosticsOf(SQL_HANDLE_DBC, connection_.get()), {});
+        // Of some strings nothing may be shown: they name a driver and secrets.
+        const std::string place = text.publicParts().empty() ? "the server" : text.publicParts();
         throw DatabaseError(ErrorCategory::Connection, error.sqlState(), error.nativeCode(),
-                            text.withoutSecrets("cannot connect to " + text.publicParts() + ": " + error.what()));
+                            text.withoutSecrets("cannot connect to " + place + ": " + error.what()));
     }
     traits_ = DriverTraits::of(connection_.get());
 }
@@ -102,14 +103,13 @@ Connection::~Connection() {
     SQLDisconnect(connection_.get());
 }
 
-BatchResult Connection::execute(std::string_view sql, Parameters& parameters) {
+BatchResult Connection::execute(std::string_view sql, Parameters& parameters, std::optional<int> timeLimit) {
     const StatementHandle statement(connection_.get());
     if (statement.get() == SQL_NULL_HANDLE) {
         throw errorOf(diagnosticsOf(SQL_HANDLE_DBC, connection_.get()), sql);
     }
-    if (queryTimeoutSeconds_ > 0) {
-        SQLSetStmtAttrW(statement.get(), SQL_ATTR_QUERY_TIMEOUT, attribute(static_cast<SQLULEN>(queryTimeoutSeconds_)),
-                        0);
+    if (timeLimit) {
+        SQLSetStmtAttrW(statement.get(), SQL_ATTR_QUERY_TIMEOUT, attribute(static_cast<SQLULEN>(*timeLimit)), 0);
     }
     parameters.bind(statement.get(), sql);
     const std::u16string text = toUtf16(sql);

@@ -24,8 +24,9 @@ public:
     Connection& operator=(const Connection&) = delete;
 
     // Executes one batch and reads all that comes of it, so that the connection is free afterwards, also after a
-    // failure. Throws the first error of the batch, also one that comes after rows.
-    BatchResult execute(std::string_view sql, Parameters& parameters);
+    // failure. Throws the first error of the batch, also one that comes after rows. After so many seconds it is given
+    // up, 0 for never; without a number it is left to the driver.
+    BatchResult execute(std::string_view sql, Parameters& parameters, std::optional<int> timeLimit);
 
     // What the driver knows by now; asks nothing of the server.
     [[nodiscard]] bool isDead() const;
@@ -35,7 +36,6 @@ private:
     EnvironmentHandle environment_;
     ConnectionHandle connection_;
     DriverTraits traits_;
-    int queryTimeoutSeconds_;
 };
 
 }  // namespace basalt::odbc

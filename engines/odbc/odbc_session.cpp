@@ -98,6 +98,8 @@ public:
         return transactions_ > 0 || lost_ > 0;
     }
 
+    void limitTime(std::optional<int> seconds) { timeLimit_ = seconds; }
+
     [[nodiscard]] const ConnectionString& text() const { return text_; }
 
 private:
@@ -132,7 +134,7 @@ private:
     // Every request passes here, and so one lost connection costs one request.
     BatchResult execute(std::string_view sql, Parameters& parameters, Effect effect) {
         try {
-            BatchResult result = connected().execute(sql, parameters);
+            BatchResult result = connected().execute(sql, parameters, timeLimit_ ? timeLimit_ : ownTimeLimit());
             doubt(effect);
             return result;
         } catch (const DatabaseError& error) {
@@ -203,12 +205,12 @@ private:
         if (!connection_->traits().speaksTransactSql) return;
         try {
             Parameters none(connection_->traits());
-            const BatchResult answer = connection_->execute("SELECT @@TRANCOUNT, XACT_STATE()", none);
+            const BatchResult answer = connection_->execute("SELECT @@TRANCOUNT, XACT_STATE()", none, ownTimeLimit());
             if (answer.results.empty() || !answer.results.front().rows) return;
             const RowSet& state = *answer.results.front().rows;
             if (state.columnCount() < 2 || state.rowCount() == 0) return;
             if (toInt64(state.column(1).valueAt(0)) < 0) {
-                connection_->execute(rollbackText(), none);
+                connection_->execute(rollbackText(), none, ownTimeLimit());
                 setTransactions(0);
             } else {
                 setTransactions(toInt64(state.column(0).valueAt(0)));
@@ -216,6 +218,10 @@ private:
         } catch (const DatabaseError& error) {
             if (isLoss(error)) throwLoss(error);
         }
+    }
+
+    [[nodiscard]] std::optional<int> ownTimeLimit() const {
+        return options_.queryTimeoutSeconds > 0 ? std::optional(options_.queryTimeoutSeconds) : std::nullopt;
     }
 
     [[nodiscard]] std::string_view rollbackText() const {
@@ -233,6 +239,7 @@ private:
     bool lossIsSure_ = false;        // that there was one
     bool everyBatchTells_ = false;   // implicit transactions may be on
     std::optional<DatabaseError> untoldLoss_;
+    std::optional<int> timeLimit_;  // of the requests of the moment, in place of the options'
 };
 
 OdbcSession::OdbcSession(std::unique_ptr<Core> core) : core_(std::move(core)) {}
@@ -277,6 +284,10 @@ bool OdbcSession::inTransaction() const {
 
 TableInfo OdbcSession::table(std::string_view name) {
     return core_->table(name);
+}
+
+void OdbcSession::limitTime(std::optional<int> seconds) {
+    core_->limitTime(seconds);
 }
 
 std::string OdbcSession::location() const {

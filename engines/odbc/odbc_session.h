@@ -20,7 +20,7 @@ namespace basalt::odbc {
 
 struct OdbcOptions {
     int loginTimeoutSeconds = 15;
-    int queryTimeoutSeconds = 0;  // 0: a statement may take as long as it takes
+    int queryTimeoutSeconds = 0;  // where limitTime does not say otherwise; 0: a statement may take as long as it takes
 };
 
 class OdbcSession final : public Session {
@@ -44,6 +44,7 @@ public:
     // was lost with its connection is still to be ended.
     [[nodiscard]] bool inTransaction() const override;
     TableInfo table(std::string_view name) override;
+    void limitTime(std::optional<int> seconds) override;
     [[nodiscard]] std::string engine() const override { return "odbc"; }
     // Server and database of the connection string.
     [[nodiscard]] std::string location() const override;

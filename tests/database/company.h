@@ -1,6 +1,7 @@
 // A company small enough to work its figures out by hand: three goods, two stores, three persons.
 #pragma once
 
+#include "tests/database/test_database.h"
 #include "tests/host_services/demo_database.h"
 
 namespace basalt::host {
@@ -40,7 +41,8 @@ protected:
             ")");
     }
 
-    std::unique_ptr<Session> session = openDatabase(":memory:");
+    TestDatabase database;
+    Session* const session = &database.session();
 };
 
 }  // namespace basalt::host

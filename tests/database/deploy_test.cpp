@@ -11,10 +11,12 @@
 namespace basalt::host {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
+using ::testing::UnorderedElementsAre;
 
 // The database as version 1 left it.
 std::unique_ptr<Session> versionOne() {
@@ -65,6 +67,19 @@ std::vector<std::string> definitions(embedded::EmbeddedSession& session) {
 TEST(Deployment, makesTheTablesOfEverySubject) {
     EXPECT_THAT(deployedTables(), SizeIs(50));
     EXPECT_THAT(deployedTables(), Contains("dbo.[Group-PLU]"));
+}
+
+TEST(Deployment, tellsWhatIsMissing) {
+    const auto session = openDatabase(":memory:");
+    EXPECT_TRUE(missingObjects(*session).all);
+    EXPECT_THAT(missingObjects(*session).names, AllOf(Contains("[Group-PLU]"), Contains("OfferSellCost")));
+    deployDatabase(*session);
+    EXPECT_FALSE(missingObjects(*session).all);
+    EXPECT_THAT(missingObjects(*session).names, IsEmpty());
+    session->run("DROP TABLE dbo.[Group-PLU] DROP PROCEDURE dbo.OfferSellCost");
+    session->run("DROP VIEW dbo.GoodDetailStock DROP FUNCTION dbo.GetCategoryName");
+    EXPECT_THAT(missingObjects(*session).names,
+                UnorderedElementsAre("[Group-PLU]", "GoodDetailStock", "GetCategoryName", "OfferSellCost"));
 }
 
 TEST(Deployment, againLeavesTheSameDatabase) {

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "tests/database/test_database.h"
 #include "tests/host_services/demo_database.h"
 
 namespace basalt::host {
@@ -22,7 +23,8 @@ protected:
         return linesOf(*session, "select " + expression + " as value").at(0);
     }
 
-    std::unique_ptr<Session> session = openDatabase(":memory:");
+    TestDatabase database;
+    Session* const session = &database.session();
 };
 
 TEST_F(CategoryFunctions, aBranchIsListedLevelByLevelWithAComma) {

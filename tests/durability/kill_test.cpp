@@ -258,4 +258,42 @@ TEST_F(Killed, aLoadOrABackupLeavesAWholeDatabaseOrNone) {
               << " of them after their end; all whole or not there\n";
 }
 
+// What a killed restore leaves is the old database or the new one, each as a whole, whatever log lay beside the old.
+TEST_F(Killed, aRestoreLeavesTheOldOrTheNewDatabase) {
+    ASSERT_EQ(run({"db", "create", "--demo", database_}).status, 0);
+    const std::string backup = (folder_ / "backup.db").string();
+    ASSERT_EQ(run({"db", "backup", backup, database_}).status, 0);
+    const std::string contents = run({"db", "dump", database_}).output;
+    std::mt19937 random(std::random_device{}());
+    const int rounds = roundsWanted();
+    int restored = 0;
+    for (int round = 0; round < rounds; ++round) {
+        // Commits that only the log has.
+        {
+            Child writer({"sql", database_, "--json"});
+            ASSERT_TRUE(writer.send("update CostLevel set Comment = N'" + std::to_string(round) + "'\nGO\n"));
+            ASSERT_NE(writer.receiveSome().find("affectedRows"), std::string::npos);
+            writer.killNow();
+            (void)writer.wait();
+        }
+        {
+            Child child({"db", "restore", backup, database_});
+            child.closeInput();
+            std::this_thread::sleep_for(std::chrono::microseconds(random() % 250'000));
+            child.killNow();
+            (void)child.wait();
+        }
+        ASSERT_EQ(run({"db", "check", database_}).status, 0) << "round " << round;
+        const std::string now = run({"db", "dump", database_}).output;
+        if (now == contents) {
+            ++restored;
+        } else {
+            ASSERT_EQ(run({"sql", database_, "--json", "select distinct Comment from CostLevel"}).output,
+                      "[{\"Comment\":\"" + std::to_string(round) + "\"}]\n")
+                << "round " << round;
+        }
+    }
+    std::cout << rounds << " restores killed, " << restored << " of them after the copy had its place\n";
+}
+
 }  // namespace

@@ -187,6 +187,45 @@ TEST_F(Clients, aSchemaChangeOfAnotherIsSeen) {
     EXPECT_THROW(second->run("insert into T(A, B) values(11, 1)"), DatabaseError);
 }
 
+// Lists are read by the key of their table, which another program may drop or rebuild meanwhile.
+TEST_F(Clients, aListIsReadOnWhenAnotherDropsItsKey) {
+    const auto first = open();
+    const auto second = open();
+    first->run(
+        "create table G(Code int not null, Unit int, Note nvarchar(9), constraint PK_G primary key (Code)) "
+        "create index IX_Unit on G(Unit) create table P(GoodCode int primary key, Price int) "
+        "insert into G values(2, 1, N'b'), (1, 2, N'a'), (3, 0, N'c') insert into P values(1, 5)");
+    first->run("create procedure List as select G.Code, G.Note, P.Price from G left join P on P.GoodCode = G.Unit");
+    const std::string list = "select G.Code, G.Note, P.Price from G left join P on P.GoodCode = G.Unit";
+    const std::string batch = "declare @n int; " + list + " where G.Code > @n or @n is null";
+    const auto codes = [&](const std::string& sql) {
+        std::vector<std::int64_t> result;
+        const BatchResult answer = second->run(sql);
+        const RowSet& rows = answer.results.back().rows.value();
+        for (std::size_t r = 0; r < rows.rowCount(); ++r)
+            result.push_back(toInt64(rows.column(0).valueAt(r)));
+        return result;
+    };
+    const auto expectCodes = [&] {
+        for (const std::string& sql : {list, batch, std::string("exec List")}) {
+            EXPECT_THAT(codes(sql), testing::UnorderedElementsAre(1, 2, 3)) << sql;
+            EXPECT_THAT(codes(sql), testing::UnorderedElementsAre(1, 2, 3)) << sql;
+        }
+    };
+    expectCodes();
+    EXPECT_THAT(codes(list), testing::ElementsAre(1, 2, 3));
+    first->run("alter table G drop constraint PK_G");
+    expectCodes();
+    first->run("alter table G add constraint PK_Other primary key (Code)");
+    expectCodes();
+    EXPECT_THAT(codes(list), testing::ElementsAre(1, 2, 3));
+    // With other columns the rows that were read by the old plan are not those of the answer.
+    first->run("alter table G drop constraint PK_Other alter table G alter column Code nvarchar(9)");
+    const BatchResult texts = second->run(list);
+    EXPECT_EQ(texts.results.at(0).rows.value().column(0).info().typeName, "nvarchar");
+    EXPECT_EQ(texts.results.at(0).rows.value().rowCount(), 3U);
+}
+
 TEST_F(Clients, identityNumbersNeverCollide) {
     open()->run("create table T(ID int identity(1,1) primary key, W int)");
     constexpr int perWriter = 60;

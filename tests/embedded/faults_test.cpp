@@ -10,6 +10,7 @@
 #include <fstream>
 
 #include "engines/embedded/embedded_session.h"
+#include "engines/embedded/exclusive_hold.h"
 #include "tests/support/temp_folder.h"
 
 namespace basalt::embedded {
@@ -137,14 +138,55 @@ TEST_F(Faults, aReferenceToARowThatIsNotThereIsFound) {
         const auto session = EmbeddedSession::open(path(), {.createIfMissing = true});
         session->run(
             "create table P(ID int not null primary key) create table C(ID int not null primary key, P int references "
-            "P(ID)) insert into P values (1) insert into C values (1, 1)");
+            "P(ID)) insert into P values (1), (2) insert into C values (1, 1), (2, null), (3, 2) "
+            "create table Pair(A int not null, B int not null, primary key (A, B)) "
+            "create table Heap(A int, B int, foreign key (A, B) references Pair (A, B)) "
+            "insert into Pair values (1, 10), (2, 20) insert into Heap values (2, 20), (1, null), (1, 10) "
+            "create table Kind(Name nvarchar(5) not null primary key) create table Good(Kind nvarchar(5) references "
+            "Kind (Name)) insert into Kind values (N'Tea') insert into Good values (N'TEA'), (null)");
+        EXPECT_THAT(session->integrityCheck(), testing::IsEmpty());
     }
     sqlite3* file = nullptr;
     ASSERT_EQ(sqlite3_open(path().c_str(), &file), SQLITE_OK);
-    ASSERT_EQ(sqlite3_exec(file, "pragma foreign_keys = off; delete from P", nullptr, nullptr, nullptr), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(file, "pragma foreign_keys = off; delete from P where ID = 1; delete from Pair where A = 1",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK)
+        << sqlite3_errmsg(file);
     sqlite3_close(file);
     const auto session = EmbeddedSession::open(path());
-    EXPECT_THAT(session->integrityCheck(), testing::ElementsAre("A row of C refers to a row of P that is not there"));
+    EXPECT_THAT(session->integrityCheck(),
+                testing::UnorderedElementsAre(
+                    "A row of C refers by P = 1 to a row of P that is not there (C, key 1)",
+                    "A row of Heap refers by A, B = 1, 10 to a row of Pair that is not there (Heap, row 3)"));
+}
+
+TEST_F(Faults, manyReferencesToRowsThatAreNotThereAreCounted) {
+    {
+        const auto session = EmbeddedSession::open(path(), {.createIfMissing = true});
+        session->run(
+            "create table P(ID int not null primary key) create table C(ID int not null primary key, P int references "
+            "P(ID), Q int references P(ID)) insert into P values (1), (2), (3) declare @I int = 1 while @I <= 100 begin "
+            "insert into C values (@I, 1, case when @I <= 6 then 2 else 3 end) set @I = @I + 1 end");
+    }
+    sqlite3* file = nullptr;
+    ASSERT_EQ(sqlite3_open(path().c_str(), &file), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(file, "pragma foreign_keys = off; delete from P where ID < 3", nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    sqlite3_close(file);
+    const auto session = EmbeddedSession::open(path());
+    EXPECT_THAT(session->integrityCheck(),
+                testing::UnorderedElementsAre("A row of C refers by P = 1 to a row of P that is not there (C, key 1)",
+                                              "A row of C refers by P = 1 to a row of P that is not there (C, key 2)",
+                                              "A row of C refers by P = 1 to a row of P that is not there (C, key 3)",
+                                              "A row of C refers by P = 1 to a row of P that is not there (C, key 4)",
+                                              "A row of C refers by P = 1 to a row of P that is not there (C, key 5)",
+                                              "95 rows more of C refer by P to rows of P that are not there",
+                                              "A row of C refers by Q = 2 to a row of P that is not there (C, key 1)",
+                                              "A row of C refers by Q = 2 to a row of P that is not there (C, key 2)",
+                                              "A row of C refers by Q = 2 to a row of P that is not there (C, key 3)",
+                                              "A row of C refers by Q = 2 to a row of P that is not there (C, key 4)",
+                                              "A row of C refers by Q = 2 to a row of P that is not there (C, key 5)",
+                                              "1 row more of C refers by Q to rows of P that are not there"));
 }
 
 TEST_F(Faults, aDamagedFile) {
@@ -163,7 +205,9 @@ TEST_F(Faults, aDamagedFile) {
         FAIL() << "no error";
     } catch (const DatabaseError& error) {
         EXPECT_EQ(error.category(), ErrorCategory::Corrupt) << error.what();
-        EXPECT_THAT(error.what(), HasSubstr("Restore it from a backup."));
+        EXPECT_THAT(error.what(),
+                    HasSubstr("Restore it from a backup: basalt db restore BACKUP --database \"embedded:" +
+                              std::filesystem::canonical(path()).string() + '"'));
     }
     EXPECT_THAT(session->integrityCheck(), testing::Not(testing::IsEmpty()));
 }
@@ -214,6 +258,176 @@ TEST_F(Faults, aFolderThatMayNotBeWritten) {
     ASSERT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), 0);
     ASSERT_EQ(chmod(closed.c_str(), 0755), 0);
+}
+
+// Whoever may only read leaves nothing beside the file: files of his would keep its owner from writing.
+TEST_F(Faults, whoMayOnlyReadLeavesNothingBesideTheFile) {
+    fill(1);
+    ASSERT_FALSE(std::filesystem::exists(path() + "-wal"));
+    ASSERT_EQ(chmod(path().c_str(), 0444), 0);
+    ASSERT_EQ(chmod(folder_.path().c_str(), 0777), 0);
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        if (geteuid() == 0 && setuid(65534) != 0) _exit(100);
+        const DatabaseError error = errorOf(path(), {});
+        if (error.category() != ErrorCategory::Connection || error.nativeCode() != 3906) _exit(1);
+        try {
+            const ExclusiveHold hold(path());
+            _exit(2);
+        } catch (const DatabaseError& refused) {
+            _exit(refused.category() == ErrorCategory::Connection && refused.nativeCode() == 3906 ? 0 : 3);
+        }
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_FALSE(std::filesystem::exists(path() + "-wal"));
+    EXPECT_FALSE(std::filesystem::exists(path() + "-shm"));
+    ASSERT_EQ(chmod(path().c_str(), 0644), 0);
+    EmbeddedSession::open(path())->run("insert into T values(2, N'mine')");
+}
+
+// A file that is taken away while it is open, and what may have come into its place.
+class MovedFiles : public Faults {
+protected:
+    MovedFiles() {
+        fill(3);
+        session_ = EmbeddedSession::open(path());
+    }
+
+    void refuses(const std::function<void()>& request) const {
+        try {
+            request();
+            ADD_FAILURE() << "no error";
+        } catch (const DatabaseError& error) {
+            EXPECT_EQ(error.category(), ErrorCategory::Connection);
+            EXPECT_EQ(error.nativeCode(), 5173);
+            const std::string file = std::filesystem::canonical(folder_.path()).string() + "/shop.basalt";
+            EXPECT_EQ(std::string(error.what()),
+                      "The database file '" + file +
+                          "' was removed or replaced while this program had it open; nothing of the request was kept. "
+                          "Close every program that uses it, then put the same file back, begin anew, or restore a "
+                          "backup: basalt db restore BACKUP --database \"embedded:" +
+                          file + "\" (before a backup is copied there by hand, '" + file + "-wal' and '" + file +
+                          "-shm' have to be removed)");
+        }
+        EXPECT_FALSE(session_->inTransaction());
+    }
+    void refusesToWrite() const {
+        refuses([this] { session_->run("insert into T values(4, N'y')"); });
+        refuses([this] { session_->run("update T set A = N'y'"); });
+        refuses([this] { session_->run("create table U(ID int)"); });
+        refuses([this] { session_->begin(); });
+        refuses([this] { session_->run("begin transaction insert into T values(4, N'y') commit"); });
+        // What only reads, or only concerns this session, goes on.
+        EXPECT_EQ(session_->run("select ID from T").results.at(0).rows.value().rowCount(), 3U);
+        session_->run("create table #mine(ID int) insert into #mine values(1)");
+    }
+
+    std::unique_ptr<EmbeddedSession> session_;
+};
+
+TEST_F(MovedFiles, nothingIsSavedIntoARemovedFile) {
+    std::filesystem::remove(path());
+    refusesToWrite();
+}
+
+TEST_F(MovedFiles, nothingIsSavedIntoAFileThatIsAnotherOneNow) {
+    std::filesystem::rename(path(), folder_.file("aside"));
+    std::filesystem::copy(folder_.file("aside"), path());
+    refusesToWrite();
+    session_.reset();
+    // The one that came is whole, and nothing was written into it.
+    const auto other = EmbeddedSession::open(path());
+    EXPECT_EQ(other->run("select ID from T").results.at(0).rows.value().rowCount(), 3U);
+    EXPECT_THAT(other->integrityCheck(), testing::IsEmpty());
+}
+
+TEST_F(MovedFiles, aTransactionThatHadBegunIsRolledBack) {
+    session_->begin();
+    session_->run("insert into T values(4, N'y')");
+    std::filesystem::remove(path());
+    refuses([this] { session_->commit(); });
+    EXPECT_EQ(session_->run("select ID from T").results.at(0).rows.value().rowCount(), 3U);
+}
+
+TEST_F(MovedFiles, aFileThatIsPutBackIsWrittenAgain) {
+    std::filesystem::rename(path(), folder_.file("aside"));
+    refusesToWrite();
+    std::filesystem::rename(folder_.file("aside"), path());
+    session_->run("insert into T values(4, N'y')");
+    session_.reset();
+    EXPECT_EQ(EmbeddedSession::open(path())->run("select ID from T").results.at(0).rows.value().rowCount(), 4U);
+}
+
+// The log of a file that is gone would be written over the backup that is put into its place.
+TEST_F(MovedFiles, nothingIsLeftBesideTheFileThatWasRemoved) {
+    session_->run("insert into T values(4, N'lost')");
+    const std::string backup = folder_.file("monday");
+    session_->backUp(backup);
+    session_->run("update T set A = N'later'");
+    std::filesystem::remove(path());
+    refuses([this] { session_->run("insert into T values(5, N'y')"); });
+    session_.reset();
+    EXPECT_FALSE(std::filesystem::exists(path() + "-wal"));
+    EXPECT_FALSE(std::filesystem::exists(path() + "-shm"));
+    std::filesystem::copy(backup, path());
+    const auto copy = EmbeddedSession::open(path());
+    EXPECT_THAT(copy->integrityCheck(), testing::IsEmpty());
+    EXPECT_EQ(copy->run("select ID from T where A = N'lost'").results.at(0).rows.value().rowCount(), 1U);
+}
+
+TEST_F(MovedFiles, theLastOfSeveralLeavesNothingEither) {
+    auto other = EmbeddedSession::open(path());
+    session_->run("insert into T values(4, N'lost')");
+    std::filesystem::remove(path());
+    session_.reset();
+    // The other one reads on.
+    EXPECT_EQ(other->run("select ID from T").results.at(0).rows.value().rowCount(), 4U);
+    other.reset();
+    EXPECT_FALSE(std::filesystem::exists(path() + "-wal"));
+    EXPECT_FALSE(std::filesystem::exists(path() + "-shm"));
+}
+
+TEST_F(MovedFiles, aSessionThatIsClosedWithinATransactionLeavesNothing) {
+    session_->onProgress([] { return true; });
+    session_->begin();
+    session_->run("insert into T values(4, N'y')");
+    std::filesystem::remove(path());
+    session_.reset();
+    EXPECT_FALSE(std::filesystem::exists(path() + "-wal"));
+    EXPECT_FALSE(std::filesystem::exists(path() + "-shm"));
+}
+
+TEST_F(MovedFiles, aFileThatIsPutBackAfterTheEndHasAllThatWasSaved) {
+    session_->run("insert into T values(4, N'saved')");
+    std::filesystem::rename(path(), folder_.file("aside"));
+    session_.reset();
+    EXPECT_FALSE(std::filesystem::exists(path() + "-wal"));
+    std::filesystem::rename(folder_.file("aside"), path());
+    const auto again = EmbeddedSession::open(path());
+    EXPECT_THAT(again->integrityCheck(), testing::IsEmpty());
+    EXPECT_EQ(again->run("select ID from T where A = N'saved'").results.at(0).rows.value().rowCount(), 1U);
+    again->run("insert into T values(5, N'y')");
+}
+
+// What is beside a file belongs to that file, whoever was there before.
+TEST_F(MovedFiles, theLogOfTheFileThatCameStays) {
+    std::filesystem::remove(path());
+    for (const char* suffix : {"-wal", "-shm"})
+        std::filesystem::remove(path() + suffix);
+    EmbeddedOptions create;
+    create.createIfMissing = true;
+    auto other = EmbeddedSession::open(path(), create);
+    other->run("create table Mine(ID int primary key) insert into Mine values(1)");
+    session_.reset();
+    EXPECT_TRUE(std::filesystem::exists(path() + "-wal"));
+    EXPECT_EQ(EmbeddedSession::open(path())->run("select ID from Mine").results.at(0).rows.value().rowCount(), 1U);
+    other->run("insert into Mine values(2)");
+    other.reset();
+    EXPECT_EQ(EmbeddedSession::open(path())->run("select ID from Mine").results.at(0).rows.value().rowCount(), 2U);
 }
 
 // The limit on the size of files stands in for a full disk.

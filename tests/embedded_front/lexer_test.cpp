@@ -124,6 +124,20 @@ TEST(LexerLiterals, ExponentsAreFloats) {
     EXPECT_EQ(onlyLiteral("1e5").type, LiteralType::Float);
 }
 
+TEST(LexerLiterals, MoneyHasFourDigitsBehindThePoint) {
+    const std::pair<const char*, const char*> cases[] = {{"$12.5", "125000"},
+                                                         {"$.00005", "1"},
+                                                         {"$0.00004", "0"},
+                                                         {"$7.", "70000"},
+                                                         {"$922337203685477.58074", "9223372036854775807"}};
+    for (const auto& [sql, coefficient] : cases) {
+        SCOPED_TRACE(sql);
+        const Literal literal = onlyLiteral(sql);
+        EXPECT_EQ(literal.type, LiteralType::Money);
+        EXPECT_EQ(toString(literal.coefficient), coefficient);
+    }
+}
+
 TEST(LexerLiterals, TextsFoldDoubledQuotes) {
     EXPECT_EQ(onlyLiteral("'it''s'").text, "it's");
     EXPECT_EQ(onlyLiteral("''").text, "");

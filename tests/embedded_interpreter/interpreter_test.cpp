@@ -171,7 +171,7 @@ TEST_F(Interpreting, TheNextBatchStartsAfreshAfterAFailure) {
 TEST_F(Interpreting, ABrokenProcedureIsRefusedWhenItIsMade) {
     EXPECT_EQ(errorOf("CREATE PROCEDURE P AS SELECT FROM"), 156);
     EXPECT_EQ(errorOf("CREATE PROCEDURE P @A int AS DECLARE @A int"), 134);
-    EXPECT_EQ(errorOf("CREATE PROCEDURE P @A nothing AS SELECT 1"), 243);
+    EXPECT_EQ(errorOf("CREATE PROCEDURE P @A nothing AS SELECT 1"), 2715);
     EXPECT_EQ(errorOf("EXEC P"), 2812);
 }
 

@@ -15,24 +15,15 @@
 #include "drivers.h"
 #include "engines/odbc/odbc_session.h"
 #include "stand_in_server.h"
+#include "tests/support/row_lines.h"
 #include "tests/support/temp_folder.h"
 
 namespace basalt::odbc {
 namespace {
 
 std::vector<std::string> linesOf(Session& session, const std::string& sql) {
-    std::vector<std::string> lines;
     const BatchResult batch = session.run(sql);
-    const RowSet& rows = batch.results.at(0).rows.value();
-    for (std::size_t row = 0; row < rows.rowCount(); ++row) {
-        std::string line;
-        for (std::size_t i = 0; i < rows.columnCount(); ++i) {
-            const Value value = rows.column(i).valueAt(row);
-            line += isNull(value) ? "NULL|" : toText(value) + "|";
-        }
-        lines.push_back(std::move(line));
-    }
-    return lines;
+    return linesOf(batch.results.at(0).rows.value());
 }
 
 TEST(DeployThroughFreeTds, theDatabaseIsTheSameFromBothSides) {
@@ -91,19 +82,19 @@ TEST(DeployThroughFreeTds, theTransactionIsAsTheServerHasIt) {
             SCOPED_TRACE(std::string(open) + " and " + close);
             quietly([&] { session->run(open); });
             EXPECT_TRUE(session->inTransaction());
-            EXPECT_EQ(count(), "1|");
+            EXPECT_EQ(count(), "1");
             quietly([&] { session->run(close); });
             EXPECT_FALSE(session->inTransaction());
-            EXPECT_EQ(count(), "0|");
+            EXPECT_EQ(count(), "0");
         }
     }
     quietly([&] { (void)session->call("Opens", {}); });
     EXPECT_TRUE(session->inTransaction());
     quietly([&] { (void)session->call("Throws", {}); });
     EXPECT_FALSE(session->inTransaction());
-    EXPECT_EQ(count(), "0|");
+    EXPECT_EQ(count(), "0");
     // Two beginnings with BEGIN TRAN's two ends, and twice a beginning in a procedure with the like.
-    EXPECT_EQ(linesOf(*session, "SELECT COUNT(*) FROM dbo.T").at(0), "4|");
+    EXPECT_EQ(linesOf(*session, "SELECT COUNT(*) FROM dbo.T").at(0), "4");
 }
 
 std::string outputOf(const std::string& command) {
@@ -196,6 +187,7 @@ TEST(DeployThroughFreeTds, theOptionsOfTheWorkstationLimitAStatement) {
     std::filesystem::create_directories(folder.file("data/basalt"));
     std::ofstream(folder.file("data/basalt/workstation.json")) << "{\"queryTimeoutSeconds\": 1}";
     test::TdsResponder server;
+    server.keepWaiting();  // who asks which program the database was made by goes on without an answer
     server.keepWaiting();
     const std::string program = "XDG_DATA_HOME=" + quoted(folder.file("data")) + " " BASALT_BINARY_DIR "/bin/basalt";
     const std::string reply = outputOf(program + " sql \"waitfor delay '1:00'\" --database " +
@@ -203,6 +195,28 @@ TEST(DeployThroughFreeTds, theOptionsOfTheWorkstationLimitAStatement) {
     EXPECT_NE(reply.find("Timeout expired"), std::string::npos) << reply;
     EXPECT_TRUE(reply.ends_with("\n1\n")) << reply;
     EXPECT_EQ(server.leftovers(), 0U);
+}
+
+// Both statements take longer than the workstation lets one; that of a scale barcode's layouts has no limit.
+TEST(DeployThroughFreeTds, theLookUpOfLayoutsWaitsWhateverTheWorkstationSays) {
+    const auto driver = test::driverPart("libtdsodbc.so");
+    if (!driver) GTEST_SKIP() << "FreeTDS' ODBC driver (libtdsodbc.so) is not installed";
+    const basalt::test::TempFolder folder;
+    host::deployDatabase(*embedded::EmbeddedSession::open(folder.file("shop.db"), {.createIfMissing = true}));
+    std::filesystem::create_directories(folder.file("data/basalt"));
+    std::ofstream(folder.file("data/basalt/workstation.json")) << "{\"queryTimeoutSeconds\": 1}";
+    test::StandInServer server(folder.file("shop.db"));
+    server.takeTime("FROM   dbo.BarCodeFormul", std::chrono::milliseconds(1500));
+    const std::string program = "XDG_DATA_HOME=" + quoted(folder.file("data")) + " " BASALT_BINARY_DIR "/bin/basalt";
+    const std::string database =
+        " --database " + quoted("odbc:" + *driver + server.connectionPart()) + " 2>&1; echo $?";
+    const std::string scan =
+        outputOf(program + " call FillGoodInfFromBarcode 1 0 2800057012505 1 0 0 --json" + database);
+    EXPECT_NE(scan.find("\"result\":false"), std::string::npos) << scan;
+    EXPECT_TRUE(scan.ends_with("\n0\n")) << scan;
+    const std::string other = outputOf(program + " sql \"SELECT * FROM   dbo.BarCodeFormul\"" + database);
+    EXPECT_NE(other.find("Timeout expired"), std::string::npos) << other;
+    EXPECT_TRUE(other.ends_with("\n1\n")) << other;
 }
 
 // The scale agent is handed the connection string; whoever reads the reply is not.

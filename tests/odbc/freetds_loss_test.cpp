@@ -1,5 +1,9 @@
 // Connections that are lost, statements that are given up, and transactions, through FreeTDS.
+#include <chrono>
+#include <thread>
+
 #include "ado/connection.h"
+#include "ado/query.h"
 #include "freetds.h"
 
 namespace basalt::odbc {
@@ -9,6 +13,7 @@ namespace tds = test::tds;
 using test::errorOf;
 using test::FreeTds;
 using test::TdsReply;
+using test::TdsRequest;
 using testing::ElementsAre;
 
 const TdsReply& threeRows() {
@@ -247,6 +252,36 @@ TEST_F(FreeTds, aStatementThatTakesTooLongIsGivenUpAndTheConnectionStays) {
     EXPECT_EQ(error.sqlState(), "HYT00");
     EXPECT_EQ(affectedRows(session().run("next")), 1);
     EXPECT_EQ(server_.logins(), 1);
+}
+
+TEST_F(FreeTds, aQueryHasItsOwnLimitOfTimeAndTheNextOneTheSessions) {
+    options_.queryTimeoutSeconds = 1;
+    server_.answerWith([](const TdsRequest&) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+        return threeRows();
+    });
+    TADOConnection connection(session());
+    TADOQuery patient(connection, "BarCodeFormul_QRY");
+    patient.CommandTimeout = 0;
+    patient.SQL = "select A from T";
+    patient.Open();
+    EXPECT_EQ(patient.RecordCount(), 3);
+    server_.keepWaiting();
+    TADOQuery other(connection, "Temp_QRY");
+    other.SQL = "select A from T";
+    EXPECT_EQ(errorOf([&] { other.Open(); }).sqlState(), "HYT00");
+    // And the limit of a query is kept where the session has none, or a longer one.
+    session_.reset();
+    options_.queryTimeoutSeconds = 0;
+    TADOConnection unlimited(session());
+    server_.keepWaiting();
+    TADOQuery hasty(unlimited, "Temp_QRY");
+    hasty.CommandTimeout = 1;
+    hasty.SQL = "delete T";
+    EXPECT_EQ(errorOf([&] { hasty.ExecSQL(); }).sqlState(), "HYT00");
+    hasty.CommandTimeout = 0;
+    EXPECT_EQ(hasty.ExecSQL(), -1);
+    EXPECT_EQ(server_.logins(), 2);
 }
 
 TEST_F(FreeTds, aRefusedLoginTellsNoPassword) {

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <charconv>
 #include <stdexcept>
+#include <thread>
 
 namespace basalt::odbc::test {
 
@@ -141,6 +142,9 @@ TdsReply StandInServer::call(const TdsRequest& request) {
 }
 
 TdsReply StandInServer::answer(const TdsRequest& request) {
+    if (!slow_.first.empty() && request.text.find(slow_.first) != std::string::npos) {
+        std::this_thread::sleep_for(slow_.second);
+    }
     TdsReply reply;
     try {
         BatchResult batch;

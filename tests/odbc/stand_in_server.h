@@ -2,6 +2,7 @@
 // shows that real scripts and real data pass through FreeTDS unharmed.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <utility>
@@ -20,6 +21,8 @@ public:
     [[nodiscard]] std::string connectionPart() const { return responder_.connectionPart(); }
     // As under a collation whose code page has no place for the letter: in literals without N it becomes another.
     void loseLetter(const std::string& letter, const std::string& other) { lost_ = {letter, other}; }
+    // Statements with these words in them are answered so much later; to be said before the first request.
+    void takeTime(const std::string& words, std::chrono::milliseconds time) { slow_ = {words, time}; }
     [[nodiscard]] std::vector<TdsRequest> requests() const { return responder_.requests(); }
 
 private:
@@ -27,6 +30,7 @@ private:
     TdsReply call(const TdsRequest& request);
 
     std::pair<std::string, std::string> lost_;
+    std::pair<std::string, std::chrono::milliseconds> slow_;
     std::unique_ptr<embedded::EmbeddedSession> session_;
     TdsResponder responder_;  // goes first, with its thread
 };

@@ -133,9 +133,55 @@ bool hasQuery(const BoundExpression& expression) {
 
 }  // namespace
 
+namespace {
+
+bool namesColumnOf(const BoundExpression& expression, const Scope& scope) {
+    if (expression.kind == BoundKind::Column) return scope.owns(expression.table);
+    return std::any_of(expression.arguments.begin(), expression.arguments.end(),
+                       [&](const BoundPtr& argument) { return namesColumnOf(*argument, scope); });
+}
+
+// Whose rows an aggregate takes together: those of the innermost query that its arguments name a column of.
+Scope* ownerOf(const std::vector<BoundPtr>& arguments, Scope* scope) {
+    for (Scope* each = scope; each != nullptr; each = each->parent) {
+        for (const BoundPtr& argument : arguments) {
+            if (namesColumnOf(*argument, *each)) return each;
+        }
+    }
+    return scope;
+}
+
+bool allowedOutside(const Scope* scope) {
+    return scope != nullptr && (scope->aggregatesAllowed || allowedOutside(scope->parent));
+}
+
+// (SELECT aggregate): an aggregate of a query further out, which SQLite takes in a select list only.
+BoundPtr alone(BoundPtr aggregate) {
+    auto result = std::make_unique<BoundExpression>();
+    result->kind = BoundKind::Subquery;
+    result->type = aggregate->type;
+    result->nullable = aggregate->nullable;
+    result->order = aggregate->order;
+    result->query = std::make_unique<BoundQuery>();
+    result->query->columns.push_back({{}, aggregate->type, aggregate->nullable, {}, aggregate->order});
+    result->query->singleRow = true;
+    result->query->body = std::make_unique<BoundBody>();
+    result->query->body->select = std::make_unique<BoundSelect>();
+    result->query->body->select->items.push_back({std::move(aggregate), {}});
+    return result;
+}
+
+}  // namespace
+
 BoundPtr Binder::aggregate(const ast::FunctionExpression& call, Scope* scope) {
     const std::string name = foldName(call.name.last());
     const bool windowed = call.over != nullptr;
+    const auto failInWhere = [&] {
+        fail(147,
+             "An aggregate may not appear in the WHERE clause unless it is in a subquery contained in a HAVING clause "
+             "or a select list, and the column being aggregated is an outer reference.",
+             call.range);
+    };
     if (windowed && (scope == nullptr || !scope->windowsAllowed)) {
         fail(4108, "Windowed functions can only appear in the SELECT or ORDER BY clauses.", call.range);
     }
@@ -144,13 +190,10 @@ BoundPtr Binder::aggregate(const ast::FunctionExpression& call, Scope* scope) {
             fail(130, "Cannot perform an aggregate function on an expression containing an aggregate or a subquery.",
                  call.range);
         }
-        fail(147,
-             "An aggregate may not appear in the WHERE clause unless it is in a subquery contained in a HAVING clause "
-             "or a "
-             "select list, and the column being aggregated is an outer reference.",
-             call.range);
+        if (scope == nullptr || !allowedOutside(scope->parent)) failInWhere();
     }
     std::vector<BoundPtr> arguments;
+    Scope* owner = scope;
     {
         const bool allowed = scope->aggregatesAllowed;
         const bool inside = scope->insideAggregate;
@@ -158,7 +201,6 @@ BoundPtr Binder::aggregate(const ast::FunctionExpression& call, Scope* scope) {
         if (!windowed) {
             scope->aggregatesAllowed = false;
             scope->insideAggregate = true;
-            scope->aggregated = true;
         }
         for (const ast::ExpressionPtr& argument : call.arguments) {
             arguments.push_back(expression(*argument, scope));
@@ -170,6 +212,11 @@ BoundPtr Binder::aggregate(const ast::FunctionExpression& call, Scope* scope) {
         }
         scope->aggregatesAllowed = allowed;
         scope->insideAggregate = inside;
+    }
+    if (!windowed) {
+        owner = ownerOf(arguments, scope);
+        if (!owner->aggregatesAllowed) failInWhere();
+        owner->aggregated = true;
     }
     const auto requireCount = [&](std::size_t fewest, std::size_t most) {
         if (arguments.size() < fewest || arguments.size() > most) {
@@ -269,7 +316,7 @@ BoundPtr Binder::aggregate(const ast::FunctionExpression& call, Scope* scope) {
     }
     result->arguments = std::move(arguments);
     if (windowed) result->over = over(*call.over, scope);
-    return result;
+    return owner == scope ? std::move(result) : alone(std::move(result));
 }
 
 }  // namespace basalt::embedded

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <memory>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -45,6 +46,8 @@ struct BinderInput {
     const VariableTypes* variables = nullptr;
     // Stored texts (views, defaults, checks) outlive the batch: their literals stand in the statement itself.
     bool inlineLiterals = false;
+    // Takes the names of the functions of users that the statement runs, those of its views among them; may be null.
+    std::set<std::string>* called = nullptr;
 };
 
 class Binder {
@@ -139,6 +142,7 @@ private:
     SqlType compareWithColumn(BoundPtr& operand, BoundQuery& query);
     BoundPtr in(const ast::InExpression& expression, Scope* scope);
     BoundPtr like(const ast::LikeExpression& expression, Scope* scope);
+    // quantified.cpp
     BoundPtr quantified(const ast::QuantifiedExpression& expression, Scope* scope);
     // function.cpp, aggregate.cpp
     BoundPtr function(const ast::FunctionExpression& expression, Scope* scope);
@@ -201,6 +205,8 @@ private:
                                                bool applies);
     std::unique_ptr<BoundSource> appliedQuery(std::unique_ptr<BoundQuery> query, const ast::TableSource& source,
                                               const std::string& name, Scope& scope, const Scope& visible);
+    // For what stands in another text than the statement.
+    [[nodiscard]] BinderInput inputOf(const ast::Batch& stored) const;
     // An expression kept as T-SQL text.
     BoundPtr storedExpression(const std::string& text);
     std::unique_ptr<BoundQuery> viewQuery(const Module& view, SourceRange range);
@@ -210,14 +216,24 @@ private:
     [[nodiscard]] const CommonTable* commonTable(const ast::ObjectName& name) const;
     // change.cpp
     const Table& target(const ast::TableTarget& target);
-    BoundSelectStatement valuesBefore(const ast::UpdateStatement& statement);
+    // The position of the column, which may be assigned and is not among the others.
+    std::size_t assignedColumn(const ast::SetClause& clause, const Table& table,
+                               const std::vector<std::size_t>& others) const;
+    BoundPtr newValue(const ast::SetClause& clause, const Table& table, std::size_t index, const std::string& alias,
+                      Scope& scope);
+    // update_by_row.cpp
+    BoundUpdate updateByRow(const ast::UpdateStatement& statement);
+    BoundPtr assignedByRow(const ast::SetClause& clause, BoundPtr value);
     ScopeSource targetSource(const Table& table, const std::string& name, const std::string& sqlAlias);
     void outputs(const std::optional<ast::OutputClause>& clause, const Table& table, bool deleted,
                  std::vector<BoundItem>& items, std::vector<OutputColumn>& columns);
     // The table that UPDATE or DELETE changes when it has a FROM, and the alias of the source that stands for it there.
     const Table& targetIn(const ast::TableTarget& target, const std::vector<ast::TableSourcePtr>& from,
                           const Scope& scope, std::string& sqlAlias, BoundSelect& select);
-    void addKey(const Table& table, const std::string& sqlAlias, BoundSelect& select);
+    // The table that an UPDATE with FROM changes; its sources become those of the rows and of the scope.
+    const Table& targetAmong(const ast::UpdateStatement& statement, Scope& scope, std::string& alias,
+                             BoundSelect& rows);
+    void addKey(const Table& table, const std::string& sqlAlias, BoundSelect& select, SourceRange range);
     [[nodiscard]] bool showsDeleted(const ast::UpdateStatement& statement) const;
     BoundSelectStatement shownBefore(const ast::UpdateStatement& statement);
     BoundPtr columnBefore(const TableColumn& column);
@@ -242,6 +258,10 @@ private:
         BoundPtr value;  // null before its item
     };
     std::vector<RunningVariable> running_;
+    bool byRow_ = false;  // they are those of an UPDATE
+    static constexpr std::size_t kMostExpressions = 100'000;
+    static constexpr std::size_t kExpressionsALetter = 8;
+    std::size_t expressions_ = 0;  // bound so far
     // While the OUTPUT of an UPDATE is read: what inserted.x are made of.
     struct Assignments {
         const ast::UpdateStatement* statement = nullptr;
@@ -258,6 +278,9 @@ private:
 
 // The operator in +=, -= and their kin.
 [[nodiscard]] ast::BinaryOperator operatorOf(ast::AssignmentOperator op);
+
+// As SQLite writes it.
+[[nodiscard]] const char* symbol(ast::ComparisonOperator op);
 
 // A value of the session as an expression, a parameter of the statement.
 [[nodiscard]] BoundPtr boundSystemValue(SystemValue value);

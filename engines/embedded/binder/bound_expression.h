@@ -45,9 +45,10 @@ enum class SystemValue : std::uint8_t {
 
 // Where a parameter of the generated statement takes its value from.
 struct Slot {
-    enum class Source : std::uint8_t { Literal, Marker, Variable, System };
+    // Row: an item of the row that is being changed.
+    enum class Source : std::uint8_t { Literal, Marker, Variable, System, Row };
     Source source = Source::Literal;
-    std::uint32_t index = 0;  // Literal and Marker
+    std::uint32_t index = 0;  // Literal, Marker and Row
     std::string variable;     // Variable, with the @
     SystemValue system = SystemValue::Now;
     SqlType from;  // the type of the source

@@ -20,15 +20,22 @@ struct OutputColumn {
 
 enum class SourceKind : std::uint8_t { Table, Query, CommonTable, Values, Join, Rows };
 
+// A column of a source by its generated names.
+struct SourceColumnName {
+    std::string table;
+    std::string name;
+};
+
 struct BoundSource {
     SourceKind kind = SourceKind::Table;
-    std::string alias;                         // not for a join
-    std::string table;                         // Table: SQLite's name; CommonTable: its generated name
-    std::unique_ptr<BoundQuery> query;         // Query
-    std::vector<std::vector<BoundPtr>> rows;   // Values
-    std::string join;                          // Join: "JOIN", "LEFT JOIN", ...
-    std::unique_ptr<BoundSource> left, right;  // Join
-    BoundPtr condition;                        // Join; null for a cross join
+    std::string alias;                                        // of joins only for a FULL JOIN
+    std::string table;                                        // Table: SQLite's name; CommonTable: its generated name
+    std::unique_ptr<BoundQuery> query;                        // Query
+    std::vector<std::vector<BoundPtr>> rows;                  // Values
+    std::string join;                                         // Join: "JOIN", "CROSS JOIN", "LEFT JOIN", "FULL JOIN"
+    std::unique_ptr<BoundSource> left, right;                 // Join
+    BoundPtr condition;                                       // Join; null for a cross join
+    std::vector<SourceColumnName> leftColumns, rightColumns;  // FULL JOIN: all that may be named of its sides
     // Rows: what t_rows reads (executor/row_source.h). `table` is the function or system view. With APPLY `query` is
     // worked out for each row of what stands before it, and `outer` are the aliases that it may name.
     std::string rowKind;

@@ -195,7 +195,19 @@ const Table& Binder::targetIn(const ast::TableTarget& target, const std::vector<
     return table;
 }
 
-void Binder::addKey(const Table& table, const std::string& sqlAlias, BoundSelect& select) {
+namespace {
+
+// SQLite does not tell the number of a table's row through the brackets of a join.
+bool standsFree(const BoundSource& source, const std::string& alias) {
+    if (source.kind != SourceKind::Join) return source.alias == alias;
+    if (source.join == "FULL JOIN") return false;
+    return standsFree(*source.left, alias) ||
+           (source.right->kind != SourceKind::Join && standsFree(*source.right, alias));
+}
+
+}  // namespace
+
+void Binder::addKey(const Table& table, const std::string& sqlAlias, BoundSelect& select, SourceRange range) {
     const auto add = [&](const std::string& name, const SqlType& type) {
         auto column = std::make_unique<BoundExpression>();
         column->kind = BoundKind::Column;
@@ -206,6 +218,8 @@ void Binder::addKey(const Table& table, const std::string& sqlAlias, BoundSelect
         select.items.push_back({std::move(column), {}});
     };
     if (table.rowid) {
+        if (!standsFree(*select.from, sqlAlias))
+            unsupported("changing a table without a key inside of a FULL JOIN or of a join in brackets", range);
         add("rowid", SqlType::of(TypeKind::BigInt));
         return;
     }

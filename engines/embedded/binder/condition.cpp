@@ -11,24 +11,6 @@ const SqlType& truth() {
     return type;
 }
 
-const char* symbol(ast::ComparisonOperator op) {
-    switch (op) {
-        case ast::ComparisonOperator::Equal:
-            return "=";
-        case ast::ComparisonOperator::NotEqual:
-            return "<>";
-        case ast::ComparisonOperator::Less:
-            return "<";
-        case ast::ComparisonOperator::LessOrEqual:
-            return "<=";
-        case ast::ComparisonOperator::Greater:
-            return ">";
-        case ast::ComparisonOperator::GreaterOrEqual:
-            return ">=";
-    }
-    return "=";
-}
-
 const char* nameOf(ast::ComparisonOperator op) {
     switch (op) {
         case ast::ComparisonOperator::Equal:
@@ -48,6 +30,24 @@ const char* nameOf(ast::ComparisonOperator op) {
 }
 
 }  // namespace
+
+const char* symbol(ast::ComparisonOperator op) {
+    switch (op) {
+        case ast::ComparisonOperator::Equal:
+            return "=";
+        case ast::ComparisonOperator::NotEqual:
+            return "<>";
+        case ast::ComparisonOperator::Less:
+            return "<";
+        case ast::ComparisonOperator::LessOrEqual:
+            return "<=";
+        case ast::ComparisonOperator::Greater:
+            return ">";
+        case ast::ComparisonOperator::GreaterOrEqual:
+            return ">=";
+    }
+    return "=";
+}
 
 BoundPtr Binder::condition(const ast::Expression& expression, Scope* scope) {
     using Kind = ast::ExpressionKind;
@@ -206,97 +206,6 @@ BoundPtr Binder::like(const ast::LikeExpression& expression, Scope* scope) {
                                boundInteger((unicode ? 1 : 0) + 2 * order));
     if (!expression.negated) return match;
     return boundPrefix("NOT", truth(), std::move(match));
-}
-
-// x op ANY (q): some row compares so. x op ALL (q): no row compares otherwise, and none is unknown.
-namespace {
-
-// SELECT item FROM source
-std::unique_ptr<BoundQuery> queryOf(BoundPtr item, std::unique_ptr<BoundSource> source) {
-    auto query = std::make_unique<BoundQuery>();
-    query->columns.push_back({{}, item->type, true, {}});
-    auto select = std::make_unique<BoundSelect>();
-    select->items.push_back({std::move(item), {}});
-    select->from = std::move(source);
-    query->body = std::make_unique<BoundBody>();
-    query->body->select = std::move(select);
-    return query;
-}
-
-// Of the query that the expression stands in, not of one inside of it.
-bool holdsAggregate(const BoundExpression& expression) {
-    return expression.kind == BoundKind::Aggregate ||
-           std::any_of(expression.arguments.begin(), expression.arguments.end(),
-                       [](const BoundPtr& argument) { return holdsAggregate(*argument); });
-}
-
-}  // namespace
-
-BoundPtr Binder::quantified(const ast::QuantifiedExpression& expression, Scope* scope) {
-    using Op = ast::ComparisonOperator;
-    const bool anyEqual = !expression.all && expression.op == Op::Equal;
-    const bool allDifferent = expression.all && expression.op == Op::NotEqual;
-    auto result = std::make_unique<BoundExpression>();
-    result->type = truth();
-    result->query = oneColumnQuery(*expression.query, scope);
-    BoundPtr operand = this->expression(*expression.operand, scope);
-    const SqlType compared = compareWithColumn(operand, *result->query);
-    if (anyEqual || allDifferent) {
-        result->kind = BoundKind::In;
-        result->negated = allDifferent;
-        result->arguments.push_back(std::move(operand));
-        return result;
-    }
-    // The operand goes into a query of its own, where it would take other rows together.
-    if (holdsAggregate(*operand))
-        unsupported(std::string("an aggregate or a window function before ") + (expression.all ? "ALL" : "ANY"),
-                    expression.range);
-    // (SELECT CASE ... FROM (SELECT x op s.c1 AS c1 FROM (query) AS s) AS t), where the CASE takes the comparisons
-    // together as AND or OR would: one that is unknown counts unless another one decides.
-    auto item = std::make_unique<BoundExpression>();
-    item->kind = BoundKind::Column;
-    item->type = compared;
-    item->table = newAlias();
-    item->name = "c1";
-    item->ownCollation = true;
-    auto source = std::make_unique<BoundSource>();
-    source->kind = SourceKind::Query;
-    source->alias = item->table;
-    source->query = std::move(result->query);
-    auto comparisons = std::make_unique<BoundSource>();
-    comparisons->kind = SourceKind::Query;
-    comparisons->alias = newAlias();
-    comparisons->query =
-        queryOf(boundInfix(symbol(expression.op), truth(), std::move(operand), std::move(item)), std::move(source));
-    const auto aggregate = [&](const char* name, bool star) {
-        auto call = std::make_unique<BoundExpression>();
-        call->kind = BoundKind::Aggregate;
-        call->type = SqlType::of(TypeKind::Int);
-        call->name = name;
-        call->star = star;
-        if (star) return call;
-        auto outcome = std::make_unique<BoundExpression>();
-        outcome->kind = BoundKind::Column;
-        outcome->type = truth();
-        outcome->table = comparisons->alias;
-        outcome->name = "c1";
-        call->arguments.push_back(std::move(outcome));
-        return call;
-    };
-    const int decisive = expression.all ? 0 : 1;
-    auto together = std::make_unique<BoundExpression>();
-    together->kind = BoundKind::Case;
-    together->type = truth();
-    together->arguments.push_back(
-        boundInfix("=", truth(), aggregate(expression.all ? "min" : "max", false), boundInteger(decisive)));
-    together->arguments.push_back(boundInteger(decisive));
-    together->arguments.push_back(boundInfix("<", truth(), aggregate("count", false), aggregate("count", true)));
-    together->arguments.push_back(boundConstant(Null{}, truth()));
-    together->arguments.push_back(boundInteger(1 - decisive));
-    result->kind = BoundKind::Subquery;
-    result->query = queryOf(std::move(together), std::move(comparisons));
-    result->query->singleRow = true;
-    return result;
 }
 
 }  // namespace basalt::embedded

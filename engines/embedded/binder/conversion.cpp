@@ -2,6 +2,7 @@
 #include "engines/embedded/binder/binder.h"
 #include "engines/embedded/binder/type_rules.h"
 #include "engines/embedded/catalog/data_type.h"
+#include "engines/embedded/catalog/object_name.h"
 #include "engines/embedded/lexer/error_context.h"
 #include "engines/embedded/lexer/utf8.h"
 #include "engines/embedded/runtime/convert.h"
@@ -110,7 +111,7 @@ void Binder::unifyForComparison(BoundPtr& a, BoundPtr& b) {
     if (dated(a->type) && dated(b->type)) return;
     // Digits beyond int without a fraction are decimals by their spelling; beside an integer column they serve as
     // bigint.
-    const auto asBigInt = [this](BoundPtr& number, const SqlType& other) {
+    const auto asBigInt = [](BoundPtr& number, const SqlType& other) {
         if (other.isInteger() && number->kind == BoundKind::Slot && number->slot.source == Slot::Source::Literal &&
             number->type.kind == TypeKind::Decimal && number->type.scale == 0 && number->type.precision <= 18) {
             number->slot.to = number->type = SqlType::of(TypeKind::BigInt);
@@ -136,14 +137,14 @@ BoundPtr Binder::assigned(BoundPtr value, const TableColumn& column, std::string
         }
         if (isSameStored(from, column.type) && !hasTextSlot(*value)) return value;
         return boundCall("t_fit", column.type, std::move(value), boundTypeCode(column.type),
-                         boundConstant(std::string(table), SqlType::text(TypeKind::NVarChar, 128)),
+                         boundConstant(shownPlace(table), SqlType::text(TypeKind::NVarChar, 128)),
                          boundConstant(column.name, SqlType::text(TypeKind::NVarChar, 128)));
     }
     if (column.type.isText() && from.isInteger() && column.type.length != kMaxLength) {
         // A number too long for its column is an error on assignment, not the asterisk of CAST.
         value = cast(std::move(value), SqlType::text(TypeKind::VarChar, 20));
         return boundCall("t_fit", column.type, std::move(value), boundTypeCode(column.type),
-                         boundConstant(std::string(table), SqlType::text(TypeKind::NVarChar, 128)),
+                         boundConstant(shownPlace(table), SqlType::text(TypeKind::NVarChar, 128)),
                          boundConstant(column.name, SqlType::text(TypeKind::NVarChar, 128)));
     }
     return cast(std::move(value), column.type);

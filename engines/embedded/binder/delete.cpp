@@ -29,7 +29,7 @@ BoundDelete Binder::remove(const ast::DeleteStatement& statement) {
             }
         }
         if (statement.where != nullptr) rows->where = condition(*statement.where, &scope);
-        addKey(*result.table, result.alias, *rows);
+        addKey(*result.table, result.alias, *rows, statement.target.range);
         result.rows = std::make_unique<BoundQuery>();
         if (statement.top) result.rows->limit = rowLimit(*statement.top->count, nullptr);
         result.rows->body = std::make_unique<BoundBody>();

@@ -1,4 +1,6 @@
 // Values: literals, variables, columns, CASE, CAST, subqueries.
+#include <algorithm>
+
 #include "ado/names.h"
 #include "engines/embedded/binder/binder.h"
 #include "engines/embedded/binder/type_rules.h"
@@ -20,6 +22,8 @@ SqlType typeOf(const Literal& literal) {
             return SqlType::decimal(literal.precision, literal.scale);
         case LiteralType::Float:
             return SqlType::of(TypeKind::Float);
+        case LiteralType::Money:
+            return SqlType::of(TypeKind::Money);
         case LiteralType::Varchar:
             return SqlType::text(TypeKind::VarChar, length(utf16Length(literal.text)));
         case LiteralType::NVarchar:
@@ -79,6 +83,14 @@ BoundPtr boundSystemValue(SystemValue value) {
 
 BoundPtr Binder::expression(const ast::Expression& expression, Scope* scope) {
     using Kind = ast::ExpressionKind;
+    // NULLIF and its kin name their operand twice: inside each other they soon are more than any memory holds.
+    if (++expressions_ > kMostExpressions + kExpressionsALetter * input_.text.size()) {
+        fail(
+            8621,
+            "The query processor ran out of stack space during query optimization. Expressions that name their operand "
+            "more than once stand too deep inside each other; please simplify the query.",
+            expression.range);
+    }
     switch (expression.kind) {
         case Kind::Literal:
             return literal(ast::as<ast::LiteralExpression>(expression));
@@ -100,6 +112,10 @@ BoundPtr Binder::expression(const ast::Expression& expression, Scope* scope) {
         case Kind::Variable: {
             const auto& name = ast::as<ast::VariableExpression>(expression).name;
             const bool running = scope != nullptr && scope->parent == nullptr && !scope->insideAggregate;
+            if (byRow_ && !running &&
+                std::ranges::any_of(running_, [&](const RunningVariable& each) { return sameName(each.name, name); })) {
+                unsupported("a subquery that reads " + name + ", which the UPDATE around it assigns", expression.range);
+            }
             return running ? runningVariable(name, expression.range) : variable(name, expression.range);
         }
         case Kind::SystemVariable:
@@ -186,6 +202,8 @@ BoundPtr Binder::literal(const ast::LiteralExpression& expression) {
             return boundConstant(Decimal(value.coefficient, value.scale), type);
         case LiteralType::Float:
             return boundConstant(value.real, type);
+        case LiteralType::Money:
+            return boundConstant(Decimal(value.coefficient, kMoneyScale), type);
         case LiteralType::Varbinary:
             return boundConstant(Bytes(value.text.begin(), value.text.end()), type);
         default:

@@ -1,6 +1,7 @@
 // The scalar functions of T-SQL: one entry a name, with the types of its arguments and of its result.
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <map>
 
 #include "ado/names.h"
@@ -296,6 +297,14 @@ BoundPtr coalesce(FunctionBinder& f) {
     for (BoundPtr& value : values) {
         f.binder().refuseClash(value->type, type, f.range());
         value = f.binder().cast(std::move(value), type);
+    }
+    // SQLite's functions take 127 arguments.
+    constexpr std::ptrdiff_t most = 100;
+    while (std::ssize(values) > most) {
+        std::vector<BoundPtr> first(std::make_move_iterator(values.begin()),
+                                    std::make_move_iterator(values.begin() + most));
+        values.erase(values.begin() + 1, values.begin() + most);
+        values.front() = makeCall("coalesce", type, std::move(first));
     }
     BoundPtr result = makeCall("coalesce", type, std::move(values));
     result->nullable = nullable;

@@ -99,7 +99,7 @@ std::unique_ptr<BoundSource> Binder::functionTable(const ast::FunctionTable& sou
     std::vector<BoundPtr> arguments =
         userArguments(*function, batch, source.arguments, source.name, visible, source.range);
     const std::string shown = source.alias.empty() ? source.name.last() : source.alias.text;
-    Binder inner(catalog_, {.text = batch.text, .literals = &batch.literals, .inlineLiterals = true});
+    Binder inner(catalog_, inputOf(batch));
     inner.sharedAliases_ = &aliases();
     inner.viewDepth_ = viewDepth_ + 1;
     if (function->returns == Returns::InlineTable) {
@@ -111,6 +111,7 @@ std::unique_ptr<BoundSource> Binder::functionTable(const ast::FunctionTable& sou
         if (applies) return appliedQuery(std::move(query), source, shown, scope, *visible);
         return derived(std::move(query), source, shown, scope);
     }
+    if (input_.called != nullptr) input_.called->insert(module->name);
     std::vector<OutputColumn> columns;
     for (const ast::ColumnDefinition& column : function->table.columns) {
         if (column.computed != nullptr) unsupported("a computed column in a function's table", source.range);
@@ -140,7 +141,9 @@ std::unique_ptr<BoundSource> Binder::systemTable(const ast::NamedTable& source, 
     result->kind = SourceKind::Rows;
     result->alias = newAlias();
     result->rowKind = "system";
-    result->table = view->name;
+    const bool temporary =
+        source.name.parts.size() > 2 && sameName(source.name.parts[source.name.parts.size() - 3].text, "tempdb");
+    result->table = (temporary ? std::string(kTemporaryPart) : std::string()) + view->name;
     addToScope(scope, rowColumns(source.alias.empty() ? source.name.last() : source.alias.text, result->alias, columns),
                source.range);
     return result;

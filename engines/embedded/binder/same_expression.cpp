@@ -1,5 +1,6 @@
 // Whether two expressions say the same: GROUP BY K % 2 and SELECT K % 2.
 #include "engines/embedded/binder/binder.h"
+#include "engines/embedded/binder/type_rules.h"
 
 namespace basalt::embedded {
 
@@ -17,10 +18,15 @@ bool sameSlot(const Slot& a, const Slot& b, const LiteralTable* literals, Litera
     return a.index == b.index && a.variable == b.variable && a.system == b.system;
 }
 
+// A conversion to a type that is stored alike leaves the expression as it is but for its type.
+bool sameCell(const SqlType& a, const SqlType& b) {
+    return isSameStored(a, b) || isSameStored(b, a);
+}
+
 bool same(const BoundExpression& a, const BoundExpression& b, const LiteralTable* literals, LiteralPairs& pairs) {
-    if (a.kind != b.kind || a.name != b.name || a.table != b.table || a.type != b.type || a.negated != b.negated ||
-        a.distinct != b.distinct || a.star != b.star || a.query || b.query || a.over || b.over ||
-        a.arguments.size() != b.arguments.size()) {
+    if (a.kind != b.kind || a.name != b.name || a.table != b.table || !sameCell(a.type, b.type) ||
+        a.negated != b.negated || a.distinct != b.distinct || a.star != b.star || a.query || b.query || a.over ||
+        b.over || a.arguments.size() != b.arguments.size()) {
         return false;
     }
     if (a.kind == BoundKind::Constant && !(isNull(a.value) ? isNull(b.value) : sameValue(a.value, b.value)))

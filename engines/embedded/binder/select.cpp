@@ -255,11 +255,26 @@ const BoundExpression* Binder::ungrouped(const BoundExpression& expression, cons
         .in(*expression.query);
 }
 
+namespace {
+
+std::string shownName(const BoundExpression& column, const Scope& scope) {
+    if (column.base) return column.base->table + "." + column.base->column;
+    for (const ScopeSource& source : scope.sources) {
+        if (source.sqlAlias != column.table) continue;
+        for (const SourceColumn& each : source.columns) {
+            if (each.sqlName == column.name) return source.name + "." + each.shown.name;
+        }
+    }
+    return column.name;
+}
+
+}  // namespace
+
 void Binder::checkGrouping(const BoundSelect& select, const BoundQuery* query, const Scope& scope, SourceRange range) {
     const auto check = [&](const BoundExpression& expression, const char* place, int number) {
         const BoundExpression* found = ungrouped(expression, select.groupBy, scope);
         if (found == nullptr) return;
-        std::string name = found->base ? found->base->table + "." + found->base->column : found->name;
+        const std::string name = shownName(*found, scope);
         fail(number,
              "Column '" + name + "' is invalid in the " + place +
                  " because it is not contained in either an aggregate function or the GROUP BY clause.",

@@ -4,42 +4,9 @@
 // the row is delivered; so that this happens in the order of ORDER BY, the rest is worked out and sorted first.
 #include "ado/names.h"
 #include "engines/embedded/binder/binder.h"
+#include "engines/embedded/binder/running_values.h"
 
 namespace basalt::embedded {
-
-namespace {
-
-constexpr const char* kRead = "t_variable";
-
-bool readsRunning(const BoundExpression& expression) {
-    if (expression.kind == BoundKind::Call && expression.name == kRead) return true;
-    for (const BoundPtr& argument : expression.arguments) {
-        if (readsRunning(*argument)) return true;
-    }
-    return false;
-}
-
-// Replaces the parts that read no running variable by columns of the inner query.
-BoundPtr lifted(BoundPtr expression, const std::string& alias, std::vector<BoundItem>& inner) {
-    if (expression->kind == BoundKind::Constant || expression->kind == BoundKind::Slot) return expression;
-    if (readsRunning(*expression)) {
-        if (expression->name == kRead) return expression;
-        for (BoundPtr& argument : expression->arguments)
-            argument = lifted(std::move(argument), alias, inner);
-        return expression;
-    }
-    auto column = std::make_unique<BoundExpression>();
-    column->kind = BoundKind::Column;
-    column->type = expression->type;
-    column->nullable = expression->nullable;
-    column->ownCollation = true;
-    column->table = alias;
-    inner.push_back({std::move(expression), {}});
-    column->name = "c" + std::to_string(inner.size());
-    return column;
-}
-
-}  // namespace
 
 BoundSelectStatement Binder::selectStatement(const ast::SelectStatement& statement) {
     BoundSelectStatement result;
@@ -81,7 +48,7 @@ BoundPtr Binder::runningVariable(const std::string& name, SourceRange range) {
         if (candidate.value != nullptr) return cloned(*candidate.value);
         BoundPtr declared = variable(name, range);
         const SqlType type = declared->type;
-        BoundPtr result = boundCall(kRead, type, boundConstant(name, SqlType::text(TypeKind::NVarChar, 128)));
+        BoundPtr result = boundCall(kReadVariable, type, boundConstant(name, SqlType::text(TypeKind::NVarChar, 128)));
         result->nullable = true;
         return result;
     }

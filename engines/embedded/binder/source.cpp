@@ -19,6 +19,16 @@ void makeNullable(std::vector<ScopeSource>& sources, std::size_t begin, std::siz
     }
 }
 
+// All that may be named of the sources in [begin, end).
+std::vector<SourceColumnName> columnNames(const std::vector<ScopeSource>& sources, std::size_t begin, std::size_t end) {
+    std::vector<SourceColumnName> names;
+    for (std::size_t i = begin; i < end; ++i) {
+        for (const SourceColumn& column : sources[i].columns)
+            names.push_back({sources[i].sqlAlias, column.sqlName});
+    }
+    return names;
+}
+
 }  // namespace
 
 void Binder::addToScope(Scope& scope, ScopeSource source, SourceRange range) {
@@ -31,6 +41,31 @@ void Binder::addToScope(Scope& scope, ScopeSource source, SourceRange range) {
     scope.sources.push_back(std::move(source));
 }
 
+namespace {
+
+std::unique_ptr<BoundSource> crossed(std::unique_ptr<BoundSource> left, std::unique_ptr<BoundSource> right) {
+    auto cross = std::make_unique<BoundSource>();
+    cross->kind = SourceKind::Join;
+    cross->join = "CROSS JOIN";
+    cross->left = std::move(left);
+    cross->right = std::move(right);
+    return cross;
+}
+
+// The place in a tree of joins where the sources in front of the comma before it have to stand, so that every APPLY
+// finds their rows: behind the last APPLY on the way down the left sides. Null when there is none, or when it stands
+// inside of a join that gives rows of its right side alone.
+std::unique_ptr<BoundSource>* beforeApply(std::unique_ptr<BoundSource>& tree) {
+    std::unique_ptr<BoundSource>* found = nullptr;
+    for (auto* place = &tree; (*place)->kind == SourceKind::Join; place = &(*place)->left) {
+        if ((*place)->join == "RIGHT JOIN" || (*place)->join == "FULL JOIN") break;
+        if ((*place)->right->kind == SourceKind::Rows) found = &(*place)->left;
+    }
+    return found;
+}
+
+}  // namespace
+
 std::unique_ptr<BoundSource> Binder::from(const std::vector<ast::TableSourcePtr>& sources, Scope& scope) {
     std::unique_ptr<BoundSource> result;
     for (const ast::TableSourcePtr& item : sources) {
@@ -39,12 +74,12 @@ std::unique_ptr<BoundSource> Binder::from(const std::vector<ast::TableSourcePtr>
             result = std::move(next);
             continue;
         }
-        auto cross = std::make_unique<BoundSource>();
-        cross->kind = SourceKind::Join;
-        cross->join = "CROSS JOIN";
-        cross->left = std::move(result);
-        cross->right = std::move(next);
-        result = std::move(cross);
+        if (std::unique_ptr<BoundSource>* place = beforeApply(next)) {
+            *place = crossed(std::move(result), std::move(*place));
+            result = std::move(next);
+        } else {
+            result = crossed(std::move(result), std::move(next));
+        }
     }
     return result;
 }
@@ -92,6 +127,9 @@ std::unique_ptr<BoundSource> Binder::namedTable(const ast::NamedTable& source, S
     if (const Table* table = catalog_.table(name)) return tableSource(*table, shown, scope, source.range);
     if (const Module* module = catalog_.module(name); module != nullptr && module->kind == ModuleKind::View) {
         return derived(viewQuery(*module, source.range), source, shown, scope);
+    }
+    for (const char* table : {"sysobjects", "syscolumns", "sysindexes", "systypes", "sysusers", "syscomments"}) {
+        if (sameName(name, table)) unsupported(std::string("the system table ") + table, source.name.range);
     }
     std::string full;
     for (const ast::Identifier& part : source.name.parts)
@@ -218,11 +256,16 @@ std::unique_ptr<BoundSource> Binder::join(const ast::Join& join, Scope& scope, S
             makeNullable(scope.sources, second, scope.sources.size());
             break;
         case Kind::Right:
-            result->join = "RIGHT JOIN";
+            // SQLite's own RIGHT JOIN loses conditions in some queries.
+            result->join = "LEFT JOIN";
+            std::swap(result->left, result->right);
             makeNullable(scope.sources, first, second);
             break;
         case Kind::Full:
             result->join = "FULL JOIN";
+            result->alias = newAlias();
+            result->leftColumns = columnNames(scope.sources, first, second);
+            result->rightColumns = columnNames(scope.sources, second, scope.sources.size());
             makeNullable(scope.sources, first, scope.sources.size());
             break;
         case Kind::Cross:
@@ -251,7 +294,7 @@ std::unique_ptr<BoundQuery> Binder::viewQuery(const Module& view, SourceRange ra
     const auto* definition =
         batch.statements.empty() ? nullptr : ast::tryAs<ast::CreateViewStatement>(batch.statements.front().get());
     if (definition == nullptr) fail(error::kInvalidObject, "Invalid object name '" + view.name + "'.", range);
-    Binder inner(catalog_, {.text = batch.text, .literals = &batch.literals, .inlineLiterals = true});
+    Binder inner(catalog_, inputOf(batch));
     inner.sharedAliases_ = &aliases();
     inner.viewDepth_ = viewDepth_ + 1;
     Scope none(nullptr);
@@ -261,9 +304,13 @@ std::unique_ptr<BoundQuery> Binder::viewQuery(const Module& view, SourceRange ra
     return result;
 }
 
+BinderInput Binder::inputOf(const ast::Batch& stored) const {
+    return {.text = stored.text, .literals = &stored.literals, .inlineLiterals = true, .called = input_.called};
+}
+
 BoundPtr Binder::storedExpression(const std::string& text) {
     const ast::Batch batch = parse("SELECT " + text);
-    Binder inner(catalog_, {.text = batch.text, .literals = &batch.literals, .inlineLiterals = true});
+    Binder inner(catalog_, inputOf(batch));
     inner.sharedAliases_ = &aliases();
     const auto& statement = ast::as<ast::SelectStatement>(*batch.statements.front());
     return inner.expression(*ast::firstSelect(*statement.query->body).items.front().expression, nullptr);

@@ -10,7 +10,8 @@ namespace {
 
 const BoundSource* tableWith(const BoundSource& source, const std::string& alias) {
     if (source.kind == SourceKind::Table) return source.alias == alias ? &source : nullptr;
-    if (source.kind != SourceKind::Join) return nullptr;
+    // The tables of a FULL JOIN are read before its conditions.
+    if (source.kind != SourceKind::Join || source.join == "FULL JOIN") return nullptr;
     const BoundSource* found = tableWith(*source.left, alias);
     return found != nullptr ? found : tableWith(*source.right, alias);
 }

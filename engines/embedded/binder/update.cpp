@@ -1,4 +1,6 @@
 // UPDATE.
+#include <algorithm>
+
 #include "ado/names.h"
 #include "engines/embedded/binder/binder.h"
 #include "engines/embedded/binder/one_row.h"
@@ -6,7 +8,21 @@
 
 namespace basalt::embedded {
 
+const Table& Binder::targetAmong(const ast::UpdateStatement& statement, Scope& scope, std::string& alias,
+                                 BoundSelect& rows) {
+    rows.from = from(statement.from, scope);
+    const Table& table = targetIn(statement.target, statement.from, scope, alias, rows);
+    if (!scope.owns(alias)) scope.sources.push_back(targetSource(table, table.name, alias));
+    return table;
+}
+
 BoundUpdate Binder::update(const ast::UpdateStatement& statement) {
+    // SET @v = column = e of one row alone can be read from what the change returns.
+    const bool assigns = std::ranges::any_of(statement.assignments,
+                                             [](const ast::SetClause& clause) { return !clause.variable.empty(); });
+    const bool returns = statement.assignments.size() == 1 && !statement.assignments[0].column.empty() &&
+                         statement.from.empty() && !statement.top;
+    if (assigns && !returns) return updateByRow(statement);
     BoundUpdate result;
     const std::size_t visible = commonTables_.size();
     commonTables(statement.with, result.with);
@@ -25,50 +41,14 @@ BoundUpdate Binder::update(const ast::UpdateStatement& statement) {
         own->table = result.table->sqlName();
         rows->from = std::move(own);
     } else {
-        rows->from = from(statement.from, scope);
-        result.table = &targetIn(statement.target, statement.from, scope, result.alias, *rows);
-        if (!scope.owns(result.alias))
-            scope.sources.push_back(targetSource(*result.table, result.table->name, result.alias));
+        result.table = &targetAmong(statement, scope, result.alias, *rows);
     }
     const Table& table = *result.table;
     std::vector<std::pair<std::string, std::size_t>> variables;
     for (const ast::SetClause& clause : statement.assignments) {
-        if (clause.column.empty()) continue;  // bound below
-        const int position = table.find(clause.column.last());
-        if (position < 0) {
-            fail(error::kInvalidColumn, "Invalid column name '" + clause.column.last() + "'.", clause.column.range);
-        }
-        const auto index = static_cast<std::size_t>(position);
-        const TableColumn& column = table.columns[index];
-        if (column.identity) fail(8102, "Cannot update identity column '" + column.name + "'.", clause.column.range);
-        if (column.computed) {
-            fail(271, "The column \"" + column.name + "\" cannot be modified because it is a computed column.",
-                 clause.column.range);
-        }
-        for (const std::size_t other : result.columns) {
-            if (other == index) {
-                fail(264, "The column name '" + column.name + "' is specified more than once in the SET clause.",
-                     clause.range);
-            }
-        }
-        BoundPtr value;
-        if (clause.value->kind == ast::ExpressionKind::Default) {
-            value = defaultOf(column);
-        } else {
-            value = expression(*clause.value, &scope);
-            if (clause.op != ast::AssignmentOperator::Set) {
-                auto old = std::make_unique<BoundExpression>();
-                old->kind = BoundKind::Column;
-                old->type = column.type;
-                old->nullable = column.nullable;
-                old->table = result.alias;
-                old->name = sqlQuoted(column.name);
-                old->ownCollation = true;
-                value = operation(operatorOf(clause.op), std::move(old), std::move(value), clause.range);
-            }
-        }
+        const std::size_t index = assignedColumn(clause, table, result.columns);
         result.columns.push_back(index);
-        result.values.push_back(assigned(std::move(value), column, table.name, clause.range));
+        result.values.push_back(newValue(clause, table, index, result.alias, scope));
         if (!clause.variable.empty()) variables.emplace_back(clause.variable, index);
     }
     BoundPtr where = statement.where == nullptr ? nullptr : condition(*statement.where, &scope);
@@ -77,7 +57,7 @@ BoundUpdate Binder::update(const ast::UpdateStatement& statement) {
         result.where = std::move(where);
     } else {
         rows->where = std::move(where);
-        addKey(table, result.alias, *rows);
+        addKey(table, result.alias, *rows, statement.target.range);
         auto query = std::make_unique<BoundQuery>();
         for (BoundPtr& value : result.values)
             rows->items.push_back({std::move(value), {}});
@@ -102,37 +82,50 @@ BoundUpdate Binder::update(const ast::UpdateStatement& statement) {
         result.assignments.push_back({variable, value->type, *type});
         result.returning.push_back({std::move(value), {}});
     }
-    result.before = valuesBefore(statement);
     commonTables_.resize(visible);
+    // Which row is the last one to give its value has to be settled where there may be several.
+    if (!variables.empty() && !result.oneRow) return updateByRow(statement);
     return result;
 }
 
-BoundSelectStatement Binder::valuesBefore(const ast::UpdateStatement& statement) {
-    BoundSelectStatement result;
-    auto select = std::make_unique<BoundSelect>();
-    Scope scope(nullptr);
-    for (const ast::SetClause& clause : statement.assignments) {
-        if (!clause.column.empty()) continue;
-        if (select->from == nullptr) {
-            select->from = statement.from.empty() ? tableSource(target(statement.target), statement.target.name.last(),
-                                                                scope, statement.target.range)
-                                                  : from(statement.from, scope);
-            if (statement.where != nullptr) select->where = condition(*statement.where, &scope);
-        }
-        BoundPtr value = expression(*clause.value, &scope);
-        const SqlType type = variable(clause.variable, clause.range)->type;
-        if (clause.op != ast::AssignmentOperator::Set) {
-            value = operation(operatorOf(clause.op), variable(clause.variable, clause.range), std::move(value),
-                              clause.range);
-        }
-        result.assignments.push_back({clause.variable, value->type, type});
-        select->items.push_back({std::move(value), {}});
+std::size_t Binder::assignedColumn(const ast::SetClause& clause, const Table& table,
+                                   const std::vector<std::size_t>& others) const {
+    const int position = table.find(clause.column.last());
+    if (position < 0)
+        fail(error::kInvalidColumn, "Invalid column name '" + clause.column.last() + "'.", clause.column.range);
+    const auto index = static_cast<std::size_t>(position);
+    const TableColumn& column = table.columns[index];
+    if (column.identity) fail(8102, "Cannot update identity column '" + column.name + "'.", clause.column.range);
+    if (column.computed) {
+        fail(271, "The column \"" + column.name + "\" cannot be modified because it is a computed column.",
+             clause.column.range);
     }
-    if (result.assignments.empty()) return result;
-    result.query = std::make_unique<BoundQuery>();
-    result.query->body = std::make_unique<BoundBody>();
-    result.query->body->select = std::move(select);
-    return result;
+    if (std::ranges::find(others, index) != others.end()) {
+        fail(264, "The column name '" + column.name + "' is specified more than once in the SET clause.", clause.range);
+    }
+    return index;
+}
+
+BoundPtr Binder::newValue(const ast::SetClause& clause, const Table& table, std::size_t index, const std::string& alias,
+                          Scope& scope) {
+    const TableColumn& column = table.columns[index];
+    BoundPtr value;
+    if (clause.value->kind == ast::ExpressionKind::Default) {
+        value = defaultOf(column);
+    } else {
+        value = expression(*clause.value, &scope);
+        if (clause.op != ast::AssignmentOperator::Set) {
+            auto old = std::make_unique<BoundExpression>();
+            old->kind = BoundKind::Column;
+            old->type = column.type;
+            old->nullable = column.nullable;
+            old->table = alias;
+            old->name = sqlQuoted(column.name);
+            old->ownCollation = true;
+            value = operation(operatorOf(clause.op), std::move(old), std::move(value), clause.range);
+        }
+    }
+    return assigned(std::move(value), column, table.name, clause.range);
 }
 
 }  // namespace basalt::embedded

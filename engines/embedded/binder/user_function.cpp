@@ -34,7 +34,7 @@ std::vector<BoundPtr> Binder::userArguments(const ast::CreateFunctionStatement& 
     if (arguments.size() > function.parameters.size()) {
         fail(8144, "Procedure or function " + joined(name) + " has too many arguments specified.", range);
     }
-    Binder inner(catalog_, {.text = definition.text, .literals = &definition.literals, .inlineLiterals = true});
+    Binder inner(catalog_, inputOf(definition));
     std::vector<BoundPtr> values;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const ast::ParameterDefinition& parameter = function.parameters[i];
@@ -75,6 +75,7 @@ BoundPtr Binder::userFunction(const ast::FunctionExpression& call, Scope* scope)
     }
     std::vector<BoundPtr> arguments = userArguments(*function, batch, call.arguments, call.name, scope, call.range);
     const std::string name = module->name;
+    if (input_.called != nullptr) input_.called->insert(name);
     arguments.insert(arguments.begin(), boundConstant(name, SqlType::text(TypeKind::NVarChar, 128)));
     const Binder inner(catalog_, {.text = batch.text, .literals = &batch.literals});
     BoundPtr result = makeCall("t_call", inner.dataType(function->type), std::move(arguments));

@@ -1,6 +1,7 @@
 #include "engines/embedded/catalog/catalog.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "ado/names.h"
 #include "engines/embedded/catalog/object_name.h"
@@ -208,11 +209,14 @@ void Catalog::readDetails(Table& table) {
     // SQLite numbers the indexes of constraints; their T-SQL names are kept aside, told apart by their columns.
     SqliteStatement names =
         database_.prepare("SELECT name, kind, definition FROM " + schema +
-                          "basalt_constraint WHERE table_name = " + key + " AND kind IN ('PK', 'UQ', 'F')");
+                          "basalt_constraint WHERE table_name = " + key + " AND kind IN ('PK', 'UQ', 'C')");
     while (names.step()) {
         const std::string kind = names.textAt(1);
         const std::string columns = names.textAt(2);
-        if (kind == "F") continue;
+        if (kind == "C") {
+            table.checks.push_back(columns);
+            continue;
+        }
         for (Index& index : table.uniques) {
             std::string joined;
             for (const std::string& column : index.columns)
@@ -247,16 +251,22 @@ const Module* Catalog::module(std::string_view name) {
     const std::string key = foldName(name);
     if (const auto found = modules_.find(key); found != modules_.end()) return found->second.get();
     std::unique_ptr<Module> module;
-    for (const bool temporary : {true, false}) {
-        if (temporary && (!isTemporaryName(name) || !hasTemporarySystemTables())) continue;
-        SqliteStatement query = database_.prepare(std::string("SELECT shown_name, kind, definition FROM ") +
-                                                  (temporary ? "temp." : "main.") + "basalt_module WHERE name = ?1");
+    const auto read = [&](SqliteStatement& query, bool temporary) {
         query.bind(1, std::string_view(key));
         if (query.step()) {
             module = std::make_unique<Module>(
                 Module{query.textAt(0), static_cast<ModuleKind>(query.integerAt(1)), query.textAt(2), temporary});
-            break;
         }
+        query.reset();
+    };
+    const std::string select = "SELECT shown_name, kind, definition FROM ";
+    if (isTemporaryName(name) && hasTemporarySystemTables()) {
+        SqliteStatement query = database_.prepare(select + "temp.basalt_module WHERE name = ?1");
+        read(query, true);
+    }
+    if (module == nullptr) {
+        if (!moduleStatement_) moduleStatement_ = database_.prepare(select + "main.basalt_module WHERE name = ?1");
+        read(moduleStatement_, false);
     }
     return modules_.emplace(key, std::move(module)).first->second.get();
 }
@@ -331,12 +341,12 @@ void Catalog::takeIdentity(std::string_view table, const IdentityState& state) {
 }
 
 void Catalog::settleIdentities() {
-    for (const auto& [table, state] : taken_)
+    for (const auto& [table, state] : std::exchange(taken_, {}))
         setIdentity(table, state);
-    taken_.clear();
 }
 
 void Catalog::setIdentity(std::string_view table, const IdentityState& state) {
+    taken_.erase(foldName(table));
     SqliteStatement& update = identityStatements(table).write;
     update.bind(1, std::string_view(foldName(table)));
     if (state.last) {

@@ -55,6 +55,7 @@ struct Table {
     std::vector<std::size_t> key;  // positions of the primary key's columns
     std::vector<Index> uniques;
     std::vector<ForeignKey> foreignKeys;
+    std::vector<std::string> checks;  // T-SQL
     // Positions of the columns by which an index finds rows.
     std::vector<std::size_t> sought;
     // Positions of the columns whose texts are kept in pieces too (catalog/text_search.h).
@@ -141,6 +142,7 @@ private:
     std::uint64_t generation_ = 1;
     std::int64_t schemaVersion_ = -1;
     SqliteStatement schemaVersionStatement_;
+    SqliteStatement moduleStatement_;
     // Kept, because every row that takes a number needs them.
     struct IdentityStatements {
         SqliteStatement read;

@@ -29,4 +29,17 @@ std::string objectPart(std::string_view name) {
     return part;
 }
 
+std::string variableTableName(std::uint64_t number, std::string_view variable) {
+    return "#@" + std::to_string(number) + std::string(variable);
+}
+
+std::string_view shownTable(std::string_view name) {
+    const std::size_t at = name.starts_with("#@") ? name.find('@', 2) : std::string_view::npos;
+    return at == std::string_view::npos ? name : name.substr(at);
+}
+
+std::string shownPlace(std::string_view name) {
+    return (isTemporaryName(name) ? "tempdb.dbo." : "basalt.dbo.") + std::string(shownTable(name));
+}
+
 }  // namespace basalt::embedded

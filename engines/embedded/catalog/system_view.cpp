@@ -70,6 +70,8 @@ const TypeNumber& numberOf(const SqlType& type) {
                          [&](const TypeNumber& each) { return each.kind == type.kind; });
 }
 
+}  // namespace
+
 int bytesOf(const SqlType& type) {
     if (type.kind == TypeKind::Decimal)
         return type.precision <= 9 ? 5 : type.precision <= 19 ? 9 : type.precision <= 28 ? 13 : 17;
@@ -78,6 +80,8 @@ int bytesOf(const SqlType& type) {
     if (type.length == kMaxLength) return -1;
     return type.isUnicode() ? type.length * 2 : type.length;
 }
+
+namespace {
 
 int precisionOf(const SqlType& type) {
     return type.kind == TypeKind::Decimal ? type.precision : numberOf(type).precision;
@@ -90,22 +94,44 @@ Value text(std::string_view value) {
     return std::string(value);
 }
 
-std::vector<Table> tablesOf(Catalog& catalog) {
+// What is described: the part.database, or the temporary tables of the session as tempdb.
+struct Part {
+    Catalog& catalog;
+    SqliteDatabase& database;
+    bool temporary = false;
+
+    [[nodiscard]] std::string schema() const { return temporary ? "temp." : "main."; }
+    [[nodiscard]] std::string name() const { return temporary ? "tempdb" : "basalt"; }
+};
+
+std::vector<std::string> temporaryNames(SqliteDatabase& database) {
+    // Those that stand behind variables begin with #@.
+    SqliteStatement list = database.prepare(
+        "SELECT name FROM temp.sqlite_schema WHERE type = 'table' AND name GLOB '[#]*' AND name NOT GLOB '[#]@*' "
+        "ORDER BY name");
+    std::vector<std::string> names;
+    while (list.step())
+        names.push_back(list.textAt(0));
+    return names;
+}
+
+std::vector<Table> tablesOf(const Part& part) {
     std::vector<Table> tables;
-    for (const std::string& each : catalog.tableNames()) {
-        if (const Table* table = catalog.table(each)) tables.push_back(*table);
+    for (const std::string& each : part.temporary ? temporaryNames(part.database) : part.catalog.tableNames()) {
+        if (const Table* table = part.catalog.table(each)) tables.push_back(*table);
     }
     return tables;
 }
 
-std::vector<Module> modulesOf(Catalog& catalog, SqliteDatabase& database) {
+std::vector<Module> modulesOf(const Part& part) {
+    if (part.temporary) return {};
     std::vector<std::string> names;
-    SqliteStatement list = database.prepare("SELECT shown_name FROM main.basalt_module ORDER BY name");
+    SqliteStatement list = part.database.prepare("SELECT shown_name FROM main.basalt_module ORDER BY name");
     while (list.step())
         names.push_back(list.textAt(0));
     std::vector<Module> modules;
     for (const std::string& each : names) {
-        if (const Module* module = catalog.module(each)) modules.push_back(*module);
+        if (const Module* module = part.catalog.module(each)) modules.push_back(*module);
     }
     return modules;
 }
@@ -141,19 +167,19 @@ struct Object {
     Kind kind;
 };
 
-std::vector<Object> objectsOf(Catalog& catalog, SqliteDatabase& database) {
+std::vector<Object> objectsOf(const Part& part) {
     std::vector<Object> objects;
-    for (const Table& table : tablesOf(catalog))
+    for (const Table& table : tablesOf(part))
         objects.push_back({table.name, {}, {"U ", "USER_TABLE"}});
-    for (const Module& module : modulesOf(catalog, database))
+    for (const Module& module : modulesOf(part))
         objects.push_back({module.name, {}, kindOf(module)});
-    SqliteStatement constraints = database.prepare(
-        "SELECT name, table_name, kind FROM main.basalt_constraint "
-        "WHERE kind IN ('PK', 'UQ', 'F', 'C') ORDER BY name");
+    SqliteStatement constraints =
+        part.database.prepare("SELECT name, table_name, kind FROM " + part.schema() +
+                              "basalt_constraint WHERE kind IN ('PK', 'UQ', 'F', 'C') ORDER BY name");
     while (constraints.step())
         objects.push_back({constraints.textAt(0), constraints.textAt(1), constraintKind(constraints.textAt(2))});
-    SqliteStatement defaults = database.prepare(
-        "SELECT name, table_name FROM main.basalt_default WHERE kind = 'D' AND name <> '' ORDER BY name");
+    SqliteStatement defaults = part.database.prepare("SELECT name, table_name FROM " + part.schema() +
+                                                     "basalt_default WHERE kind = 'D' AND name <> '' ORDER BY name");
     while (defaults.step())
         objects.push_back({defaults.textAt(0), defaults.textAt(1), {"D ", "DEFAULT_CONSTRAINT"}});
     return objects;
@@ -175,9 +201,9 @@ std::vector<Value> objectRow(std::string_view name, std::int64_t id, std::int64_
     return {text(name), number(id), number(1), number(parent), text(kind.code), text(kind.description), false};
 }
 
-Rows objectRows(Catalog& catalog, SqliteDatabase& database, std::initializer_list<std::string_view> kinds) {
+Rows objectRows(const Part& part, std::initializer_list<std::string_view> kinds) {
     Rows rows;
-    for (const Object& object : objectsOf(catalog, database)) {
+    for (const Object& object : objectsOf(part)) {
         if (kinds.size() > 0 && std::find(kinds.begin(), kinds.end(), object.kind.code) == kinds.end()) continue;
         const std::int64_t parent = object.parent.empty() ? 0 : Catalog::objectNumber(object.parent);
         rows.push_back(objectRow(object.name, Catalog::objectNumber(object.name), parent, object.kind));
@@ -196,10 +222,10 @@ struct ColumnText {
     std::string definition;
 };
 
-std::map<std::string, ColumnText> columnTexts(SqliteDatabase& database, const Table& table, std::string_view kind) {
+std::map<std::string, ColumnText> columnTexts(const Part& part, const Table& table, std::string_view kind) {
     std::map<std::string, ColumnText> texts;
-    SqliteStatement list = database.prepare(
-        "SELECT column_name, name, definition FROM main.basalt_default WHERE table_name = ?1 AND kind = ?2");
+    SqliteStatement list = part.database.prepare("SELECT column_name, name, definition FROM " + part.schema() +
+                                                 "basalt_default WHERE table_name = ?1 AND kind = ?2");
     list.bind(1, std::string_view(foldName(table.name)));
     list.bind(2, kind);
     while (list.step())
@@ -209,8 +235,8 @@ std::map<std::string, ColumnText> columnTexts(SqliteDatabase& database, const Ta
 
 // Visits each column that has such a text: with its number and its text.
 template <typename Visit>
-void eachColumnText(SqliteDatabase& database, const Table& table, std::string_view kind, Visit visit) {
-    const auto texts = columnTexts(database, table, kind);
+void eachColumnText(const Part& part, const Table& table, std::string_view kind, Visit visit) {
+    const auto texts = columnTexts(part, table, kind);
     for (std::size_t i = 0; i < table.columns.size(); ++i) {
         const auto found = texts.find(foldName(table.columns[i].name));
         if (found != texts.end()) visit(i, found->second);
@@ -222,10 +248,10 @@ std::int64_t defaultNumber(const Table& table, const TableColumn& column, const 
     return Catalog::objectNumber(its.name.empty() ? "default of " + table.name + "." + column.name : its.name);
 }
 
-Rows defaultRows(Catalog& catalog, SqliteDatabase& database) {
+Rows defaultRows(const Part& part) {
     Rows rows;
-    for (const Table& table : tablesOf(catalog)) {
-        eachColumnText(database, table, "D", [&](std::size_t i, const ColumnText& its) {
+    for (const Table& table : tablesOf(part)) {
+        eachColumnText(part, table, "D", [&](std::size_t i, const ColumnText& its) {
             std::vector<Value> row = objectRow(its.name, defaultNumber(table, table.columns[i], its),
                                                Catalog::objectNumber(table.name), {"D ", "DEFAULT_CONSTRAINT"});
             row.push_back(number(static_cast<std::int64_t>(i) + 1));
@@ -236,10 +262,10 @@ Rows defaultRows(Catalog& catalog, SqliteDatabase& database) {
     return rows;
 }
 
-Rows computedRows(Catalog& catalog, SqliteDatabase& database) {
+Rows computedRows(const Part& part) {
     Rows rows;
-    for (const Table& table : tablesOf(catalog)) {
-        eachColumnText(database, table, "C", [&](std::size_t i, const ColumnText& its) {
+    for (const Table& table : tablesOf(part)) {
+        eachColumnText(part, table, "C", [&](std::size_t i, const ColumnText& its) {
             rows.push_back({number(Catalog::objectNumber(table.name)), text(table.columns[i].name),
                             number(static_cast<std::int64_t>(i) + 1), expression(its.definition)});
         });
@@ -247,10 +273,10 @@ Rows computedRows(Catalog& catalog, SqliteDatabase& database) {
     return rows;
 }
 
-Rows checkRows(SqliteDatabase& database) {
+Rows checkRows(const Part& part) {
     Rows rows;
-    SqliteStatement list = database.prepare(
-        "SELECT name, table_name, definition FROM main.basalt_constraint WHERE kind = 'C' ORDER BY name");
+    SqliteStatement list = part.database.prepare("SELECT name, table_name, definition FROM " + part.schema() +
+                                                 "basalt_constraint WHERE kind = 'C' ORDER BY name");
     while (list.step()) {
         const std::string name = list.textAt(0);
         std::vector<Value> row =
@@ -261,11 +287,11 @@ Rows checkRows(SqliteDatabase& database) {
     return rows;
 }
 
-Rows columnRows(Catalog& catalog, SqliteDatabase& database) {
+Rows columnRows(const Part& part) {
     Rows rows;
-    for (const Table& table : tablesOf(catalog)) {
+    for (const Table& table : tablesOf(part)) {
         std::vector<std::int64_t> defaults(table.columns.size());
-        eachColumnText(database, table, "D", [&](std::size_t i, const ColumnText& its) {
+        eachColumnText(part, table, "D", [&](std::size_t i, const ColumnText& its) {
             defaults[i] = defaultNumber(table, table.columns[i], its);
         });
         for (std::size_t i = 0; i < table.columns.size(); ++i) {
@@ -280,12 +306,12 @@ Rows columnRows(Catalog& catalog, SqliteDatabase& database) {
     return rows;
 }
 
-Rows identityRows(Catalog& catalog) {
+Rows identityRows(const Part& part) {
     Rows rows;
-    for (const Table& table : tablesOf(catalog)) {
+    for (const Table& table : tablesOf(part)) {
         for (std::size_t i = 0; i < table.columns.size(); ++i) {
             if (!table.columns[i].identity) continue;
-            const IdentityState state = catalog.identity(table.name);
+            const IdentityState state = part.catalog.identity(table.name);
             rows.push_back({number(Catalog::objectNumber(table.name)), text(table.columns[i].name),
                             number(static_cast<std::int64_t>(i) + 1), number(state.seed), number(state.increment),
                             state.last ? Value(number(*state.last)) : Value(Null{})});
@@ -314,26 +340,28 @@ struct StoredIndex {
     std::string condition;  // of a filtered one
 };
 
-std::vector<StoredIndex> indexesOf(Catalog& catalog, SqliteDatabase& database) {
+std::vector<StoredIndex> indexesOf(const Part& part) {
     std::vector<StoredIndex> indexes;
-    for (const Table& table : tablesOf(catalog)) {
+    for (const Table& table : tablesOf(part)) {
         for (const Index& index : table.uniques)
             indexes.push_back({table.name, index.name, true, index.primary, index.constraint, index.columns,
                                index.descending,
-                               includedColumns(database, table, storedIndexName(table.name, index.name)),
-                               indexCondition(database, table, storedIndexName(table.name, index.name))});
-        SqliteStatement others = database.prepare("SELECT name FROM pragma_index_list(" + sqlText(table.name) +
-                                                  ", 'main') WHERE NOT \"unique\" ORDER BY name");
+                               includedColumns(part.database, table, storedIndexName(table.name, index.name)),
+                               indexCondition(part.database, table, storedIndexName(table.name, index.name))});
+        SqliteStatement others =
+            part.database.prepare("SELECT name FROM pragma_index_list(" + sqlText(table.name) + ", " +
+                                  sqlText(table.schemaName()) + ") WHERE NOT \"unique\" ORDER BY name");
         while (others.step()) {
             const std::string stored = others.textAt(0);
             StoredIndex index{.table = table.name,
                               .name = shownIndexName(table.name, stored),
                               .columns = {},
                               .descending = {},
-                              .included = includedColumns(database, table, stored),
-                              .condition = indexCondition(database, table, stored)};
-            SqliteStatement columns = database.prepare("SELECT name, \"desc\" FROM pragma_index_xinfo(" +
-                                                       sqlText(stored) + ", 'main') WHERE key ORDER BY seqno");
+                              .included = includedColumns(part.database, table, stored),
+                              .condition = indexCondition(part.database, table, stored)};
+            SqliteStatement columns =
+                part.database.prepare("SELECT name, \"desc\" FROM pragma_index_xinfo(" + sqlText(stored) + ", " +
+                                      sqlText(table.schemaName()) + ") WHERE key ORDER BY seqno");
             while (columns.step()) {
                 index.columns.push_back(columns.textAt(0));
                 index.descending.push_back(columns.integerAt(1) != 0);
@@ -360,9 +388,9 @@ void eachIndex(const std::vector<StoredIndex>& indexes, Visit visit) {
     }
 }
 
-Rows indexRows(Catalog& catalog, SqliteDatabase& database) {
+Rows indexRows(const Part& part) {
     Rows rows;
-    eachIndex(indexesOf(catalog, database), [&](const StoredIndex& index, int ordinal) {
+    eachIndex(indexesOf(part), [&](const StoredIndex& index, int ordinal) {
         rows.push_back({number(Catalog::objectNumber(index.table)), text(index.name), number(ordinal),
                         number(index.primary ? 1 : 2), text(index.primary ? "CLUSTERED" : "NONCLUSTERED"), index.unique,
                         index.primary, index.constraint && !index.primary, !index.condition.empty(),
@@ -371,10 +399,10 @@ Rows indexRows(Catalog& catalog, SqliteDatabase& database) {
     return rows;
 }
 
-Rows indexColumnRows(Catalog& catalog, SqliteDatabase& database) {
+Rows indexColumnRows(const Part& part) {
     Rows rows;
-    eachIndex(indexesOf(catalog, database), [&](const StoredIndex& index, int ordinal) {
-        const Table* table = catalog.table(index.table);
+    eachIndex(indexesOf(part), [&](const StoredIndex& index, int ordinal) {
+        const Table* table = part.catalog.table(index.table);
         std::int64_t position = 0;
         const auto add = [&](const std::string& column, bool descending, bool included) {
             ++position;
@@ -389,9 +417,9 @@ Rows indexColumnRows(Catalog& catalog, SqliteDatabase& database) {
     return rows;
 }
 
-Rows parameterRows(Catalog& catalog, SqliteDatabase& database) {
+Rows parameterRows(const Part& part) {
     Rows rows;
-    for (const Module& module : modulesOf(catalog, database)) {
+    for (const Module& module : modulesOf(part)) {
         const ast::Batch batch = parse(module.text);
         const ast::Statement* statement = batch.statements.front().get();
         const auto* procedure = ast::tryAs<ast::CreateProcedureStatement>(statement);
@@ -413,12 +441,12 @@ Rows parameterRows(Catalog& catalog, SqliteDatabase& database) {
     return rows;
 }
 
-Rows foreignKeyRows(Catalog& catalog, SqliteDatabase& database) {
+Rows foreignKeyRows(const Part& part) {
     Rows rows;
-    for (const Table& table : tablesOf(catalog)) {
+    for (const Table& table : tablesOf(part)) {
         SqliteStatement list =
-            database.prepare("SELECT id, \"table\", on_delete, on_update FROM pragma_foreign_key_list(" +
-                             sqlText(table.name) + ", 'main') WHERE seq = 0 ORDER BY id");
+            part.database.prepare("SELECT id, \"table\", on_delete, on_update FROM pragma_foreign_key_list(" +
+                                  sqlText(table.name) + ", 'main') WHERE seq = 0 ORDER BY id");
         for (std::size_t i = 0; list.step() && i < table.foreignKeys.size(); ++i) {
             const auto action = [](const std::string& name) {
                 return name == "CASCADE" ? 1 : name == "SET NULL" ? 2 : name == "SET DEFAULT" ? 3 : 0;
@@ -438,11 +466,11 @@ Rows foreignKeyRows(Catalog& catalog, SqliteDatabase& database) {
     return rows;
 }
 
-Rows foreignKeyColumnRows(Catalog& catalog) {
+Rows foreignKeyColumnRows(const Part& part) {
     Rows rows;
-    for (const Table& table : tablesOf(catalog)) {
+    for (const Table& table : tablesOf(part)) {
         for (const ForeignKey& key : table.foreignKeys) {
-            const Table* other = catalog.table(key.referencedTable);
+            const Table* other = part.catalog.table(key.referencedTable);
             for (std::size_t i = 0; i < key.columns.size() && other != nullptr; ++i) {
                 rows.push_back({number(Catalog::objectNumber(key.name)), number(static_cast<std::int64_t>(i) + 1),
                                 number(Catalog::objectNumber(table.name)), number(table.find(key.columns[i]) + 1),
@@ -454,38 +482,38 @@ Rows foreignKeyColumnRows(Catalog& catalog) {
     return rows;
 }
 
-// This database alone. A transaction reads it as it was when it first read.
+// This part.database alone. A transaction reads it as it was when it first read.
 Rows databaseRows() {
     return {{text("basalt"), number(kDatabaseNumber), number(1), text("ON"), true}};
 }
 
-Rows moduleRows(Catalog& catalog, SqliteDatabase& database) {
+Rows moduleRows(const Part& part) {
     Rows rows;
-    for (const Module& module : modulesOf(catalog, database))
+    for (const Module& module : modulesOf(part))
         rows.push_back({number(Catalog::objectNumber(module.name)), text(module.text)});
     return rows;
 }
 
-Rows informationTables(Catalog& catalog, SqliteDatabase& database) {
+Rows informationTables(const Part& part) {
     Rows rows;
-    for (const Table& table : tablesOf(catalog))
-        rows.push_back({text("basalt"), text("dbo"), text(table.name), text("BASE TABLE")});
-    for (const Module& module : modulesOf(catalog, database)) {
+    for (const Table& table : tablesOf(part))
+        rows.push_back({text(part.name()), text("dbo"), text(table.name), text("BASE TABLE")});
+    for (const Module& module : modulesOf(part)) {
         if (module.kind == ModuleKind::View)
-            rows.push_back({text("basalt"), text("dbo"), text(module.name), text("VIEW")});
+            rows.push_back({text(part.name()), text("dbo"), text(module.name), text("VIEW")});
     }
     return rows;
 }
 
-Rows informationColumns(Catalog& catalog) {
+Rows informationColumns(const Part& part) {
     Rows rows;
-    for (const Table& table : tablesOf(catalog)) {
+    for (const Table& table : tablesOf(part)) {
         for (std::size_t i = 0; i < table.columns.size(); ++i) {
             const TableColumn& column = table.columns[i];
             const SqlType& type = column.type;
             const bool sized = (type.isText() && type.kind != TypeKind::UniqueIdentifier) || type.isBinary();
             const bool counted = type.isNumber() && type.kind != TypeKind::Bit;
-            rows.push_back({text("basalt"), text("dbo"), text(table.name), text(column.name),
+            rows.push_back({text(part.name()), text("dbo"), text(table.name), text(column.name),
                             number(static_cast<std::int64_t>(i) + 1),
                             column.defaultText.empty() ? Value(Null{}) : text("(" + column.defaultText + ")"),
                             text(column.nullable ? "YES" : "NO"), text(type.baseName()),
@@ -498,17 +526,17 @@ Rows informationColumns(Catalog& catalog) {
     return rows;
 }
 
-Rows informationRoutines(Catalog& catalog, SqliteDatabase& database) {
+Rows informationRoutines(const Part& part) {
     Rows rows;
-    for (const Module& module : modulesOf(catalog, database)) {
+    for (const Module& module : modulesOf(part)) {
         if (module.kind == ModuleKind::View) continue;
-        rows.push_back({text("basalt"), text("dbo"), text(module.name),
+        rows.push_back({text(part.name()), text("dbo"), text(module.name),
                         text(module.kind == ModuleKind::Procedure ? "PROCEDURE" : "FUNCTION"), text(module.text)});
     }
     return rows;
 }
 
-using Provider = Rows (*)(Catalog&, SqliteDatabase&);
+using Provider = Rows (*)(const Part&);
 
 struct Entry {
     SystemView view;
@@ -522,17 +550,15 @@ const std::vector<Entry>& entries() {
         const SqlType small = SqlType::of(TypeKind::SmallInt);
         const SqlType longText = SqlType::text(TypeKind::NVarChar, kMaxLength);
         std::vector<Entry> made = {
-            {{"sys.objects", kObjectColumns}, [](Catalog& c, SqliteDatabase& d) { return objectRows(c, d, {}); }},
-            {{"sys.tables", kObjectColumns}, [](Catalog& c, SqliteDatabase& d) { return objectRows(c, d, {"U "}); }},
-            {{"sys.views", kObjectColumns}, [](Catalog& c, SqliteDatabase& d) { return objectRows(c, d, {"V "}); }},
-            {{"sys.procedures", kObjectColumns},
-             [](Catalog& c, SqliteDatabase& d) { return objectRows(c, d, {"P "}); }},
+            {{"sys.objects", kObjectColumns}, [](const Part& p) { return objectRows(p, {}); }},
+            {{"sys.tables", kObjectColumns}, [](const Part& p) { return objectRows(p, {"U "}); }},
+            {{"sys.views", kObjectColumns}, [](const Part& p) { return objectRows(p, {"V "}); }},
+            {{"sys.procedures", kObjectColumns}, [](const Part& p) { return objectRows(p, {"P "}); }},
             {{"sys.key_constraints", kObjectColumns},
-             [](Catalog& c, SqliteDatabase& d) {
-                 return objectRows(c, d, {"PK", "UQ"});
+             [](const Part& p) {
+                 return objectRows(p, {"PK", "UQ"});
              }},
-            {{"sys.check_constraints", objectColumnsWith({{"definition", longText}})},
-             [](Catalog&, SqliteDatabase& d) { return checkRows(d); }},
+            {{"sys.check_constraints", objectColumnsWith({{"definition", longText}})}, checkRows},
             {{"sys.default_constraints",
               objectColumnsWith({{"parent_column_id", integer()}, {"definition", longText}})},
              defaultRows},
@@ -545,7 +571,7 @@ const std::vector<Entry>& entries() {
                {"snapshot_isolation_state", smallest},
                {"snapshot_isolation_state_desc", shortText()},
                {"is_read_committed_snapshot_on", bit()}}},
-             [](Catalog&, SqliteDatabase&) { return databaseRows(); }},
+             [](const Part&) { return databaseRows(); }},
             {{"sys.columns",
               {{"object_id", integer()},
                {"name", name()},
@@ -567,7 +593,7 @@ const std::vector<Entry>& entries() {
                {"seed_value", SqlType::of(TypeKind::BigInt)},
                {"increment_value", SqlType::of(TypeKind::BigInt)},
                {"last_value", SqlType::of(TypeKind::BigInt)}}},
-             [](Catalog& c, SqliteDatabase&) { return identityRows(c); }},
+             identityRows},
             {{"sys.types",
               {{"name", name()},
                {"system_type_id", smallest},
@@ -578,9 +604,9 @@ const std::vector<Entry>& entries() {
                {"scale", smallest},
                {"is_nullable", bit()},
                {"is_user_defined", bit()}}},
-             [](Catalog&, SqliteDatabase&) { return typeRows(); }},
+             [](const Part&) { return typeRows(); }},
             {{"sys.schemas", {{"name", name()}, {"schema_id", integer()}, {"principal_id", integer()}}},
-             [](Catalog&, SqliteDatabase&) {
+             [](const Part&) {
                  return Rows{{text("dbo"), number(1), number(1)}};
              }},
             {{"sys.indexes",
@@ -637,7 +663,7 @@ const std::vector<Entry>& entries() {
                {"parent_column_id", integer()},
                {"referenced_object_id", integer()},
                {"referenced_column_id", integer()}}},
-             [](Catalog& c, SqliteDatabase&) { return foreignKeyColumnRows(c); }},
+             foreignKeyColumnRows},
             {{"sys.sql_modules", {{"object_id", integer()}, {"definition", longText}}}, moduleRows},
             {{"INFORMATION_SCHEMA.TABLES",
               {{"TABLE_CATALOG", catalogName},
@@ -658,7 +684,7 @@ const std::vector<Entry>& entries() {
                {"NUMERIC_PRECISION", smallest},
                {"NUMERIC_SCALE", integer()},
                {"DATETIME_PRECISION", small}}},
-             [](Catalog& c, SqliteDatabase&) { return informationColumns(c); }},
+             informationColumns},
             {{"INFORMATION_SCHEMA.ROUTINES",
               {{"ROUTINE_CATALOG", catalogName},
                {"ROUTINE_SCHEMA", name()},
@@ -686,8 +712,12 @@ const SystemView* systemView(const ast::ObjectName& name) {
 }
 
 Rows systemRows(std::string_view name, Catalog& catalog, SqliteDatabase& database) {
+    const bool temporary = name.starts_with(kTemporaryPart);
+    if (temporary) name.remove_prefix(kTemporaryPart.size());
+    // The engine's own tables come with the first temporary one.
+    if (temporary && temporaryNames(database).empty()) return {};
     for (const Entry& entry : entries()) {
-        if (entry.view.name == name) return entry.rows(catalog, database);
+        if (entry.view.name == name) return entry.rows({catalog, database, temporary});
     }
     return {};
 }
@@ -699,7 +729,7 @@ std::string typeName(std::int64_t number) {
 }
 
 std::string objectName(std::int64_t number, Catalog& catalog, SqliteDatabase& database) {
-    for (const Object& object : objectsOf(catalog, database)) {
+    for (const Object& object : objectsOf({catalog, database})) {
         if (Catalog::objectNumber(object.name) == number) return object.name;
     }
     return {};

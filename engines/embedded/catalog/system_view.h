@@ -26,9 +26,13 @@ struct SystemView {
 
 // Null when the name is none of a system view.
 [[nodiscard]] const SystemView* systemView(const ast::ObjectName& name);
-// `name` as SystemView has it. Rows in the order of tables and columns.
+// What stands before the name of a view of tempdb: it describes the temporary tables of the session.
+inline constexpr std::string_view kTemporaryPart = "tempdb.";
+// `name` as SystemView has it, behind kTemporaryPart or not. Rows in the order of tables and columns.
 [[nodiscard]] std::vector<std::vector<Value>> systemRows(std::string_view name, Catalog& catalog,
                                                          SqliteDatabase& database);
+// How many bytes a value of the type takes at most, as COL_LENGTH and max_length say it; -1 without a bound.
+[[nodiscard]] int bytesOf(const SqlType& type);
 // The name of a built-in type by its number, as TYPE_NAME gives it; empty when there is none.
 [[nodiscard]] std::string typeName(std::int64_t number);
 // What DB_ID says; the server's own databases have the numbers before.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ado/names.h"
+#include "engines/embedded/catalog/object_name.h"
 #include "engines/embedded/runtime/sql_error.h"
 
 namespace basalt::embedded {
@@ -62,7 +63,7 @@ DatabaseError duplicate(const Table* table, const std::string& tableName, const 
                 found = &index;
         }
     }
-    const std::string object = "object 'dbo." + tableName + "'";
+    const std::string object = "object 'dbo." + std::string(shownTable(tableName)) + "'";
     if (found != nullptr && !found->constraint) {
         return sqlError(error::kDuplicateInIndex,
                         "Cannot insert duplicate key row in " + object + " with unique index '" + found->name + "'.");
@@ -125,9 +126,10 @@ DatabaseError constraintError(SqliteDatabase& database, Catalog& catalog, const 
     switch (code) {
         case SQLITE_CONSTRAINT_NOTNULL: {
             const std::string column = columnsOf(detail, plan.table).front();
-            return sqlError(error::kNullIntoColumn,
-                            "Cannot insert the value NULL into column '" + column + "', table 'basalt.dbo." +
-                                plan.table + "'; column does not allow nulls. " + verbOf(plan.kind) + " fails.");
+            return sqlError(error::kNullIntoColumn, "Cannot insert the value NULL into column '" + column +
+                                                        "', table '" + shownPlace(plan.table) +
+                                                        "'; column does not allow nulls. " + verbOf(plan.kind) +
+                                                        " fails.");
         }
         case SQLITE_CONSTRAINT_PRIMARYKEY:
         case SQLITE_CONSTRAINT_UNIQUE:
@@ -138,7 +140,9 @@ DatabaseError constraintError(SqliteDatabase& database, Catalog& catalog, const 
         case SQLITE_CONSTRAINT_CHECK:
             return sqlError(error::kConstraintConflict,
                             "The " + verbOf(plan.kind) + " statement conflicted with the CHECK constraint \"" + detail +
-                                "\". The conflict occurred in database \"basalt\", table \"dbo." + plan.table + "\".");
+                                "\". The conflict occurred in database \"" +
+                                (isTemporaryName(plan.table) ? "tempdb" : "basalt") + "\", table \"dbo." +
+                                std::string(shownTable(plan.table)) + "\".");
         default:
             return sqlError(error::kConstraintConflict, message);
     }

@@ -13,6 +13,19 @@
 
 namespace basalt::embedded {
 
+namespace {
+
+// As in SQL Server: of one table's rows, neither brought together nor joined, and of a column that is named once.
+bool inheritsIdentity(const BoundQuery& query) {
+    const BoundSelect* select = query.body->select.get();
+    if (select == nullptr || select->aggregated || !select->groupBy.empty()) return false;
+    if (select->from != nullptr && select->from->kind == SourceKind::Join) return false;
+    return std::ranges::count_if(query.columns,
+                                 [](const OutputColumn& column) { return column.base && column.base->identity; }) == 1;
+}
+
+}  // namespace
+
 void Executor::selectInto(const ast::Batch& batch, const ast::SelectStatement& statement,
                           const Environment& environment, BatchResult& into) {
     try {
@@ -21,12 +34,15 @@ void Executor::selectInto(const ast::Batch& batch, const ast::SelectStatement& s
         StatementGuard guard(*this, true, false, name.isTemporary());
         catalog_.refresh();
         requireFreeName(batch, name);
-        Binder binder(catalog_, binderInput(batch, environment));
-        const BoundSelectStatement bound = binder.selectStatement(statement);
+        std::set<std::string> called;
+        Binder binder(catalog_, binderInput(batch, environment, &called));
+        BoundSelectStatement bound = binder.selectStatement(statement);
+        if (makeReady(called, {})) bound = binder.selectStatement(statement);
         TableDesign design;
         design.name = bound.into;
         design.temporary = name.isTemporary();
         std::string columns;
+        const bool inherits = inheritsIdentity(*bound.query);
         bool identity = false;
         for (const OutputColumn& column : bound.query->columns) {
             if (column.name.empty()) {
@@ -48,9 +64,9 @@ void Executor::selectInto(const ast::Batch& batch, const ast::SelectStatement& s
             copy.name = column.name;
             copy.type = column.type;
             copy.nullable = column.nullable;
-            // The identity of a plain column comes along, as in SQL Server.
-            if (column.base && column.base->identity && !identity) {
-                copy.identity = IdentityState{};
+            if (inherits && column.base && column.base->identity) {
+                copy.identity = catalog_.identity(column.base->table);
+                copy.identity->last.reset();
                 identity = true;
             }
             columns += (columns.empty() ? "" : ", ") + sqlQuoted(column.name);
@@ -58,6 +74,7 @@ void Executor::selectInto(const ast::Batch& batch, const ast::SelectStatement& s
         }
         if (design.temporary) Catalog::createSystemTables(database_, true);
         design.create(database_, catalog_);
+        usedIdentities_.erase(foldName(bound.into));
         SqlWriter writer;
         writer.query(*bound.query);
         const std::string target = (design.temporary ? "temp." : "main.") + sqlQuoted(bound.into);
@@ -71,8 +88,8 @@ void Executor::selectInto(const ast::Batch& batch, const ast::SelectStatement& s
         if (identity) {
             const Table& table = catalog_.requireTable(bound.into);
             IdentityState state = catalog_.identity(table.name);
-            SqliteStatement last =
-                database_.prepare("SELECT max(" + sqlQuoted(table.identityColumn()->name) + ") FROM " + target);
+            SqliteStatement last = database_.prepare((state.increment < 0 ? "SELECT min(" : "SELECT max(") +
+                                                     sqlQuoted(table.identityColumn()->name) + ") FROM " + target);
             if (last.step() && !last.isNullAt(0)) state.last = last.integerAt(0);
             last.reset();
             catalog_.setIdentity(table.name, state);
@@ -94,10 +111,58 @@ void Executor::clearTable(const std::string& name) {
     database_.execute(("DELETE FROM " + table->sqlName()).c_str());
     if (table->identityColumn() == nullptr) return;
     // Every run has a table of its own, whose numbers begin with the seed.
+    usedIdentities_.erase(foldName(name));
     IdentityState state = catalog_.identity(name);
     if (!state.last) return;
     state.last.reset();
     catalog_.setIdentity(name, state);
+}
+
+namespace {
+
+// The names of the columns whose values are stored, and how many there are.
+std::pair<std::string, int> storedColumns(const Table& table) {
+    std::string names;
+    int count = 0;
+    for (const TableColumn& column : table.columns) {
+        if (column.computed) continue;
+        names += (count++ == 0 ? "" : ", ") + sqlQuoted(column.name);
+    }
+    return {names, count};
+}
+
+}  // namespace
+
+Executor::TableContents Executor::contentsOf(const std::string& name) {
+    TableContents result;
+    const Table* table = catalog_.table(name);
+    if (table == nullptr) return result;
+    const auto [columns, count] = storedColumns(*table);
+    SqliteStatement rows =
+        database_.prepare("SELECT " + columns + " FROM " + table->sqlName() + (table->rowid ? " ORDER BY rowid" : ""));
+    while (rows.step()) {
+        for (int i = 0; i < count; ++i)
+            result.cells.push_back(rows.held(i));
+    }
+    if (table->identityColumn() != nullptr) result.identity = catalog_.identity(name);
+    return result;
+}
+
+void Executor::putBack(const std::string& name, const TableContents& contents) {
+    clearTable(name);
+    const Table& table = catalog_.requireTable(name);
+    const auto [columns, count] = storedColumns(table);
+    std::string markers;
+    for (int i = 0; i < count; ++i)
+        markers += i == 0 ? "?" : ", ?";
+    SqliteStatement insert =
+        database_.prepare("INSERT INTO " + table.sqlName() + "(" + columns + ") VALUES (" + markers + ")");
+    for (std::size_t cell = 0; cell < contents.cells.size();) {
+        for (int i = 1; i <= count; ++i)
+            insert.bindHeld(i, contents.cells[cell++]);
+        insert.run();
+    }
+    if (contents.identity) catalog_.setIdentity(name, *contents.identity);
 }
 
 std::vector<std::vector<Value>> Executor::rowsOf(const std::string& name) {
@@ -130,6 +195,8 @@ void Executor::begin() {
     try {
         if (!inTransaction()) {
             beginImmediate_.run();
+            // Told before the user has done his work, too.
+            database_.requireInPlace();
             transactionName_.clear();
         }
         ++state_.tranCount;

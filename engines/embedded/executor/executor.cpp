@@ -66,11 +66,13 @@ bool writes(const ast::Statement& statement) {
 
 }  // namespace
 
-BinderInput Executor::binderInput(const ast::Batch& batch, const Environment& environment) const {
+BinderInput Executor::binderInput(const ast::Batch& batch, const Environment& environment,
+                                  std::set<std::string>* called) const {
     return {.text = batch.text,
             .literals = &batch.literals,
             .markers = environment.markerTypes,
-            .variables = environment.variables};
+            .variables = environment.variables,
+            .called = called};
 }
 
 void Executor::execute(const ast::Batch& batch, const ast::Statement& statement, PlanSet& plans,
@@ -118,6 +120,14 @@ std::unique_ptr<Plan> Executor::prepared(SqlWriter& writer) {
     return plan;
 }
 
+std::unique_ptr<Plan> Executor::preparedByKey(SqlWriter& writer, const std::function<void(SqlWriter&)>& write) {
+    std::string plain = writer.sql();
+    const bool indexed = keepKeyOrder(database_, writer, write);
+    std::unique_ptr<Plan> plan = prepared(writer);
+    if (indexed) plan->withoutIndexes = std::move(plain);
+    return plan;
+}
+
 void Executor::describe(Plan& plan, const std::vector<OutputColumn>& columns) {
     if (columns.empty()) return;
     auto infos = std::make_shared<std::vector<ColumnInfo>>();
@@ -157,19 +167,35 @@ void Executor::describe(Plan& plan, const std::vector<OutputColumn>& columns) {
     plan.columns = std::move(infos);
 }
 
+bool Executor::makeReady(const std::set<std::string>& called, std::span<const std::string> texts) {
+    // Inside of a function it has been done: before the statement that calls it.
+    if (functions_ == nullptr || state_.functionDepth > 0 || (called.empty() && texts.empty())) return false;
+    return functions_->makeReady(called, texts);
+}
+
 std::unique_ptr<Plan> Executor::plan(const ast::Batch& batch, const ast::Statement& statement,
                                      const Environment& environment) {
+    std::set<std::string> called;
+    std::unique_ptr<Plan> made = planOnce(batch, statement, environment, called);
+    const bool checks = made->kind == PlanKind::Insert || made->kind == PlanKind::Update;
+    const std::vector<std::string> texts =
+        checks ? catalog_.requireTable(made->table).checks : std::vector<std::string>();
+    if (makeReady(called, texts)) made = planOnce(batch, statement, environment, called);
+    return made;
+}
+
+std::unique_ptr<Plan> Executor::planOnce(const ast::Batch& batch, const ast::Statement& statement,
+                                         const Environment& environment, std::set<std::string>& called) {
     // The first reading of the schema fixes the version that later ones are compared with.
     catalog_.refresh();
-    Binder binder(catalog_, binderInput(batch, environment));
+    Binder binder(catalog_, binderInput(batch, environment, &called));
     SqlWriter writer;
     std::unique_ptr<Plan> result;
     switch (statement.kind) {
         case StatementKind::Select: {
             BoundSelectStatement bound = binder.selectStatement(ast::as<ast::SelectStatement>(statement));
             writer.query(*bound.query);
-            keepKeyOrder(database_, *bound.query, writer);
-            result = prepared(writer);
+            result = preparedByKey(writer, [&](SqlWriter& again) { again.query(*bound.query); });
             planTextSearch(*result, *bound.query, writer);
             if (bound.assignments.empty()) describe(*result, bound.query->columns);
             result->assignments = std::move(bound.assignments);
@@ -188,7 +214,10 @@ std::unique_ptr<Plan> Executor::plan(const ast::Batch& batch, const ast::Stateme
                 bound.returning.push_back({std::move(identity), {}});
             }
             writer.insert(bound);
-            result = prepared(writer);
+            // New rows are numbered in the order in which they are read.
+            result = bound.query != nullptr && bound.generatesIdentity
+                         ? preparedByKey(writer, [&](SqlWriter& again) { again.insert(bound); })
+                         : prepared(writer);
             result->kind = PlanKind::Insert;
             result->table = bound.table->name;
             result->oneRow = bound.query == nullptr && bound.rows.size() == 1 && bound.table->searched.empty();
@@ -202,18 +231,25 @@ std::unique_ptr<Plan> Executor::plan(const ast::Batch& batch, const ast::Stateme
         case StatementKind::Update: {
             const auto& update = ast::as<ast::UpdateStatement>(statement);
             BoundUpdate bound = binder.update(update);
-            writer.update(bound);
+            if (bound.byRow != nullptr) {
+                writer.query(*bound.byRow);
+            } else {
+                writer.update(bound);
+            }
             result = prepared(writer);
             result->kind = PlanKind::Update;
             result->table = bound.table->name;
             result->oneRow = bound.oneRow && bound.table->searched.empty();
             result->assignments = std::move(bound.assignments);
             describe(*result, bound.outputs);
-            if (bound.before.query != nullptr) {
-                SqlWriter before;
-                before.query(*bound.before.query);
-                result->before = prepared(before);
-                result->before->assignments = std::move(bound.before.assignments);
+            result->byRow = bound.byRow != nullptr;
+            if (result->byRow && !bound.columns.empty()) {
+                SqlWriter each;
+                each.update(bound);
+                result->each = prepared(each);
+                result->each->kind = PlanKind::Update;
+                result->each->table = result->table;
+                describe(*result->each, bound.outputs);
             }
             if (bound.shown.query != nullptr) {
                 SqlWriter shown;
@@ -294,6 +330,8 @@ Value literalValue(const Literal& literal) {
             return Decimal(literal.coefficient, literal.scale);
         case LiteralType::Float:
             return literal.real;
+        case LiteralType::Money:
+            return Decimal(literal.coefficient, kMoneyScale);
         case LiteralType::Varbinary:
             return Bytes(literal.text.begin(), literal.text.end());
         default:
@@ -352,6 +390,8 @@ void Executor::bindSlot(SqliteStatement& statement, int index, const Slot& slot,
             return statement.bindValue(index,
                                        convert(value, integral ? SqlType::of(TypeKind::BigInt) : slot.from, slot.to));
         }
+        case Slot::Source::Row:
+            return;  // bound row by row
     }
 }
 
@@ -362,12 +402,30 @@ void Executor::bind(Plan& plan, const Environment& environment) {
 }
 
 DatabaseError Executor::failureOf(const Plan& plan, int code) {
-    if ((code & 0xFF) == SQLITE_CONSTRAINT) return constraintError(database_, catalog_, plan, code);
+    const bool refusesCommit = code == SQLITE_CONSTRAINT_COMMITHOOK;
+    if ((code & 0xFF) == SQLITE_CONSTRAINT && !refusesCommit) return constraintError(database_, catalog_, plan, code);
     return database_.failure(code);
 }
 
-bool Executor::step(Plan& plan) {
+bool Executor::firstStep(Plan& plan, const Environment& environment) {
+    if (plan.withoutIndexes.empty()) return step(plan);
     const int code = sqlite3_step(plan.statement.handle());
+    // SQLite has read the statement anew when the schema is another one.
+    const bool dropped =
+        code == SQLITE_ERROR && std::string_view(sqlite3_errmsg(database_.handle())).starts_with("no such index");
+    if (!dropped) return hasRow(plan, code);
+    plan.statement = database_.prepare(plan.withoutIndexes);
+    plan.withoutIndexes.clear();
+    plan.outdated = true;
+    bind(plan, environment);
+    return step(plan);
+}
+
+bool Executor::step(Plan& plan) {
+    return hasRow(plan, sqlite3_step(plan.statement.handle()));
+}
+
+bool Executor::hasRow(Plan& plan, int code) {
     if (code == SQLITE_ROW) return true;
     if (code == SQLITE_DONE) return false;
     const DatabaseError error = failureOf(plan, code);
@@ -458,13 +516,60 @@ void Executor::assignRow(const Plan& plan, const Environment& environment) {
     }
 }
 
+namespace {
+
+// A function that the statement calls may assign variables of its own meanwhile.
+class Running {
+public:
+    Running(const Environment*& place, const Environment& environment) : place_(place), outer_(place) {
+        place_ = &environment;
+    }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+    ~Running() { place_ = outer_; }
+
+private:
+    const Environment*& place_;
+    const Environment* outer_;
+};
+
+}  // namespace
+
+std::int64_t Executor::runByRow(Plan& plan, RowSet* output, const Environment& environment) {
+    std::vector<HeldValue> items;
+    const int width = sqlite3_column_count(plan.statement.handle());
+    std::int64_t count = 0;
+    {
+        const Running running(running_, environment);
+        for (bool more = firstStep(plan, environment); more; more = step(plan), ++count) {
+            for (int i = 0; i < width && plan.each != nullptr; ++i)
+                items.push_back(plan.statement.held(i));
+        }
+    }
+    plan.statement.reset();
+    if (plan.each == nullptr) return count;
+    Plan& each = *plan.each;
+    bind(each, environment);
+    for (std::size_t first = 0; first < items.size(); first += static_cast<std::size_t>(width)) {
+        for (std::size_t i = 0; i < each.slots.size(); ++i) {
+            if (each.slots[i].source == Slot::Source::Row)
+                each.statement.bindHeld(static_cast<int>(i + 1), items[first + each.slots[i].index]);
+        }
+        while (step(each)) {
+            if (output != nullptr) readRow(each, *output);
+        }
+        each.statement.reset();
+    }
+    return count;
+}
+
 void Executor::runSelect(Plan& plan, BatchResult& into, const Environment& environment) {
     std::int64_t count = 0;
     if (plan.assignments.empty()) {
         StatementResult& result = into.results.emplace_back();
         RowSet& rows = result.rows.emplace(plan.columns);
         try {
-            while (step(plan))
+            for (bool more = firstStep(plan, environment); more; more = step(plan))
                 readRow(plan, rows);
         } catch (...) {
             into.results.pop_back();
@@ -472,14 +577,8 @@ void Executor::runSelect(Plan& plan, BatchResult& into, const Environment& envir
         }
         count = static_cast<std::int64_t>(rows.rowCount());
     } else {
-        // A function that the statement calls may assign variables of its own meanwhile.
-        struct Running {
-            const Environment*& place;
-            const Environment* outer;
-            ~Running() { place = outer; }
-        } const restore{running_, running_};
-        running_ = &environment;
-        for (; step(plan); ++count)
+        const Running running(running_, environment);
+        for (bool more = firstStep(plan, environment); more; more = step(plan), ++count)
             assignRow(plan, environment);
     }
     plan.statement.reset();
@@ -539,18 +638,13 @@ void Executor::keepIdentity(const std::string& table) {
 
 void Executor::runChange(Plan& plan, BatchResult& into, const Environment& environment) {
     const bool identity = plan.generatesIdentity || plan.setsIdentity;
-    const bool several = plan.before != nullptr || plan.shown != nullptr || plan.target != nullptr;
+    const bool several = plan.byRow || plan.shown != nullptr || plan.target != nullptr;
     // What comes after SQLite's change of one row cannot fail, unless rows or variables are to take its values.
     const bool whole =
         plan.oneRow && !several && plan.columns == nullptr && plan.assignments.empty() && !plan.setsIdentity;
-    const bool temporary = plan.target == nullptr && isTemporaryName(plan.table);
+    const bool unwritten = plan.byRow && plan.each == nullptr;
+    const bool temporary = plan.target == nullptr && (unwritten || isTemporaryName(plan.table));
     StatementGuard guard(*this, identity || several, whole, temporary);
-    if (plan.before != nullptr) {
-        bind(*plan.before, environment);
-        while (step(*plan.before))
-            assignRow(*plan.before, environment);
-        plan.before->statement.reset();
-    }
     StatementResult result;
     if (plan.columns != nullptr) result.rows.emplace(plan.columns);
     if (plan.shown != nullptr) {
@@ -568,14 +662,16 @@ void Executor::runChange(Plan& plan, BatchResult& into, const Environment& envir
             if (plan != nullptr) executor.keepIdentity(plan->table);
         }
     } const keep{*this, identity ? &plan : nullptr};
-    while (step(plan)) {
+    std::int64_t changed = 0;
+    if (plan.byRow) changed = runByRow(plan, plan.columns != nullptr ? &*result.rows : nullptr, environment);
+    for (bool more = !plan.byRow && firstStep(plan, environment); more; more = step(plan)) {
         if (plan.columns != nullptr) readRow(plan, *result.rows);
         if (!plan.assignments.empty()) assignRow(plan, environment);
         if (plan.setsIdentity) {
             identity_->given(sqlite3_column_int64(plan.statement.handle(), static_cast<int>(plan.identityOutput)));
         }
     }
-    const std::int64_t changed = sqlite3_changes64(database_.handle());
+    if (!plan.byRow) changed = sqlite3_changes64(database_.handle());
     plan.statement.reset();
     if (identity) {
         identity_->finish(catalog_);
@@ -600,10 +696,15 @@ TypedValue Executor::evaluate(const ast::Batch& batch, const ast::Expression& ex
     Plan* plan = plans.find(&expression);
     if (plan == nullptr || plan->generation != catalog_.generation()) {
         catalog_.refresh();
-        Binder binder(catalog_, binderInput(batch, environment));
+        std::set<std::string> called;
+        const auto bind = [&] {
+            Binder binder(catalog_, binderInput(batch, environment, &called));
+            return ast::isCondition(expression.kind) ? binder.condition(expression, nullptr)
+                                                     : binder.expression(expression, nullptr);
+        };
         auto query = std::make_unique<BoundQuery>();
-        BoundPtr bound = ast::isCondition(expression.kind) ? binder.condition(expression, nullptr)
-                                                           : binder.expression(expression, nullptr);
+        BoundPtr bound = bind();
+        if (makeReady(called, {})) bound = bind();
         const SqlType type = bound->type;
         SqlWriter writer;
         auto select = std::make_unique<BoundSelect>();

@@ -12,6 +12,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "ado/session.h"
@@ -63,7 +64,7 @@ public:
     void run(Plan& plan, const Environment& environment, BatchResult& into);
     // Whether SQLite has prepared the plan's statement anew since, because the schema changed.
     [[nodiscard]] static bool isStale(const Plan& plan) {
-        return sqlite3_stmt_status(plan.statement.handle(), SQLITE_STMTSTATUS_REPREPARE, 0) != 0;
+        return plan.outdated || sqlite3_stmt_status(plan.statement.handle(), SQLITE_STMTSTATUS_REPREPARE, 0) != 0;
     }
 
     // How long a lock of another program is waited for, as SET LOCK_TIMEOUT says it.
@@ -95,8 +96,17 @@ public:
     // statement's.
     void renameTemporary(const std::string& from, const std::string& to);
     [[nodiscard]] bool hasHidden(const std::string& name);
+    // Whether the table of a table variable is there.
+    [[nodiscard]] bool hasVariable(const std::string& name);
     // Removes all rows of a table variable's table.
     void clearTable(const std::string& name);
+    // What a table variable holds, to be put back when a rollback has taken it away; the table is there then.
+    struct TableContents {
+        std::vector<HeldValue> cells;
+        std::optional<IdentityState> identity;
+    };
+    [[nodiscard]] TableContents contentsOf(const std::string& name);
+    void putBack(const std::string& name, const TableContents& contents);
     // Runs `change`, which may be several statements, and undoes all of it when it throws. `temporary`: it changes
     // temporary tables only.
     void atomically(bool temporary, const std::function<void()>& change);
@@ -107,7 +117,14 @@ private:
 
     std::unique_ptr<Plan> plan(const ast::Batch& batch, const ast::Statement& statement,
                                const Environment& environment);
+    // `called` takes the functions of users that it runs.
+    std::unique_ptr<Plan> planOnce(const ast::Batch& batch, const ast::Statement& statement,
+                                   const Environment& environment, std::set<std::string>& called);
+    // Makes what these functions need, and those in the texts of T-SQL. True when that makes plans stale.
+    bool makeReady(const std::set<std::string>& called, std::span<const std::string> texts);
     std::unique_ptr<Plan> prepared(class SqlWriter& writer);
+    // With its tables read by their keys (key_order.h); `write` writes the statement once more.
+    std::unique_ptr<Plan> preparedByKey(SqlWriter& writer, const std::function<void(SqlWriter&)>& write);
     void describe(Plan& plan, const std::vector<OutputColumn>& columns);
     // text_search.cpp
     void planTextSearch(Plan& plan, const BoundQuery& query, const class SqlWriter& written);
@@ -123,7 +140,13 @@ private:
     // Keeps the numbers that a change has taken, whether it lasts or not.
     void keepIdentity(const std::string& table);
     void runChange(Plan& plan, BatchResult& into, const Environment& environment);
+    // Gives how many rows there are.
+    std::int64_t runByRow(Plan& plan, RowSet* output, const Environment& environment);
     bool step(Plan& plan);
+    // The first step of a query: an index that its text names may be gone since, and the query does without it then.
+    bool firstStep(Plan& plan, const Environment& environment);
+    // Whether the result code of a step brings a row; fails for those of failures.
+    bool hasRow(Plan& plan, int code);
     void readRow(const Plan& plan, RowSet& rows);
     void assignRow(const Plan& plan, const Environment& environment);
     [[nodiscard]] DatabaseError failureOf(const Plan& plan, int code);
@@ -155,7 +178,8 @@ private:
     void registerFunctions();
     [[nodiscard]] std::unique_ptr<RowSource> openRows(std::string_view kind, std::string_view text,
                                                       std::span<sqlite3_value* const> arguments);
-    [[nodiscard]] BinderInput binderInput(const ast::Batch& batch, const Environment& environment) const;
+    [[nodiscard]] BinderInput binderInput(const ast::Batch& batch, const Environment& environment,
+                                          std::set<std::string>* called = nullptr) const;
 
     SqliteDatabase& database_;
     Catalog& catalog_;

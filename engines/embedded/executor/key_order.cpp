@@ -30,8 +30,8 @@ std::string_view scannedThrough(std::string_view step) {
 
 }  // namespace
 
-void keepKeyOrder(SqliteDatabase& database, const BoundQuery& query, SqlWriter& writer) {
-    if (!writer.joins() || writer.arranges()) return;
+bool keepKeyOrder(SqliteDatabase& database, SqlWriter& writer, const std::function<void(SqlWriter&)>& write) {
+    if (!writer.joins() || writer.arranges()) return false;
     SqlWriter::Indexes keys;
     SqliteStatement steps = database.prepare("EXPLAIN QUERY PLAN " + writer.sql());
     while (steps.step()) {
@@ -41,9 +41,10 @@ void keepKeyOrder(SqliteDatabase& database, const BoundQuery& query, SqlWriter& 
         if (std::string key = keyIndex(database, table->second); !key.empty())
             keys.emplace(table->first, std::move(key));
     }
-    if (keys.empty()) return;
+    if (keys.empty()) return false;
     writer = SqlWriter(std::move(keys));
-    writer.query(query);
+    write(writer);
+    return true;
 }
 
 }  // namespace basalt::embedded

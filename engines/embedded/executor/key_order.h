@@ -6,13 +6,16 @@
 // come in the order of that index.
 #pragma once
 
+#include <functional>
+
 #include "engines/embedded/generator/sql_writer.h"
 #include "engines/embedded/runtime/sqlite.h"
 
 namespace basalt::embedded {
 
-// `writer` has written the query; where SQLite would read it so, writes it anew with the tables read by their keys.
-// Queries that sort or group are left alone, for an index may serve that. Throws as preparing the text does.
-void keepKeyOrder(SqliteDatabase& database, const BoundQuery& query, SqlWriter& writer);
+// `writer` has written the statement; where SQLite would read its tables so, `write` writes it anew with the tables
+// read by their keys. Queries that sort or group are left alone, for an index may serve that. Whether it has; such a
+// text is good for nothing once the indexes that it names are gone. Throws as preparing the text does.
+bool keepKeyOrder(SqliteDatabase& database, SqlWriter& writer, const std::function<void(SqlWriter&)>& write);
 
 }  // namespace basalt::embedded

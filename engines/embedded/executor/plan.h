@@ -69,8 +69,14 @@ struct Plan {
     bool generatesIdentity = false;
     bool setsIdentity = false;
     std::size_t identityOutput = 0;
-    std::uint64_t generation = 0;          // of the catalog
-    std::unique_ptr<Plan> before;          // of UPDATE: assigns variables from the rows before they change
+    std::uint64_t generation = 0;  // of the catalog
+    // The statement without the indexes that it names; empty when it names none. Another program may drop them.
+    std::string withoutIndexes;
+    bool outdated = false;  // they are gone: the schema is another one than the plan was made for
+    // Of UPDATE that assigns variables: `statement` reads the rows one by one, and this changes one of them; null when
+    // nothing but variables is set.
+    bool byRow = false;
+    std::unique_ptr<Plan> each;
     std::unique_ptr<Plan> shown;           // of UPDATE: its OUTPUT, from the rows before they change
     std::unique_ptr<TextSearch> search;    // null when the query has no such LIKE
     std::unique_ptr<OutputTarget> target;  // where the OUTPUT goes instead of to the caller

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "engines/embedded/executor/packed_values.h"
 #include "engines/embedded/runtime/row_table.h"
 #include "engines/embedded/runtime/value_codec.h"
 
@@ -16,6 +17,7 @@ constexpr std::size_t kKeptTexts = 64;
 struct Module {
     SqliteDatabase* database;
     RowSourceOpener open;
+    bool packed;
 };
 
 struct SourceTable : RowTable {
@@ -33,14 +35,15 @@ std::string SourceTable::declaration() {
     for (std::size_t i = 1; i <= kMostRowColumns; ++i)
         result += "c" + std::to_string(i) + ", ";
     result += "kind HIDDEN, source HIDDEN";
-    for (std::size_t i = 1; i <= kMostRowArguments; ++i)
+    for (std::size_t i = 1; i <= kMostPlainArguments; ++i)
         result += ", a" + std::to_string(i) + " HIDDEN";
     return result + ")";
 }
 
-// All hidden columns have to be known, in their order.
+// All hidden columns have to be known, in their order. SQLite would compare those beyond the sixteenth once more with
+// what the row says of them, and find no NULL equal to itself.
 int SourceTable::bestIndex(sqlite3_index_info* info) {
-    std::array<int, kMostRowArguments + 2> places{};
+    std::array<int, kMostPlainArguments + 2> places{};
     places.fill(-1);
     for (int i = 0; i < info->nConstraint; ++i) {
         const auto& constraint = info->aConstraint[i];
@@ -72,7 +75,15 @@ struct SourceCursor : RowCursor {
         };
         if (arguments.size() < 2) throw std::logic_error("t_rows takes a kind and a source.");
         rows.reset();
-        rows = table.owner->open(textOf(0), textOf(1), arguments.subspan(2));
+        if (table.owner->packed) {
+            const std::vector<HeldValue> values = unpacked(*table.owner->database, arguments.subspan(2));
+            std::vector<sqlite3_value*> plain;
+            for (const HeldValue& value : values)
+                plain.push_back(value.get());
+            rows = table.owner->open(textOf(0), textOf(1), plain);
+        } else {
+            rows = table.owner->open(textOf(0), textOf(1), arguments.subspan(2));
+        }
         advance();
     }
     void advance() { ended = !rows->next(); }
@@ -118,10 +129,15 @@ void QueryRows::column(int index, sqlite3_context* context) {
         sqlite3_result_value(context, sqlite3_column_value(statement_.handle(), index));
 }
 
-void addRowSources(SqliteDatabase& database, RowSourceOpener open) {
-    auto owned = std::make_unique<Module>(Module{&database, std::move(open)});
-    addRowTable<SourceTable, SourceCursor>(database, "t_rows", owned.release(),
-                                           [](void* pointer) { delete static_cast<Module*>(pointer); });
+void addRowSources(SqliteDatabase& database, const RowSourceOpener& open) {
+    const auto add = [&](const char* name, bool packed) {
+        auto owned = std::make_unique<Module>(Module{&database, open, packed});
+        addRowTable<SourceTable, SourceCursor>(database, name, owned.release(),
+                                               [](void* pointer) { delete static_cast<Module*>(pointer); });
+    };
+    add("t_rows", false);
+    add("t_many_rows", true);
+    addPackedValues(database);
 }
 
 }  // namespace basalt::embedded

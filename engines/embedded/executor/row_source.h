@@ -4,6 +4,10 @@
 //   t_rows('function', 'Split', 'a,b')          the rows of the user's function
 //   t_rows('apply', 'SELECT ?1 + 1 AS c1', 5)   the rows of a query with these parameters
 //   t_rows('system', 'sys.objects')             the rows of a system view
+//
+// SQLite gives a table of its own up to kMostPlainArguments arguments as they are, NULLs too. More than those come as
+// t_many_rows(kind, text, t_packed(arguments...), t_packed(arguments...), ...), with kPackedTogether in each but the
+// last.
 #pragma once
 
 #include <sqlite3.h>
@@ -23,7 +27,9 @@ namespace basalt::embedded {
 
 // A source with more columns cannot be read so.
 inline constexpr std::size_t kMostRowColumns = 128;
-inline constexpr std::size_t kMostRowArguments = 100;
+inline constexpr std::size_t kMostPlainArguments = 14;
+inline constexpr std::size_t kPackedTogether = 100;
+inline constexpr std::size_t kMostRowArguments = kMostPlainArguments * kPackedTogether;
 
 class RowSource {
 public:
@@ -77,8 +83,8 @@ private:
 using RowSourceOpener = std::function<std::unique_ptr<RowSource>(std::string_view kind, std::string_view text,
                                                                  std::span<sqlite3_value* const> arguments)>;
 
-// Makes t_rows known to the database; `open` lives as long as it. Errors of `open` and of the sources are
-// DatabaseError.
-void addRowSources(SqliteDatabase& database, RowSourceOpener open);
+// Makes t_rows and t_many_rows known to the database; `open` lives as long as it. Errors of `open` and of the sources
+// are DatabaseError.
+void addRowSources(SqliteDatabase& database, const RowSourceOpener& open);
 
 }  // namespace basalt::embedded

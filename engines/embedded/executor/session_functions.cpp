@@ -7,6 +7,7 @@
 #include "engines/embedded/catalog/system_view.h"
 #include "engines/embedded/executor/executor.h"
 #include "engines/embedded/executor/identity_run.h"
+#include "engines/embedded/runtime/convert.h"
 #include "engines/embedded/runtime/function_support.h"
 #include "engines/embedded/runtime/sql_error.h"
 
@@ -63,6 +64,17 @@ void Executor::registerFunctions() {
         guarded(context, self->database_,
                 [&] { returnValue(context, self->running_->variables->valueOf(call.text(0))); });
     });
+    addOwned(database_, "t_assign", 3, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {
+        auto* self = static_cast<Executor*>(sqlite3_user_data(context));
+        const Call call(context, count, arguments);
+        guarded(context, self->database_, [&] {
+            Variables& variables = *self->running_->variables;
+            const std::string name(call.text(0));
+            const SqlType from = call.type(2);
+            variables.assign(name, convert(call.value(1, from), from, *variables.typeOf(name)));
+            sqlite3_result_value(context, arguments[1]);
+        });
+    });
     addOwned(database_, "t_object_id", 2, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {
         auto* self = static_cast<Executor*>(sqlite3_user_data(context));
         const Call call(context, count, arguments);
@@ -103,21 +115,7 @@ void Executor::registerFunctions() {
             const int position = table == nullptr ? -1 : table->find(objectPart(call.text(1)));
             if (position < 0) return;
             const SqlType& type = table->columns[static_cast<std::size_t>(position)].type;
-            int bytes = 8;
-            if (type.isText() && type.length != kMaxLength) {
-                bytes = type.length * (type.isUnicode() ? 2 : 1);
-            } else if (type.isText() || (type.isBinary() && type.length == kMaxLength)) {
-                bytes = -1;
-            } else if (type.isBinary()) {
-                bytes = type.length;
-            } else if (type.kind == TypeKind::Int) {
-                bytes = 4;
-            } else if (type.kind == TypeKind::SmallInt) {
-                bytes = 2;
-            } else if (type.kind == TypeKind::TinyInt || type.kind == TypeKind::Bit) {
-                bytes = 1;
-            }
-            sqlite3_result_int(context, bytes);
+            sqlite3_result_int(context, bytesOf(type));
         });
     });
     addOwned(database_, "t_ident_current", 1, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {

@@ -1,9 +1,11 @@
 #include <algorithm>
 #include <cstdio>
+#include <optional>
 
 #include "engines/embedded/catalog/catalog.h"
 #include "engines/embedded/generator/sql_writer.h"
 #include "engines/embedded/runtime/decimal_codec.h"
+#include "engines/embedded/runtime/steps.h"
 
 namespace basalt::embedded {
 
@@ -110,6 +112,12 @@ void SqlWriter::list(const std::vector<BoundPtr>& expressions) {
     }
 }
 
+void SqlWriter::column(const BoundExpression& expression) {
+    const std::string name = expression.table.empty() ? expression.name : expression.table + "." + expression.name;
+    const auto renamed = renamed_.find(name);
+    *this << (renamed == renamed_.end() ? name : renamed->second);
+}
+
 void SqlWriter::expression(const BoundExpression& expression) {
     if (outer_ != nullptr && lift(expression)) return;
     switch (expression.kind) {
@@ -118,10 +126,9 @@ void SqlWriter::expression(const BoundExpression& expression) {
         case BoundKind::Slot:
             return slot(expression.slot);
         case BoundKind::Column:
-            if (!expression.table.empty()) *this << expression.table << ".";
-            *this << expression.name;
-            return;
+            return column(expression);
         case BoundKind::Call:
+            if (steps(expression) || firstOf(expression)) return;
             // In the query of an APPLY the pattern comes as a parameter of another kind.
             if (expression.search != nullptr && outer_ == nullptr) {
                 textSearches_.push_back(&expression);
@@ -178,6 +185,99 @@ void SqlWriter::expression(const BoundExpression& expression) {
     }
 }
 
+namespace {
+
+// Calls inside each other that are still written so.
+constexpr std::size_t kDeepestCalls = 10;
+
+struct Step {
+    std::string name;
+    const BoundExpression* first;
+    const std::vector<BoundPtr>* arguments;  // the first is the one above
+};
+
+// Nothing where the expression is no call of something.
+std::optional<Step> stepOf(const BoundExpression& expression) {
+    if (expression.kind != BoundKind::Call || expression.arguments.empty() || expression.search != nullptr)
+        return std::nullopt;
+    const BoundExpression& first = *expression.arguments[0];
+    const bool operation = first.kind == BoundKind::Infix && first.arguments.size() == 2 &&
+                           expression.arguments.size() == 1 &&
+                           (first.name == "+" || first.name == "-" || first.name == "*");
+    if (operation && (expression.name == "t_i32" || expression.name == "t_finite"))
+        return Step{expression.name + first.name, first.arguments[0].get(), &first.arguments};
+    return Step{expression.name, &first, &expression.arguments};
+}
+
+bool namesSlot(const BoundExpression& expression) {
+    return expression.kind == BoundKind::Slot ||
+           std::any_of(expression.arguments.begin(), expression.arguments.end(),
+                       [](const BoundPtr& argument) { return namesSlot(*argument); });
+}
+
+// Whether it is the same for all rows of a statement.
+bool isSettled(const BoundExpression& expression) {
+    if (expression.kind == BoundKind::Slot) return expression.slot.source != Slot::Source::Row;
+    if (expression.kind == BoundKind::Constant) return true;
+    const bool operation = expression.kind == BoundKind::Infix;
+    const bool known = expression.kind == BoundKind::Call && expression.search == nullptr &&
+                       isStep(expression.name, expression.arguments.size());
+    return (operation || known) && std::all_of(expression.arguments.begin(), expression.arguments.end(),
+                                               [](const BoundPtr& argument) { return isSettled(*argument); });
+}
+
+}  // namespace
+
+bool SqlWriter::steps(const BoundExpression& expression) {
+    if (nested_) return false;
+    std::vector<Step> steps;
+    const BoundExpression* innermost = &expression;
+    for (std::optional<Step> step = stepOf(expression); step; step = stepOf(*innermost)) {
+        innermost = step->first;
+        steps.push_back(*std::move(step));
+    }
+    if (steps.size() < kDeepestCalls) return false;
+    // Up to one that SQLite does by itself.
+    const auto other = std::find_if(steps.begin(), steps.end(),
+                                    [](const Step& step) { return !isStep(step.name, step.arguments->size()); });
+    steps.erase(other, steps.end());
+    if (steps.size() < kDeepestCalls) return false;
+    // Steps are taken anew for each row; a query of its own is worked out once. What SQLite keeps in its schema names
+    // no slots, and may hold no query.
+    const bool once = outer_ == nullptr && isSettled(expression) && namesSlot(expression);
+    *this << (once ? "(SELECT " : "(");
+    this->expression(*steps.back().first);
+    for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
+        *this << " -> t_step(" << sqlText(step->name);
+        for (std::size_t i = 1; i < step->arguments->size(); ++i) {
+            *this << ", ";
+            this->expression(*(*step->arguments)[i]);
+        }
+        *this << ")";
+    }
+    *this << ")";
+    return true;
+}
+
+// ISNULL(a, ISNULL(b, c)) is the first of a, b and c that is not NULL.
+bool SqlWriter::firstOf(const BoundExpression& expression) {
+    const auto isFirst = [](const BoundExpression& value) {
+        return value.kind == BoundKind::Call && value.name == "ifnull";
+    };
+    if (!isFirst(expression) || !isFirst(*expression.arguments[1])) return false;
+    // SQLite's functions take 127 arguments.
+    constexpr std::size_t most = 100;
+    const BoundExpression* last = &expression;
+    *this << "coalesce(";
+    for (std::size_t count = 1; isFirst(*last) && count < most; ++count, last = last->arguments[1].get()) {
+        this->expression(*last->arguments[0]);
+        *this << ", ";
+    }
+    this->expression(*last);
+    *this << ")";
+    return true;
+}
+
 // Before the LIKE itself, which still has the last word.
 void SqlWriter::lookUp(const BoundExpression& like) {
     const BoundTextSearch& search = *like.search;
@@ -210,11 +310,12 @@ void SqlWriter::infix(const BoundExpression& expression) {
     const BoundExpression& left = *expression.arguments[0];
     const BoundExpression& right = *expression.arguments[1];
     *this << "(";
-    if (isText(left) && isText(right) && !right.ownCollation) {
-        collated(left);
-    } else {
-        this->expression(left);
-    }
+    this->expression(left);
+    // SQLite takes the left side's collation before the right side's, and a column always has one: one that knows
+    // nothing of our orders compares bytes. A parameter has none.
+    const bool bare = left.kind == BoundKind::Slot || left.kind == BoundKind::Constant;
+    if (isText(left) && isText(right) && !left.ownCollation && !(bare && right.ownCollation))
+        *this << " COLLATE " << sqliteCollation(right.ownCollation ? right.order : left.order);
     *this << " " << expression.name << " ";
     this->expression(right);
     *this << ")";
@@ -248,14 +349,20 @@ void SqlWriter::aggregate(const BoundExpression& expression) {
 
 void SqlWriter::caseExpression(const BoundExpression& expression) {
     *this << "CASE";
-    for (std::size_t i = 0; i + 1 < expression.arguments.size(); i += 2) {
-        *this << " WHEN ";
-        this->expression(*expression.arguments[i]);
-        *this << " THEN ";
-        this->expression(*expression.arguments[i + 1]);
+    const BoundExpression* whole = &expression;
+    while (true) {
+        for (std::size_t i = 0; i + 1 < whole->arguments.size(); i += 2) {
+            *this << " WHEN ";
+            this->expression(*whole->arguments[i]);
+            *this << " THEN ";
+            this->expression(*whole->arguments[i + 1]);
+        }
+        // A CASE behind ELSE is more of the same one.
+        if (whole->arguments.back()->kind != BoundKind::Case) break;
+        whole = whole->arguments.back().get();
     }
     *this << " ELSE ";
-    this->expression(*expression.arguments.back());
+    this->expression(*whole->arguments.back());
     *this << " END";
 }
 

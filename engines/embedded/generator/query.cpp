@@ -126,6 +126,7 @@ void SqlWriter::queryWithTies(const BoundQuery& query) {
 }
 
 void SqlWriter::select(const BoundSelect& select, const std::vector<BoundOrdering>& more) {
+    if (select.from != nullptr) renameJoined(*select.from);
     *this << (select.distinct ? "SELECT DISTINCT " : "SELECT ");
     arranges_ = arranges_ || select.distinct || select.aggregated || !select.groupBy.empty();
     // HAVING makes one group of all rows, for SQLite only when an item aggregates.
@@ -199,10 +200,11 @@ void SqlWriter::source(const BoundSource& source) {
             return rowSource(source);
         case SourceKind::Join: {
             joins_ = true;
+            if (source.join == "FULL JOIN") return fullJoin(source);
             this->source(*source.left);
             // SQLite's CROSS JOIN would forbid the planner to choose the order of the tables.
             *this << " " << (source.join == "CROSS JOIN" ? "JOIN" : source.join) << " ";
-            const bool nested = source.right->kind == SourceKind::Join;
+            const bool nested = source.right->kind == SourceKind::Join && source.right->join != "FULL JOIN";
             if (nested) *this << "(";
             this->source(*source.right);
             if (nested) *this << ")";
@@ -225,14 +227,18 @@ void SqlWriter::rowSource(const BoundSource& source) {
         if (inner.lifted_.size() > kMostRowArguments)
             throwSqlError(40517, "This APPLY takes more values from outside than this database supports.");
     }
-    *this << "t_rows(" << sqlText(source.rowKind) << ", " << sqlText(text);
-    for (const BoundPtr& argument : source.arguments) {
-        *this << ", ";
-        expression(*argument);
-    }
-    for (const BoundExpression* lifted : inner.lifted_) {
-        *this << ", ";
-        expression(*lifted);
+    std::vector<const BoundExpression*> arguments;
+    for (const BoundPtr& argument : source.arguments)
+        arguments.push_back(argument.get());
+    arguments.insert(arguments.end(), inner.lifted_.begin(), inner.lifted_.end());
+    const bool packed = arguments.size() > kMostPlainArguments;
+    *this << (packed ? "t_many_rows(" : "t_rows(") << sqlText(source.rowKind) << ", " << sqlText(text);
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const bool begins = packed && i % kPackedTogether == 0;
+        const bool ends = packed && ((i + 1) % kPackedTogether == 0 || i + 1 == arguments.size());
+        *this << ", " << (begins ? "t_packed(" : "");
+        expression(*arguments[i]);
+        if (ends) *this << ")";
     }
     *this << ") AS " << source.alias;
 }

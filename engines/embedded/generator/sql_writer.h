@@ -9,6 +9,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -28,6 +29,10 @@ public:
     // Which index the tables of these aliases are read by, as SQLite takes its name.
     using Indexes = std::map<std::string, std::string, std::less<>>;
     explicit SqlWriter(Indexes indexes) : texts_(Texts::ReadThrough), indexes_(std::move(indexes)) {}
+
+    // What SQLite keeps in its schema is written without steps: it takes no function there that is not told to be the
+    // same for the same values.
+    void keepCallsNested() { nested_ = true; }
 
     // expression.cpp
     void expression(const BoundExpression& expression);
@@ -52,6 +57,7 @@ public:
 private:
     void collated(const BoundExpression& expression);
     void constant(const BoundExpression& expression);
+    void column(const BoundExpression& expression);
     void slot(const Slot& slot);
     void chain(const BoundExpression& expression, std::size_t begin, std::size_t end);
     void infix(const BoundExpression& expression);
@@ -59,6 +65,10 @@ private:
     void caseExpression(const BoundExpression& expression);
     void in(const BoundExpression& expression);
     void list(const std::vector<BoundPtr>& expressions);
+    // Calls inside each other, too deep for SQLite's parser as they are. False when they are not.
+    bool steps(const BoundExpression& expression);
+    // The same for ISNULL behind ISNULL.
+    bool firstOf(const BoundExpression& expression);
     void lookUp(const BoundExpression& like);
 
     void with(const std::vector<BoundCommonTable>& tables);
@@ -70,6 +80,14 @@ private:
     void select(const BoundSelect& select, const std::vector<BoundOrdering>& more = {});
     void queryWithTies(const BoundQuery& query);
     void source(const BoundSource& source);
+    // full_join.cpp
+    void fullJoin(const BoundSource& join);
+    void fullJoinTables(const BoundSource& source);
+    void fullJoinSide(const BoundSource& side, const std::vector<SourceColumnName>& columns, const std::string& name,
+                      bool numbered);
+    void rename(const std::vector<SourceColumnName>& columns, const std::string& table, std::size_t first);
+    // From here on the columns of all FULL JOINs of the source go by the names that these give them.
+    void renameJoined(const BoundSource& source);
     void returning(const std::vector<BoundItem>& items);
 
     void rowSource(const BoundSource& source);
@@ -86,6 +104,7 @@ private:
     std::map<std::string, std::string, std::less<>> tables_;
     bool joins_ = false;
     bool arranges_ = false;
+    bool nested_ = false;
     std::string sql_;
     std::vector<const BoundExpression*> textSearches_;
     std::vector<Slot> slots_;
@@ -93,6 +112,8 @@ private:
     const std::vector<std::string>* outer_ = nullptr;                  // aliases from outside, in the query of an APPLY
     std::vector<const BoundExpression*> lifted_;                       // in the order of the parameters
     std::vector<std::string> commonTables_;                            // written so far
+    std::set<std::string, std::less<>> fullJoins_;                     // whose tables are written, by alias
+    std::map<std::string, std::string, std::less<>> renamed_;          // table.column, by what the binder calls it
 };
 
 }  // namespace basalt::embedded

@@ -34,6 +34,8 @@ TypedValue literalValue(const Literal& literal) {
             return {Decimal(literal.coefficient, literal.scale), SqlType::decimal(literal.precision, literal.scale)};
         case LiteralType::Float:
             return {literal.real, SqlType::of(TypeKind::Float)};
+        case LiteralType::Money:
+            return {Decimal(literal.coefficient, kMoneyScale), SqlType::of(TypeKind::Money)};
         case LiteralType::Varbinary:
             return {Bytes(literal.text.begin(), literal.text.end()),
                     SqlType::text(TypeKind::VarBinary, length(literal.text.size(), 8000))};
@@ -303,12 +305,15 @@ void Interpreter::execute(Activation& activation, const ast::ExecuteStatement& s
         name = statement.procedure.last();
     }
     std::vector<PassedArgument> arguments = passedArguments(activation, statement);
-    CallOutcome outcome;
+    TypedValue returned{Null{}, SqlType::of(TypeKind::Int)};
     if (const std::shared_ptr<Program> program = findModule(name, ModuleKind::Procedure)) {
-        outcome = callProgram(*program, arguments, *activation.into);
+        const CallOutcome outcome = callProgram(*program, arguments, *activation.into);
         returnOutputs(activation, *program, arguments, outcome);
+        returned.value = outcome.returnValue;
+    } else if (const std::shared_ptr<Program> function = findModule(name, ModuleKind::Function)) {
+        returned = callFunction(*function, arguments);
     } else if (sameName(name, "sp_executesql")) {
-        outcome.returnValue = executeSql(activation, std::move(arguments));
+        returned.value = executeSql(activation, std::move(arguments));
     } else {
         noProcedure(statement.procedure.empty() ? name : activation.batch.textOf(statement.procedure.range));
     }
@@ -317,7 +322,7 @@ void Interpreter::execute(Activation& activation, const ast::ExecuteStatement& s
         if (type == nullptr)
             throwSqlError(137, "Must declare the scalar variable \"" + statement.returnVariable + "\".");
         activation.frame.assign(statement.returnVariable,
-                                convert(outcome.returnValue, SqlType::of(TypeKind::Int), *type));
+                                isNull(returned.value) ? Value(Null{}) : convert(returned.value, returned.type, *type));
     }
 }
 
@@ -418,7 +423,7 @@ void Interpreter::runText(std::string_view text, BatchResult& into) {
     if (const auto found = texts_.find(text); found != texts_.end()) {
         program = found->second;
     } else {
-        program = std::make_shared<Program>(parse(text), catalog_);
+        program = std::make_shared<Program>(parse(text));
         if (texts_.size() >= kKeptTexts) texts_.clear();
         texts_.emplace(text, program);
     }
@@ -456,7 +461,7 @@ std::int64_t Interpreter::executeSql(Activation& activation, std::vector<PassedA
     const std::string declarations = textOf(1);
     if (declarations.find_first_not_of(" \t\r\n") == std::string::npos) {
         runText(statement, *activation.into);
-        return 0;
+        return executor_.state().error;
     }
     // The declarations are those of a procedure, so they are read as one; the statement becomes its body.
     const std::string key = declarations + '\0' + statement;
@@ -480,8 +485,9 @@ std::int64_t Interpreter::executeSql(Activation& activation, std::vector<PassedA
                                 "' expects the parameter '" + parameter.name + "', which was not supplied.");
     }
     const CallOutcome outcome = callProgram(*program, values, *activation.into);
+    const std::int64_t last = executor_.state().error;
     returnOutputs(activation, *program, values, outcome);
-    return outcome.returnValue;
+    return last;
 }
 
 void Interpreter::insertExecute(Activation& activation, const ast::InsertStatement& statement) {
@@ -524,7 +530,7 @@ void Interpreter::insertExecute(Activation& activation, const ast::InsertStateme
 void Interpreter::refuseEndOfTransaction(const ast::TransactionStatement& statement) const {
     if (!rowsWanted_) return;
     using Action = ast::TransactionStatement::Action;
-    if (statement.action == Action::Rollback && statement.name.empty() && statement.variable.empty())
+    if (statement.action == Action::Rollback)
         throwSqlError(3915, "Cannot use the ROLLBACK statement within an INSERT-EXEC statement.");
     if (statement.action == Action::Commit && executor_.state().tranCount <= *rowsWanted_) {
         throwSqlError(

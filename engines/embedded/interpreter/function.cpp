@@ -30,12 +30,22 @@ private:
 
 void Interpreter::runFunction(Program& program, std::span<sqlite3_value* const> arguments,
                               const std::function<void(Activation&)>& read) {
+    runFunction(
+        program,
+        [&](Frame& frame) {
+            for (std::size_t i = 0; i < program.parameters().size() && i < arguments.size(); ++i)
+                frame.set(i, readValue(arguments[i], program.layout()[i].type));
+        },
+        read);
+}
+
+void Interpreter::runFunction(Program& program, const std::function<void(Frame&)>& fill,
+                              const std::function<void(Activation&)>& read) {
     const Program::Run run(program);
     const ProcedureScope scope(*this);
     const FunctionScope functionScope(executor_);
     Frame frame(program.layout());
-    for (std::size_t i = 0; i < program.parameters().size() && i < arguments.size(); ++i)
-        frame.set(i, readValue(arguments[i], program.layout()[i].type));
+    fill(frame);
     // Nothing that a function does is shown.
     BatchResult unseen;
     Activation activation{.batch = program.batch(),
@@ -59,6 +69,19 @@ Value Interpreter::callScalar(std::string_view name, std::span<sqlite3_value* co
     const std::shared_ptr<Program> program = requireFunction(name);
     Value result;
     runFunction(*program, arguments, [&](Activation& activation) { result = std::move(activation.result); });
+    return result;
+}
+
+TypedValue Interpreter::callFunction(Program& program, std::span<const PassedArgument> arguments) {
+    if (program.function()->returns != ast::CreateFunctionStatement::Returns::Scalar) {
+        throwSqlError(2809, "The request for procedure '" + program.name() + "' failed because '" + program.name() +
+                                "' is a table valued function object.");
+    }
+    static_cast<void>(makeReady({program.name()}, {}));
+    TypedValue result{Null{}, program.resultType()};
+    runFunction(
+        program, [&](Frame& frame) { bindArguments(program, arguments, frame); },
+        [&](Activation& activation) { result.value = std::move(activation.result); });
     return result;
 }
 

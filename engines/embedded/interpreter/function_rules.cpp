@@ -102,10 +102,10 @@ private:
 void Interpreter::checkFunction(const ast::Batch& batch, const ast::CreateFunctionStatement& function) {
     using Returns = ast::CreateFunctionStatement::Returns;
     Layout layout;
-    layout.addParameters(batch, function.parameters, catalog_);
+    layout.addParameters(batch, function.parameters);
     if (function.returns == Returns::InlineTable) return;
     if (function.returns == Returns::TableVariable) layout.addResultTable(batch, function);
-    layout.addDeclarations(batch, function.body, catalog_);
+    layout.addDeclarations(batch, function.body);
     FunctionRules(batch).check(function.body);
     const ast::Statement* last = function.body.back().get();
     if (last->kind != StatementKind::Return) {

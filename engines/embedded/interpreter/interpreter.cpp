@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "ado/names.h"
+#include "engines/embedded/catalog/object_name.h"
 #include "engines/embedded/interpreter/raised_error.h"
 #include "engines/embedded/lexer/error_context.h"
 #include "engines/embedded/runtime/convert.h"
@@ -14,6 +15,8 @@ namespace basalt::embedded {
 using ast::StatementKind;
 
 namespace {
+
+const ast::NullExpression kNothing{};
 
 bool isStraightStatement(const ast::Statement& statement) {
     switch (statement.kind) {
@@ -103,6 +106,11 @@ void Interpreter::startAfresh() {
 void Interpreter::runList(Activation& activation, const ast::Statements& statements,
                           const std::function<void()>& atEnd) {
     createTableVariables(activation);
+    struct Active {
+        std::vector<Activation*>& all;
+        Active(std::vector<Activation*>& list, Activation& own) : all(list) { all.push_back(&own); }
+        ~Active() { all.pop_back(); }
+    } const active(active_, activation);
     const Flow flow = runStatements(activation, statements);
     if (atEnd) atEnd();
     emptyTableVariables(activation);
@@ -190,6 +198,8 @@ Interpreter::Flow Interpreter::dispatch(Activation& activation, const ast::State
             }
             return Flow::Return;
         case StatementKind::Goto:
+            // A jump by itself runs nothing in the database, which is where a request that is given up ends.
+            static_cast<void>(evaluate(activation, kNothing));
             activation.label = ast::as<ast::GotoStatement>(statement).label.text;
             return Flow::Goto;
         case StatementKind::Label:
@@ -219,15 +229,14 @@ Interpreter::Flow Interpreter::dispatch(Activation& activation, const ast::State
             // What its variables get wrong is said now, not at the first call.
             const auto& procedure = ast::as<ast::CreateProcedureStatement>(statement);
             Layout layout;
-            layout.addParameters(activation.batch, procedure.parameters, catalog_);
-            layout.addDeclarations(activation.batch, procedure.body, catalog_);
+            layout.addParameters(activation.batch, procedure.parameters);
+            layout.addDeclarations(activation.batch, procedure.body);
             break;
         }
         case StatementKind::Transaction:
             refuseEndOfTransaction(ast::as<ast::TransactionStatement>(statement));
             try {
-                executor_.execute(activation.batch, statement, activation.plans, activation.environment,
-                                  *activation.into);
+                transaction(activation, ast::as<ast::TransactionStatement>(statement));
             } catch (const DatabaseError& error) {
                 // Without its transaction the rest of the batch would be something else. A server waits for locks
                 // further on and never fails here.
@@ -297,26 +306,64 @@ void Interpreter::createTableVariables(Activation& activation) {
     const Layout& layout = activation.frame.layout();
     for (std::size_t i = 0; i < layout.size(); ++i) {
         if (layout[i].table == nullptr) continue;
-        // The table of an earlier run is used again, because a new table would make every plan stale.
-        TableVariable& variable = tableVariables_[{layout[i].table, activation.depth}];
-        const std::string_view text = textOf(*layout[i].table, activation.batch);
-        // The definition may be another one by now, at the place of one that is gone.
-        if (variable.definition != text && catalog_.table(variable.name) != nullptr) executor_.dropTable(variable.name);
-        if (variable.name.empty()) variable.name = "#@" + std::to_string(++nextTableNumber_);
-        if (catalog_.table(variable.name) == nullptr) {
-            executor_.createTable(variable.name, *layout[i].table, activation.batch, activation.environment);
-            variable.definition = text;
-        }
-        activation.frame.setTable(i, variable.name);
+        createTableVariable(layout[i], activation.depth, activation.batch, activation.environment);
+        activation.frame.setTable(i, tableVariables_[{layout[i].table, activation.depth}].name);
     }
     // A run that failed may have left rows.
     emptyTableVariables(activation);
+}
+
+bool Interpreter::createTableVariable(const Layout::Variable& variable, std::size_t depth, const ast::Batch& batch,
+                                      const Environment& environment) {
+    // The table of an earlier run is used again, because a new table would make every plan stale.
+    TableVariable& table = tableVariables_[{variable.table, depth}];
+    const std::string_view text = textOf(*variable.table, batch);
+    // The definition may be another one by now, at the place of one that is gone.
+    if (table.definition != text) {
+        if (executor_.hasVariable(table.name)) executor_.dropTable(table.name);
+        table.name = variableTableName(++nextTableNumber_, variable.name);
+    }
+    if (executor_.hasVariable(table.name)) return false;
+    executor_.createTable(table.name, *variable.table, batch, environment);
+    table.definition = text;
+    return true;
 }
 
 void Interpreter::emptyTableVariables(Activation& activation) {
     for (std::size_t i = 0; i < activation.frame.layout().size(); ++i) {
         if (!activation.frame.table(i).empty()) executor_.clearTable(activation.frame.table(i));
     }
+}
+
+void Interpreter::transaction(Activation& activation, const ast::TransactionStatement& statement) {
+    const auto run = [&] {
+        executor_.execute(activation.batch, statement, activation.plans, activation.environment, *activation.into);
+    };
+    if (statement.action != ast::TransactionStatement::Action::Rollback) return run();
+    // Table variables are no part of the transaction. Their tables are, and get back what they held.
+    struct Kept {
+        Activation* owner;
+        std::size_t index;
+        Executor::TableContents contents;
+    };
+    std::vector<Kept> kept;
+    for (Activation* each : active_) {
+        for (std::size_t i = 0; i < each->frame.layout().size(); ++i) {
+            if (!each->frame.table(i).empty()) kept.push_back({each, i, executor_.contentsOf(each->frame.table(i))});
+        }
+    }
+    run();
+    if (kept.empty()) return;
+    executor_.atomically(true, [&] {
+        for (const Kept& each : kept) {
+            const std::string& name = each.owner->frame.table(each.index);
+            if (catalog_.table(name) == nullptr) {
+                executor_.createTable(name, *each.owner->frame.layout()[each.index].table, each.owner->batch,
+                                      each.owner->environment);
+            }
+            executor_.putBack(name, each.contents);
+        }
+    });
 }
 
 void Interpreter::runTemporary(Activation& activation, const ast::Statement& statement, const std::string& name) {

@@ -3,7 +3,7 @@
 //
 //   Interpreter interpreter(executor, catalog);
 //   Layout layout;
-//   layout.addDeclarations(batch, batch.statements, catalog);       once a batch
+//   layout.addDeclarations(batch, batch.statements);       once a batch
 //   interpreter.run(batch, layout, plans, environment, result);     each time it runs
 //
 // Errors follow SQL Server. Outside of TRY, one that ends only its statement (a broken key, RAISERROR, division by
@@ -122,7 +122,11 @@ private:
     Flow runWhile(Activation& activation, const ast::WhileStatement& statement);
     void declare(Activation& activation, const ast::DeclareStatement& statement);
     void createTableVariables(Activation& activation);
+    // The table of a table variable at a depth of recursion, made when it is not there yet. True when it was made.
+    bool createTableVariable(const Layout::Variable& variable, std::size_t depth, const ast::Batch& batch,
+                             const Environment& environment);
     void emptyTableVariables(Activation& activation);
+    void transaction(Activation& activation, const ast::TransactionStatement& statement);
     // A statement that makes or drops a temporary table, in a procedure.
     void runTemporary(Activation& activation, const ast::Statement& statement, const std::string& name);
     void uncover(Activation& activation, const std::string& name);
@@ -163,7 +167,12 @@ private:
     [[nodiscard]] Value callScalar(std::string_view name, std::span<sqlite3_value* const> arguments) override;
     [[nodiscard]] std::vector<std::vector<Value>> callTable(std::string_view name,
                                                             std::span<sqlite3_value* const> arguments) override;
+    [[nodiscard]] bool makeReady(const std::set<std::string>& functions, std::span<const std::string> texts) override;
     [[nodiscard]] std::shared_ptr<Program> requireFunction(std::string_view name);
+    void runFunction(Program& program, const std::function<void(Frame&)>& fill,
+                     const std::function<void(Activation&)>& read);
+    // EXEC of a scalar function.
+    TypedValue callFunction(Program& program, std::span<const PassedArgument> arguments);
     void runFunction(Program& program, std::span<sqlite3_value* const> arguments,
                      const std::function<void(Activation&)>& read);
     // function_rules.cpp: throws for what a function may not do.
@@ -187,6 +196,7 @@ private:
     bool functionFailed_ = false;            // the error that was located last is that of a function
     bool unknownEnds_ = false;               // with XACT_ABORT on: then the whole batch ends
     std::string errorProcedure_;
+    std::vector<Activation*> active_;  // the runs that have begun and not ended, from the outermost on
     std::uint64_t nextTableNumber_ = 0;
     std::uint64_t nextHiddenNumber_ = 0;
     // The tables behind table variables, by definition and depth of recursion.

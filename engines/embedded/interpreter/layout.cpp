@@ -1,59 +1,57 @@
 #include "engines/embedded/interpreter/layout.h"
 
 #include "ado/names.h"
-#include "engines/embedded/binder/binder.h"
+#include "engines/embedded/catalog/data_type.h"
 #include "engines/embedded/lexer/error_context.h"
 
 namespace basalt::embedded {
 
 using ast::StatementKind;
 
-void Layout::addParameters(const ast::Batch& batch, const std::vector<ast::ParameterDefinition>& parameters,
-                           Catalog& catalog) {
-    const Binder binder(catalog, {.text = batch.text, .literals = &batch.literals});
+void Layout::addParameters(const ast::Batch& batch, const std::vector<ast::ParameterDefinition>& parameters) {
     for (const ast::ParameterDefinition& parameter : parameters) {
         if (parameter.readOnly) throwUnsupported("READONLY", batch.text, parameter.range);
-        add(batch, {parameter.name, binder.dataType(parameter.type), nullptr}, parameter.range);
+        add(batch, {parameter.name, declaredTypeOf(parameter.type, size() + 1, batch.text), nullptr}, parameter.range);
     }
 }
 
-void Layout::addDeclarations(const ast::Batch& batch, const ast::Statements& statements, Catalog& catalog) {
+void Layout::addDeclarations(const ast::Batch& batch, const ast::Statements& statements) {
     for (const ast::StatementPtr& statement : statements)
-        addFrom(batch, *statement, catalog);
+        addFrom(batch, *statement);
 }
 
 void Layout::addResultTable(const ast::Batch& batch, const ast::CreateFunctionStatement& function) {
     add(batch, {function.variable, {}, &function.table}, function.range);
 }
 
-void Layout::addFrom(const ast::Batch& batch, const ast::Statement& statement, Catalog& catalog) {
+void Layout::addFrom(const ast::Batch& batch, const ast::Statement& statement) {
     switch (statement.kind) {
         case StatementKind::Declare: {
-            const Binder binder(catalog, {.text = batch.text, .literals = &batch.literals});
             for (const auto& variable : ast::as<ast::DeclareStatement>(statement).variables) {
                 if (variable.table) {
                     add(batch, {variable.name, {}, &*variable.table}, variable.range);
                 } else {
-                    add(batch, {variable.name, binder.dataType(variable.type), nullptr}, variable.range);
+                    add(batch, {variable.name, declaredTypeOf(variable.type, size() + 1, batch.text), nullptr},
+                        variable.range);
                 }
             }
             break;
         }
         case StatementKind::If: {
             const auto& node = ast::as<ast::IfStatement>(statement);
-            addFrom(batch, *node.then, catalog);
-            if (node.otherwise) addFrom(batch, *node.otherwise, catalog);
+            addFrom(batch, *node.then);
+            if (node.otherwise) addFrom(batch, *node.otherwise);
             break;
         }
         case StatementKind::While:
-            addFrom(batch, *ast::as<ast::WhileStatement>(statement).body, catalog);
+            addFrom(batch, *ast::as<ast::WhileStatement>(statement).body);
             break;
         case StatementKind::Block:
-            addDeclarations(batch, ast::as<ast::BlockStatement>(statement).statements, catalog);
+            addDeclarations(batch, ast::as<ast::BlockStatement>(statement).statements);
             break;
         case StatementKind::TryCatch:
-            addDeclarations(batch, ast::as<ast::TryCatchStatement>(statement).tries, catalog);
-            addDeclarations(batch, ast::as<ast::TryCatchStatement>(statement).catches, catalog);
+            addDeclarations(batch, ast::as<ast::TryCatchStatement>(statement).tries);
+            addDeclarations(batch, ast::as<ast::TryCatchStatement>(statement).catches);
             break;
         default:
             break;

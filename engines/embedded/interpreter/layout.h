@@ -12,7 +12,7 @@
 #include "engines/embedded/ast/batch.h"
 #include "engines/embedded/ast/control_statement.h"
 #include "engines/embedded/ast/definition_statement.h"
-#include "engines/embedded/catalog/catalog.h"
+#include "engines/embedded/runtime/sql_type.h"
 
 namespace basalt::embedded {
 
@@ -27,10 +27,9 @@ public:
     static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
     // Parameters come first, then the variables in the order of their declarations. Throws DatabaseError 134 for a name
-    // declared twice, 243 for a type that does not exist.
-    void addParameters(const ast::Batch& batch, const std::vector<ast::ParameterDefinition>& parameters,
-                       Catalog& catalog);
-    void addDeclarations(const ast::Batch& batch, const ast::Statements& statements, Catalog& catalog);
+    // declared twice, 2715 for a type that does not exist.
+    void addParameters(const ast::Batch& batch, const std::vector<ast::ParameterDefinition>& parameters);
+    void addDeclarations(const ast::Batch& batch, const ast::Statements& statements);
     // The table variable that a function returns; it follows the parameters.
     void addResultTable(const ast::Batch& batch, const ast::CreateFunctionStatement& function);
 
@@ -41,7 +40,7 @@ public:
 
 private:
     void add(const ast::Batch& batch, Variable variable, SourceRange range);
-    void addFrom(const ast::Batch& batch, const ast::Statement& statement, Catalog& catalog);
+    void addFrom(const ast::Batch& batch, const ast::Statement& statement);
 
     std::vector<Variable> variables_;
 };

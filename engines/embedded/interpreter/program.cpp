@@ -5,11 +5,8 @@
 
 namespace basalt::embedded {
 
-Program::Program(ast::Batch batch, Catalog& catalog, const std::vector<ast::ParameterDefinition>* parameters,
-                 const ast::Batch* parameterBatch)
-    : batch_(std::move(batch)) {
-    if (parameters) layout_.addParameters(*parameterBatch, *parameters, catalog);
-    layout_.addDeclarations(batch_, batch_.statements, catalog);
+Program::Program(ast::Batch batch) : batch_(std::move(batch)) {
+    layout_.addDeclarations(batch_, batch_.statements);
 }
 
 Program::Program(ModuleTag /*tag*/, ast::Batch batch, Catalog& catalog) : batch_(std::move(batch)) {
@@ -18,14 +15,14 @@ Program::Program(ModuleTag /*tag*/, ast::Batch batch, Catalog& catalog) : batch_
         function_ = ast::tryAs<ast::CreateFunctionStatement>(batch_.statements.front().get());
     }
     if (!procedure_ && !function_) throwUnsupported("This procedure", batch_.text, {0, 0});
-    layout_.addParameters(batch_, parameters(), catalog);
+    layout_.addParameters(batch_, parameters());
     if (function_ && function_->returns == ast::CreateFunctionStatement::Returns::TableVariable) {
         layout_.addResultTable(batch_, *function_);
     }
     if (function_ && function_->returns == ast::CreateFunctionStatement::Returns::Scalar) {
         resultType_ = Binder(catalog, {.text = batch_.text, .literals = &batch_.literals}).dataType(function_->type);
     }
-    layout_.addDeclarations(batch_, body(), catalog);
+    layout_.addDeclarations(batch_, body());
 }
 
 std::unique_ptr<Program> Program::ofModule(ast::Batch batch, Catalog& catalog) {

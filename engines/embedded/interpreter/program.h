@@ -18,9 +18,8 @@ namespace basalt::embedded {
 
 class Program {
 public:
-    // A batch. `parameters` are those that sp_executesql gives it.
-    Program(ast::Batch batch, Catalog& catalog, const std::vector<ast::ParameterDefinition>* parameters = nullptr,
-            const ast::Batch* parameterBatch = nullptr);
+    // A batch.
+    explicit Program(ast::Batch batch);
     // Of a text that holds one CREATE PROCEDURE or CREATE FUNCTION statement.
     static std::unique_ptr<Program> ofModule(ast::Batch batch, Catalog& catalog);
 

@@ -3,6 +3,7 @@
 #include <array>
 #include <utility>
 
+#include "ado/progress.h"
 #include "engines/embedded/interpreter/interpreter.h"
 #include "engines/embedded/interpreter/message_format.h"
 #include "engines/embedded/interpreter/raised_error.h"
@@ -194,7 +195,8 @@ Interpreter::Flow Interpreter::runTryCatch(Activation& activation, const ast::Tr
         return flow;
     } catch (const DatabaseError& error) {
         tries_ = tries;
-        if (losesTheTransaction(error) || (located_ == &error && unknownIn_ == &activation)) throw;
+        if (losesTheTransaction(error) || isCancelled(error) || (located_ == &error && unknownIn_ == &activation))
+            throw;
         if (const auto* raised = dynamic_cast<const RaisedError*>(&error)) {
             caught = raised->error();
         } else {

@@ -1,11 +1,11 @@
 #include "engines/embedded/lexer/error_context.h"
 
-#include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
 #include <algorithm>
 #include <cstdint>
 
+#include "ado/display_width.h"
 #include "engines/embedded/lexer/utf8.h"
 
 namespace basalt::embedded {
@@ -15,19 +15,6 @@ namespace {
 // Wide enough for a statement of this program, narrow enough for a message box.
 constexpr std::size_t kShownColumns = 96;
 constexpr std::size_t kShownBefore = 60;
-
-std::size_t characterWidth(UChar32 character) {
-    switch (u_charType(character)) {
-        case U_NON_SPACING_MARK:
-        case U_ENCLOSING_MARK:
-        case U_FORMAT_CHAR:
-            return 0;
-        default:
-            break;
-    }
-    const int width = u_getIntPropertyValue(character, UCHAR_EAST_ASIAN_WIDTH);
-    return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
-}
 
 // Calls visit(offset, bytes, character) for each character; stops when it answers false.
 template <typename Visit>
@@ -73,7 +60,7 @@ std::string_view leftPart(std::string_view text, std::size_t columns) {
     std::size_t taken = 0;
     std::size_t end = 0;
     forEachCharacter(text, [&](std::size_t offset, std::size_t bytes, UChar32 character) {
-        taken += characterWidth(character);
+        taken += basalt::displayWidth(static_cast<char32_t>(character));
         if (taken > columns) return false;
         end = offset + bytes;
         return true;
@@ -107,7 +94,7 @@ SourcePosition locate(std::string_view text, std::size_t offset) {
 std::size_t displayWidth(std::string_view text) {
     std::size_t width = 0;
     forEachCharacter(text, [&](std::size_t, std::size_t, UChar32 character) {
-        width += characterWidth(character);
+        width += basalt::displayWidth(static_cast<char32_t>(character));
         return true;
     });
     return width;

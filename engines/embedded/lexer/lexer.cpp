@@ -169,8 +169,14 @@ private:
                     name(start, TokenKind::Variable);
                 }
                 return;
-            case Start::Hash:
             case Start::Dollar:
+                if (const std::size_t digit = follows('.') ? 2 : 1;
+                    static_cast<std::size_t>(end_ - at_) > digit && isDigit(at_[digit])) {
+                    money(start);
+                    return;
+                }
+                [[fallthrough]];
+            case Start::Hash:
                 ++at_;
                 name(start, TokenKind::Word);
                 return;
@@ -391,32 +397,64 @@ private:
         return lexer_.folded_.data() + foldedUsed_;
     }
 
-    void number(const char* start) {
-        if (*at_ == '0' && at_ + 1 < end_ && (at_[1] == 'x' || at_[1] == 'X')) {
-            binary(start);
-            return;
-        }
-        // Digits that do not fit are noticed by their count; the coefficient may wrap until then.
+    struct Digits {
         unsigned __int128 coefficient = 0;
         int significant = 0;
         int scale = 0;
+        bool point = false;
+    };
+
+    // Digits that do not fit are noticed by their count; the coefficient may wrap until then.
+    Digits digits() {
+        Digits taken;
         const auto takeDigits = [&](bool fraction) {
             while (at_ < end_ && isDigit(*at_)) {
-                if (significant < 100) {
-                    coefficient = coefficient * 10 + static_cast<unsigned>(*at_ - '0');
-                    if (coefficient != 0 || *at_ != '0') ++significant;
-                    if (fraction) ++scale;
+                if (taken.significant < 100) {
+                    taken.coefficient = taken.coefficient * 10 + static_cast<unsigned>(*at_ - '0');
+                    if (taken.coefficient != 0 || *at_ != '0') ++taken.significant;
+                    if (fraction) ++taken.scale;
                 }
                 ++at_;
             }
         };
         takeDigits(false);
-        bool point = false;
         if (at_ < end_ && *at_ == '.') {
-            point = true;
+            taken.point = true;
             ++at_;
             takeDigits(true);
         }
+        return taken;
+    }
+
+    // at_ stands on the $, and a number behind it.
+    void money(const char* start) {
+        ++at_;
+        Digits taken = digits();
+        bool fits = taken.significant <= kMaxDecimalDigits && taken.significant - taken.scale <= kMaxDecimalDigits / 2;
+        if (fits) {
+            for (; taken.scale > kMoneyScale + 1; --taken.scale)
+                taken.coefficient /= 10;
+            if (taken.scale > kMoneyScale) taken.coefficient = (taken.coefficient + 5) / 10;
+            for (; taken.scale < kMoneyScale; ++taken.scale)
+                taken.coefficient *= 10;
+            fits = taken.coefficient <= static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+        }
+        if (!fits) {
+            throwSyntaxError(8115, "Arithmetic overflow error converting numeric to data type money.",
+                             {begin_, static_cast<std::size_t>(end_ - begin_)}, range(start, at_));
+        }
+        Literal literal;
+        literal.type = LiteralType::Money;
+        literal.coefficient = static_cast<Int128>(taken.coefficient);
+        addLiteral(literal, start);
+    }
+
+    void number(const char* start) {
+        if (*at_ == '0' && at_ + 1 < end_ && (at_[1] == 'x' || at_[1] == 'X')) {
+            binary(start);
+            return;
+        }
+        const auto [coefficient, significant, scale, point] = digits();
         if (at_ < end_ && (*at_ == 'e' || *at_ == 'E') && exponentFollows()) {
             real(start);
             return;

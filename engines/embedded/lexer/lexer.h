@@ -26,7 +26,8 @@ class Lexer {
 public:
     // Reads `sql`, which must stay in place as long as the results below are used. Throws DatabaseError:
     // Conversion for text that is not UTF-8, Limit for a batch above kLongestBatch, Syntax for an unclosed text or name
-    // (105), an unclosed comment (113), a number that no type holds (168, 1007). After a failure the results are empty.
+    // (105), an unclosed comment (113), a number that no type holds (168, 1007, 8115). After a failure the results are
+    // empty.
     void scan(std::string_view sql);
 
     [[nodiscard]] std::string_view text() const { return text_; }

@@ -36,6 +36,8 @@ bool sameLiteral(const Literal& a, const Literal& b) {
             return a.precision == b.precision && a.scale == b.scale && a.coefficient == b.coefficient;
         case LiteralType::Float:
             return a.real == b.real;
+        case LiteralType::Money:
+            return a.coefficient == b.coefficient;
         case LiteralType::Varchar:
         case LiteralType::NVarchar:
         case LiteralType::Varbinary:

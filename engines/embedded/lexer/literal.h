@@ -18,10 +18,13 @@ enum class LiteralType : std::uint8_t {
     Int,        // digits that fit 32 bits
     Decimal,    // digits with a point, or more digits than fit an int; precision and scale as written
     Float,      // with an exponent
+    Money,      // $12.5; to four digits behind the point
     Varchar,    // '...'
     NVarchar,   // N'...'
     Varbinary,  // 0x...
 };
+
+inline constexpr int kMoneyScale = 4;
 
 // Where a literal stands in the list of its batch.
 using LiteralIndex = std::uint32_t;
@@ -33,7 +36,7 @@ struct Literal {
     SourceRange range;           // the whole spelling, quotes and prefix included
     std::int64_t integer = 0;    // Int
     double real = 0;             // Float
-    Int128 coefficient = 0;      // Decimal, at `scale`
+    Int128 coefficient = 0;      // Decimal at `scale`, Money at kMoneyScale
     // Varchar and NVarchar: the characters, doubled quotes folded. Varbinary: the bytes.
     // Belongs to the token stream or the table that holds the literal.
     std::string_view text;

@@ -157,6 +157,9 @@ StatementPtr parseExecute(TokenCursor& cursor) {
     } else {
         statement->procedure = cursor.objectName();
     }
+    // A semicolon ends the statement, unless the number of a procedure follows, which could begin none.
+    if (cursor.at(TokenKind::Semicolon) && cursor.peek(1).kind == TokenKind::Literal)
+        cursor.unsupportedHere("a numbered procedure");
     parseArgumentList(cursor, *statement);
     skipRecompile(cursor);
     return finish(cursor, std::move(statement), start);

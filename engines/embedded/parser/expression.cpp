@@ -180,6 +180,8 @@ ExpressionPtr parsePrimary(TokenCursor& cursor) {
         case TokenKind::LeftBrace:
             cursor.unsupportedHere("{");
         case TokenKind::Word:
+            if (cursor.at(Keyword::Identity) && cursor.peek(1).kind == TokenKind::LeftParenthesis)
+                cursor.unsupportedHere("IDENTITY() in SELECT ... INTO");
             return parseWord(cursor);
         case TokenKind::QuotedName:
             return parseNamed(cursor);

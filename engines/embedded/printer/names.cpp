@@ -67,6 +67,11 @@ std::string print(const Literal& literal) {
             return decimalText(literal);
         case LiteralType::Float:
             return realText(literal.real);
+        case LiteralType::Money: {
+            Literal amount = literal;
+            amount.scale = kMoneyScale;
+            return "$" + decimalText(amount);
+        }
         case LiteralType::Varchar:
             return quotedText(literal.text);
         case LiteralType::NVarchar:

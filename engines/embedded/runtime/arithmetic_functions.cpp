@@ -1,5 +1,6 @@
 // The operators + - * / % of each kind of number, with SQL Server's overflow and zero checks.
 #include <cmath>
+#include <type_traits>
 
 #include "engines/embedded/runtime/decimal_math.h"
 #include "engines/embedded/runtime/function_support.h"
@@ -30,6 +31,33 @@ void int32Range(Call& call) {
     const std::int64_t value = call.integer(0);
     if (value != static_cast<std::int32_t>(value)) overflow("int");
     call.result(value);
+}
+
+// The int and float operations as one call, for the long chains that are written as steps.
+template <typename Number, Number (*operation)(Number, Number)>
+void checked(Call& call) {
+    if constexpr (std::is_same_v<Number, double>) {
+        const double result = operation(call.real(0), call.real(1));
+        if (!std::isfinite(result)) overflow("float");
+        call.result(result);
+    } else {
+        const std::int64_t result = operation(call.integer(0), call.integer(1));
+        if (result != static_cast<std::int32_t>(result)) overflow("int");
+        call.result(result);
+    }
+}
+
+template <typename Number>
+Number sum(Number a, Number b) {
+    return a + b;
+}
+template <typename Number>
+Number difference(Number a, Number b) {
+    return a - b;
+}
+template <typename Number>
+Number product(Number a, Number b) {
+    return a * b;
 }
 
 void addBig(Call& call) {
@@ -103,6 +131,12 @@ void negateDecimal(Call& call) {
 void addArithmeticFunctions(SqliteDatabase& database) {
     addFunction(database, "t_range", 2, range);
     addFunction(database, "t_i32", 1, int32Range);
+    addFunction(database, "t_i32+", 2, checked<std::int64_t, sum<std::int64_t>>);
+    addFunction(database, "t_i32-", 2, checked<std::int64_t, difference<std::int64_t>>);
+    addFunction(database, "t_i32*", 2, checked<std::int64_t, product<std::int64_t>>);
+    addFunction(database, "t_finite+", 2, checked<double, sum<double>>);
+    addFunction(database, "t_finite-", 2, checked<double, difference<double>>);
+    addFunction(database, "t_finite*", 2, checked<double, product<double>>);
     addFunction(database, "t_add64", 2, addBig);
     addFunction(database, "t_sub64", 2, subtractBig);
     addFunction(database, "t_mul64", 2, multiplyBig);

@@ -500,9 +500,9 @@ void requireLength(const Value& value, const SqlType& column, std::string_view t
     } else {
         return;
     }
-    throwSqlError(error::kTruncation, "String or binary data would be truncated in table 'basalt.dbo." +
-                                          std::string(table) + "', column '" + std::string(columnName) +
-                                          "'. Truncated value: '" + cut + "'.");
+    throwSqlError(error::kTruncation, "String or binary data would be truncated in table '" + std::string(table) +
+                                          "', column '" + std::string(columnName) + "'. Truncated value: '" + cut +
+                                          "'.");
 }
 
 }  // namespace basalt::embedded

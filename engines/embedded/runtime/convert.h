@@ -18,7 +18,8 @@ namespace basalt::embedded {
 // The type that a value given from outside (a `?` marker, an argument) has by itself.
 [[nodiscard]] SqlType typeOfValue(const Value& value);
 
-// Throws 2628 when a text or binary is longer than the column takes; trailing blanks beyond it do not count.
+// Throws 2628 when a text or binary is longer than the column takes; trailing blanks beyond it do not count. `table` is
+// named with its database and schema.
 void requireLength(const Value& value, const SqlType& column, std::string_view table, std::string_view columnName);
 
 // Texts as CAST(x AS varchar) writes them.

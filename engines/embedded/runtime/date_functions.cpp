@@ -21,7 +21,12 @@ void add(Call& call) {
         const std::int64_t moved = dateAdd(partAt(call, 0), call.integer(1), start + kDateTimeZero);
         return call.result(moved % kTicksPerDay);
     }
-    call.result(roundedTo(dateAdd(partAt(call, 0), call.integer(1), start), type));
+    try {
+        call.result(roundedTo(dateAdd(partAt(call, 0), call.integer(1), start), type));
+    } catch (const DatabaseError& error) {
+        if (error.nativeCode() != 242 && error.nativeCode() != 517) throw;
+        throwSqlError(517, "Adding a value to a '" + std::string(type.baseName()) + "' column caused an overflow.");
+    }
 }
 
 // t_datefromparts(year, month, day)

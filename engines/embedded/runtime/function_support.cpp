@@ -4,6 +4,7 @@
 #include <string>
 
 #include "engines/embedded/runtime/collation.h"
+#include "engines/embedded/runtime/steps.h"
 #include "engines/embedded/runtime/text_pieces.h"
 
 namespace basalt::embedded {
@@ -49,13 +50,12 @@ void addFunction(SqliteDatabase& database, const char* name, int count, ScalarFu
         database.handle(), name, count, SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS, registration.release(),
         invoke, nullptr, nullptr, [](void* pointer) { delete static_cast<Registration*>(pointer); });
     if (code != SQLITE_OK) throw database.failure(code);
+    knowStep(name, count, function, nulls);
 }
 
 void requireRoom(std::size_t bytes) {
     if (bytes <= static_cast<std::size_t>(kLongestValue)) return;
-    throw DatabaseError(
-        ErrorCategory::Limit, "54000", 8631,
-        "A value or statement is too large: a value has " + std::to_string(kLongestValue) + " bytes at most.");
+    throw tooLarge();
 }
 
 void addRuntime(SqliteDatabase& database) {
@@ -71,6 +71,7 @@ void addRuntime(SqliteDatabase& database) {
     addDateFunctions(database);
     addAggregateFunctions(database);
     addTextPieces(database);
+    addSteps(database);
 }
 
 }  // namespace basalt::embedded

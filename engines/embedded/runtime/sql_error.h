@@ -32,6 +32,7 @@ inline constexpr int kDuplicateKey = 2627;
 inline constexpr int kTruncation = 2628;
 inline constexpr int kConvertingType = 8114;
 inline constexpr int kArithmeticOverflow = 8115;
+inline constexpr int kFileReplaced = 5173;  // of a Connection: the file of an open database is not the same any more
 inline constexpr int kDivideByZero = 8134;
 }  // namespace error
 

@@ -1,6 +1,7 @@
 #include "engines/embedded/runtime/sqlite.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <optional>
 #include <thread>
 #include <utility>
@@ -9,6 +10,34 @@
 #include "engines/embedded/runtime/sql_error.h"
 
 namespace basalt::embedded {
+
+namespace {
+
+// The bit of SQLite's optimizations, which its header does not name.
+constexpr unsigned kBloomFilters = 0x80000;
+
+bool isThere(const std::string& path) {
+    std::error_code failure;
+    const auto status =
+        std::filesystem::symlink_status(std::filesystem::path(std::u8string(path.begin(), path.end())), failure);
+    return status.type() != std::filesystem::file_type::not_found;
+}
+
+// SQLite leaves the log of a file that has moved, and writes it over whatever comes into the place of that file. Giving
+// up the log for the journal brings it into the file, wherever that is now, and removes it. Another session that has
+// the file open keeps this one from it; the last one does it. Files of the place are nobody else's as long as no
+// database is there.
+void settleMoved(sqlite3* database) {
+    // What these ask may be gone already.
+    sqlite3_progress_handler(database, 0, nullptr, nullptr);
+    sqlite3_busy_handler(database, nullptr, nullptr);
+    sqlite3_commit_hook(database, nullptr, nullptr);
+    if (sqlite3_get_autocommit(database) == 0) sqlite3_exec(database, "ROLLBACK", nullptr, nullptr, nullptr);
+    // It fails at the end, where it would write the new mode into the file, which is then a sound one without a log.
+    sqlite3_exec(database, "PRAGMA main.journal_mode = DELETE", nullptr, nullptr, nullptr);
+}
+
+}  // namespace
 
 void SqliteStatement::bind(int index, std::string_view text) {
     sqlite3_bind_text64(handle(), index, text.data() == nullptr ? "" : text.data(), text.size(), SQLITE_TRANSIENT,
@@ -55,6 +84,12 @@ void SqliteStatement::run() {
     reset();
 }
 
+HeldValue SqliteStatement::held(int column) const {
+    HeldValue result(sqlite3_value_dup(sqlite3_column_value(handle(), column)));
+    if (result == nullptr) throw database_->failure(SQLITE_NOMEM);
+    return result;
+}
+
 std::string SqliteStatement::textAt(int column) const {
     const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(handle(), column));
     return text == nullptr ? std::string()
@@ -77,7 +112,48 @@ SqliteDatabase::SqliteDatabase(const std::string& path, bool create, int lockTim
                                 "). Check that its folder exists and that you may write to it.");
     }
     sqlite3_limit(database_, SQLITE_LIMIT_LENGTH, kLongestValue);
+    // Its Bloom filters look at the bytes of texts: a join lost rows whose texts are equal but for case or blanks.
+    sqlite3_test_control(SQLITE_TESTCTRL_OPTIMIZATIONS, database_, kBloomFilters);
     sqlite3_busy_handler(database_, &SqliteDatabase::waitForLock, this);
+    sqlite3_commit_hook(database_, &SqliteDatabase::refuseWhenMoved, this);
+}
+
+std::string SqliteDatabase::filename() const {
+    const char* file = sqlite3_db_filename(database_, "main");
+    return file == nullptr ? "" : file;
+}
+
+bool SqliteDatabase::hasMoved() const {
+    int moved = 0;
+    return sqlite3_file_control(database_, "main", SQLITE_FCNTL_HAS_MOVED, &moved) == SQLITE_OK && moved != 0;
+}
+
+DatabaseError SqliteDatabase::movedError() const {
+    return {
+        ErrorCategory::Connection, "08S01", error::kFileReplaced,
+        "The database file '" + filename() +
+            "' was removed or replaced while this program had it open; nothing of the request was kept. Close every "
+            "program that uses it, then put the same file back, begin anew, or restore a backup: basalt db restore "
+            "BACKUP --database \"embedded:" +
+            filename() + "\" (before a backup is copied there by hand, '" + filename() + "-wal' and '" + filename() +
+            "-shm' have to be removed)"};
+}
+
+void SqliteDatabase::requireInPlace() {
+    if (hasMoved()) throw movedError();
+}
+
+// What it answers makes SQLite roll the transaction back. Nothing may fly through SQLite.
+int SqliteDatabase::refuseWhenMoved(void* self) noexcept {
+    auto& database = *static_cast<SqliteDatabase*>(self);
+    try {
+        // Temporary tables lose nothing.
+        if (sqlite3_txn_state(database.database_, "main") != SQLITE_TXN_WRITE || !database.hasMoved()) return 0;
+        database.functionError_ = database.movedError();
+    } catch (...) {
+        // SQLite's own error is told then.
+    }
+    return 1;
 }
 
 // Nothing may fly through SQLite.
@@ -108,6 +184,7 @@ bool SqliteDatabase::waits(int rounds) {
 }
 
 SqliteDatabase::~SqliteDatabase() {
+    if (hasMoved() && !isThere(filename())) settleMoved(database_);
     sqlite3_close_v2(database_);
 }
 
@@ -159,6 +236,11 @@ std::optional<DatabaseError> limitOf(const std::string& reason) {
 
 }  // namespace
 
+DatabaseError tooLarge() {
+    return {ErrorCategory::Limit, "54000", 8631,
+            "A value or statement is too large: a value has " + std::to_string(kLongestValue) + " bytes at most."};
+}
+
 DatabaseError SqliteDatabase::failure(int resultCode) {
     if (functionError_) {
         DatabaseError error = *std::move(functionError_);
@@ -181,7 +263,8 @@ DatabaseError SqliteDatabase::failure(int resultCode) {
         case SQLITE_NOTADB:
             return DatabaseError(
                 ErrorCategory::Corrupt, "HY000", 824,
-                "The database file is damaged or is not a database (" + reason + "). Restore it from a backup.");
+                "The database file is damaged or is not a database (" + reason +
+                    "). Restore it from a backup: basalt db restore BACKUP --database \"embedded:" + filename() + '"');
         case SQLITE_IOERR:
             if (resultCode == SQLITE_IOERR_WRITE || resultCode == SQLITE_IOERR_SHMSIZE ||
                 resultCode == SQLITE_IOERR_FSYNC) {
@@ -204,8 +287,7 @@ DatabaseError SqliteDatabase::failure(int resultCode) {
         case SQLITE_NOMEM:
             return DatabaseError(ErrorCategory::Limit, "HY001", 701, "There is not enough memory for this request.");
         case SQLITE_TOOBIG:
-            return DatabaseError(ErrorCategory::Limit, "54000", 8631,
-                                 "A value or statement is too large: " + reason + ".");
+            return tooLarge();
         case SQLITE_ERROR:
             if (reason == "integer overflow") {
                 return sqlError(error::kArithmeticOverflow,

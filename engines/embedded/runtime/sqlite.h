@@ -25,7 +25,16 @@ namespace basalt::embedded {
 // Bytes of a text or binary value, and of a row. A few of them in one statement have to fit into memory.
 inline constexpr int kLongestValue = 256 * 1024 * 1024;
 
+// The error of what is longer.
+[[nodiscard]] DatabaseError tooLarge();
+
 class SqliteDatabase;
+
+// A value that outlives its row.
+struct FreeValue {
+    void operator()(sqlite3_value* value) const { sqlite3_value_free(value); }
+};
+using HeldValue = std::unique_ptr<sqlite3_value, FreeValue>;
 
 // A prepared statement. Reset before it is run again; bound values stay until they are bound anew.
 class SqliteStatement {
@@ -44,6 +53,7 @@ public:
     void bindBytes(int index, const void* data, std::size_t size);
     void bindDecimal(int index, Int128 coefficient);
     void bindValue(int index, const Value& value);
+    void bindHeld(int index, const HeldValue& value) { sqlite3_bind_value(handle(), index, value.get()); }
 
     // True when there is a row; resets itself when it fails.
     bool step();
@@ -53,6 +63,7 @@ public:
 
     [[nodiscard]] std::int64_t integerAt(int column) const { return sqlite3_column_int64(handle(), column); }
     [[nodiscard]] std::string textAt(int column) const;
+    [[nodiscard]] HeldValue held(int column) const;
     [[nodiscard]] bool isNullAt(int column) const { return sqlite3_column_type(handle(), column) == SQLITE_NULL; }
 
 private:
@@ -77,6 +88,11 @@ public:
     [[nodiscard]] std::int64_t integer(const char* sql);
     [[nodiscard]] bool inTransaction() const { return sqlite3_get_autocommit(database_) == 0; }
 
+    // Fails (5173) when the file was removed or replaced since it was opened. Every commit asks this by itself: what is
+    // written into a file without a name is gone at the end of the program. Does nothing for a database that is no
+    // file, and where the system keeps a file that is open in its place.
+    void requireInPlace();
+
     // How long a lock of another program is waited for from now on, in milliseconds.
     void setLockTimeout(int milliseconds) { lockTimeoutMs_ = milliseconds; }
     // Asked every few milliseconds of such a wait; it ends, and with it the request, when the answer is false.
@@ -91,6 +107,10 @@ public:
 
 private:
     static int waitForLock(void* self, int rounds) noexcept;
+    static int refuseWhenMoved(void* self) noexcept;
+    [[nodiscard]] std::string filename() const;
+    [[nodiscard]] bool hasMoved() const;
+    [[nodiscard]] DatabaseError movedError() const;
     [[nodiscard]] bool waits(int rounds);
 
     sqlite3* database_ = nullptr;

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "ado/names.h"
+#include "engines/embedded/catalog/data_type.h"
 #include "engines/embedded/catalog/included_columns.h"
 #include "engines/embedded/catalog/text_search.h"
 #include "engines/embedded/executor/constraint_error.h"
@@ -18,7 +19,32 @@ namespace basalt::embedded {
 
 namespace {
 
-// What the rows that are there already take for a column: the old value, converted, or the default.
+// The number that a row of a new identity takes by its place.
+BoundPtr numbered(const IdentityState& identity) {
+    const SqlType big = SqlType::of(TypeKind::BigInt);
+    auto place = std::make_unique<BoundExpression>();
+    place->kind = BoundKind::Aggregate;
+    place->type = big;
+    place->name = "row_number";
+    place->over = std::make_unique<BoundOver>();
+    BoundPtr steps = boundInfix("-", big, std::move(place), boundInteger(1));
+    BoundPtr distance = boundCall("t_mul64", big, std::move(steps), boundConstant(identity.increment, big));
+    return boundCall("t_add64", big, std::move(distance), boundConstant(identity.seed, big));
+}
+
+// The number of the last of so many rows.
+std::int64_t lastNumber(const DesignColumn& column, std::int64_t rows) {
+    const TypeKind kind = column.type.isInteger() ? column.type.kind : TypeKind::BigInt;
+    std::int64_t value = 0;
+    if (__builtin_mul_overflow(rows - 1, column.identity->increment, &value) ||
+        __builtin_add_overflow(value, column.identity->seed, &value) || value > highest(kind) || value < lowest(kind)) {
+        throwSqlError(error::kArithmeticOverflow, "Arithmetic overflow error converting IDENTITY to data type " +
+                                                      std::string(column.type.baseName()) + ".");
+    }
+    return value;
+}
+
+// What the rows that are there already take for a column: the old value, converted, the default, or the next identity.
 std::string valueFor(const DesignColumn& column, const Table& before, Binder& binder) {
     BoundPtr value;
     if (const int position = before.find(column.name); position >= 0) {
@@ -30,6 +56,11 @@ std::string valueFor(const DesignColumn& column, const Table& before, Binder& bi
         TableColumn shown;
         shown.defaultText = column.defaultText;
         value = binder.defaultOf(shown);
+    } else if (column.identity) {
+        // The rows are numbered as they come.
+        SqlWriter writer;
+        writer.expression(*binder.cast(numbered(*column.identity), column.type));
+        return writer.sql();
     } else {
         return "NULL";
     }
@@ -203,10 +234,13 @@ void Executor::alterTable(const ast::Batch& batch, const ast::AlterTableStatemen
         case Action::Add: {
             const std::size_t count = design.columns.size();
             design.add(statement.added, batch.literals, binder);
-            const bool filled =
-                database_.integer(("SELECT EXISTS(SELECT 1 FROM " + table.sqlName() + ")").c_str()) != 0;
+            const std::int64_t rows = database_.integer(("SELECT count(*) FROM " + table.sqlName()).c_str());
+            const bool filled = rows != 0;
             for (std::size_t i = count; i < design.columns.size(); ++i) {
-                const DesignColumn& column = design.columns[i];
+                DesignColumn& column = design.columns[i];
+                if (filled && column.identity) {
+                    column.identity->last = lastNumber(column, rows);
+                }
                 if (!filled || column.nullable || column.identity || !column.defaultText.empty() ||
                     !column.computedText.empty())
                     continue;
@@ -233,8 +267,14 @@ void Executor::alterTable(const ast::Batch& batch, const ast::AlterTableStatemen
                                      statement.altered->name.range);
             }
             DesignColumn altered = *column;
-            altered.type = binder.dataType(statement.altered->type);
+            altered.type = declaredTypeOf(statement.altered->type, 1, batch.text);
             binder.requireOwnCollation(statement.altered->collation);
+            if (column->identity && statement.altered->nullable.value_or(false)) {
+                throw statementError(ErrorCategory::Other, 8147,
+                                     "Could not create IDENTITY attribute on nullable column '" + column->name +
+                                         "', table '" + table.name + "'.",
+                                     batch.text, statement.altered->range);
+            }
             altered.nullable = !column->identity && statement.altered->nullable.value_or(true);
             requireUnused(ColumnUsers(table, design, database_, catalog_).ofAlteration(*column, altered), "ALTER",
                           batch, statement.altered->name);
@@ -279,6 +319,10 @@ void Executor::alterTable(const ast::Batch& batch, const ast::AlterTableStatemen
             throwUnsupported("NOCHECK CONSTRAINT", batch.text, statement.range);
     }
     rebuild(table, design, database_, catalog_);
+    const TableColumn* before = table.identityColumn();
+    const bool stays = before != nullptr && design.find(before->name) != nullptr && design.find(before->name)->identity;
+    // The numbers of another column count for nothing.
+    if (!stays) usedIdentities_.erase(foldName(table.name));
 }
 
 }  // namespace basalt::embedded

@@ -44,6 +44,13 @@ void Executor::define(const ast::Batch& batch, const ast::Statement& statement, 
         catalog_.settleIdentities();
         StatementGuard guard(*this, true, false, definesTemporary(statement));
         catalog_.refresh();
+        // The rows that are there are checked, and take defaults.
+        if (const auto* alter = ast::tryAs<ast::AlterTableStatement>(&statement)) {
+            std::vector<std::string> texts{std::string(batch.textOf(alter->range))};
+            if (const Table* table = catalog_.table(alter->name.last()))
+                texts.insert(texts.end(), table->checks.begin(), table->checks.end());
+            static_cast<void>(makeReady({}, texts));
+        }
         switch (statement.kind) {
             case StatementKind::CreateTable: {
                 const auto& create = ast::as<ast::CreateTableStatement>(statement);
@@ -174,7 +181,7 @@ void Executor::createIndex(const ast::Batch& batch, const ast::CreateIndexStatem
                       (table.temporary ? "temp." : "main.") + sqlQuoted(stored) + " ON " + sqlQuoted(table.name) + "(" +
                       columns + ")";
     const std::string condition = statement.where != nullptr ? print(*statement.where, batch.literals) : std::string();
-    if (!condition.empty()) sql += " WHERE " + storedCondition(catalog_, table, condition);
+    if (!condition.empty()) sql += " WHERE " + storedCondition(catalog_, table, condition, true);
     const int code = sqlite3_exec(database_.handle(), sql.c_str(), nullptr, nullptr, nullptr);
     if ((code & 0xFF) == SQLITE_CONSTRAINT) {
         throwSqlError(

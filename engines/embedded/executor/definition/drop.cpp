@@ -209,6 +209,11 @@ bool Executor::hasHidden(const std::string& name) {
     return find.step();
 }
 
+bool Executor::hasVariable(const std::string& name) {
+    return sqlite3_table_column_metadata(database_.handle(), "temp", name.c_str(), nullptr, nullptr, nullptr, nullptr,
+                                         nullptr, nullptr) == SQLITE_OK;
+}
+
 void Executor::truncate(const ast::Batch& batch, const ast::TruncateStatement& statement) {
     try {
         catalog_.settleIdentities();

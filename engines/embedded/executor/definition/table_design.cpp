@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "ado/names.h"
+#include "engines/embedded/catalog/data_type.h"
 #include "engines/embedded/generator/sql_writer.h"
 #include "engines/embedded/parser/parser.h"
 #include "engines/embedded/printer/printer.h"
@@ -113,11 +114,12 @@ bool reads(const BoundExpression& expression, const std::string& quoted) {
 
 }  // namespace
 
-std::string storedCondition(Catalog& catalog, const Table& table, const std::string& text) {
+std::string storedCondition(Catalog& catalog, const Table& table, const std::string& text, bool nested) {
     return withExpression(catalog, text, true, [&](Binder& binder, const ast::Expression& expression) {
         const BoundPtr bound = boundOver(binder, table, expression);
         refuseQuery(*bound);
         SqlWriter writer;
+        if (nested) writer.keepCallsNested();
         writer.expression(*bound);
         return writer.sql();
     });
@@ -227,6 +229,8 @@ void TableDesign::addColumn(const ast::ColumnDefinition& column, const LiteralTa
         columns.push_back(std::move(design));
         return;
     }
+    if (!isKnownType(column.type))
+        binder.fail(2715, unknownTypeText(column.type, columns.size() + 1), column.type.range);
     design.type = binder.dataType(column.type);
     binder.requireOwnCollation(column.collation);
     design.nullable = column.nullable.value_or(true);
@@ -480,6 +484,7 @@ void TableDesign::create(SqliteDatabase& database, Catalog& catalog) const {
                    withExpression(catalog, column.computedText, false,
                                   [&](Binder& binder, const ast::Expression& expression) {
                                       SqlWriter writer;
+                                      writer.keepCallsNested();
                                       writer.expression(*boundOver(binder, table, expression));
                                       return writer.sql();
                                   }) +

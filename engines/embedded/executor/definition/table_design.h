@@ -93,7 +93,9 @@ void createNullGuards(SqliteDatabase& database, const Table& table, const std::s
 void requireKeyType(std::string_view table, std::string_view column, const SqlType& type);
 
 // A condition over a table's columns, as SQLite's SQL without parameters.
-[[nodiscard]] std::string storedCondition(Catalog& catalog, const Table& table, const std::string& text);
+// `nested`: for an index, whose calls have to stand inside each other (SqlWriter::keepCallsNested).
+[[nodiscard]] std::string storedCondition(Catalog& catalog, const Table& table, const std::string& text,
+                                          bool nested = false);
 
 // Whether a condition or a value over a table's columns reads the column.
 [[nodiscard]] bool readsColumn(Catalog& catalog, const Table& table, const std::string& text, bool condition,
