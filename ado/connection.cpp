@@ -48,11 +48,33 @@ void TADOConnection::RollbackTrans() {
     }
 }
 
-BatchResult TADOConnection::run(const std::string& component, std::string_view action, std::string_view text) {
+namespace {
+
+// The time that one request may take; whatever comes after it has the session's own limit again.
+class TimeLimit {
+public:
+    TimeLimit(Session& session, std::optional<int> seconds) : session_(seconds ? &session : nullptr) {
+        if (session_ != nullptr) session_->limitTime(seconds);
+    }
+    ~TimeLimit() {
+        if (session_ != nullptr) session_->limitTime(std::nullopt);
+    }
+    TimeLimit(const TimeLimit&) = delete;
+    TimeLimit& operator=(const TimeLimit&) = delete;
+
+private:
+    Session* session_;
+};
+
+}  // namespace
+
+BatchResult TADOConnection::run(const std::string& component, std::string_view action, std::string_view text,
+                                std::optional<int> timeLimit) {
     if (!observers_.empty()) {
         const SentStatement sent{component, std::string(action), std::string(text), {}, {}};
         observers_.notify([&](StatementObserver& observer) { observer.sending(sent); });
     }
+    const TimeLimit limit(session_, timeLimit);
     return session_.run(text);
 }
 

@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -73,7 +74,9 @@ public:
     void removeObserver(StatementObserver& observer) { observers_.remove(observer); }
 
     // For the components: announces and runs one statement or call.
-    BatchResult run(const std::string& component, std::string_view action, std::string_view text);
+    // A limit of time in seconds, where there is one, is for this request alone and stands above the session's own.
+    BatchResult run(const std::string& component, std::string_view action, std::string_view text,
+                    std::optional<int> timeLimit = std::nullopt);
     BatchResult run(const std::string& component, std::string_view action, std::string_view text,
                     std::span<const Value> parameters);
     CallResult call(const std::string& component, const std::string& procedure, std::span<const Argument> arguments);

@@ -6,6 +6,7 @@
 #include "ado/field_text.h"
 #include "ado/names.h"
 #include "ado/row_filter.h"
+#include "ado/rows_beside.h"
 #include "ado/trailing_blanks.h"
 
 namespace basalt {
@@ -100,12 +101,45 @@ void TDataSet::Close() {
     listeners_.notify([](DataSourceListener& listener) { listener.activeChanged(); });
 }
 
+namespace {
+
+// Other rows are there.
+void tellOfRows(DataSourceListener& listener, bool wasActive) {
+    if (wasActive) {
+        listener.dataChanged();
+    } else {
+        listener.activeChanged();
+    }
+}
+
+}  // namespace
+
 void TDataSet::Requery() {
     if (!active_) return Open();
     leaveRecord();
-    show(fetch());
+    RowSet rows = [this] {
+        const RowsBeside beside(*this);
+        return fetch();
+    }();
+    const bool wasActive = active_;
+    show(std::move(rows));
     announceTouched();
-    listeners_.notify([](DataSourceListener& listener) { listener.dataChanged(); });
+    listeners_.notify([wasActive](DataSourceListener& listener) { tellOfRows(listener, wasActive); });
+    scrolled();
+}
+
+void TDataSet::finishRecord() {
+    if (active_) leaveRecord();
+}
+
+void TDataSet::showInstead(RowSet rows, const std::function<void()>& shown) {
+    checkDeclarations(rows);
+    const bool wasActive = active_;
+    filtered_ = false;
+    show(std::move(rows));
+    shown();
+    announceTouched();
+    listeners_.notify([wasActive](DataSourceListener& listener) { tellOfRows(listener, wasActive); });
     scrolled();
 }
 

@@ -59,7 +59,7 @@ public:
     void Open();
     void Close();
     // Runs the statement again and goes to the first record; opens a closed data set. After a failure the data set
-    // still shows what it showed.
+    // still shows what it showed, or is closed where that was too much to be kept meanwhile (ado/rows_beside.h).
     void Requery();
     [[nodiscard]] bool Active() const { return active_; }
     [[nodiscard]] TDataSetState State() const { return calculating_ ? dsCalcFields : state_; }
@@ -154,6 +154,10 @@ protected:
     // The first result set of a batch; UsageError when there is none.
     [[nodiscard]] RowSet firstRows(BatchResult& batch) const;
     void announceTouched();
+    // Leaves a record in edit state, as moving does.
+    void finishRecord();
+    // Shows other rows, without the filter. `shown` is called when nothing can fail any more, before anybody is told.
+    void showInstead(RowSet rows, const std::function<void()>& shown);
     void statementChanged();  // another statement closes the data set
     // For the most derived destructor, while the statement can still be asked for.
     void announceLeaving();

@@ -35,6 +35,8 @@ public:
     void rollback() override;
     [[nodiscard]] bool inTransaction() const override { return inner_.inTransaction(); }
     TableInfo table(std::string_view name) override;
+    // Not written: a replay answers at once.
+    void limitTime(std::optional<int> seconds) override { inner_.limitTime(seconds); }
     [[nodiscard]] std::string engine() const override { return inner_.engine(); }
     [[nodiscard]] std::string location() const override { return inner_.location(); }
 

@@ -6,6 +6,7 @@
 #include "ado/error.h"
 #include "ado/field_type_words.h"
 #include "ado/names.h"
+#include "ado/rows_arriving.h"
 
 namespace basalt {
 
@@ -115,9 +116,11 @@ void Block::resize(std::size_t size) {
     void* moved = std::realloc(lent_ ? nullptr : data_, size);
     if (moved == nullptr) throw std::bad_alloc();
     if (lent_) std::memcpy(moved, data_, std::min(size, size_));
+    const std::size_t before = memory();
     data_ = static_cast<std::byte*>(moved);
     size_ = size;
     lent_ = false;
+    RowsArriving::resized(before, size);
 }
 
 }  // namespace detail

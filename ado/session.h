@@ -122,6 +122,10 @@ public:
     // Columns and key of a table; DatabaseError (NotFound, 208) when there is no such table.
     virtual TableInfo table(std::string_view name) = 0;
 
+    // How many seconds each request from now on may take before it is given up (Busy, HYT00), 0 for as long as it
+    // takes; without a number, as at first, the session's own limit. Engines whose requests have no limit ignore it.
+    virtual void limitTime(std::optional<int> seconds) { static_cast<void>(seconds); }
+
     // For the status line: "embedded" or "odbc", and where the data lives, without any password.
     [[nodiscard]] virtual std::string engine() const = 0;
     [[nodiscard]] virtual std::string location() const = 0;

@@ -41,6 +41,8 @@ public:
     void Clear() { Text({}); }
 
 private:
+    friend class TADOQuery;
+
     std::string text_;
     std::function<void()> changed_;
 };

@@ -36,6 +36,54 @@ TEST(Query, execSqlGivesTheRowsChanged) {
     EXPECT_EQ(query.ExecSQL(), -1);
 }
 
+TEST(Query, theTimeOfOneQueryIsNobodyElses) {
+    ScriptedSession session;
+    TADOConnection connection(session);
+    TADOQuery patient(connection, "BarCodeFormul_QRY");
+    EXPECT_EQ(patient.CommandTimeout, std::nullopt);
+    patient.CommandTimeout = 0;
+    TADOQuery other(connection, "Temp_QRY");
+    for (const char* const text : {"a", "b", "c", "d"})
+        session.expect(text, levelRows());
+    patient.SQL = "a";
+    patient.Open();
+    other.SQL = "b";
+    other.Open();
+    patient.CommandTimeout = 90;
+    patient.SQL = "c";
+    patient.ExecSQL();
+    other.SQL = "d";
+    other.Open();
+    EXPECT_THAT(session.timeLimits, ::testing::ElementsAre(0, std::nullopt, 90, std::nullopt));
+}
+
+TEST(Query, theTimeOfAQueryThatFailsIsNobodyElses) {
+    ScriptedSession session;
+    TADOConnection connection(session);
+    TADOQuery query(connection, "Temp_QRY");
+    query.CommandTimeout = 5;
+    query.SQL = "a";
+    session.expectError("a", DatabaseError(ErrorCategory::Busy, "HYT00", 0, "Timeout expired"));
+    EXPECT_THROW(query.Open(), DatabaseError);
+    session.expectChange("b", {}, 1);
+    TADOCommand command(connection, "DM.SharedCommand");
+    command.CommandText = "b";
+    command.Execute();
+    EXPECT_THAT(session.timeLimits, ::testing::ElementsAre(5, std::nullopt));
+}
+
+TEST(Query, aTimeBelowNothingIsRefused) {
+    ScriptedSession session;
+    TADOConnection connection(session);
+    TADOQuery query(connection, "Temp_QRY");
+    query.CommandTimeout = -1;
+    query.SQL = "a";
+    EXPECT_EQ(usageErrorOf([&] { query.Open(); }),
+              "Temp_QRY.Open: CommandTimeout is -1; it counts seconds, and 0 is no limit");
+    EXPECT_EQ(usageErrorOf([&] { query.ExecSQL(); }),
+              "Temp_QRY.ExecSQL: CommandTimeout is -1; it counts seconds, and 0 is no limit");
+}
+
 TEST(Command, runsAStatementWithoutRows) {
     ScriptedSession session;
     TADOConnection connection(session);

@@ -414,5 +414,33 @@ TEST_F(DataSet, calculationMayWriteCalculatedFieldsOnly) {
               "List_QUR.Row: the field is calculated; it is assigned in OnCalcFields only");
 }
 
+TEST_F(DataSet, anotherStatementTakesItsPlaceOnceItsRowsAreThere) {
+    open();
+    query.Filter("Code = 2");
+    query.Filtered(true);
+    const std::vector<std::string> before = names();
+    ASSERT_EQ(before.size(), 1U);
+    const std::string narrowed = std::string(kSelect) + " where Code > 1";
+    session.expectError(narrowed, DatabaseError(ErrorCategory::Other, "HY008", 0, "given up"));
+    EXPECT_THROW(query.OpenInstead(narrowed), DatabaseError);
+    EXPECT_EQ(query.SQL.Text(), kSelect);
+    EXPECT_EQ(names(), before);
+    EXPECT_TRUE(query.Filtered());
+    EXPECT_EQ(usageErrorOf([&] { query.OpenInstead(""); }),
+              "List_QUR.OpenInstead: the statement is empty; set SQL first");
+
+    session.expect(narrowed, levelRows());
+    query.OpenInstead(narrowed);
+    EXPECT_EQ(query.SQL.Text(), narrowed);
+    EXPECT_FALSE(query.Filtered());
+    EXPECT_GT(names().size(), 1U);
+    EXPECT_EQ(query.RecNo(), 1);
+
+    query.Close();
+    session.expect(kSelect, levelRows());
+    query.OpenInstead(kSelect);
+    EXPECT_TRUE(query.Active());
+}
+
 }  // namespace
 }  // namespace basalt

@@ -192,6 +192,30 @@ TEST_F(Recording, linesAreReadable) {
             R"({"kind":"run","text":"select 1","result":{"results":[{"columns":[{"name":"Rate","type":"decimal","scale":2}],"rows":[[{"decimal":"12.50"}]]}]}})"}));
 }
 
+// A replay answers at once, so a recording says nothing of times.
+TEST_F(Recording, passesTheTimeOfAQueryOnWithoutNotingIt) {
+    {
+        RecordingSession recording(session, file);
+        TADOConnection connection(recording);
+        TADOQuery query(connection, "BarCodeFormul_QRY");
+        query.CommandTimeout = 0;
+        query.SQL = "select 1 as A";
+        session.expect("select 1 as A", levelRows());
+        query.Open();
+        EXPECT_EQ(session.timeLimits, std::vector<std::optional<int>>{0});
+    }
+    ASSERT_EQ(lines().size(), 2U);
+    EXPECT_EQ(lines().at(1).rfind(R"({"kind":"run","text":"select 1 as A","result":)", 0), 0U) << lines().at(1);
+    ReplaySession replay(file);
+    TADOConnection connection(replay);
+    TADOQuery query(connection, "BarCodeFormul_QRY");
+    query.CommandTimeout = 0;
+    query.SQL = "select 1 as A";
+    query.Open();
+    EXPECT_EQ(query.RecordCount(), static_cast<int>(levelRows().rowCount()));
+    EXPECT_TRUE(replay.finished());
+}
+
 TEST_F(Recording, carriesANote) {
     { const RecordingSession recording(session, file, "کاربر 2"); }
     EXPECT_EQ(ReplaySession(file).note(), "کاربر 2");
