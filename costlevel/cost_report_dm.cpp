@@ -7,7 +7,8 @@ namespace {
 
 // One text, tabs included: servers hold its plan under it. Every good comes twice, with its sale prices (Status 2) and
 // with its purchase prices (Status 1). AbbName lists a good's barcodes behind exclamation marks; "!12!34" is shown as
-// "(12)(34".
+// "(12)(34". There is room for the list and five characters more: each exclamation mark beyond the sixth costs the end
+// of the list a character, so that of ten barcodes the last is cut or missing.
 constexpr const char* kReportStatement =
     "Select G.Code, G.Name,  REPLACE(SUBSTRING(REPLACE(G.abbname, '!', ')('), 2, LEN(G.AbbName)+5), "
     "'()', '') as AbbName, 2 as Status "

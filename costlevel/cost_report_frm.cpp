@@ -1,5 +1,6 @@
 #include "costlevel/cost_report_frm.h"
 
+#include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QScopedValueRollback>
@@ -29,8 +30,9 @@ constexpr const char* kConsumerPriceSetting = "F11";
 constexpr int kFixedColumns = 3;
 constexpr int kSaleTab = 1;
 constexpr int kTitleLines = 2;
-// A good with many barcodes must not push the prices off the screen.
-constexpr int kBarcodeWidth = 200;
+// A good with many barcodes must not push the prices off the screen: as many as these have room.
+constexpr const char* kShownBarcodes = "(0000000000000)(0000000000000";
+constexpr int kCellPadding = 26;
 constexpr int kBetweenFrames = 16;
 // More would not fit across a page. The warning names one fewer; both are what users of long standing know.
 constexpr int kMostPrintColumns = 10;
@@ -51,6 +53,14 @@ QHBoxLayout* addLine(QWidget& panel) {
     row->setSpacing(kBetweenFrames);
     place(panel, *line);
     return row;
+}
+
+// The host may show digits of either kind.
+int barcodeWidth(const QFontMetrics& metrics) {
+    const QString latin = QLatin1String(kShownBarcodes);
+    QString persian = latin;
+    persian.replace(QLatin1Char('0'), QChar(0x06F0));
+    return std::max(metrics.horizontalAdvance(latin), metrics.horizontalAdvance(persian)) + kCellPadding;
 }
 
 bool isConsumerPrice(const std::string& field) {
@@ -183,7 +193,9 @@ std::vector<TCost_Report_FRM::Level> TCost_Report_FRM::levelsWithColumns() const
 
 void TCost_Report_FRM::MakeGrid() {
     grid_->SetColumn(0, {.FieldName = "Code", .Title = QStringLiteral("کد کالا")});
-    grid_->SetColumn(1, {.FieldName = "AbbName", .Title = QStringLiteral("بارکد کالا"), .Width = kBarcodeWidth});
+    grid_->SetColumn(
+        1,
+        {.FieldName = "AbbName", .Title = QStringLiteral("بارکد کالا"), .Width = barcodeWidth(grid_->fontMetrics())});
     grid_->SetColumn(2, {.FieldName = "Name", .Title = QStringLiteral("نام کالا")});
     for (int i = kFixedColumns; i < grid_->ColumnCount(); ++i) {
         TGridColumn column = grid_->Column(i);
@@ -227,10 +239,14 @@ void TCost_Report_FRM::TTab_Search_Frame1Search_TBCChange() {
     tabs_->Search_TBCChange();
     const bool wanted = std::exchange(searching_, Searching::AtOnce) == Searching::Wanted;
     const bool sale = tabs_->TabIndex() == kSaleTab;
+    TADOQuery& report = levels_->CostReport_QUR;
+    const Value good = report.Active() && !report.IsEmpty() ? report.FieldByName("Code").AsValue() : Value();
     adaptTo(sale);
     if (!wanted) return;
     try {
         search();
+        // Its other prices stand where the eye is.
+        if (!isNull(good)) report.Locate("Code", good);
     } catch (...) {
         // The tab that was left comes back, and so does what belongs to it.
         adaptTo(!sale);
@@ -258,16 +274,9 @@ void TCost_Report_FRM::search() {
         searching_ = Searching::Wanted;
         return;
     }
+    searchManager_->ExecuteFilter_DataSet();
     // From now on the statement itself says which half of the rows is wanted.
-    TADOQuery& report = levels_->CostReport_QUR;
-    const bool filtered = report.Filtered();
-    report.Filtered(false);
-    try {
-        searchManager_->ExecuteFilter_DataSet();
-    } catch (...) {
-        report.Filtered(filtered);
-        throw;
-    }
+    levels_->CostReport_QUR.Filtered(false);
 }
 
 void TCost_Report_FRM::registerPrintColumns() const {

@@ -50,8 +50,8 @@ void TCostLevel_Get_FRM::CreateControls() {
 
     codeEdit_ = new QSpinBox(inputs);
     codeEdit_->setRange(0, std::numeric_limits<int>::max());
-    // Codes read as every other number on the screen.
-    codeEdit_->setLocale(QLocale(QLocale::Persian, QLocale::Iran));
+    // Codes read as every other number on the screen, in the digits that the host has set for all of them.
+    codeEdit_->setLocale(QLocale());
     codeEdit_->setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
     codeEdit_->setButtonSymbols(QAbstractSpinBox::NoButtons);
     codeEdit_->findChild<QLineEdit*>()->setMaxLength(kCodeCharacters);

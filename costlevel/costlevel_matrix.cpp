@@ -70,7 +70,7 @@ TCostDiscount TCostLevel_DM::GetGoodCostDiscount(int goodCode) {
     TCostDiscount row;
     if (Temp_Q7777UR.RecordCount() > 0) {
         for (const CostDiscountAmount& amount : costDiscountAmounts()) {
-            row.*amount.member = Temp_Q7777UR.FieldByName(amount.name).AsFloat();
+            row.*amount.member = toExtended(VarIsNull_VRO(Temp_Q7777UR.FieldByName(amount.name).AsValue()));
         }
         for (const CostDiscountDefault& level : costDiscountDefaults()) {
             row.*level.member = Temp_Q7777UR.FieldByName(level.name).AsInteger();

@@ -90,7 +90,7 @@ std::string defaultPrice(const std::string& person, const std::string& good) {
     TADOQuery& query = sharedBarCodes().Temp_QRY;
     query.SQL = "{call GetDefaultCostLevel(" + person + "," + good + ",0)}";
     query.Open();
-    return FloatToStr_VRO(query.FieldByName("Cost").AsFloat());
+    return FloatToStr_VRO(toExtended(VarIsNull_VRO(query.FieldByName("Cost").AsValue())));
 }
 
 void takeGood(const Scan& scan, const std::string& person) {

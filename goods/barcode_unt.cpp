@@ -49,6 +49,7 @@ T_BarCode_DM::T_BarCode_DM()
       spTemp_PRC(connection(), "spTemp_PRC") {
     own(Temp_QRY);
     own(BarCodeFormul_QRY);
+    BarCodeFormul_QRY.CommandTimeout = 0;
     spTemp_PRC.ProcedureName("AutoVoucherFirstPriodGoods;1");
     for (const Declared& each : kVoucherParameters)
         spTemp_PRC.Parameters()

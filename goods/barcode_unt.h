@@ -26,7 +26,7 @@ public:
 
     // For goods and for the default price.
     TADOQuery Temp_QRY;
-    // The layouts. It sets no limit on its time; a connection has none of its own unless a workstation is given one.
+    // The layouts. It may take as long as it takes, whatever limit the workstation sets on statements.
     TADOQuery BarCodeFormul_QRY;
     // The voucher of the first period, with its parameters; the host runs it.
     TADOStoredProc spTemp_PRC;

@@ -50,6 +50,7 @@ char32_t codePoint(std::string_view character) {
 std::string cutCharacters(std::string_view text, int start, int count) {
     const std::int64_t end = std::int64_t{start} + count;  // the position after the cut
     std::string cut;
+    if (count <= 0) return cut;
     std::int64_t position = 1;
     while (!text.empty() && position < end) {
         const std::string_view character = text.substr(0, characterBytes(text));

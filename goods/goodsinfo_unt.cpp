@@ -32,7 +32,7 @@ constexpr TConfirmationMessage kGoOn{20091};
 }();
 
 Extended amountOf(TDataSet& row, const char* field) {
-    return row.FieldByName(field).AsFloat();
+    return toExtended(VarIsNull_VRO(row.FieldByName(field).AsValue()));
 }
 
 TGoodInfoMapper particulars(TDataSet& row) {

@@ -2,7 +2,9 @@
 #pragma once
 
 #if defined(_WIN32)
-#define BASALT_EXPORT __declspec(dllexport)
+// The list alone says what is exported: a mark would add GoodInfo_ScaleAgent by the name that a 32-bit compiler gives
+// it, _GoodInfo_ScaleAgent@44.
+#define BASALT_EXPORT
 #else
 #define BASALT_EXPORT __attribute__((visibility("default")))
 #endif

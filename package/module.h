@@ -17,7 +17,7 @@
 namespace basalt {
 
 // Changes whenever a header of this contract changes incompatibly.
-inline constexpr int kModuleVersion = 7;
+inline constexpr int kModuleVersion = 8;
 
 class Module {
 public:

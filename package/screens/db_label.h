@@ -37,8 +37,8 @@ protected:
 private:
     void refresh();
     void showToolTip();
-    // The lines as they are painted; `cut` tells that the text goes on behind them.
     [[nodiscard]] int heightOf(int lines) const;
+    // The lines as they are painted; `cut` tells that the text goes on behind them.
     [[nodiscard]] QStringList shownLines(bool& cut) const;
     void dataChanged() override { refresh(); }
     void rowChanged(std::int64_t /*row*/) override { refresh(); }

@@ -512,5 +512,58 @@ TEST_F(ReportOnDemo, theSortByTheConsumerPriceComesBackWithIt) {
     });
 }
 
+// What is typed while a search runs reaches its input, a blank and Enter too, and nothing is given up.
+TEST_F(ReportOnDemo, whatIsTypedDuringASearchIsSearchedForNext) {
+    addGoods();
+    struct Case {
+        const char* input;
+        const char* first;
+        QString then;
+        std::string text;
+        std::string filter;
+    };
+    for (const Case& typed :
+         {Case{"TGeneral_Search_Frame1_EDT", "چ", QStringLiteral("ای ا"), "چای ا", "[Name] LIKE"},
+          Case{"TRange_Digit_Search_Frame1_From_EDT", "1", QStringLiteral("0024"), "۱۰۰۲۴", "[Code] >= 10024"},
+          Case{"TRange_Cost_Search_Frame1_From_EDT", "1", QStringLiteral("234"), "۱۲۳۴", ">= 1234"}})
+        show([&](QWidget& report, SmartGrid& grid) {
+            auto* input = control<QLineEdit>(report, typed.input);
+            input->setFocus();
+            screens.busyNotice().setPatience(0);
+            bool pressed = false;
+            WhenBusy busy([&](QWidget&) {
+                if (std::exchange(pressed, true)) return;
+                for (const QChar letter : typed.then)
+                    QTest::sendKeyEvent(QTest::Click, report.windowHandle(),
+                                        letter.isSpace() ? Qt::Key_Space : Qt::Key_unknown, QString(letter),
+                                        Qt::NoModifier);
+                QTest::sendKeyEvent(QTest::Click, report.windowHandle(), Qt::Key_Return, QStringLiteral("\r"),
+                                    Qt::NoModifier);
+            });
+            type(input, QString::fromUtf8(typed.first));
+            EXPECT_TRUE(pressed);
+            neverBusy(screens);
+            QTRY_COMPARE(input->text().toStdString(), typed.text);
+            QTRY_VERIFY(grid.isAncestorOf(report.focusWidget()));
+            const std::string statement = grid.model().dataSet()->statementText();
+            EXPECT_NE(statement.find(typed.filter), std::string::npos) << statement;
+        });
+}
+
+TEST_F(ReportOnDemo, theOtherTabStandsOnTheSameGood) {
+    show([&](QWidget& report, SmartGrid& grid) {
+        auto* tabs = control<QTabBar>(report, "TTab_Search_Frame1_TBC");
+        TDataSet& rows = *grid.model().dataSet();
+        rows.RecNo(7);
+        const std::string good = rows.FieldByName("Code").AsString();
+        const std::string sold = rows.FieldByName("Status").AsString();
+        for (const int tab : {1, 0}) {
+            tabs->setCurrentIndex(tab);
+            EXPECT_EQ(rows.FieldByName("Code").AsString(), good);
+        }
+        EXPECT_EQ(rows.FieldByName("Status").AsString(), sold);
+    });
+}
+
 }  // namespace
 }  // namespace basalt::host

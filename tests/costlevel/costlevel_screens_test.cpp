@@ -394,9 +394,14 @@ TEST_F(CostLevelEditor, initEmptiesTheInputs) {
     EXPECT_TRUE(editor->base().IsSaved());
 }
 
-TEST_F(CostLevelEditor, codeReadsInPersianDigits) {
-    const auto editor = editPriceLevel();
-    EXPECT_EQ(control<QSpinBox>(*editor, "Code_EDT").text(), "۴");
+// The host sets the application's locale by what the user has chosen.
+TEST_F(CostLevelEditor, codeReadsInTheDigitsOfTheApplication) {
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::Persian, QLocale::Iran));
+    EXPECT_EQ(control<QSpinBox>(*editPriceLevel(), "Code_EDT").text(), "۴");
+    QLocale::setDefault(QLocale::c());
+    EXPECT_EQ(control<QSpinBox>(*editPriceLevel(), "Code_EDT").text(), "4");
+    QLocale::setDefault(before);
 }
 
 TEST_F(CostLevelEditor, showingNamesItsFormOptions) {

@@ -97,6 +97,14 @@ TEST_F(Barcodes, layoutsAreAskedForByLengthAndPrefix) {
     sharedBarCodes().BarCodeFormul_Get(3, "1'2");
 }
 
+TEST_F(Barcodes, layoutsMayTakeAsLongAsTheyTake) {
+    expectLayouts("2800057012505", {});
+    sharedBarCodes().BarCodeFormul_Get(13, "2800057012505");
+    script.expect("Select Code From goodInf Where Code=57", rows({{"Code", FieldType::Integer}}, {}));
+    EXPECT_TRUE(sharedBarCodes().GoodInF_Valid_Code("57"));
+    EXPECT_THAT(script.timeLimits, ElementsAre(0, std::nullopt));
+}
+
 TEST_F(Barcodes, goodsAreFoundByScaleCode) {
     int good = 9;
     script.expect("SELECT TOP 1 Code FROM goodInf WHERE AbbName LIKE '%!00042!%' ORDER BY Code DESC", codeRows({57}));

@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <random>
 
+#include "fuzz/substring_oracle.h"
 #include "fuzz/targets.h"
 #include "goods/barcode_extractor_unt.h"
+#include "goods/character_cut.h"
 #include "package/services.h"
 #include "tests/goods/layouts.h"
 #include "tests/support/fake_host.h"
@@ -100,6 +102,41 @@ TEST(BarcodeRoundTrip, whatIsComposedComesApart) {
     }
 }
 
+TEST(BarcodeRoundTrip, theOracleItselfCutsByPosition) {
+    using fuzz::substringOf;
+    EXPECT_EQ(substringOf("2812345", 3, 5), "12345");
+    EXPECT_EQ(substringOf("2812345", 0, 3), "28");
+    EXPECT_EQ(substringOf("2812345", -3, 3), "");
+    EXPECT_EQ(substringOf("2812345", 6, 5), "45");
+    EXPECT_EQ(substringOf("۲۸۱", 2, 1), "۸");
+    EXPECT_EQ(substringOf("a😀b", 2, 2), "😀");
+    EXPECT_EQ(substringOf("a😀b", 3, 2), "\uFFFDb");
+    EXPECT_EQ(substringOf("a😀b", 3, 0), "");
+    EXPECT_EQ(substringOf("a€😀", 1, 4), "a€😀");
+    for (const char* none : {"\x80", "\xC0\xAF", "\xD9", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xF8"})
+        EXPECT_EQ(substringOf(none, 1, 1), std::nullopt) << none;
+}
+
+// Fields inside, outside, across either end and in the middle of pairs, of no and of negative length.
+TEST(BarcodeRoundTrip, anyFieldIsTheSubstringAtItsPlace) {
+    Dice dice(41);
+    const std::string characters[] = {"0", "7", "x", "۵", "ی", "€", "😀", "𝟚", "\u200E", " "};
+    constexpr int kEnds[] = {2147483647, -2147483647 - 1};
+    const auto place = [&](int low, int high) {
+        return dice.between(0, 30) == 0 ? kEnds[dice.between(0, 1)] : dice.between(low, high);
+    };
+    for (int round = 0; round < 20000; ++round) {
+        std::string text;
+        const int size = dice.between(0, 12);
+        for (int i = 0; i < size; ++i)
+            text += characters[dice.between(0, 9)];
+        const int start = place(-3, 26);
+        const int count = place(-2, 26);
+        ASSERT_EQ(cutCharacters(text, start, count), fuzz::substringOf(text, start, count).value())
+            << text << " from " << start << ", " << count;
+    }
+}
+
 TEST(BarcodeRoundTrip, anyBytesUnderAnyLayoutDoNoHarm) {
     Dice dice(7);
     for (int round = 0; round < 20000; ++round) {
@@ -112,6 +149,8 @@ TEST(BarcodeRoundTrip, anyBytesUnderAnyLayoutDoNoHarm) {
             const std::size_t prefix = static_cast<unsigned char>(input[16]) % 4;
             std::string barcode = dice.digits(13);
             barcode.replace(0, prefix, input.substr(17, prefix));
+            // Now and then with a pair in the middle, which fields may cut.
+            if (dice.coin()) barcode.replace(static_cast<std::size_t>(dice.between(3, 11)), 2, "😀");
             input.resize(17 + prefix);
             input += barcode;
             input[0] = 13;

@@ -44,6 +44,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Cut{"secondHalfOfAPair", "a😀b", 3, 2,
                           "\xEF\xBF\xBD"
                           "b"},
+                      Cut{"nothingOfAPair", "a😀b", 3, 0, ""}, Cut{"lessThanNothingOfAPair", "a😀b", 4, -1, ""},
+                      Cut{"nothingBeforeAPair", "😀", 2, 0, ""}, Cut{"leastOfAPair", "a😀b", 3, kLeast, ""},
                       Cut{"strayByte",
                           "12\x80"
                           "34",
