@@ -4,6 +4,8 @@
 #include <cstdint>
 
 #include "ado/error.h"
+#include "host/counter/prefix_comparison.h"
+#include "host/counter/scan_text.h"
 #include "host/screens/persian_digits.h"
 #include "package/numbers.h"
 
@@ -45,14 +47,6 @@ std::vector<FieldPlace> placesOf(const BarcodeLayout& layout) {
     if (layout.barCodeType >= bftAmount && layout.barCodeType <= bftConstPrice)
         places.push_back({LayoutField::Price, layout.priceStart, layout.priceCount});
     return places;
-}
-
-// As the server compares: the case of letters and blanks at the end make no difference.
-QString compared(const QString& text) {
-    QString folded = text.toCaseFolded();
-    while (folded.endsWith(QLatin1Char(' ')))
-        folded.chop(1);
-    return folded;
 }
 
 // The characters of a field; fewer or none where it reaches beyond the barcode.
@@ -114,16 +108,24 @@ FieldSpan prefixOf(const BarcodeLayout& layout) {
     return {LayoutField::Constant, begin, std::clamp(endOf(layout.constantStart, layout.constantCount), begin, behind)};
 }
 
-// Whether the server finds the prefix in any barcode, which has no blanks: it is as long as what is cut.
-bool canFit(const BarcodeLayout& layout) {
-    const FieldSpan prefix = prefixOf(layout);
-    return compared(constantOf(layout)).size() == prefix.end - prefix.begin;
+// Whether a barcode, which has no blanks, can have both prefixes in their places: each as long as what is cut there,
+// and where both fix a character it is the same.
+bool mayHaveBoth(const BarcodeLayout& a, const QString& prefix, const BarcodeLayout& b, const QString& otherPrefix) {
+    const FieldSpan one = prefixOf(a);
+    const FieldSpan other = prefixOf(b);
+    if (a.digitCount != b.digitCount || prefix.size() != one.end - one.begin ||
+        otherPrefix.size() != other.end - other.begin)
+        return false;
+    for (int position = std::max(one.begin, other.begin); position < std::min(one.end, other.end); ++position) {
+        if (prefix[position - one.begin] != otherPrefix[position - other.begin]) return false;
+    }
+    return true;
 }
 
 }  // namespace
 
 QString nameOf(const BarcodeLayout& layout) {
-    const QString title = QString::fromStdString(layout.title).trimmed();
+    const QString title = screenText(QString::fromStdString(layout.title)).trimmed();
     return title.isEmpty() ? QStringLiteral("بی‌نام") : title;
 }
 
@@ -160,10 +162,16 @@ bool fits(const BarcodeLayout& layout, const QString& barcode) {
            cut(scanned, layout.constantStart, layout.constantCount) == constantOf(layout);
 }
 
+std::optional<Extended> priceIn(const BarcodeLayout& layout, const QString& barcode) {
+    const QString characters = cut(barcode.trimmed(), layout.priceStart, layout.priceCount);
+    if (!isNumber(characters)) return std::nullopt;
+    return StrToFloat_VRO(characters.toStdString());
+}
+
 bool isFoundFor(const BarcodeLayout& layout, const QString& barcode) {
     const QString scanned = barcode.trimmed();
     return scanned.size() == layout.digitCount &&
-           compared(cut(scanned, layout.constantStart, layout.constantCount)) == compared(constantOf(layout));
+           isSameToTheServer(cut(scanned, layout.constantStart, layout.constantCount), constantOf(layout));
 }
 
 std::optional<QString> faultOf(const BarcodeLayout& layout, const QString& barcode, bool byScaleCode) {
@@ -189,16 +197,7 @@ QString prefixFault(const BarcodeLayout& layout) {
 }
 
 bool mayBothFit(const BarcodeLayout& a, const BarcodeLayout& b) {
-    if (a.digitCount != b.digitCount || !canFit(a) || !canFit(b)) return false;
-    const QString prefix = compared(constantOf(a));
-    const QString otherPrefix = compared(constantOf(b));
-    const FieldSpan one = prefixOf(a);
-    const FieldSpan other = prefixOf(b);
-    // Where both fix a character it must be the same.
-    for (int position = std::max(one.begin, other.begin); position < std::min(one.end, other.end); ++position) {
-        if (prefix[position - one.begin] != otherPrefix[position - other.begin]) return false;
-    }
-    return true;
+    return mayHaveBoth(a, asTheServerSees(constantOf(a)), b, asTheServerSees(constantOf(b)));
 }
 
 namespace {
@@ -260,16 +259,28 @@ std::vector<LayoutProblem> problemsOf(const BarcodeLayout& layout, const std::ve
         hopeless(QStringLiteral("پیش‌شماره %1 نویسه است، نه %2.")
                      .arg(number(static_cast<int>(constantOf(layout).size())), number(fixed)),
                  LayoutField::Constant);
+    if (!layout.constantCode.empty() && !isPlainCode(constantOf(layout)))
+        hopeless(
+            QStringLiteral(
+                "پیش‌شماره نویسه‌ای جز رقم و حرف لاتین دارد و هیچ بارکدی با آن خوانده نمی‌شود؛ آن را پاک کنید و از "
+                "نو بنویسید."),
+            LayoutField::Constant);
     if (layout.barCodeType == bftAmount && layout.itemConstantCode <= 0 && layout.itemCodeCount == 0)
         hopeless(QStringLiteral("نه جای کالا معلوم است و نه کالای ثابت."), LayoutField::Item);
     if ((layout.barCodeType == bftTotalPrice || layout.barCodeType == bftConstPrice) && layout.priceCount == 0)
         hopeless(QStringLiteral("جای مبلغ معلوم نیست."), LayoutField::Price);
     for (const BarcodeLayout& other : others) {
         if (other.id != 0 && other.id == layout.id) continue;
-        if (mayBothFit(layout, other))
-            doubtful(QStringLiteral(
-                         "بارکدی که با این الگو بخواند با «%1» هم می‌خواند.")
-                         .arg(nameOf(other)));
+        if (!mayBothFit(layout, other)) continue;
+        const bool bothRead = mayHaveBoth(layout, constantOf(layout), other, constantOf(other));
+        doubtful(
+            (bothRead
+                 ? QStringLiteral(
+                       "بارکدی که با این الگو بخواند با «%1» هم می‌خواند.")
+                 : QStringLiteral(
+                       "سرور پیش‌شمارهٔ «%1» را از پیش‌شمارهٔ این الگو بازنمی‌شناسد؛ از این دو هر کدام زودتر "
+                       "پیدا شود، بارکدهای دیگری خوانده نمی‌شوند."))
+                .arg(nameOf(other)));
     }
     return problems;
 }

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "ado/decimal.h"
 #include "goods/barcode_types.h"
 
 namespace basalt::host {
@@ -60,8 +61,12 @@ struct FieldSpan {
 // Whether the barcode, without outer blanks, is read by this layout: its length, and its prefix to the letter.
 [[nodiscard]] bool fits(const BarcodeLayout& layout, const QString& barcode);
 
-// Whether the server gives the layout for the barcode. It compares prefixes without regard to case and to blanks behind
-// them. A scan takes the first layout that it gives, and none when that one does not fit to the letter.
+// The amount of money that the layout cuts from the barcode; nullopt when there is no number.
+[[nodiscard]] std::optional<Extended> priceIn(const BarcodeLayout& layout, const QString& barcode);
+
+// Whether the server gives the layout for the barcode. It takes prefixes for the same that differ in the case of
+// letters, the script of digits, signs without width and blanks behind them (host/counter/prefix_comparison.h). A scan
+// takes the first layout that it gives, and none when that one does not fit to the letter.
 [[nodiscard]] bool isFoundFor(const BarcodeLayout& layout, const QString& barcode);
 
 // Why a barcode that the layout reads gives no good, amount or price, in a sentence that says what to do; nullopt when
@@ -84,10 +89,10 @@ struct LayoutProblem {
 };
 
 // What is wrong with the layout. Hopeless: a barcode without characters, negative counts, a prefix that is not as long
-// as what is compared with it, a kind that nobody knows, a good, an amount or a price that lies wholly outside of the
-// barcode, a field that its kind needs and does not have. Else: fields of which only a part lies in the barcode, fields
-// that overlap, others that fit the same barcodes. A layout is not compared with itself (the
-// same id, when stored).
+// as what is compared with it or has other characters than scans have (Latin letters and digits), a kind that nobody
+// knows, a good, an amount or a price that lies wholly outside of the barcode, a field that its kind needs and does not
+// have. Else: fields of which only a part lies in the barcode, fields that overlap, others that fit the same barcodes.
+// A layout is not compared with itself (the same id, when stored).
 [[nodiscard]] std::vector<LayoutProblem> problemsOf(const BarcodeLayout& layout,
                                                     const std::vector<BarcodeLayout>& others);
 

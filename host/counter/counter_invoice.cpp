@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 #include "host/counter/money.h"
 #include "package/numbers.h"
@@ -15,44 +16,79 @@ constexpr std::size_t kRowsOfATable = 500;
 constexpr const char* kOpening = "SELECT Code, Anbar, Mogodi FROM (VALUES ";
 constexpr const char* kClosing = ") AS L (Code, Anbar, Mogodi)";
 
-bool isParcel(const CounterLine& line) {
-    return !line.barcode.empty();
+// Pieces of one good with its maker's barcode, or with the same label. For another person the price of a label is asked
+// anew by its barcode, and another one may say another price.
+bool cameAlike(const CounterLine& pieces, const CounterLine& others) {
+    return !pieces.weighed && !others.weighed && pieces.good == others.good && pieces.barcode == others.barcode;
 }
 
 }  // namespace
 
+Extended asStored(Extended amount) {
+    return StrToFloat_VRO(FloatToStr_VRO(amount));
+}
+
+std::vector<CounterLine>::const_iterator CounterInvoice::samePieces(const CounterLine& line) const {
+    if (line.weighed) return lines_.end();
+    return std::find_if(lines_.begin(), lines_.end(),
+                        [&line](const CounterLine& each) { return cameAlike(each, line) && each.price == line.price; });
+}
+
+Extended CounterInvoice::amountWith(const CounterLine& line) const {
+    const auto same = samePieces(line);
+    return same == lines_.end() ? line.amount : same->amount + line.amount;
+}
+
 void CounterInvoice::add(CounterLine line) {
     line.scanned = line.amount;
-    lines_.push_back(std::move(line));
+    join(std::move(line));
+}
+
+void CounterInvoice::join(CounterLine line) {
+    const auto same = samePieces(line);
+    if (same == lines_.end()) {
+        lines_.push_back(std::move(line));
+        return;
+    }
+    CounterLine& pieces = lines_[static_cast<std::size_t>(same - lines_.cbegin())];
+    pieces.amount = asStored(pieces.amount + line.amount);
+    pieces.scanned += line.scanned;
+    pieces.person = line.person;
 }
 
 template <class Fits>
-std::optional<CounterLine> CounterInvoice::takeLast(Extended price, Fits fits) {
+std::vector<CounterLine>::iterator CounterInvoice::findLast(Extended price, Fits fits) {
     auto line = std::find_if(lines_.rbegin(), lines_.rend(),
                              [&](const CounterLine& each) { return fits(each) && each.price == price; });
     if (line == lines_.rend()) line = std::find_if(lines_.rbegin(), lines_.rend(), fits);
-    if (line == lines_.rend()) return std::nullopt;
-    CounterLine taken = std::move(*line);
-    lines_.erase(std::next(line).base());
-    return taken;
+    return line == lines_.rend() ? lines_.end() : std::next(line).base();
 }
 
 std::optional<CounterLine> CounterInvoice::takeParcel(int good, Extended amount, Extended price) {
-    return takeLast(
-        price, [&](const CounterLine& each) { return each.good == good && isParcel(each) && each.scanned == amount; });
+    const auto line = findLast(
+        price, [&](const CounterLine& each) { return each.good == good && each.weighed && each.scanned == amount; });
+    if (line == lines_.end()) return std::nullopt;
+    CounterLine taken = std::move(*line);
+    lines_.erase(line);
+    return taken;
 }
 
-std::optional<CounterLine> CounterInvoice::takePiece(int good, Extended price) {
-    const auto isPiece = [good](const CounterLine& each) { return each.good == good && !isParcel(each); };
-    if (auto taken = takeLast(price, [&](const CounterLine& each) { return isPiece(each) && each.amount == 1; }))
-        return taken;
-    const auto line = std::find_if(lines_.rbegin(), lines_.rend(),
-                                   [&](const CounterLine& each) { return isPiece(each) && each.amount > 1; });
-    if (line == lines_.rend()) return std::nullopt;
-    line->amount -= 1;
+std::optional<CounterLine> CounterInvoice::takePiece(const CounterLine& piece) {
+    const auto line =
+        findLast(piece.price, [&piece](const CounterLine& each) { return cameAlike(each, piece) && each.amount >= 1; });
+    if (line == lines_.end()) return std::nullopt;
     CounterLine taken = *line;
     taken.amount = 1;
+    line->amount = asStored(line->amount - 1);
+    if (line->amount <= 0) lines_.erase(line);
     return taken;
+}
+
+std::optional<std::size_t> CounterInvoice::piecesLike(const CounterLine& piece) const {
+    for (std::size_t i = lines_.size(); i-- > 0;) {
+        if (cameAlike(lines_[i], piece)) return i;
+    }
+    return std::nullopt;
 }
 
 Extended CounterInvoice::lineTotal(std::size_t index) const {
@@ -72,6 +108,8 @@ void CounterInvoice::setPrices(const std::vector<Extended>& prices, int person) 
         lines_[i].price = prices.at(i);
         lines_[i].person = person;
     }
+    for (std::vector<CounterLine> lines = std::exchange(lines_, {}); CounterLine & line : lines)
+        join(std::move(line));
 }
 
 std::string CounterInvoice::stockQuery(int store) const {

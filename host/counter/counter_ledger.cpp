@@ -48,6 +48,13 @@ SalePlace holdLedger(Session& session, const CounterInvoice& invoice, int store)
     return {.entry = entry, .document = document};
 }
 
+Extended stockOn(Session& session, int good, int store, const std::string& date) {
+    const RowSet stock =
+        rowsOf(session, "SELECT ISNULL(SUM(Tedad), 0) FROM dbo.Kardex WHERE kala = ? AND Anbar = ? AND [Date] <= ?",
+               {std::int64_t{good}, std::int64_t{store}, date});
+    return toExtended(stock.column(0).valueAt(0));
+}
+
 void postSale(Session& session, const CounterInvoice& invoice, int store, int person, const std::string& date,
               const SalePlace& sale) {
     const Value buyer = person > 0 ? Value(std::int64_t{person}) : Value(Null{});
@@ -56,10 +63,7 @@ void postSale(Session& session, const CounterInvoice& invoice, int store, int pe
         const std::int64_t good = line.good;
         const std::int64_t place = store;
         const Decimal moved = decimalOf(-line.amount);
-        const RowSet stock =
-            rowsOf(session, "SELECT ISNULL(SUM(Tedad), 0) FROM dbo.Kardex WHERE kala = ? AND Anbar = ? AND [Date] <= ?",
-                   {good, place, date});
-        const Decimal left = decimalOf(toExtended(stock.column(0).valueAt(0)) - line.amount);
+        const Decimal left = decimalOf(stockOn(session, line.good, store, date) - line.amount);
         execute(
             session,
             "INSERT INTO dbo.Kardex (kala, Anbar, [Date], Global_ID, Tedad, RemainInAnbar, Fi, OperationType, "

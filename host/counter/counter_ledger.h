@@ -24,6 +24,9 @@ struct SalePlace {
 // what a check of the stock finds meanwhile is what the sale meets.
 [[nodiscard]] SalePlace holdLedger(Session& session, const CounterInvoice& invoice, int store);
 
+// What the ledger has of a good in a store at the end of a day (yyyy/mm/dd).
+[[nodiscard]] Extended stockOn(Session& session, int good, int store, const std::string& date);
+
 // As one sale of that day (yyyy/mm/dd), in the transaction in which the ledger is held. Stocks of later days follow.
 // person 0 is nobody. After a failure the transaction is to be rolled back.
 void postSale(Session& session, const CounterInvoice& invoice, int store, int person, const std::string& date,

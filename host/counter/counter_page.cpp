@@ -1,5 +1,6 @@
 #include "host/counter/counter_page.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -8,17 +9,23 @@
 #include <QShortcut>
 #include <QStringList>
 #include <QStyle>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "host/counter/amount_dialog.h"
+#include "host/counter/counter_ledger.h"
 #include "host/counter/counter_sale.h"
 #include "host/counter/shortage_text.h"
+#include "host/screens/disabled_reason.h"
 #include "host/screens/flow_layout.h"
 #include "host/screens/persian_digits.h"
+#include "host/screens/persian_inputs.h"
 #include "host/screens/theme.h"
 #include "host/screens/unsaved_changes.h"
 #include "host/services/host_parts.h"
 #include "host/services/sql_access.h"
+#include "host/services/system_errors.h"
 #include "package/numbers.h"
 #include "package/screens/tool_tip.h"
 
@@ -29,6 +36,11 @@ namespace {
 constexpr int kMostPersons = 999'999'999;
 constexpr int kNameColumn = 1;
 constexpr std::size_t kMostFolders = 6;  // that a message lists
+constexpr int kBetweenTones = 200;       // milliseconds
+// The formatter would cut the sentence to pieces.
+// clang-format off
+const QString kNoStore = QStringLiteral("انباری تعریف نشده است و تا نباشد فاکتوری ثبت نمی‌شود؛ نخست یک انبار تعریف کنید.");
+// clang-format on
 
 QString moodName(ScanMood mood) {
     switch (mood) {
@@ -126,6 +138,19 @@ std::string fromTheLeft(const std::string& path) {
     return "\u2066" + path + "\u2069";
 }
 
+// Why a program did not start, for the user, and below it what the system says.
+std::string whyNotStarted(const StartResult& result) {
+    const std::string why = programErrorSentence(result.reason);
+    return (why.empty() ? "پاسخ سیستم:" : why) + "\n" + fromTheLeft(result.reason);
+}
+
+// The place of the first line that is not what it was; nullopt when all are.
+std::optional<int> firstDifference(const std::vector<CounterLine>& before, const std::vector<CounterLine>& after) {
+    const auto [was, is] = std::mismatch(before.begin(), before.end(), after.begin(), after.end());
+    if (was == before.end() && is == after.end()) return std::nullopt;
+    return static_cast<int>(is - after.begin());
+}
+
 std::string listed(const std::vector<std::string>& folders) {
     std::string text;
     for (std::size_t i = 0; i < std::min(folders.size(), kMostFolders); ++i)
@@ -141,6 +166,7 @@ std::string listed(const std::vector<std::string>& folders) {
 
 CounterPage::CounterPage(DesktopContext context, QWidget* parent)
     : ShellPage(parent),
+      onTone(&QApplication::beep),
       context_(context),
       calls_(context.registry),
       invoice_(context.host.SettingRecord().CurrencyDecimals),
@@ -148,11 +174,18 @@ CounterPage::CounterPage(DesktopContext context, QWidget* parent)
     setObjectName(QStringLiteral("Counter_PNL"));
     setStyleSheet(pageStyle());
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(28, 24, 28, 20);
-    layout->setSpacing(12);
+    layout->setContentsMargins(28, 16, 28, 12);
+    layout->setSpacing(8);
     auto* title = new QLabel(QStringLiteral("پیشخوان فروش"));
     title->setProperty("kind", QStringLiteral("pageTitle"));
-    layout->addWidget(title);
+    // Beside the title: the lines have what room there is.
+    auto* heading = new QHBoxLayout;
+    heading->addWidget(title);
+    heading->addStretch();
+    total_ = new QLabel;
+    total_->setObjectName(QStringLiteral("Total_LBL"));
+    heading->addWidget(total_);
+    layout->addLayout(heading);
     makeScanRow(*layout);
     makeInvoice(*layout);
     makeFooter(*layout);
@@ -170,6 +203,7 @@ void CounterPage::makeScanRow(QBoxLayout& layout) {
     scan_->setObjectName(QStringLiteral("Scan_EDT"));
     scan_->setPlaceholderText(QStringLiteral("بارکد را اسکن کنید یا بنویسید و Enter بزنید"));
     scan_->setClearButtonEnabled(true);
+    readFromRight(*scan_);
     addField(*row, QStringLiteral("بارکد"), scan_);
     removing_ = new QPushButton(QStringLiteral("حالت حذف \u2066F6\u2069"));
     removing_->setObjectName(QStringLiteral("Removing_BTN"));
@@ -190,8 +224,13 @@ void CounterPage::makeScanRow(QBoxLayout& layout) {
     person_->setObjectName(QStringLiteral("Person_EDT"));
     person_->onScan = [this](const QString& typed) {
         scan_->setFocus();
-        context_.handlers.guarded(this, [this, typed] { scan(typed); });
+        const int code = person_->value();
+        const QString kept = code == 0 ? QStringLiteral("کد شخص نوشته نشد.")
+                                       : QStringLiteral("کد شخص %1 ماند.").arg(persianDigits(QString::number(code)));
+        context_.handlers.guarded(this, [&] { scan(typed, {ScanMood::Added, {}}, kept); });
     };
+    person_->knowsScan = [this](const QString& typed) { return scanner_.knows(typed); };
+    intoList_.knows = person_->knowsScan;
     person_->onTooLong = [this](const QString& typed) {
         report(ScanMood::Refused,
                QStringLiteral("کد شخص بیش از %1 رقم ندارد: %2")
@@ -208,7 +247,15 @@ void CounterPage::makeScanRow(QBoxLayout& layout) {
     store_ = new QComboBox;
     store_->setObjectName(QStringLiteral("Store_CMB"));
     store_->setSizeAdjustPolicy(QComboBox::AdjustToContents);  // the stores come when the page is shown
+    store_->view()->installEventFilter(this);
     addField(*terms, QStringLiteral("انبار"), store_);
+    policy_ = new QComboBox;
+    policy_->setObjectName(QStringLiteral("Policy_CMB"));
+    // In the order of the setting's values.
+    policy_->addItems({QStringLiteral("ممنوع"), QStringLiteral("با پرسش"), QStringLiteral("مجاز")});
+    policy_->installEventFilter(this);
+    policy_->view()->installEventFilter(this);
+    addField(*terms, QStringLiteral("موجودی منفی"), policy_);
     layout.addLayout(terms);
     result_ = new QLabel(QStringLiteral("آمادهٔ اسکن"));
     result_->setObjectName(QStringLiteral("Result_LBL"));
@@ -217,7 +264,7 @@ void CounterPage::makeScanRow(QBoxLayout& layout) {
     result_->setWordWrap(true);
     result_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     layout.addWidget(result_);
-    for (QWidget* each : std::initializer_list<QWidget*>{removing_, sound_, store_})
+    for (QWidget* each : std::initializer_list<QWidget*>{scan_, removing_, sound_, store_})
         each->installEventFilter(this);
     QObject::connect(person_, &QSpinBox::editingFinished, this, [this] {
         if (person_->hasFocus()) scan_->setFocus();  // Enter; leaving it goes where the user wants
@@ -240,24 +287,24 @@ void CounterPage::makeInvoice(QBoxLayout& layout) {
     grid_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     grid_->horizontalHeader()->setResizeContentsPrecision(-1);
     grid_->horizontalHeader()->setSectionResizeMode(kNameColumn, QHeaderView::Stretch);
-    grid_->verticalHeader()->hide();
+    // What is said names a line by its place.
+    grid_->verticalHeader()->setSectionsClickable(false);
+    grid_->verticalHeader()->setDefaultAlignment(Qt::AlignCenter);
     grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
     grid_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     grid_->setAlternatingRowColors(true);
     grid_->setAccessibleName(QStringLiteral("سطرهای فاکتور"));
     grid_->installEventFilter(this);
+    QObject::connect(grid_, &QTableWidget::itemSelectionChanged, this, [this] {
+        if (grid_->rowCount() > 0 && chosenLines().empty()) choose(grid_->currentRow());
+    });
     layout.addWidget(grid_, 1);
 
-    auto* sums = new QHBoxLayout;
     priceSum_ = new QLabel;
     priceSum_->setObjectName(QStringLiteral("PriceSum_LBL"));
     priceSum_->setProperty("kind", QStringLiteral("hint"));
-    total_ = new QLabel;
-    total_->setObjectName(QStringLiteral("Total_LBL"));
-    sums->addWidget(priceSum_);
-    sums->addStretch();
-    sums->addWidget(total_);
-    layout.addLayout(sums);
+    priceSum_->hide();
+    layout.addWidget(priceSum_);
 }
 
 QPushButton* CounterPage::addButton(QLayout& row, const char* objectName, const QString& title, const QKeySequence& key,
@@ -281,14 +328,7 @@ void CounterPage::makeFooter(QBoxLayout& layout) {
     QPushButton* save =
         addButton(*row, "Save_BTN", QStringLiteral("ثبت"), QKeySequence(Qt::Key_F3), &CounterPage::save);
     save->setProperty("kind", QStringLiteral("primary"));
-    policy_ = new QComboBox;
-    policy_->setObjectName(QStringLiteral("Policy_CMB"));
-    // In the order of the setting's values.
-    policy_->addItems({QStringLiteral("موجودی منفی ممنوع"), QStringLiteral("موجودی منفی با پرسش"),
-                       QStringLiteral("موجودی منفی مجاز")});
-    policy_->setAccessibleName(QStringLiteral("سیاست موجودی منفی"));
-    policy_->installEventFilter(this);
-    row->addWidget(policy_);
+    addButton(*row, "Amount_BTN", QStringLiteral("مقدار"), QKeySequence(Qt::Key_F2), &CounterPage::changeAmount);
     addButton(*row, "Tare_BTN", QStringLiteral("وزن ظرف"), QKeySequence(Qt::Key_F8), &CounterPage::tare);
     addButton(*row, "RemoveLine_BTN", QStringLiteral("حذف سطر"), QKeySequence(Qt::Key_F7), &CounterPage::removeLine);
     addButton(*row, "Clear_BTN", QStringLiteral("فاکتور تازه"), QKeySequence(Qt::Key_F4), &CounterPage::startNew);
@@ -303,21 +343,34 @@ void CounterPage::makeFooter(QBoxLayout& layout) {
     scaleType_->addItems({QStringLiteral("همه با هم"), QStringLiteral("یک‌به‌یک")});
     scaleType_->setAccessibleName(QStringLiteral("روش ارسال به ترازو"));
     scaleType_->installEventFilter(this);
-    row->addWidget(scaleType_);
-    addButton(*row, "SendToScale_BTN", QStringLiteral("ارسال به ترازو"), QKeySequence(Qt::Key_F9),
+    scaleType_->view()->installEventFilter(this);
+    // The choice stays with its button, in whatever row they come to stand.
+    auto* sending = new QWidget;
+    auto* together = new QHBoxLayout(sending);
+    together->setContentsMargins(0, 0, 0, 0);
+    together->setSpacing(4);
+    together->addWidget(scaleType_);
+    addButton(*together, "SendToScale_BTN", QStringLiteral("ارسال به ترازو"), QKeySequence(Qt::Key_F9),
               &CounterPage::sendToScale);
+    row->addWidget(sending);
     layout.addLayout(row);
 }
 
-void CounterPage::enter() {
+void CounterPage::readStores() {
     const QVariant chosen = store_->currentData();
     store_->clear();
     const RowSet stores = rowsOf(context_.host.session(), "SELECT Code, Name FROM dbo.Stores ORDER BY Code");
     for (std::size_t i = 0; i < stores.rowCount(); ++i)
-        store_->addItem(QString::fromStdString(textAt(stores, 1, i)), static_cast<int>(integerAt(stores, 0, i)));
+        store_->addItem(screenText(QString::fromStdString(textAt(stores, 1, i))),
+                        static_cast<int>(integerAt(stores, 0, i)));
     if (const int index = store_->findData(chosen); chosen.isValid() && index >= 0) store_->setCurrentIndex(index);
+}
+
+void CounterPage::enter() {
+    readStores();
     showPolicy();
     showLines();
+    if (store_->count() == 0) showResult(moodName(ScanMood::Warned), kNoStore);
     scan_->setFocus();
 }
 
@@ -339,7 +392,8 @@ bool CounterPage::mayForget(const char* before) {
 
 void CounterPage::showPolicy() {
     policy_->setCurrentIndex(context_.host.settings().record().NegativeType);
-    policy_->setEnabled(context_.host.HavePermission(context_.host.UserInfo(), hpSettings, prEdit, false, false, ""));
+    const bool may = context_.host.HavePermission(context_.host.UserInfo(), hpSettings, prEdit, false, false, "");
+    enableUnless(*policy_, may ? QString() : notPermittedReason());
 }
 
 bool CounterPage::personIsKnown() {
@@ -356,7 +410,7 @@ void CounterPage::showPerson() {
     const RowSet found = rowsOf(context_.host.session(), "SELECT FullName FROM dbo.PerInf WHERE Code = ?", {code});
     QString name;
     if (code != 0 && found.rowCount() > 0) {
-        name = QString::fromStdString(textAt(found, 0, 0)).trimmed();
+        name = screenText(QString::fromStdString(textAt(found, 0, 0))).trimmed();
         if (name.isEmpty()) name = QStringLiteral("بی‌نام");
     }
     personName_->setText(name);
@@ -385,7 +439,7 @@ void CounterPage::offerPrices() {
                 ScanMood::Warned,
                 QStringLiteral(
                     "قیمت سطرها از نو گرفته شد. قیمت «%1» کمتر از صفر است و تا درست نشود فاکتور ثبت نمی‌شود.")
-                    .arg(QString::fromStdString(below->name)));
+                    .arg(screenText(QString::fromStdString(below->name))));
         return;
     }
     std::vector<Extended> kept;
@@ -404,7 +458,34 @@ void CounterPage::changeEvent(QEvent* event) {
     if (const QString sheet = pageStyle(); sheet != styleSheet()) setStyleSheet(sheet);
 }
 
+// A list that is open has the keys to itself, and what it does with them is to choose.
+bool CounterPage::endsScanIntoList(QObject* watched, QEvent& event) {
+    // The list chooses before the key press comes, when it is asked whether it wants the key for itself.
+    if (event.type() != QEvent::KeyPress && event.type() != QEvent::ShortcutOverride) return false;
+    const auto& key = static_cast<QKeyEvent&>(event);
+    const bool isEnter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    if (isEnter != (event.type() == QEvent::ShortcutOverride)) return false;
+    for (QComboBox* each : {store_, policy_, scaleType_}) {
+        if (each == nullptr || watched != each->view()) continue;
+        const auto typed = intoList_.endedBy(key, {});
+        if (!typed) return false;
+        each->hidePopup();
+        scan_->setFocus();
+        context_.handlers.guarded(this, [this, &typed] { scan(typed->text); });
+        return true;
+    }
+    return false;
+}
+
 bool CounterPage::eventFilter(QObject* watched, QEvent* event) {
+    if (endsScanIntoList(watched, *event)) return true;
+    if (qobject_cast<QAbstractItemView*>(watched) && watched != grid_) return false;
+    if (event->type() == QEvent::KeyPress && watched == scan_) {
+        const int key = static_cast<QKeyEvent&>(*event).key();
+        if (key != Qt::Key_Up && key != Qt::Key_Down) return false;
+        if (grid_->rowCount() > 0) choose(std::max(0, grid_->currentRow() + (key == Qt::Key_Up ? -1 : 1)));
+        return true;
+    }
     if (event->type() == QEvent::KeyPress) {
         auto& key = static_cast<QKeyEvent&>(*event);
         const bool plain = (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) == 0;
@@ -437,17 +518,25 @@ auto CounterPage::orReport(const QString& text, Work work) {
     }
 }
 
-void CounterPage::scan(const QString& typed) {
+void CounterPage::scan(const QString& typed, const ScanReport& before, const QString& ifRefused) {
     if (typed.trimmed().isEmpty()) return;
-    const std::size_t before = invoice_.lines().size();
-    const ScanReport done = orReport(QStringLiteral("بارکد %1 خوانده نشد.").arg(persianDigits(typed.trimmed())), [&] {
+    // The setting may have changed since the invoice before.
+    if (isEmpty()) invoice_.begin(context_.host.SettingRecord().CurrencyDecimals);
+    const std::vector<CounterLine> linesBefore = invoice_.lines();
+    const QString failed = QStringLiteral("بارکد %1 خوانده نشد.").arg(persianDigits(typed.trimmed()));
+    const ScanReport done = orReport((before.text + QLatin1Char(' ') + failed).trimmed(), [&] {
         return scanner_.scan(typed, {.person = person_->value(), .removing = removing_->isChecked()});
     });
     showPerson();
-    showLines();
     // What is done next, a tare for instance, is meant for what was just scanned.
-    if (invoice_.lines().size() > before) grid_->setCurrentCell(grid_->rowCount() - 1, 0);
-    report(done.mood, done.text);
+    const auto changed = firstDifference(linesBefore, invoice_.lines());
+    lastScanned_ = invoice_.lines().size() > linesBefore.size() ? *changed : -1;
+    showLines(changed);
+    // What did not go well is what has to be seen.
+    const bool isBetter = done.mood != ScanMood::Refused && before.mood == ScanMood::Refused;
+    const QString besides = done.mood == ScanMood::Refused ? ifRefused : QString();
+    report(isBetter ? ScanMood::Warned : done.mood,
+           (before.text + QLatin1Char(' ') + done.text + QLatin1Char(' ') + besides).trimmed());
     scan_->setFocus();
 }
 
@@ -461,38 +550,60 @@ void CounterPage::showResult(const QString& mood, const QString& text) {
 
 void CounterPage::report(ScanMood mood, const QString& text) {
     showResult(moodName(mood), text);
-    // One tone for what went well, two for what did not.
     if (!sound_->isChecked()) return;
-    QApplication::beep();
-    if (mood == ScanMood::Refused || mood == ScanMood::Warned) QApplication::beep();
+    onTone();
+    // Apart, or they sound as one.
+    if (mood == ScanMood::Refused || mood == ScanMood::Warned)
+        QTimer::singleShot(kBetweenTones, this, [this] { onTone(); });
 }
 
-void CounterPage::showLines() {
+void CounterPage::choose(int row) {
+    const int last = grid_->rowCount() - 1;
+    if (last < 0) return;
+    const int chosen = row < 0 ? last : std::min(row, last);
+    grid_->setCurrentCell(chosen, kNameColumn, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    grid_->scrollToItem(grid_->item(chosen, kNameColumn));
+}
+
+void CounterPage::showLines(std::optional<int> chosen) {
     const auto& lines = invoice_.lines();
+    const bool sameCount = grid_->rowCount() == static_cast<int>(lines.size());
+    const int before = grid_->currentRow();
+    const QSignalBlocker quiet(grid_);  // rows that go take the choice with them
     grid_->setRowCount(static_cast<int>(lines.size()));
     for (int row = 0; row < grid_->rowCount(); ++row) {
         const auto index = static_cast<std::size_t>(row);
         const CounterLine& line = lines[index];
         const QStringList cells = {persianDigits(QString::number(line.good)),
-                                   QString::fromStdString(line.name),
+                                   screenText(QString::fromStdString(line.name)),
                                    amountText(line.amount),
-                                   QString::fromStdString(line.unit),
+                                   screenText(QString::fromStdString(line.unit)),
                                    amountText(line.price),
                                    amountText(invoice_.lineTotal(index)),
                                    persianDigits(QString::fromStdString(line.scale))};
         for (int column = 0; column < cells.size(); ++column)
             grid_->setItem(row, column, new QTableWidgetItem(cells[column]));
         grid_->item(row, kNameColumn)->setToolTip(plainToolTip(cells[kNameColumn]));
+        grid_->setVerticalHeaderItem(row, new QTableWidgetItem(persianDigits(QString::number(row + 1))));
     }
-    if (!lines.empty() && grid_->currentRow() < 0) grid_->setCurrentCell(grid_->rowCount() - 1, 0);
+    if (chosen || !sameCount || chosenLines().empty()) choose(chosen.value_or(before));
     const Extended sum = scanner_.priceSum();
     priceSum_->setText(sum == 0 ? QString() : QStringLiteral("جمع بارکدهای مبلغی: %1").arg(amountText(sum)));
+    priceSum_->setVisible(sum != 0);
     total_->setText(QStringLiteral("جمع فاکتور: %1").arg(amountText(invoice_.total(sum))));
 }
 
-int CounterPage::currentLine() const {
-    const int row = grid_->currentRow();
-    return row >= 0 && static_cast<std::size_t>(row) < invoice_.lines().size() ? row : -1;
+std::optional<std::size_t> CounterPage::theLine() {
+    const std::set<int> rows = chosenLines();
+    if (rows.size() == 1) return static_cast<std::size_t>(*rows.begin());
+    report(ScanMood::Warned, rows.empty() ? QStringLiteral("فاکتور سطری ندارد.")
+                                          : QStringLiteral("%1 سطر برگزیده شده است؛ تنها یکی را برگزینید.")
+                                                .arg(persianDigits(QString::number(rows.size()))));
+    return std::nullopt;
+}
+
+QString CounterPage::placeOf(int row) const {
+    return QStringLiteral("سطر %1").arg(persianDigits(QString::number(row + 1)));
 }
 
 int CounterPage::store() const {
@@ -537,7 +648,13 @@ bool CounterPage::isReady() {
             QStringLiteral(
                 "فاکتور ثبت نشد؛ قیمت «%1» کمتر از صفر است. قیمت را در فهرست قیمت‌ها درست کنید یا سطر را "
                 "بردارید.")
-                .arg(QString::fromStdString(line.name)));
+                .arg(screenText(QString::fromStdString(line.name))));
+        return false;
+    }
+    // One may have been made since the page was shown.
+    if (store_->count() == 0) readStores();
+    if (store_->count() == 0) {
+        report(ScanMood::Refused, kNoStore);
         return false;
     }
     if (!context_.host.HavePermission(context_.host.UserInfo(), hpSales, prInsert, false, true, "")) {
@@ -550,11 +667,16 @@ bool CounterPage::isReady() {
 std::optional<int> CounterPage::post() {
     SaleTerms terms{.store = store(), .person = person_->value(), .negativeType = {}};
     if (policy_->isEnabled()) terms.negativeType = static_cast<std::uint8_t>(policy_->currentIndex());
-    const SaleOutcome outcome = sell(context_.host, calls_, invoice_, terms);
-    if (!outcome.number)
-        report(
-            ScanMood::Refused,
-            QStringLiteral("فاکتور ثبت نشد؛ %1").arg(shortageText(invoice_, QString::fromStdString(outcome.missing))));
+    // Read before the answer, and again afterwards: the stock may have moved meanwhile.
+    const auto lacking = [this](const std::string& codes) {
+        const std::string today = context_.host.NowDate("/");
+        return shortageText(invoice_, QString::fromStdString(codes), store_->currentText(),
+                            [&](int good) { return stockOn(context_.host.session(), good, store(), today); });
+    };
+    const SaleOutcome outcome = sell(context_.host, calls_, invoice_, terms, [&](const std::string& codes) {
+        showResult(moodName(ScanMood::Warned), lacking(codes));
+    });
+    if (!outcome.number) report(ScanMood::Refused, QStringLiteral("فاکتور ثبت نشد؛ %1").arg(lacking(outcome.missing)));
     return outcome.number;
 }
 
@@ -570,27 +692,77 @@ bool CounterPage::write() {
     return true;
 }
 
+void CounterPage::changeAmount() {
+    const auto chosen = theLine();
+    if (!chosen) return;
+    const int row = static_cast<int>(*chosen);
+    const CounterLine line = invoice_.lines()[*chosen];
+    const QString name = screenText(QString::fromStdString(line.name));
+    if (line.weighed) {
+        report(
+            ScanMood::Refused,
+            QStringLiteral(
+                "%1: «%2» را ترازو وزن کرده است و مقدار آن نوشته نمی‌شود؛ کالا را دوباره وزن کنید.")
+                .arg(placeOf(row), name));
+        return;
+    }
+    AmountDialog dialog(
+        placeOf(row), line, [this](const QString& typed) { return scanner_.knows(typed); }, this);
+    dialog.exec();
+    scan_->setFocus();
+    ScanReport done{ScanMood::Added, {}};
+    QString kept;
+    if (dialog.amount()) {
+        invoice_.setAmount(*chosen, *dialog.amount());
+        lastScanned_ = -1;
+        showLines(row);
+        done.text =
+            QStringLiteral("%1: مقدار «%2» شد %3.").arg(placeOf(row), name, amountText(*dialog.amount(), line.unit));
+    } else if (!dialog.dropped().isEmpty()) {
+        done = {ScanMood::Refused, QStringLiteral("%1: %2").arg(placeOf(row), dialog.dropped())};
+    } else {
+        // What was typed just before the scan may be part of it.
+        kept =
+            QStringLiteral("%1: مقدار «%2» همان %3 ماند.").arg(placeOf(row), name, amountText(line.amount, line.unit));
+    }
+    if (!dialog.scanned().isEmpty())
+        scan(dialog.scanned(), done, kept);
+    else if (!done.text.isEmpty())
+        report(done.mood, done.text);
+}
+
 void CounterPage::tare() {
-    const int row = currentLine();
-    if (row < 0) {
-        report(ScanMood::Warned, QStringLiteral("سطری انتخاب نشده است."));
+    const auto chosen = theLine();
+    if (!chosen) return;
+    const std::size_t index = *chosen;
+    if (const CounterLine& line = invoice_.lines()[index]; !line.weighed) {
+        report(
+            ScanMood::Refused,
+            QStringLiteral(
+                "«%1» به تعداد فروخته می‌شود، نه به وزن؛ وزن ظرف از آن کم نمی‌شود. سطر کالایی را "
+                "برگزینید که ترازو وزن کرده است.")
+                .arg(screenText(QString::fromStdString(line.name))));
         return;
     }
     const ModuleReply reply = calls_("Get_BoxesWeight", {{"Weight", 0}, {"Count", 0}});
     if (!reply.result.asBool()) return;
-    const auto index = static_cast<std::size_t>(row);
     const Extended tareWeight = reply["Weight"].asAmount() * static_cast<Extended>(reply["Count"].asInteger());
-    const Extended net = invoice_.lines()[index].amount - tareWeight;
+    const CounterLine line = invoice_.lines()[index];
+    const Extended net = asStored(line.amount - tareWeight);
+    const QString where = placeOf(static_cast<int>(index));
+    const QString name = screenText(QString::fromStdString(line.name));
+    const auto measured = [&line](Extended weight) { return amountText(weight, line.unit); };
     if (tareWeight < 0 || net <= 0) {
         report(ScanMood::Refused,
-               QStringLiteral("وزن ظرف‌ها (%1) با مقدار سطر نمی‌خواند.")
-                   .arg(amountText(tareWeight)));
+               QStringLiteral("%1: وزن ظرف‌ها (%2) با مقدار «%3» (%4) نمی‌خواند.")
+                   .arg(where, measured(tareWeight), name, measured(line.amount)));
         return;
     }
     invoice_.setAmount(index, net);
-    showLines();
-    report(ScanMood::Removed, QStringLiteral("وزن ظرف‌ها (%1) کم شد؛ وزن خالص %2.")
-                                  .arg(amountText(tareWeight), amountText(net)));
+    showLines(static_cast<int>(index));
+    report(ScanMood::Removed,
+           QStringLiteral("%1: وزن ظرف‌ها (%2) از «%3» کم شد؛ وزن خالص %4.")
+               .arg(where, measured(tareWeight), name, measured(net)));
 }
 
 std::set<int> CounterPage::chosenLines() const {
@@ -644,29 +816,39 @@ void CounterPage::reportNotSent(int sent, int asked, const std::string& program,
                                    .arg(persianDigits(QString::number(asked)), persianDigits(QString::number(sent)));
     const QString why = missing ? QStringLiteral("برنامهٔ «%1» پیدا نشد.") : QStringLiteral("برنامهٔ «%1» اجرا نشد.");
     report(ScanMood::Refused, what + QLatin1Char(' ') + why.arg(QString::fromStdString(program)));
-    context_.host.Messages().show(
-        {.operation = missing ? "MsgProgramMissing" : "MsgProgramFailed",
-         .kind = MessageKind::Error,
-         .arguments = {program, missing ? listed(result.searched) : fromTheLeft(result.reason)},
-         .form = this});
+    context_.host.Messages().show({.operation = missing ? "MsgProgramMissing" : "MsgProgramFailed",
+                                   .kind = MessageKind::Error,
+                                   .arguments = {program, missing ? listed(result.searched) : whyNotStarted(result)},
+                                   .form = this});
 }
 
 void CounterPage::removeLine() {
-    std::set<int> rows = chosenLines();
-    if (rows.empty() && currentLine() >= 0) rows = {currentLine()};
-    if (rows.empty()) return;
-    const QString count = QStringLiteral("%1 سطر").arg(persianDigits(QString::number(rows.size())));
+    const std::set<int> rows = chosenLines();
+    if (rows.empty()) {
+        report(ScanMood::Warned, QStringLiteral("فاکتور سطری ندارد."));
+        return;
+    }
+    const int first = *rows.begin();
+    const CounterLine& line = invoice_.lines()[static_cast<std::size_t>(first)];
+    const QString name = screenText(QString::fromStdString(line.name));
+    const QString amount = amountText(line.amount, line.unit);
+    const bool isOne = rows.size() == 1;
+    const QString what = isOne ? QStringLiteral("سطر (%1: «%2»)").arg(persianDigits(QString::number(first + 1)), name)
+                               : QStringLiteral("%1 سطر").arg(persianDigits(QString::number(rows.size())));
     const MessageRequest question{.operation = "MsgDeleteItem",
-                                  .arguments = {count.toStdString()},
+                                  .arguments = {what.toStdString()},
                                   .buttons = {TMessageButton::Yes, TMessageButton::No},
                                   .defaultButton = TMessageButton::No,
                                   .form = this};
-    if (rows.size() > 1 && context_.host.Messages().show(question) != mrYes) return;
+    // What one scan has brought can be scanned again; of other goods nobody has to know any more that they were there.
+    const bool isNewest = isOne && first == lastScanned_;
+    if (!isNewest && context_.host.Messages().show(question) != mrYes) return;
     for (auto row = rows.rbegin(); row != rows.rend(); ++row)
         invoice_.remove(static_cast<std::size_t>(*row));
-    showLines();
-    report(ScanMood::Removed,
-           rows.size() == 1 ? QStringLiteral("سطر حذف شد.") : QStringLiteral("%1 حذف شد.").arg(count));
+    lastScanned_ = -1;
+    showLines(first);
+    report(ScanMood::Removed, isOne ? QStringLiteral("%1: %2 «%3» حذف شد.").arg(placeOf(first), amount, name)
+                                    : QStringLiteral("%1 حذف شد.").arg(what));
 }
 
 void CounterPage::startNew() {
@@ -677,7 +859,7 @@ void CounterPage::startNew() {
 void CounterPage::clearInvoice() {
     invoice_.clear();
     scanner_.resetPriceSum();
-    grid_->setCurrentCell(-1, -1);
+    lastScanned_ = -1;
     showLines();
     showPolicy();
     person_->setValue(0);

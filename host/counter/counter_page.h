@@ -13,11 +13,13 @@
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTableWidget>
+#include <functional>
 #include <optional>
 #include <set>
 
 #include "host/counter/counter_scanner.h"
 #include "host/counter/person_input.h"
+#include "host/counter/scan_burst.h"
 #include "host/desktop/desktop_context.h"
 #include "host/desktop/shell_page.h"
 #include "host/screens/elided_label.h"
@@ -28,6 +30,10 @@ class CounterPage final : public ShellPage {
 public:
     explicit CounterPage(DesktopContext context, QWidget* parent = nullptr);
     ~CounterPage() override;
+
+    // Makes one tone; where the sound is wanted it is called once for what went well, and again after a moment for what
+    // did not. The workstation's beep until it is set; it must not be empty.
+    std::function<void()> onTone;
 
     void enter() override;
     // Asks about an invoice that is not saved; without it the invoice is forgotten.
@@ -45,7 +51,13 @@ private:
                            void (CounterPage::*work)());
 
     void scan();
-    void scan(const QString& typed);
+    // before: what was done just before, which is told together with the scan. ifRefused: what is told besides when
+    // nothing came of it.
+    void scan(const QString& typed, const ScanReport& before = {ScanMood::Added, {}}, const QString& ifRefused = {});
+    // Whether the key press ends a scan that has gone into the open list of a combo box; it is scanned then, and the
+    // choice stays what it was.
+    bool endsScanIntoList(QObject* watched, QEvent& event);
+    void readStores();
     void save();
     // False when the invoice is still there; what kept it is told.
     bool write();
@@ -65,6 +77,8 @@ private:
     // Lines have the price of whoever was named when they were scanned. When that is not the person of now and the
     // prices differ, the user is asked, once for each such person, whether they are to be taken anew.
     void offerPrices();
+    // The amount of the chosen line, when it is of pieces.
+    void changeAmount();
     void tare();
     void sendToScale();
     void reportNotSent(int sent, int asked, const std::string& program, const StartResult& result);
@@ -79,8 +93,15 @@ private:
     void showResult(const QString& mood, const QString& text);
     // In text, colour and, when it is wanted, sound.
     void report(ScanMood mood, const QString& text);
-    void showLines();
-    [[nodiscard]] int currentLine() const;
+    // With the line at that place chosen, or the last; without a place the choice stays where it is. While there are
+    // lines, one at least is chosen: what acts on lines acts on what is seen to be chosen.
+    void showLines(std::optional<int> chosen = std::nullopt);
+    // That line alone, and in sight; the last for a place behind it, and for none (-1).
+    void choose(int row);
+    // The one that is chosen; nullopt, and told, when it is not one.
+    [[nodiscard]] std::optional<std::size_t> theLine();
+    // As it is said, counted from 1.
+    [[nodiscard]] QString placeOf(int row) const;
     // By their place in the invoice.
     [[nodiscard]] std::set<int> chosenLines() const;
     [[nodiscard]] QString chosenCodes() const;
@@ -90,10 +111,12 @@ private:
     ModuleCalls calls_;
     CounterInvoice invoice_;
     CounterScanner scanner_;
+    int lastScanned_ = -1;  // the place of the line that the last scan alone has brought; -1 for none
     QLineEdit* scan_ = nullptr;
     QPushButton* removing_ = nullptr;
     QCheckBox* sound_ = nullptr;
     PersonInput* person_ = nullptr;
+    ScanBurst intoList_{kShortestScan, kShortestBarcode - 1};
     ElidedLabel* personName_ = nullptr;
     QComboBox* store_ = nullptr;
     QComboBox* policy_ = nullptr;

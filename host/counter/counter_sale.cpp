@@ -66,7 +66,8 @@ std::optional<int> attempt(ReferenceHost& host, ModuleCalls& calls, const Counte
 
 }  // namespace
 
-SaleOutcome sell(ReferenceHost& host, ModuleCalls& calls, const CounterInvoice& invoice, const SaleTerms& terms) {
+SaleOutcome sell(ReferenceHost& host, ModuleCalls& calls, const CounterInvoice& invoice, const SaleTerms& terms,
+                 const std::function<void(const std::string& codes)>& onShortage) {
     Agreed agreed;
     for (;;) {
         std::optional<MessageRequest> said;
@@ -77,6 +78,7 @@ SaleOutcome sell(ReferenceHost& host, ModuleCalls& calls, const CounterInvoice& 
             said = kept.request();
         }
         const std::string missing = calls("strMinusGoodCodes", {}).result.asText();
+        if (onShortage) onShortage(missing);
         const int answer = said ? host.Messages().show(*said) : mrNone;
         if (answer != mrYes) return {.number = std::nullopt, .missing = missing};
         agreed.push_back(said->arguments);

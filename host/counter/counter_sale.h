@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -27,8 +28,9 @@ struct SaleOutcome {
 
 // Nobody is asked, and nothing is shown, while the ledger is held: what the check has to say is shown behind it, and a
 // question that the user has agreed to is taken for answered when the check, made anew, asks it again. A failure passes
-// on and leaves nothing written.
+// on and leaves nothing written. onShortage is told the codes of the goods that lack before the user is told or asked.
 [[nodiscard]] SaleOutcome sell(ReferenceHost& host, ModuleCalls& calls, const CounterInvoice& invoice,
-                               const SaleTerms& terms);
+                               const SaleTerms& terms,
+                               const std::function<void(const std::string& codes)>& onShortage = {});
 
 }  // namespace basalt::host

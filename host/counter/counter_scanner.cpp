@@ -56,7 +56,7 @@ bool isDigits(const QString& code) {
 }
 
 QString inGuillemets(const std::string& name) {
-    return QStringLiteral("«%1»").arg(QString::fromStdString(name));
+    return QStringLiteral("«%1»").arg(screenText(QString::fromStdString(name)));
 }
 
 // Hears of equal totals for one scan; who heard of them before does so again afterwards.
@@ -78,10 +78,19 @@ private:
 
 }  // namespace
 
+bool fitsInvoice(Extended amount, Extended price) {
+    return !isTooMuch(amount) && !isTooMuch(price) && !isTooMuch(amount * price);
+}
+
 QString amountText(Extended amount) {
     static const DisplayFormat format("#,##0.#########;-#,##0.#########;0");
     const auto decimal = Decimal::fromExtended(amount, 9);
     return isolatedNumber(decimal ? format.text(*decimal) : FloatToStr_VRO(amount));
+}
+
+QString amountText(Extended amount, const std::string& unit) {
+    const QString name = screenText(QString::fromStdString(unit)).trimmed();
+    return name.isEmpty() ? amountText(amount) : amountText(amount) + QLatin1Char(' ') + name;
 }
 
 ScanReport CounterScanner::scan(const QString& typed, const ScanOptions& options) {
@@ -114,10 +123,27 @@ ScanReport CounterScanner::scan(const QString& typed, const ScanOptions& options
             return takePrice(sumBefore, options.removing);
         case bftTotalPrice:
             return equal ? ScanReport{ScanMood::Matched, QStringLiteral("جمع بارکد با جمع فاکتور برابر است.")}
-                         : ScanReport{ScanMood::Warned, QStringLiteral("جمع بارکد با جمع فاکتور برابر نیست.")};
+                         : otherTotal(code);
         default:
             return {ScanMood::Warned, QStringLiteral("این نوع بارکد در پیشخوان کاری ندارد.")};
     }
+}
+
+bool CounterScanner::knows(const QString& typed) {
+    const QString code = repairedScan(typed);
+    if (!isPlainCode(code)) return false;
+    try {
+        const auto layout = LayoutStore(host_.session()).firstFor(code);
+        return (layout && fits(*layout, code)) || goodOfBarcode(code) != 0;
+    } catch (const DatabaseError&) {
+        return false;  // what is wrong is told when it is scanned
+    }
+}
+
+int CounterScanner::goodOfBarcode(const QString& code) {
+    return static_cast<int>(
+        calls_("GetBarcode_Code", {{"Code", code.toStdString()}, {"ByAbbName", true}, {"ShowMessage", false}})
+            .result.asInteger());
 }
 
 ModuleReply CounterScanner::extract(int useType, const std::string& code, int person) {
@@ -137,9 +163,10 @@ std::optional<QString> CounterScanner::faultIn(const QString& code) {
     return std::nullopt;
 }
 
-// Digits do no harm in a statement.
+// Digits do no harm in a statement. But where a scale code is looked up, no characters at all are found between two
+// codes that stand side by side, !7!!8!, and any good that has two would be sold.
 std::optional<QString> CounterScanner::unsafeField(const QString& code) {
-    return isDigits(code) ? std::nullopt : faultIn(code);
+    return isDigits(code) && !host_.SettingRecord().FindGoodByScaleCode ? std::nullopt : faultIn(code);
 }
 
 std::optional<QString> CounterScanner::brokenPrefix() {
@@ -175,7 +202,29 @@ ScanReport CounterScanner::takeGood(const QString& code, const ScanOptions& opti
     }
     if (line.amount <= 0) return {ScanMood::Refused, QStringLiteral("وزن در بارکد صفر است؛ کالا را دوباره وزن کنید.")};
     if (data["BalanceNum"].asText() != "-1") line.scale = data["BalanceNum"].asText();
-    return takeLine(std::move(line), Parcel::Weighed, options.removing);
+    line.weighed = isWeighed(code, data["Weight"].asText());
+    return takeLine(std::move(line), options.removing);
+}
+
+// The module says one for a label without an amount, as a label that says one does.
+bool CounterScanner::isWeighed(const QString& code, const std::string& amount) {
+    if (amount != "1") return true;
+    const auto layout = LayoutStore(host_.session()).firstFor(code);
+    return !layout || layout->amountCount > 0;
+}
+
+ScanReport CounterScanner::otherTotal(const QString& code) {
+    const Extended own = total();
+    for (const BarcodeLayout& layout : LayoutStore(host_.session()).all()) {
+        if (layout.barCodeType != bftTotalPrice || !fits(layout, code)) continue;
+        const auto said = priceIn(layout, code);
+        if (!said) continue;
+        return {ScanMood::Warned,
+                QStringLiteral("بارکد %1 است و فاکتور %2؛ فاکتور %3 %4 است.")
+                    .arg(amountText(*said), amountText(own), amountText(own < *said ? *said - own : own - *said),
+                         own < *said ? QStringLiteral("کمتر") : QStringLiteral("بیشتر"))};
+    }
+    return {ScanMood::Warned, QStringLiteral("جمع فاکتور %1 است.").arg(amountText(own))};
 }
 
 ScanReport CounterScanner::takePrice(Extended sumBefore, bool removing) {
@@ -204,25 +253,23 @@ ScanReport CounterScanner::takePrice(Extended sumBefore, bool removing) {
 
 // Not of a scale: perhaps what the maker printed on the good.
 ScanReport CounterScanner::takeOwnBarcode(const QString& code, const ScanOptions& options) {
-    const auto good = static_cast<int>(
-        calls_("GetBarcode_Code", {{"Code", code.toStdString()}, {"ByAbbName", true}, {"ShowMessage", false}})
-            .result.asInteger());
+    const int good = goodOfBarcode(code);
     if (good == 0) return {ScanMood::Refused, QStringLiteral("بارکد %1 شناخته نشد.").arg(persianDigits(code))};
     CounterLine line;
     line.good = good;
     line.amount = 1;
     line.person = options.person;
-    return takeLine(std::move(line), Parcel::Piece, options.removing);
+    return takeLine(std::move(line), options.removing);
 }
 
-bool CounterScanner::describe(CounterLine& line, Parcel parcel) {
+bool CounterScanner::describe(CounterLine& line) {
     const ModuleReply reply = calls_("FillGoodInfo", {{"GoodCode", std::to_string(line.good)}});
     if (!reply.result.asBool()) return false;
     const Datum& info = reply["Info"];
     line.name = info["Name"].asText();
     line.unit = info["UnitName"].asText();
     // The label of a scale has its price, from the label or the good's price level, be it nothing.
-    if (parcel == Parcel::Piece) line.price = pieceFor(line.person, line.good, info["ConsumerPrice"].asAmount());
+    if (line.barcode.empty()) line.price = pieceFor(line.person, line.good, info["ConsumerPrice"].asAmount());
     return true;
 }
 
@@ -238,14 +285,27 @@ Extended CounterScanner::pieceFor(int person, int good, Extended consumerPrice) 
     return consumerPrice;
 }
 
-ScanReport CounterScanner::takeLine(CounterLine line, Parcel parcel, bool removing) {
-    if (!describe(line, parcel))
+ScanReport CounterScanner::notThere(const CounterLine& line) const {
+    const auto left = line.weighed ? std::nullopt : invoice_.piecesLike(line);
+    if (!left)
+        return {
+            ScanMood::Refused,
+            QStringLiteral("%1 %2 در فاکتور نیست.").arg(amountText(line.amount, line.unit), inGuillemets(line.name))};
+    return {
+        ScanMood::Refused,
+        QStringLiteral(
+            "از %1 تنها %2 مانده است و کمتر از یکی با اسکن کم نمی‌شود؛ سطر %3 را برگزینید و با \u2066F7\u2069 بردارید.")
+            .arg(inGuillemets(line.name), amountText(invoice_.lines()[*left].amount, line.unit),
+                 persianDigits(QString::number(*left + 1)))};
+}
+
+ScanReport CounterScanner::takeLine(CounterLine line, bool removing) {
+    if (!describe(line))
         return {ScanMood::Refused,
                 QStringLiteral("کالای %1 تعریف نشده است.").arg(persianDigits(QString::number(line.good)))};
-    if (isTooMuch(line.amount) || isTooMuch(line.price) || isTooMuch(line.amount * line.price)) return tooMuch();
+    if (!fitsInvoice(line.amount, line.price)) return tooMuch();
     const auto textOf = [](const CounterLine& each) {
-        return QStringLiteral("%1 %2 %3")
-            .arg(amountText(each.amount), QString::fromStdString(each.unit), inGuillemets(each.name));
+        return QStringLiteral("%1 %2").arg(amountText(each.amount, each.unit), inGuillemets(each.name));
     };
     const QString what = textOf(line);
     if (!removing && line.price < 0)
@@ -255,15 +315,19 @@ ScanReport CounterScanner::takeLine(CounterLine line, Parcel parcel, bool removi
                 "%1 افزوده نشد؛ قیمت آن کمتر از صفر است: %2. قیمت را در فهرست قیمت‌ها درست کنید.")
                 .arg(inGuillemets(line.name), amountText(line.price))};
     if (removing) {
-        const auto taken = parcel == Parcel::Piece ? invoice_.takePiece(line.good, line.price)
-                                                   : invoice_.takeParcel(line.good, line.amount, line.price);
-        if (!taken) return {ScanMood::Refused, QStringLiteral("%1 در فاکتور نیست.").arg(what)};
+        const auto taken =
+            line.weighed ? invoice_.takeParcel(line.good, line.amount, line.price) : invoice_.takePiece(line);
+        if (!taken) return notThere(line);
         return {ScanMood::Removed, QStringLiteral("%1 از فاکتور حذف شد.").arg(textOf(*taken))};
     }
     const bool hasPrice = line.price != 0;
+    const Extended together = invoice_.amountWith(line);
+    if (!fitsInvoice(together, line.price)) return tooMuch();
+    const QString now =
+        together == line.amount ? QString() : QStringLiteral("؛ اکنون %1").arg(amountText(together, line.unit));
     invoice_.add(std::move(line));
-    if (!hasPrice) return {ScanMood::Warned, QStringLiteral("%1 افزوده شد؛ قیمت آن صفر است.").arg(what)};
-    return {ScanMood::Added, QStringLiteral("%1 افزوده شد.").arg(what)};
+    if (!hasPrice) return {ScanMood::Warned, QStringLiteral("%1 افزوده شد%2؛ قیمت آن صفر است.").arg(what, now)};
+    return {ScanMood::Added, QStringLiteral("%1 افزوده شد%2.").arg(what, now)};
 }
 
 std::vector<Extended> CounterScanner::pricesFor(int person) {

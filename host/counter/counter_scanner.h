@@ -43,6 +43,9 @@ public:
     // refused, and so is taking off what is not there.
     ScanReport scan(const QString& typed, const ScanOptions& options);
 
+    // Whether a layout fits or a good has that barcode. Takes nothing, and leaves the module as it is.
+    [[nodiscard]] bool knows(const QString& typed);
+
     // What the lines cost that person, line by line: pieces, and scale labels without a price, are asked again where
     // they were priced for somebody else. Other lines keep theirs.
     [[nodiscard]] std::vector<Extended> pricesFor(int person);
@@ -59,18 +62,26 @@ private:
     // The sentence of what is wrong with the barcode or its layout, if that is known; else of the text.
     ScanReport refused(const QString& code, const QString& text);
     [[nodiscard]] std::optional<QString> faultIn(const QString& code);
-    // A barcode whose good's field has letters where a good is looked up by its code, told before a statement is made
-    // of it: "1E002" would find good 100, and "Unit" is a column.
+    // A barcode whose good's field would find a good that nobody meant, told before a statement is made of it: letters
+    // where a good is looked up by its code ("1E002" finds good 100, and "Unit" is a column), nothing where it is
+    // looked up by its scale code.
     [[nodiscard]] std::optional<QString> unsafeField(const QString& code);
     // A layout that keeps the server from finding any.
     [[nodiscard]] std::optional<QString> brokenPrefix();
+    // Of a barcode whose total is not the invoice's: the module has said that much, and here is what differs.
+    ScanReport otherTotal(const QString& code);
+    // The good that has the barcode of its maker; 0 for none. The code is plain.
+    [[nodiscard]] int goodOfBarcode(const QString& code);
     ScanReport takeOwnBarcode(const QString& code, const ScanOptions& options);
     // A barcode that the module has summed already; sumBefore is the sum without it.
     ScanReport takePrice(Extended sumBefore, bool removing);
-    enum class Parcel : std::uint8_t { Weighed, Piece };
-    ScanReport takeLine(CounterLine line, Parcel parcel, bool removing);
-    // Fills name and unit, and of a piece its person's price; false when there is no such good.
-    bool describe(CounterLine& line, Parcel parcel);
+    // Whether the label says how much it is of: one that does not stands on a piece.
+    [[nodiscard]] bool isWeighed(const QString& code, const std::string& amount);
+    ScanReport takeLine(CounterLine line, bool removing);
+    // Of a line that is not there to be taken off.
+    [[nodiscard]] ScanReport notThere(const CounterLine& line) const;
+    // Fills name and unit, and without a label its person's price; false when there is no such good.
+    bool describe(CounterLine& line);
     // What a label would get: the price of the level that the person is offered. A good without one has the price that
     // its maker says.
     [[nodiscard]] Extended pieceFor(int person, int good, Extended consumerPrice);
@@ -84,7 +95,12 @@ private:
     std::vector<Extended> prices_;
 };
 
+// Whether the ledger can hold that much of something at that price.
+[[nodiscard]] bool fitsInvoice(Extended amount, Extended price);
+
 // An amount as people read it: grouped by thousands, Persian digits.
 [[nodiscard]] QString amountText(Extended amount);
+// With its unit behind it, if it has one.
+[[nodiscard]] QString amountText(Extended amount, const std::string& unit);
 
 }  // namespace basalt::host

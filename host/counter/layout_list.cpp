@@ -28,10 +28,6 @@ QListWidgetItem* newLayoutRow(const BarcodeLayout& layout) {
     return row;
 }
 
-QSize LayoutRowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
-    return {0, QStyledItemDelegate::sizeHint(option, index).height()};
-}
-
 void LayoutRowDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
     QStyledItemDelegate::initStyleOption(option, index);
     if (!option->rect.isValid()) return;

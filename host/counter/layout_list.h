@@ -6,20 +6,18 @@
 #pragma once
 
 #include <QListWidgetItem>
-#include <QStyledItemDelegate>
 
 #include "host/counter/barcode_layout.h"
+#include "host/screens/elided_row.h"
 
 namespace basalt::host {
 
 // For the list to own. Its text is the whole row, and its tool tip too.
 [[nodiscard]] QListWidgetItem* newLayoutRow(const BarcodeLayout& layout);
 
-class LayoutRowDelegate final : public QStyledItemDelegate {
+class LayoutRowDelegate final : public ElidedRowDelegate {
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-    // As narrow as its list.
-    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    using ElidedRowDelegate::ElidedRowDelegate;
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;

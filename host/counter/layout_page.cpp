@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -11,6 +12,7 @@
 #include "ado/error.h"
 #include "host/counter/layout_list.h"
 #include "host/counter/scan_text.h"
+#include "host/screens/disabled_reason.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/persian_inputs.h"
 #include "host/screens/theme.h"
@@ -29,9 +31,12 @@ constexpr int kLongestPrefix = 20;
 constexpr int kLongestTitle = 50;
 constexpr int kMostGoods = 999'999'999;
 constexpr int kListWidth = 260;
+constexpr int kTryingWidth = 180;
 const QString kTitle = QStringLiteral("الگوهای بارکد ترازو");
 // The formatter would cut the sentence to pieces.
 // clang-format off
+// A mark that ends a line of a sentence reaches a little beyond its place.
+constexpr int kRoomForMarks = 3;  // pixels
 const QString kReadOnly = QStringLiteral("اجازهٔ تغییر این الگو را ندارید؛ می‌توانید آن را ببینید و با یک بارکد بیازمایید.");
 // clang-format on
 
@@ -130,6 +135,8 @@ LayoutPage::LayoutPage(DesktopContext context, QWidget* parent)
     readOnly_ = new QLabel(kReadOnly);
     readOnly_->setObjectName(QStringLiteral("ReadOnly_LBL"));
     readOnly_->setProperty("kind", QStringLiteral("hint"));
+    readOnly_->setWordWrap(true);
+    readOnly_->setMargin(kRoomForMarks);
     layout->addWidget(readOnly_);
     makeColumns(*layout);
     makeButtons(*layout);
@@ -140,11 +147,11 @@ LayoutPage::LayoutPage(DesktopContext context, QWidget* parent)
 }
 
 void LayoutPage::makeColumns(QBoxLayout& layout) {
-    // With a large font there is not room for all of them side by side, nor for all fields below each other.
-    auto* scroll = new QScrollArea;
-    scroll->setObjectName(QStringLiteral("Columns_PNL"));
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
+    // With a large font there is not room for all fields below each other.
+    scroll_ = new QScrollArea;
+    scroll_->setObjectName(QStringLiteral("Columns_PNL"));
+    scroll_->setFrameShape(QFrame::NoFrame);
+    scroll_->setWidgetResizable(true);
     auto* side = new QWidget;
     auto* columns = new QHBoxLayout(side);
     columns->setContentsMargins(0, 0, 0, 0);
@@ -158,12 +165,30 @@ void LayoutPage::makeColumns(QBoxLayout& layout) {
     columns->addWidget(list_);
     fields_ = new QWidget;
     makeFields(*new QFormLayout(fields_));
-    columns->addWidget(fields_, 1);
+    rest_ = new QHBoxLayout;
+    rest_->setSpacing(16);
+    rest_->addWidget(fields_, 1);
     auto* trying = new QVBoxLayout;
     makePreview(*trying);
-    columns->addLayout(trying, 1);
-    scroll->setWidget(side);
-    layout.addWidget(scroll, 1);
+    rest_->addLayout(trying, 1);
+    columns->addLayout(rest_, 1);
+    scroll_->setWidget(side);
+    layout.addWidget(scroll_, 1);
+}
+
+// The barcode for trying stands beside the fields, or above them where there is no room: it is typed into first.
+void LayoutPage::arrangeColumns() {
+    const QMargins margins = layout()->contentsMargins();
+    const int room = width() - margins.left() - margins.right() - scroll_->verticalScrollBar()->sizeHint().width();
+    const int needed = list_->width() + fields_->sizeHint().width() + themePixels(kTryingWidth) + 2 * rest_->spacing();
+    const bool isBeside = room >= needed;
+    rest_->setDirection(isBeside ? QBoxLayout::LeftToRight : QBoxLayout::BottomToTop);
+    rest_->setStretch(1, isBeside ? 1 : 0);
+}
+
+void LayoutPage::resizeEvent(QResizeEvent* event) {
+    ShellPage::resizeEvent(event);
+    arrangeColumns();
 }
 
 QSpinBox* LayoutPage::makeNumber(const QString& objectName, const QString& accessibleName, int BarcodeLayout::*field,
@@ -206,12 +231,17 @@ void LayoutPage::addPlace(QFormLayout& form, LayoutField field, const QString& n
 }
 
 void LayoutPage::makeFields(QFormLayout& form) {
-    const auto makeText = [this, &form](const char* name, const QString& title) {
+    const auto makeText = [this, &form](const char* name, const QString& title, auto take) {
         auto* input = new QLineEdit;
         input->setObjectName(QString::fromLatin1(name));
         input->setAccessibleName(title);
+        readFromRight(*input);
         form.addRow(title, input);
-        QObject::connect(input, &QLineEdit::textEdited, this, [this] { edited(); });
+        // What nobody touches stays as it is stored, be it that the input shows it otherwise.
+        QObject::connect(input, &QLineEdit::textEdited, this, [this, take](const QString& text) {
+            take(edited_, text);
+            edited();
+        });
         return input;
     };
     const auto addFlag = [this, &form](const char* name, const QString& title, auto isOn, auto setOn) {
@@ -223,8 +253,8 @@ void LayoutPage::makeFields(QFormLayout& form) {
         fill_.emplace_back([input, isOn](const BarcodeLayout& layout) { input->setChecked(isOn(layout)); });
     };
 
-    title_ = makeText("Title_EDT", QStringLiteral("عنوان"));
-    take_.emplace_back([name = title_](BarcodeLayout& layout) { layout.title = name->text().toStdString(); });
+    title_ = makeText("Title_EDT", QStringLiteral("عنوان"),
+                      [](BarcodeLayout& layout, const QString& text) { layout.title = text.toStdString(); });
     fill_.emplace_back([name = title_](const BarcodeLayout& layout) { name->setText(exactText(layout.title)); });
     auto* kind = new QComboBox;
     kind->setObjectName(QStringLiteral("BarCodeType_CMB"));
@@ -242,16 +272,13 @@ void LayoutPage::makeFields(QFormLayout& form) {
     goodName_->setTextFormat(Qt::PlainText);
     goodName_->setWordWrap(true);
     goodName_->setProperty("kind", QStringLiteral("hint"));
-    auto* prefix = prefix_ = makeText("ConstantCode_EDT", QStringLiteral("پیش‌شماره"));
-    prefix->setValidator(new PersianDigitsShown(prefix));
-    const auto shownPrefix = [](const BarcodeLayout& layout) {
-        return persianDigits(latinDigits(QString::fromStdString(layout.constantCode)));
-    };
-    take_.emplace_back([prefix, shownPrefix](BarcodeLayout& layout) {
-        // One that nobody touched stays as it is, whatever digits it has.
-        if (prefix->text() != shownPrefix(layout)) layout.constantCode = latinDigits(prefix->text()).toStdString();
+    prefix_ = makeText(
+        "ConstantCode_EDT", QStringLiteral("پیش‌شماره"),
+        [](BarcodeLayout& layout, const QString& text) { layout.constantCode = latinDigits(text).toStdString(); });
+    prefix_->setValidator(new PersianDigitsShown(prefix_));
+    fill_.emplace_back([prefix = prefix_](const BarcodeLayout& layout) {
+        prefix->setText(persianDigits(latinDigits(QString::fromStdString(layout.constantCode))));
     });
-    fill_.emplace_back([prefix, shownPrefix](const BarcodeLayout& layout) { prefix->setText(shownPrefix(layout)); });
     addPlace(form, LayoutField::Constant, QStringLiteral("Constant"), QStringLiteral("جای پیش‌شماره"),
              &BarcodeLayout::constantStart, &BarcodeLayout::constantCount);
     addNumber(form, "ItemConstantCode_EDT", QStringLiteral("کالای ثابت"), &BarcodeLayout::itemConstantCode, kMostGoods);
@@ -294,6 +321,7 @@ void LayoutPage::makePreview(QBoxLayout& layout) {
     sample_->setAccessibleName(title->text());
     sample_->setValidator(new PersianDigitsShown(sample_));
     sample_->setMaxLength(kLongestBarcode);
+    readFromRight(*sample_);
     layout.addWidget(sample_);
     preview_ = new QLabel;
     preview_->setObjectName(QStringLiteral("Preview_LBL"));
@@ -305,11 +333,13 @@ void LayoutPage::makePreview(QBoxLayout& layout) {
     problems_->setProperty("kind", QStringLiteral("problem"));
     problems_->setTextFormat(Qt::PlainText);
     problems_->setWordWrap(true);
+    problems_->setMargin(kRoomForMarks);
     layout.addWidget(problems_);
     sampleNote_ = new QLabel;
     sampleNote_->setObjectName(QStringLiteral("SampleNote_LBL"));
     sampleNote_->setTextFormat(Qt::PlainText);
     sampleNote_->setWordWrap(true);
+    sampleNote_->setMargin(kRoomForMarks);
     layout.addWidget(sampleNote_);
     layout.addStretch();
     QObject::connect(sample_, &QLineEdit::textChanged, this, [this] { refresh(); });
@@ -357,7 +387,11 @@ void LayoutPage::changeEvent(QEvent* event) {
 void LayoutPage::enter() {
     rights_ = {.insert = may(prInsert, false), .edit = may(prEdit, false), .remove = may(prDelete, false)};
     reload(stored_.id);
+    arrangeColumns();
     sample_->setFocus();
+    // Behind the layouting, which a page that has just come to the front has yet to go through.
+    QMetaObject::invokeMethod(
+        scroll_, [this] { scroll_->ensureWidgetVisible(sample_); }, Qt::QueuedConnection);
 }
 
 bool LayoutPage::mayLeave() {
@@ -426,7 +460,7 @@ void LayoutPage::showGood() {
     namedGood_ = edited_.itemConstantCode;
     const RowSet found = rowsOf(context_.host.session(), "SELECT Name FROM dbo.GoodInf WHERE Code = ?",
                                 {std::int64_t{edited_.itemConstantCode}});
-    goodName_->setText(found.rowCount() > 0 ? QString::fromStdString(textAt(found, 0, 0))
+    goodName_->setText(found.rowCount() > 0 ? screenText(QString::fromStdString(textAt(found, 0, 0)))
                                             : QStringLiteral("کالایی با این کد تعریف نشده است."));
     goodName_->setVisible(edited_.itemConstantCode > 0);
 }
@@ -439,12 +473,19 @@ void LayoutPage::refresh() {
     const bool begun = stored_.id != 0 || !(edited_ == stored_);
     problems_->setText(begun ? breakable(textOf(problemsOf(edited_, layouts_))) : QString());
     sampleNote_->setText(begun && !sample.isEmpty() ? breakable(noteOn(sample)) : QString());
+    // What says nothing takes no room from the fields.
+    for (QLabel* text : {preview_, problems_, sampleNote_})
+        text->setVisible(!text->text().isEmpty());
     const bool mayChange = stored_.id == 0 ? rights_.insert : rights_.edit;
-    fields_->setEnabled(mayChange);
+    const QString right = mayChange ? QString() : notPermittedReason();
+    enableUnless(*fields_, right);
     readOnly_->setVisible(!mayChange);
-    save_->setEnabled(mayChange && !(edited_ == stored_));
-    new_->setEnabled(rights_.insert);
-    remove_->setEnabled(rights_.remove && stored_.id != 0);
+    enableUnless(*save_, mayChange && edited_ == stored_ ? nothingChangedReason() : right);
+    enableUnless(*new_, rights_.insert ? QString() : notPermittedReason());
+    enableUnless(*remove_, !rights_.remove       ? notPermittedReason()
+                           : stored_.id != 0     ? QString()
+                           : list_->count() == 0 ? emptyListReason()
+                                                 : nothingChosenReason());
 }
 
 QString LayoutPage::noteOn(const QString& sample) const {
@@ -452,7 +493,7 @@ QString LayoutPage::noteOn(const QString& sample) const {
     const bool own = fits(edited_, sample);
     if (!own && isFoundFor(edited_, sample)) {
         notes << QStringLiteral(
-            "این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و کوچکی حرف‌ها یا فاصله فرق دارد.");
+            "این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و کوچکی حرف‌ها، خط رقم‌ها، فاصله یا نشانه‌ای ناپیدا فرق دارد.");
     } else if (!own && sample.size() != edited_.digitCount) {
         notes << QStringLiteral(
                      "این بارکد با این الگو نمی‌خواند؛ %1 رقم دارد، نه %2.")
@@ -478,7 +519,7 @@ QString LayoutPage::noteOn(const QString& sample) const {
     if (!hiding.isEmpty() && (own || !fitting.isEmpty()))
         notes
             << QStringLiteral(
-                   "الگوی %1 هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با آن فرق دارد؛ اگر "
+                   "الگوی %1 هم برای این بارکد پیدا می‌شود ولی پیش‌شماره‌اش حرف به حرف همان نیست؛ اگر "
                    "پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود.")
                    .arg(hiding.join(QStringLiteral("، ")));
     return notes.join(QLatin1Char('\n'));
@@ -512,7 +553,12 @@ bool LayoutPage::mayWrite() {
 }
 
 void LayoutPage::focusField(const LayoutProblem& problem) {
-    if (problem.field) counts_.at(*problem.field)->setFocus();
+    // A prefix of the wrong length or with other signs is written anew; its count is only wrong below nothing.
+    const bool isPrefix = problem.field == LayoutField::Constant && edited_.constantCount >= 0;
+    if (isPrefix)
+        prefix_->setFocus();
+    else if (problem.field)
+        counts_.at(*problem.field)->setFocus();
 }
 
 bool LayoutPage::areShortEnough() {

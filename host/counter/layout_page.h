@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSpinBox>
 #include <functional>
 #include <map>
@@ -33,10 +34,12 @@ public:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     // The list, the fields and the barcode for trying, side by side.
     void makeColumns(QBoxLayout& layout);
+    void arrangeColumns();
     void makeFields(QFormLayout& form);
     void makePreview(QBoxLayout& layout);
     void makeButtons(QBoxLayout& layout);
@@ -93,6 +96,8 @@ private:
     std::vector<std::function<void(BarcodeLayout&)>> take_;
     std::vector<std::function<void(const BarcodeLayout&)>> fill_;
     std::map<LayoutField, QSpinBox*> counts_;
+    QScrollArea* scroll_ = nullptr;
+    QBoxLayout* rest_ = nullptr;  // the fields and the barcode for trying
     QListWidget* list_ = nullptr;
     QWidget* fields_ = nullptr;
     QLabel* readOnly_ = nullptr;

@@ -92,6 +92,14 @@ std::vector<BarcodeLayout> LayoutStore::all() {
     return layoutsOf(session_, "ORDER BY DigitCount, ConstantCode, ID");
 }
 
+std::optional<BarcodeLayout> LayoutStore::firstFor(const QString& barcode) {
+    std::vector<BarcodeLayout> found =
+        layoutsOf(session_, "WHERE DigitCount = ? AND SUBSTRING(?, ConstantStart, ConstantCount) = ConstantCode",
+                  {valueOf(static_cast<int>(barcode.size())), Value(barcode.toStdString())});
+    if (found.empty()) return std::nullopt;
+    return std::move(found.front());
+}
+
 std::optional<BarcodeLayout> LayoutStore::held(int id) {
     std::vector<BarcodeLayout> found = layoutsOf(session_, "WITH (UPDLOCK, HOLDLOCK) WHERE ID = ?", {valueOf(id)});
     if (found.empty()) return std::nullopt;

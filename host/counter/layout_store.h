@@ -21,6 +21,9 @@ public:
 
     // By length, prefix and number.
     [[nodiscard]] std::vector<BarcodeLayout> all();
+    // The one by which the module reads that barcode, or finds that it does not fit to the letter: the server's first
+    // row, as the module asks for it.
+    [[nodiscard]] std::optional<BarcodeLayout> firstFor(const QString& barcode);
     // Gives the number that the new layout gets; its own is not looked at.
     int add(const BarcodeLayout& layout);
     // Writes the columns that differ, so that what other programs stored in the others stays. from is the layout as it

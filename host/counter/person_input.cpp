@@ -4,20 +4,11 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <algorithm>
-#include <utility>
 
 namespace basalt::host {
 
-namespace {
-
-// The shortest barcode that is printed on goods. Nobody types as many characters at this pace.
-constexpr qsizetype kShortestScan = 8;
-constexpr qint64 kMillisecondsEach = 60;
-constexpr qint64 kPause = 400;
-
-}  // namespace
-
-PersonInput::PersonInput(int most) {
+PersonInput::PersonInput(int most) : burst_(kShortestBarcode, QString::number(most).size()) {
+    burst_.knows = [this](const QString& text) { return knowsScan && knowsScan(text); };
     setRange(0, most);
 }
 
@@ -25,6 +16,13 @@ bool PersonInput::isTooLong() const {
     bool fits = false;
     const qlonglong code = latinDigits(text()).toLongLong(&fits);
     return !text().isEmpty() && (!fits || code > maximum());
+}
+
+int PersonInput::codeOf(const QString& text) const {
+    if (text.isEmpty()) return 0;
+    bool fits = false;
+    const int code = latinDigits(text).toInt(&fits);
+    return fits && code <= maximum() ? code : settled_;
 }
 
 QValidator::State PersonInput::validate(QString& text, int& cursor) const {
@@ -46,15 +44,15 @@ void PersonInput::refuse() {
 }
 
 void PersonInput::keyPressEvent(QKeyEvent* event) {
+    const auto scan = burst_.endedBy(*event, text());
+    if (scan && !(scan->maybeTyped && !burst_.knows(scan->text))) {
+        const int before = codeOf(scan->before);
+        setValue(before);
+        lineEdit()->setText(textFromValue(before));
+        if (onScan) onScan(scan->text);
+        return;
+    }
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        const bool fast = sinceFirst_.isValid() && sinceFirst_.elapsed() <= kMillisecondsEach * burst_.size();
-        const QString typed = std::exchange(burst_, {});
-        if (typed.size() >= kShortestScan && fast) {
-            setValue(before_);
-            lineEdit()->setText(textFromValue(before_));
-            if (onScan) onScan(typed);
-            return;
-        }
         if (isTooLong()) {
             refuse();
             return;
@@ -63,29 +61,17 @@ void PersonInput::keyPressEvent(QKeyEvent* event) {
         settled_ = value();
         return;
     }
-    const bool plain = (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) == 0;
-    if (plain && !event->text().isEmpty() && event->text()[0].isPrint()) {
-        if (burst_.isEmpty() || sinceLast_.elapsed() > kPause) {
-            burst_.clear();
-            before_ = isTooLong() ? settled_ : value();
-            sinceFirst_.start();
-        }
-        burst_ += event->text();
-        sinceLast_.start();
-    } else if (!event->text().isEmpty()) {
-        burst_.clear();  // a scanner corrects nothing
-    }
     PersianSpinBox::keyPressEvent(event);
 }
 
 void PersonInput::focusInEvent(QFocusEvent* event) {
     settled_ = value();
-    burst_.clear();
+    burst_.forget();
     PersianSpinBox::focusInEvent(event);
 }
 
 void PersonInput::focusOutEvent(QFocusEvent* event) {
-    burst_.clear();
+    burst_.forget();
     if (event->reason() != Qt::PopupFocusReason && isTooLong()) {
         refuse();
         const QSignalBlocker quiet(this);  // the code has not changed

@@ -4,9 +4,9 @@
 //   person->onTooLong = [this](const QString& typed) { ... };        // the same
 #pragma once
 
-#include <QElapsedTimer>
 #include <functional>
 
+#include "host/counter/scan_burst.h"
 #include "host/screens/persian_inputs.h"
 
 namespace basalt::host {
@@ -18,7 +18,9 @@ public:
 
     // Characters that came as fast as a scanner types them, up to Enter.
     std::function<void(const QString& typed)> onScan;
-    // More digits than a code has. They are taken whole or not at all.
+    // Whether a text is a barcode that means something.
+    std::function<bool(const QString& text)> knowsScan;
+    // More digits than a code has, and no barcode either. They are taken whole or not at all.
     std::function<void(const QString& typed)> onTooLong;
 
 protected:
@@ -29,13 +31,11 @@ protected:
 
 private:
     [[nodiscard]] bool isTooLong() const;
+    // The code that this text says; the one that stands when it is none.
+    [[nodiscard]] int codeOf(const QString& text) const;
     void refuse();
 
-    // What was typed without a pause, and the code before it.
-    QString burst_;
-    QElapsedTimer sinceFirst_;
-    QElapsedTimer sinceLast_;
-    int before_ = 0;
+    ScanBurst burst_;
     // The code that stands when what is being typed is none.
     int settled_ = 0;
 };

@@ -9,20 +9,27 @@ namespace basalt::host {
 
 namespace {
 
-const QHash<QChar, QChar>& keys() {
+const QHash<QChar, QChar>& letters() {
     static const QHash<QChar, QChar> map = [] {
         QHash<QChar, QChar> made;
         const QString persian = QStringLiteral("ضصثقفغعهخحشسیبلاتنمظطزرذدپيكک");
         const QString latin = QStringLiteral("qwertyuiopasdfghjklzxcvbnmd;;");
         for (qsizetype i = 0; i < persian.size(); ++i)
             made.insert(persian[i], latin[i]);
-        // Above 1 to 9 and 0.
-        const QString signs = QStringLiteral("!٬٫﷼٪×،*)(");
-        for (qsizetype i = 0; i < signs.size(); ++i)
-            made.insert(signs[i], QLatin1Char(static_cast<char>('0' + (i + 1) % 10)));
         return made;
     }();
     return map;
+}
+
+// Above the digits 1 to 9 and 0 of a Persian layout.
+const QString kSigns = QStringLiteral("!٬٫﷼٪×،*)(");
+
+// A scanner that shifts digits shifts all of them: beside a digit or a letter a sign is one of the barcode's own. And
+// what has ASCII signs alone may come from any layout, where they may stand above other digits.
+bool isOfShiftedDigits(const QString& text) {
+    const auto isSign = [](QChar c) { return kSigns.contains(c); };
+    const auto isPersian = [](QChar c) { return c.unicode() >= 0x80; };
+    return std::all_of(text.begin(), text.end(), isSign) && std::any_of(text.begin(), text.end(), isPersian);
 }
 
 bool isDirectionMark(QChar c) {
@@ -36,9 +43,11 @@ bool isDirectionMark(QChar c) {
 QString repairedScan(const QString& typed) {
     QString text = latinDigits(typed);
     text.removeIf(isDirectionMark);
+    text = text.trimmed();
+    const bool shifted = isOfShiftedDigits(text);
     for (QChar& c : text)
-        c = keys().value(c, c);
-    return text.trimmed();
+        c = shifted ? QChar(QLatin1Char(static_cast<char>('0' + (kSigns.indexOf(c) + 1) % 10))) : letters().value(c, c);
+    return text;
 }
 
 bool isPlainCode(const QString& text) {

@@ -3,6 +3,7 @@
 #include <QStringList>
 #include <algorithm>
 
+#include "host/counter/counter_scanner.h"
 #include "host/screens/persian_digits.h"
 
 namespace basalt::host {
@@ -11,34 +12,39 @@ namespace {
 
 constexpr qsizetype kMostNames = 3;
 
-QString nameOf(const CounterInvoice& invoice, const QString& code) {
-    const auto& lines = invoice.lines();
-    const auto line = std::find_if(lines.begin(), lines.end(),
-                                   [&](const CounterLine& each) { return QString::number(each.good) == code; });
-    return line == lines.end() ? persianDigits(code) : QStringLiteral("«%1»").arg(QString::fromStdString(line->name));
+QString lackOf(const CounterInvoice& invoice, const QString& code, const std::function<Extended(int good)>& stockOf) {
+    const int good = code.toInt();
+    Extended wanted = 0;
+    const CounterLine* found = nullptr;
+    for (const CounterLine& line : invoice.lines()) {
+        if (line.good != good) continue;
+        found = &line;
+        wanted += line.amount;
+    }
+    if (found == nullptr) return QStringLiteral("کالای %1").arg(persianDigits(code));
+    const Extended stock = stockOf(good);
+    const QString numbers = QStringLiteral("هست %1، خواسته %2").arg(amountText(stock), amountText(wanted, found->unit));
+    const QString later = stock < wanted ? QString() : QStringLiteral("؛ سندهای روزهای بعد به آن نیاز دارند");
+    return QStringLiteral("«%1» (%2%3)").arg(screenText(QString::fromStdString(found->name)), numbers, later);
 }
 
 // "a", "a و b", "a، b و c", "a، b، c و ۲ کالای دیگر"
-QString joined(QStringList names) {
-    const qsizetype more = names.size() - kMostNames;
-    if (more > 0) {
-        names.resize(kMostNames);
-        names << QStringLiteral("%1 کالای دیگر").arg(persianDigits(QString::number(more)));
-    }
-    const QString last = names.takeLast();
-    return names.isEmpty() ? last : names.join(QStringLiteral("، ")) + QStringLiteral(" و ") + last;
+QString joined(QStringList lacks, qsizetype more) {
+    if (more > 0) lacks << QStringLiteral("%1 کالای دیگر").arg(persianDigits(QString::number(more)));
+    const QString last = lacks.takeLast();
+    return lacks.isEmpty() ? last : lacks.join(QStringLiteral("، ")) + QStringLiteral(" و ") + last;
 }
 
 }  // namespace
 
-QString shortageText(const CounterInvoice& invoice, const QString& codes) {
-    QStringList names;
-    for (const QString& code : codes.split(QLatin1Char(','), Qt::SkipEmptyParts))
-        names << nameOf(invoice, code.trimmed());
-    if (names.isEmpty()) return QStringLiteral("موجودی کافی نیست.");
-    return (names.size() == 1 ? QStringLiteral("موجودی کالای %1 کافی نیست.")
-                              : QStringLiteral("موجودی کالاهای %1 کافی نیست."))
-        .arg(joined(names));
+QString shortageText(const CounterInvoice& invoice, const QString& codes, const QString& store,
+                     const std::function<Extended(int good)>& stockOf) {
+    const QStringList goods = codes.split(QLatin1Char(','), Qt::SkipEmptyParts);
+    if (goods.isEmpty()) return QStringLiteral("موجودی «%1» کافی نیست.").arg(store);
+    QStringList lacks;
+    for (const QString& code : goods.first(std::min(goods.size(), kMostNames)))
+        lacks << lackOf(invoice, code.trimmed(), stockOf);
+    return QStringLiteral("موجودی «%1» کافی نیست: %2.").arg(store, joined(lacks, goods.size() - lacks.size()));
 }
 
 }  // namespace basalt::host

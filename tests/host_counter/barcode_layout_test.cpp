@@ -202,6 +202,66 @@ TEST(BarcodeLayout, prefixesAreComparedAsTheServerDoes) {
     EXPECT_FALSE(mayBothFit(one, other));
 }
 
+TEST(BarcodeLayout, digitsOfOtherScriptsAndSignsWithoutWidthAreTheSameToTheServer) {
+    BarcodeLayout one = weightLayout();
+    for (const char* prefix : {"۲۸", "٢٨", "２８", "²⁸", "2\u200E8", "\u200C28", "۲8"}) {
+        BarcodeLayout other = weightLayout();
+        other.constantCode = prefix;
+        EXPECT_TRUE(isFoundFor(other, "2800057012505")) << prefix;
+        EXPECT_FALSE(isFoundFor(other, "2900057012505")) << prefix;
+        EXPECT_FALSE(fits(other, "2800057012505")) << prefix;
+        EXPECT_TRUE(mayBothFit(one, other)) << prefix;
+        EXPECT_TRUE(mayBothFit(other, one)) << prefix;
+        // A shorter prefix may be hidden too.
+        other.constantCode = "۲";
+        other.constantCount = 1;
+        EXPECT_TRUE(mayBothFit(one, other)) << prefix;
+    }
+    one.constantCode = "۲۹";
+    EXPECT_FALSE(mayBothFit(one, weightLayout()));
+    one.constantCode = "2\u03028";  // an accent
+    EXPECT_FALSE(mayBothFit(one, weightLayout()));
+}
+
+TEST(BarcodeLayout, whatHidesAnotherIsToldFromWhatReadsTheSame) {
+    BarcodeLayout other = weightLayout();
+    other.id = 2;
+    other.title = "دیگری";
+    for (const char* prefix : {"۲۸", "2\u200E8"}) {
+        other.constantCode = prefix;
+        EXPECT_THAT(
+            problems(weightLayout(), {other}),
+            ElementsAre(
+                "سرور پیش‌شمارهٔ «دیگری» را از پیش‌شمارهٔ این الگو بازنمی‌شناسد؛ از این دو هر کدام زودتر پیدا شود، "
+                "بارکدهای دیگری خوانده نمی‌شوند."));
+    }
+    BarcodeLayout lettered = weightLayout();
+    lettered.constantCode = "ab";
+    other.constantCode = "AB";
+    EXPECT_THAT(
+        problems(lettered, {other}),
+        ElementsAre(
+            "سرور پیش‌شمارهٔ «دیگری» را از پیش‌شمارهٔ این الگو بازنمی‌شناسد؛ از این دو هر کدام زودتر پیدا شود، "
+            "بارکدهای دیگری خوانده نمی‌شوند."));
+}
+
+TEST(BarcodeLayout, aPrefixThatNoScanCanHaveIsSaid) {
+    const std::string text =
+        "پیش‌شماره نویسه‌ای جز رقم و حرف لاتین دارد و هیچ بارکدی با آن خوانده نمی‌شود؛ آن را پاک کنید و از نو بنویسید.";
+    BarcodeLayout layout = weightLayout();
+    for (const char* prefix : {"۲۸", "２８", "2-", "2 ", "آب", "é8"}) {
+        layout.constantCode = prefix;
+        EXPECT_THAT(problems(layout), ElementsAre(text)) << prefix;
+        EXPECT_TRUE(problemsOf(layout, {})[0].isHopeless) << prefix;
+        EXPECT_EQ(problemsOf(layout, {})[0].field, LayoutField::Constant) << prefix;
+    }
+    layout.constantCode = "aB";
+    EXPECT_THAT(problems(layout), IsEmpty());
+    layout.constantCode = "";
+    layout.constantCount = 0;
+    EXPECT_THAT(problems(layout), IsEmpty());
+}
+
 TEST(BarcodeLayout, aLayoutWithoutATitleHasANameInSentences) {
     BarcodeLayout other = weightLayout();
     other.id = 2;

@@ -13,6 +13,13 @@ CounterLine line(int good, Extended amount, Extended price) {
 CounterLine parcel(int good, Extended amount, Extended price) {
     CounterLine made = line(good, amount, price);
     made.barcode = "2800057012505";
+    made.weighed = true;
+    return made;
+}
+
+CounterLine labelled(int good, Extended price, const char* barcode) {
+    CounterLine made = line(good, 1, price);
+    made.barcode = barcode;
     return made;
 }
 
@@ -46,6 +53,79 @@ TEST(CounterInvoice, takesOffTheParcelOfThePriceOrTheLastOfTheAmount) {
     EXPECT_EQ(invoice.lines()[1].price, 300.0L);
 }
 
+// In binary, three times 0.45 is a little less than 1.35.
+TEST(CounterInvoice, whatTheLedgerDoesNotHaveIsNothing) {
+    EXPECT_EQ(asStored(1.35L - 3 * 0.45L), 0.0L);
+    EXPECT_EQ(asStored(0.000'000'001L), 0.000'000'001L);
+    CounterInvoice invoice(0);
+    invoice.add(line(57, 1, 100));
+    invoice.setAmount(0, 1.000'000'000'49L);
+    EXPECT_TRUE(invoice.takePiece(line(57, 1, 100)));
+    EXPECT_TRUE(invoice.lines().empty());
+}
+
+TEST(CounterInvoice, piecesThatComeToCostTheSameAreOneLine) {
+    CounterInvoice invoice(0);
+    invoice.add(line(57, 2, 100));
+    invoice.add(parcel(57, 1.25L, 100));
+    invoice.add(line(57, 3, 70));
+    invoice.setPrices({90, 90, 90}, 12);
+    ASSERT_EQ(invoice.lines().size(), 2U);
+    EXPECT_EQ(invoice.lines()[0].amount, 5.0L);
+    EXPECT_EQ(invoice.lines()[0].scanned, 5.0L);
+    EXPECT_EQ(invoice.lines()[0].person, 12);
+    EXPECT_EQ(invoice.lines()[1].amount, 1.25L);
+    EXPECT_EQ(invoice.lines()[1].scanned, 1.25L);
+}
+
+TEST(CounterInvoice, labelsOfPiecesAreOneLineWhereTheyAreTheSame) {
+    CounterInvoice invoice(0);
+    invoice.add(labelled(57, 100, "2100057"));
+    invoice.add(line(57, 1, 100));
+    invoice.add(labelled(57, 100, "2100057"));
+    invoice.add(labelled(57, 100, "2200057"));
+    invoice.add(labelled(57, 90, "2100057"));
+    ASSERT_EQ(invoice.lines().size(), 4U);
+    EXPECT_EQ(invoice.lines()[0].amount, 2.0L);
+    EXPECT_EQ(invoice.lines()[1].amount, 1.0L);
+    EXPECT_EQ(invoice.amountWith(labelled(57, 100, "2100057")), 3.0L);
+    EXPECT_FALSE(invoice.takeParcel(57, 1, 100));
+    EXPECT_EQ(invoice.piecesLike(labelled(57, 1, "2100057")), 3U);
+    EXPECT_EQ(invoice.piecesLike(line(57, 1, 1)), 1U);
+    EXPECT_EQ(invoice.piecesLike(labelled(57, 100, "2300057")), std::nullopt);
+    EXPECT_EQ(invoice.piecesLike(line(58, 1, 100)), std::nullopt);
+}
+
+TEST(CounterInvoice, whatCameWithALabelGoesWithItAlone) {
+    CounterInvoice invoice(0);
+    invoice.add(labelled(57, 100, "2100057"));
+    invoice.add(labelled(57, 100, "2100057"));
+    invoice.add(line(57, 2, 100));
+    invoice.add(labelled(57, 90, "2200057"));
+    EXPECT_FALSE(invoice.takePiece(labelled(57, 100, "2300057")));
+    ASSERT_TRUE(invoice.takePiece(line(57, 1, 90)));
+    EXPECT_EQ(invoice.lines()[1].amount, 1.0L);
+    ASSERT_TRUE(invoice.takePiece(line(57, 1, 90)));
+    EXPECT_FALSE(invoice.takePiece(line(57, 1, 90)));
+    // At another price, if it has come to cost that meanwhile.
+    ASSERT_TRUE(invoice.takePiece(labelled(57, 120, "2100057")));
+    EXPECT_EQ(invoice.lines()[0].amount, 1.0L);
+    ASSERT_TRUE(invoice.takePiece(labelled(57, 100, "2100057")));
+    EXPECT_FALSE(invoice.takePiece(labelled(57, 100, "2100057")));
+    ASSERT_EQ(invoice.lines().size(), 1U);
+    EXPECT_EQ(invoice.lines()[0].price, 90.0L);
+}
+
+TEST(CounterInvoice, theNextOneMayCountMoneyOtherwise) {
+    CounterInvoice invoice(0);
+    invoice.add(line(57, 1.25L, 12501));
+    EXPECT_EQ(invoice.total(), 15626.0L);
+    invoice.begin(2);
+    EXPECT_TRUE(invoice.lines().empty());
+    invoice.add(line(57, 1.25L, 12501));
+    EXPECT_EQ(invoice.total(), 15626.25L);
+}
+
 TEST(CounterInvoice, cutsNoOtherParcel) {
     CounterInvoice invoice(0);
     invoice.add(parcel(57, 0.55L, 100));
@@ -58,9 +138,9 @@ TEST(CounterInvoice, piecesAreNotCutFromParcelsNorParcelsTakenForPieces) {
     CounterInvoice invoice(0);
     invoice.add(parcel(57, 1.25L, 100));
     invoice.add(parcel(57, 1, 100));
-    EXPECT_FALSE(invoice.takePiece(57, 100));
+    EXPECT_FALSE(invoice.takePiece(line(57, 1, 100)));
     invoice.add(line(57, 1, 200));
-    EXPECT_EQ(invoice.takePiece(57, 100).value().price, 200.0L);
+    EXPECT_EQ(invoice.takePiece(line(57, 1, 100)).value().price, 200.0L);
     invoice.add(line(57, 1.25L, 200));
     EXPECT_EQ(invoice.takeParcel(57, 1.25L, 200).value().price, 100.0L);
     EXPECT_FALSE(invoice.takeParcel(57, 1.25L, 200));
@@ -82,12 +162,35 @@ TEST(CounterInvoice, takesPiecesOfALargerLine) {
     CounterInvoice invoice(0);
     invoice.add(line(57, 3, 100));
     invoice.add(line(57, 1, 200));
-    ASSERT_EQ(invoice.takePiece(57, 200).value().price, 200.0L);
-    const auto taken = invoice.takePiece(57, 200);
+    ASSERT_EQ(invoice.takePiece(line(57, 1, 200)).value().price, 200.0L);
+    const auto taken = invoice.takePiece(line(57, 1, 200));
     ASSERT_TRUE(taken);
     EXPECT_EQ(taken->amount, 1.0L);
     ASSERT_EQ(invoice.lines().size(), 1U);
     EXPECT_EQ(invoice.lines()[0].amount, 2.0L);
+}
+
+TEST(CounterInvoice, countsEqualPiecesInOneLine) {
+    CounterInvoice invoice(0);
+    invoice.add(line(57, 1, 100));
+    invoice.add(line(58, 1, 100));
+    invoice.add(parcel(57, 1, 100));
+    CounterLine more = line(57, 1, 100);
+    more.person = 12;
+    EXPECT_EQ(invoice.amountWith(more), 2.0L);
+    invoice.add(more);
+    EXPECT_EQ(invoice.amountWith(line(57, 1, 90)), 1.0L);
+    invoice.add(line(57, 1, 90));
+    EXPECT_EQ(invoice.amountWith(parcel(57, 1, 100)), 1.0L);
+    ASSERT_EQ(invoice.lines().size(), 4U);
+    EXPECT_EQ(invoice.lines()[0].amount, 2.0L);
+    EXPECT_EQ(invoice.lines()[0].person, 12);
+    EXPECT_EQ(invoice.lines()[2].amount, 1.0L);
+    EXPECT_EQ(invoice.lines()[3].price, 90.0L);
+    invoice.setAmount(3, 0.5L);
+    ASSERT_TRUE(invoice.takePiece(line(57, 1, 90)));  // half of a piece is none
+    EXPECT_EQ(invoice.lines()[0].amount, 1.0L);
+    EXPECT_EQ(invoice.lines()[3].amount, 0.5L);
 }
 
 TEST(CounterInvoice, hasNothingToTakeOff) {
@@ -95,7 +198,7 @@ TEST(CounterInvoice, hasNothingToTakeOff) {
     invoice.add(line(57, 1, 100));
     EXPECT_FALSE(invoice.takeParcel(58, 1, 100));
     EXPECT_FALSE(invoice.takeParcel(57, 2, 100));
-    EXPECT_FALSE(invoice.takePiece(58, 100));
+    EXPECT_FALSE(invoice.takePiece(line(58, 1, 100)));
     EXPECT_EQ(invoice.lines().size(), 1U);
 }
 

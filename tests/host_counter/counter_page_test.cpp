@@ -11,6 +11,7 @@
 #include "host/screens/theme.h"
 #include "host/services/sql_access.h"
 #include "tests/host_desktop/desktop_test.h"
+#include "tests/support/wheel.h"
 
 namespace basalt::host {
 namespace {
@@ -59,6 +60,13 @@ protected:
             texts.push_back((grid.item(row, 0)->text() + "|" + grid.item(row, 2)->text()).toStdString());
         return texts;
     }
+    // The places of the lines that are highlighted.
+    [[nodiscard]] std::vector<int> chosen() const {
+        std::vector<int> rows;
+        for (const QModelIndex& index : control<QTableWidget>(*page, "Lines_GRD").selectionModel()->selectedRows())
+            rows.push_back(index.row());
+        return rows;
+    }
     void policy(int value) {
         auto& combo = control<QComboBox>(*page, "Policy_CMB");
         combo.setCurrentIndex(value);
@@ -76,11 +84,14 @@ TEST_F(Counter, itsButtonsKeepTheirKeysWithALargeFont) {
     setThemeFontSize(16);
     page->resize(700, 600);
     QApplication::processEvents();
-    for (const char* name : {"Save_BTN", "Tare_BTN", "RemoveLine_BTN", "Clear_BTN", "SendToScale_BTN"}) {
+    for (const char* name : {"Save_BTN", "Amount_BTN", "Tare_BTN", "RemoveLine_BTN", "Clear_BTN", "SendToScale_BTN"}) {
         const QWidget& button = control(*page, name);
         EXPECT_GE(button.width(), button.sizeHint().width()) << name;
-        EXPECT_TRUE(page->rect().contains(button.geometry())) << name;
+        EXPECT_TRUE(page->rect().contains(QRect(button.mapTo(page.get(), QPoint()), button.size()))) << name;
     }
+    // The choice belongs to its button.
+    const auto top = [this](const char* name) { return control(*page, name).mapTo(page.get(), QPoint()).y(); };
+    EXPECT_LT(std::abs(top("ScaleType_CMB") - top("SendToScale_BTN")), control(*page, "SendToScale_BTN").height());
     setThemeFontSize(10);
 }
 
@@ -274,6 +285,24 @@ TEST_F(LettersInAGoodsField, areAScaleCodeWhereGoodsAreFoundByThese) {
     EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵"));
 }
 
+// Between two scale codes side by side stand two marks with nothing in between, which no field at all would find.
+TEST_F(LettersInAGoodsField, aFieldOutsideOfTheBarcodeIsNoScaleCode) {
+    execute(*session, "UPDATE dbo.GoodInf SET AbbName = N'!71!!72!' WHERE Code = 105");
+    execute(*session,
+            "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, "
+            "BarCodeType, ItemCodeType, ItemCodeStart, ItemCodeCount, AmountStart, AmountCount) VALUES "
+            "(N'بیرون', 13, 1, 2, N'31', 1, 2, 14, 5, 8, 5), (N'درون', 13, 1, 2, N'35', 1, 2, 6, 2, 8, 5)");
+    findByScaleCode(true);
+    scan("3100105012507");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"),
+              "الگوی «بیرون» در این بارکد جایی برای «کالا» ندارد. جای آن را در صفحهٔ الگوهای بارکد درست کنید.");
+    EXPECT_TRUE(takeMessages().empty());
+    EXPECT_TRUE(lines().empty());
+    scan("3500071012507");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٬۲۵۰"));
+}
+
 TEST_F(Counter, aScaleCodeThatNoGoodBearsIsToldByItsBarcode) {
     scan("27999990101250012345");
     EXPECT_EQ(mood(), "refused");
@@ -406,6 +435,11 @@ TEST_F(Counter, aTotalIsComparedWithTheInvoice) {
     scan("2500000125015");
     EXPECT_EQ(mood(), "warned");
     EXPECT_EQ(takeMessages().size(), 1U);  // the module's own note
+    EXPECT_EQ(shown(*page, "Result_LBL"), "بارکد ۱۲٬۵۰۱ است و فاکتور ۱۲٬۵۰۰؛ فاکتور ۱ کمتر است.");
+    scan("2900000125005");
+    scan("2500000125015");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "بارکد ۱۲٬۵۰۱ است و فاکتور ۲۵٬۰۰۰؛ فاکتور ۱۲٬۴۹۹ بیشتر است.");
+    EXPECT_EQ(takeMessages().size(), 1U);
 }
 
 TEST_F(Counter, whoHeardOfEqualTotalsStillDoes) {
@@ -746,15 +780,22 @@ TEST_F(Counter, aRefusalNamesTheGoods) {
     policy(0);
     scan("2800105012507");
     click(*page, "Save_BTN");
-    EXPECT_EQ(shown(*page, "Result_LBL"), "فاکتور ثبت نشد؛ موجودی کالای «موز درجه یک» کافی نیست.");
+    const std::string where = control<QComboBox>(*page, "Store_CMB").currentText().toStdString();
+    EXPECT_EQ(shown(*page, "Result_LBL"),
+              "فاکتور ثبت نشد؛ موجودی «" + where + "» کافی نیست: «موز درجه یک» (هست ۰، خواسته ۱٫۲۵ کیلوگرم).");
     scan("2800098002507");
     click(*page, "Save_BTN");
-    EXPECT_EQ(shown(*page, "Result_LBL"), "فاکتور ثبت نشد؛ موجودی کالاهای «سیب سبز ترش» و «موز درجه یک» کافی نیست.");
+    EXPECT_EQ(shown(*page, "Result_LBL"),
+              "فاکتور ثبت نشد؛ موجودی «" + where +
+                  "» کافی نیست: «سیب سبز ترش» (هست ۰، خواسته ۰٫۲۵ کیلوگرم) و «موز درجه یک» (هست ۰، خواسته ۱٫۲۵ "
+                  "کیلوگرم).");
     scan("6267311001001");
     const std::string third = control<QTableWidget>(*page, "Lines_GRD").item(2, 1)->text().toStdString();
+    const std::string unit = control<QTableWidget>(*page, "Lines_GRD").item(2, 3)->text().toStdString();
     click(*page, "Save_BTN");
     EXPECT_EQ(shown(*page, "Result_LBL"),
-              "فاکتور ثبت نشد؛ موجودی کالاهای «" + third + "»، «سیب سبز ترش» و «موز درجه یک» کافی نیست.");
+              "فاکتور ثبت نشد؛ موجودی «" + where + "» کافی نیست: «" + third + "» (هست ۰، خواسته ۱ " + unit +
+                  ")، «سیب سبز ترش» (هست ۰، خواسته ۰٫۲۵ کیلوگرم) و «موز درجه یک» (هست ۰، خواسته ۱٫۲۵ کیلوگرم).");
     EXPECT_EQ(takeMessages().size(), 3U);
 }
 
@@ -906,6 +947,14 @@ TEST_F(Counter, aPriceBelowZeroIsNotSold) {
     EXPECT_TRUE(lines().empty());
 }
 
+TEST_F(Counter, numbersInNamesHaveTheDigitsOfTheScreen) {
+    execute(*session, "UPDATE dbo.GoodInf SET Name = N'شیر 3 درصد A4' WHERE Code = 105");
+    scan("2800105012507");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "۱٫۲۵ کیلوگرم «شیر ۳ درصد A4» افزوده شد.");
+    const QTableWidgetItem& name = *control<QTableWidget>(*page, "Lines_GRD").item(0, 1);
+    EXPECT_EQ(name.text().toStdString(), "شیر ۳ درصد A4");
+}
+
 TEST_F(Counter, aNameThatLooksLikeMarkupIsShownAsItIs) {
     execute(*session, "UPDATE dbo.GoodInf SET Name = N'<b>موز</b> & شیر' WHERE Code = 105");
     scan("2800105012507");
@@ -965,7 +1014,8 @@ TEST_F(CounterPrices, aPieceHasThePriceOfItsLevelAsALabelHas) {
     name("12");
     EXPECT_THAT(prices(), ElementsAre("۷۰۰", "۷۰۰"));
     scan("6262620010508");
-    EXPECT_THAT(prices(), ElementsAre("۷۰۰", "۷۰۰", "۷۰۰"));
+    EXPECT_THAT(prices(), ElementsAre("۷۰۰", "۷۰۰"));
+    EXPECT_EQ(lines().front(), "۱۰۵|۲");
     EXPECT_EQ(takeMessages().size(), 1U);
     click(*page, "Removing_BTN");
     scan("6262620010508");
@@ -979,7 +1029,8 @@ TEST_F(CounterPrices, aPieceWithoutALevelsPriceHasTheConsumers) {
     scan("6262620010508");
     execute(*session, "DELETE FROM dbo.GoodCostDiscount WHERE GoodCode = 105");
     scan("6262620010508");
-    EXPECT_THAT(prices(), ElementsAre("۵٬۰۰۰", "۵٬۰۰۰"));
+    EXPECT_THAT(prices(), ElementsAre("۵٬۰۰۰"));
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۲"));
     EXPECT_EQ(mood(), "added");
 }
 
@@ -1108,6 +1159,168 @@ TEST_F(Counter, boxesAreTakenOffTheWeight) {
     EXPECT_TRUE(lines().empty());
 }
 
+TEST_F(Counter, boxesAreNotTakenOffWhatIsCounted) {
+    scan("2800105012507");
+    scan("6267311001001");
+    click(*page, "Tare_BTN");  // no dialog, which nobody would close
+    EXPECT_EQ(mood(), "refused");
+    const QString name = control<QTableWidget>(*page, "Lines_GRD").item(1, 1)->text();
+    EXPECT_EQ(
+        shown(*page, "Result_LBL"),
+        "«" + name.toStdString() +
+            "» به تعداد فروخته می‌شود، نه به وزن؛ وزن ظرف از آن کم نمی‌شود. سطر کالایی را برگزینید که "
+            "ترازو وزن کرده است.");
+    EXPECT_EQ(lines().back().substr(lines().back().find('|')), "|۱");
+    click(*page, "Removing_BTN");
+    scan("6267311001001");
+    EXPECT_EQ(mood(), "removed");
+    EXPECT_EQ(lines().size(), 1U);
+}
+
+TEST_F(Counter, equalPiecesAreOneLine) {
+    scan("6267311001001");
+    scan("2800105012507");
+    scan("6267311001001");
+    scan("6267311001001");
+    scan("2800105012507");
+    EXPECT_THAT(lines(), ElementsAre("۱|۳", "۱۰۵|۱٫۲۵", "۱۰۵|۱٫۲۵"));
+    scan("6267311001001");
+    EXPECT_THAT(chosen(), ElementsAre(0));
+    const auto& grid = control<QTableWidget>(*page, "Lines_GRD");
+    const std::string name = grid.item(0, 1)->text().toStdString();
+    const std::string unit = grid.item(0, 3)->text().toStdString();
+    EXPECT_EQ(shown(*page, "Result_LBL"), "۱ " + unit + " «" + name + "» افزوده شد؛ اکنون ۴ " + unit + ".");
+    click(*page, "Removing_BTN");
+    scan("6267311001001");
+    EXPECT_THAT(lines(), ElementsAre("۱|۳", "۱۰۵|۱٫۲۵", "۱۰۵|۱٫۲۵"));
+    EXPECT_EQ(shown(*page, "Result_LBL"), "۱ " + unit + " «" + name + "» از فاکتور حذف شد.");
+    EXPECT_THAT(chosen(), ElementsAre(0));
+}
+
+// Types into the dialog of the amount, which stays until it is told one or given up.
+void answerAmount(const char* typed, const std::function<void(QWidget&)>& then) {
+    QTimer::singleShot(0, [typed, then] {
+        QWidget& dialog = *QApplication::activeModalWidget();
+        EXPECT_EQ(dialog.objectName(), "Amount_FRM");
+        control<QLineEdit>(dialog, "Amount_EDT").setText(QString::fromUtf8(typed));
+        QTest::keyClick(&control(dialog, "Amount_EDT"), Qt::Key_Return);
+        then(dialog);
+    });
+}
+
+TEST_F(Counter, theAmountOfPiecesIsTyped) {
+    scan("6267311001001");
+    scan("2800105012507");
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_Up);
+    const auto& grid = control<QTableWidget>(*page, "Lines_GRD");
+    const std::string name = grid.item(0, 1)->text().toStdString();
+    const std::string unit = grid.item(0, 3)->text().toStdString();
+    const auto nothing = [](QWidget& /*dialog*/) {};
+    for (const auto& [typed, shownAs] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"24", "۱|۲۴"}, {"۲٫۵", "۱|۲٫۵"}, {".5", "۱|۰٫۵"}, {"2.", "۱|۲"}, {"٫۷۵", "۱|۰٫۷۵"}, {"٧", "۱|۷"}}) {
+        answerAmount(typed, nothing);
+        click(*page, "Amount_BTN");
+        EXPECT_EQ(lines().front(), shownAs) << typed;
+        EXPECT_EQ(mood(), "added");
+        EXPECT_THAT(chosen(), ElementsAre(0));
+        EXPECT_EQ(page->focusWidget(), &control(*page, "Scan_EDT"));
+    }
+    EXPECT_EQ(shown(*page, "Result_LBL"), "سطر ۱: مقدار «" + name + "» شد ۷ " + unit + ".");
+    scan("6267311001001");
+    EXPECT_EQ(lines().front(), "۱|۸");
+}
+
+TEST_F(Counter, whatIsNoAmountIsNotTaken) {
+    scan("6267311001001");
+    for (const char* typed : {"", "0", "-3", "abc", "1.2.3", "2,5", "0.0000000001", ".", "-.5"}) {
+        answerAmount(typed, [typed](QWidget& dialog) {
+            EXPECT_TRUE(dialog.isVisible()) << typed;
+            EXPECT_EQ(shown(dialog, "Error_LBL"), "مقدار باید عددی بزرگ‌تر از صفر باشد.")
+                << typed;
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+        });
+        click(*page, "Amount_BTN");
+        EXPECT_THAT(lines(), ElementsAre("۱|۱")) << typed;
+    }
+    answerAmount("99999999999999.5", [](QWidget& dialog) {
+        EXPECT_EQ(shown(dialog, "Error_LBL"),
+                  "این مقدار بزرگ‌تر از آن است که در فاکتور بیاید.");
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    click(*page, "Amount_BTN");
+    EXPECT_THAT(lines(), ElementsAre("۱|۱"));
+    EXPECT_TRUE(takeMessages().empty());
+}
+
+TEST_F(Counter, aScanIntoTheAmountIsAScan) {
+    scan("6267311001001");
+    answerAmount("2800105012507", [](QWidget& dialog) { EXPECT_FALSE(dialog.isVisible()); });
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F2);
+    EXPECT_THAT(lines(), ElementsAre("۱|۱", "۱۰۵|۱٫۲۵"));
+    EXPECT_THAT(chosen(), ElementsAre(1));
+}
+
+TEST_F(Counter, aWeightIsNotTyped) {
+    scan("2800105012507");
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F2);  // no dialog, which nobody would close
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(
+        shown(*page, "Result_LBL"),
+        "سطر ۱: «موز درجه یک» را ترازو وزن کرده است و مقدار آن نوشته نمی‌شود؛ کالا را دوباره وزن کنید.");
+}
+
+// Before the user answers, and not only afterwards.
+TEST_F(Counter, theNumbersStandThereWhileTheUserIsAsked) {
+    store(4);
+    policy(1);
+    execute(
+        *session,
+        "INSERT INTO dbo.Kardex (kala, Anbar, [Date], Global_ID, Tedad) VALUES (105, 4, N'1405/01/01', 999999, 0.5)");
+    scan("2800105012507");
+    scan("2800105012507");
+    const std::string where = control<QComboBox>(*page, "Store_CMB").currentText().toStdString();
+    std::string seen;
+    messages.onShow = [&] { seen = shown(*page, "Result_LBL"); };
+    messages.answers = {mrNo};
+    click(*page, "Save_BTN");
+    EXPECT_EQ(seen, "موجودی «" + where + "» کافی نیست: «موز درجه یک» (هست ۰٫۵، خواسته ۲٫۵ کیلوگرم).");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "فاکتور ثبت نشد؛ " + seen);
+    EXPECT_EQ(takeMessages().size(), 1U);
+}
+
+TEST_F(Counter, aScanSoundsWhenThatIsWanted) {
+    int tones = 0;
+    page->onTone = [&tones] { ++tones; };
+    scan("2800105012507");
+    scan("1234567890123");
+    QTest::qWait(300);
+    EXPECT_EQ(tones, 0);
+    click(*page, "Sound_CHK");
+    scan("2800105012507");
+    EXPECT_EQ(mood(), "added");
+    EXPECT_EQ(tones, 1);
+    QTest::qWait(300);
+    EXPECT_EQ(tones, 1) << "one for what went well";
+    scan("1234567890123");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(tones, 2);
+    QTRY_COMPARE(tones, 3);
+    messages.answers = {mrNo};
+    click(*page, "Clear_BTN");
+    QTest::qWait(300);
+    EXPECT_EQ(tones, 3) << "a new invoice is no scan";
+}
+
+// A sign that became a digit would make it the label of another parcel.
+TEST_F(Counter, aSignInABarcodeIsNotTakenForADigit) {
+    scan("2*00105012507");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_TRUE(lines().empty());
+    scan("۲*۰۰۱۰۵۰۱۲۵۰۷");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_TRUE(lines().empty());
+}
+
 TEST_F(Counter, chosenGoodsGoToTheScales) {
     scan("2800105012507");
     scan("2800098002507");
@@ -1159,9 +1372,708 @@ TEST_F(Counter, allChosenLinesAreRemovedBehindAQuestion) {
     EXPECT_EQ(shown(*page, "Result_LBL"), "۲ سطر حذف شد.");
     EXPECT_THAT(takeMessages(), ElementsAre("MsgDeleteItem('۲ سطر')", "MsgDeleteItem('۲ سطر')"));
     chooseLine(0, Qt::NoModifier);
-    QTest::keyClick(&grid, Qt::Key_F7);  // a single one goes at once
+    messages.answers = {mrYes};
+    QTest::keyClick(&grid, Qt::Key_F7);
     EXPECT_TRUE(lines().empty());
-    EXPECT_EQ(shown(*page, "Result_LBL"), "سطر حذف شد.");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "سطر ۱: ۰٫۲۵ کیلوگرم «سیب سبز ترش» حذف شد.");
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgDeleteItem('سطر (۱: «سیب سبز ترش»)')"));
+}
+
+// What is acted on is what is seen to be chosen.
+TEST_F(Counter, oneLineIsChosenWhileThereAreLines) {
+    EXPECT_TRUE(chosen().empty());
+    for (const char* barcode : {"2800105012507", "2800098002507", "2800105002507"})
+        scan(barcode);
+    EXPECT_THAT(chosen(), ElementsAre(2));
+    auto& grid = control<QTableWidget>(*page, "Lines_GRD");
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F6);
+    scan("2800105002507");  // the one that was chosen
+    EXPECT_THAT(chosen(), ElementsAre(1));
+    scan("2800105012507");
+    EXPECT_THAT(chosen(), ElementsAre(0));
+    // Nor can it be put away by hand.
+    QTest::mouseClick(grid.viewport(), Qt::LeftButton, Qt::ControlModifier,
+                      grid.visualItemRect(grid.item(0, 1)).center());
+    EXPECT_THAT(chosen(), ElementsAre(0));
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F6);
+    for (int i = 0; i < 40; ++i)
+        scan("2800105012507");
+    EXPECT_THAT(chosen(), ElementsAre(40));
+    EXPECT_TRUE(grid.viewport()->rect().intersects(grid.visualItemRect(grid.item(40, 1))));
+    messages.answers = {mrNo};
+    click(*page, "Clear_BTN");
+    EXPECT_TRUE(chosen().empty());
+    scan("2800105012507");
+    EXPECT_THAT(chosen(), ElementsAre(0));
+}
+
+TEST_F(Counter, theChosenLineIsWeighedAndRemovedAfterTheLastOneWasTakenOff) {
+    for (const char* barcode : {"2800105012507", "2800098002507", "2800105002507"})
+        scan(barcode);
+    control<QTableWidget>(*page, "Lines_GRD").selectRow(0);
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F6);
+    scan("2800105012507");
+    ASSERT_THAT(lines(), ElementsAre("۹۸|۰٫۲۵", "۱۰۵|۰٫۲۵"));
+    EXPECT_THAT(chosen(), ElementsAre(0));
+    QTimer::singleShot(0, [] {
+        QWidget& dialog = *QApplication::activeModalWidget();
+        control<QComboBox>(dialog, "Weight_CMB").setEditText("0.05");
+        control<QLineEdit>(dialog, "Count_EDT").setText("1");
+        QTest::keyClick(&control(dialog, "Count_EDT"), Qt::Key_Return);
+    });
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F8);
+    EXPECT_THAT(lines(), ElementsAre("۹۸|۰٫۲", "۱۰۵|۰٫۲۵"));
+    EXPECT_EQ(
+        shown(*page, "Result_LBL"),
+        "سطر ۱: وزن ظرف‌ها (۰٫۰۵ کیلوگرم) از «سیب سبز ترش» کم شد؛ وزن خالص ۰٫۲ کیلوگرم.");
+    messages.answers = {mrNo, mrYes};
+    click(*page, "RemoveLine_BTN");
+    EXPECT_EQ(lines().size(), 2U);
+    click(*page, "RemoveLine_BTN");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۰٫۲۵"));
+    EXPECT_EQ(shown(*page, "Result_LBL"), "سطر ۱: ۰٫۲ کیلوگرم «سیب سبز ترش» حذف شد.");
+    EXPECT_THAT(takeMessages(),
+                ElementsAre("MsgDeleteItem('سطر (۱: «سیب سبز ترش»)')", "MsgDeleteItem('سطر (۱: «سیب سبز ترش»)')"));
+    EXPECT_THAT(chosen(), ElementsAre(0));
+}
+
+TEST_F(Counter, onlyTheLineOfTheLastScanGoesWithoutAQuestion) {
+    scan("2800105012507");
+    scan("2800098002507");
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F7);
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵"));
+    EXPECT_TRUE(takeMessages().empty());
+    messages.answers = {mrNo};
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F7);
+    EXPECT_EQ(lines().size(), 1U);
+    EXPECT_THAT(takeMessages(), ElementsAre("MsgDeleteItem('سطر (۱: «موز درجه یک»)')"));
+    // A scan that took something off leaves no line of its own.
+    scan("2800098002507");
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F6);
+    scan("2800105012507");
+    messages.answers = {mrNo};
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F7);
+    EXPECT_THAT(lines(), ElementsAre("۹۸|۰٫۲۵"));
+}
+
+TEST_F(Counter, aLineThatIsMoreThanTheLastScanGoesBehindAQuestion) {
+    const auto removed = [this] {
+        messages.answers = {mrNo};
+        QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F7);
+        return takeMessages().empty();
+    };
+    scan("6267311001001");
+    scan("6267311001001");  // joins
+    EXPECT_FALSE(removed());
+    EXPECT_THAT(lines(), ElementsAre("۱|۲"));
+    messages.answers = {mrYes};
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F7);
+    ASSERT_TRUE(lines().empty());
+    EXPECT_EQ(takeMessages().size(), 1U);
+    scan("2800105012507");
+    scan("0000000000000");  // unknown: the last scan has brought no line
+    EXPECT_FALSE(removed());
+}
+
+TEST_F(Counter, anAmountThatWasTypedGoesBehindAQuestion) {
+    scan("6267311001001");
+    answerAmount("500", [](QWidget& /*dialog*/) {});
+    click(*page, "Amount_BTN");
+    messages.answers = {mrNo};
+    click(*page, "RemoveLine_BTN");
+    EXPECT_EQ(takeMessages().size(), 1U);
+    EXPECT_THAT(lines(), ElementsAre("۱|۵۰۰"));
+}
+
+TEST_F(Counter, lessThanTheLedgerHasIsNothing) {
+    scan("6267311001001");
+    answerAmount("1.00000000049", [](QWidget& /*dialog*/) {});
+    click(*page, "Amount_BTN");
+    click(*page, "Removing_BTN");
+    scan("6267311001001");
+    EXPECT_TRUE(lines().empty());
+}
+
+TEST_F(Counter, enterOnTheButtonThatGivesUpGivesUp) {
+    scan("6267311001001");
+    QTimer::singleShot(0, [] {
+        QWidget& dialog = *QApplication::activeModalWidget();
+        control<QLineEdit>(dialog, "Amount_EDT").setText(QStringLiteral("500"));
+        control(dialog, "Cancel_BTN").setFocus();
+        QTest::keyClick(&control(dialog, "Cancel_BTN"), Qt::Key_Return);
+    });
+    click(*page, "Amount_BTN");
+    EXPECT_THAT(lines(), ElementsAre("۱|۱"));
+}
+
+// A short barcode, and one behind an amount that stays: a scanner does not know where it types.
+TEST_F(Counter, whatComesAtThePaceOfAScannerIsNoAmount) {
+    scan("6267311001001");
+    for (const char* before : {"", "0.5"}) {
+        QTimer::singleShot(0, [before] {
+            QWidget& dialog = *QApplication::activeModalWidget();
+            auto& input = control<QLineEdit>(dialog, "Amount_EDT");
+            input.setText(QString::fromUtf8(before));
+            QTest::keyClicks(&input, "9105004");
+            QTest::keyClick(&input, Qt::Key_Return);
+            EXPECT_FALSE(dialog.isVisible()) << before;
+        });
+        click(*page, "Amount_BTN");
+        EXPECT_THAT(lines(), ElementsAre(*before == '\0' ? "۱|۱" : "۱|۰٫۵")) << before;
+        EXPECT_EQ(mood(), "refused") << before;
+    }
+}
+
+// Types by hand into the dialog of the amount and then scans into it, a while later.
+void scanBehind(const char* typed, int milliseconds, const char* barcode) {
+    QTimer::singleShot(0, [=] {
+        QWidget& dialog = *QApplication::activeModalWidget();
+        EXPECT_EQ(dialog.objectName(), "Amount_FRM");
+        auto& input = control<QLineEdit>(dialog, "Amount_EDT");
+        QTest::keyClicks(&input, typed, Qt::NoModifier, 150);
+        QTest::qWait(milliseconds);
+        QTest::keyClicks(&input, barcode);
+        QTest::keyClick(&input, Qt::Key_Return);
+        EXPECT_FALSE(dialog.isVisible()) << typed;
+    });
+}
+
+TEST_F(Counter, anAmountThatWasTypedBeforeTheNextScanIsTaken) {
+    for (const int milliseconds : {1000, 450}) {
+        scan("6267311001001");
+        const auto& grid = control<QTableWidget>(*page, "Lines_GRD");
+        const std::string name = grid.item(0, 1)->text().toStdString();
+        const std::string unit = grid.item(0, 3)->text().toStdString();
+        scanBehind("5", milliseconds, "2800105012507");
+        click(*page, "Amount_BTN");
+        EXPECT_THAT(lines(), ElementsAre("۱|۵", "۱۰۵|۱٫۲۵")) << milliseconds;
+        EXPECT_EQ(mood(), "added");
+        EXPECT_EQ(shown(*page, "Result_LBL"),
+                  "سطر ۱: مقدار «" + name + "» شد ۵ " + unit + ". ۱٫۲۵ کیلوگرم «موز درجه یک» افزوده شد.");
+        EXPECT_THAT(chosen(), ElementsAre(1));
+        messages.answers = {mrNo};
+        click(*page, "Clear_BTN");
+    }
+}
+
+TEST_F(Counter, whatWasTypedOfSeveralDigitsBeforeTheScanIsTakenWhole) {
+    scan("6267311001001");
+    scanBehind("12.5", 500, "6267311001001");
+    click(*page, "Amount_BTN");
+    EXPECT_THAT(lines(), ElementsAre("۱|۱۳٫۵")) << "the scanned one comes on top";
+    EXPECT_EQ(mood(), "added");
+}
+
+TEST_F(Counter, whatWasTypedBeforeTheScanAndIsNoAmountIsToldToBeDropped) {
+    scan("6267311001001");
+    scanBehind("0", 500, "2800105012507");
+    click(*page, "Amount_BTN");
+    EXPECT_THAT(lines(), ElementsAre("۱|۱", "۱۰۵|۱٫۲۵"));
+    EXPECT_EQ(mood(), "warned");
+    EXPECT_EQ(
+        shown(*page, "Result_LBL"),
+        "سطر ۱: «۰» به کار نرفت: مقدار باید عددی بزرگ‌تر از صفر باشد. ۱٫۲۵ کیلوگرم «موز درجه یک» افزوده شد.");
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_Up);
+    scanBehind("7", 500, "1234567890123");
+    click(*page, "Amount_BTN");
+    EXPECT_THAT(lines(), ElementsAre("۱|۷", "۱۰۵|۱٫۲۵"));
+    EXPECT_EQ(mood(), "refused");
+}
+
+// Key presses with the system's own time stamps, to whatever has the focus.
+class Hands {
+public:
+    explicit Hands(std::function<QWidget*()> to) : to_(std::move(to)) {}
+
+    void wait(quint64 milliseconds) { now_ += milliseconds; }
+    // each: milliseconds before each character. The one at the place stumble comes that much later.
+    void type(const QString& text, quint64 each, qsizetype stumble = -1, quint64 late = 0) {
+        for (qsizetype i = 0; i < text.size(); ++i) {
+            now_ += each + (i == stumble ? late : 0);
+            press(text[i] == QLatin1Char('.') ? Qt::Key_Period : Qt::Key_0 + text[i].digitValue(), text.mid(i, 1));
+        }
+    }
+    void enter(quint64 after) {
+        now_ += after;
+        press(Qt::Key_Return, QStringLiteral("\r"));
+    }
+
+private:
+    void press(int key, const QString& text) {
+        for (const QEvent::Type kind : {QEvent::ShortcutOverride, QEvent::KeyPress}) {
+            QKeyEvent event(kind, key, Qt::NoModifier, text);
+            event.setTimestamp(now_);
+            QWidget* widget = to_();
+            if (widget == nullptr) return;
+            QCoreApplication::sendEvent(widget, &event);
+            if (kind == QEvent::ShortcutOverride && event.isAccepted() && key == Qt::Key_Return) return;
+        }
+    }
+
+    std::function<QWidget*()> to_;
+    quint64 now_ = 100'000;
+};
+
+// Opens the dialog of the amount and lets the hands type into it.
+void intoAmount(const CounterPage& page, const std::function<void(Hands&)>& typing) {
+    QTimer::singleShot(0, [typing] {
+        QWidget& dialog = *QApplication::activeModalWidget();
+        Hands hands([&dialog] { return dialog.isVisible() ? dialog.focusWidget() : nullptr; });
+        typing(hands);
+        EXPECT_FALSE(dialog.isVisible());
+        if (dialog.isVisible()) static_cast<QDialog&>(dialog).reject();
+    });
+    click(page, "Amount_BTN");
+}
+
+constexpr int kStumbles[] = {130, 150, 200, 350};
+constexpr const char* kBananas = "2800105012507";
+
+TEST_F(Counter, aStumbleOfTheScannerIsNoEndOfTheAmount) {
+    scan("6267311001001");
+    for (const int late : kStumbles) {
+        for (const int place : {1, 7}) {
+            for (const quint64 each : {3, 30}) {
+                control<QTableWidget>(*page, "Lines_GRD").selectRow(0);
+                intoAmount(*page, [=](Hands& hands) {
+                    hands.type(kBananas, each, place, static_cast<quint64>(late));
+                    hands.enter(each);
+                });
+                EXPECT_THAT(lines(), ElementsAre("۱|۱", "۱۰۵|۱٫۲۵")) << late << " at " << place;
+                EXPECT_EQ(mood(), "added");
+                click(*page, "RemoveLine_BTN");
+            }
+        }
+    }
+}
+
+TEST_F(Counter, aStumbleOfTheScannerIsNoPerson) {
+    auto& person = control<QSpinBox>(*page, "Person_EDT");
+    type(*page, "Person_EDT", "12");
+    QTest::keyClick(&person, Qt::Key_Return);
+    for (const int late : kStumbles) {
+        for (const int place : {1, 7}) {
+            person.setFocus();
+            person.selectAll();
+            Hands hands([&] { return page->focusWidget(); });
+            hands.type(kBananas, 5, place, static_cast<quint64>(late));
+            hands.enter(5);
+            EXPECT_EQ(person.value(), 12) << late << " at " << place;
+            EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵")) << late << " at " << place;
+            click(*page, "RemoveLine_BTN");
+        }
+    }
+}
+
+TEST_F(Counter, aStumbleOfTheScannerChoosesNothingInAList) {
+    auto& combo = control<QComboBox>(*page, "Policy_CMB");
+    const int before = combo.currentIndex();
+    for (const int late : kStumbles) {
+        for (const int place : {1, 7}) {
+            combo.setFocus();
+            combo.showPopup();
+            Hands hands([&combo] { return combo.view(); });
+            hands.type(kBananas, 5, place, static_cast<quint64>(late));
+            hands.enter(5);
+            EXPECT_FALSE(combo.view()->isVisible());
+            EXPECT_EQ(combo.currentIndex(), before);
+            EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵")) << late << " at " << place;
+            click(*page, "RemoveLine_BTN");
+        }
+    }
+    // So slow that it may be typed; but nobody types that into a list.
+    combo.showPopup();
+    Hands hands([&combo] { return combo.view(); });
+    hands.type("3", 5);
+    hands.wait(600);
+    hands.type(kBananas, 66);
+    hands.enter(66);
+    EXPECT_EQ(combo.currentIndex(), before);
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵"));
+}
+
+TEST_F(Counter, anAmountIsPartedFromTheScanByItsPauseAlone) {
+    const auto typedThen = [this](const char* typed, quint64 pause, quint64 each) {
+        intoAmount(*page, [=](Hands& hands) {
+            hands.type(typed, 150);
+            hands.wait(pause);
+            hands.type(kBananas, each);
+            hands.enter(each);
+        });
+        const std::vector<std::string> are = lines();
+        messages.answers = {mrNo};
+        click(*page, "Clear_BTN");
+        scan("6267311001001");
+        return are;
+    };
+    scan("6267311001001");
+    EXPECT_THAT(typedThen("5", 1000, 5), ElementsAre("۱|۵", "۱۰۵|۱٫۲۵"));
+    EXPECT_THAT(typedThen("12", 400, 30), ElementsAre("۱|۱۲", "۱۰۵|۱٫۲۵"));
+    // A slow scanner, which might be somebody who types.
+    EXPECT_THAT(typedThen("3", 600, 66), ElementsAre("۱|۳", "۱۰۵|۱٫۲۵"));
+    EXPECT_THAT(typedThen("1.5", 600, 66), ElementsAre("۱|۱٫۵", "۱۰۵|۱٫۲۵"));
+    EXPECT_THAT(typedThen("", 0, 66), ElementsAre("۱|۱", "۱۰۵|۱٫۲۵"));
+    for (const quint64 each : {5, 66}) {
+        EXPECT_THAT(typedThen("5", 200, each), ElementsAre("۱|۱"));
+        EXPECT_THAT(typedThen("1.5", 200, each), ElementsAre("۱|۱"));
+    }
+}
+
+TEST_F(Counter, whatMayBeAnAmountOrPartOfTheScanIsToldToBeLost) {
+    scan("6267311001001");
+    const auto& grid = control<QTableWidget>(*page, "Lines_GRD");
+    const std::string name = grid.item(0, 1)->text().toStdString();
+    const std::string unit = grid.item(0, 3)->text().toStdString();
+    intoAmount(*page, [](Hands& hands) {
+        hands.type("5", 5);
+        hands.wait(200);
+        hands.type(kBananas, 5);
+        hands.enter(5);
+    });
+    EXPECT_THAT(lines(), ElementsAre("۱|۱"));
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"),
+              "بارکد ۵۲۸۰۰۱۰۵۰۱۲۵۰۷ شناخته نشد. سطر ۱: مقدار «" + name + "» همان ۱ " + unit + " ماند.");
+}
+
+// What is known with its pause is one barcode.
+TEST_F(Counter, aScannerThatStopsWithinAKnownBarcodeSplitsNothing) {
+    scan("6267311001001");
+    intoAmount(*page, [](Hands& hands) {
+        hands.type(kBananas, 5, 2, 700);
+        hands.enter(5);
+    });
+    EXPECT_THAT(lines(), ElementsAre("۱|۱", "۱۰۵|۱٫۲۵"));
+    control<QTableWidget>(*page, "Lines_GRD").setCurrentCell(0, 0);
+    intoAmount(*page, [](Hands& hands) {
+        hands.type("6267311001001", 5, 4, 700);
+        hands.enter(5);
+    });
+    EXPECT_THAT(lines(), ElementsAre("۱|۲", "۱۰۵|۱٫۲۵")) << shown(*page, "Result_LBL");
+}
+
+TEST_F(Counter, aPersonIsPartedFromTheScanByThePauseAlone) {
+    auto& person = control<QSpinBox>(*page, "Person_EDT");
+    const auto typedThen = [&](const char* typed, quint64 pause, quint64 each) {
+        person.setFocus();
+        person.selectAll();
+        Hands hands([this] { return page->focusWidget(); });
+        hands.type(typed, 150);
+        hands.wait(pause);
+        hands.type(kBananas, each);
+        hands.enter(each);
+    };
+    typedThen("12", 600, 66);
+    EXPECT_EQ(person.value(), 12);
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵"));
+    typedThen("3", 200, 5);
+    EXPECT_EQ(person.value(), 12);
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "بارکد ۳۲۸۰۰۱۰۵۰۱۲۵۰۷ شناخته نشد. کد شخص ۱۲ ماند.");
+    typedThen("3", 200, 66);
+    EXPECT_EQ(person.value(), 12);
+    EXPECT_EQ(mood(), "refused");
+    typedThen("", 0, 66);
+    EXPECT_EQ(person.value(), 12);
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵", "۱۰۵|۱٫۲۵"));
+}
+
+TEST_F(Counter, aScanOntoTheButtonsOfTheAmountIsAScan) {
+    for (const char* name : {"Submit_BTN", "Cancel_BTN"}) {
+        scan("6267311001001");
+        QTimer::singleShot(0, [name] {
+            QWidget& dialog = *QApplication::activeModalWidget();
+            control(dialog, name).setFocus();
+            // To whatever has the focus, as a keyboard does.
+            for (const char digit : std::string("2800105012507"))
+                QTest::keyClick(dialog.focusWidget(), digit);
+            QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
+        });
+        click(*page, "Amount_BTN");
+        EXPECT_THAT(lines(), ElementsAre("۱|۱", "۱۰۵|۱٫۲۵")) << name;
+        messages.answers = {mrNo};
+        click(*page, "Clear_BTN");
+    }
+}
+
+TEST_F(Counter, aScanIntoAnOpenListIsAScanAndChoosesNothing) {
+    for (const char* name : {"Store_CMB", "Policy_CMB", "ScaleType_CMB"}) {
+        auto& combo = control<QComboBox>(*page, name);
+        combo.setFocus();
+        const int before = combo.currentIndex();
+        combo.showPopup();
+        ASSERT_TRUE(combo.view()->isVisible()) << name;
+        // On another entry than the chosen one.
+        QTest::keyClick(combo.view(), before == 0 ? Qt::Key_Down : Qt::Key_Up);
+        QTest::keyClicks(combo.view(), "2800105012507");
+        QTest::keyClick(combo.view(), Qt::Key_Return);
+        EXPECT_FALSE(combo.view()->isVisible()) << name;
+        EXPECT_EQ(combo.currentIndex(), before) << name;
+        EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵")) << name;
+        EXPECT_EQ(page->focusWidget(), &control(*page, "Scan_EDT")) << name;
+        messages.answers = {mrNo};
+        click(*page, "Clear_BTN");
+        // By hand it is chosen as ever.
+        combo.showPopup();
+        QTest::keyClick(combo.view(), before == 0 ? Qt::Key_Down : Qt::Key_Up);
+        QTest::keyClick(combo.view(), Qt::Key_Return);
+        EXPECT_NE(combo.currentIndex(), before) << name;
+    }
+}
+
+TEST_F(Counter, theWheelChangesNeitherStoreNorPolicyNorBuyer) {
+    const auto state = [this] {
+        return std::tuple(control<QComboBox>(*page, "Store_CMB").currentIndex(),
+                          control<QComboBox>(*page, "Policy_CMB").currentIndex(),
+                          control<QSpinBox>(*page, "Person_EDT").value(),
+                          control<QComboBox>(*page, "ScaleType_CMB").currentIndex());
+    };
+    type(*page, "Person_EDT", "12");
+    QTest::keyClick(page->focusWidget(), Qt::Key_Return);
+    store(4);
+    policy(1);
+    const auto before = state();
+    for (const char* name : {"Store_CMB", "Policy_CMB", "Person_EDT", "ScaleType_CMB"}) {
+        for (const bool focused : {false, true}) {
+            control(*page, focused ? name : "Scan_EDT").setFocus();
+            for (const int steps : {1, -1, -1})
+                turnWheel(control(*page, name), steps);
+            EXPECT_EQ(state(), before) << name << focused;
+            EXPECT_EQ(page->focusWidget(), &control(*page, focused ? name : "Scan_EDT")) << name;
+        }
+    }
+}
+
+// Labels of pieces, without an amount: at the price of the level, and at one of their own.
+class LabelsOfPieces : public Counter {
+protected:
+    LabelsOfPieces() {
+        execute(*session,
+                "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, "
+                "BarCodeType, ItemCodeType, ItemCodeStart, ItemCodeCount, AmountStart, AmountCount, PriceStart, "
+                "PriceCount) VALUES (N'عددی', 8, 1, 2, N'41', 1, 1, 3, 5, 0, 0, 0, 0), "
+                "(N'عددی با مبلغ', 13, 1, 2, N'42', 1, 1, 3, 5, 0, 0, 8, 5), "
+                "(N'یکی', 8, 1, 2, N'43', 1, 1, 3, 5, 8, 1, 0, 0)");
+        execute(*session,
+                "UPDATE dbo.GoodCostDiscount SET CostLevel_Sell_1 = 1000, Default_CostLevel_Sell_Number = 1 WHERE "
+                "GoodCode = 105");
+    }
+};
+
+TEST_F(LabelsOfPieces, areCountedAndJoined) {
+    scan("41001050");
+    scan("41001050");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۲"));
+    EXPECT_EQ(shown(*page, "Result_LBL"), "۱ کیلوگرم «موز درجه یک» افزوده شد؛ اکنون ۲ کیلوگرم.");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۲٬۰۰۰");
+    answerAmount("7", [](QWidget& /*dialog*/) {});
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F2);
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۷"));
+    click(*page, "Tare_BTN");  // no dialog, which nobody would close
+    EXPECT_EQ(mood(), "refused");
+    click(*page, "Removing_BTN");
+    scan("41001050");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۶"));
+    EXPECT_EQ(shown(*page, "Result_LBL"), "۱ کیلوگرم «موز درجه یک» از فاکتور حذف شد.");
+}
+
+TEST_F(LabelsOfPieces, withAPriceAreJoinedAtThatPrice) {
+    scan("4200105005001");
+    scan("4200105007001");
+    scan("4200105005001");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۲", "۱۰۵|۱"));
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱٬۷۰۰");
+    click(*page, "Removing_BTN");
+    scan("4200105007001");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۲"));
+}
+
+// Money: what is taken off has the price of what was scanned.
+TEST_F(LabelsOfPieces, goWithTheirOwnLabelAlone) {
+    execute(*session, "UPDATE dbo.GoodInf SET AbbName = '!6260000001059!' WHERE Code = 105");
+    const auto refusedOne = "۱ کیلوگرم «موز درجه یک» در فاکتور نیست.";
+    const auto takeOff = [this](const QString& barcode) {
+        click(*page, "Removing_BTN");
+        scan(barcode);
+        click(*page, "Removing_BTN");
+    };
+    scan("6260000001059");
+    takeOff("4200105005001");
+    EXPECT_EQ(shown(*page, "Result_LBL"), refusedOne);
+    EXPECT_EQ(lines().size(), 1U);
+    takeOff("6260000001059");
+    EXPECT_EQ(lines().size(), 0U);
+    scan("4200105005001");
+    takeOff("6260000001059");
+    EXPECT_EQ(shown(*page, "Result_LBL"), refusedOne);
+    scan("4200105006001");
+    takeOff("4200105006001");
+    EXPECT_EQ(mood(), "removed");
+    takeOff("4200105006001");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"), refusedOne);
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۵۰۰");
+    // One price and two labels.
+    scan("4200105010001");
+    scan("41001050");
+    ASSERT_EQ(lines().size(), 3U);
+    takeOff("4200105010001");
+    EXPECT_EQ(lines().size(), 2U);
+    takeOff("4200105010001");
+    EXPECT_EQ(mood(), "refused");
+    takeOff("41001050");
+    EXPECT_EQ(mood(), "removed");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۵۰۰");
+}
+
+// Whether a label is weighed is said by the layout that the module has read it by.
+TEST_F(LabelsOfPieces, areToldByTheFirstLayoutThatFits) {
+    execute(*session,
+            "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, "
+            "BarCodeType, ItemCodeType, ItemCodeStart, ItemCodeCount, AmountStart, AmountCount, PriceStart, "
+            "PriceCount) VALUES (N'دیگر', 13, 1, 1, N'2', 1, 1, 3, 5, 0, 0, 0, 0), "
+            "(N'دیگر', 8, 1, 1, N'4', 1, 1, 3, 5, 8, 1, 0, 0)");
+    scan("2800105010007");
+    scan("2800105010007");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱", "۱۰۵|۱"));
+    scan("41001050");
+    scan("41001050");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱", "۱۰۵|۱", "۱۰۵|۲"));
+}
+
+TEST_F(LabelsOfPieces, areNotThoseThatSayOne) {
+    scan("43001051");
+    scan("43001051");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱", "۱۰۵|۱"));
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F2);  // no dialog, which nobody would close
+    EXPECT_EQ(mood(), "refused");
+}
+
+TEST_F(LabelsOfPieces, takeThePricesOfAnotherPersonWhereTheyHaveNoneOfTheirOwn) {
+    execute(*session,
+            "UPDATE dbo.GoodCostDiscount SET CostLevel_Sell_3 = 700 WHERE GoodCode = 105 "
+            "DELETE FROM dbo.costlist WHERE [Type] = 1 AND TypeCode = 12 "
+            "INSERT INTO dbo.costlist ([Type], [Status], TypeCode, CostLevelCode, [Default]) VALUES (1, 0, 12, 3, 1)");
+    scan("41001050");
+    scan("4200105010001");  // at a thousand, too
+    ASSERT_THAT(lines(), ElementsAre("۱۰۵|۱", "۱۰۵|۱"));
+    messages.answers = {mrYes};
+    type(*page, "Person_EDT", "12");
+    QTest::keyClick(page->focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱٬۷۰۰");
+}
+
+TEST_F(Counter, whatIsLeftOfAPieceIsToldToWhomTakesItOff) {
+    scan("2800098002507");
+    scan("6267311001001");
+    answerAmount("1.5", [](QWidget& /*dialog*/) {});
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F2);
+    const auto& grid = control<QTableWidget>(*page, "Lines_GRD");
+    const std::string name = grid.item(1, 1)->text().toStdString();
+    const std::string unit = grid.item(1, 3)->text().toStdString();
+    click(*page, "Removing_BTN");
+    scan("6267311001001");
+    EXPECT_EQ(mood(), "removed");
+    EXPECT_THAT(lines(), ElementsAre("۹۸|۰٫۲۵", "۱|۰٫۵"));
+    scan("6267311001001");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(
+        shown(*page, "Result_LBL"),
+        "از «" + name + "» تنها ۰٫۵ " + unit +
+            " مانده است و کمتر از یکی با اسکن کم نمی‌شود؛ سطر ۲ را برگزینید و با \u2066F7\u2069 بردارید.");
+    EXPECT_EQ(lines().size(), 2U);
+    control<QTableWidget>(*page, "Lines_GRD").selectRow(1);
+    messages.answers = {mrYes};
+    click(*page, "RemoveLine_BTN");
+    scan("6267311001001");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "۱ " + unit + " «" + name + "» در فاکتور نیست.");
+}
+
+TEST_F(Counter, aGoodWithoutAUnitLeavesNoBlankBehind) {
+    execute(*session, "UPDATE dbo.GoodInf SET Name = N'نان', Unit = NULL WHERE Code = 1");
+    scan("6267311001001");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "۱ «نان» افزوده شد.");
+    scan("6267311001001");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "۱ «نان» افزوده شد؛ اکنون ۲.");
+    answerAmount("3", [](QWidget& /*dialog*/) {});
+    click(*page, "Amount_BTN");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "سطر ۱: مقدار «نان» شد ۳.");
+    click(*page, "Removing_BTN");
+    scan("6267311001001");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "۱ «نان» از فاکتور حذف شد.");
+    messages.answers = {mrYes};
+    click(*page, "RemoveLine_BTN");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "سطر ۱: ۲ «نان» حذف شد.");
+}
+
+TEST_F(Counter, theDecimalsOfMoneyAreThoseOfNowWhenAnInvoiceBegins) {
+    execute(*session,
+            "UPDATE dbo.GoodCostDiscount SET CostLevel_Sell_1 = 1001, Default_CostLevel_Sell_Number = 1 WHERE GoodCode "
+            "= 105");
+    scan("2800105012507");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱٬۲۵۱");
+    host.setSetting("CurrencyDecimals", "2");
+    scan("2800105012507");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۲٬۵۰۲") << "as it began";
+    messages.answers = {mrNo};
+    click(*page, "Clear_BTN");
+    scan("2800105012507");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱٬۲۵۱٫۲۵");
+    store(1);
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "matched");
+    host.setSetting("CurrencyDecimals", "1");
+    scan("2800105012507");
+    EXPECT_EQ(shown(*page, "Total_LBL"), "جمع فاکتور: ۱٬۲۵۱٫۳");
+}
+
+TEST_F(Counter, withoutAStoreItSaysSo) {
+    const std::string none =
+        "انباری تعریف نشده است و تا نباشد فاکتوری ثبت نمی‌شود؛ نخست یک انبار تعریف کنید.";
+    execute(*session, "DELETE FROM dbo.GoodDetailKardex DELETE FROM dbo.Kardex DELETE FROM dbo.Stores");
+    page->enter();
+    EXPECT_EQ(mood(), "warned");
+    EXPECT_EQ(shown(*page, "Result_LBL"), none);
+    policy(2);
+    scan("2800105012507");
+    EXPECT_EQ(mood(), "added");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"), none);
+    EXPECT_EQ(lines().size(), 1U);
+    EXPECT_TRUE(takeMessages().empty());
+    // Somebody makes one meanwhile.
+    execute(*session, "INSERT INTO dbo.Stores (Code, Name) VALUES (7, N'انبار تازه')");
+    click(*page, "Save_BTN");
+    EXPECT_EQ(mood(), "matched") << shown(*page, "Result_LBL");
+    EXPECT_EQ(linesOf(*session, "SELECT Anbar FROM dbo.Kardex").at(0), "7");
+}
+
+TEST_F(Counter, arrowsInTheBarcodeMoveBetweenLines) {
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_Up);  // among none
+    for (const char* barcode : {"2800105012507", "2800098002507", "2800105002507"})
+        scan(barcode);
+    auto& input = control(*page, "Scan_EDT");
+    QTest::keyClick(&input, Qt::Key_Up);
+    EXPECT_THAT(chosen(), ElementsAre(1));
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(&input, Qt::Key_Up);
+    EXPECT_THAT(chosen(), ElementsAre(0));
+    for (int i = 0; i < 5; ++i)
+        QTest::keyClick(&input, Qt::Key_Down);
+    EXPECT_THAT(chosen(), ElementsAre(2));
+    EXPECT_EQ(page->focusWidget(), &input);
+}
+
+TEST_F(Counter, ofSeveralChosenLinesNoneIsWeighed) {
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F8);
+    EXPECT_EQ(shown(*page, "Result_LBL"), "فاکتور سطری ندارد.");
+    scan("2800105012507");
+    scan("2800098002507");
+    control<QTableWidget>(*page, "Lines_GRD").selectAll();
+    QTest::keyClick(&control(*page, "Scan_EDT"), Qt::Key_F8);  // no dialog, which nobody would close
+    EXPECT_EQ(mood(), "warned");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "۲ سطر برگزیده شده است؛ تنها یکی را برگزینید.");
 }
 
 TEST_F(Counter, aLongBarcodeDoesNotStretchTheWindow) {
@@ -1194,15 +2106,16 @@ TEST_F(Counter, nothingIsSentWithoutTheProgram) {
     }
 }
 
-TEST_F(Counter, aProgramThatDoesNotRunIsToldWithTheSystemsWords) {
+TEST_F(Counter, aProgramThatDoesNotRunIsToldWithTheReason) {
     programs.failsBehind = 0;
     programs.failure = {.started = false, .reason = "/opt/ScaleAgentApp.exe: Permission denied"};
     scan("2800105012507");
     click(*page, "SendToScale_BTN");
     EXPECT_EQ(mood(), "refused");
     EXPECT_EQ(shown(*page, "Result_LBL"), "چیزی به ترازو فرستاده نشد؛ برنامهٔ «ScaleAgentApp.exe» اجرا نشد.");
-    EXPECT_THAT(takeMessages(), ElementsAre("MsgProgramFailed(error 0, 'ScaleAgentApp.exe', "
-                                            "'\u2066/opt/ScaleAgentApp.exe: Permission denied\u2069')"));
+    EXPECT_THAT(takeMessages(),
+                ElementsAre("MsgProgramFailed(error 0, 'ScaleAgentApp.exe', "
+                            "'اجازهٔ اجرای آن را ندارید.\n\u2066/opt/ScaleAgentApp.exe: Permission denied\u2069')"));
 }
 
 TEST_F(Counter, whatWasSentBeforeTheProgramWentIsCounted) {

@@ -2,6 +2,9 @@
 #include "host/counter/layout_page.h"
 
 #include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QScrollArea>
 #include <QScrollBar>
 
 #include "ado/error.h"
@@ -11,6 +14,7 @@
 #include "host/services/sql_access.h"
 #include "tests/host_desktop/desktop_test.h"
 #include "tests/host_screens/painted_text.h"
+#include "tests/support/wheel.h"
 
 namespace basalt::host {
 namespace {
@@ -57,6 +61,32 @@ TEST_F(Layouts, showsTheFieldsOfTheChosenOne) {
     EXPECT_EQ(problems(), "");
 }
 
+TEST_F(Layouts, whatHasTheFocusIsInSightInANarrowPageToo) {
+    setThemeFontSize(16);
+    // As wide as the desktop leaves it on a small screen.
+    LayoutPage narrow(context());
+    narrow.resize(900, 600);
+    showActive(narrow);
+    narrow.enter();
+    QCoreApplication::processEvents();
+    const auto& scroll = control<QScrollArea>(narrow, "Columns_PNL");
+    const QWidget& sample = control(narrow, "Sample_EDT");
+    EXPECT_TRUE(sample.hasFocus());
+    const auto inSight = [&](const char* name) {
+        const QWidget& input = control(narrow, name);
+        const QRect place(input.mapTo(scroll.viewport(), QPoint(0, 0)), input.size());
+        return scroll.viewport()->rect().contains(place);
+    };
+    EXPECT_TRUE(inSight("Sample_EDT"));
+    EXPECT_TRUE(inSight("Title_EDT"));
+    EXPECT_EQ(scroll.horizontalScrollBar()->maximum(), 0);
+    EXPECT_LT(sample.mapTo(&narrow, QPoint(0, 0)).y(), control(narrow, "Title_EDT").mapTo(&narrow, QPoint(0, 0)).y());
+    narrow.resize(1700, 900);
+    QCoreApplication::processEvents();
+    EXPECT_LT(sample.mapTo(&narrow, QPoint(0, 0)).x(), control(narrow, "Title_EDT").mapTo(&narrow, QPoint(0, 0)).x());
+    setThemeFontSize(10);
+}
+
 TEST_F(Layouts, previewsWhatIsTyped) {
     choose("28");
     type(*page, "Sample_EDT", "۲۸۰۰۱۰۵۰۱۲۵۰۷");
@@ -85,14 +115,95 @@ TEST_F(Layouts, theCaseOfAPrefixIsToldAsAScanMeetsIt) {
     EXPECT_THAT(
         note(),
         HasSubstr(
-            "الگوی کوچک هم برای این بارکد پیدا می‌شود و در بزرگی و کوچکی حرف‌ها با آن فرق دارد؛ "
+            "الگوی کوچک هم برای این بارکد پیدا می‌شود ولی پیش‌شماره‌اش حرف به حرف همان نیست؛ "
             "اگر پیش از دیگران پیدا شود، بارکد خوانده نمی‌شود."));
     type(*page, "Sample_EDT", "aB00105012507");
     EXPECT_THAT(
         note(),
         HasSubstr(
-            "این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و کوچکی حرف‌ها یا فاصله فرق دارد."));
+            "این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و کوچکی حرف‌ها، خط رقم‌ها، فاصله یا نشانه‌ای ناپیدا فرق دارد."));
     EXPECT_THAT(note(), Not(HasSubstr("پیدا می‌شود")));  // no layout reads it anyway
+}
+
+// Both look alike on the page, which shows all digits in one script.
+TEST_F(Layouts, aPrefixInAnotherScriptThatHidesALayoutIsTold) {
+    execute(
+        *session,
+        "UPDATE dbo.BarCodeFormul SET Title = N'پنهان‌کننده', ConstantCode = N'۲۸' WHERE ConstantCode = N'28' "
+        "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, BarCodeType, "
+        "ItemConstantCode) VALUES (N'پنهان', 13, 1, 2, N'28', 1, 105)");
+    const auto chooseTitled = [this](const char* title) {
+        for (int row = 0; row < list().count(); ++row) {
+            if (list().item(row)->text().startsWith(QString::fromUtf8(title) + QLatin1Char(' ')))
+                list().setCurrentRow(row);
+        }
+        QCoreApplication::processEvents();
+        return control<QLineEdit>(*page, "Title_EDT").text() == QString::fromUtf8(title);
+    };
+    page->enter();
+    ASSERT_TRUE(chooseTitled("پنهان"));
+    EXPECT_EQ(
+        problems(),
+        "سرور پیش‌شمارهٔ «پنهان‌کننده» را از پیش‌شمارهٔ این الگو بازنمی‌شناسد؛ از این دو هر کدام زودتر پیدا شود، "
+        "بارکدهای دیگری خوانده نمی‌شوند.");
+    type(*page, "Sample_EDT", "2800105012507");
+    EXPECT_EQ(
+        note(),
+        "الگوی پنهان‌کننده هم برای این بارکد پیدا می‌شود ولی پیش‌شماره‌اش حرف به حرف همان نیست؛ اگر پیش از دیگران "
+        "پیدا شود، بارکد خوانده نمی‌شود.");
+    ASSERT_TRUE(chooseTitled("پنهان‌کننده"));
+    EXPECT_EQ(control<QLineEdit>(*page, "ConstantCode_EDT").text(), "۲۸");
+    EXPECT_THAT(
+        problems(),
+        HasSubstr(
+            "پیش‌شماره نویسه‌ای جز رقم و حرف لاتین دارد و هیچ بارکدی با آن خوانده نمی‌شود؛ آن را پاک "
+            "کنید و از نو بنویسید."));
+    EXPECT_THAT(
+        note(),
+        HasSubstr(
+            "این بارکد با این الگو نمی‌خواند؛ پیش‌شماره‌اش در بزرگی و کوچکی حرف‌ها، خط رقم‌ها، فاصله یا "
+            "نشانه‌ای ناپیدا فرق دارد."));
+    // It is not stored anew as it is, and what is written over it is, though it looks the same.
+    number("DigitCount_EDT").setValue(14);
+    click(*page, "Save_BTN");
+    ASSERT_EQ(messages.shown.size(), 1U);
+    EXPECT_EQ(messages.shown[0].operation, "MsgLayoutUseless");
+    (void)takeMessages();
+    auto& prefix = control<QLineEdit>(*page, "ConstantCode_EDT");
+    prefix.selectAll();
+    QApplication::clipboard()->setText("28");
+    prefix.paste();
+    EXPECT_EQ(prefix.text(), "۲۸");
+    EXPECT_EQ(problems(), "");
+    click(*page, "Save_BTN");
+    EXPECT_THAT(linesOf(*session, "SELECT UNICODE(ConstantCode) FROM dbo.BarCodeFormul WHERE DigitCount = 14"),
+                ElementsAre("50"));
+}
+
+// What the page says of two prefixes is what a statement finds.
+TEST_F(Layouts, prefixesAreFoundAsTheDatabaseFindsThem) {
+    const char* const prefixes[] = {"28",  "۲۸",       "٢٨",       "２８", "²⁸", "①②",      "2\u200E8", "2\u200C8",
+                                    "28 ", " 28",      "28\u00A0", "2۸",   "29", "AB",      "ab",       "ａＢ",
+                                    "ÁB",  "A\u0301B", "ﬁ",        "ß",    "ss", "fi",      "ی",        "ي",
+                                    "كک",  "آ",        "",         "2-8",  "½",  "2\u06408"};
+    const char* const barcodes[] = {"28", "12", "AB", "ab", "aB", "fi", "ss", "SS", "29"};
+    for (const char* prefix : prefixes) {
+        for (const char* barcode : barcodes) {
+            BarcodeLayout layout;
+            layout.digitCount = 2;
+            layout.constantStart = 1;
+            layout.constantCount = 2;
+            layout.constantCode = prefix;
+            BarcodeLayout plain = layout;
+            plain.constantCode = barcode;
+            const std::string found = linesOf(*session, std::string("SELECT CASE WHEN N'") + prefix + "' = N'" +
+                                                            barcode + "' THEN 1 ELSE 0 END")
+                                          .at(0);
+            EXPECT_EQ(isFoundFor(layout, QString::fromUtf8(barcode)), found == "1") << prefix << " and " << barcode;
+            EXPECT_EQ(mayBothFit(layout, plain), found == "1") << prefix << " and " << barcode;
+            EXPECT_EQ(mayBothFit(plain, layout), found == "1") << prefix << " and " << barcode;
+        }
+    }
 }
 
 TEST_F(Layouts, aNewLayoutIsNotWrongBeforeItIsBegun) {
@@ -223,6 +334,49 @@ TEST_F(Layouts, aPrefixBelowNoCharactersIsNotSaved) {
     click(*page, "Save_BTN");
     EXPECT_THAT(linesOf(*session, "SELECT ConstantCount FROM dbo.BarCodeFormul WHERE ConstantCode = N'27'"),
                 ElementsAre("2"));
+}
+
+TEST_F(Layouts, aRefusedPrefixIsWrittenAnewWhereItStands) {
+    for (const char* prefix : {"۲۸-", "281"}) {
+        choose("28");
+        type(*page, "ConstantCode_EDT", QString::fromUtf8(prefix));
+        control(*page, "Title_EDT").setFocus();
+        click(*page, "Save_BTN");
+        EXPECT_EQ(takeMessages().size(), 1U) << prefix;
+        EXPECT_EQ(page->focusWidget(), &control(*page, "ConstantCode_EDT")) << prefix;
+        messages.answers = {mrNo};
+        EXPECT_TRUE(page->mayLeave());
+        EXPECT_EQ(takeMessages().size(), 1U);
+    }
+}
+
+// Passing over it to see what is further down.
+TEST_F(Layouts, theWheelChangesNoFieldThatItPassesOver) {
+    choose("28");
+    page->resize(1000, 400);
+    QApplication::processEvents();
+    control(*page, "Sample_EDT").setFocus();
+    auto& scroll = control<QScrollArea>(*page, "Columns_PNL");
+    const QWidget* before = page->focusWidget();
+    int turned = 0;
+    for (QWidget* input : scroll.findChildren<QWidget*>()) {
+        if (!qobject_cast<QSpinBox*>(input) && !qobject_cast<QComboBox*>(input)) continue;
+        scroll.ensureWidgetVisible(input);
+        for (const int steps : {1, -1, -1})
+            turnWheel(*input, steps);
+        ++turned;
+    }
+    EXPECT_EQ(turned, 13);
+    EXPECT_EQ(page->focusWidget(), before);
+    EXPECT_FALSE(control(*page, "Save_BTN").isEnabled());
+    EXPECT_TRUE(page->mayLeave());
+    EXPECT_TRUE(takeMessages().empty());
+    QScrollBar& bar = *scroll.verticalScrollBar();
+    ASSERT_GT(bar.maximum(), 0);
+    scroll.ensureWidgetVisible(&number("DigitCount_EDT"));
+    const int place = bar.value();
+    turnWheel(number("DigitCount_EDT"), place == bar.maximum() ? 1 : -1);
+    EXPECT_NE(bar.value(), place);
 }
 
 TEST_F(Layouts, aLongSampleDoesNotWidenTheWindow) {

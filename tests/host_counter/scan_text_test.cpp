@@ -33,6 +33,19 @@ TEST(ScanText, signsAboveTheDigitsBecomeDigits) {
     EXPECT_EQ(repaired("!٬٫﷼٪×،*)("), "1234567890");
 }
 
+// It would be the barcode of another good.
+TEST(ScanText, signsOfTheBarcodeItselfStay) {
+    for (const char* scan : {"2*00105012507", "!AB", "(01)06267311001001", "12!", "AB*", "2%00", "a,b", "*"})
+        EXPECT_EQ(repaired(scan), scan);
+    EXPECT_EQ(repaired("۲*۰۰"), "2*00");
+    EXPECT_EQ(repaired("۲٪۰۰"), "2٪00");
+    EXPECT_EQ(repaired("(۰۱)۰۶۲"), "(01)062");
+    EXPECT_EQ(repaired("شز*"), "ac*");
+    EXPECT_EQ(repaired("٬*a"), "٬*a");
+    EXPECT_EQ(repaired("!*)("), "!*)(");  // of which layout nobody knows
+    EXPECT_EQ(repaired("٬*(( "), "2800");
+}
+
 TEST(ScanText, directionMarksGo) {
     EXPECT_EQ(repaired("\u200F\u202B28\u202C\u2066"
                        "00\u2069"),
