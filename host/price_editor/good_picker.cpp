@@ -5,8 +5,12 @@
 #include <QVBoxLayout>
 
 #include "host/price_editor/good_search.h"
+#include "host/screens/disabled_reason.h"
+#include "host/screens/elided_row.h"
 #include "host/screens/persian_digits.h"
+#include "host/screens/persian_inputs.h"
 #include "host/services/sql_access.h"
+#include "package/screens/tool_tip.h"
 
 namespace basalt::host {
 namespace {
@@ -20,6 +24,7 @@ GoodPicker::GoodPicker(ScreenContext& context, QWidget* parent)
     : QDialog(parent),
       context_(context),
       search_(new QLineEdit(this)),
+      pause_(context, *this, [this] { search(); }),
       found_(new QStackedWidget(this)),
       goods_(new QListWidget(found_)),
       notice_(new QLabel),
@@ -34,9 +39,13 @@ GoodPicker::GoodPicker(ScreenContext& context, QWidget* parent)
     search_->setPlaceholderText(QStringLiteral("کد، نام یا بارکد کالا"));
     search_->setAccessibleName(search_->placeholderText());
     search_->setClearButtonEnabled(true);
+    readFromRight(*search_);
     search_->installEventFilter(this);
+    goods_->installEventFilter(this);
     goods_->setObjectName(QStringLiteral("Goods_LST"));
     goods_->setAccessibleName(QStringLiteral("کالاها"));
+    goods_->setItemDelegate(new ElidedRowDelegate(goods_));
+    goods_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     count_->setObjectName(QStringLiteral("GoodCount_LBL"));
     count_->setProperty("kind", QStringLiteral("hint"));
     accept_->setObjectName(QStringLiteral("Ok_BTN"));
@@ -58,8 +67,9 @@ GoodPicker::GoodPicker(ScreenContext& context, QWidget* parent)
     layout->addWidget(found_, 1);
     layout->addLayout(buttons);
 
-    QObject::connect(search_, &QLineEdit::textChanged, this, [this] { context_.guarded(this, [this] { search(); }); });
-    QObject::connect(goods_, &QListWidget::itemActivated, this, &QDialog::accept);
+    QObject::connect(search_, &QLineEdit::textChanged, this, [this] { pause_.typed(); });
+    QObject::connect(goods_, &QListWidget::itemActivated, this,
+                     [this](const QListWidgetItem* item) { take(item->data(Qt::UserRole).toInt()); });
     QObject::connect(accept_, &QPushButton::clicked, this, &QDialog::accept);
     QObject::connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     search();
@@ -85,20 +95,52 @@ QWidget* GoodPicker::makeNotice() {
 void GoodPicker::clearSearch() {
     search_->clear();
     search_->setFocus();
+    static_cast<void>(goodsAreFound());
+}
+
+bool GoodPicker::goodsAreFound() {
+    return foundFor_ == search_->text() ? pause_.finish() : pause_.search();
+}
+
+void GoodPicker::accept() {
+    if (goodsAreFound() && goodCode() != 0) QDialog::accept();
+}
+
+// A good that was pointed at, when the text still finds it.
+void GoodPicker::take(int code) {
+    if (!goodsAreFound()) return;
+    for (int row = 0; row < goods_->count() && goodCode() != code; ++row)
+        if (goods_->item(row)->data(Qt::UserRole).toInt() == code) goods_->setCurrentRow(row);
+    if (goodCode() == code) QDialog::accept();
+}
+
+void GoodPicker::step(int rows) {
+    if (!goodsAreFound()) return;
+    const int row = goods_->currentRow() + rows;
+    if (row >= 0 && row < goods_->count()) goods_->setCurrentRow(row);
 }
 
 void GoodPicker::search() {
     const QString wanted = search_->text();
-    const RowSet rows = rowsOf(context_.host().session(), goodSearch(wanted, kMostGoods));
+    RowSet rows;
+    try {
+        rows = rowsOf(context_.host().session(), goodSearch(wanted, kMostGoods));
+    } catch (...) {
+        count_->setText(QStringLiteral(
+            "این‌ها کالاهای جستجوی پیشین‌اند؛ برای جستجو Enter را بزنید"));
+        throw;
+    }
+    foundFor_ = wanted;
     goods_->clear();
     for (std::size_t row = 0; row < rows.rowCount(); ++row) {
         const auto code = static_cast<int>(integerAt(rows, 0, row));
-        const QString name = QString::fromStdString(textAt(rows, 1, row));
+        const QString name = screenText(QString::fromStdString(textAt(rows, 1, row)));
         auto* item = new QListWidgetItem(persianDigits(QString::number(code)) + QStringLiteral("   ") + name, goods_);
         item->setData(Qt::UserRole, code);
+        item->setToolTip(plainToolTip(name));
     }
     goods_->setCurrentRow(goods_->count() > 0 ? 0 : -1);
-    accept_->setEnabled(goods_->count() > 0);
+    enableUnless(*accept_, goods_->count() > 0 ? QString() : emptyListReason());
     const bool searched = !wanted.trimmed().isEmpty();
     notice_->setText(
         searched
@@ -126,15 +168,28 @@ void GoodPicker::keyPressEvent(QKeyEvent* event) {
 }
 
 bool GoodPicker::eventFilter(QObject* watched, QEvent* event) {
-    // The list is walked through without leaving the search.
     if (watched == search_ && event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        const int step = key == Qt::Key_Down ? 1 : key == Qt::Key_Up ? -1 : 0;
-        const int row = goods_->currentRow() + step;
-        if (step != 0) {
-            if (row >= 0 && row < goods_->count()) goods_->setCurrentRow(row);
-            return true;
+        switch (static_cast<QKeyEvent*>(event)->key()) {
+            // The list is walked through without leaving the search.
+            case Qt::Key_Down:
+                step(1);
+                return true;
+            case Qt::Key_Up:
+                step(-1);
+                return true;
+            // Also while there is nothing to take in the list of before.
+            case Qt::Key_Return:
+            case Qt::Key_Enter:
+                accept();
+                return true;
+            default:
+                break;
         }
+    }
+    // Who comes to the list by keyboard means the first good that is found.
+    if (watched == goods_ && event->type() == QEvent::FocusIn) {
+        const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+        if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason) static_cast<void>(goodsAreFound());
     }
     return QDialog::eventFilter(watched, event);
 }

@@ -9,6 +9,7 @@
 
 #include "ado/error.h"
 #include "host/screens/display_format.h"
+#include "host/screens/get_base_impl.h"
 #include "host/screens/number_room.h"
 #include "host/screens/number_typing.h"
 #include "host/screens/parts_area.h"
@@ -16,6 +17,7 @@
 #include "host/screens/record_content.h"
 #include "host/screens/theme.h"
 #include "host/screens/wrapped_text.h"
+#include "host/services/isolated_text.h"
 #include "package/screens/place.h"
 
 namespace basalt::host {
@@ -32,7 +34,9 @@ constexpr int kInputFrame = 28;       // around the text of an input
 constexpr int kTitleLines = 2;        // of a level's name
 constexpr int kTitleCharacters = 27;  // in one of them; what is longer ends in three dots
 constexpr int kRowSpacing = 4;
-constexpr int kDefaultCharacters = 8;  // that the choice of a default shows at least
+constexpr std::size_t kNamedFields = 4;  // in a message
+constexpr int kDefaultCharacters = 8;    // that the choice of a default shows at least
+constexpr int kSuffixGap = 4;
 
 QString amountText(const std::optional<Decimal>& amount) {
     static const DisplayFormat format("#,#0.#########;-#,#0.#########;0");
@@ -148,7 +152,11 @@ void PriceEditor::addAmount(QGridLayout& layout, const std::string& field, const
     // What is longer than usual makes itself room as it comes.
     giveRoom(*input, amountText(Decimal(powerOfTen(isDiscount(field) ? kUsualPercent : kUsualAmount) - 1, 0)));
     QObject::connect(input, &QLineEdit::textChanged, input, [input](const QString& text) { giveRoom(*input, text); });
-    layout.addWidget(input, row, column);
+    auto* cell = new QHBoxLayout;
+    cell->setSpacing(kSuffixGap);
+    cell->addWidget(input, 1);
+    if (isDiscount(field)) cell->addWidget(new QLabel(QStringLiteral("٪")));
+    layout.addLayout(cell, row, column);
     amounts_[field] = input;
     fields_.push_back(field);
 }
@@ -218,8 +226,8 @@ void PriceEditor::CreateControls() {
                                "CostLevel_", kPrices},
                               inputs),
                     4);
-    inputs->addPart(makeGroup({"Discounts_GRB", QStringLiteral("تخفیف‌ها"), QStringLiteral("تخفیف %1"),
-                               "Discount", "Discount_Sell_", kDiscounts},
+    inputs->addPart(makeGroup({"Discounts_GRB", QStringLiteral("تخفیف‌ها (درصد)"),
+                               QStringLiteral("تخفیف %1"), "Discount", "Discount_Sell_", kDiscounts},
                               inputs),
                     3);
     place(*base().FormPanel(), *inputs);
@@ -231,6 +239,7 @@ void PriceEditor::CreateControls() {
 
 void PriceEditor::SetComponents() {
     base().SetSaveControl(save_, kSaveAndClose);
+    dynamic_cast<GetBaseImpl&>(base()).onWritten = [this] { showPrices(written_); };
     base().SetTitle("قیمت‌ها و تخفیف‌های کالا");
     const LevelTitles titles = toldApart(matrix_.titles());
     std::map<bool, std::vector<QLabel*>> groups;
@@ -271,14 +280,28 @@ void PriceEditor::PrepareQuery(const Value& /*code*/) {
 }
 
 void PriceEditor::OnFill(const Value& /*code*/) {
-    shown_ = matrix_.read(goodCode());
-    good_->setText(persianDigits(QString::number(goodCode())) + QStringLiteral(" – ") +
-                   QString::fromStdString(goodName_));
-    for (const auto& [field, input] : amounts_) {
-        input->setText(amountText(shown_.at(field)));
+    const QString name = screenText(QString::fromStdString(goodName_));
+    const QString text = persianDigits(QString::number(goodCode())) + QStringLiteral(" – ");
+    // A name of Latin letters alone would turn the line around, which stands and reads from the right as its screen
+    // does.
+    good_->setText((text + name).isRightToLeft()
+                       ? text + name
+                       : QChar(0x200F) + text + QString::fromStdString(isolated(name.toStdString())));
+    showPrices(matrix_.read(goodCode()));
+}
+
+void PriceEditor::showPrices(const GoodPrices& prices) {
+    shown_ = prices;
+    for (const auto& [field, value] : prices)
+        showValue(field, value);
+}
+
+void PriceEditor::showValue(const std::string& field, const std::optional<Decimal>& value) {
+    if (const auto amount = amounts_.find(field); amount != amounts_.end()) {
+        amount->second->setText(amountText(value));
+    } else if (const auto levels = defaults_.find(field); levels != defaults_.end()) {
+        showLevel(*levels->second, levelsOf(field), levelNumber(value));
     }
-    for (const auto& [field, levels] : defaults_)
-        showLevel(*levels, levelsOf(field), levelNumber(shown_.at(field)));
 }
 
 GoodPrices PriceEditor::entered() const {
@@ -317,14 +340,75 @@ bool PriceEditor::accepts(const std::string& field, QLineEdit& input) {
     const Decimal most = isDiscount(field) ? Decimal(kMostPercent, 0) : PriceMatrix::greatest();
     const Decimal least = isDiscount(field) ? Decimal() : Decimal(-most.coefficient(), most.scale());
     if (*amount < least || *amount > most)
-        return refuse("MsgOutOfRange", {amountText(least).toStdString(), amountText(most).toStdString()});
+        return refuse(isDiscount(field) ? "MsgPercentOutOfRange" : "MsgOutOfRange",
+                      {amountText(least).toStdString(), amountText(most).toStdString()});
     if (!PriceMatrix::isKept(field, *amount)) return refuse("MsgTooManyDigits", {input.text().toStdString()});
+    // "14.185" on a keyboard without "٬" is meant for fourteen thousand.
+    const int decimals = host_.SettingRecord().CurrencyDecimals;
+    if (!isDiscount(field) && *amount != amount->rescaled(decimals))
+        return refuse(decimals == 0 ? "MsgFractionOfAmount" : "MsgTooManyDecimals",
+                      {input.text().toStdString(), std::to_string(decimals)});
     return true;
 }
 
 bool PriceEditor::IsValid() {
     return std::all_of(fields_.begin(), fields_.end(),
-                       [this](const std::string& field) { return accepts(field, *amounts_.at(field)); });
+                       [this](const std::string& field) { return accepts(field, *amounts_.at(field)); }) &&
+           mayReplaceStored();
+}
+
+// Asked before the transaction begins: nobody's prices are held while a question stands on a screen. Who is quicker
+// even than that is found when the prices are written, and told of at the next attempt.
+bool PriceEditor::mayReplaceStored() {
+    const GoodPrices prices = entered();
+    if (prices == shown_) return true;
+    if (isNull(host_.ScalerQuery("GoodInf", "Name", "Code", std::to_string(goodCode())))) {
+        host_.Messages().show({.operation = "MsgGoodGone", .arguments = {goodName_}, .form = this});
+        return false;
+    }
+    const GoodPrices stored = matrix_.read(goodCode());
+    std::vector<std::string> others;
+    for (const auto& [field, value] : prices) {
+        if (value == shown_.at(field)) continue;
+        // Somebody has entered the same: there is nothing left to write.
+        if (stored.at(field) == value) shown_[field] = value;
+        if (stored.at(field) != shown_.at(field)) others.push_back(field);
+    }
+    if (others.empty()) return true;
+    const int answer = host_.Messages().show({.operation = "MsgPriceChanged",
+                                              .arguments = {wordsFor(others)},
+                                              .buttons = {TMessageButton::Yes, TMessageButton::No},
+                                              .defaultButton = TMessageButton::Yes,
+                                              .form = this});
+    if (answer == mrYes) takeOver(stored, others);
+    return false;
+}
+
+void PriceEditor::takeOver(const GoodPrices& stored, const std::vector<std::string>& fields) {
+    const GoodPrices prices = entered();
+    for (const auto& [field, value] : stored) {
+        const bool mine = prices.at(field) != shown_.at(field);
+        if (!mine || std::find(fields.begin(), fields.end(), field) != fields.end()) showValue(field, value);
+    }
+    shown_ = stored;
+    SetIsSaved(entered() == shown_);
+    inputOf(fields.front())->setFocus();
+}
+
+QWidget* PriceEditor::inputOf(const std::string& field) const {
+    const auto amount = amounts_.find(field);
+    return amount != amounts_.end() ? static_cast<QWidget*>(amount->second) : defaults_.at(field);
+}
+
+std::string PriceEditor::wordsFor(const std::vector<std::string>& fields) const {
+    const std::size_t named = fields.size() > kNamedFields ? kNamedFields - 1 : fields.size();
+    QStringList titles;
+    for (std::size_t i = 0; i < named; ++i)
+        titles += QStringLiteral("«%1»").arg(inputOf(fields[i])->accessibleName());
+    QString words = titles.join(QStringLiteral("، "));
+    if (named < fields.size())
+        words += QStringLiteral(" و %1 مورد دیگر").arg(screenNumber(std::to_string(fields.size() - named)));
+    return words.toStdString();
 }
 
 void PriceEditor::OnSave() {
@@ -332,11 +416,13 @@ void PriceEditor::OnSave() {
     // Who has only looked has done nothing that is worth a record.
     if (prices == shown_) return;
     matrix_.write(goodCode(), shown_, prices);
-    host_.SetUserEvent(spGoods, prEdit, std::to_string(goodCode()), true, true);
+    host_.recordEvent(spGoods, prEdit, std::to_string(goodCode()), "قیمت‌های کالای «" + goodName_ + "»");
 }
 
+// In the transaction, so that these are the prices of this save and nobody's after it. Until it is committed the editor
+// goes by those that it had: if that fails, the inputs still differ from the table, and are written the next time.
 void PriceEditor::AfterSave() {
-    OnFill(Code());
+    written_ = matrix_.read(goodCode());
 }
 
 void PriceEditor::FormShow(QObject* sender) {

@@ -53,7 +53,16 @@ private:
     [[nodiscard]] int goodCode() const;
     QWidget* makeGroup(const Group& group, QWidget* parent);
     void addAmount(QGridLayout& layout, const std::string& field, const QString& title, int row, int column);
+    void showPrices(const GoodPrices& prices);
+    void showValue(const std::string& field, const std::optional<Decimal>& value);
     [[nodiscard]] GoodPrices entered() const;
+    // False after having told that somebody else has been quicker, or that the good is gone.
+    [[nodiscard]] bool mayReplaceStored();
+    // Shows what the table has of the fields, and elsewhere what the user has entered.
+    void takeOver(const GoodPrices& stored, const std::vector<std::string>& fields);
+    [[nodiscard]] QWidget* inputOf(const std::string& field) const;
+    // For a message: the titles of the first of them, and how many more there are.
+    [[nodiscard]] std::string wordsFor(const std::vector<std::string>& fields) const;
     // As the user knows the input: what it is for, and the name of its level.
     [[nodiscard]] QString levelTitle(const std::string& field) const;
     // False after having told what is wrong with the input, if anything is.
@@ -62,7 +71,8 @@ private:
     ReferenceHost& host_;
     PriceMatrix matrix_;
     std::string goodName_;
-    GoodPrices shown_;
+    GoodPrices shown_;    // as the table has them, and the inputs where nobody has touched them
+    GoodPrices written_;  // as a save would leave the table, until it is committed
     QLabel* good_ = nullptr;
     SmartButton* save_ = nullptr;
     std::map<std::string, QLabel*> titles_;  // by the name of the level's title

@@ -16,30 +16,28 @@ constexpr int kBetweenTurnsMilliseconds = 40;
 // Questions of one request come every few milliseconds; after such a pause it is another request.
 constexpr int kPauseMilliseconds = 150;
 
+constexpr int kAround = 16;  // the least that is seen of a window around the notice
+
+bool isWindowOfScreens(const QWidget& window) {
+    const Qt::WindowType type = window.windowType();
+    return window.isVisible() && !window.isMinimized() && (type == Qt::Window || type == Qt::Dialog);
+}
+
+// The window that the user works in; nullptr before there is one.
+QWidget* windowInUse() {
+    if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+    if (QWidget* active = QApplication::activeWindow(); active && isWindowOfScreens(*active)) return active;
+    QWidget* other = nullptr;
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (isWindowOfScreens(*window)) other = window;
+    return other;
+}
+
 }  // namespace
 
 BusyNotice::BusyNotice(Session& session)
-    : session_(session),
-      requests_(dynamic_cast<InterruptibleSession*>(&session)),
-      text_(new QLabel(&window_)),
-      patience_(kPatienceMilliseconds) {
-    window_.setObjectName(QStringLiteral("Busy_FRM"));
-    window_.setLayoutDirection(Qt::RightToLeft);
-    window_.setWindowModality(Qt::ApplicationModal);
-    window_.setWindowFlag(Qt::WindowCloseButtonHint, false);
-    text_->setObjectName(QStringLiteral("Busy_LBL"));
-    text_->setMinimumWidth(260);
-    auto* cancel = new QPushButton(QStringLiteral("انصراف"), &window_);
-    cancel->setObjectName(QStringLiteral("BusyCancel_BTN"));
-    cancel_ = cancel;
-    auto* layout = new QHBoxLayout(&window_);
-    layout->setContentsMargins(24, 20, 24, 20);
-    layout->setSpacing(16);
-    layout->addWidget(text_, 1);
-    layout->addWidget(cancel);
-    // Escape rejects the window, which is the same wish.
-    QObject::connect(cancel, &QPushButton::clicked, &window_, &QDialog::reject);
-    QObject::connect(&window_, &QDialog::rejected, this, [this] { cancelled_ = !session_.inTransaction(); });
+    : session_(session), requests_(dynamic_cast<InterruptibleSession*>(&session)), patience_(kPatienceMilliseconds) {
+    held_.onEscape = [this] { giveUp(); };
     if (requests_)
         requests_->onProgress([this] {
             return goOn({kWaiting, [this] {
@@ -51,6 +49,7 @@ BusyNotice::BusyNotice(Session& session)
 
 BusyNotice::~BusyNotice() {
     if (requests_) requests_->onProgress({});
+    delete notice_;
 }
 
 void BusyNotice::begin() {
@@ -73,7 +72,10 @@ bool BusyNotice::goOn(const Text& text) {
     if (began_.elapsed() >= patience_ && painted_.elapsed() >= std::min(kBetweenTurnsMilliseconds, patience_)) {
         show(text);
         inTurn_ = true;
-        QApplication::processEvents(QEventLoop::X11ExcludeTimers);
+        {
+            const HeldInput::Turn turn(held_, notice_);
+            QApplication::processEvents(QEventLoop::X11ExcludeTimers);
+        }
         inTurn_ = false;
         painted_.restart();
         goWhenOver();
@@ -82,8 +84,7 @@ bool BusyNotice::goOn(const Text& text) {
     return !cancelled_;
 }
 
-// Events come again when the request is over, this one before the keys that were pressed meanwhile: they are meant for
-// the windows behind.
+// Events come again when the request is over, this one before the keys that are pressed from then on.
 void BusyNotice::goWhenOver() {
     if (leaving_) return;
     leaving_ = true;
@@ -92,15 +93,78 @@ void BusyNotice::goWhenOver() {
 
 void BusyNotice::go() {
     leaving_ = false;
-    if (!inTurn_) window_.hide();
+    if (inTurn_) return;
+    delete notice_;
+    held_.giveBack();
+}
+
+void BusyNotice::giveUp() {
+    // What is being written cannot be given up half way.
+    if (session_.inTransaction()) return;
+    cancelled_ = true;
+    notice_->hide();
+    held_.keepTypedText();
+}
+
+void BusyNotice::make() {
+    waiting_ = windowInUse();
+    held_.waitFor(waiting_);
+    notice_ = new QFrame(waiting_);
+    notice_->setObjectName(QStringLiteral("Busy_FRM"));
+    notice_->setProperty("kind", QStringLiteral("card"));
+    notice_->setLayoutDirection(Qt::RightToLeft);
+    notice_->setAttribute(Qt::WA_NoMousePropagation);
+    text_ = new QLabel(notice_);
+    text_->setObjectName(QStringLiteral("Busy_LBL"));
+    text_->setMinimumWidth(260);
+    auto* cancel = new QPushButton(QStringLiteral("انصراف \u2066Esc\u2069"), notice_);
+    cancel->setObjectName(QStringLiteral("BusyCancel_BTN"));
+    // The focus stays where it is, and Enter means what it means there.
+    cancel->setFocusPolicy(Qt::NoFocus);
+    cancel->setAutoDefault(false);
+    cancel_ = cancel;
+    auto* layout = new QHBoxLayout(notice_);
+    layout->setContentsMargins(24, 20, 24, 20);
+    layout->setSpacing(16);
+    layout->addWidget(text_, 1);
+    layout->addWidget(cancel);
+    QObject::connect(cancel, &QPushButton::clicked, this, &BusyNotice::giveUp);
+}
+
+// Inside of the window that waits; in front of it where it is too small, and alone where there is none.
+void BusyNotice::place() {
+    const QSize size = notice_->sizeHint();
+    if (!waiting_) {
+        notice_->setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
+        notice_->resize(size);
+        return;
+    }
+    const QSize room = waiting_->size() - 2 * QSize(kAround, kAround);
+    QRect place(QPoint(), size);
+    place.moveCenter(waiting_->rect().center());
+    if (size.width() > room.width() || size.height() > room.height()) {
+        notice_->setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
+        notice_->setAttribute(Qt::WA_ShowWithoutActivating);
+        place.moveTopLeft(waiting_->mapToGlobal(place.topLeft()));
+    }
+    notice_->setGeometry(place);
 }
 
 void BusyNotice::show(const Text& text) {
-    window_.setWindowTitle(QString::fromUtf8(text.title));
+    if (cancelled_) return;
+    if (!notice_) make();
+    notice_->setWindowTitle(QString::fromUtf8(text.title));
+    notice_->setAccessibleName(notice_->windowTitle());
     text_->setText(persianDigits(text.text()));
     // What is being written cannot be given up half way.
     cancel_->setVisible(!session_.inTransaction());
-    if (!window_.isVisible() && !cancelled_) window_.show();
+    if (notice_->isVisible()) {
+        notice_->resize(notice_->size().expandedTo(notice_->sizeHint()));
+        return;
+    }
+    place();
+    notice_->show();
+    notice_->raise();
 }
 
 }  // namespace basalt::host

@@ -2,19 +2,23 @@
 //
 //   BusyNotice notice(host.session());      // for as long as there are screens
 //
-// Half a second into a request a small window appears with the time so far and a cancel button; the windows behind it
-// are painted but take no input. It goes away by itself when the request is over. A session that cannot be interrupted
-// shows none. While the notice is up no timers run on the platforms where they can be held back, because whoever they
-// belong to might use the session.
+// Half a second into a request a small notice with the time so far and a cancel button lies over the window that waits.
+// It never takes the focus: keys that are pressed meanwhile reach that window when the request is over (held_input.h),
+// and only Escape or a click on the button gives the request up. The windows behind are painted but take no input. It
+// goes away by itself when the request is over. A session that cannot be interrupted shows none. While the notice is up
+// no timers run on the platforms where they can be held back, because whoever they belong to might use the session;
+// where they do run, those that would use it ask requestRuns first.
 #pragma once
 
-#include <QDialog>
 #include <QElapsedTimer>
+#include <QFrame>
 #include <QLabel>
+#include <QPointer>
 #include <functional>
 
 #include "ado/progress.h"
 #include "ado/session.h"
+#include "host/screens/held_input.h"
 
 namespace basalt::host {
 
@@ -32,6 +36,9 @@ public:
     // user has given it up.
     [[nodiscard]] bool writes(int done, int all);
 
+    // A request has lent the windows a moment to be painted; whatever is told of it now must not use the session.
+    [[nodiscard]] bool requestRuns() const { return inTurn_; }
+
 private:
     // What the notice says; made only when it is shown.
     struct Text {
@@ -42,14 +49,19 @@ private:
     [[nodiscard]] bool goOn(const Text& text);
     void begin();
     void show(const Text& text);
+    void make();
+    void place();
+    void giveUp();
     void goWhenOver();
     void go();
 
     Session& session_;
     InterruptibleSession* requests_;
-    QDialog window_;
-    QLabel* text_;
-    QWidget* cancel_;
+    HeldInput held_;
+    QPointer<QWidget> waiting_;  // the window over which the notice lies
+    QPointer<QFrame> notice_;    // while it shows; the text and the button go with it
+    QLabel* text_ = nullptr;
+    QWidget* cancel_ = nullptr;
     QElapsedTimer began_;
     QElapsedTimer asked_;    // since the last question of the request
     QElapsedTimer painted_;  // since the windows were last given their turn

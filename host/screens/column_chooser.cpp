@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "host/screens/dialog_buttons.h"
+#include "host/screens/disabled_reason.h"
 
 namespace basalt::host {
 
@@ -27,7 +28,9 @@ ColumnChooser::ColumnChooser(const std::vector<ColumnChoice>& choices, QWidget* 
     layout->addWidget(columns_, 1);
     layout->addLayout(buttons.row);
 
-    columns_->onChange = [this, accept = buttons.accept] { accept->setEnabled(columns_->anyVisible()); };
+    columns_->onChange = [this, accept = buttons.accept] {
+        enableUnless(*accept, columns_->anyVisible() ? QString() : noColumnReason());
+    };
     columns_->onChange();
 }
 

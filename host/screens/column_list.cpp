@@ -11,6 +11,9 @@ ColumnList::ColumnList(const std::vector<ColumnChoice>& choices, const QString& 
     : QWidget(parent), list_(new QListWidget(this)), up_(nullptr), down_(nullptr) {
     list_->setObjectName(QStringLiteral("Columns_LST"));
     list_->setAccessibleName(accessibleName);
+    // Long titles wrap instead of going on where nobody sees it.
+    list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    list_->setWordWrap(true);
     for (const ColumnChoice& choice : choices) {
         auto* item = new QListWidgetItem(screenText(choice.title), list_);
         item->setData(Qt::UserRole, choice.column);

@@ -65,7 +65,8 @@ QString cutIn(const QAbstractItemView& view, const QPoint& position) {
     const QModelIndex index = view.indexAt(position);
     if (!index.isValid() || index.data(Qt::ToolTipRole).isValid()) return {};
     const QString text = index.data().toString();
-    return fits(view, text, view.visualRect(index).width() - kCellPadding) ? QString() : text;
+    const QRect seen = view.visualRect(index) & view.viewport()->rect();
+    return fits(view, text, seen.width() - kCellPadding) ? QString() : text;
 }
 
 class CutTexts final : public QObject {

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "ado/error.h"
+#include "host/screens/disabled_reason.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
 #include "host/screens/window_size.h"
@@ -29,6 +30,18 @@ std::function<void()> handlerOf(TBaseDock_FRM& screen, TListButton role) {
             break;
     }
     return {};
+}
+
+// What stands beside a part of a window, up to its edges.
+int widthAround(const QWidget& part) {
+    int around = 0;
+    for (const QWidget* outer = part.parentWidget(); outer;
+         outer = outer->isWindow() ? nullptr : outer->parentWidget()) {
+        if (!outer->layout()) continue;
+        const QMargins margins = outer->layout()->contentsMargins();
+        around += margins.left() + margins.right();
+    }
+    return around;
 }
 
 bool actsOnRow(TListButton role) {
@@ -61,6 +74,7 @@ DockBaseImpl::~DockBaseImpl() {
         grid_->setDescription({}, {});
         grid_->setGate({});
         grid_->setPart({});
+        grid_->setNarrowing({});
     }
 }
 
@@ -89,13 +103,18 @@ void DockBaseImpl::SetGrid(TSmartDBGrid_VRO* grid) {
     grid_->onRowsChanged = [this] { EnableButtons(); };
     grid_->setGate([this] { return rowsAreFound(); });
     grid_->setDescription([this] { return frame_->title(); }, [this] { return headerLines(); });
-    grid_->setRefresh([this] { screen_.RefreshList(); });
+    grid_->setRefresh([this] { readAnew(); });
     addGridTools();
 }
 
 void DockBaseImpl::SetSearchManager(TVaroSearchManager* manager) {
     searches_ = dynamic_cast<SearchManager*>(manager);
-    if (searches_ && grid_) grid_->setPart([this] { return searches_->tabTitle(); });
+    if (!searches_) return;
+    if (grid_) {
+        grid_->setPart([this] { return searches_->tabTitle(); });
+        grid_->setNarrowing([this] { return searches_->narrowing(); });
+    }
+    searches_->onSearched = [this] { noteSearch(); };
 }
 
 // What can be done with the whole list stands beside the title, so that it is found without the context menu.
@@ -103,7 +122,8 @@ void DockBaseImpl::addGridTools() {
     auto* tool = new QToolButton(&screen_);
     tool->setObjectName(QStringLiteral("ListTools_BTN"));
     tool->setText(QStringLiteral("چاپ و خروجی ▾"));
-    tool->setToolTip(QStringLiteral("به‌روزآوری، ستون‌ها، چاپ و خروجی"));
+    tool->setToolTip(
+        QStringLiteral("به‌روزآوری، ستون‌ها، مرتب‌سازی، چاپ و خروجی"));
     tool->setAccessibleName(tool->toolTip());
     tool->setFocusPolicy(Qt::StrongFocus);
     tool->setPopupMode(QToolButton::InstantPopup);
@@ -128,8 +148,12 @@ void DockBaseImpl::FormShow() {
 
 void DockBaseImpl::EnableButtons() {
     const bool hasRow = grid_ && grid_->CurrentRow() >= 0;
+    const QString reason = hasRow                                   ? QString()
+                           : grid_ && grid_->model().rowCount() > 0 ? nothingChosenReason()
+                           : isUnread()                             ? unreadListReason()
+                                                                    : emptyListReason();
     for (const Button& entry : buttons_)
-        if (actsOnRow(entry.role)) entry.button->setEnabled(hasRow);
+        if (actsOnRow(entry.role)) enableUnless(*entry.button, reason);
 }
 
 void DockBaseImpl::SetTitle(const std::string& title) {
@@ -149,6 +173,51 @@ void DockBaseImpl::SetPopMenu() {
     });
 }
 
+bool DockBaseImpl::rowsAreFound() {
+    if (searches_ && !searches_->finishTyping()) return false;
+    const bool behind = searches_ && searches_->isBehind();
+    if (!behind && !isUnread()) return true;
+    bool found = false;
+    context_.guarded(&screen_, [this, behind, &found] {
+        if (behind) {
+            searches_->ExecuteFilter_DataSet();
+        } else {
+            screen_.RefreshList();
+        }
+        found = true;
+    });
+    return found;
+}
+
+void DockBaseImpl::readAnew() {
+    if (searches_ && (searches_->isWaiting() || searches_->isBehind())) {
+        static_cast<void>(rowsAreFound());
+    } else {
+        screen_.RefreshList();
+    }
+}
+
+bool DockBaseImpl::isUnread() const {
+    return grid_ && grid_->model().isUnread();
+}
+
+// When everything is back where it was after a failure: a tab that is left again asks for the rows that are there.
+void DockBaseImpl::noteSearch() {
+    if (!summary_) return;
+    QMetaObject::invokeMethod(
+        summary_.data(),
+        [this] {
+            // Of a list without its rows the summary itself says what to do.
+            summary_->setNote(
+                searches_->isBehind() && !isUnread()
+                    ? QStringLiteral(
+                          "فهرست هنوز جستجوی پیشین را نشان می‌دهد؛ "
+                          "برای جستجوی نوشته‌شده \u2066Enter\u2069 یا \u2066Ctrl+R\u2069 را بزنید")
+                    : QString());
+        },
+        Qt::QueuedConnection);
+}
+
 bool DockBaseImpl::rowIsFound() {
     const QWidget* focused = screen_.focusWidget();
     return (grid_ && focused && grid_->isAncestorOf(focused)) || rowsAreFound();
@@ -157,7 +226,7 @@ bool DockBaseImpl::rowIsFound() {
 bool DockBaseImpl::enterPressed() {
     QWidget* focused = screen_.focusWidget();
     if (!grid_ || !focused) return false;
-    if (!grid_->isAncestorOf(focused)) {
+    if (!grid_->isAncestorOf(focused) || isUnread()) {
         // From the search on to what it found.
         if (rowsAreFound()) grid_->setFocus();
         return true;
@@ -188,9 +257,10 @@ std::vector<QString> DockBaseImpl::headerLines() const {
 void DockBaseImpl::restoreLayout() {
     context_.guarded(&screen_, [this] {
         const QJsonObject layout = option_.load();
-        restoreWindowSize(screen_, layout);
         if (grid_ && layout.contains(QStringLiteral("grid")))
             grid_->arrange(layout.value(QStringLiteral("grid")).toObject());
+        if (grid_ && !hasWindowSize(layout)) widenWindow(screen_, widthAround(*grid_) + grid_->columnsWidth());
+        restoreWindowSize(screen_, layout);
     });
 }
 

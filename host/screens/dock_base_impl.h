@@ -42,11 +42,15 @@ private:
 
     [[nodiscard]] bool enterPressed();
     // The rows are those of what was typed last. False when they could not be had.
-    [[nodiscard]] bool rowsAreFound() { return !searches_ || searches_->finishTyping(); }
+    [[nodiscard]] bool rowsAreFound();
     // The same, but for a row that was pointed at in the list, which is the one that is meant.
     [[nodiscard]] bool rowIsFound();
     [[nodiscard]] std::vector<QString> headerLines() const;
     void addGridTools();
+    void readAnew();
+    // The rows of the list went while others were read, and those have not come.
+    [[nodiscard]] bool isUnread() const;
+    void noteSearch();
     void restoreLayout();
     void keepLayout();
 

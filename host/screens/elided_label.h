@@ -1,4 +1,5 @@
-// A label of one line that makes no window wider: three dots stand for what has no room, and text() stays whole.
+// A label of one line that makes no window wider: three dots stand for what has no room, text() stays whole, and a tool
+// tip shows it, unless the label has one of its own.
 #pragma once
 
 #include <QLabel>
@@ -13,9 +14,12 @@ public:
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    [[nodiscard]] QString shownText() const;
+
     Qt::TextElideMode mode_ = Qt::ElideRight;
 };
 

@@ -71,6 +71,12 @@ std::string GeneralSearchFrame::Filter() const {
     return textCondition(item.FieldName, input_->text());
 }
 
+QString GeneralSearchFrame::narrowing() const {
+    if (Filter().empty()) return {};
+    const QString title = QString::fromStdString(items_[static_cast<std::size_t>(fields_->currentIndex())].Title);
+    return QStringLiteral("%1 «%2»").arg(title.trimmed(), input_->text().trimmed());
+}
+
 void GeneralSearchFrame::Clear() {
     const SearchChange::Muted muted(change_);
     input_->clear();

@@ -21,6 +21,7 @@ public:
     void SetItemIndex(int index) override;
     [[nodiscard]] int ItemIndex() const override { return fields_->currentIndex(); }
     [[nodiscard]] SearchChange& change() override { return change_; }
+    [[nodiscard]] QString narrowing() const override;
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

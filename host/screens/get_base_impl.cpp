@@ -293,6 +293,7 @@ bool GetBaseImpl::write() {
         written = true;
         wroteOnce_ = true;
         rememberRecord();
+        if (onWritten) onWritten();
         SetIsSaved(true);
     });
     return written;

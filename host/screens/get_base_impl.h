@@ -3,6 +3,7 @@
 
 #include <QFrame>
 #include <QPointer>
+#include <functional>
 #include <memory>
 
 #include "host/screens/editor_data_sets.h"
@@ -34,6 +35,10 @@ public:
     int ShowModal() override;
     void Save(TSaveKind kind) override;
     [[nodiscard]] bool MayClose() override;
+
+    // Told once the record is written for good. AfterSave comes before that, in the record's transaction, and all that
+    // it reads may still be undone: what an editor believes of the table it changes here. It must not fail.
+    std::function<void()> onWritten;
 
 private:
     // False when the user may not; the host has said so.

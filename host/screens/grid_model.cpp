@@ -20,12 +20,17 @@ void GridModel::setSource(TDataSource* source) {
     if (source_) source_->removeListener(*this);
     source_ = source;
     if (source_) source_->addListener(*this);
+    wasRead_ = false;
     renewRows();
 }
 
 TDataSet* GridModel::dataSet() const {
     TDataSet* dataSet = source_ ? source_->DataSet() : nullptr;
     return dataSet && dataSet->Active() ? dataSet : nullptr;
+}
+
+bool GridModel::isUnread() const {
+    return wasRead_ && source_ && source_->DataSet() && !source_->DataSet()->Active();
 }
 
 int GridModel::addColumn(const TGridColumn& column) {
@@ -104,6 +109,7 @@ void GridModel::renewRows() {
     forgetFields();
     const TDataSet* rows = dataSet();
     rowCount_ = rows ? rows->RecordCount() : 0;
+    wasRead_ = wasRead_ || rows;
     renewOrder();
     endResetModel();
     if (onRowsChanged) onRowsChanged();
@@ -202,7 +208,9 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
         case Qt::EditRole:
             return QString::fromStdString(toText(value(index.row(), index.column())));
         case Qt::TextAlignmentRole: {
-            const Qt::Alignment across = isNumberColumn(index.column()) ? Qt::AlignHCenter : Qt::AlignLeading;
+            // Numbers below each other have their units in one place.
+            const Qt::Alignment across =
+                isNumberColumn(index.column()) ? Qt::AlignRight | Qt::AlignAbsolute : Qt::Alignment(Qt::AlignLeading);
             return QVariant::fromValue(across | Qt::AlignVCenter);
         }
         default:

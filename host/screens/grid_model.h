@@ -23,6 +23,9 @@ public:
 
     void setSource(TDataSource* source);
     [[nodiscard]] TDataSet* dataSet() const;  // nullptr when there is none, or it is closed
+    // There have been rows, and the data set is closed now: those of a long list go while it is read anew, and stay
+    // away when that is given up.
+    [[nodiscard]] bool isUnread() const;
 
     int addColumn(const TGridColumn& column);
     void setColumn(int index, const TGridColumn& column);
@@ -83,6 +86,7 @@ private:
     TDataSource* source_ = nullptr;
     std::vector<GridColumnState> columns_;
     mutable bool fieldsKnown_ = false;
+    bool wasRead_ = false;
     int rowCount_ = 0;
     std::vector<std::uint32_t> order_;  // empty: as they are
     int sortColumn_ = -1;

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <algorithm>
 
 #include "host/screens/grid_model.h"
 #include "host/screens/number_room.h"
@@ -16,11 +17,15 @@ namespace {
 constexpr int kRowPadding = 12;
 constexpr int kCellPadding = 11;  // where the style sheet puts the text of an item
 
+bool isReadFromTheRight(QChar letter) {
+    return letter.direction() == QChar::DirR || letter.direction() == QChar::DirAL;
+}
+
 // Paints cells without the style, which lays out every text twice and asks the style sheet for every cell: a page of a
 // wide list has hundreds of them. What shows is what the style sheet says of items.
 class GridDelegate final : public QStyledItemDelegate {
 public:
-    GridDelegate(const GridModel& model, QObject* parent) : QStyledItemDelegate(parent), model_(model) {}
+    GridDelegate(const GridModel& model, QTableView* view) : QStyledItemDelegate(view), model_(model), view_(*view) {}
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
         const ThemeColors& colors = themeColors();
@@ -29,12 +34,27 @@ public:
         painter->fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1), colors.window);
         QString text = index.data(Qt::DisplayRole).toString();
         if (text.isEmpty()) return;
-        const QRect room = option.rect.adjusted(kCellPadding, 0, -kCellPadding, 0);
+        QRect room = option.rect.adjusted(kCellPadding, 0, -kCellPadding, 0);
+        const bool number = model_.isNumberColumn(index.column());
+        bool cut = false;
         // Most texts are so short that they need not be measured.
-        if (text.size() * option.fontMetrics.maxWidth() > room.width())
-            text = fittingText(text, model_.isNumberColumn(index.column()), QFontMetricsF(option.font), room.width());
-        // Keeps the sign on the left of a number within right-to-left text.
-        if (text.startsWith(QLatin1Char('-'))) text = QChar(0x2066) + text + QChar(0x2069);
+        if (text.size() * option.fontMetrics.maxWidth() > room.width()) {
+            const QString fitting = fittingText(text, number, QFontMetricsF(option.font), room.width());
+            cut = fitting != text;
+            text = fitting;
+        }
+        // A number of which the edge of the list leaves a part would read as a smaller one.
+        const int end = view_.viewport()->width();
+        if (number && (option.rect.left() < 0 || option.rect.right() >= end)) {
+            room.setLeft(std::max(option.rect.left(), 0) + kCellPadding);
+            room.setRight(std::min(option.rect.right(), end - 1) - kCellPadding);
+            if (option.fontMetrics.horizontalAdvance(text) > room.width()) text = QChar(0x2026);
+        }
+        // The sign stands on the left of a number within right-to-left text. What is cut of codes and Latin names,
+        // which are read from the left, is missing on the right.
+        if (text.startsWith(QLatin1Char('-')) ||
+            (cut && !number && std::none_of(text.cbegin(), text.cend(), isReadFromTheRight)))
+            text = QChar(0x2066) + text + QChar(0x2069);
         const auto wanted = Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt());
         const Qt::Alignment alignment = QStyle::visualAlignment(option.direction, wanted) | Qt::AlignAbsolute;
         painter->setPen(colors.text);
@@ -44,11 +64,12 @@ public:
 
 private:
     const GridModel& model_;
+    const QTableView& view_;
 };
 
 }  // namespace
 
-GridView::GridView(GridModel& model, QWidget* parent) : InnerControl<QTableView>(parent) {
+GridView::GridView(GridModel& model, QWidget* parent) : InnerControl<QTableView>(parent), rows_(model) {
     setModel(&model);
     setItemDelegate(new GridDelegate(model, this));
     setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -85,12 +106,16 @@ void GridView::paintEvent(QPaintEvent* event) {
     if (model()->rowCount() > 0) return;
     QPainter painter(viewport());
     painter.setPen(themeColors().muted);
-    painter.drawText(viewport()->rect(), Qt::AlignCenter, QStringLiteral("موردی برای نمایش نیست"));
+    painter.drawText(viewport()->rect(), Qt::AlignCenter,
+                     rows_.isUnread() ? QStringLiteral("سطرها هنوز خوانده نشده‌اند")
+                                      : QStringLiteral("موردی برای نمایش نیست"));
 }
 
 void GridView::scrollContentsBy(int dx, int dy) {
     QTableView::scrollContentsBy(dx, dy);
     keepTopRowWhole();
+    // What is left of a cell decides how it is painted, so that no old half of it may stay.
+    if (dx != 0) viewport()->update();
 }
 
 void GridView::updateGeometries() {

@@ -23,6 +23,8 @@ protected:
 private:
     void followFont();
     void keepTopRowWhole();
+
+    const GridModel& rows_;
 };
 
 }  // namespace basalt::host

@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "host/screens/marked_statement.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
 
@@ -138,12 +139,12 @@ QWidget* MessageBox::detailPart(const QString& detail) {
     toggle->setText(QStringLiteral("جزئیات فنی"));
     toggle->setCheckable(true);
     toggle->setFocusPolicy(Qt::StrongFocus);
-    auto* text = new QPlainTextEdit(detail, part);
+    auto* text = new QPlainTextEdit(part);
+    showMarked(*text, detail);
     text->setObjectName(QStringLiteral("MessageDetail_EDT"));
     text->setProperty("kind", QStringLiteral("detail"));
     text->setReadOnly(true);
     text->setTabChangesFocus(true);
-    text->setLayoutDirection(Qt::LeftToRight);
     text->setFixedHeight(110);
     text->hide();
     QObject::connect(toggle, &QToolButton::toggled, text, &QWidget::setVisible);

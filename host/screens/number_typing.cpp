@@ -56,6 +56,7 @@ public:
         const QString text = typedNumber(key.text(), kind == NumberKind::Decimal);
         if (text == key.text()) return false;
         QKeyEvent replaced(QEvent::KeyPress, key.key(), key.modifiers(), text, key.isAutoRepeat());
+        replaced.setTimestamp(key.timestamp());
         replacing_ = true;
         QCoreApplication::sendEvent(watched, &replaced);
         replacing_ = false;
@@ -100,7 +101,35 @@ std::optional<QString> plainAmount(const QString& text) {
     if (match.hasCaptured(1)) plain.remove(match.captured(1));
     for (const char16_t mark : {u'/', u'\u066B'})
         plain.replace(QChar(mark), QLatin1Char('.'));
+    // Half may be typed without its nought, and two with a mark that nothing follows.
+    if (plain.endsWith(QLatin1Char('.'))) plain.chop(1);
+    const qsizetype first = plain.startsWith(QLatin1Char('-')) ? 1 : 0;
+    if (plain.at(first) == QLatin1Char('.')) plain.insert(first, QLatin1Char('0'));
     return plain;
+}
+
+// By its letters: it may have more digits than any number of a list.
+QString groupedAmount(const QString& plain) {
+    constexpr qsizetype kGroup = 3;
+    QString sign;
+    QString whole = plain;
+    if (whole.startsWith(QLatin1Char('-'))) {
+        sign = QStringLiteral("-");
+        whole.remove(0, 1);
+    }
+    QString fraction;
+    if (const qsizetype point = whole.indexOf(QLatin1Char('.')); point >= 0) {
+        fraction = whole.mid(point + 1);
+        whole.truncate(point);
+    }
+    while (fraction.endsWith(QLatin1Char('0')))
+        fraction.chop(1);
+    while (whole.size() > 1 && whole.startsWith(QLatin1Char('0')))
+        whole.remove(0, 1);
+    if (whole.isEmpty()) whole = QStringLiteral("0");
+    for (qsizetype at = whole.size() - kGroup; at > 0; at -= kGroup)
+        whole.insert(at, QLatin1Char(','));
+    return sign + whole + (fraction.isEmpty() ? QString() : QLatin1Char('.') + fraction);
 }
 
 void watchNumberTyping(QApplication& application) {

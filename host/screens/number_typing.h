@@ -7,6 +7,7 @@
 //
 //   plainAmount("۱۲٬۵۰۰/۵")         "12500.5"
 //   plainAmount("1,5")              nothing: one and a half to some, fifteen to others
+//   groupedAmount("12500.50")       "12,500.5"
 //
 // Inputs for numbers are spin boxes, and line edits whose input method hints ask for digits or numbers.
 #pragma once
@@ -22,10 +23,12 @@ void watchNumberTyping(QApplication& application);
 // The text of a key as it appears in an input for numbers.
 [[nodiscard]] QString typedNumber(QString text, bool decimals);
 
-// The number that a typed text means: a minus sign if any, ASCII digits, and a point before decimals. Digits may be of
-// any keyboard and the decimal mark a point, a slash or "٫". Thousands may be marked, all of them by the same one of
-// ",", "٬" and "،"; a mark that is not followed by groups of three digits makes no number, and neither does anything
-// else.
+// The number that a typed text means: a minus sign if any, ASCII digits, and a point before decimals, with a digit on
+// both of its sides (".5" and "2." mean "0.5" and "2"). Digits may be of any keyboard and the decimal mark a point, a
+// slash or "٫". Thousands may be marked, all of them by the same one of ",", "٬" and "،"; a mark that is not followed
+// by groups of three digits makes no number, and neither does anything else.
 [[nodiscard]] std::optional<QString> plainAmount(const QString& text);
+// Such a number with a comma between its thousands, as those of a list have it; zeros that say nothing go.
+[[nodiscard]] QString groupedAmount(const QString& plain);
 
 }  // namespace basalt::host

@@ -4,9 +4,9 @@
 
 #include "host/services/draft_file.h"
 #include "host/services/isolated_text.h"
-#include "host/services/message_texts.h"
 #include "host/services/output_error.h"
 #include "host/services/path_text.h"
+#include "host/services/system_errors.h"
 
 namespace basalt::host {
 

@@ -2,16 +2,23 @@
 //
 //   auto* start = new PersianSpinBox;               // value() is a number as ever
 //   edit->setValidator(new PersianDigitsShown(edit));
+//   readFromRight(*edit);                           // where its hint stands
 //   latinDigits(edit->text())                       // what is stored and compared
 #pragma once
 
 #include <QFocusEvent>
+#include <QLineEdit>
 #include <QSpinBox>
 #include <QValidator>
 
 #include "host/screens/persian_digits.h"
 
 namespace basalt::host {
+
+// Its text and its caret stand on the right also while it is empty, when there is no text yet to tell the direction.
+inline void readFromRight(QLineEdit& edit) {
+    edit.setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
+}
 
 class PersianSpinBox : public QSpinBox {
 public:

@@ -4,9 +4,18 @@
 #include <algorithm>
 #include <string>
 
+#include "host/screens/theme.h"
 #include "host/services/output_error.h"
 
 namespace basalt::host {
+
+QFont pageFont(qreal points, QFont::Weight weight) {
+    constexpr qreal kPointsAnInch = 72;
+    QFont font = themeFont(points, weight);
+    font.setPixelSize(static_cast<int>(points * kPageDpi / kPointsAnInch));
+    font.setHintingPreference(QFont::PreferNoHinting);
+    return font;
+}
 
 QPageLayout pageLayout(QPageSize::PageSizeId paper, QPageLayout::Orientation orientation) {
     constexpr qreal kMargin = 10;

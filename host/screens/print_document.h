@@ -5,6 +5,7 @@
 //   document.paintPage(painter, 0);
 #pragma once
 
+#include <QFont>
 #include <QPageLayout>
 #include <QPainter>
 #include <QPrinter>
@@ -16,6 +17,9 @@ namespace basalt::host {
 
 // The unit in which pages are laid out and painted: dots an inch.
 constexpr int kPageDpi = 1200;
+
+// A font in that unit, so that the device has no say in where lines and pages end.
+[[nodiscard]] QFont pageFont(qreal points, QFont::Weight weight = QFont::Normal);
 
 class PrintDocument {
 public:

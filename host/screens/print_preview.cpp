@@ -5,10 +5,12 @@
 #include <QShortcut>
 #include <QSignalBlocker>
 
+#include "ado/error.h"
 #include "host/screens/output_services.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/printer_dialog.h"
 #include "host/screens/theme.h"
+#include "host/screens/window_size.h"
 #include "host/services/output_error.h"
 
 namespace basalt::host {
@@ -41,6 +43,7 @@ PrintPreview::PrintPreview(ScreenContext& context, PrintDocument& document, cons
     : QDialog(parent),
       context_(context),
       document_(document),
+      option_(context, *this),
       frame_(new ScreenFrame(context, *this)),
       tools_(new QHBoxLayout),
       view_(new PageView(document, paper, this)) {
@@ -66,6 +69,18 @@ PrintPreview::PrintPreview(ScreenContext& context, PrintDocument& document, cons
     showPage();
     showSize();
     view_->setFocus();
+    try {
+        restoreWindowSize(*this, option_.load());
+    } catch (const DatabaseError&) {
+        // What is printed is at hand without the database; it is looked at in the usual size.
+    }
+}
+
+void PrintPreview::done(int result) {
+    QJsonObject layout;
+    keepWindowSize(layout, *this);
+    option_.saveQuietly(layout);
+    QDialog::done(result);
 }
 
 void PrintPreview::makeTools() {

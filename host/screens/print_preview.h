@@ -7,6 +7,7 @@
 #include <QSpinBox>
 #include <QToolButton>
 
+#include "host/screens/form_option.h"
 #include "host/screens/page_view.h"
 #include "host/screens/screen_context.h"
 #include "host/screens/screen_frame.h"
@@ -17,6 +18,9 @@ class PrintPreview final : public QDialog {
 public:
     // Context and document are lent.
     PrintPreview(ScreenContext& context, PrintDocument& document, const QPageLayout& paper, QWidget* parent);
+
+    // Whichever way it is left, the user finds it of the same size the next time.
+    void done(int result) override;
 
 private:
     void makeTools();
@@ -34,6 +38,7 @@ private:
 
     ScreenContext& context_;
     PrintDocument& document_;
+    FormOption option_;
     ScreenFrame* frame_;
     QHBoxLayout* tools_;
     QToolButton* previous_ = nullptr;

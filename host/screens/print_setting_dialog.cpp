@@ -4,9 +4,12 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "ado/error.h"
 #include "host/screens/dialog_buttons.h"
+#include "host/screens/disabled_reason.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/print_setting_memory.h"
+#include "host/services/sql_access.h"
 
 namespace basalt::host {
 namespace {
@@ -91,7 +94,7 @@ PrintSettingDialog::PrintSettingDialog(const TPrintSetting& start, const QString
     if (!choosing) layout->addStretch(1);
     layout->addLayout(buttons.row);
     columns_->onChange = [this, choosing, accept = buttons.accept] {
-        accept->setEnabled(!choosing || columns_->anyVisible());
+        enableUnless(*accept, !choosing || columns_->anyVisible() ? QString() : noColumnReason());
     };
     columns_->onChange();
 }
@@ -113,7 +116,12 @@ bool askPrintSetting(ScreenContext& context, const TPrintSettingRequest& request
     PrintSettingDialog dialog(memory.recall(request), QString::fromStdString(request.Title), request.Form);
     if (dialog.exec() != QDialog::Accepted) return false;
     TPrintSetting chosen = dialog.setting();
-    memory.keep(chosen);
+    try {
+        const ShortWait wait(context.host().session());
+        memory.keep(chosen);
+    } catch (const DatabaseError&) {
+        // It is printed all the same; the next time starts as this time did.
+    }
     setting = std::move(chosen);
     return true;
 }

@@ -34,7 +34,8 @@ private:
     ColumnList* columns_;
 };
 
-// Starts from what the user chose for the report the last time, and keeps what is chosen now. As PrintSetting.
+// Starts from what the user chose for the report the last time, and keeps what is chosen now if the database
+// takes it. As PrintSetting.
 [[nodiscard]] bool askPrintSetting(ScreenContext& context, const TPrintSettingRequest& request, TPrintSetting& setting);
 
 }  // namespace basalt::host

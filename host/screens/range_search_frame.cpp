@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "ado/error.h"
+#include "host/screens/disabled_reason.h"
 #include "host/screens/number_typing.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/search_condition.h"
@@ -43,6 +44,7 @@ RangeSearchFrame::RangeSearchFrame(ScreenContext& context, const QString& object
 
     for (Bound* bound : {&from_, &to_}) {
         SearchEdit* edit = bound->edit;
+        edit->installEventFilter(this);
         QObject::connect(edit, &QLineEdit::textChanged, this, [this, bound] {
             refused_.clear();
             heed(*bound);
@@ -64,6 +66,28 @@ void RangeSearchFrame::heed(Bound& bound) {
     const bool finished = text.isEmpty() || plainAmount(text);
     if (finished) bound.heeded = text;
     bound.edit->setUnfinished(!finished);
+}
+
+// An amount is read as the list shows it, but for the one that is being typed: a digit more would leave its marks in
+// the wrong places.
+bool RangeSearchFrame::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+        const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
+            showAmount(static_cast<QLineEdit&>(*watched), event->type() == QEvent::FocusOut);
+    }
+    return TRange_Search_Frame::eventFilter(watched, event);
+}
+
+void RangeSearchFrame::showAmount(QLineEdit& bound, bool grouped) {
+    const int index = fields_->currentIndex();
+    if (index < 0 || items_[static_cast<std::size_t>(index)].DataType != TSearchDataType::Amount) return;
+    const auto plain = plainAmount(bound.text());
+    if (!plain) return;
+    const QString shown = screenNumber((grouped ? groupedAmount(*plain) : *plain).toStdString());
+    if (shown == bound.text() || shown.size() > bound.maxLength()) return;
+    const SearchChange::Muted muted(change_);
+    bound.setText(shown);
 }
 
 void RangeSearchFrame::checkBound(SearchEdit& bound) {
@@ -91,8 +115,9 @@ void RangeSearchFrame::adaptInputs() {
     const int index = fields_->currentIndex();
     fields_->setVisible(items_.size() > 1);
     field_->setVisible(items_.size() == 1);
-    from_.edit->setEnabled(index >= 0);
-    to_.edit->setEnabled(index >= 0);
+    const QString reason = index >= 0 ? QString() : QStringLiteral("نخست برگزینید که در چه چیزی جستجو شود.");
+    enableUnless(*from_.edit, reason);
+    enableUnless(*to_.edit, reason);
     if (index < 0) return;
     const TSearchItem& item = items_[static_cast<std::size_t>(index)];
     const QString title = screenText(QString::fromStdString(item.Title));
@@ -114,6 +139,20 @@ std::string RangeSearchFrame::Filter() const {
     const std::string& field = items_[static_cast<std::size_t>(index)].FieldName;
     std::string condition = rangeCondition(field, from_.heeded, to_.heeded);
     return condition.empty() || !isField_ || isField_(field) ? condition : "1 = 0";
+}
+
+QString RangeSearchFrame::narrowing() const {
+    if (Filter().empty()) return {};
+    const TSearchItem& item = items_[static_cast<std::size_t>(fields_->currentIndex())];
+    QString text = QString::fromStdString(item.Title).trimmed();
+    for (const auto& [word, bound] : {std::pair("از", &from_), std::pair("تا", &to_)}) {
+        const auto number = plainAmount(bound->heeded);
+        if (!number) continue;
+        const bool amount = item.DataType == TSearchDataType::Amount;
+        text += QStringLiteral(" %1 %2").arg(QString::fromUtf8(word),
+                                             isolatedNumber((amount ? groupedAmount(*number) : *number).toStdString()));
+    }
+    return text;
 }
 
 void RangeSearchFrame::Clear() {

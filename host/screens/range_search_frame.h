@@ -28,11 +28,13 @@ public:
     [[nodiscard]] int ItemCount() const override { return static_cast<int>(items_.size()); }
     [[nodiscard]] TSearchItem Item(int index) const override;
     [[nodiscard]] SearchChange& change() override { return change_; }
+    [[nodiscard]] QString narrowing() const override;
     // Whether the list has a field. A range of one that it lacks finds nothing: no record has a value there.
     void setFields(std::function<bool(const std::string&)> isField) { isField_ = std::move(isField); }
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     // An input and what the list heeds of it: the last text that was empty or a number. What is being typed may be
@@ -47,6 +49,7 @@ private:
     static void heed(Bound& bound);
     // Tells of a bound that the user has left unfinished.
     void checkBound(SearchEdit& bound);
+    void showAmount(QLineEdit& bound, bool grouped);
     // Whether the condition has changed since it was last asked for.
     [[nodiscard]] bool narrowsOtherwise();
 

@@ -23,6 +23,13 @@ namespace basalt::host {
 namespace {
 
 constexpr int kSideWidth = 150;
+constexpr int kLongestName = 240;  // bytes; with its suffix 255 are taken
+
+// Unseen in a name, and not to be typed by who looks for it. The joiners of Persian words are letters to them.
+bool isDirectionMark(QChar character) {
+    const char16_t code = character.unicode();
+    return code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
+}
 
 enum Column { kName, kSize, kType, kDate };
 
@@ -111,6 +118,29 @@ void dressFileDialog(QFileDialog& dialog) {
     }
 }
 
+QString fileNameFor(const QString& title) {
+    QString name;
+    for (const QChar character : title) {
+        if (QStringLiteral("/\\:|").contains(character)) {
+            name += QLatin1Char('-');
+        } else if (QStringLiteral("\"*?<>").contains(character) || character.category() == QChar::Other_Control) {
+            name += QLatin1Char(' ');
+        } else if (!isDirectionMark(character) && !(character == QLatin1Char('.') && name.endsWith(character))) {
+            name += character;
+        }
+    }
+    name = name.simplified();
+    // At the ends they hide a file, or are dropped by the system.
+    const auto isLoose = [](QChar end) { return QStringLiteral(" .-").contains(end); };
+    while (!name.isEmpty() && isLoose(name.front()))
+        name.remove(0, 1);
+    while (name.toUtf8().size() > kLongestName)
+        name.chop(name.size() > 1 && name.back().isLowSurrogate() ? 2 : 1);
+    while (!name.isEmpty() && isLoose(name.back()))
+        name.chop(1);
+    return name.isEmpty() ? QStringLiteral("فهرست") : name;
+}
+
 SaveFileDialog::SaveFileDialog(QWidget* parent, const QString& title, const QString& suggestedName,
                                const QString& suffix)
     : QFileDialog(parent, title, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)) {
@@ -119,7 +149,7 @@ SaveFileDialog::SaveFileDialog(QWidget* parent, const QString& title, const QStr
     setDefaultSuffix(suffix);
     setNameFilter(QStringLiteral("%1 (*.%2)").arg(suffix.toUpper(), suffix));
     dressFileDialog(*this);
-    selectFile(suggestedName + QLatin1Char('.') + suffix);
+    selectFile(fileNameFor(suggestedName) + QLatin1Char('.') + suffix);
 }
 
 }  // namespace basalt::host

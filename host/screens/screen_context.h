@@ -34,6 +34,11 @@ public:
     [[nodiscard]] const OutputProgress& writing() const { return writing_; }
     void setWriting(OutputProgress writing) { writing_ = std::move(writing); }
 
+    // Whether a request to the database or the writing of a file is under way: what the windows do meanwhile must not
+    // send another one.
+    [[nodiscard]] bool requestRuns() const { return requestRuns_ && requestRuns_(); }
+    void setRequestRuns(std::function<bool()> runs) { requestRuns_ = std::move(runs); }
+
     // Runs a handler. An error is shown as a message over `origin`'s window and the screen lives on. When it cannot
     // even be shown, the window closes and the error waits for rethrowUnshown.
     void guarded(QWidget* origin, const std::function<void()>& handler);
@@ -44,6 +49,7 @@ private:
     ReferenceHost& host_;
     OutputServices* output_;
     OutputProgress writing_;
+    std::function<bool()> requestRuns_;
     std::exception_ptr unshown_;
 };
 

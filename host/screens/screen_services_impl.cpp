@@ -26,6 +26,8 @@ HostScreenServices::HostScreenServices(ReferenceHost& host) : context_(host, dia
     showPersianDigits(host.optionFile().options().persianDigits);
     busy_ = std::make_unique<BusyNotice>(host.session());
     context_.setWriting([this](int done, int all) { return busy_->writes(done, all); });
+    context_.setRequestRuns([this] { return busy_->requestRuns(); });
+    lockRelease_ = std::make_unique<LockRelease>(context_);
     host.setEntityPicking(this);
 }
 

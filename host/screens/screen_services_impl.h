@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "host/screens/busy_notice.h"
+#include "host/screens/lock_release.h"
 #include "host/screens/output_services.h"
 #include "host/screens/screen_context.h"
 #include "package/screens/screen_services.h"
@@ -50,6 +51,7 @@ private:
     DialogOutputServices dialogs_;
     ScreenContext context_;
     std::unique_ptr<BusyNotice> busy_;
+    std::unique_ptr<LockRelease> lockRelease_;
     std::map<std::string, std::vector<TPrintColumn>> printColumns_;  // by report, in the order of the telling
 };
 

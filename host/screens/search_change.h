@@ -1,12 +1,12 @@
 // How a search frame tells of a change: to the screen when it listens, else to the search manager.
-//
-// Typing narrows at once. Where a search turns out to be slow, the following keystrokes wait for a pause in the typing.
 #pragma once
 
-#include <QTimer>
+#include <QString>
+#include <QStringList>
 #include <functional>
+#include <utility>
 
-#include "host/screens/screen_context.h"
+#include "host/screens/typing_pause.h"
 #include "package/screens/controls.h"
 
 namespace basalt::host {
@@ -31,19 +31,15 @@ public:
     void typed();    // by the user, letter by letter
     void changed();  // in one step
     // Tells at once, and lets errors pass to a caller that has something to put back.
-    void tellNow();
+    void tellNow() { pause_.searchNow(); }
     // What still waits for a pause in the typing is told now. False when that failed, which the user was shown.
-    [[nodiscard]] bool finish();
+    [[nodiscard]] bool finish() { return pause_.finish(); }
+    [[nodiscard]] bool isWaiting() const { return pause_.isWaiting(); }
     [[nodiscard]] bool isMuted() const { return muted_ > 0; }
 
 private:
-    void tell();
-
-    ScreenContext& context_;
-    TSearchFrame& frame_;
     std::function<void()> search_;
-    QTimer pause_;
-    bool slow_ = false;
+    TypingPause pause_;
     int muted_ = 0;
 };
 
@@ -52,6 +48,12 @@ class SearchFrameLink {
 public:
     virtual ~SearchFrameLink() = default;
     [[nodiscard]] virtual SearchChange& change() = 0;
+    // What the frame narrows the list to, as readers of a print are told; empty when it narrows nothing, or says so by
+    // other means.
+    [[nodiscard]] virtual QString narrowing() const { return {}; }
 };
+
+// What several frames narrow a list to, as one line; empty when none does.
+[[nodiscard]] QString narrowingLine(QStringList parts);
 
 }  // namespace basalt::host

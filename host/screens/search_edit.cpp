@@ -4,6 +4,7 @@
 #include <QStyle>
 
 #include "host/screens/persian_digits.h"
+#include "host/screens/persian_inputs.h"
 
 namespace basalt::host {
 namespace {
@@ -38,8 +39,7 @@ SearchEdit::SearchEdit(const QString& objectName, QWidget* parent) : InnerContro
     setObjectName(objectName);
     setMaxLength(kLongestInput);
     setClearButtonEnabled(true);
-    // Also while it is empty, when there is no text yet to tell the direction.
-    setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
+    readFromRight(*this);
 }
 
 void SearchEdit::setDataType(TSearchDataType type) {

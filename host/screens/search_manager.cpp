@@ -18,10 +18,23 @@ void SearchManager::AddFrame(TSearchFrame* frame) {
         range->setFields([this](const std::string& field) { return isField(field); });
 }
 
+// The statement of a list that shows all of its rows.
+void SearchManager::SetSQLScript(const std::string& sql) {
+    script_ = sql;
+    narrowing_.clear();
+}
+
 bool SearchManager::finishTyping() {
     return std::all_of(frames_.begin(), frames_.end(), [](TSearchFrame* frame) {
         auto* link = dynamic_cast<SearchFrameLink*>(frame);
         return !link || link->change().finish();
+    });
+}
+
+bool SearchManager::isWaiting() const {
+    return std::any_of(frames_.begin(), frames_.end(), [](TSearchFrame* frame) {
+        auto* link = dynamic_cast<SearchFrameLink*>(frame);
+        return link && link->change().isWaiting();
     });
 }
 
@@ -39,6 +52,13 @@ std::string SearchManager::statement() const {
     return narrowing.empty() ? script_ : "SELECT * FROM (" + script_ + ") AS T WHERE " + narrowing;
 }
 
+QString SearchManager::askedNarrowing() const {
+    QStringList parts;
+    for (TSearchFrame* frame : frames_)
+        if (const auto* link = dynamic_cast<const SearchFrameLink*>(frame)) parts << link->narrowing();
+    return narrowingLine(parts);
+}
+
 QString SearchManager::tabTitle() const {
     for (const TSearchFrame* frame : frames_)
         if (const auto* tabs = dynamic_cast<const TabSearchFrame*>(frame)) return tabs->tabTitle();
@@ -50,24 +70,17 @@ void SearchManager::ExecuteFilter_DataSet() {
     if (!query) throw UsageError("ExecuteFilter_DataSet: the search manager has no query; call SetDataSource first");
     if (script_.empty())
         throw UsageError("ExecuteFilter_DataSet: the search manager has no statement; call SetSQLScript first");
-    const std::string previous = query->SQL.Text();
-    const bool wasOpen = query->Active();
-    const std::string narrowed = statement();  // while the list still tells of its fields
+    const std::string narrowed = statement();
     try {
-        query->Close();
-        query->SQL = narrowed;
-        query->Open();
+        query->OpenInstead(narrowed);
     } catch (...) {
-        query->Close();
-        query->SQL = previous;
-        // What went wrong is the new statement; when the old one fails as well, the first error still tells more.
-        try {
-            if (wasOpen) query->Open();
-        } catch (const std::exception&) {
-            query->Close();
-        }
+        failed_.insert(narrowed);
+        if (onSearched) onSearched();
         throw;
     }
+    narrowing_ = askedNarrowing();
+    failed_.clear();
+    if (onSearched) onSearched();
     if (AfterSearch) AfterSearch();
 }
 

@@ -77,11 +77,20 @@ SelectionSummary::SelectionSummary(SmartGrid& grid, QWidget* parent) : QLabel(pa
 }
 
 void SelectionSummary::refresh() {
-    setText(described());
+    setText(note_.isEmpty() ? described() : note_ + QStringLiteral("   |   ") + described());
+}
+
+void SelectionSummary::setNote(const QString& note) {
+    if (note == note_) return;
+    note_ = note;
+    refresh();
 }
 
 QString SelectionSummary::described() const {
     const GridModel& model = grid_.model();
+    if (model.isUnread())
+        return QStringLiteral(
+            "سطرها هنوز خوانده نشده‌اند؛ برای خواندن \u2066Ctrl+R\u2069 را بزنید");
     QString all = QStringLiteral("%1 سطر").arg(grouped(model.rowCount()));
     const QItemSelection selected = grid_.View()->selectionModel()->selection();
     const int count = rowsOf(selected);

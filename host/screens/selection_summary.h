@@ -25,11 +25,15 @@ class SelectionSummary final : public QLabel {
 public:
     SelectionSummary(SmartGrid& grid, QWidget* parent);
 
+    // What is to be known of the list before everything else; empty: nothing.
+    void setNote(const QString& note);
+
 private:
     void refresh();
     [[nodiscard]] QString described() const;
 
     SmartGrid& grid_;
+    QString note_;
 };
 
 }  // namespace basalt::host

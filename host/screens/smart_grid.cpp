@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <numeric>
@@ -74,6 +75,8 @@ public:
     }
 
     [[nodiscard]] QString title() const override { return title_; }
+    // A list that lacks rows must not pass for the whole.
+    [[nodiscard]] QString subtitle() const override { return narrowing_; }
     // Made for prints only, and once: a screen may have something to say while it makes them.
     [[nodiscard]] std::vector<QString> headerLines() const override {
         if (!headerLines_) {
@@ -90,7 +93,10 @@ public:
 
 private:
     Content(const SmartGrid& grid, QString title)
-        : model_(grid.model_), title_(std::move(title)), makeHeaderLines_(grid.headerLines_) {}
+        : model_(grid.model_),
+          title_(std::move(title)),
+          narrowing_(grid.narrowing_ ? grid.narrowing_() : QString()),
+          makeHeaderLines_(grid.headerLines_) {}
 
     void add(int column, const QString& title, int width) {
         const int field = model_.field(column);
@@ -107,6 +113,7 @@ private:
     const GridModel& model_;
     QString title_;
     QString part_;  // where the title does not name it
+    QString narrowing_;
     std::function<std::vector<QString>()> makeHeaderLines_;
     mutable std::optional<std::vector<QString>> headerLines_;
     std::vector<TableColumn> columns_;
@@ -153,6 +160,7 @@ SmartGrid::SmartGrid(ScreenContext& context, const QString& objectName, QWidget*
 
     addAction("GridCopy_ACT", "رونوشت", QKeySequence::Copy, &SmartGrid::copySelection);
     addAction("GridColumns_ACT", "ستون‌ها…", {}, &SmartGrid::chooseColumns);
+    addAction("GridSort_ACT", "مرتب‌سازی…", Qt::CTRL | Qt::Key_T, &SmartGrid::chooseSort);
     addAction("GridPrint_ACT", "پیش‌نمایش و چاپ…", QKeySequence::Print, &SmartGrid::print);
     addAction("GridPdf_ACT", "خروجی PDF…", {}, &SmartGrid::exportPdf);
     addAction("GridXlsx_ACT", "خروجی اکسل…", {}, &SmartGrid::exportWorkbook);
@@ -204,7 +212,6 @@ void SmartGrid::bringBack(int column) {
     away_.erase(away);
     applyVisibility();
     layOutColumns();
-    if (sortAway_ && sameName(sortAway_->field, field)) sortBy(column, sortAway_->descending);
 }
 
 void SmartGrid::checkIndex(int index, const char* operation) const {
@@ -220,7 +227,9 @@ void SmartGrid::SetColumn(int index, const TGridColumn& column) {
 
 TGridColumn SmartGrid::Column(int index) const {
     checkIndex(index, "Column");
-    return model_.column(index);
+    TGridColumn column = model_.column(index);
+    column.Visible = shows(index);
+    return column;
 }
 
 void SmartGrid::RemoveColumn(int index) {
@@ -265,10 +274,26 @@ int SmartGrid::CurrentRow() const {
 }
 
 std::vector<int> SmartGrid::SelectedRows() const {
-    std::vector<int> rows;
-    for (const QModelIndex& index : view_->selectionModel()->selectedRows())
-        rows.push_back(model_.dataRow(index.row()));
+    std::vector<int> rows = rowsChosen();
+    if (model_.sortColumn() < 0) return rows;
+    for (int& row : rows)
+        row = model_.dataRow(row);
     std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+// From the ranges of the selection: to ask for the index of each row, and to sort those, takes seconds where there are
+// hundreds of thousands.
+std::vector<int> SmartGrid::rowsChosen() const {
+    const QItemSelection selection = view_->selectionModel()->selection();
+    std::vector<std::pair<int, int>> ranges;
+    for (const QItemSelectionRange& range : selection)
+        if (range.isValid()) ranges.emplace_back(range.top(), range.bottom());
+    std::sort(ranges.begin(), ranges.end());
+    std::vector<int> rows;
+    for (const auto& [top, bottom] : ranges)
+        for (int row = rows.empty() ? top : std::max(top, rows.back() + 1); row <= bottom; ++row)
+            rows.push_back(row);
     return rows;
 }
 
@@ -296,19 +321,28 @@ void SmartGrid::showCursor() {
     if (row < 0) {
         view_->setCurrentIndex({});
     } else {
-        const int column = std::max(0, view_->currentIndex().column());
-        const QModelIndex index = model_.index(row, column);
+        const int place = view_->horizontalScrollBar()->value();
+        const QModelIndex index = model_.index(row, std::clamp(column_, 0, std::max(0, model_.columnCount() - 1)));
         // The view would look whether Control is held, of the keys that have just opened this list for instance.
         view_->selectionModel()->setCurrentIndex(index,
                                                  QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-        view_->scrollTo(index);
+        view_->horizontalScrollBar()->setValue(place);
+        scrollToRow(index);
     }
     followingCursor_ = false;
     if (onRowsChanged) onRowsChanged();
 }
 
+void SmartGrid::scrollToRow(const QModelIndex& index) {
+    QScrollBar& across = *view_->horizontalScrollBar();
+    const int place = across.value();
+    view_->scrollTo(index);
+    across.setValue(place);
+}
+
 // View to data set.
 void SmartGrid::takeCursor(const QModelIndex& current) {
+    if (current.isValid()) column_ = current.column();
     if (followingCursor_ || !current.isValid()) return;
     TDataSet* rows = model_.dataSet();
     if (!rows || rows->RecordCount() == 0) return;
@@ -337,9 +371,35 @@ void SmartGrid::sortBy(int column, bool descending) {
 void SmartGrid::applyVisibility() {
     // A column that comes back does so in a width that nobody has drawn.
     const bool layingOut = std::exchange(layingOut_, true);
+    // Of what the user wants to see there may be nothing left, as when the only level that he looks at is deleted. The
+    // wish is kept: it may come back.
+    bool any = false;
     for (int column = 0; column < model_.columnCount(); ++column)
-        view_->setColumnHidden(column, !model_.column(column).Visible);
+        any = any || model_.column(column).Visible;
+    for (int column = 0; column < model_.columnCount(); ++column) {
+        const TGridColumn& entry = model_.column(column);
+        view_->setColumnHidden(column, !(any ? entry.Visible : entry.VisibleForCustomization));
+    }
     layingOut_ = layingOut;
+    settleSort();
+}
+
+bool SmartGrid::shows(int column) const {
+    return !view_->isColumnHidden(column);
+}
+
+// An order whose column is not seen cannot be understood, so it waits until the column is.
+void SmartGrid::settleSort() {
+    const int awaited = sortAway_ ? columnOf(sortAway_->field) : -1;
+    if (awaited >= 0 && shows(awaited)) {
+        sortBy(awaited, sortAway_->descending);
+        return;
+    }
+    const int sorted = model_.sortColumn();
+    if (sorted < 0 || shows(sorted)) return;
+    const Sort sort{model_.column(sorted).FieldName, model_.sortDescending()};
+    sortBy(-1, false);
+    sortAway_ = sort;
 }
 
 int SmartGrid::contentWidth(int column) const {
@@ -414,10 +474,20 @@ void SmartGrid::layOutColumns() {
     layingOut_ = false;
 }
 
+int SmartGrid::columnsWidth() const {
+    int width = view_->verticalScrollBar()->sizeHint().width() + 2 * view_->frameWidth();
+    for (int column = 0; column < model_.columnCount(); ++column) {
+        if (view_->horizontalHeader()->isSectionHidden(column)) continue;
+        const int own = model_.column(column).Width;
+        width += own > 0 ? own : contentWidth(column);
+    }
+    return width;
+}
+
 bool SmartGrid::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Resize) {
         layOutColumns();
-        if (view_->currentIndex().isValid()) view_->scrollTo(view_->currentIndex());
+        if (view_->currentIndex().isValid()) scrollToRow(view_->currentIndex());
     }
     return TSmartDBGrid_VRO::eventFilter(watched, event);
 }
@@ -521,11 +591,8 @@ void SmartGrid::arrange(const QJsonObject& arrangement) {
     const Sort sort{arrangement.value(QStringLiteral("sort")).toString().toStdString(),
                     arrangement.value(QStringLiteral("descending")).toBool()};
     if (sort.field.empty()) return;
-    if (const int sorted = columnOf(sort.field); sorted >= 0) {
-        sortBy(sorted, sort.descending);
-    } else {
-        sortAway_ = sort;
-    }
+    sortAway_ = sort;
+    settleSort();
 }
 
 int SmartGrid::columnOf(const std::string& field) const {
@@ -566,12 +633,9 @@ void SmartGrid::showMenu(const QPoint& at) {
 }
 
 void SmartGrid::copySelection() {
-    std::vector<int> rows;
-    for (const QModelIndex& index : view_->selectionModel()->selectedRows())
-        rows.push_back(index.row());
-    std::sort(rows.begin(), rows.end());
+    const std::vector<int> rows = rowsChosen();
     if (rows.empty()) return;
-    QApplication::clipboard()->setText(tabSeparated(*content(), rows));
+    QApplication::clipboard()->setText(tabSeparated(*content(), rows, context_.writing()));
 }
 
 void SmartGrid::chooseColumns() {
@@ -580,7 +644,7 @@ void SmartGrid::chooseColumns() {
     for (int place = 0; place < header->count(); ++place) {
         const int column = header->logicalIndex(place);
         const TGridColumn& entry = model_.column(column);
-        if (entry.VisibleForCustomization) choices.push_back({column, entry.Title, entry.Visible});
+        if (entry.VisibleForCustomization) choices.push_back({column, entry.Title, shows(column)});
     }
     ColumnChooser chooser(choices, window());
     if (chooser.exec() != QDialog::Accepted) return;
@@ -591,6 +655,36 @@ void SmartGrid::chooseColumns() {
     }
     applyVisibility();
     layOutColumns();
+}
+
+// What a click on a title does, for whoever has no mouse.
+void SmartGrid::chooseSort() {
+    QMenu menu(this);
+    menu.setObjectName(objectName() + QStringLiteral("_SortMenu"));
+    const auto add = [&](const QString& title, const char* name, bool now, std::function<void()> sort) {
+        QAction* action = menu.addAction(title);
+        action->setObjectName(QStringLiteral("GridSort_%1_ACT").arg(QString::fromLatin1(name)));
+        action->setCheckable(true);
+        action->setChecked(now);
+        QObject::connect(action, &QAction::triggered, this,
+                         [this, sort = std::move(sort)] { context_.guarded(this, sort); });
+        if (now) menu.setActiveAction(action);
+    };
+    const QHeaderView* header = view_->horizontalHeader();
+    const int sorted = model_.sortColumn();
+    for (int place = 0; place < header->count(); ++place) {
+        const int column = header->logicalIndex(place);
+        if (!shows(column) || !model_.column(column).TitleButton) continue;
+        QString title = screenText(model_.column(column).Title).simplified();
+        title.replace(QLatin1Char('&'), QStringLiteral("&&"));
+        if (column == sorted)
+            title += model_.sortDescending() ? QStringLiteral(" (نزولی)") : QStringLiteral(" (صعودی)");
+        add(title, model_.column(column).FieldName.c_str(), column == sorted, [this, column] { titleClicked(column); });
+    }
+    menu.addSeparator();
+    add(QStringLiteral("ترتیب خود فهرست"), "Own", sorted < 0, [this] { sortBy(-1, false); });
+    // A menu that is read from the right opens to the left of the point.
+    menu.exec(view_->viewport()->mapToGlobal(QPoint(view_->viewport()->width(), 0)));
 }
 
 void SmartGrid::preview(const TableContent& table, std::optional<QPageLayout> paper) {

@@ -42,15 +42,16 @@ public:
     [[nodiscard]] GridModel& model() { return model_; }
     [[nodiscard]] const GridModel& model() const { return model_; }
     // Sorts by a column, keeping the current record; -1 is the data set's own order. A sort by a column that is removed
-    // goes with it and comes back with it, unless the list has been sorted otherwise meanwhile.
+    // or hidden goes with it and comes back with it, unless the list has been sorted otherwise meanwhile.
     void sortBy(int column, bool descending);
 
-    // The order, widths and visibility of the columns and the sort, as one object. What it says of a field that has no
-    // column is remembered until one comes; a column that it has no place for comes behind the one before it by index.
+    // The order, widths and visibility of the columns and the sort, as one object. When none of the columns is left
+    // that it shows, all show that the user may choose from. What it says of a field that has no column is remembered
+    // until one comes; a column that it has no place for comes behind the one before it by index.
     [[nodiscard]] QJsonObject arrangement() const;
     void arrange(const QJsonObject& arrangement);
 
-    // Copy, columns, print, PDF, XLSX and CSV, in the order of menus.
+    // Copy, columns, sort, print, PDF, XLSX and CSV, in the order of menus.
     [[nodiscard]] const QList<QAction*>& gridActions() const { return actions_; }
     // Puts an action before the grid's own that reads the rows anew, also by its key anywhere in the window.
     void setRefresh(std::function<void()> refresh);
@@ -62,16 +63,22 @@ public:
     void setGate(std::function<bool()> gate) { gate_ = std::move(gate); }
     // Names the part of the list that shows (a tab's title): behind the title, or above a print that has its own.
     void setPart(std::function<QString()> part) { part_ = std::move(part); }
+    // Says in words what a search has narrowed the list to; above prints. Empty where all rows show.
+    void setNarrowing(std::function<QString()> narrowing) { narrowing_ = std::move(narrowing); }
     // Told when the current record or the rows have changed.
     std::function<void()> onRowsChanged;
 
     void copySelection();
     void chooseColumns();
+    // Offers the columns that show; the one by which the list is sorted turns it around.
+    void chooseSort();
     void print();
     void exportPdf();
     void exportWorkbook();
     void exportCsv();
 
+    // At which all columns that show are seen without scrolling.
+    [[nodiscard]] int columnsWidth() const;
     // A title and some rows, where a window has the room.
     [[nodiscard]] QSize sizeHint() const override;
 
@@ -94,13 +101,19 @@ private:
     };
 
     void checkIndex(int index, const char* operation) const;
+    // Rows of the view, upwards.
+    [[nodiscard]] std::vector<int> rowsChosen() const;
     void addAction(const char* objectName, const char* title, const QKeySequence& key, void (SmartGrid::*work)());
     void rowsChanged();
     void showCursor();
+    // Brings the row into sight; the columns in sight stay.
+    void scrollToRow(const QModelIndex& index);
     void takeCursor(const QModelIndex& current);
     void titleClicked(int column);
     void showMenu(const QPoint& at);
     void applyVisibility();
+    [[nodiscard]] bool shows(int column) const;
+    void settleSort();
     void layOutColumns();
     // The size of the font is another one now.
     void followFont();
@@ -127,12 +140,14 @@ private:
     std::function<void(QMenu&)> menuHead_;
     std::function<QString()> title_;
     std::function<QString()> part_;
+    std::function<QString()> narrowing_;
     std::function<std::vector<QString>()> headerLines_;
     std::function<bool()> gate_;
     std::vector<Away> away_;        // by their places
-    std::optional<Sort> sortAway_;  // by a column that is not there at the moment; the list stands in its own order
+    std::optional<Sort> sortAway_;  // by a column that is not seen at the moment; the list stands in its own order
     int titleLines_ = 0;            // 0: as the title bar has it
     qreal scale_;                   // of the font for which the columns have their widths
+    int column_ = 0;                // the current one; the view forgets it with the rows
     bool followingCursor_ = false;
     bool layingOut_ = false;
     bool sorting_ = false;             // the rows are the same, in another order

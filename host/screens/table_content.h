@@ -24,6 +24,7 @@ class TableContent {
 public:
     virtual ~TableContent() = default;
     [[nodiscard]] virtual QString title() const = 0;
+    [[nodiscard]] virtual QString subtitle() const { return {}; }  // what the rows are narrowed to; none: all of them
     [[nodiscard]] virtual std::vector<QString> headerLines() const = 0;  // above a printed table
     [[nodiscard]] virtual const std::vector<TableColumn>& columns() const = 0;
     [[nodiscard]] virtual int rowCount() const = 0;

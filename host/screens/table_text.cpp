@@ -28,7 +28,7 @@ QString cellText(QString text, QChar separator) {
 
 }  // namespace
 
-QString tabSeparated(const TableContent& table, std::span<const int> rows) {
+QString tabSeparated(const TableContent& table, std::span<const int> rows, const OutputProgress& progress) {
     const auto columnCount = static_cast<int>(table.columns().size());
     QString text;
     for (int column = 0; column < columnCount; ++column) {
@@ -36,7 +36,10 @@ QString tabSeparated(const TableContent& table, std::span<const int> rows) {
         text += cellText(table.columns()[static_cast<std::size_t>(column)].title, QLatin1Char('\t'));
     }
     text += QLatin1Char('\n');
+    int done = 0;
     for (const int row : rows) {
+        if (done % kRowsBetweenQuestions == 0) askToGoOn(progress, done, static_cast<int>(rows.size()));
+        ++done;
         for (int column = 0; column < columnCount; ++column) {
             if (column > 0) text += QLatin1Char('\t');
             text += cellText(plainText(table.value(row, column)), QLatin1Char('\t'));

@@ -11,7 +11,9 @@ namespace basalt::host {
 
 // The rows as lines of values separated by tabs, with a line of titles first: what spreadsheets paste. Numbers are in
 // plain ASCII digits; a value with a tab, a line break or a quotation mark stands in quotation marks, its own doubled.
-[[nodiscard]] QString tabSeparated(const TableContent& table, std::span<const int> rows);
+// OutputCancelled when it is given up.
+[[nodiscard]] QString tabSeparated(const TableContent& table, std::span<const int> rows,
+                                   const OutputProgress& progress = {});
 
 // Writes UTF-8 with a byte order mark, lines ended by CR LF, values quoted where RFC 4180 asks for it. The file appears
 // whole or not at all; OutputError when it cannot be written, OutputCancelled when it is given up.

@@ -16,6 +16,7 @@
 #include "host/screens/number_typing.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/qt_texts.h"
+#include "host/screens/wheel_guard.h"
 #include "host/screens/wrapped_text.h"
 
 // The resource lives in a static library, which registers nothing by itself. Q_INIT_RESOURCE must stand outside of any
@@ -153,9 +154,13 @@ QSize themeScreenRoom(const QWidget& window) {
                                                                           : window.screen()->availableSize();
 }
 
-QSize themeWindowSize(const QSize& size, const QSize& room) {
+QSize themeRoomInside(const QSize& room) {
     constexpr QSize kAround(16, 48);  // the frame and the title of the window
-    return (size * fontScale).boundedTo(room - kAround);
+    return room - kAround;
+}
+
+QSize themeWindowSize(const QSize& size, const QSize& room) {
+    return (size * fontScale).boundedTo(themeRoomInside(room));
 }
 
 QSize themeWindowSize(const QSize& size, const QWidget& window) {
@@ -184,6 +189,7 @@ void applyTheme(QApplication& application) {
     application.setStyleSheet(themeStyleSheet());
     showPersianDigits(showsPersianDigits());
     watchNumberTyping(application);
+    guardInputsFromWheel(application);
     translateQtTexts(application);
     showCutTexts(application);
 }

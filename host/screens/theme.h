@@ -52,6 +52,8 @@ void setThemeFontSize(qreal points);
 // The size of a window that is right at the usual font size, at the user's size, as far as the screen has room for it.
 [[nodiscard]] QSize themeWindowSize(const QSize& size, const QWidget& window);
 [[nodiscard]] QSize themeWindowSize(const QSize& size, const QSize& room);
+// What a screen with that room has for the inside of a window.
+[[nodiscard]] QSize themeRoomInside(const QSize& room);
 // What windows may take of the window's screen. The screen of pictures and tests is one that nobody sees, and as large
 // as a usual one.
 [[nodiscard]] QSize themeScreenRoom(const QWidget& window);

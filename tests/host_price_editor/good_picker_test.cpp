@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QScrollBar>
 #include <QTest>
 
 #include "tests/host_screens/demo_screens.h"
@@ -45,6 +46,25 @@ TEST_F(Picker, aSearchThatFindsNothingSaysSoAndIsClearedByItsButton) {
     EXPECT_TRUE(control<QPushButton>("Ok_BTN").isEnabled());
 }
 
+TEST_F(Picker, aNameWithoutRoomEndsInDotsAndItsToolTipIsWhole) {
+    const QString name = QString::fromUtf8("برنج هاشمی ").repeated(13).trimmed();
+    execute(*session, "UPDATE dbo.GoodInf SET Name = ? WHERE Code = 7", {Value(name.toStdString())});
+    search("7");
+    ASSERT_EQ(picker.goodCode(), 7);
+    EXPECT_EQ(goods().visualItemRect(goods().currentItem()).width(), goods().viewport()->width())
+        << "a row is as wide as the list, so that its text is cut with dots";
+    EXPECT_FALSE(goods().horizontalScrollBar()->isVisible());
+    EXPECT_EQ(goods().textElideMode(), Qt::ElideRight);
+    EXPECT_EQ(goods().currentItem()->toolTip(), "<p dir=\"auto\">" + name + "</p>");
+}
+
+TEST_F(Picker, thereIsAReasonWhyNothingCanBeChosen) {
+    search("کالای ناپیدا");
+    EXPECT_EQ(control<QPushButton>("Ok_BTN").accessibleDescription(), "فهرست خالی است.");
+    search("");
+    EXPECT_EQ(control<QPushButton>("Ok_BTN").accessibleDescription(), "");
+}
+
 TEST_F(Picker, escapeLeadsBackToTheGoodsAndThenOut) {
     search("کالای ناپیدا");
     QTest::keyClick(&control<QLineEdit>("GoodSearch_EDT"), Qt::Key_Escape);
@@ -53,6 +73,13 @@ TEST_F(Picker, escapeLeadsBackToTheGoodsAndThenOut) {
     EXPECT_EQ(control<QLineEdit>("GoodSearch_EDT").text(), "");
     QTest::keyClick(&control<QLineEdit>("GoodSearch_EDT"), Qt::Key_Escape);
     EXPECT_FALSE(picker.isVisible());
+}
+
+TEST_F(Picker, numbersInNamesHaveTheDigitsOfTheScreen) {
+    execute(*session, "INSERT INTO GoodInf (Code, Name) VALUES (8057, N'شیر 3 درصد A4')");
+    search("8057");
+    ASSERT_GE(goods().count(), 1);
+    EXPECT_EQ(goods().item(0)->text().toStdString(), "۸۰۵۷   شیر ۳ درصد A4");
 }
 
 // Two hundred goods that have 57 in their names or barcodes, all of them before good 8057 by their codes.
@@ -128,6 +155,77 @@ TEST(EmptyCompany, hasNoGoodsAndNoSearchToClear) {
     EXPECT_EQ(picker.findChild<QLabel*>("NoGoods_LBL")->text().toStdString(), "هنوز کالایی تعریف نشده است.");
     EXPECT_TRUE(picker.findChild<QLabel*>("NoGoods_LBL")->isVisible());
     EXPECT_FALSE(picker.findChild<QPushButton*>("ClearSearch_BTN")->isVisible());
+}
+
+// Goods enough for a search that takes its time.
+class SlowPicker : public Picker {
+protected:
+    SlowPicker() {
+        execute(
+            *session,
+            "WITH N AS (SELECT 1 AS n UNION ALL SELECT n + 1 FROM N WHERE n < 200) "
+            "INSERT INTO GoodInf (Code, Name) SELECT 100000 + A.n * 200 + B.n, N'مهره' FROM N AS A CROSS JOIN N AS B "
+            "OPTION (MAXRECURSION 300)");
+        picker.activateWindow();
+        input.setFocus();
+    }
+    // Types the first digit, and the rest while it is being searched for.
+    void typeDuringTheSearch(const char* rest, int last) {
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&picker));
+        screens.busyNotice().setPatience(0);
+        bool pressed = false;
+        WhenBusy busy([&](QWidget&) {
+            if (std::exchange(pressed, true)) return;
+            for (const char* digit = rest; *digit != '\0'; ++digit)
+                QTest::sendKeyEvent(QTest::Click, picker.windowHandle(), static_cast<Qt::Key>(*digit),
+                                    QString(QLatin1Char(*digit)), Qt::NoModifier);
+            QTest::sendKeyEvent(QTest::Click, picker.windowHandle(), static_cast<Qt::Key>(last), QString(),
+                                Qt::NoModifier);
+        });
+        type(&input, QStringLiteral("1"));
+        EXPECT_TRUE(pressed);
+        neverBusy(screens);
+    }
+
+    QLineEdit& input = control<QLineEdit>("GoodSearch_EDT");
+};
+
+TEST_F(SlowPicker, whatIsTypedDuringASearchIsLookedForBeforeEnterTakesIt) {
+    typeDuringTheSearch("23456", Qt::Key_Return);
+    QTRY_VERIFY(!picker.isVisible());
+    EXPECT_EQ(picker.result(), QDialog::Accepted);
+    EXPECT_EQ(picker.goodCode(), 123456);
+}
+
+TEST_F(SlowPicker, aSearchGivenUpIsMadeUpForByEnter) {
+    typeDuringTheSearch("23456", Qt::Key_Escape);
+    QTRY_COMPARE(input.text().toStdString(), "123456");
+    EXPECT_TRUE(picker.isVisible());
+    QTest::keyClick(&input, Qt::Key_Return);
+    EXPECT_EQ(picker.result(), QDialog::Accepted);
+    EXPECT_EQ(picker.goodCode(), 123456);
+}
+
+TEST_F(Picker, enterTakesNothingOfAListThatIsNotThatOfTheText) {
+    search("7");
+    ASSERT_EQ(picker.goodCode(), 7);
+    execute(*session, "DROP INDEX IX_GoodInf_AbbName ON dbo.GoodInf ALTER TABLE dbo.GoodInf DROP COLUMN AbbName");
+    messages.expect("DatabaseError");
+    search("8");
+    EXPECT_EQ(
+        control<QLabel>("GoodCount_LBL").text().toStdString(),
+        "این‌ها کالاهای جستجوی پیشین‌اند؛ برای جستجو Enter را بزنید");
+    messages.expect("DatabaseError");
+    QTest::keyClick(&control<QLineEdit>("GoodSearch_EDT"), Qt::Key_Return);
+    EXPECT_TRUE(picker.isVisible());
+    // Not the one that is double-clicked there either.
+    messages.expect("DatabaseError");
+    emit goods().itemActivated(goods().currentItem());
+    EXPECT_TRUE(picker.isVisible());
+    execute(*session, "ALTER TABLE dbo.GoodInf ADD AbbName nvarchar(200)");
+    QTest::keyClick(&control<QLineEdit>("GoodSearch_EDT"), Qt::Key_Return);
+    EXPECT_FALSE(picker.isVisible());
+    EXPECT_EQ(picker.goodCode(), 8);
 }
 
 }  // namespace

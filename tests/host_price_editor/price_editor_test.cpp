@@ -16,6 +16,7 @@ namespace {
 
 class Editor : public DemoScreens {
 protected:
+    Editor() : DemoScreens(true) {}
     static Registry registered() {
         Registry made;
         registerCostLevel(made);
@@ -28,11 +29,14 @@ protected:
         EXPECT_TRUE(QTest::qWaitForWindowExposed(editor.get()));
         return editor;
     }
-    void save(PriceEditor& editor) {
-        HostTransaction transaction(*session);
-        editor.OnSave();
-        transaction.commit();
-        editor.AfterSave();
+    // As the save button does.
+    static void save(PriceEditor& editor) { editor.BaseSave_Click(); }
+    // By hand, so that the editor knows of a change.
+    static void retype(PriceEditor& editor, const char* name, const QString& text) {
+        auto* input = control<QLineEdit>(editor, name);
+        input->setFocus();
+        input->selectAll();
+        type(input, text);
     }
     [[nodiscard]] std::string stored(const char* column) {
         return one(std::string("SELECT ") + column + " FROM GoodCostDiscount WHERE GoodCode = 57");
@@ -220,6 +224,146 @@ TEST_F(Editor, aChangeIsLoggedAndAnUnchangedSaveIsNot) {
     level->setCurrentIndex(4);
     save(*editor);
     EXPECT_EQ(logged(), "102/2/57 102/2/57 ");
+}
+
+// As on a full disk: all statements have passed, and then the transaction does not.
+TEST_F(Editor, aSaveThatFailsAtItsCommitIsMadeAgain) {
+    execute(*session,
+            "UPDATE GoodCostDiscount SET CostLevel_Sell_3 = 100, Default_CostLevel_Sell_Number = 1 "
+            "WHERE GoodCode = 57; DELETE FROM HostUserLog");
+    const auto editor = CreateEditor<PriceEditor>(host, registry, 57);
+    EXPECT_EQ(run(*editor,
+                  [&] {
+                      retype(*editor, "CostLevel_Sell_3_EDT", QStringLiteral("777"));
+                      control<QComboBox>(*editor, "Default_CostLevel_Sell_Number_CMB")->setCurrentIndex(2);
+                      failCommitOnce();
+                      messages.expect("DatabaseError");
+                      QTest::keyClick(editor.get(), Qt::Key_F3);
+                      EXPECT_TRUE(editor->isVisible());
+                      EXPECT_FALSE(editor->base().IsSaved());
+                      EXPECT_EQ(stored("CostLevel_Sell_3"), "100.000000000");
+                      QTest::keyClick(editor.get(), Qt::Key_F3);
+                      EXPECT_FALSE(editor->isVisible());
+                  }),
+              mrOk);
+    EXPECT_EQ(stored("CostLevel_Sell_3"), "777.000000000");
+    EXPECT_EQ(stored("Default_CostLevel_Sell_Number"), "2");
+    EXPECT_EQ(one("SELECT COUNT(*) FROM HostUserLog WHERE SoftwarePart = 102"), "1");
+}
+
+TEST_F(Editor, aSaveThatFailsAtItsCommitIsMadeAgainOnLeaving) {
+    const auto editor = CreateEditor<PriceEditor>(host, registry, 57);
+    (void)run(*editor, [&] {
+        retype(*editor, "Discount_Buy_1_EDT", QStringLiteral("7"));
+        failCommitOnce();
+        messages.expect("DatabaseError");
+        QTest::keyClick(editor.get(), Qt::Key_F3);
+        // And not closed either while it fails.
+        failCommitOnce();
+        messages.expect("MsgUnsavedChanges", mrYes);
+        messages.expect("DatabaseError");
+        QTest::keyClick(editor.get(), Qt::Key_Escape);
+        EXPECT_TRUE(editor->isVisible());
+        messages.expect("MsgUnsavedChanges", mrYes);
+        QTest::keyClick(editor.get(), Qt::Key_Escape);
+        EXPECT_FALSE(editor->isVisible());
+    });
+    EXPECT_EQ(stored("Discount_Buy_1"), "7.000000000");
+}
+
+// What another user has written meanwhile can be taken over, without losing the rest of one's own.
+TEST_F(Editor, asksWhereAnotherUserWasQuicker) {
+    execute(*session,
+            "UPDATE GoodCostDiscount SET CostLevel_Sell_3 = 100, CostLevel_Sell_4 = 200, "
+            "Default_CostLevel_Buy_Number = 1 WHERE GoodCode = 57");
+    const auto editor = open();
+    retype(*editor, "CostLevel_Sell_3_EDT", QStringLiteral("101"));
+    retype(*editor, "CostLevel_Buy_2_EDT", QStringLiteral("55"));
+    execute(*session,
+            "UPDATE GoodCostDiscount SET CostLevel_Sell_3 = 150, CostLevel_Sell_4 = 250, "
+            "Default_CostLevel_Buy_Number = 3 WHERE GoodCode = 57");
+    messages.expect("MsgPriceChanged", mrNo);
+    save(*editor);
+    EXPECT_EQ(line(messages.shown.back()), "MsgPriceChanged(«قیمت فروش ۳ (همکار)»)");
+    EXPECT_EQ(control<QLineEdit>(*editor, "CostLevel_Sell_3_EDT")->text().toStdString(), "۱۰۱");
+    EXPECT_FALSE(editor->base().IsSaved());
+    messages.expect("MsgPriceChanged", mrYes);
+    save(*editor);
+    EXPECT_EQ(stored("CostLevel_Buy_2") == "55.000000000", false);
+    EXPECT_EQ(control<QLineEdit>(*editor, "CostLevel_Sell_3_EDT")->text().toStdString(), "۱۵۰");
+    EXPECT_EQ(control<QLineEdit>(*editor, "CostLevel_Sell_4_EDT")->text().toStdString(), "۲۵۰");
+    EXPECT_EQ(control<QComboBox>(*editor, "Default_CostLevel_Buy_Number_CMB")->currentIndex(), 3);
+    EXPECT_FALSE(editor->base().IsSaved());
+    EXPECT_EQ(QApplication::focusWidget(), control<QLineEdit>(*editor, "CostLevel_Sell_3_EDT"));
+    // Now it is said with knowledge.
+    retype(*editor, "CostLevel_Sell_3_EDT", QStringLiteral("101"));
+    save(*editor);
+    EXPECT_EQ(stored("CostLevel_Sell_3"), "101.000000000");
+    EXPECT_EQ(stored("CostLevel_Sell_4"), "250.000000000");
+    EXPECT_EQ(stored("CostLevel_Buy_2"), "55.000000000");
+    EXPECT_TRUE(editor->base().IsSaved());
+}
+
+TEST_F(Editor, whatAnotherUserHasEnteredAsWellIsNoQuestion) {
+    const auto editor = open();
+    retype(*editor, "CostLevel_Sell_3_EDT", QStringLiteral("101"));
+    retype(*editor, "CostLevel_Sell_4_EDT", QStringLiteral("102"));
+    execute(*session, "UPDATE GoodCostDiscount SET CostLevel_Sell_3 = 101 WHERE GoodCode = 57");
+    save(*editor);
+    EXPECT_EQ(stored("CostLevel_Sell_4"), "102.000000000");
+    EXPECT_TRUE(editor->base().IsSaved());
+}
+
+TEST_F(Editor, namesTheFirstOfManyThatOthersHaveChanged) {
+    const auto editor = open();
+    for (const char* name : {"CostLevel_Sell_1_EDT", "CostLevel_Sell_2_EDT", "CostLevel_Sell_3_EDT",
+                             "CostLevel_Sell_4_EDT", "CostLevel_Sell_5_EDT"})
+        retype(*editor, name, QStringLiteral("9"));
+    execute(*session,
+            "UPDATE GoodCostDiscount SET CostLevel_Sell_1 = 8, CostLevel_Sell_2 = 8, CostLevel_Sell_3 = 8, "
+            "CostLevel_Sell_4 = 8, CostLevel_Sell_5 = 8 WHERE GoodCode = 57");
+    messages.expect("MsgPriceChanged", mrYes);
+    save(*editor);
+    EXPECT_TRUE(messages.shown.back().arguments.at(0).ends_with("»، «قیمت فروش ۳ (همکار)» و ۲ مورد دیگر"))
+        << messages.shown.back().arguments.at(0);
+    EXPECT_TRUE(editor->base().IsSaved()) << "nothing of one's own is left";
+}
+
+// Where the ink of a label begins and ends.
+std::pair<int, int> inkOf(QWidget& label) {
+    const QImage picture = label.grab().toImage();
+    const QRgb paper = picture.pixel(0, 0);
+    int first = picture.width();
+    int last = -1;
+    for (int x = 0; x < picture.width(); ++x)
+        for (int y = 0; y < picture.height(); ++y)
+            if (picture.pixel(x, y) != paper) {
+                first = std::min(first, x);
+                last = x;
+            }
+    return {first, last};
+}
+
+TEST_F(Editor, theGoodStandsOnTheRightWhateverItsLetters) {
+    for (const char* name : {"دارچین", "Cinnamon 75 g", "750", ""}) {
+        execute(*session, "UPDATE GoodInf SET Name = ? WHERE Code = 57", {std::string(name)});
+        const auto editor = open();
+        auto* good = control<QLabel>(*editor, "Good_LBL");
+        const auto [first, last] = inkOf(*good);
+        EXPECT_GT(first, good->width() / 2) << name;
+        EXPECT_GT(last, good->width() - 30) << name;
+    }
+}
+
+TEST_F(Editor, saysThatTheGoodIsGone) {
+    execute(*session, "INSERT INTO GoodInf (Code, Name) VALUES (99001, N'کالای گذرا')");
+    const auto editor = open(99001);
+    retype(*editor, "CostLevel_Sell_3_EDT", QStringLiteral("101"));
+    execute(*session, "DELETE FROM GoodInf WHERE Code = 99001");
+    messages.expect("MsgGoodGone");
+    save(*editor);
+    EXPECT_EQ(line(messages.shown.back()), "MsgGoodGone(کالای گذرا)");
+    EXPECT_FALSE(editor->base().IsSaved());
 }
 
 // No good is added here, so there is none that could come new after a save.

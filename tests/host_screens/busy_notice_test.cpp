@@ -4,9 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDialog>
+#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QShortcut>
 #include <QtTest>
 
 #include "engines/embedded/embedded_session.h"
@@ -20,8 +23,8 @@ const char* const kLongStatement =
     "SELECT COUNT(*) FROM N AS A CROSS JOIN N AS B CROSS JOIN N AS C WHERE A.X + B.X * C.X = -1";
 
 QWidget* notice() {
-    for (QWidget* window : QApplication::topLevelWidgets())
-        if (window->objectName() == QStringLiteral("Busy_FRM") && window->isVisible()) return window;
+    for (QWidget* widget : QApplication::allWidgets())
+        if (widget->objectName() == QStringLiteral("Busy_FRM") && widget->isVisible()) return widget;
     return nullptr;
 }
 
@@ -63,18 +66,186 @@ TEST_F(Busy, aLongRequestCanBeGivenUp) {
     EXPECT_EQ(session->run("SELECT COUNT(*) FROM N WHERE X = 1").results.size(), 1U);
 }
 
+// A window with two inputs and a button, of which the first input has the focus.
+struct Form : QDialog {
+    Form() {
+        auto* row = new QHBoxLayout(this);
+        for (QWidget* widget : std::initializer_list<QWidget*>{&first, &second, &button})
+            row->addWidget(widget);
+        button.setAutoDefault(false);
+        resize(700, 300);
+        QObject::connect(&button, &QPushButton::clicked, this, [this] { ++clicks; });
+        QObject::connect(&first, &QLineEdit::returnPressed, this, [this] { ++enters; });
+        auto* key = new QShortcut(QKeySequence(Qt::Key_F9), this);
+        QObject::connect(key, &QShortcut::activated, this, [this] { ++shortCuts; });
+        show();
+        activateWindow();
+        first.setFocus();
+    }
+    void reject() override { ++escapes; }
+
+    QLineEdit first;
+    QLineEdit second;
+    QPushButton button;
+    int clicks = 0;
+    int enters = 0;
+    int shortCuts = 0;
+    int escapes = 0;
+};
+
+// As they come from a keyboard: to the window that the window system gives them to.
+void press(QWindow* window, int key, const QString& text = {}, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::sendKeyEvent(QTest::Click, window, static_cast<Qt::Key>(key), text, modifiers);
+}
+
+void pressDigits(QWindow* window, const char* digits) {
+    for (const char* digit = digits; *digit != '\0'; ++digit)
+        press(window, *digit, QString(QLatin1Char(*digit)));
+}
+
+const char* const kMediumStatement =
+    "SELECT COUNT(*) FROM N AS A CROSS JOIN N AS B CROSS JOIN (SELECT TOP 200 X FROM N) AS C";
+
 TEST_F(Busy, itIsGoneBeforeTheKeysThatWerePressedMeanwhile) {
-    QLineEdit behind;
-    behind.show();
-    behind.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&behind));
-    WhenBusy shown([](QWidget&) {});
-    session->run("SELECT COUNT(*) FROM N AS A CROSS JOIN N AS B CROSS JOIN (SELECT TOP 30 X FROM N) AS C");
-    EXPECT_GT(shown.times, 0);
+    Form form;
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    bool pressed = false;
+    QString meanwhile;
+    WhenBusy shown([&](QWidget& window) {
+        if (std::exchange(pressed, true)) return;
+        EXPECT_EQ(QApplication::focusWidget(), &form.first);
+        EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+        EXPECT_EQ(window.window(), &form);
+        pressDigits(form.windowHandle(), "123");
+        press(form.windowHandle(), Qt::Key_Space, QStringLiteral(" "));
+        pressDigits(form.windowHandle(), "4");
+        press(form.windowHandle(), Qt::Key_Return, QStringLiteral("\r"));
+        press(form.windowHandle(), Qt::Key_F9);
+        press(form.windowHandle(), Qt::Key_Tab, QStringLiteral("\t"));
+        pressDigits(form.windowHandle(), "56");
+        QTest::mouseClick(form.windowHandle(), Qt::LeftButton, {}, form.button.geometry().center());
+        meanwhile = form.first.text() + form.second.text();
+    });
+    session->run(kMediumStatement);
+    EXPECT_TRUE(pressed);
+    EXPECT_EQ(meanwhile, QString());
     EXPECT_NE(notice(), nullptr);
+    bool goneBefore = false;
+    QObject::connect(&form.first, &QLineEdit::textChanged, &form, [&] { goneBefore = notice() == nullptr; });
+    QCoreApplication::sendPostedEvents();
+    EXPECT_TRUE(goneBefore);
+    EXPECT_EQ(notice(), nullptr);
+    EXPECT_EQ(form.first.text().toStdString(), "123 4");
+    EXPECT_EQ(form.enters, 1);
+    EXPECT_EQ(form.shortCuts, 1);
+    EXPECT_EQ(form.second.text().toStdString(), "56");
+    EXPECT_EQ(form.clicks, 0);
+    EXPECT_EQ(form.escapes, 0);
+}
+
+TEST_F(Busy, escapeGivesUpAndOnlyTextStaysTyped) {
+    Form form;
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    WhenBusy shown([&](QWidget&) {
+        pressDigits(form.windowHandle(), "12");
+        press(form.windowHandle(), Qt::Key_F9);
+        press(form.windowHandle(), Qt::Key_Escape);
+    });
+    EXPECT_THROW(session->run(kLongStatement), DatabaseError);
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(form.first.text().toStdString(), "12");
+    EXPECT_EQ(form.shortCuts, 0);
+    EXPECT_EQ(form.escapes, 0);
+    // The next one is for the window again.
+    press(form.windowHandle(), Qt::Key_Escape);
+    EXPECT_EQ(form.escapes, 1);
+}
+
+TEST_F(Busy, aClickOnItsButtonGivesUpAndTakesNoFocus) {
+    Form form;
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    WhenBusy shown([&](QWidget& window) {
+        const auto* button = window.findChild<QPushButton*>("BusyCancel_BTN");
+        QTest::mouseClick(form.windowHandle(), Qt::LeftButton, {}, button->mapTo(&form, button->rect().center()));
+    });
+    EXPECT_THROW(session->run(kLongStatement), DatabaseError);
+    EXPECT_EQ(form.focusWidget(), &form.first);
+}
+
+TEST_F(Busy, keysAreNotGivenToAnotherWindow) {
+    Form form;
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    bool pressed = false;
+    WhenBusy shown([&](QWidget&) {
+        if (!std::exchange(pressed, true)) pressDigits(form.windowHandle(), "12");
+    });
+    session->run(kMediumStatement);
+    {
+        Form other;
+        other.setModal(true);
+        other.hide();
+        other.show();
+        QCoreApplication::sendPostedEvents();
+        EXPECT_EQ(other.first.text().toStdString(), "");
+    }
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(form.first.text().toStdString(), "");
+    EXPECT_TRUE(pressed);
+}
+
+// Enter opens a window, and the rest was pressed before that was there.
+TEST_F(Busy, keysAfterOneThatOpensAWindowAreDropped) {
+    Form form;
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    bool pressed = false;
+    std::string inOther = "never opened";
+    QObject::connect(&form.first, &QLineEdit::returnPressed, &form, [&] {
+        Form other;
+        QTimer::singleShot(50, &other, [&] {
+            inOther = other.first.text().toStdString();
+            other.done(0);
+        });
+        other.exec();
+    });
+    WhenBusy shown([&](QWidget&) {
+        if (std::exchange(pressed, true)) return;
+        press(form.windowHandle(), Qt::Key_Return, QStringLiteral("\r"));
+        pressDigits(form.windowHandle(), "12");
+    });
+    session->run(kMediumStatement);
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(form.enters, 1);
+    EXPECT_EQ(inOther, "");
+    EXPECT_EQ(form.first.text().toStdString(), "");
+}
+
+TEST_F(Busy, aSmallWindowHasTheNoticeInFrontOfIt) {
+    QLineEdit small;
+    small.show();
+    small.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&small));
+    bool inFront = false;
+    WhenBusy shown([&](QWidget& window) {
+        inFront =
+            window.isWindow() && window.parentWidget() == &small && window.testAttribute(Qt::WA_ShowWithoutActivating);
+        if (small.text().isEmpty()) pressDigits(small.windowHandle(), "1");
+    });
+    session->run(kMediumStatement);
+    QCoreApplication::sendPostedEvents();
+    EXPECT_TRUE(inFront);
+    EXPECT_EQ(small.text().left(1).toStdString(), "1");
+    EXPECT_EQ(notice(), nullptr);
+}
+
+TEST_F(Busy, aWindowThatGoesTakesItsKeysAlong) {
+    auto form = std::make_unique<Form>();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+    WhenBusy shown([&](QWidget&) { pressDigits(form->windowHandle(), "1"); });
+    session->run(kMediumStatement);
+    EXPECT_GT(shown.times, 0);
+    form.reset();
     QCoreApplication::sendPostedEvents();
     EXPECT_EQ(notice(), nullptr);
-    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
 TEST_F(Busy, whatIsWrittenOffersNoCancel) {

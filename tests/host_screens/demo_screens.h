@@ -3,18 +3,22 @@
 
 #include <memory>
 
+#include "ado/error.h"
 #include "engines/embedded/embedded_session.h"
 #include "host/services/deploy.h"
 #include "host/services/sql_access.h"
 #include "package/screens/base_get_frm.h"
 #include "tests/host_screens/screen_test.h"
 #include "tests/host_screens/when_busy.h"
+#include "tests/support/tracing_session.h"
 
 namespace basalt::host {
 
 class DemoScreens : public ::testing::Test {
 protected:
-    DemoScreens() {
+    // Watched, what the screens send passes through `passing`, which cannot be interrupted.
+    explicit DemoScreens(bool watched = false)
+        : host(watched ? static_cast<Session&>(passing) : *session, testOptions()) {
         deployDatabase(*session, {.demo = true});
         host.signInAs(1);
         host.setMessages(messages);
@@ -34,6 +38,13 @@ protected:
         });
         return editor.ShowModal();
     }
+    // The next transaction fails where it should be committed. The screens must be watched.
+    void failCommitOnce() {
+        passing.onCommit = [this] {
+            passing.onCommit = {};
+            throw DatabaseError(ErrorCategory::DiskFull, "53100", 1105, "no room");
+        };
+    }
     // The first value of the first row.
     [[nodiscard]] std::string one(const std::string& sql) {
         const RowSet rows = rowsOf(*session, sql);
@@ -46,9 +57,12 @@ protected:
     }
 
     std::unique_ptr<Session> session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
+    // What the screens send, and where a test lets it fail. The tests' own statements go past it.
+    std::vector<std::string> sent;
+    TracingSession passing{*session, sent};
     QueuedMessages messages;
     QueuedOutput output;
-    ReferenceHost host{*session, testOptions()};
+    ReferenceHost host;
     HostScreenServices screens{host};
     AttachedHost attached{host};
 };

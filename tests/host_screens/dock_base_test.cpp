@@ -169,12 +169,188 @@ TEST_F(DockBases, aSearchThatWaitsIsRunBeforeItsRowsAreTaken) {
         type(input, QStringLiteral("!"));
         session.expectError("SELECT * FROM (select rows) AS T WHERE [Name] LIKE N'%xyz!%'",
                             DatabaseError(ErrorCategory::Busy, "HYT00", 1222, "locked"));
-        session.expect("SELECT * FROM (select rows) AS T WHERE [Name] LIKE N'%xyz%'", priceRows({{2, "xyz", {}}}));
         messages.expect("DatabaseError");
         QTest::keyClick(input, Qt::Key_Return);
         EXPECT_EQ(searches, 2);
         EXPECT_EQ(handled(), Calls{}) << "nothing is taken of a list that could not be searched";
     }});
+}
+
+// The rows of before stay, once and as often as it fails, and the line below says so until the search was made up for.
+TEST_F(DockBases, aSearchThatIsGivenUpIsToldAndMadeUpFor) {
+    const DatabaseError cancelled(ErrorCategory::Other, "HY008", 0, "given up");
+    const DatabaseError lost(ErrorCategory::Connection, "08S01", 10054, "connection lost");
+    const char* const narrowed = "SELECT * FROM (select rows) AS T WHERE [Name] LIKE N'%x%'";
+    auto screen = made(fmBrowse);
+    run(*screen, {[&] {
+        auto* input = control<QLineEdit>(*screen, "TGeneral_Search_Frame1_EDT");
+        auto* summary = control<QLabel>(*screen, "Summary_LBL");
+        const auto expectBehind = [&] {
+            QCoreApplication::processEvents();
+            EXPECT_EQ(
+                summary->text().toStdString(),
+                "فهرست هنوز جستجوی پیشین را نشان می‌دهد؛ برای جستجوی نوشته‌شده ⁦Enter⁩ یا "
+                "⁦Ctrl+R⁩ را بزنید   |   ۲ سطر");
+            EXPECT_EQ(screen->grid->View()->model()->rowCount(), 2);
+            EXPECT_EQ(query.SQL.Text(), "select rows");
+            EXPECT_EQ(input->text().toStdString(), "x");
+        };
+        session.expectError(narrowed, cancelled);
+        type(input, QStringLiteral("x"));
+        expectBehind();
+        session.expectError(narrowed, lost);
+        messages.expect("DatabaseError");
+        QTest::keyClick(input, Qt::Key_Return);
+        expectBehind();
+        session.expectError(narrowed, cancelled);
+        QTest::keyClick(screen.get(), Qt::Key_R, Qt::ControlModifier);
+        expectBehind();
+        EXPECT_EQ(handled(), Calls{}) << "the former statement is not run again";
+        session.expect(narrowed, priceRows({{3, "x", {}}}));
+        QTest::keyClick(screen.get(), Qt::Key_R, Qt::ControlModifier);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(summary->text().toStdString(), "۱ سطر");
+        QTest::keyClick(screen.get(), Qt::Key_R, Qt::ControlModifier);
+        EXPECT_EQ(handled(), Calls{"RefreshList"});
+    }});
+}
+
+// Some 40 megabytes in 300,000 rows.
+constexpr int kLongList = 300'000;
+
+RowSet longList(int count) {
+    RowSet rows = priceRows({});
+    const std::string name(120, 'x');
+    for (int code = 1; code <= count; ++code) {
+        rows.column(0).appendInt(code);
+        rows.column(1).appendText(name);
+        rows.column(2).appendNull();
+        rows.finishRow();
+    }
+    return rows;
+}
+
+// Brings rows while a request runs, as engines do, before it answers or is given up.
+class BringsRows final : public StatementObserver {
+public:
+    BringsRows(TADOConnection& connection, ScriptedSession& session) : connection_(connection), session_(session) {
+        connection_.addObserver(*this);
+    }
+    ~BringsRows() { connection_.removeObserver(*this); }
+    BringsRows(const BringsRows&) = delete;
+    BringsRows& operator=(const BringsRows&) = delete;
+
+    int count = 0;
+    std::optional<DatabaseError> error;
+    std::vector<std::string> sent;
+    std::function<void()> onRows;  // before the request ends
+
+private:
+    void sending(const SentStatement& statement) override {
+        sent.push_back(statement.text);
+        RowSet rows = longList(count);
+        if (onRows) onRows();
+        if (error) {
+            session_.expectError(statement.text, *error);
+        } else {
+            session_.expect(statement.text, std::move(rows));
+        }
+    }
+
+    TADOConnection& connection_;
+    ScriptedSession& session_;
+};
+
+// Its old rows go while the new ones come, so that it never takes twice its memory.
+TEST_F(DockBases, aLongListThatIsGivenUpLateHasNoRowsAndSaysSo) {
+    const std::string all = "select rows";
+    const std::string narrowed = "SELECT * FROM (select rows) AS T WHERE [Name] LIKE N'%x%'";
+    const char* const unread =
+        "سطرها هنوز خوانده نشده‌اند؛ برای خواندن \u2066Ctrl+R\u2069 را بزنید";
+    auto screen = made(fmBrowse);
+    screen->onOpen = [this] { open(longList(kLongList)); };
+    screen->onRefresh = [this] { host.ResetDataset(query); };
+    run(*screen, {[&] {
+        auto* input = control<QLineEdit>(*screen, "TGeneral_Search_Frame1_EDT");
+        auto* summary = control<QLabel>(*screen, "Summary_LBL");
+        auto* grid = static_cast<SmartGrid*>(screen->grid);
+        QWidget* page = grid->View()->viewport();
+        const auto painted = [&] {
+            PaintedText text;
+            page->render(&text);
+            return text.text().toStdString();
+        };
+        const auto rowsShown = [&] {
+            QCoreApplication::processEvents();
+            return grid->View()->model()->rowCount();
+        };
+        BringsRows requests(host.DM().ADOConnection1, session);
+        requests.error = DatabaseError(ErrorCategory::Other, "HY008", 0, "given up");
+
+        // Early enough: what it was.
+        requests.count = kLongList / 5;
+        type(input, QStringLiteral("x"));
+        EXPECT_EQ(rowsShown(), kLongList);
+        EXPECT_EQ(query.SQL.Text(), all);
+
+        // Too late.
+        requests.count = kLongList / 2;
+        int rowsMeanwhile = -1;
+        requests.onRows = [&] { rowsMeanwhile = grid->View()->model()->rowCount(); };
+        QTest::keyClick(input, Qt::Key_Return);
+        EXPECT_EQ(rowsMeanwhile, 0);
+        EXPECT_EQ(rowsShown(), 0);
+        EXPECT_EQ(summary->text().toStdString(), unread);
+        EXPECT_EQ(painted(), "سطرها هنوز خوانده نشده‌اند");
+        EXPECT_EQ(input->text().toStdString(), "x");
+        EXPECT_TRUE(input->hasFocus());
+        EXPECT_FALSE(button(*screen, "Edit_BTN").isEnabled());
+        EXPECT_EQ(button(*screen, "Edit_BTN").accessibleDescription().toStdString(),
+                  "سطرهای فهرست هنوز خوانده نشده‌اند.");
+        EXPECT_EQ(requests.sent, (Calls{narrowed, narrowed}));
+
+        // What needs the rows reads them first, and does nothing when they do not come.
+        grid->print();
+        EXPECT_EQ(requests.sent.back(), narrowed);
+        EXPECT_TRUE(output.previews.empty());
+        requests.error.reset();
+        requests.sent.clear();
+        requests.count = kLongList / 5;
+        QTest::keyClick(input, Qt::Key_Return);
+        EXPECT_EQ(requests.sent, Calls{narrowed});
+        EXPECT_EQ(rowsShown(), kLongList / 5);
+        EXPECT_TRUE(isUsable(&button(*screen, "Edit_BTN")));
+        EXPECT_EQ(summary->text().toStdString(), "۶۰٬۰۰۰ سطر");
+
+        // Read anew and given up, twice; then the same statement brings them.
+        requests.error = DatabaseError(ErrorCategory::Other, "HY008", 0, "given up");
+        requests.sent.clear();
+        QTest::keyClick(screen.get(), Qt::Key_R, Qt::ControlModifier);
+        EXPECT_EQ(rowsShown(), kLongList / 5) << "the list is short now";
+        requests.count = 2 * kLongList;
+        QTest::keyClick(screen.get(), Qt::Key_R, Qt::ControlModifier);
+        EXPECT_EQ(rowsShown(), 0);
+        EXPECT_EQ(summary->text().toStdString(), unread);
+        QTest::keyClick(screen.get(), Qt::Key_R, Qt::ControlModifier);
+        EXPECT_EQ(rowsShown(), 0);
+        requests.error.reset();
+        requests.count = 7;
+        // Enter needs them, too.
+        QTest::keyClick(grid->View(), Qt::Key_Return);
+        EXPECT_EQ(rowsShown(), 7);
+        EXPECT_EQ(summary->text().toStdString(), "۷ سطر");
+        EXPECT_EQ(requests.sent, Calls(4, narrowed));
+    }});
+}
+
+TEST_F(DockBases, aListThatWasNeverReadIsOnlyEmpty) {
+    auto screen = made(fmBrowse);
+    screen->onOpen = {};
+    run(*screen, {[&] {
+        EXPECT_EQ(control<QLabel>(*screen, "Summary_LBL")->text().toStdString(), "۰ سطر");
+        QTest::keyClick(control<QLineEdit>(*screen, "TGeneral_Search_Frame1_EDT"), Qt::Key_Return);
+    }});
+    EXPECT_EQ(handled(), Calls{}) << "nothing is read that the screen has not read";
 }
 
 TEST_F(DockBases, aRowThatIsPointedAtIsTakenThoughASearchWaits) {
@@ -241,8 +417,8 @@ TEST_F(DockBases, theContextMenuOffersTheButtonsAndTheGridsActions) {
         emit screen->grid->View()->customContextMenuRequested(QPoint(5, 5));
     }});
     EXPECT_EQ(titles, (Calls{"New_BTN_ACT", "Edit_BTN_ACT", "Delete_BTN_ACT", "Exit_BTN_ACT", "", "GridRefresh_ACT",
-                             "GridCopy_ACT", "GridColumns_ACT", "GridPrint_ACT", "GridPdf_ACT", "GridXlsx_ACT",
-                             "GridCsv_ACT"}));
+                             "GridCopy_ACT", "GridColumns_ACT", "GridSort_ACT", "GridPrint_ACT", "GridPdf_ACT",
+                             "GridXlsx_ACT", "GridCsv_ACT"}));
 }
 
 TEST_F(DockBases, printingUsesTheScreensTitle) {
@@ -292,6 +468,61 @@ TEST_F(DockBases, theTextsOfTheScreenStandAboveAPrint) {
     EXPECT_TRUE(painted.text().contains("گروه مواد غذایی")) << painted.text().toStdString();
     EXPECT_TRUE(painted.text().contains("ردیف جاری")) << painted.text().toStdString();
     EXPECT_EQ(output.previews, std::vector<QString>{"سطوح قیمت"});
+}
+
+// A narrowed list must not pass for the whole on paper. What is said of it is what its rows are, not what was typed
+// since.
+TEST_F(DockBases, aPrintTellsWhatWasSearchedFor) {
+    auto screen = made(fmBrowse);
+    std::vector<QString> painted;
+    output.onPreview = [&](PrintDocument& document) {
+        document.layOut(output.layouts.back());
+        PaintedText page;
+        QPainter painter(&page);
+        document.paintPage(painter, 0);
+        painter.end();
+        painted.push_back(page.text());
+    };
+    run(*screen, {[&] {
+        auto* input = control<QLineEdit>(*screen, "TGeneral_Search_Frame1_EDT");
+        const auto print = [&] { static_cast<SmartGrid*>(screen->grid)->print(); };
+        expectCompanyName();
+        print();
+        session.expect("SELECT * FROM (select rows) AS T WHERE [Name] LIKE N'%ج%'", priceRows({{1, "x", {}}}));
+        type(input, QStringLiteral("ج"));
+        print();
+        session.expectError("SELECT * FROM (select rows) AS T WHERE [Name] LIKE N'%جم%'",
+                            DatabaseError(ErrorCategory::Busy, "HYT00", 1222, "locked"));
+        messages.expect("DatabaseError");
+        type(input, QStringLiteral("م"));
+        static_cast<SmartGrid*>(screen->grid)
+            ->PrintPreview(
+                {.Title = "قیمت‌ها", .Columns = {{.FieldName = "Name", .Title = "نام", .Visible = true}}});
+        session.expect("select rows", priceRows({{1, "x", {}}}));
+        input->clear();
+        print();
+    }});
+    ASSERT_EQ(painted.size(), 4U);
+    EXPECT_FALSE(painted[0].contains("جستجو")) << painted[0].toStdString();
+    EXPECT_TRUE(painted[1].contains("جستجو: عنوان «ج»")) << painted[1].toStdString();
+    EXPECT_TRUE(painted[2].contains("جستجو: عنوان «ج»")) << painted[2].toStdString();
+    EXPECT_FALSE(painted[3].contains("جستجو")) << painted[3].toStdString();
+}
+
+// As far as the screen has it; the tests' screen is one of 1920x1080.
+TEST_F(DockBases, aListOpensWithTheRoomThatItsColumnsWant) {
+    const auto widthWith = [this](int columns) {
+        auto screen = made(fmBrowse);
+        for (int i = 0; i < columns; ++i)
+            screen->grid->AddColumn({.FieldName = "Price", .Title = QStringLiteral("قیمت"), .Width = 150});
+        int width = 0;
+        run(*screen, {[&] { width = screen->width(); }});
+        return width;
+    };
+    EXPECT_EQ(widthWith(0), 760);
+    EXPECT_GT(widthWith(6), 900);
+    EXPECT_LT(widthWith(6), 1300);
+    EXPECT_EQ(widthWith(30), 1728);
 }
 
 TEST_F(DockBases, everythingIsReachableByKeyboard) {

@@ -4,6 +4,7 @@
 #include <QToolButton>
 
 #include "host/screens/form_option.h"
+#include "host/screens/get_base_impl.h"
 #include "host/services/sql_access.h"
 #include "tests/host_screens/demo_screens.h"
 #include "tests/host_screens/recording_editor.h"
@@ -15,7 +16,7 @@ using Calls = std::vector<std::string>;
 
 class GetBases : public DemoScreens {
 protected:
-    GetBases() { RecordingEditor::saveMode = 0; }
+    GetBases() : DemoScreens(true) { RecordingEditor::saveMode = 0; }
 
     std::unique_ptr<RecordingEditor> edit(int code) { return CreateEditor<RecordingEditor>(calls, code, fmEdit); }
     std::unique_ptr<RecordingEditor> create() { return CreateEditor<RecordingEditor>(calls, 0, fmNew); }
@@ -96,6 +97,30 @@ TEST_F(GetBases, saveAndCloseIsOkAndLogged) {
                   }),
               mrOk);
     EXPECT_EQ(std::stoi(events()), before + 1);
+}
+
+TEST_F(GetBases, aSaveThatFailsAtItsCommitIsMadeAgain) {
+    for (const bool isNew : {false, true}) {
+        auto editor = isNew ? create() : edit(3);
+        const int code = static_cast<int>(toInt64(editor->Code()));
+        const std::string name = isNew ? "یازدهم" : "نام تازه";
+        int told = 0;
+        dynamic_cast<GetBaseImpl&>(editor->base()).onWritten = [&] { ++told; };
+        run(*editor, [&] {
+            retype(*editor, name.c_str());
+            failCommitOnce();
+            messages.expect("DatabaseError");
+            QTest::keyClick(editor->name, Qt::Key_F3);
+            EXPECT_FALSE(editor->base().IsSaved());
+            EXPECT_EQ(told, 0);
+            EXPECT_NE(nameOf(code), name);
+            QTest::keyClick(editor->name, Qt::Key_F3);
+            EXPECT_TRUE(editor->base().IsSaved());
+            EXPECT_EQ(told, 1);
+        });
+        EXPECT_EQ(nameOf(code), name);
+        EXPECT_EQ(one("SELECT COUNT(*) FROM CostLevel WHERE CostType = 1 AND Name = N'" + name + "'"), "1");
+    }
 }
 
 TEST_F(GetBases, saveAndNewOpensANewRecord) {

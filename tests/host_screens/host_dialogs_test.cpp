@@ -21,6 +21,8 @@ namespace {
 
 class HostDialogs : public DemoScreens {
 protected:
+    HostDialogs() : DemoScreens(true) {}
+
     // Acts in the dialog that the next call shows.
     static void inDialog(const char* objectName, const std::function<void(QDialog&)>& act) {
         QTimer::singleShot(0, qApp, [objectName, act] {
@@ -60,14 +62,34 @@ TEST(FileDialogs, theWholePathOfAFolderIsSeen) {
     const QImage picture = box.grab().toImage();
     const int middle = picture.height() / 2;
     int inked = 0;
-    for (int x = 40; x < picture.width() - 12; ++x) {
+    for (int x = 4; x < picture.width() - 30; ++x) {  // between the frame and the arrow
         bool ink = false;
         for (int y = middle - 7; y <= middle + 7; ++y)
             ink = ink || qGray(picture.pixel(x, y)) < 128;
         if (ink && inked == 0) inked = x;
     }
     EXPECT_GT(inked, 0);
-    EXPECT_LT(inked, box.fontMetrics().horizontalAdvance(QStringLiteral("/usr")) + 60) << "it stands on the left";
+    EXPECT_LT(inked, box.fontMetrics().horizontalAdvance(QStringLiteral("/usr"))) << "it stands on the left";
+}
+
+// Titles of prints are free: they may look like folders, or like names that one system or another does not take.
+TEST(FileDialogs, aTitleIsMadeAFilesName) {
+    const auto name = [](const QString& title) { return fileNameFor(title).toStdString(); };
+    EXPECT_EQ(name(QStringLiteral("لیست قیمت‌ها – فروش")), "لیست قیمت‌ها – فروش");
+    EXPECT_EQ(name(QStringLiteral("قیمت ۱۴۰۴/۰۹/۰۱: \"x\" ../..")), "قیمت ۱۴۰۴-۰۹-۰۱- x");
+    EXPECT_EQ(name(QStringLiteral("../../etc/passwd")), "etc-passwd");
+    EXPECT_EQ(name(QStringLiteral("C:\\a\\b|c")), "C--a-b-c");
+    EXPECT_EQ(name(QStringLiteral("a*b?c<d>e\tf\ng")), "a b c d e f g");
+    EXPECT_EQ(name(QStringLiteral("فهرست \u2068A\u2069\u200F")), "فهرست A");
+    EXPECT_EQ(name(QStringLiteral(".hidden. ")), "hidden");
+    for (const char* empty : {"", " ", "..", "/", "./\\:", "\"?\""})
+        EXPECT_EQ(name(QString::fromLatin1(empty)), "فهرست") << empty;
+    EXPECT_EQ(name(QString(300, QChar(u'م'))), QString(120, QChar(u'م')).toStdString());
+    EXPECT_EQ(name(QString::fromUtf8("\U0001F600").repeated(100)),
+              QString::fromUtf8("\U0001F600").repeated(60).toStdString());
+
+    SaveFileDialog dialog(nullptr, QStringLiteral("خروجی"), QStringLiteral("قیمت ۱۴۰۴/۰۹"), QStringLiteral("pdf"));
+    EXPECT_EQ(dialog.findChild<QLineEdit*>("fileNameEdit")->text().toStdString(), "قیمت ۱۴۰۴-۰۹.pdf");
 }
 
 class PrintSettings : public HostDialogs {
@@ -139,6 +161,20 @@ TEST_F(PrintSettings, keepWhatTheUserChoseForTheReport) {
     const TPrintSetting others = started();
     EXPECT_EQ(others.Title, "لیست قیمت ها");
     EXPECT_EQ(others.Paper, TPrintPaper::A4);
+}
+
+// As while another program writes to the database for long.
+TEST_F(PrintSettings, printAlsoWhatCannotBeKept) {
+    passing.onBegin = [] { throw DatabaseError(ErrorCategory::Busy, "HY000", 1222, "locked"); };
+    TPrintSetting setting;
+    inDialog("PrintSetting_FRM", [](QDialog& dialog) {
+        control<QListWidget>(dialog, "Columns_LST")->item(0)->setCheckState(Qt::Unchecked);
+        press(dialog, "Ok_BTN");
+    });
+    EXPECT_TRUE(PrintSetting(request, setting));
+    EXPECT_EQ(shown(setting), "F1- F2- ConsumerPrice+ ");
+    passing.onBegin = {};
+    EXPECT_EQ(shown(started()), "F1+ F2- ConsumerPrice+ ");
 }
 
 TEST_F(PrintSettings, cancelledKeepNothingAndChangeNothing) {

@@ -11,6 +11,7 @@
 
 #include "host/screens/page_view.h"
 #include "host/screens/printer_dialog.h"
+#include "tests/host_screens/demo_screens.h"
 #include "tests/host_screens/screen_test.h"
 
 namespace basalt::host {
@@ -176,6 +177,47 @@ TEST_F(Previews, withoutAPrinterPrintingSaysSo) {
 TEST_F(Previews, escapeLeaves) {
     show();
     press(QKeySequence(Qt::Key_Escape));
+    EXPECT_FALSE(preview->isVisible());
+}
+
+class PreviewsOfUsers : public DemoScreens {
+protected:
+    void show() {
+        preview = std::make_unique<PrintPreview>(screens.context(), document, pageLayout(), nullptr);
+        preview->show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(preview.get()));
+    }
+
+    Numbered document{1};
+    std::unique_ptr<PrintPreview> preview;
+};
+
+TEST_F(PreviewsOfUsers, haveTheSizeThatTheirUserGaveThem) {
+    show();
+    const QSize usual = preview->size();
+    const QSize given(usual.width() - 60, usual.height() - 40);
+    preview->resize(given);
+    QTest::mouseClick(control<SmartButton>(*preview, "Exit_BTN"), Qt::LeftButton);
+    EXPECT_FALSE(preview->isVisible());
+    show();
+    EXPECT_EQ(preview->size(), given);
+    preview->close();
+    // Whoever signs in instead has given it none.
+    host.signInAs(2);
+    show();
+    EXPECT_EQ(preview->size(), usual);
+    preview->close();
+    host.signInAs(1);
+    show();
+    EXPECT_EQ(preview->size(), given);
+}
+
+// What is printed is at hand already.
+TEST_F(PreviewsOfUsers, doNotNeedTheDatabase) {
+    execute(*session, "DROP TABLE HostFormOptions");
+    show();
+    preview->resize(preview->size() - QSize(60, 40));
+    QTest::keyClick(preview.get(), Qt::Key_Escape);
     EXPECT_FALSE(preview->isVisible());
 }
 

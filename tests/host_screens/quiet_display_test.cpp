@@ -18,7 +18,7 @@ void keep(QtMsgType, const QMessageLogContext&, const QString& message) {
 TEST(QuietDisplay, passesOnAllButWhatTheDisplayLacks) {
     const QtMessageHandler before = qInstallMessageHandler(keep);
     {
-        const QuietDisplay quiet;
+        const QuietDisplay quiet("basalt");
         qWarning("This plugin does not support propagateSizeHints()");
         qWarning("This plugin does not support raise()");
         qWarning("This plugin does not support grabbing the keyboard");

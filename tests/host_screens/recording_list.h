@@ -68,7 +68,10 @@ public:
         search->init();
     }
     void InitSelect() override { calls_.push_back("InitSelect"); }
-    void RefreshList() override { calls_.push_back("RefreshList"); }
+    void RefreshList() override {
+        calls_.push_back("RefreshList");
+        if (onRefresh) onRefresh();
+    }
     void FormShow(QObject* sender) override {
         calls_.push_back("FormShow");
         TBaseDock_FRM::FormShow(sender);
@@ -97,6 +100,7 @@ public:
     std::vector<std::string> masterDescription;
     std::vector<std::string> detailDescription;
     std::function<void()> onOpen;
+    std::function<void()> onRefresh;
     std::function<void()> onHandler;
 
 private:

@@ -7,6 +7,7 @@
 #include <QToolTip>
 
 #include "host/screens/search_edit.h"
+#include "host/screens/search_manager.h"
 #include "host/screens/theme.h"
 #include "tests/host_screens/screen_test.h"
 
@@ -436,6 +437,70 @@ TEST_F(SearchFrames, severalFramesNarrowTogether) {
     EXPECT_EQ(query.RecordCount(), 0);
 }
 
+TEST_F(SearchFrames, theManagerSaysInWordsWhatItNarrowedTo) {
+    auto* names = general();
+    auto* codes = screens.createDigitRangeSearch("Codes", &window);
+    codes->AddItem({"Code", "کد", TSearchDataType::Digits});
+    auto* prices = screens.createCostRangeSearch("Prices", &window);
+    prices->AddItem({"Price", "فی ", TSearchDataType::Amount});
+    SearchManager manager;
+    manager.SetDataSource(&source);
+    for (TSearchFrame* frame :
+         {static_cast<TSearchFrame*>(names), static_cast<TSearchFrame*>(codes), static_cast<TSearchFrame*>(prices)})
+        manager.AddFrame(frame);
+    open(priceRows({{1, "آب", "10"}}));
+    manager.SetSQLScript("select rows");
+    EXPECT_EQ(manager.narrowing().toStdString(), "");
+    names->SetItemIndex(0);
+    session.expect("SELECT * FROM (select rows) AS T WHERE CAST([Code] AS NVARCHAR(40)) LIKE N'12%'", priceRows({}));
+    control<QLineEdit>(window, "General_EDT")->setText(QStringLiteral("12"));
+    EXPECT_EQ(manager.narrowing().toStdString(), "جستجو: کد «۱۲»");
+    prices->SetRange({.Item = 0, .From = "-1000", .To = "12345678.50"});
+    codes->SetRange({.Item = 0, .From = "", .To = "1000"});
+    session.expect(
+        "SELECT * FROM (select rows) AS T WHERE (CAST([Code] AS NVARCHAR(40)) LIKE N'12%') AND ([Code] <= 1000) AND "
+        "([Price] >= -1000 AND [Price] <= 12345678.5)",
+        priceRows({}));
+    manager.ExecuteFilter_DataSet();
+    EXPECT_EQ(manager.narrowing().toStdString(),
+              "جستجو: کد «۱۲»، کد تا ۱۰۰۰، فی از \u2066-۱٬۰۰۰\u2069 تا ۱۲٬۳۴۵٬۶۷۸٫۵");
+    manager.SetSQLScript("select rows");
+    EXPECT_EQ(manager.narrowing().toStdString(), "");
+}
+
+TEST_F(SearchFrames, anAmountOfARangeIsGroupedWhileItIsNotTyped) {
+    auto* frame = screens.createCostRangeSearch("Range", &window);
+    frame->AddItem({"Price", "فی", TSearchDataType::Amount});
+    frame->init();
+    int searches = 0;
+    frame->OnChange = [&] { ++searches; };
+    auto* from = focusedFrom();
+    auto* to = control<QLineEdit>(window, "Range_To_EDT");
+    type(from, QStringLiteral("12000"));
+    EXPECT_EQ(from->text().toStdString(), "۱۲۰۰۰");
+    to->setFocus();
+    EXPECT_EQ(from->text().toStdString(), "۱۲٬۰۰۰");
+    EXPECT_EQ(searches, 5);
+    from->setFocus();
+    EXPECT_EQ(from->text().toStdString(), "۱۲۰۰۰");
+    from->end(false);
+    type(from, QStringLiteral("0"));
+    EXPECT_EQ(frame->Filter(), "[Price] >= 120000");
+    EXPECT_EQ(searches, 6);
+    to->setFocus();
+    EXPECT_EQ(from->text().toStdString(), "۱۲۰٬۰۰۰");
+}
+
+TEST_F(SearchFrames, aCodeOfARangeIsNotGrouped) {
+    auto* frame = screens.createDigitRangeSearch("Range", &window);
+    frame->AddItem({"Code", "کد", TSearchDataType::Digits});
+    frame->init();
+    auto* from = focusedFrom();
+    type(from, QStringLiteral("12000"));
+    control<QLineEdit>(window, "Range_To_EDT")->setFocus();
+    EXPECT_EQ(from->text().toStdString(), "۱۲۰۰۰");
+}
+
 TEST_F(SearchFrames, afterAFailureTheListIsWhatItWas) {
     auto* frame = general();
     open(priceRows({{1, "عمده", {}}}));
@@ -445,13 +510,46 @@ TEST_F(SearchFrames, afterAFailureTheListIsWhatItWas) {
     manager->AddFrame(frame);
     session.expectError("SELECT * FROM (select * from T1) AS T WHERE [Name] LIKE N'%b%'",
                         DatabaseError(ErrorCategory::Busy, "HYT00", 1222, "Lock request time out period exceeded."));
-    session.expect("select rows", priceRows({{1, "عمده", {}}}));
     messages.expect("DatabaseError");
     type(control<QLineEdit>(window, "General_EDT"), QStringLiteral("b"));
     ASSERT_EQ(messages.shown.size(), 1U);
     EXPECT_EQ(messages.shown[0].arguments.back(), "Lock request time out period exceeded.");
     EXPECT_EQ(query.SQL.Text(), "select rows");
     EXPECT_EQ(query.RecordCount(), 1);
+}
+
+TEST_F(SearchFrames, aRangeWhoseSearchFailsIsMadeUpFor) {
+    const DatabaseError cancelled(ErrorCategory::Other, "HY008", 0, "given up");
+    auto* codes = screens.createDigitRangeSearch("Codes", &window);
+    codes->AddItem({"Code", "کد", TSearchDataType::Digits});
+    codes->init();
+    auto* prices = screens.createCostRangeSearch("Prices", &window);
+    prices->AddItem({"Price", "قیمت", TSearchDataType::Amount});
+    prices->init();
+    open(priceRows({{1, "عمده", {}}}));
+    SearchManager manager;
+    manager.SetDataSource(&source);
+    manager.SetSQLScript("select * from T1");
+    manager.AddFrame(codes);
+    manager.AddFrame(prices);
+    session.expectError("SELECT * FROM (select * from T1) AS T WHERE [Code] >= 7", cancelled);
+    type(control<QLineEdit>(window, "Codes_From_EDT"), QStringLiteral("7"));
+    EXPECT_TRUE(manager.isBehind());
+    session.expectError("SELECT * FROM (select * from T1) AS T WHERE ([Code] >= 7) AND ([Price] <= 5)", cancelled);
+    type(control<QLineEdit>(window, "Prices_To_EDT"), QStringLiteral("5"));
+    EXPECT_TRUE(manager.isBehind());
+    EXPECT_EQ(query.RecordCount(), 1);
+    EXPECT_EQ(query.SQL.Text(), "select rows");
+    // Back to the one before, which has failed as well, and on to one that finds its rows.
+    session.expectError("SELECT * FROM (select * from T1) AS T WHERE [Code] >= 7",
+                        DatabaseError(ErrorCategory::Busy, "HYT00", 0, "too long"));
+    messages.expect("DatabaseError");
+    QTest::keyClick(control<QLineEdit>(window, "Prices_To_EDT"), Qt::Key_Backspace);
+    EXPECT_TRUE(manager.isBehind());
+    session.expect("SELECT * FROM (select * from T1) AS T WHERE [Code] >= 7", priceRows({}));
+    manager.ExecuteFilter_DataSet();
+    EXPECT_FALSE(manager.isBehind());
+    EXPECT_EQ(query.RecordCount(), 0);
 }
 
 TEST_F(SearchFrames, aManagerWithoutQueryOrStatementSaysSo) {

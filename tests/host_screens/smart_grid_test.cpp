@@ -5,14 +5,18 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QHeaderView>
+#include <QJsonArray>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QTemporaryDir>
+#include <ctime>
 
+#include "host/screens/column_chooser.h"
 #include "host/screens/cut_text.h"
+#include "host/screens/selection_summary.h"
 #include "host/screens/theme.h"
 #include "host/services/output_error.h"
 #include "tests/host_screens/painted_text.h"
@@ -45,13 +49,13 @@ protected:
         return grid.model().index(row, column).data().toString().toStdString();
     }
     // What the screen has of a cell, without the marks that keep the sign in its place.
-    [[nodiscard]] std::string painted(int row, int column) {
+    [[nodiscard]] std::string painted(int row, int column, int cellLeft = 0) {
         PaintedText device;
         QPainter painter(&device);
         QStyleOptionViewItem option;
         option.initFrom(&view());
         option.font = view().font();
-        option.rect = QRect(0, 0, view().columnWidth(column), view().rowHeight(row));
+        option.rect = QRect(cellLeft, 0, view().columnWidth(column), view().rowHeight(row));
         view().itemDelegate()->paint(&painter, option, grid.model().index(row, column));
         painter.end();
         QString text = device.text();
@@ -149,6 +153,113 @@ TEST_F(Grid, aTitleThatIsNoButtonDoesNotSort) {
     EXPECT_EQ(codes(), (std::vector<std::string>{"۳", "۱", "۲"}));
 }
 
+TEST_F(Grid, isSortedByTheKeyboardToo) {
+    TGridColumn still = grid.Column(2);
+    still.TitleButton = false;
+    grid.SetColumn(2, still);
+    openThree();
+    std::vector<std::string> offered;
+    const auto choose = [&](const std::vector<Qt::Key>& keys) {
+        offered.clear();
+        // A menu that has closed leaves it to the display which window comes next.
+        grid.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&grid));
+        view().setFocus();
+        QTimer::singleShot(0, &grid, [&, keys] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            ASSERT_NE(menu, nullptr);
+            for (const QAction* action : menu->actions())
+                if (!action->isSeparator())
+                    offered.push_back(action->text().toStdString() + (action->isChecked() ? " *" : ""));
+            for (const Qt::Key key : keys)
+                QTest::keyClick(menu, key);
+            if (menu->isVisible()) menu->close();
+        });
+        QTest::keyClick(&view(), Qt::Key_T, Qt::ControlModifier);
+    };
+    // It stands where the list is now, and goes around at its ends.
+    choose({Qt::Key_Down, Qt::Key_Return});
+    EXPECT_EQ(offered, (std::vector<std::string>{"کد", "عنوان", "ترتیب خود فهرست *"}));
+    EXPECT_EQ(codes(), (std::vector<std::string>{"۱", "۲", "۳"}));
+    choose({Qt::Key_Return});
+    EXPECT_EQ(offered, (std::vector<std::string>{"کد (صعودی) *", "عنوان", "ترتیب خود فهرست"}));
+    EXPECT_EQ(codes(), (std::vector<std::string>{"۳", "۲", "۱"}));
+    choose({Qt::Key_Down, Qt::Key_Return});
+    EXPECT_EQ(offered, (std::vector<std::string>{"کد (نزولی) *", "عنوان", "ترتیب خود فهرست"}));
+    EXPECT_EQ(grid.model().sortColumn(), 1);
+    choose({Qt::Key_Escape});
+    EXPECT_EQ(grid.model().sortColumn(), 1);
+    choose({Qt::Key_Down, Qt::Key_Return});
+    EXPECT_EQ(codes(), (std::vector<std::string>{"۳", "۱", "۲"}));
+    EXPECT_FALSE(view().horizontalHeader()->isSortIndicatorShown());
+}
+
+// Nobody could tell why the rows stand as they do.
+TEST_F(Grid, anOrderByAHiddenColumnWaitsUntilItIsSeen) {
+    openThree();
+    const auto show = [&](int index, bool visible) {
+        TGridColumn changed = grid.Column(index);
+        changed.Visible = visible;
+        grid.SetColumn(index, changed);
+    };
+    grid.sortBy(0, false);
+    show(0, false);
+    EXPECT_EQ(cell(0, 0), "۳") << "the data set's own order";
+    const QJsonObject kept = grid.arrangement();
+    grid.arrange(kept);
+    EXPECT_EQ(cell(0, 0), "۳");
+    show(0, true);
+    EXPECT_EQ(cell(0, 0), "۱");
+    show(0, false);
+    grid.sortBy(1, false);
+    show(0, true);
+    EXPECT_EQ(grid.model().sortColumn(), 1) << "sorted otherwise meanwhile";
+    // And one that was kept while its column still showed.
+    QJsonObject sorted = kept;
+    sorted.insert(QStringLiteral("descending"), true);
+    grid.sortBy(-1, false);
+    grid.arrange(sorted);
+    EXPECT_EQ(grid.model().sortColumn(), -1);
+    show(0, true);
+    EXPECT_TRUE(grid.model().sortDescending());
+    EXPECT_EQ(grid.model().sortColumn(), 0);
+}
+
+// As when the only price level that a user looks at is deleted, or shows on another tab only.
+TEST_F(Grid, showsItsColumnsWhenNoneIsLeftThatTheUserWants) {
+    TGridColumn secret = column("Secret", "نهان");
+    secret.Visible = false;
+    secret.VisibleForCustomization = false;
+    grid.AddColumn(secret);
+    openThree();
+    const auto only = [](const char* wanted) {
+        QJsonArray columns;
+        for (const char* field : {"Code", "Name", "Price", "Gone"})
+            columns.append(QJsonObject{{QStringLiteral("field"), QString::fromLatin1(field)},
+                                       {QStringLiteral("visible"), QLatin1String(field) == QLatin1String(wanted)}});
+        return QJsonObject{{QStringLiteral("columns"), columns}};
+    };
+    const auto seen = [&] {
+        std::string names;
+        for (int i = 0; i < grid.ColumnCount(); ++i) {
+            EXPECT_EQ(grid.Column(i).Visible, !view().isColumnHidden(i)) << i;
+            if (grid.Column(i).Visible) names += grid.Column(i).FieldName + " ";
+        }
+        return names;
+    };
+    grid.arrange(only("Gone"));
+    EXPECT_EQ(seen(), "Code Name Price ");
+    grid.arrange(only("Price"));
+    EXPECT_EQ(seen(), "Price ");
+    grid.RemoveColumn(2);
+    EXPECT_EQ(seen(), "Code Name ");
+    EXPECT_GT(view().columnWidth(0), 30);
+    // The wish stays as it was, and comes true again.
+    EXPECT_EQ(grid.arrangement().value("columns").toArray().at(0).toObject().value("visible").toBool(), false);
+    grid.AddColumn(column("Price", "قیمت"));
+    EXPECT_EQ(seen(), "Price ");
+}
+
 TEST_F(Grid, columnsComeChangeAndGo) {
     openThree();
     TGridColumn hidden = grid.Column(1);
@@ -193,6 +304,40 @@ TEST_F(Grid, aNumberInTooNarrowAColumnIsNotShortened) {
     // Resting the mouse on it tells the number.
     const QRect cell = view().visualRect(grid.model().index(0, 2));
     EXPECT_EQ(cutTextAt(*view().viewport(), cell.center()).toStdString(), "۱۲٬۵۰۰٫۵");
+}
+
+// "۱۲٬۵۰۰" cut by the edge of the list may be read as "۵۰۰".
+TEST_F(Grid, aNumberOfWhichAPartIsSeenIsNotShown) {
+    openThree();
+    view().setColumnWidth(2, 200);
+    const int seen = view().viewport()->width();
+    EXPECT_EQ(painted(0, 2, seen - 40), "…");
+    EXPECT_EQ(painted(0, 2, -160), "…");
+    EXPECT_EQ(painted(0, 2, -60), "۱۲٬۵۰۰٫۵");
+    EXPECT_EQ(painted(0, 2, seen - 140), "۱۲٬۵۰۰٫۵");
+    EXPECT_EQ(painted(0, 2, seen - 200), "۱۲٬۵۰۰٫۵");
+    // A name has its dots where its column ends.
+    EXPECT_EQ(painted(0, 1, 10 - view().columnWidth(1)), "پنیر");
+}
+
+TEST_F(Grid, scrollingSidewaysPaintsWholeCells) {
+    openThree();
+    for (int column = 0; column < 3; ++column)
+        view().setColumnWidth(column, 400);
+    QApplication::processEvents();
+    struct Paints final : QObject {
+        QRegion region;
+        bool eventFilter(QObject*, QEvent* event) override {
+            if (event->type() == QEvent::Paint) region += static_cast<QPaintEvent*>(event)->region();
+            return false;
+        }
+    } paints;
+    view().viewport()->installEventFilter(&paints);
+    QScrollBar& bar = *view().horizontalScrollBar();
+    ASSERT_GT(bar.maximum(), 100);
+    bar.setValue(bar.value() == bar.maximum() ? bar.value() - 30 : bar.value() + 30);
+    QApplication::processEvents();
+    EXPECT_EQ(paints.region.boundingRect(), view().viewport()->rect());
 }
 
 TEST_F(Grid, aHiddenColumnThatIsShownIsAsWideAsItsContent) {
@@ -572,6 +717,138 @@ TEST_F(Grid, aMillionRowsScrollSmoothly) {
     EXPECT_LT(timer.elapsed(), 5'000);
     query.Last();
     EXPECT_EQ(view().currentIndex().row(), 999'999);
+}
+
+TEST_F(Grid, rowsThatAreReadAnewLeaveTheColumnsWhereTheyAre) {
+    openThree();
+    for (int column = 0; column < 3; ++column)
+        view().setColumnWidth(column, 400);
+    SelectionSummary summary(grid, nullptr);
+    grid.SetMultiSelect(true);
+    view().setCurrentIndex(grid.model().index(1, 2));
+    QScrollBar& across = *view().horizontalScrollBar();
+    QCoreApplication::processEvents();
+    ASSERT_GT(across.maximum(), 0);
+    for (const int place : {across.maximum(), across.maximum() / 2}) {
+        across.setValue(place);
+        session.expect("select rows", priceRows({{3, "پنیر", "12500.50"}, {2, "بادام", "-300"}}));
+        query.Requery();
+        QCoreApplication::processEvents();
+        EXPECT_EQ(view().currentIndex().column(), 2);
+        EXPECT_EQ(across.value(), place);
+        // Over a list that is closed, or finds nothing, too.
+        query.Close();
+        openThree();
+        QCoreApplication::processEvents();
+        EXPECT_EQ(view().currentIndex().column(), 2);
+        EXPECT_EQ(across.value(), place);
+    }
+    view().selectAll();
+    EXPECT_EQ(summary.text().remove(QChar(0x2066)).remove(QChar(0x2069)).toStdString(),
+              "۳ سطر   |   ۳ سطر برگزیده   |   قیمت فروش: جمع ۱۲٬۲۰۰٫۵، میانگین ۶٬۱۰۰٫۲۵");
+}
+
+TEST_F(Grid, aCodeThatIsCutKeepsItsBeginningWhereItIsRead) {
+    open(priceRows({{1, "(6261001000018)(6261001000025)(6261001000032)", {}}}));
+    view().setColumnWidth(1, 120);
+    PaintedText device;
+    QPainter painter(&device);
+    QStyleOptionViewItem option;
+    option.initFrom(&view());
+    option.font = view().font();
+    option.rect = QRect(0, 0, 120, 30);
+    view().itemDelegate()->paint(&painter, option, grid.model().index(0, 1));
+    painter.end();
+    EXPECT_TRUE(device.text().startsWith(QStringLiteral("\u2066(۶۲۶۱"))) << device.text().toStdString();
+    EXPECT_TRUE(device.text().endsWith(QStringLiteral("…\u2069"))) << device.text().toStdString();
+    // The whole of it is shown where the mouse rests.
+    EXPECT_EQ(cutTextAt(*view().viewport(), view().visualRect(grid.model().index(0, 1)).center()).toStdString(),
+              "(۶۲۶۱۰۰۱۰۰۰۰۱۸)(۶۲۶۱۰۰۱۰۰۰۰۲۵)(۶۲۶۱۰۰۱۰۰۰۰۳۲)");
+}
+
+TEST_F(Grid, aLongCopyCanBeGivenUp) {
+    std::vector<std::tuple<int, std::string, std::optional<std::string>>> rows;
+    for (int row = 0; row < 5000; ++row)
+        rows.emplace_back(row, "کالا", "1");
+    open(priceRows(rows));
+    grid.SetMultiSelect(true);
+    view().selectAll();
+    QApplication::clipboard()->setText(QStringLiteral("before"));
+    int asked = 0;
+    screens.context().setWriting([&asked](int done, int all) {
+        EXPECT_EQ(all, 5000);
+        return ++asked < 3 || done == 0;
+    });
+    grid.gridActions().front()->trigger();
+    EXPECT_EQ(asked, 3);
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("before"));
+    screens.context().setWriting({});
+    grid.gridActions().front()->trigger();
+    EXPECT_EQ(QApplication::clipboard()->text().count(QLatin1Char('\n')), 5001);
+}
+
+// Its notice comes, and it can be given up, before the rows have been looked at one by one.
+TEST_F(Grid, aCopyOfAllRowsOfALongListAsksAtOnce) {
+    RowSet rows = priceRows({});
+    for (int code = 0; code < 200'000; ++code) {
+        rows.column(0).appendInt(code);
+        rows.column(1).appendText("x");
+        rows.column(2).appendNull();
+        rows.finishRow();
+    }
+    open(std::move(rows));
+    grid.SetMultiSelect(true);
+    view().selectAll();
+    int asked = 0;
+    std::clock_t firstAsked = 0;
+    screens.context().setWriting([&](int done, int all) {
+        EXPECT_EQ(done, 0);
+        EXPECT_EQ(all, 200'000);
+        ++asked;
+        firstAsked = std::clock();
+        return false;
+    });
+    const std::clock_t start = std::clock();
+    grid.gridActions().front()->trigger();
+    ASSERT_EQ(asked, 1);
+    const std::clock_t untilAsked = firstAsked - start;
+    screens.context().setWriting({});
+    const std::clock_t before = std::clock();
+    EXPECT_EQ(view().selectionModel()->selectedRows().size(), 200'000);
+    EXPECT_LT(5 * untilAsked, std::clock() - before);
+    EXPECT_EQ(grid.SelectedRows().size(), 200'000U);
+}
+
+TEST_F(Grid, rowsAreCopiedAsTheyStandHoweverTheyWereChosen) {
+    open(priceRows({{1, "الف", {}}, {5, "ب", {}}, {2, "ج", {}}, {4, "د", {}}, {3, "ه", {}}}));
+    grid.SetMultiSelect(true);
+    grid.sortBy(0, false);
+    const auto choose = [this](int first, int last) {
+        const GridModel& model = grid.model();
+        view().selectionModel()->select(QItemSelection(model.index(first, 0), model.index(last, 0)),
+                                        QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    };
+    view().clearSelection();
+    choose(4, 4);
+    choose(0, 1);
+    choose(1, 2);
+    EXPECT_EQ(grid.SelectedRows(), (std::vector<int>{0, 1, 2, 4}));
+    grid.copySelection();
+    EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
+              "کد\tعنوان\tقیمت فروش\n1\tالف\t\n2\tج\t\n3\tه\t\n5\tب\t\n");
+    view().clearSelection();
+    EXPECT_TRUE(grid.SelectedRows().empty());
+}
+
+TEST_F(Grid, aLongTitleIsWholeAmongTheColumns) {
+    ColumnChooser chooser(
+        {{0, QStringLiteral("قیمت همکار ").repeated(8), true}, {1, QStringLiteral("سطح ").repeated(12), true}},
+        nullptr);
+    chooser.show();
+    const auto& list = *chooser.findChild<QListWidget*>(QStringLiteral("Columns_LST"));
+    for (int row = 0; row < 2; ++row)
+        EXPECT_LE(list.visualItemRect(list.item(row)).width(), list.viewport()->width()) << row;
+    EXPECT_GT(list.visualItemRect(list.item(1)).height(), 2 * list.fontMetrics().height() - 4);
 }
 
 }  // namespace

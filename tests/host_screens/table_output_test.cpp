@@ -906,7 +906,8 @@ TEST(TableHead, standsInRowsOfItsOwnUntilItGetsLong) {
     EXPECT_TRUE(headRows({}, metrics, 1000).empty());
     std::vector<QString> four = three;
     four.push_back(QStringLiteral("ت"));
-    EXPECT_EQ(headRows(four, metrics, 1000), std::vector<QString>{QStringLiteral("الف   |   ب   |   پ   |   ت")});
+    EXPECT_EQ(headRows(four, metrics, 1000),
+              std::vector<QString>{QStringLiteral("الف\u200F  ·  \u200Fب\u200F  ·  \u200Fپ\u200F  ·  \u200Fت")});
     // No room for two side by side.
     EXPECT_EQ(headRows(four, metrics, 1), four);
 }

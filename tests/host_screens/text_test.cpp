@@ -59,6 +59,13 @@ TEST(PlainAmounts, takeMarksOfThousandsOnlyBetweenGroupsOfThree) {
     EXPECT_EQ(plain("-۱۲٬۳۴۵٬۶۷۸٫۵"), "-12345678.5");
     EXPECT_EQ(plain("0"), "0");
     EXPECT_EQ(plain("0.125"), "0.125");
+    EXPECT_EQ(plain(".5"), "0.5");
+    EXPECT_EQ(plain("-٫۵"), "-0.5");
+    EXPECT_EQ(plain("2."), "2");
+    EXPECT_EQ(plain("۱٬۵۰۰/"), "1500");
+    EXPECT_EQ(plain("."), "none");
+    EXPECT_EQ(plain("-."), "none");
+    EXPECT_EQ(plain(""), "none");
     EXPECT_EQ(plain("1000،000"), "none");
     EXPECT_EQ(plain("1,5"), "none");
     EXPECT_EQ(plain("1,234٬567"), "none");

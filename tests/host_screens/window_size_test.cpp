@@ -85,5 +85,22 @@ TEST_F(WindowSizes, ofALayoutWithoutOneStayAsTheyAre) {
     EXPECT_EQ(restored({{"width", -5}, {"height", "high"}}), QSize(500, 400));
 }
 
+// The room of the tests' screen is that of 1920x1080.
+TEST_F(WindowSizes, areAsWideAsTheContentsWantAndHigherByAsMuch) {
+    window.resize(1160, 680);
+    widenWindow(window, 1450);
+    EXPECT_EQ(window.size(), QSize(1450, 850));
+    widenWindow(window, 900);
+    EXPECT_EQ(window.size(), QSize(1450, 850));
+    widenWindow(window, 5000);
+    EXPECT_EQ(window.size(), QSize(1728, 972));
+}
+
+TEST_F(WindowSizes, areNoLargerThanTheScreen) {
+    window.resize(3000, 2000);
+    widenWindow(window, 100);
+    EXPECT_EQ(window.size(), QSize(1904, 1032));
+}
+
 }  // namespace
 }  // namespace basalt::host

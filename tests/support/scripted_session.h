@@ -65,6 +65,9 @@ public:
     void setProcedure(ProcedureInfo procedure) { procedures_.push_back(std::move(procedure)); }
     int tableRequests = 0;
 
+    // The limit of time that each request came under, in their order.
+    std::vector<std::optional<int>> timeLimits;
+
     // As a database does that loses its connection.
     void dropTransaction() { inTransaction_ = false; }
 
@@ -92,6 +95,7 @@ public:
         }
         throw DatabaseError(ErrorCategory::NotFound, "42S02", 208, "there is no table " + std::string(name));
     }
+    void limitTime(std::optional<int> seconds) override { timeLimit_ = seconds; }
     [[nodiscard]] std::string engine() const override { return "scripted"; }
     [[nodiscard]] std::string location() const override { return {}; }
 
@@ -117,6 +121,7 @@ private:
     }
 
     CallResult take(const std::string& text, const std::vector<Value>& values, const std::vector<Argument>& arguments) {
+        timeLimits.push_back(timeLimit_);
         if (expected_.empty()) {
             ADD_FAILURE() << "not expected: " << line(text, values);
             throw std::logic_error("not expected: " + text);
@@ -135,6 +140,7 @@ private:
     std::vector<TableInfo> tables_;
     std::vector<ProcedureInfo> procedures_;
     bool inTransaction_ = false;
+    std::optional<int> timeLimit_;
 };
 
 }  // namespace basalt

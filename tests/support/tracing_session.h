@@ -54,6 +54,7 @@ public:
     }
     [[nodiscard]] bool inTransaction() const override { return inner_.inTransaction(); }
     TableInfo table(std::string_view name) override { return inner_.table(name); }
+    void limitTime(std::optional<int> seconds) override { inner_.limitTime(seconds); }
     [[nodiscard]] std::string engine() const override { return inner_.engine(); }
     [[nodiscard]] std::string location() const override { return inner_.location(); }
 
