@@ -23,18 +23,21 @@ std::optional<std::size_t> statusBytes(const std::string& name) {
 
 }  // namespace
 
-std::optional<std::size_t> peakMemoryOf(const std::function<void()>& work) {
+PeakMemory::PeakMemory() {
 #ifdef __GLIBC__
     // Memory that earlier work has freed would hide what this work needs.
     malloc_trim(0);
 #endif
+    before_ = statusBytes("VmRSS:");
+}
+
+std::optional<std::size_t> PeakMemory::of(const std::function<void()>& work) const {
     // Sets the high-water mark back to what is held now.
     if (!(std::ofstream("/proc/self/clear_refs") << "5" << std::flush)) return std::nullopt;
-    const auto before = statusBytes("VmRSS:");
     work();
     const auto peak = statusBytes("VmHWM:");
-    if (!before || !peak) return std::nullopt;
-    return *peak > *before ? *peak - *before : 0;
+    if (!before_ || !peak) return std::nullopt;
+    return *peak > *before_ ? *peak - *before_ : 0;
 }
 
 }  // namespace basalt::bench

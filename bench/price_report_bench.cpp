@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <ctime>
 #include <random>
+#include <stdexcept>
 
 #include "bench/first_paint.h"
 #include "bench/peak_memory.h"
@@ -21,6 +22,7 @@
 #include "costlevel/costlevel_dm.h"
 #include "engines/embedded/embedded_session.h"
 #include "host/screens/screen_services_impl.h"
+#include "host/screens/search_manager.h"
 #include "host/screens/smart_grid.h"
 #include "host/services/deploy.h"
 #include "package/basalt_interface_unt.h"
@@ -156,9 +158,45 @@ private:
     QString path_;
 };
 
+// The most that is held while the open list is searched in and read anew, in parts of its values' bytes.
+std::vector<Ratio> searchPeaks(host::HostScreenServices& screens, std::size_t bytes) {
+    std::vector<Ratio> peaks;
+    const PeakMemory memory;
+    std::unique_ptr<ReportGrid> report;
+    const auto measure = [&](const std::string& what, double leastRows, const std::function<void()>& work) {
+        QElapsedTimer timer;
+        timer.start();
+        const auto peak = memory.of([&] {
+            work();
+            report->view().viewport()->repaint();
+        });
+        const int rows = report->store.CostReport_QUR.RecordCount();
+        std::printf("%s: %d rows in %.2f s\n", what.c_str(), rows, static_cast<double>(timer.elapsed()) / 1e3);
+        if (rows < leastRows) throw std::runtime_error(what + ": the rows are not there");
+        peaks.push_back({what + ": peak memory / bytes of the list's values",
+                         quotient(static_cast<double>(peak.value_or(0)), static_cast<double>(bytes)), 1.5});
+    };
+    measure("list opened", 1, [&] { report = std::make_unique<ReportGrid>(screens); });
+    const int all = report->store.CostReport_QUR.RecordCount();
+    const auto search = [&](const char* text) {
+        return [&report, text] {
+            report->search->findChild<QLineEdit*>()->setText(QString::fromUtf8(text));
+            if (!static_cast<host::SearchManager&>(*report->manager).finishTyping())
+                throw std::runtime_error("the search failed");
+        };
+    };
+    measure("search that finds every fiftieth", all * 0.015, search("12"));
+    measure("search cleared", all, search(""));
+    measure("search that finds every fourth", all * 0.25, search("7"));
+    measure("search cleared again", all, search(""));
+    measure("search that finds all", all, search("دوازده"));
+    measure("rows read anew", all, [&] { screens.context().host().ResetDataset(report->store.CostReport_QUR); });
+    return peaks;
+}
+
 // Opening once what is too much to be opened again and again.
-bool openOnce(Session& session, const std::string& statement, int goods, std::size_t bytes, std::size_t peak,
-              double screenSeconds) {
+bool openOnce(Session& session, host::HostScreenServices& screens, const std::string& statement, int goods,
+              std::size_t bytes, std::size_t peak, double screenSeconds) {
     QElapsedTimer timer;
     timer.start();
     benchmark::DoNotOptimize(session.run(statement));
@@ -166,10 +204,13 @@ bool openOnce(Session& session, const std::string& statement, int goods, std::si
     std::printf("%d goods: %.1f MB of values, %.1f MB at the peak, %.2f s to the first paint, %.2f s the statement\n",
                 goods, static_cast<double>(bytes) / 1e6, static_cast<double>(peak) / 1e6, screenSeconds,
                 statementSeconds);
-    return ::basalt::bench::report(
-        {{"screen to first paint / statement and its rows", quotient(screenSeconds, statementSeconds), 1.2},
-         {"peak memory of the screen / bytes of its values",
-          quotient(static_cast<double>(peak), static_cast<double>(bytes)), 1.5}});
+    std::vector<Ratio> ratios = {
+        {"screen to first paint / statement and its rows", quotient(screenSeconds, statementSeconds), 1.2},
+        {"peak memory of the screen / bytes of its values",
+         quotient(static_cast<double>(peak), static_cast<double>(bytes)), 1.5}};
+    const std::vector<Ratio> peaks = searchPeaks(screens, bytes);
+    ratios.insert(ratios.end(), peaks.begin(), peaks.end());
+    return ::basalt::bench::report(ratios);
 }
 
 bool run(int count, char** arguments) {
@@ -195,7 +236,7 @@ bool run(int count, char** arguments) {
     const auto peak = peakMemoryOf([] { Open_CostReport(); });
     const double seconds = static_cast<double>(opening.nsecsElapsed()) / 1e9;
     qApp->removeEventFilter(&closer);
-    if (goods > kGoods) return openOnce(*session, statement, goods, bytes, peak.value_or(0), seconds);
+    if (goods > kGoods) return openOnce(*session, screens, statement, goods, bytes, peak.value_or(0), seconds);
 
     benchmark::RegisterBenchmark("report/statement", [&](benchmark::State& state) {
         for (auto _ : state)

@@ -1,4 +1,4 @@
-// basalt db create | deploy | check | backup | dump | load: makes databases, looks after them and moves them.
+// basalt db create | deploy | check | backup | restore | dump | load: makes databases, looks after them and moves them.
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -8,9 +8,11 @@
 #include "ado/error.h"
 #include "cli/commands.h"
 #include "cli/workspace.h"
+#include "cli/workstation.h"
 #include "cli/wrong_usage.h"
 #include "host/engines/database_files.h"
 #include "host/engines/open_database.h"
+#include "host/engines/restore_database.h"
 #include "host/services/deploy.h"
 #include "host/services/draft_file.h"
 #include "host/services/lost_letters.h"
@@ -24,11 +26,26 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// These commands work on the database as a whole, which a recording neither holds nor stands in for.
-void refuseRecording(const CommonOptions& common) {
-    if (common.record.empty() && common.replay.empty()) return;
-    throw WrongUsage("--record and --replay do not go with db; they go with sql, call, batch and screen");
+// These commands work on the database as a whole, which a recording does not stand in for.
+void refuseReplay(const CommonOptions& common) {
+    if (common.replay.empty()) return;
+    throw WrongUsage("--replay does not go with db; it goes with sql, call, batch and screen");
 }
+
+// What a command says to a database, and hears from it, written down where --record asks for it.
+class RecordedSession {
+public:
+    RecordedSession(Session& session, const CommonOptions& common, const host::DatabaseUrl& url)
+        : inner_(session), recording_(recorded(session, common, url, RunIdentity::ofThisRun())) {}
+
+    [[nodiscard]] Session& used() { return recording_ ? *recording_ : inner_; }
+    // An embedded database tells what it is made of by itself and not by statements.
+    [[nodiscard]] DatabaseSchema schema() { return host::readSchema(inner_.engine() == "embedded" ? inner_ : used()); }
+
+private:
+    Session& inner_;
+    std::unique_ptr<Session> recording_;
+};
 
 struct DatabaseCommandOptions {
     bool demo = false;
@@ -37,7 +54,10 @@ struct DatabaseCommandOptions {
 
 int create(const CommonOptions& common, bool demo) {
     const host::DatabaseUrl url = databaseOf(common);
-    host::createDatabase(url, demo);
+    host::createDatabase(url, [&](Session& session) {
+        RecordedSession recorded(session, common, url);
+        host::deployDatabase(recorded.used(), {.demo = demo});
+    });
     std::cout << "made " << url.display() << (demo ? " with demo data\n" : "\n");
     return 0;
 }
@@ -51,20 +71,22 @@ std::string textProblem(Session& session) {
 int deploy(const CommonOptions& common, bool demo) {
     if (common.database.empty()) throw WrongUsage("db deploy changes a database; say which with --database URL");
     const host::DatabaseUrl url = databaseOf(common);
-    const std::unique_ptr<Session> session = host::openOrCreateDatabase(url);
-    for (const std::string& script : host::deployDatabase(*session, {.demo = demo}))
+    const std::unique_ptr<Session> session = host::openOrCreateDatabase(url, openOptions());
+    RecordedSession recorded(*session, common, url);
+    for (const std::string& script : host::deployDatabase(recorded.used(), {.demo = demo}))
         std::cout << script << '\n';
-    if (const std::string problem = textProblem(*session); !problem.empty())
+    if (const std::string problem = textProblem(recorded.used()); !problem.empty())
         std::cerr << "warning: " << problem << '\n';
     std::cout << url.display() << " is up to date\n";
     return 0;
 }
 
 // What a server does not find out by itself.
-int checkServer(const host::DatabaseUrl& url) {
-    const std::unique_ptr<Session> session = host::openDatabase(url);
-    requireDeployed(*session, url);
-    if (const std::string problem = textProblem(*session); !problem.empty()) {
+int checkServer(const CommonOptions& common, const host::DatabaseUrl& url) {
+    const std::unique_ptr<Session> session = host::openDatabase(url, openOptions());
+    RecordedSession recorded(*session, common, url);
+    requireDeployed(recorded.used(), url);
+    if (const std::string problem = textProblem(recorded.used()); !problem.empty()) {
         std::cerr << problem << '\n';
         return 1;
     }
@@ -75,20 +97,40 @@ int checkServer(const host::DatabaseUrl& url) {
 
 int check(const CommonOptions& common) {
     const host::DatabaseUrl url = databaseOf(common);
-    if (url.engine == host::EngineKind::Odbc) return checkServer(url);
+    if (url.engine == host::EngineKind::Odbc) return checkServer(common, url);
     const std::vector<std::string> problems = host::findDamage(url);
     for (const std::string& problem : problems)
         std::cerr << problem << '\n';
     if (!problems.empty()) return 1;
-    requireDeployed(*host::openDatabase(url), url);
+    const std::unique_ptr<Session> session = host::openDatabase(url);
+    requireDeployed(RecordedSession(*session, common, url).used(), url);
     std::cout << url.display() << " is sound\n";
     return 0;
 }
 
 int backUp(const CommonOptions& common, const std::string& file) {
     const host::DatabaseUrl url = databaseOf(common);
+    // The pages are copied without a statement, so that the recording holds none.
+    if (!common.record.empty()) {
+        const std::unique_ptr<Session> session = host::openDatabase(url);
+        const RecordedSession recording(*session, common, url);
+    }
     host::backUpDatabase(url, file);
     std::cout << "copied " << url.display() << " to " << file << '\n';
+    return 0;
+}
+
+int restore(const CommonOptions& common, const std::string& file) {
+    if (common.database.empty()) throw WrongUsage("db restore replaces a database; say which with --database URL");
+    const host::DatabaseUrl url = databaseOf(common);
+    const host::RestoredDatabase done = host::restoreDatabase(url, file);
+    // The file is moved without a statement, so that the recording holds none.
+    if (!common.record.empty()) {
+        const std::unique_ptr<Session> session = host::openDatabase(url);
+        const RecordedSession recording(*session, common, url);
+    }
+    std::cout << "restored " << url.display() << " from " << file << '\n';
+    if (!done.kept.empty()) std::cout << "the former file is " << host::textFromPath(done.kept) << '\n';
     return 0;
 }
 
@@ -105,24 +147,28 @@ int dump(const CommonOptions& common, const std::string& file) {
         host::requireOtherFile(url, file);
         requireNone(file);
     }
-    const std::unique_ptr<Session> session = host::openDatabase(url);
+    const std::unique_ptr<Session> session = host::openDatabase(url, openOptions());
+    RecordedSession recorded(*session, common, url);
+    const auto dumpTo = [&recorded](std::ostream& out) {
+        host::dumpDatabase(
+            recorded.used(), [&recorded](Session&) { return recorded.schema(); }, out);
+    };
     if (file.empty()) {
-        host::dumpDatabase(*session, host::readSchema, std::cout);
+        dumpTo(std::cout);
         return 0;
     }
     const host::DraftFile draft(host::pathFromText(file));
     {
         std::ofstream out(draft.path(), std::ios::binary);
         if (!out) throw std::runtime_error("the file " + file + " cannot be written");
-        host::dumpDatabase(*session, host::readSchema, out);
+        dumpTo(out);
     }
     draft.takePlace();
     return 0;
 }
 
 // A database that holds nothing yet, as a script that makes everything needs it.
-void requireEmpty(Session& session, const host::DatabaseUrl& url) {
-    const DatabaseSchema schema = host::readSchema(session);
+void requireEmpty(const DatabaseSchema& schema, const host::DatabaseUrl& url) {
     if (schema.tables.empty() && schema.modules.empty()) return;
     throw UsageError(url.display() + " is not empty; load into a new database");
 }
@@ -136,15 +182,17 @@ int load(const CommonOptions& common, const std::string& file) {
     }
     std::istream& script = file.empty() ? std::cin : stream;
     std::size_t batches = 0;
-    const auto fill = [&](Session& session) { batches = host::loadScript(session, script, file); };
+    const auto fill = [&](Session& session, bool isNew) {
+        RecordedSession recorded(session, common, url);
+        if (!isNew) requireEmpty(recorded.schema(), url);
+        batches = host::loadScript(recorded.used(), script, file);
+    };
     std::error_code failure;
     if (url.engine == host::EngineKind::Embedded && !url.inMemory() &&
         !fs::exists(host::pathFromText(url.target), failure)) {
-        host::createDatabase(url, fill);
+        host::createDatabase(url, [&fill](Session& session) { fill(session, true); });
     } else {
-        const std::unique_ptr<Session> session = host::openOrCreateDatabase(url);
-        requireEmpty(*session, url);
-        fill(*session);
+        fill(*host::openOrCreateDatabase(url, openOptions()), false);
     }
     std::cout << "loaded " << batches << " batches into " << url.display() << '\n';
     return 0;
@@ -161,7 +209,7 @@ void addDatabaseCommand(Program& program) {
 
     const auto command = [&](const char* name, const char* description, auto run) -> CLI::App& {
         return program.command(group, name, description, [&common, options, run] {
-            refuseRecording(common);
+            refuseReplay(common);
             return run(common, *options);
         });
     };
@@ -176,6 +224,9 @@ void addDatabaseCommand(Program& program) {
     CLI::App& backUpCommand = command("backup", "copies the file while others work with it",
                                       [](const auto& all, const Options& own) { return backUp(all, own.file); });
     backUpCommand.add_option("FILE", options->file, "the copy; there must be none yet")->required();
+    CLI::App& restoreCommand = command("restore", "puts a backup into the place of --database, whole or not at all",
+                                       [](const auto& all, const Options& own) { return restore(all, own.file); });
+    restoreCommand.add_option("BACKUP", options->file, "the copy that db backup made; it stays")->required();
     CLI::App& dumpCommand = command("dump", "writes everything down as T-SQL",
                                     [](const auto& all, const Options& own) { return dump(all, own.file); });
     dumpCommand.add_option("FILE", options->file,

@@ -31,8 +31,10 @@ public:
     LineEditor(const LineEditor&) = delete;
     LineEditor& operator=(const LineEditor&) = delete;
 
-    // Without the line break; nullopt at the end of the input. Throws Interrupted.
+    // Without the line break at its end; an entry of several lines that is recalled from the history comes with those
+    // between them. nullopt at the end of the input. Throws Interrupted.
     [[nodiscard]] std::optional<std::string> readLine(const std::string& prompt);
+    // Keeps the entry as it is, with its line breaks.
     void remember(const std::string& entry);
 
 private:

@@ -2,7 +2,6 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -110,10 +109,15 @@ int readCharacter(FILE*) {
     return character;
 }
 
+// Empty for a user without a folder, whose history ends with the program.
+std::filesystem::path historyFile(const std::string& name) {
+    const std::filesystem::path folder = host::userDataFolderIfAny();
+    return folder.empty() ? folder : folder / name;
+}
+
 }  // namespace
 
-LineEditor::LineEditor(const std::string& historyName, Completer completer)
-    : history_(host::userDataFolder() / historyName) {
+LineEditor::LineEditor(const std::string& historyName, Completer completer) : history_(historyFile(historyName)) {
     completerInUse = std::move(completer);
     static char breaks[] = " \t\n,;()=<>+-*/'[]";
     rl_completer_word_break_characters = breaks;
@@ -121,10 +125,12 @@ LineEditor::LineEditor(const std::string& historyName, Completer completer)
     rl_getc_function = readCharacter;
     using_history();
     stifle_history(keptEntries);
-    read_history(history_.c_str());
+    if (!history_.empty()) read_history(history_.c_str());
 }
 
 LineEditor::~LineEditor() {
+    completerInUse = {};
+    if (history_.empty()) return;
     std::error_code ignored;
     std::filesystem::create_directories(history_.parent_path(), ignored);
     // A history that cannot be written is no reason to stop anybody.
@@ -132,7 +138,6 @@ LineEditor::~LineEditor() {
     // Statements may hold data of the business.
     std::filesystem::permissions(history_, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write,
                                  ignored);
-    completerInUse = {};
 }
 
 std::optional<std::string> LineEditor::readLine(const std::string& prompt) {
@@ -150,9 +155,7 @@ std::optional<std::string> LineEditor::readLine(const std::string& prompt) {
 }
 
 void LineEditor::remember(const std::string& entry) {
-    std::string line = entry;
-    std::replace(line.begin(), line.end(), '\n', ' ');
-    add_history(line.c_str());
+    add_history(entry.c_str());
 }
 
 }  // namespace basalt::cli

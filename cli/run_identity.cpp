@@ -1,9 +1,8 @@
 #include "cli/run_identity.h"
 
 #include "ado/error.h"
+#include "cli/workstation.h"
 #include "host/services/clock.h"
-#include "host/services/ini_options.h"
-#include "host/services/platform/user_folders.h"
 #include "package/datum.h"
 
 namespace basalt::cli {
@@ -11,9 +10,8 @@ namespace basalt::cli {
 RunIdentity RunIdentity::ofThisRun() {
     CivilDateTime moment = host::SystemClock().now();
     moment.nanosecond = 0;  // the recorded text has none
-    return {.moment = moment,
-            .process = host::currentProcess(),
-            .workstationName = host::IniOptionsFile(host::userDataFolder()).options().workstationName};
+    return {
+        .moment = moment, .process = host::currentProcess(), .workstationName = workstationOptions().workstationName};
 }
 
 RunIdentity RunIdentity::fromJson(const std::string& text) {

@@ -79,7 +79,7 @@ public:
     Application() : application_(count_, arguments_) {}
 
 private:
-    host::QuietDisplay quiet_;
+    host::QuietDisplay quiet_{"basalt"};
     char name_[7] = "basalt";
     char* arguments_[2] = {name_, nullptr};
     int count_ = 1;
@@ -87,9 +87,13 @@ private:
 };
 
 void requireDisplay(bool played) {
-    if (host::hasDisplay()) return;
-    if (!played) throw std::runtime_error("there is no display to show a screen on; --steps FILE plays one without");
-    host::useOffscreenDisplay();
+    std::string problem = host::displayProblem(host::platformPlugins());
+    if (!problem.empty() && played) {
+        host::useOffscreenDisplay();
+        problem = host::displayProblem(host::platformPlugins());
+    }
+    const char* otherWay = played ? "" : "; --steps FILE plays a screen without one";
+    if (!problem.empty()) throw std::runtime_error(problem + otherWay);
 }
 
 int report(const host::CallReport& report, const std::optional<std::string>& failure) {

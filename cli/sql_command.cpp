@@ -75,6 +75,9 @@ int run(const CommonOptions& common, const SqlOptions& options) {
     std::ifstream file;
     if (!options.file.empty()) file = openScript(options.file);
     Database database(common, DatabaseNeed::Any);
+    // This is the tool to look after a database with, so it is not refused.
+    if (const std::string warning = database.newerWarning(); !warning.empty())
+        std::cerr << "basalt: warning: " << warning << std::endl;
     SqlConsole console(database, writer, std::cout);
     if (!options.file.empty()) {
         runScript(console, file, options.file);

@@ -53,18 +53,13 @@ int openBlocks(const std::vector<std::string>& words) {
 
 void StatementEnd::read(std::string_view line) {
     using Part = host::ScriptScanner::Part;
-    const bool inText = scanner_.insideText();
     scanner_.read(std::string(line) + "\n");
-    // A line break inside of a text is part of it, and a blank is as near as one line comes.
-    if (!oneLine_.empty() || inText) oneLine_ += ' ';
     const std::string& parts = scanner_.parts();
     for (std::size_t i = 0; i < line.size(); ++i) {
         const Part part = static_cast<Part>(parts[i]);
         code_ += part == Part::Code ? line[i] : ' ';
-        if (part != Part::LineComment) oneLine_ += line[i];
     }
     code_ += ' ';
-    if (!insideText()) oneLine_.erase(oneLine_.find_last_not_of(" \t\r") + 1);
 }
 
 bool StatementEnd::reached() const {

@@ -21,13 +21,10 @@ public:
     [[nodiscard]] bool reached() const;
     // The batch is in the middle of a text or a comment, where GO is no end either.
     [[nodiscard]] bool insideText() const { return scanner_.insideText(); }
-    // All lines as one, which can be run as well: without comments up to the end of a line.
-    [[nodiscard]] const std::string& oneLine() const { return oneLine_; }
 
 private:
     host::ScriptScanner scanner_;
     std::string code_;  // with blanks for texts and comments
-    std::string oneLine_;
 };
 
 }  // namespace basalt::cli

@@ -2,6 +2,7 @@
 
 #include "ado/recording_session.h"
 #include "ado/replay_session.h"
+#include "cli/workstation.h"
 #include "cli/wrong_usage.h"
 #include "host/engines/database_files.h"
 #include "host/engines/open_database.h"
@@ -10,6 +11,7 @@
 #include "host/services/path_text.h"
 #include "host/services/platform/user_folders.h"
 #include "host/services/settings_store.h"
+#include "host/services/workstations.h"
 
 namespace basalt::cli {
 
@@ -23,7 +25,7 @@ host::HostOptions hostOptions(const CommonOptions& options, const RunIdentity& i
                              .process = identity.process};
     if (options.record.empty() && options.replay.empty()) {
         result.persistOptions = true;
-        result.userDataFolder = host::userDataFolder();
+        result.userDataFolder = host::userDataFolderIfAny();
     } else {
         result.workstationName = identity.workstationName;
     }
@@ -41,6 +43,22 @@ void assignSetting(const std::string& setting, const Assign& assign) {
     }
 }
 
+// Of a database that says no version: tables made by hand may want their last step only.
+std::string whatIsMissing(Session& session) {
+    constexpr std::size_t shown = 5;
+    const auto [missing, all] = host::missingObjects(session);
+    if (all) return " holds none of the tables";
+    if (missing.empty()) {
+        return " has all tables, functions and procedures, but HostSchemaVersion is empty: the last step of a "
+               "deployment by hand has been left out";
+    }
+    std::string names;
+    for (std::size_t i = 0; i < missing.size() && i < shown; ++i)
+        names += (i > 0 ? ", " : " lacks ") + missing[i];
+    if (missing.size() > shown) names += " and " + std::to_string(missing.size() - shown) + " more";
+    return names;
+}
+
 }  // namespace
 
 host::DatabaseUrl databaseOf(const CommonOptions& options) {
@@ -53,7 +71,8 @@ host::DatabaseUrl databaseOf(const CommonOptions& options) {
 }
 
 void requireRightOptions(const CommonOptions& options) {
-    (void)databaseOf(options);
+    // This user's own is looked for by the commands that need it.
+    if (!options.database.empty()) (void)databaseOf(options);
     TSettingRecord record;
     for (const std::string& setting : options.settings) {
         assignSetting(setting, [&record](const std::string& name, const std::string& value) {
@@ -66,12 +85,19 @@ void requireDeployed(Session& session, const host::DatabaseUrl& url) {
     const host::SchemaState state = host::schemaState(session);
     if (state == host::SchemaState::Current) return;
     const std::string what =
-        state == host::SchemaState::Missing ? " holds none of the tables" : " was made by an older program";
+        state == host::SchemaState::Missing ? whatIsMissing(session) : std::string(" was made by an older program");
     // The connection string may be secret.
     const std::string place = url.engine == host::EngineKind::Embedded ? url.display() : "odbc:...";
     throw DatabaseError(
         ErrorCategory::NotFound, "42S02", 208,
         url.display() + what + "; bring it up to date with: basalt db deploy --database \"" + place + '"');
+}
+
+std::unique_ptr<Session> recorded(Session& session, const CommonOptions& options, const host::DatabaseUrl& url,
+                                  const RunIdentity& identity) {
+    if (options.record.empty()) return nullptr;
+    host::requireOtherFile(url, options.record);
+    return std::make_unique<RecordingSession>(session, host::pathFromText(options.record), identity.toJson());
 }
 
 Database::Database(const CommonOptions& options, DatabaseNeed need) : identity_(RunIdentity::ofThisRun()) {
@@ -84,17 +110,29 @@ Database::Database(const CommonOptions& options, DatabaseNeed need) : identity_(
         return;
     }
     const host::DatabaseUrl url = databaseOf(options);
-    database_ = host::openDatabase(url);
-    if (need == DatabaseNeed::Deployed) requireDeployed(*database_, url);
-    if (!options.record.empty()) {
-        host::requireOtherFile(url, options.record);
-        wrapper_ =
-            std::make_unique<RecordingSession>(*database_, host::pathFromText(options.record), identity_.toJson());
+    database_ = host::openDatabase(url, openOptions());
+    if (need == DatabaseNeed::Deployed) {
+        requireDeployed(*database_, url);
+        // Before anything is recorded: a replay has no clients to look after.
+        host::Workstations(*database_).removeKilledIfPossible(identity_.process.machine);
     }
+    wrapper_ = recorded(*database_, options, url, identity_);
     used_ = wrapper_ ? wrapper_.get() : database_.get();
 }
 
 Database::~Database() = default;
+
+std::string Database::newerWarning() {
+    if (!database_) return {};
+    try {
+        static_cast<void>(host::schemaState(*database_));
+    } catch (const DatabaseError& error) {
+        // A database of any other kind, or one that is busy, is for the statements to find out about.
+        if (error.category() == ErrorCategory::Version)
+            return std::string(error.what()) + ". Statements may find it other than this program says";
+    }
+    return {};
+}
 
 DatabaseSchema Database::schema() const {
     if (!database_) throw UsageError("a recording does not hold what the database is made of");

@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "ado/schema.h"
 #include "ado/session.h"
@@ -33,7 +34,13 @@ void requireRightOptions(const CommonOptions& options);
 // DatabaseError that tells what to do when the database is not the reference database of this program.
 void requireDeployed(Session& session, const host::DatabaseUrl& url);
 
-// Any: as it is. Deployed: only a database with the tables that the host and the module work on.
+// The session with all that passes through it written to the file of --record; null when the options name none. Errors
+// as RecordingSession's, and UsageError for a file of the database itself.
+[[nodiscard]] std::unique_ptr<Session> recorded(Session& session, const CommonOptions& options,
+                                                const host::DatabaseUrl& url, const RunIdentity& identity);
+
+// Any: as it is. Deployed: only a database with the tables that the host and the module work on, and what killed
+// clients of this machine held there is freed.
 enum class DatabaseNeed { Any, Deployed };
 
 // An open database, recorded or replayed as the options want.
@@ -45,6 +52,8 @@ public:
     Database& operator=(const Database&) = delete;
 
     [[nodiscard]] Session& session() { return *used_; }
+    // A sentence when the database was made by a newer program, which whoever works on it should know; else empty.
+    [[nodiscard]] std::string newerWarning();
     // What the database is made of; UsageError when replaying, as there is none then.
     [[nodiscard]] DatabaseSchema schema() const;
     // When and as whom the host is to act: now and this process, or as recorded, so that a replay sends what was

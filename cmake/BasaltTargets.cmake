@@ -9,10 +9,11 @@ function(basalt_library name)
 endfunction()
 
 # basalt_test(NAME SOURCES files... LIBRARIES targets...): a GoogleTest program; each of its tests becomes one of ctest.
+# With WHOLE the program is one of ctest: for tests whose common beginning takes longer than they do.
 # Under a sanitizer the whole program is one of ctest: the sanitizers' own start, a thousand times, takes longer than the
 # tests.
 function(basalt_test name)
-  cmake_parse_arguments(arg "QT" "" "SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
+  cmake_parse_arguments(arg "QT;WHOLE" "" "SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
   find_package(GTest REQUIRED)
   include(GoogleTest)
   add_executable(${name} ${arg_SOURCES})
@@ -26,7 +27,7 @@ function(basalt_test name)
     target_link_libraries(${name} PRIVATE GTest::gmock_main)
   endif()
   target_compile_definitions(${name} PRIVATE BASALT_SOURCE_DIR="${PROJECT_SOURCE_DIR}" BASALT_BINARY_DIR="${CMAKE_BINARY_DIR}")
-  if(BASALT_SANITIZE)
+  if(BASALT_SANITIZE OR arg_WHOLE)
     add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
     set_tests_properties(${name} PROPERTIES TIMEOUT 600 ENVIRONMENT "${arg_ENVIRONMENT}")
   else()

@@ -70,6 +70,8 @@ QWidget* ArgumentForm::makeEditor(Input& input) {
     }
     input.edit = new QLineEdit;
     input.edit->setPlaceholderText(typeTitle(type));
+    // As the form does; a hint would otherwise stand on the other side of the caret.
+    input.edit->setAlignment(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter);
     return input.edit;
 }
 
@@ -122,13 +124,24 @@ CallArguments ArgumentForm::arguments() const {
     return given;
 }
 
+QWidget* ArgumentForm::editorOf(const Input& input) {
+    if (input.edit) return input.edit;
+    if (input.box) return input.box;
+    return input.text;
+}
+
 bool ArgumentForm::focusFirst() {
     if (inputs_.empty()) return false;
-    const Input& first = inputs_.front();
-    for (QWidget* editor :
-         {static_cast<QWidget*>(first.edit), static_cast<QWidget*>(first.box), static_cast<QWidget*>(first.text)})
-        if (editor) editor->setFocus();
+    editorOf(inputs_.front())->setFocus();
     return true;
+}
+
+QWidget* ArgumentForm::followInTabOrder(QWidget* before) {
+    for (const Input& input : inputs_) {
+        QWidget::setTabOrder(before, editorOf(input));
+        before = editorOf(input);
+    }
+    return before;
 }
 
 }  // namespace basalt::host

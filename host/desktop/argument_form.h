@@ -29,6 +29,8 @@ public:
     [[nodiscard]] CallArguments arguments() const;
     // The first input; false when there is none.
     bool focusFirst();
+    // Leads Tab from there through the inputs; returns the last one, or `before` when there is none.
+    QWidget* followInTabOrder(QWidget* before);
 
 private:
     struct Input {
@@ -39,6 +41,7 @@ private:
     };
 
     [[nodiscard]] static QWidget* makeEditor(Input& input);
+    [[nodiscard]] static QWidget* editorOf(const Input& input);
 
     QFormLayout* layout_;
     std::vector<Input> inputs_;

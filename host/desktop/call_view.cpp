@@ -7,12 +7,17 @@
 #include <algorithm>
 
 #include "host/calls/answer.h"
+#include "host/screens/disabled_reason.h"
+#include "host/screens/marked_statement.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
 #include "package/screens/tool_tip.h"
 
 namespace basalt::host {
 namespace {
+
+constexpr int kFewestErrorLines = 2;
+constexpr int kMostErrorLines = 6;
 
 enum Tab { kResult, kStatements, kQueries, kMessages, kEvents };
 
@@ -94,7 +99,7 @@ CallView::CallView(const MessageCatalogue& catalogue, QWidget* parent) : QWidget
     tabs_->setObjectName(QStringLiteral("Result_TAB"));
     tabs_->setDocumentMode(true);
     layout->addWidget(tabs_, 1);
-    result_ = addTable("Result_GRD", QStringLiteral("نتیجه"), {QStringLiteral("نام"), QStringLiteral("مقدار")});
+    addResult();
     statements_ = addTable("Statements_GRD", QStringLiteral("دستورها"),
                            {QStringLiteral("جزء"), QStringLiteral("کار"), QStringLiteral("متن")});
     addQueries();
@@ -105,15 +110,42 @@ CallView::CallView(const MessageCatalogue& catalogue, QWidget* parent) : QWidget
     clear();
 }
 
+// What came of the call: why it failed, and below it the outputs as they then stood.
+void CallView::addResult() {
+    result_ = makeTable("Result_GRD", QStringLiteral("نتیجه"), {QStringLiteral("نام"), QStringLiteral("مقدار")});
+    error_ = new QPlainTextEdit;
+    error_->setObjectName(QStringLiteral("CallError_EDT"));
+    error_->setProperty("kind", QStringLiteral("detail"));
+    error_->setAccessibleName(QStringLiteral("متن خطا"));
+    error_->setReadOnly(true);
+    error_->setTabChangesFocus(true);
+    auto* page = new QWidget;
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(8);
+    layout->addWidget(error_);
+    layout->addWidget(result_, 1);
+    addPage(page, result_->accessibleName());
+}
+
+void CallView::addPage(QWidget* page, const QString& title) {
+    titles_.append(title);
+    tabs_->addTab(page, title);
+}
+
 QTableWidget* CallView::addTable(const char* objectName, const QString& title, const QStringList& columns) {
+    QTableWidget* table = makeTable(objectName, title, columns);
+    addPage(table, title);
+    return table;
+}
+
+QTableWidget* CallView::makeTable(const char* objectName, const QString& title, const QStringList& columns) {
     auto* table = new QTableWidget(0, static_cast<int>(columns.size()));
     table->setObjectName(QString::fromLatin1(objectName));
     table->setAccessibleName(title);
     table->setHorizontalHeaderLabels(columns);
     prepare(*table);
     table->verticalHeader()->hide();
-    titles_.append(title);
-    tabs_->addTab(table, title);
     return table;
 }
 
@@ -141,8 +173,7 @@ void CallView::addQueries() {
     prepare(*rowTable_);
     rowTable_->verticalHeader()->setDefaultSectionSize(themePixels(34));
     layout->addWidget(rowTable_, 1);
-    titles_.append(QStringLiteral("ردیف‌ها"));
-    tabs_->addTab(page, titles_.last());
+    addPage(page, QStringLiteral("ردیف‌ها"));
     QObject::connect(query_, &QComboBox::currentIndexChanged, this, [this](int index) {
         if (index < 0) return;
         const QueryReport& query = queries_.at(static_cast<std::size_t>(index));
@@ -167,6 +198,22 @@ void CallView::showState(const QString& text, bool success) {
     state_->style()->polish(state_);
     state_->setText(text);
     state_->setVisible(!text.isEmpty());
+    error_->hide();
+    result_->show();
+}
+
+// What the program says is for the one who calls functions, and reads from the left.
+void CallView::showDetail(const QString& detail) {
+    showMarked(*error_, detail);
+    // Its lines, and one more where a long one wraps; a longer message is scrolled.
+    const int lines = std::clamp(error_->blockCount() + 1, kFewestErrorLines, kMostErrorLines);
+    const QMargins margins = error_->contentsMargins();
+    const int rim = margins.top() + margins.bottom() + 2 * static_cast<int>(error_->document()->documentMargin());
+    error_->setMinimumHeight(kFewestErrorLines * error_->fontMetrics().lineSpacing() + rim);
+    error_->setMaximumHeight(lines * error_->fontMetrics().lineSpacing() + rim);
+    error_->show();
+    result_->hide();
+    tabs_->setCurrentIndex(kResult);
 }
 
 void CallView::showProblem(const ArgumentError& problem) {
@@ -176,17 +223,16 @@ void CallView::showProblem(const ArgumentError& problem) {
         showState(QStringLiteral("ورودی «%1» داده نشده است.").arg(name), false);
         return;
     }
-    showState(QStringLiteral("آنچه برای ورودی «%1» نوشته شده از نوع آن نیست:\n\u2066%2\u2069")
-                  .arg(name, QString::fromStdString(problem.what())),
-              false);
+    showState(QStringLiteral("آنچه برای ورودی «%1» نوشته شده از نوع آن نیست.").arg(name), false);
+    showDetail(QString::fromStdString(problem.what()));
 }
 
-// What the program says is for the one who calls functions, and reads from the left.
 void CallView::showError(const CallError& error) {
     const QString what = error.type == "DatabaseError" ? QStringLiteral("پایگاه داده دستور را اجرا نکرد")
                          : error.type == "UsageError" ? QStringLiteral("فراخوانی درست نیست")
                                                       : QStringLiteral("اجرا ناتمام ماند");
-    showState(QStringLiteral("%1:\n\u2066%2\u2069").arg(what, QString::fromStdString(error.message)), false);
+    showState(what + QLatin1Char('.'), false);
+    showDetail(QString::fromStdString(error.message));
 }
 
 void CallView::clear() {
@@ -201,10 +247,13 @@ void CallView::show(CallReport report) {
     showEvents(report);
     queries_ = std::move(report.queries);
     showQueries();
-    if (report.error)
+    if (report.error) {
         showError(*report.error);
-    else
+        // A result that never came is no news.
+        result_->setVisible(!report.out.empty());
+    } else {
         showState(QStringLiteral("اجرا شد."), true);
+    }
 }
 
 void CallView::showResult(const CallReport& report) {
@@ -240,7 +289,9 @@ void CallView::showQueries() {
                                               : QStringLiteral("بسته")));
     setTitle(kQueries, queries_.size());
     const bool any = !queries_.empty();
-    query_->setEnabled(any);
+    enableUnless(
+        *query_,
+        any ? QString() : QStringLiteral("این فراخوانی پرس‌وجویی را باز نکرده است."));
     queryText_->setText(any ? QString::fromStdString(queries_.front().text) : QString());
     showRows(any ? queries_.front().rows : Datum::List{});
 }

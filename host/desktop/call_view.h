@@ -3,6 +3,7 @@
 
 #include <QComboBox>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTableWidget>
@@ -26,9 +27,14 @@ public:
 
 private:
     [[nodiscard]] QTableWidget* addTable(const char* objectName, const QString& title, const QStringList& columns);
+    [[nodiscard]] static QTableWidget* makeTable(const char* objectName, const QString& title,
+                                                 const QStringList& columns);
+    void addPage(QWidget* page, const QString& title);
+    void addResult();
     void addQueries();
     void showState(const QString& text, bool success);
     void showError(const CallError& error);
+    void showDetail(const QString& detail);
     void showResult(const CallReport& report);
     void showStatements(const CallReport& report);
     void showQueries();
@@ -39,6 +45,7 @@ private:
 
     const MessageCatalogue& catalogue_;
     QLabel* state_;
+    QPlainTextEdit* error_;
     QTabWidget* tabs_;
     QStringList titles_;
     QTableWidget* result_;

@@ -5,6 +5,7 @@
 #include <QSplitter>
 #include <QVBoxLayout>
 
+#include "host/screens/disabled_reason.h"
 #include "host/screens/splitter_edge.h"
 #include "host/screens/theme.h"
 #include "host/services/host_parts.h"
@@ -85,7 +86,7 @@ void ConsolePage::enter() {
 void ConsolePage::choose(const Callable& callable) {
     chosen_ = callable;
     const bool any = callable.function || callable.entry;
-    run_->setEnabled(any);
+    enableUnless(*run_, any ? QString() : QStringLiteral("نخست تابعی را در فهرست برگزینید."));
     form_->setVisible(any);
     view_->clear();
     if (!any) {
@@ -97,6 +98,8 @@ void ConsolePage::choose(const Callable& callable) {
     // Told in the language of the code, from the left.
     summary_->setText(QStringLiteral("\u2066%1\u2069").arg(QString::fromStdString(callable.summary())));
     form_->setParameters(callable.parameters());
+    // New inputs come behind the results otherwise.
+    QWidget::setTabOrder(form_->followInTabOrder(functions_->list()), run_);
 }
 
 void ConsolePage::run() {

@@ -9,6 +9,7 @@
 
 #include "host/desktop/line_icon.h"
 #include "host/desktop/shell_style.h"
+#include "host/screens/marked_statement.h"
 #include "host/screens/theme.h"
 #include "host/services/isolated_text.h"
 
@@ -73,12 +74,12 @@ void DatabaseProblemDialog::addDetail(QVBoxLayout& layout, const QString& detail
     toggle->setText(QStringLiteral("جزئیات فنی"));
     toggle->setCheckable(true);
     layout.addWidget(toggle, 0, Qt::AlignRight | Qt::AlignAbsolute);
-    auto* text = new QPlainTextEdit(detail);
+    auto* text = new QPlainTextEdit;
+    showMarked(*text, detail);
     text->setObjectName(QStringLiteral("Detail_EDT"));
     text->setProperty("kind", QStringLiteral("detail"));
     text->setReadOnly(true);
     text->setTabChangesFocus(true);
-    text->setLayoutDirection(Qt::LeftToRight);
     text->setFixedHeight(themePixels(110));
     text->hide();
     layout.addWidget(text);

@@ -10,6 +10,7 @@
 
 #include "ado/session.h"
 #include "host/engines/database_url.h"
+#include "host/engines/open_database.h"
 
 namespace basalt::host {
 
@@ -20,6 +21,7 @@ struct OpenedDatabase {
 
 struct StartOptions {
     bool createMissing = false;  // a missing file becomes a database with demo data
+    OpenOptions open = {};
 };
 
 // The file is a database, but none of this program.
@@ -28,9 +30,15 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-// Brings a database of an older program up to date. MissingDatabase, ForeignDatabase, FileExists or DatabaseRemains
-// when it is to be made, or DatabaseError when it cannot be opened or written, is damaged, in use, or was made by a
-// newer program.
+// The database holds tables of this program, but tells no version: its deployment was not brought to its end.
+class UnfinishedDatabase : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// Brings a database of an older program up to date, and frees what killed clients of this machine held in it.
+// MissingDatabase, ForeignDatabase, UnfinishedDatabase, FileExists or DatabaseRemains when it is to be made, or
+// DatabaseError when it cannot be opened or written, is damaged, in use, or was made by a newer program.
 [[nodiscard]] OpenedDatabase openForDesktop(const DatabaseUrl& url, StartOptions options = {});
 
 struct DatabaseProblem {

@@ -42,7 +42,11 @@ MainShell::End showShell(const DesktopContext& context) {
 }  // namespace
 
 int Desktop::run() {
-    DatabaseOpener opener(options_.database, {.createMissing = options_.createMissing});
+    // Whoever reads a damaged file first moves it away and is the one to tell of it.
+    const IniOptionsFile workstation(options_.persistOptions ? options_.userDataFolder : std::filesystem::path());
+    DatabaseOpener opener(options_.database,
+                          {.createMissing = options_.createMissing,
+                           .open = {.queryTimeoutSeconds = workstation.options().queryTimeoutSeconds}});
     std::optional<OpenedDatabase> opened = opener.open();
     if (!opened) return 1;
     try {
@@ -51,7 +55,7 @@ int Desktop::run() {
                                               .programFolder = options_.programFolder});
         host.DM().ADOConnection1.ConnectionString = opener.url().connectionString();
         QString notice = QString::fromStdString(opened->notice);
-        const std::string& warning = host.optionFile().warning();
+        const std::string warning = workstation.warning();
         if (!warning.empty()) notice += (notice.isEmpty() ? "" : "\n") + QString::fromStdString(warning);
         work(host, notice);
         return 0;

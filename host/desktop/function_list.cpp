@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "host/desktop/subsystem_look.h"
+#include "host/screens/persian_inputs.h"
 
 namespace basalt::host {
 
@@ -22,6 +23,7 @@ FunctionList::FunctionList(const Registry& registry, QWidget* parent) : QWidget(
     search_->setPlaceholderText(QStringLiteral("جستجوی تابع…"));
     search_->setAccessibleName(QStringLiteral("جستجوی تابع"));
     search_->setClearButtonEnabled(true);
+    readFromRight(*search_);
     search_->installEventFilter(this);
     layout->addWidget(search_);
     list_ = new QListWidget;

@@ -32,6 +32,7 @@ public:
     explicit FunctionList(const Registry& registry, QWidget* parent = nullptr);
 
     void focusSearch();
+    [[nodiscard]] QWidget* list() const { return list_; }
 
     // The one under the cursor has changed; none of both in it when nothing is found.
     std::function<void(const Callable&)> OnChosen;

@@ -13,6 +13,7 @@
 
 #include "host/desktop/date_text.h"
 #include "host/desktop/navigation_panel.h"
+#include "host/screens/elided_label.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
 #include "host/services/host_parts.h"
@@ -52,7 +53,8 @@ HomePage::HomePage(DesktopContext context, QWidget* parent) : ShellPage(parent),
     auto* layout = new QVBoxLayout(content);
     layout->setContentsMargins(kMargin, 24, kMargin, 24);
     layout->setSpacing(6);
-    greeting_ = makeLabel({}, "pageTitle");
+    greeting_ = new ElidedLabel;
+    greeting_->setProperty("kind", QStringLiteral("pageTitle"));
     greeting_->setTextFormat(Qt::PlainText);
     greeting_->setObjectName(QStringLiteral("Greeting_LBL"));
     layout->addWidget(greeting_);
@@ -73,10 +75,10 @@ QWidget* HomePage::makeRecent() {
     recent_->setObjectName(QStringLiteral("Recent_GRD"));
     recent_->setAccessibleName(QStringLiteral("آخرین رویدادها"));
     recent_->setHorizontalHeaderLabels({QStringLiteral("تاریخ"), QStringLiteral("ساعت"), QStringLiteral("کاربر"),
-                                        QStringLiteral("شرح"), QStringLiteral("کد یا نام")});
+                                        QStringLiteral("کد یا نام"), QStringLiteral("شرح")});
     recent_->horizontalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
-    recent_->horizontalHeader()->setSectionResizeMode(3, QHeaderView::Stretch);
-    for (const int column : {0, 1, 2, 4})
+    recent_->horizontalHeader()->setSectionResizeMode(4, QHeaderView::Stretch);
+    for (const int column : {0, 1, 2, 3})
         recent_->horizontalHeader()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
     recent_->horizontalHeader()->setHighlightSections(false);
     recent_->verticalHeader()->hide();
@@ -196,9 +198,16 @@ bool HomePage::eventFilter(QObject* watched, QEvent* event) {
 void HomePage::resizeEvent(QResizeEvent* event) {
     ShellPage::resizeEvent(event);
     placeTiles();
+    // A name as long as a sentence leaves the sentence beside it its room.
+    recent_->horizontalHeader()->setMaximumSectionSize(std::max(themePixels(kLeastRecent), width() / 2));
 }
 
 void HomePage::enter() {
+    refresh();
+    if (!placed_.empty()) placed_.front().button->setFocus();
+}
+
+void HomePage::refresh() {
     greeting_->setText(QStringLiteral("سلام، %1").arg(QString::fromStdString(context_.host.UserInfo().FullName)));
     date_->setText(QStringLiteral("امروز %1").arg(longDate(context_.host.clock().now())));
     // What others did is for those who may open the log.
@@ -211,13 +220,12 @@ void HomePage::enter() {
     for (const UserLogEntry& entry : entries) {
         const std::string& what =
             entry.description.empty() ? entry.permissionTitle + " «" + entry.partTitle + "»" : entry.description;
-        const std::array<std::string, 5> texts{entry.date, entry.time, entry.userName, what, entry.text};
+        const std::array<std::string, 5> texts{entry.date, entry.time, entry.userName, entry.text, what};
         for (std::size_t column = 0; column < texts.size(); ++column)
             recent_->setItem(row, static_cast<int>(column),
                              new QTableWidgetItem(screenText(QString::fromStdString(texts.at(column)))));
         ++row;
     }
-    if (!placed_.empty()) placed_.front().button->setFocus();
 }
 
 }  // namespace basalt::host

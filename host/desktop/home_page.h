@@ -32,8 +32,10 @@ public:
     // Tiles of one group stand together; another group begins a new row.
     enum class Group { Screens, Tools };
     void addTile(Group group, const HomeTile& tile, const std::function<void()>& onClick);
-    // Shows the date and the latest entries of the user log.
+    // Shows the date and the latest entries of the user log, and leads to the first tile.
     void enter() override;
+    // The same, but the focus stays: a screen that was opened from here has closed.
+    void refresh();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

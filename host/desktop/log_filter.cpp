@@ -1,10 +1,14 @@
 #include "host/desktop/log_filter.h"
 
 #include <QHBoxLayout>
+#include <QRegularExpression>
 #include <QStyle>
 #include <optional>
+#include <utility>
 #include <vector>
 
+#include "host/screens/persian_digits.h"
+#include "host/screens/persian_inputs.h"
 #include "host/screens/search_condition.h"
 #include "host/screens/theme.h"
 #include "host/services/jalali_calendar.h"
@@ -14,7 +18,11 @@ namespace {
 
 // The day in the form that the log keeps; nullopt for an empty edit and for what is no day.
 std::optional<std::string> dayIn(const QLineEdit& edit) {
-    const std::optional<JalaliDate> date = parseJalali(edit.text().trimmed().toStdString());
+    QString text = latinDigits(edit.text().trimmed());
+    // Eight digits on end are a day too: 14050830.
+    static const QRegularExpression digits(QStringLiteral("^([0-9]{4})([0-9]{2})([0-9]{2})$"));
+    text.replace(digits, QStringLiteral("\\1/\\2/\\3"));
+    const std::optional<JalaliDate> date = parseJalali(text.toStdString());
     if (!date) return std::nullopt;
     return toText(*date, "/");
 }
@@ -59,11 +67,17 @@ QLineEdit* LogFilter::addDate(const char* objectName, const QString& title) {
     // No day of the calendar: it would read as one that has been entered.
     edit->setPlaceholderText(QStringLiteral("سال/ماه/روز"));
     edit->setMaxLength(10);
+    edit->setValidator(new PersianDigitsShown(edit));
+    readFromRight(*edit);
     edit->setFixedWidth(themePixels(110));
     label->setBuddy(edit);
     layout()->addWidget(label);
     layout()->addWidget(edit);
     QObject::connect(edit, &QLineEdit::textEdited, this, [this, edit] { dateEdited(*edit); });
+    // However it was typed, it is read as the days of the list are.
+    QObject::connect(edit, &QLineEdit::editingFinished, edit, [edit] {
+        if (const auto day = dayIn(*edit)) edit->setText(QString::fromStdString(*day));
+    });
     return edit;
 }
 
@@ -96,6 +110,17 @@ std::string LogFilter::Filter() const {
     if (const auto day = dayIn(*from_)) conditions.push_back("[LogDate] >= N'" + *day + "'");
     if (const auto day = dayIn(*to_)) conditions.push_back("[LogDate] <= N'" + *day + "'");
     return joinedConditions(conditions);
+}
+
+QString LogFilter::narrowing() const {
+    QStringList parts;
+    if (part_->currentData().toInt() != 0) parts << QStringLiteral("بخش «%1»").arg(part_->currentText());
+    QString days;
+    for (const auto& [word, edit] : {std::pair("از", from_), std::pair("تا", to_)})
+        if (const auto day = dayIn(*edit))
+            days += QStringLiteral(" %1 %2").arg(QString::fromUtf8(word), screenText(QString::fromStdString(*day)));
+    if (!days.isEmpty()) parts << QStringLiteral("تاریخ") + days;
+    return parts.join(QStringLiteral("، "));
 }
 
 void LogFilter::Clear() {

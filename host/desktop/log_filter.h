@@ -2,8 +2,8 @@
 //
 //   frame.Filter()    "([SoftwarePart] = 114) AND ([LogDate] >= N'1405/08/01')"
 //
-// Days are typed as 1405/08/01, digits in any script; a day that does not exist is marked, narrows nothing, and is
-// told of.
+// Days are typed as 1405/08/01 or 14050801, digits in any script; a day that does not exist is marked, narrows nothing,
+// and is told of.
 #pragma once
 
 #include <QComboBox>
@@ -23,6 +23,8 @@ public:
 
     void init() override;
     [[nodiscard]] std::string Filter() const override;
+    // What a print says of it; empty when it narrows nothing.
+    [[nodiscard]] QString narrowing() const;
     void Clear() override;
     void FocusFirst() override;
 

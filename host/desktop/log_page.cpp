@@ -6,6 +6,8 @@
 #include <QVBoxLayout>
 
 #include "host/screens/persian_digits.h"
+#include "host/screens/search_change.h"
+#include "host/screens/smart_grid.h"
 #include "host/screens/theme.h"
 #include "host/services/host_parts.h"
 
@@ -85,6 +87,11 @@ void LogPage::makeGrid(QBoxLayout& layout) {
     add("WorkstationName", "ایستگاه کاری", 0);
     grid_->SetDataSource(&source_);
     layout.addWidget(grid_);
+    // Of these very screens' making.
+    auto& grid = dynamic_cast<SmartGrid&>(*grid_);
+    const QString title = QString::fromStdString(context_.host.permissions().partTitle(hpUserLog));
+    grid.setDescription([title] { return title; }, {});
+    grid.setNarrowing([this] { return narrowing_; });
 }
 
 void LogPage::fillParts() {
@@ -109,6 +116,7 @@ void LogPage::refresh() {
     query_.Close();
     query_.SQL = UserLog::listStatement({search_->Filter(), filter_->Filter()}, kMostEntries);
     query_.Open();
+    narrowing_ = narrowingLine({dynamic_cast<SearchFrameLink&>(*search_).narrowing(), filter_->narrowing()});
     count_->setText(persianDigits(QStringLiteral("%1 رویداد").arg(query_.RecordCount())));
 }
 

@@ -32,6 +32,7 @@ private:
     LogFilter* filter_ = nullptr;
     TSmartDBGrid_VRO* grid_ = nullptr;
     QLabel* count_ = nullptr;
+    QString narrowing_;  // of the rows that show
     bool partsKnown_ = false;
 };
 

@@ -18,12 +18,14 @@ namespace {
 struct Options {
     std::string database;
     std::string tour;
+    bool checkDisplay = false;
 };
 
 basalt::host::DesktopOptions desktopOptions(const Options& options) {
     using basalt::host::DatabaseUrl;
     basalt::host::DesktopOptions desktop;
-    desktop.userDataFolder = basalt::host::userDataFolder();
+    // Who has none starts with the usual options and keeps nothing.
+    desktop.userDataFolder = basalt::host::userDataFolderIfAny();
     desktop.programFolder = basalt::host::programFolder();
     desktop.createMissing = options.database.empty();
     desktop.database = options.database.empty() ? DatabaseUrl::defaultDatabase() : DatabaseUrl::parse(options.database);
@@ -32,13 +34,18 @@ basalt::host::DesktopOptions desktopOptions(const Options& options) {
 
 int run(int argc, char** argv, const Options& options) {
     if (!options.tour.empty()) {
+        // Who asked for windows on a database may have got a tour because there is no display.
+        if (!options.database.empty()) {
+            std::cerr << "basalt-desktop: the tour makes a database of its own; the one of --database is left alone\n";
+        }
         // Pictures do not need a display, and a display would let the user's own keys into the tour.
         basalt::host::useOffscreenDisplay();
-    } else if (!basalt::host::hasDisplay()) {
-        std::cerr << "basalt-desktop: there is no display; --tour FOLDER takes a tour without one\n";
-        return 1;
     }
-    const basalt::host::QuietDisplay quiet;
+    const std::string problem = basalt::host::displayProblem(basalt::host::platformPlugins());
+    const char* otherWay = options.tour.empty() ? "; --tour FOLDER takes a tour without one" : "";
+    if (!problem.empty()) throw std::runtime_error(problem + otherWay);
+    if (options.checkDisplay) return 0;
+    const basalt::host::QuietDisplay quiet("basalt-desktop");
     basalt::host::Application application(argc, argv);
     basalt::host::applyTheme(application);
     basalt::Module& module = basalt::host::loadModule();
@@ -57,6 +64,8 @@ int main(int argc, char** argv) {
         ->type_name("URL");
     app.add_option("--tour", options.tour, "take a tour on a new database, without a display, and leave pictures")
         ->type_name("FOLDER");
+    app.add_flag("--check-display", options.checkDisplay,
+                 "only look whether windows can be shown here, and tell by the status");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -20,6 +20,7 @@
 #include "host/desktop/shell_style.h"
 #include "host/desktop/subsystem_look.h"
 #include "host/price_editor/price_editor.h"
+#include "host/screens/elided_label.h"
 #include "host/screens/theme.h"
 #include "host/services/host_parts.h"
 
@@ -76,6 +77,7 @@ void MainShell::addPriceEditor() {
             FunctionCall call(state, {{"GoodCode", 0}});
             prices.run(call);
         });
+        screenClosed();
     };
     const QString name = QString::fromStdString(prices.name);
     // Ctrl+P prints the list of a page in front.
@@ -161,13 +163,14 @@ QWidget* MainShell::makeHeader() {
     auto* layout = new QHBoxLayout(header);
     layout->setContentsMargins(24, 12, 24, 12);
     layout->setSpacing(12);
-    company_ = new QLabel;
+    company_ = new ElidedLabel;
     company_->setTextFormat(Qt::PlainText);
     company_->setObjectName(QStringLiteral("Company_LBL"));
     company_->setProperty("kind", QStringLiteral("brand"));
     showCompany();
-    layout->addWidget(company_);
-    layout->addStretch();
+    // What stands beside it keeps its width: the name takes what is left.
+    company_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    layout->addWidget(company_, 1);
     auto* date = new QLabel(longDate(context_.host.clock().now()));
     date->setObjectName(QStringLiteral("Date_LBL"));
     date->setProperty("kind", QStringLiteral("hint"));
@@ -271,8 +274,12 @@ void MainShell::resume(ShellPage& page) {
 
 void MainShell::open(const EntryPoint& entry) {
     openEntry(context_, entry, this);
-    // What was done there shows in the page in front.
-    if (pages_->currentWidget() == home_) context_.handlers.guarded(this, [this] { home_->enter(); });
+    screenClosed();
+}
+
+// What was done there shows in the page in front.
+void MainShell::screenClosed() {
+    if (pages_->currentWidget() == home_) context_.handlers.guarded(this, [this] { home_->refresh(); });
 }
 
 void MainShell::signOut() {

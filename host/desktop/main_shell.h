@@ -66,6 +66,7 @@ private:
     // The work goes on where it was, not on the button that would have led away.
     static void resume(ShellPage& page);
     void open(const EntryPoint& entry);
+    void screenClosed();
     void bind(const QKeySequence& key, const std::function<void()>& action);
     void signOut();
 

@@ -106,10 +106,12 @@ void NavigationPanel::showCurrent() {
 }
 
 bool NavigationPanel::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::FocusIn) ensureWidgetVisible(qobject_cast<QWidget*>(watched));
+    // The area watches what it scrolls too: a key that a button left alone comes by once more from there.
+    const qsizetype at = buttons_.indexOf(qobject_cast<QAbstractButton*>(watched));
+    if (at < 0) return QScrollArea::eventFilter(watched, event);
+    if (event->type() == QEvent::FocusIn) ensureWidgetVisible(buttons_.at(at));
     if (event->type() != QEvent::KeyPress) return QScrollArea::eventFilter(watched, event);
     auto* key = static_cast<QKeyEvent*>(event);
-    const qsizetype at = buttons_.indexOf(static_cast<QAbstractButton*>(watched));
     switch (key->key()) {
         case Qt::Key_Down:
             buttons_.at(qMin(at + 1, buttons_.size() - 1))->setFocus(Qt::TabFocusReason);

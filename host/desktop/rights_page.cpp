@@ -6,7 +6,9 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "host/desktop/centred_box.h"
 #include "host/desktop/save_footer.h"
+#include "host/screens/disabled_reason.h"
 #include "host/screens/theme.h"
 #include "host/screens/unsaved_changes.h"
 #include "host/services/host_parts.h"
@@ -78,6 +80,7 @@ void RightsPage::makeRights(QBoxLayout& layout) {
     table_ = new QTableView;
     table_->setObjectName(QStringLiteral("Rights_GRD"));
     table_->setModel(&model_);
+    table_->setItemDelegate(new CentredBox(table_));
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
     table_->setAlternatingRowColors(true);
     table_->setShowGrid(false);
@@ -177,8 +180,7 @@ void RightsPage::show(RightsSheet sheet) {
     table_->verticalHeader()->setDefaultSectionSize(themePixels(kRowHeight));
     table_->setCurrentIndex(model_.index(row, column));
     state_->clear();
-    save_->setEnabled(false);
-    undo_->setEnabled(false);
+    setUnsaved(false);
 }
 
 bool RightsPage::save() {
@@ -201,9 +203,12 @@ bool RightsPage::save() {
 
 void RightsPage::edited() {
     state_->clear();
-    const bool unsaved = !model_.changes().empty();
-    save_->setEnabled(unsaved);
-    undo_->setEnabled(unsaved);
+    setUnsaved(!model_.changes().empty());
+}
+
+void RightsPage::setUnsaved(bool unsaved) {
+    enableUnless(*save_, unsaved ? QString() : nothingChangedReason());
+    enableUnless(*undo_, unsaved ? QString() : nothingChangedReason());
 }
 
 }  // namespace basalt::host

@@ -38,6 +38,7 @@ private:
     // False when nothing was written; the user has been told why.
     [[nodiscard]] bool save();
     void edited();
+    void setUnsaved(bool unsaved);
 
     DesktopContext context_;
     UserRights rights_;

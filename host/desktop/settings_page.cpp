@@ -7,16 +7,17 @@
 #include <QVBoxLayout>
 
 #include "host/desktop/save_footer.h"
+#include "host/screens/disabled_reason.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/persian_inputs.h"
 #include "host/screens/theme.h"
 #include "host/screens/unsaved_changes.h"
 #include "host/services/host_parts.h"
+#include "host/services/unit_list.h"
 
 namespace basalt::host {
 namespace {
 
-constexpr int kLongestWorkstationName = 50;
 constexpr int kSmallestFont = 8;
 constexpr int kLargestFont = 16;
 constexpr int kWidthForTwoPanels = 780;
@@ -35,6 +36,11 @@ QVBoxLayout* addPanel(QBoxLayout& layout, const QString& title) {
     return content;
 }
 
+QString ledgerNumberingTitle() {
+    const std::string_view title = SettingsStore::kLedgerNumberingTitle;
+    return QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size()));
+}
+
 // An input below its title.
 void addField(QBoxLayout& panel, const QString& title, QWidget* input) {
     auto* field = new QVBoxLayout;
@@ -46,6 +52,38 @@ void addField(QBoxLayout& panel, const QString& title, QWidget* input) {
     field->addWidget(label);
     field->addWidget(input);
     panel.addLayout(field);
+}
+
+// As wide as an input, and as high as its lines take there: a label whose height depends on its width would take it
+// from the inputs above, because a scrolled page knows nothing of that.
+class HintLabel final : public QLabel {
+public:
+    explicit HintLabel(const QString& text) : QLabel(text) {
+        setProperty("kind", QStringLiteral("hint"));
+        setWordWrap(true);
+        setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    }
+
+    [[nodiscard]] QSize sizeHint() const override {
+        const int width = themePixels(kSettingInputWidth);
+        return {width, heightForWidth(width)};
+    }
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+    // A panel that is wider makes it no lower: the height that it would have there is missing elsewhere.
+    [[nodiscard]] bool hasHeightForWidth() const override { return false; }
+};
+
+// What a setting does, where its title does not say enough.
+void addHint(QBoxLayout& panel, const QString& text, QWidget& input) {
+    auto* hint = new HintLabel(text);
+    input.setAccessibleDescription(text);
+    panel.addWidget(hint);
+}
+
+void addOperationHint(QBoxLayout& panel, QWidget& input) {
+    // clang-format off
+    addHint(panel, QStringLiteral("بارکد عملیات ۱ تا ۳ برچسب کالا نیستند: برنامهٔ ثبت سندها با اسکن آن‌ها کاری را اجرا می‌کند. از این رو هیچ جزء کالایی بارکدی برابر یکی از آن‌ها نمی‌گیرد. خالی یعنی هیچ."), input);
+    // clang-format on
 }
 
 }  // namespace
@@ -88,8 +126,25 @@ void SettingsPage::makeCompany(QBoxLayout& layout) {
             editor->OnEdited = [this] { edited(); };
             editors_.push_back(editor);
             panel->addWidget(editor);
+            if (field.name == "OperationBarcode3") addOperationHint(*panel, *editor);
         }
+        if (!flags) addLedgerNumbering(*panel);
     }
+}
+
+void SettingsPage::addLedgerNumbering(QBoxLayout& panel) {
+    ledgerNumbering_ = new QComboBox;
+    ledgerNumbering_->setObjectName(QStringLiteral("LedgerNumbering_CMB"));
+    ledgerNumbering_->addItem(QStringLiteral("در هر تاریخ از نو"), static_cast<int>(LedgerNumbering::EachDate));
+    ledgerNumbering_->addItem(QStringLiteral("پیوسته در همهٔ تاریخ‌ها"),
+                              static_cast<int>(LedgerNumbering::AllDates));
+    ledgerNumbering_->setFixedWidth(themePixels(kSettingInputWidth));
+    addField(panel, ledgerNumberingTitle(), ledgerNumbering_);
+    // The formatter would cut the sentence to pieces.
+    // clang-format off
+    addHint(panel, QStringLiteral("کنترل موجودی منفی، سندی را که ویرایش می‌شود با این شماره در کاردکس می‌شناسد. همان را برگزینید که برنامهٔ ثبت سندها به کار می‌برد."), *ledgerNumbering_);
+    // clang-format on
+    QObject::connect(ledgerNumbering_, &QComboBox::activated, this, [this] { edited(); });
 }
 
 void SettingsPage::makeWorkstation(QBoxLayout& layout) {
@@ -100,6 +155,7 @@ void SettingsPage::makeWorkstation(QBoxLayout& layout) {
     workstation_ = new QLineEdit;
     workstation_->setObjectName(QStringLiteral("WorkstationName_EDT"));
     workstation_->setMaxLength(kLongestWorkstationName);
+    readFromRight(*workstation_);
     workstation_->setFixedWidth(themePixels(280));
     addField(*panel, QStringLiteral("نام ایستگاه"), workstation_);
     workstationProblem_ = new QLabel(QStringLiteral("نام ایستگاه نباید خالی باشد."));
@@ -118,6 +174,7 @@ void SettingsPage::makeWorkstation(QBoxLayout& layout) {
     persianDigits_ = new QCheckBox(QStringLiteral("نمایش عددها با رقم‌های فارسی"));
     persianDigits_->setObjectName(QStringLiteral("PersianDigits_CHK"));
     panel->addWidget(persianDigits_);
+    addQueryTimeout(*panel);
 
     QObject::connect(workstation_, &QLineEdit::textEdited, this, [this] {
         workstationProblem_->setVisible(workstation_->text().trimmed().isEmpty());
@@ -125,6 +182,21 @@ void SettingsPage::makeWorkstation(QBoxLayout& layout) {
     });
     QObject::connect(fontSize_, &QSpinBox::valueChanged, this, [this] { edited(); });
     QObject::connect(persianDigits_, &QCheckBox::clicked, this, [this] { edited(); });
+}
+
+void SettingsPage::addQueryTimeout(QBoxLayout& panel) {
+    auto* timeout = new PersianSpinBox;
+    timeout->takeTooMuchAsMost();
+    queryTimeout_ = timeout;
+    queryTimeout_->setObjectName(QStringLiteral("QueryTimeout_EDT"));
+    queryTimeout_->setRange(0, kLongestQuerySeconds);
+    queryTimeout_->setFixedWidth(themePixels(120));
+    addField(panel, persianDigits(QStringLiteral("مهلت هر دستور روی سرور (ثانیه، ۰ تا %1)").arg(kLongestQuerySeconds)),
+             queryTimeout_);
+    // clang-format off
+    addHint(panel, QStringLiteral("دستوری که تا این زمان پاسخ نگیرد رها می‌شود؛ ۰ یعنی بی‌مهلت. تنها برای پایگاه داده‌ای است که روی سرور باشد، و از اجرای بعدی برنامه."), *queryTimeout_);
+    // clang-format on
+    QObject::connect(queryTimeout_, &QSpinBox::valueChanged, this, [this] { edited(); });
 }
 
 void SettingsPage::makeFooter(QBoxLayout& layout) {
@@ -160,12 +232,17 @@ bool SettingsPage::mayLeave() {
 void SettingsPage::load() {
     context_.host.settings().reload();
     const TSettingRecord& record = context_.host.settings().record();
-    for (SettingEditor* editor : editors_)
+    for (SettingEditor* editor : editors_) {
+        if (editor->field().name == "MetreMorabaUnit") editor->offer(unitList(context_.host.session()));
         editor->setValue(SettingsStore::text(record, editor->field()));
+    }
+    ledgerNumbering_->setCurrentIndex(
+        ledgerNumbering_->findData(static_cast<int>(context_.host.settings().ledgerNumbering())));
     const WorkstationOptions& options = context_.host.optionFile().options();
     workstation_->setText(QString::fromStdString(context_.host.workstationName()));
     workstationProblem_->hide();
     fontSize_->setValue(options.fontSize);
+    queryTimeout_->setValue(options.queryTimeoutSeconds);
     persianDigits_->setChecked(options.persianDigits);
     state_->clear();
     setUnsaved(false);
@@ -186,7 +263,13 @@ bool SettingsPage::save() {
         return false;
     }
     if (!saveCompany()) return false;
-    saveWorkstation();
+    try {
+        saveWorkstation();
+    } catch (...) {
+        // What the company has is stored, and shows elsewhere.
+        if (OnSaved) OnSaved();
+        throw;
+    }
     setUnsaved(false);
     state_->setText(QStringLiteral("تنظیمات ذخیره شد."));
     if (OnSaved) OnSaved();
@@ -199,12 +282,16 @@ bool SettingsPage::saveCompany() {
         SettingsStore::assign(record, editor->field().name, editor->value());
     const auto log = [this](const std::vector<std::string>& names) {
         std::string titles;
-        for (const std::string& name : names)
-            titles += (titles.empty() ? "" : "، ") + settingTitle(*SettingsStore::findField(name)).toStdString();
+        for (const std::string& name : names) {
+            const SettingField* field = SettingsStore::findField(name);
+            titles +=
+                (titles.empty() ? "" : "، ") + (field ? settingTitle(*field) : ledgerNumberingTitle()).toStdString();
+        }
         context_.host.SetUserEvent(hpSettings, prEdit, titles, true, true);
     };
     try {
-        context_.host.settings().store(record, log);
+        const auto numbering = static_cast<LedgerNumbering>(ledgerNumbering_->currentData().toInt());
+        context_.host.settings().store(record, numbering, log);
         return true;
     } catch (const DatabaseError& error) {
         if (error.category() != ErrorCategory::Conflict) throw;
@@ -215,11 +302,13 @@ bool SettingsPage::saveCompany() {
 }
 
 void SettingsPage::saveWorkstation() {
-    WorkstationOptions& options = context_.host.optionFile().options();
-    options.fontSize = fontSize_->value();
-    options.persianDigits = persianDigits_->isChecked();
-    // Writes the option file, with the other options too.
-    context_.host.renameWorkstation(workstation_->text().trimmed().toStdString());
+    context_.host.changeWorkstation([this](WorkstationOptions& options) {
+        options.workstationName = workstation_->text().trimmed().toStdString();
+        options.fontSize = fontSize_->value();
+        options.queryTimeoutSeconds = queryTimeout_->value();
+        options.persianDigits = persianDigits_->isChecked();
+    });
+    const WorkstationOptions& options = context_.host.optionFile().options();
     setThemeFontSize(options.fontSize);
     showPersianDigits(options.persianDigits);
 }
@@ -231,8 +320,8 @@ void SettingsPage::edited() {
 
 void SettingsPage::setUnsaved(bool unsaved) {
     unsaved_ = unsaved;
-    save_->setEnabled(unsaved);
-    undo_->setEnabled(unsaved);
+    enableUnless(*save_, unsaved ? QString() : nothingChangedReason());
+    enableUnless(*undo_, unsaved ? QString() : nothingChangedReason());
 }
 
 }  // namespace basalt::host

@@ -3,6 +3,7 @@
 
 #include <QBoxLayout>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -34,7 +35,9 @@ protected:
 
 private:
     void makeCompany(QBoxLayout& layout);
+    void addLedgerNumbering(QBoxLayout& panel);
     void makeWorkstation(QBoxLayout& layout);
+    void addQueryTimeout(QBoxLayout& panel);
     void makeFooter(QBoxLayout& layout);
     void load();
     // False when the user may not, or when something does not fit; the first such input has the focus then.
@@ -47,12 +50,14 @@ private:
 
     DesktopContext context_;
     std::vector<SettingEditor*> editors_;
+    QComboBox* ledgerNumbering_ = nullptr;
     QLineEdit* workstation_ = nullptr;
     QLabel* workstationProblem_ = nullptr;
     QCheckBox* persianDigits_ = nullptr;
     QScrollArea* scroll_ = nullptr;
     QBoxLayout* panels_ = nullptr;
     QSpinBox* fontSize_ = nullptr;
+    QSpinBox* queryTimeout_ = nullptr;
     QLabel* state_ = nullptr;
     QPushButton* save_ = nullptr;
     QPushButton* undo_ = nullptr;

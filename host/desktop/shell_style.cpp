@@ -52,6 +52,7 @@ QLabel[kind="code"], QPlainTextEdit[kind="code"], QTableWidget[kind="code"] { fo
 }
 QTableView[fixed="true"]::indicator:checked { background: @disabled@; border-color: @disabled@; }
 QTableView[fixed="true"]::indicator:unchecked { background: @raised@; border-color: @border@; }
+#Result_TAB QTabBar::tab { padding: 7px 10px; }
 QLineEdit[wrong="true"] { border: 1px solid @danger@; background: @dangerSoft@; }
 QLabel[kind="success"] { color: @success@; font-weight: 500; }
 )";

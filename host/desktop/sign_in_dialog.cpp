@@ -3,6 +3,7 @@
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "host/desktop/line_icon.h"
 #include "host/screens/theme.h"
@@ -52,6 +53,13 @@ SignInDialog::SignInDialog(ReferenceHost& host, const QString& notice, QWidget* 
     fillUsers();
     showUser();
     password_->setFocus();
+    if (user_->count() > 0) return;
+    password_->setEnabled(false);
+    signIn_->setEnabled(false);
+    // The formatter would cut the sentence to pieces.
+    // clang-format off
+    showError(QStringLiteral("در این پایگاه داده هیچ کاربری اجازهٔ ورود ندارد. از مدیر سیستم بخواهید کاربری را فعال کند."));
+    // clang-format on
 }
 
 void SignInDialog::buildHeader(QBoxLayout& layout) {
@@ -89,6 +97,12 @@ void SignInDialog::buildInputs(QBoxLayout& layout, const QString& notice) {
     repeatTitle_ = addLabel(*inputs, QStringLiteral("تکرار گذرواژه"), "field");
     repeat_ = addPassword(*inputs, "Repeat_EDT", *repeatTitle_);
 
+    keyboard_ = addLabel(
+        *inputs,
+        QStringLiteral("صفحه‌کلید فارسی است؛ شاید گذرواژه به لاتین باشد."),
+        "hint");
+    keyboard_->setObjectName(QStringLiteral("Keyboard_LBL"));
+    keyboard_->hide();
     error_ = addLabel(*inputs, {}, "error");
     error_->setObjectName(QStringLiteral("Error_LBL"));
     hint_ = addLabel(*inputs, {}, "hint");
@@ -108,8 +122,10 @@ void SignInDialog::buildInputs(QBoxLayout& layout, const QString& notice) {
 
     QObject::connect(signIn_, &QPushButton::clicked, this, [this] { signIn(); });
     QObject::connect(exit, &QPushButton::clicked, this, &QDialog::reject);
-    QObject::connect(password_, &QLineEdit::textEdited, this, [this] { showError({}); });
-    QObject::connect(repeat_, &QLineEdit::textEdited, this, [this] { showError({}); });
+    for (const QLineEdit* input : {password_, repeat_}) {
+        QObject::connect(input, &QLineEdit::textEdited, this, [this] { showError({}); });
+        QObject::connect(input, &QLineEdit::textChanged, this, [this] { showKeyboard(); });
+    }
     QObject::connect(user_, &QComboBox::currentIndexChanged, this, [this] { showUser(); });
 }
 
@@ -133,12 +149,13 @@ void SignInDialog::showUser() {
     repeatTitle_->setVisible(isFirstTime());
     repeat_->setVisible(isFirstTime());
     repeat_->clear();
+    keyboard_->hide();
     showHint();
     showError({});
 }
 
 void SignInDialog::showHint() {
-    hint_->setVisible(demo_ || isFirstTime());
+    hint_->setVisible(user_->count() > 0 && (demo_ || isFirstTime()));
     if (isFirstTime()) {
         hint_->setText(QStringLiteral(
             "این کاربر هنوز گذرواژه‌ای ندارد. آنچه اکنون می‌نویسید گذرواژهٔ او می‌شود."));
@@ -147,6 +164,17 @@ void SignInDialog::showHint() {
     // The demo users' passwords are their user names.
     hint_->setText(QStringLiteral("دادهٔ این پایگاه نمایشی است؛ گذرواژهٔ این کاربر «%1» است.")
                        .arg(user_->currentData(kUserNameRole).toString()));
+}
+
+// Only dots are seen of what is typed.
+void SignInDialog::showKeyboard() {
+    const QString typed = password_->text() + repeat_->text();
+    // Emptied because it was wrong: that is when the reason is wanted.
+    if (typed.isEmpty()) return;
+    const bool persian =
+        std::any_of(typed.begin(), typed.end(), [](QChar letter) { return letter.script() == QChar::Script_Arabic; });
+    keyboard_->setVisible(persian);
+    fitHeight();
 }
 
 void SignInDialog::showError(const QString& text) {
@@ -163,9 +191,8 @@ void SignInDialog::fitHeight() {
 }
 
 void SignInDialog::rememberUser(const std::string& name) {
-    host_.optionFile().options().lastUserName = name;
     try {
-        host_.optionFile().save();
+        host_.optionFile().change([&name](WorkstationOptions& options) { options.lastUserName = name; });
     } catch (const std::exception&) {
         // Only a convenience for the next time: nobody is kept out because it cannot be written.
     }
@@ -196,7 +223,10 @@ void SignInDialog::signIn() {
             problem = QStringLiteral("گذرواژه درست نیست. دوباره وارد کنید.");
         }
     } catch (const std::exception& error) {
-        problem = QString::fromStdString(host_.catalogue().errorText(error));
+        // The password may well be right, and is not to be typed again.
+        password_->setFocus();
+        showError(QString::fromStdString(host_.catalogue().errorText(error)));
+        return;
     }
     password_->clear();
     repeat_->clear();

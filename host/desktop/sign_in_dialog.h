@@ -4,7 +4,7 @@
 //   if (dialog.exec() == QDialog::Accepted) ...   // host.signedIn()
 //
 // A user who has no password yet chooses one here. Enter signs in, Escape leaves. A wrong password and a failing
-// database are told inside the dialog.
+// database are told inside the dialog; what was typed stays when the password was not what failed.
 #pragma once
 
 #include <QBoxLayout>
@@ -31,6 +31,7 @@ private:
     // What there is to be said and asked of the chosen user.
     void showUser();
     void showHint();
+    void showKeyboard();
     void showError(const QString& text);
     void fitHeight();
     void rememberUser(const std::string& name);
@@ -45,6 +46,7 @@ private:
     QLineEdit* password_ = nullptr;
     QLabel* repeatTitle_ = nullptr;
     QLineEdit* repeat_ = nullptr;
+    QLabel* keyboard_ = nullptr;
     QLabel* error_ = nullptr;
     QLabel* hint_ = nullptr;
     QPushButton* signIn_ = nullptr;

@@ -25,6 +25,12 @@ QLabel* addPart(QHBoxLayout& layout, LineIcon icon, const char* objectName, cons
     return label;
 }
 
+// What it is stands in the tool tip, and the name whole, which may be cut in the line.
+void showName(QLabel& label, const QString& title, const std::string& name) {
+    label.setText(QString::fromStdString(name));
+    label.setToolTip(plainToolTip(title + QStringLiteral(": ") + label.text()));
+}
+
 QString engineTitle(const std::string& engine) {
     if (engine == "embedded") return QStringLiteral("موتور داخلی");
     if (engine == "odbc") return QStringLiteral("SQL Server");
@@ -38,24 +44,26 @@ StatusLine::StatusLine(ReferenceHost& host, QWidget* parent) : QFrame(parent), h
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(20, 6, 20, 6);
     layout->setSpacing(6);
-    user_ = addPart(*layout, LineIcon::User, "StatusUser_LBL", QStringLiteral("کاربر"));
+    // Names give way too, before the window has to.
+    user_ = addPart(*layout, LineIcon::User, "StatusUser_LBL", QStringLiteral("کاربر"), new ElidedLabel);
     // A path that is longer than the room for it is shortened in its middle.
     auto* database = new ElidedLabel;
     database->setElideMode(Qt::ElideMiddle);
     database_ = addPart(*layout, LineIcon::Database, "StatusDatabase_LBL", QStringLiteral("پایگاه داده"), database);
     engine_ = addPart(*layout, LineIcon::Settings, "StatusEngine_LBL", QStringLiteral("موتور پایگاه داده"));
     layout->addStretch();
-    workstation_ = addPart(*layout, LineIcon::Workstation, "StatusWorkstation_LBL", QStringLiteral("ایستگاه کاری"));
+    workstation_ = addPart(*layout, LineIcon::Workstation, "StatusWorkstation_LBL", QStringLiteral("ایستگاه کاری"),
+                           new ElidedLabel);
     refresh();
 }
 
 void StatusLine::refresh() {
-    user_->setText(QString::fromStdString(host_.UserInfo().FullName));
+    showName(*user_, QStringLiteral("کاربر"), host_.UserInfo().FullName);
     const std::string location = host_.session().location();
     database_->setText(QString::fromStdString(readFromLeft(location)));
     database_->setToolTip(plainToolTip(QString::fromStdString(location)));
     engine_->setText(engineTitle(host_.session().engine()));
-    workstation_->setText(QString::fromStdString(host_.workstationName()));
+    showName(*workstation_, QStringLiteral("ایستگاه کاری"), host_.workstationName());
 }
 
 }  // namespace basalt::host

@@ -10,7 +10,6 @@
 #include "engines/odbc/odbc_session.h"
 #include "host/services/deploy.h"
 #include "host/services/draft_file.h"
-#include "host/services/ini_options.h"
 #include "host/services/path_text.h"
 #include "host/services/platform/user_folders.h"
 #include "host/transfer/server_schema.h"
@@ -32,8 +31,7 @@ void refuseRemains(const fs::path& path) {
         std::error_code failure;
         const bool found = fs::exists(remains += suffix, failure);
         if (failure == std::errc::filename_too_long)
-            throw DatabaseError(ErrorCategory::Connection, "08001", 0,
-                                textFromPath(path) + " is too long a name for a database");
+            throw NoPlaceForDatabase(textFromPath(path) + " is too long a name for a database", failure);
         if (!found) continue;
         throw DatabaseRemains("the remains of a database that is gone are at " + textFromPath(remains) +
                               "; what was written into it last may be in them. Move them away, or remove them, first");
@@ -46,11 +44,12 @@ void requireFolder(const fs::path& file) {
     const fs::path folder = file.parent_path();
     std::error_code failure;
     if (folder.empty() || fs::is_directory(folder, failure)) return;
-    const auto fail = [&](const std::string& what) {
-        throw DatabaseError(ErrorCategory::Connection, "08001", 0, "the folder " + textFromPath(folder) + what);
+    const auto fail = [&](const std::string& what, const std::error_code& reason) {
+        throw NoPlaceForDatabase("the folder " + textFromPath(folder) + what, reason);
     };
-    if (folder != userDataFolder()) fail(" does not exist; make it first");
-    if (!fs::create_directories(folder, failure) && failure) fail(" cannot be made: " + failure.message());
+    if (folder != userDataFolderIfAny())
+        fail(" does not exist; make it first", std::make_error_code(std::errc::no_such_file_or_directory));
+    if (!fs::create_directories(folder, failure) && failure) fail(" cannot be made: " + failure.message(), failure);
 }
 
 std::unique_ptr<embedded::EmbeddedSession> openEmbedded(const std::string& path, bool create) {
@@ -95,13 +94,12 @@ void requireParts(const odbc::ConnectionString& text) {
         fail("names no Server");
 }
 
-std::unique_ptr<Session> openServer(const DatabaseUrl& url) {
+std::unique_ptr<Session> openServer(const DatabaseUrl& url, OpenOptions options) {
     requireParts(odbc::ConnectionString(url.target));
-    const IniOptionsFile workstation(userDataFolder());
-    return odbc::OdbcSession::open(url.target, {.queryTimeoutSeconds = workstation.options().queryTimeoutSeconds});
+    return odbc::OdbcSession::open(url.target, {.queryTimeoutSeconds = options.queryTimeoutSeconds});
 }
 
-// A database file that its maker closes when it is done. No place for it is a failure to connect, as with any other.
+// A database file that its maker closes when it is done.
 template <typename Maker>
 void makeWhole(const fs::path& place, const Maker& make) {
     try {
@@ -109,14 +107,14 @@ void makeWhole(const fs::path& place, const Maker& make) {
         make(textFromPath(draft.path()));
         draft.takePlace();
     } catch (const DraftError& error) {
-        throw DatabaseError(ErrorCategory::Connection, "08001", 0, error.what());
+        throw NoPlaceForDatabase(error.what(), error.reason());
     }
 }
 
 }  // namespace
 
-std::unique_ptr<Session> openDatabase(const DatabaseUrl& url) {
-    if (url.engine == EngineKind::Odbc) return openServer(url);
+std::unique_ptr<Session> openDatabase(const DatabaseUrl& url, OpenOptions options) {
+    if (url.engine == EngineKind::Odbc) return openServer(url, options);
     if (url.inMemory()) {
         std::unique_ptr<Session> session = openEmbedded(memory, true);
         deployDatabase(*session, {.demo = true});
@@ -125,8 +123,8 @@ std::unique_ptr<Session> openDatabase(const DatabaseUrl& url) {
     return openFile(url);
 }
 
-std::unique_ptr<Session> openOrCreateDatabase(const DatabaseUrl& url) {
-    if (url.engine == EngineKind::Odbc) return openServer(url);
+std::unique_ptr<Session> openOrCreateDatabase(const DatabaseUrl& url, OpenOptions options) {
+    if (url.engine == EngineKind::Odbc) return openServer(url, options);
     return openEmbedded(url.target, true);
 }
 

@@ -54,12 +54,22 @@ void CodeLock::release() noexcept {
 }
 
 void CodeLocks::release(Row row) noexcept {
-    unreleased_.push_back(std::move(row));
     try {
+        unreleased_.push_back(std::move(row));
         releaseRest();
     } catch (const std::exception&) {
         // It is among those of the next time.
     }
+    if (!unreleased_.empty() && unreleasedTold_) unreleasedTold_();
+}
+
+bool CodeLocks::retryReleases() noexcept {
+    try {
+        if (!session_.inTransaction()) releaseRest();
+    } catch (const std::exception&) {
+        // Neither now.
+    }
+    return unreleased_.empty();
 }
 
 void CodeLocks::releaseRest() {

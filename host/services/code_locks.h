@@ -22,7 +22,8 @@ class CodeLocks;
 
 // A held code; not to outlive the CodeLocks that gave it. Moving hands it on; destroying it releases the code. A row
 // that cannot be removed now (another program is writing, or the disk is full) is nobody's worry: what was done under
-// the lock is done. It goes with the next use of CodeLocks, when this client ends, or at the workstation's next start.
+// the lock is done. It goes with the next use of CodeLocks, with retryReleases (which screens call after a while), when
+// this client ends, or at the workstation's next start.
 class CodeLock {
 public:
     CodeLock() = default;
@@ -83,6 +84,11 @@ public:
     // The other owners that hold the code.
     [[nodiscard]] std::vector<CodeLockHolder> others(const std::string& code, TSoftwarePart part);
 
+    // Is told whenever a row could not be removed, which others then take for a record that is open.
+    void onUnreleased(std::function<void()> told) { unreleasedTold_ = std::move(told); }
+    // Tries once more. Not within a transaction, whose end could undo it. True when no such row is left.
+    [[nodiscard]] bool retryReleases() noexcept;
+
 private:
     friend class CodeLock;
     struct Row {
@@ -99,6 +105,7 @@ private:
 
     Session& session_;
     std::function<CodeLockOwner()> describe_;
+    std::function<void()> unreleasedTold_;
     std::vector<Row> unreleased_;  // what another program's writing has held up
 };
 

@@ -1,5 +1,7 @@
 #include "host/services/deploy.h"
 
+#include <regex>
+
 #include "database/scripts.h"
 #include "host/services/script_batches.h"
 #include "host/services/sql_access.h"
@@ -43,6 +45,27 @@ SchemaState schemaState(Session& session) {
     }
     if (version == 0) return SchemaState::Missing;
     return version < kSchemaVersion ? SchemaState::Older : SchemaState::Current;
+}
+
+MissingObjects missingObjects(Session& session) {
+    static const std::regex creation(R"(CREATE (?:TABLE|VIEW|FUNCTION|PROCEDURE) dbo\.(\w+|\[[^\]]+\]))");
+    std::vector<std::string> names;
+    std::string statement;
+    for (const database::SqlScript& script : database::scripts()) {
+        if (script.demo) continue;
+        const std::string text(script.text);
+        for (std::sregex_iterator match(text.begin(), text.end(), creation), end; match != end; ++match) {
+            names.push_back((*match)[1]);
+            statement += (statement.empty() ? "SELECT OBJECT_ID(N'dbo." : ", OBJECT_ID(N'dbo.") + names.back() + "')";
+        }
+    }
+    const RowSet found = rowsOf(session, statement);
+    MissingObjects missing;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (found.column(i).isNull(0)) missing.names.push_back(names[i]);
+    }
+    missing.all = missing.names.size() == names.size();
+    return missing;
 }
 
 bool holdsDemoData(Session& session) {

@@ -19,13 +19,20 @@ struct DeployOptions {
 };
 
 enum class SchemaState {
-    Missing,  // no tables of ours
+    Missing,  // no tables of ours, or none that tells a version (missingObjects)
     Older,    // deploying brings it up to date
     Current,
 };
 
 // DatabaseError (Version) when the database was made by a newer program.
 [[nodiscard]] SchemaState schemaState(Session& session);
+struct MissingObjects {
+    std::vector<std::string> names;  // of tables, views, functions and procedures, in the order of the scripts
+    bool all = false;                // the database has none of them
+};
+
+// What deploying makes and the database does not have.
+[[nodiscard]] MissingObjects missingObjects(Session& session);
 // True when the database holds the demo data.
 [[nodiscard]] bool holdsDemoData(Session& session);
 

@@ -6,7 +6,7 @@
 //   draft.replace();
 //
 // Whatever goes wrong before leaves nothing behind and touches no other file. A program that dies over it leaves a
-// hidden folder, .basalt-draft- and a number, which nobody needs.
+// hidden folder, .basalt-draft- and a number, which the next draft in the same place sweeps away.
 //
 // A place that is a symbolic link stays one: the file that it leads to is meant. A file that gives way hands on its
 // permissions; its owner becomes who wrote the new one, and other names (hard links) that it has keep the old contents.
@@ -18,6 +18,7 @@
 #include <system_error>
 
 #include "ado/error.h"
+#include "host/services/platform/file_hold.h"
 
 namespace basalt::host {
 
@@ -61,9 +62,12 @@ public:
     void replace() const;
 
 private:
+    void makeFolder();
+
     std::filesystem::path place_;   // as asked for, in messages
     std::filesystem::path target_;  // where links from there lead
     std::filesystem::path folder_;
+    platform::FileHold hold_;  // of a file in the folder, by which others see that it is in use
     std::filesystem::path path_;
 };
 

@@ -112,7 +112,10 @@ std::string MessageCatalogue::errorText(ErrorCategory category) const {
 }
 
 std::string MessageCatalogue::errorText(const std::exception& error) const {
-    if (const auto* database = dynamic_cast<const DatabaseError*>(&error)) return errorText(database->category());
+    if (const auto* database = dynamic_cast<const DatabaseError*>(&error)) {
+        const std::string_view numbered = numberedErrorSentence(database->nativeCode());
+        return numbered.empty() ? errorText(database->category()) : std::string(numbered);
+    }
     if (dynamic_cast<const OutputError*>(&error)) return error.what();
     if (dynamic_cast<const std::bad_alloc*>(&error)) {
         // The formatter would cut the sentence to pieces.
@@ -127,7 +130,7 @@ MessageRequest MessageCatalogue::errorRequest(const std::exception& error, const
     // What could not be written is nobody's fault, and its text is meant for the user as it is.
     if (dynamic_cast<const OutputError*>(&error) != nullptr) {
         MessageRequest request;
-        request.operation = "OutputError";
+        request.operation = dynamic_cast<const OptionsError*>(&error) != nullptr ? "OptionsError" : "OutputError";
         request.kind = MessageKind::Error;
         request.arguments = {error.what()};
         return request;

@@ -1,9 +1,6 @@
 #include "host/services/message_texts.h"
 
 #include <array>
-#include <cerrno>
-
-#include "host/services/isolated_text.h"
 
 namespace basalt::host {
 
@@ -16,7 +13,7 @@ constexpr std::array kOperations = {
     MessageText{"MsgRepeatedField", 0, "اطلاعات تکراری", "%2 دیگری با همین %1 ثبت شده است. لطفاً %1 دیگری وارد کنید.", {}},
     MessageText{"MsgDeleteRow", 0, "حذف", "آیا از حذف این سطر مطمئن هستید؟", {}},
     MessageText{"MsgDeleteItem", 0, "حذف", "آیا از حذف این %1 مطمئن هستید؟", {}},
-    MessageText{"MSGInUse", 0, "در حال استفاده", "این %1 در ایستگاه دیگری باز است و اکنون نمی‌توان آن را حذف کرد. پس از بسته شدن آن دوباره تلاش کنید.", {}},
+    MessageText{"MSGInUse", 0, "در حال استفاده", "این %1 در جای دیگری باز است و اکنون نمی‌توان آن را حذف کرد. پس از بسته شدن آن دوباره تلاش کنید.", {}},
     MessageText{"MsgHasSubRecords", 0, "حذف ممکن نیست", "این %1 در بخش‌های دیگر برنامه به کار رفته است و حذف نشد. ابتدا موارد وابسته به آن را حذف کنید.", {}},
     MessageText{"DeleteDefault", 0, "مورد پیش‌فرض", "این %1 از موارد پیش‌فرض برنامه است و %2 آن ممکن نیست.", {}},
     MessageText{"NotEditable", 0, "ویرایش ممکن نیست", "«%1» قابل ویرایش نیست.", {}},
@@ -28,23 +25,29 @@ constexpr std::array kOperations = {
     MessageText{"MsgNotANumber", 0, "ورود اطلاعات", "«%2» برای «%1» عدد نیست. یک عدد وارد کنید.", {}},
     MessageText{"MsgOutOfRange", 0, "ورود اطلاعات", "«%1» باید از %2 تا %3 باشد.", {}},
     MessageText{"MsgTooManyDigits", 0, "ورود اطلاعات", "«%2» برای «%1» بیش از آن رقم دارد که بی‌کم‌وکاست ذخیره شود. آن را با رقم‌های کمتری وارد کنید.", {}},
+    MessageText{"MsgPercentOutOfRange", 0, "ورود اطلاعات", "«%1» درصدی از قیمت است و باید از %2٪ تا %3٪ باشد. مبلغ تخفیف را به درصد بنویسید.", {}},
+    MessageText{"MsgFractionOfAmount", 0, "ورود اطلاعات", "«%2» برای «%1» پذیرفته نشد، چون مبلغ‌ها اعشار ندارند. اگر میان هزارگان ممیز گذاشته‌اید، آن را بردارید؛ اگر مبلغ اعشار دارد، نخست «تعداد رقم اعشار مبالغ» را در تنظیمات بیشتر کنید.", {}},
+    MessageText{"MsgTooManyDecimals", 0, "ورود اطلاعات", "«%2» برای «%1» پذیرفته نشد، چون مبلغ‌ها بیش از %3 رقم اعشار ندارند. آن را گرد کنید، یا نخست «تعداد رقم اعشار مبالغ» را در تنظیمات بیشتر کنید.", {}},
     MessageText{"MsgTooLong", 0, "ورود اطلاعات", "%1", {}},
     MessageText{"MsgNoSuchGood", 0, "کالا یافت نشد", "کالایی با کد %1 تعریف نشده است.", {}},
     MessageText{"MsgRecordGone", 0, "رکورد یافت نشد", "رکوردی با این کد در این بخش یافت نشد؛ شاید حذف شده یا از نوع دیگری است. فهرست را به‌روز کنید.", {}},
+    MessageText{"MsgGoodGone", 0, "کالا یافت نشد", "کالای «%1» در این میان حذف شده است و چیزی ذخیره نشد. این پنجره را بدون ذخیره ببندید.", {}},
+    MessageText{"MsgPriceChanged", 0, "تغییر هم‌زمان", "%1 را در این میان کاربر دیگری تغییر داده است و چیزی ذخیره نشد. آیا آنچه اکنون ذخیره شده است به جای نوشتهٔ شما نشان داده شود؟ دیگر تغییرهای شما می‌مانند.", {}},
     MessageText{"MsgUserGone", 0, "کاربر یافت نشد", "این کاربر در این میان حذف شده است و چیزی ذخیره نشد.", {}},
     MessageText{"MsgRecordChanged", 0, "تغییر هم‌زمان", "این رکورد را در این میان کس دیگری تغییر داده است و چیزی ذخیره نشد. اکنون همان که ذخیره شده است نشان داده می‌شود؛ اگر لازم است دوباره تغییرش دهید.", {}},
-    MessageText{"MsgOpenElsewhere", 0, "باز در ایستگاه دیگر", "این رکورد را %1 در «%2» هم باز کرده است.", "این رکورد در جای دیگری هم باز است."},
-    MessageText{"MsgOpenAtWorkstation", 0, "باز در ایستگاه دیگر", "این رکورد در ایستگاه «%1» هم باز است.", {}},
-    MessageText{"MsgOpenByUser", 0, "باز در ایستگاه دیگر", "این رکورد را %1 هم باز کرده است.", {}},
+    MessageText{"MsgOpenElsewhere", 0, "باز در جای دیگر", "این رکورد را %1 در «%2» هم باز کرده است.", "این رکورد در جای دیگری هم باز است."},
+    MessageText{"MsgOpenAtWorkstation", 0, "باز در جای دیگر", "این رکورد در ایستگاه «%1» هم باز است.", {}},
+    MessageText{"MsgOpenByUser", 0, "باز در جای دیگر", "این رکورد را %1 هم باز کرده است.", {}},
     MessageText{"MsgTakePersonsPrices", 0, "قیمت‌های شخص", "قیمت‌های این شخص با قیمت سطرهایی که پیش از این خوانده‌اید فرق دارد. آیا قیمت آن‌ها از نو گرفته شود؟", {}},
     MessageText{"MsgProgramMissing", 0, "برنامه پیدا نشد", "برنامهٔ «%1» در هیچ‌یک از این پوشه‌ها نیست:\n%2\nآن را در یکی از آن‌ها نصب کنید و دوباره تلاش کنید.", {}},
-    MessageText{"MsgProgramFailed", 0, "برنامه اجرا نشد", "برنامهٔ «%1» اجرا نشد. پاسخ سیستم:\n%2", {}},
+    MessageText{"MsgProgramFailed", 0, "برنامه اجرا نشد", "برنامهٔ «%1» اجرا نشد. %2", {}},
     MessageText{"HavePermission", 0, "دسترسی ندارید", "شما اجازهٔ «%2» در بخش «%1» را ندارید. برای گرفتن این دسترسی به مدیر سیستم مراجعه کنید.", {}},
     MessageText{"ShowFlashMessage", 0, "توجه", "%1", {}},
     MessageText{"ShowMessage", 0, "پیام", "%1", {}},
     MessageText{"DatabaseError", 0, "خطای پایگاه داده", "%1", {}},
     MessageText{"ProgramError", 0, "خطای برنامه", "%1", {}},
     MessageText{"OutputError", 0, "چاپ و خروجی", "%1", {}},
+    MessageText{"OptionsError", 0, "تنظیمات ایستگاه", "%1", {}},
 };
 
 constexpr std::array kNumbers = {
@@ -59,35 +62,6 @@ constexpr std::array kNumbers = {
     MessageText{{}, 20149, "دستهٔ پیش‌فرض", "این شاخه برای یک یا چند کاربر فعال شده است. آیا با این حال حذف شود؟", {}},
     MessageText{{}, 30055, "موجودی کافی نیست", "سند ثبت نشد، چون موجودی کافی نیست:\n%1", "موجودی برخی کالاهای این سند کافی نیست و سند ثبت نشد."},
 };
-
-struct FileErrorText {
-    std::errc reason;
-    std::string_view text;
-};
-
-constexpr std::array kFileErrors = {
-    FileErrorText{std::errc::no_space_on_device, "روی دیسک جای خالی نمانده است."},
-    FileErrorText{std::errc::permission_denied, "اجازهٔ نوشتن در این جا را ندارید."},
-    FileErrorText{std::errc::operation_not_permitted, "سیستم نوشتن روی آنچه در این جا هست را نمی‌پذیرد."},
-    FileErrorText{std::errc::read_only_file_system, "این دیسک فقط‌خواندنی است."},
-    FileErrorText{std::errc::filename_too_long, "نام پرونده بلندتر از آن است که دیسک می‌پذیرد."},
-    FileErrorText{std::errc::no_such_file_or_directory, "پوشهٔ آن پیدا نشد."},
-    FileErrorText{std::errc::not_a_directory, "پوشهٔ آن پیدا نشد."},
-    FileErrorText{std::errc::is_a_directory, "پوشه‌ای با همین نام هست."},
-    FileErrorText{std::errc::file_too_large, "پرونده بزرگ‌تر از آن است که دیسک می‌پذیرد."},
-    FileErrorText{std::errc::too_many_symbolic_link_levels, "پیوندهای این نام به پرونده‌ای نمی‌رسند."},
-    FileErrorText{std::errc::device_or_resource_busy, "برنامهٔ دیگری آن را در دست دارد."},
-    FileErrorText{std::errc::io_error, "دیسک هنگام خواندن یا نوشتن خطا داد."},
-};
-
-// The standard names no such condition, and not every system knows it.
-bool isQuotaExceeded(const std::error_code& reason) {
-#ifdef EDQUOT
-    return reason == std::error_condition(EDQUOT, std::generic_category());
-#else
-    return false;
-#endif
-}
 
 }  // namespace
 
@@ -120,11 +94,11 @@ std::string_view errorSentence(ErrorCategory category) {
         case ErrorCategory::Busy:
             return "پایگاه داده در دست کاربر دیگری است. چند لحظه صبر کنید و دوباره تلاش کنید.";
         case ErrorCategory::Conflict:
-            return "این رکورد را کاربر دیگری در همین فاصله تغییر داده یا حذف کرده است و تغییر شما ذخیره نشد. فهرست را به‌روز کنید و دوباره ویرایش کنید.";
+            return "این رکورد را کاربر دیگری در همین فاصله تغییر داده یا حذف کرده است و تغییر شما ذخیره نشد. فهرست را به‌روز کنید، یا این پنجره را ببندید و دوباره باز کنید، و از نو ویرایش کنید.";
         case ErrorCategory::Connection:
             return "ارتباط با پایگاه داده برقرار نیست. شبکه و سرور را بررسی کنید و برنامه را دوباره باز کنید.";
         case ErrorCategory::Corrupt:
-            return "پروندهٔ پایگاه داده خراب است یا پایگاه داده نیست. نسخهٔ پشتیبان را برگردانید یا پروندهٔ دیگری انتخاب کنید.";
+            return "پروندهٔ پایگاه داده خراب است یا پایگاه داده نیست. نسخهٔ پشتیبان را با دستور basalt db restore برگردانید یا پروندهٔ دیگری انتخاب کنید.";
         case ErrorCategory::DiskFull:
             return "فضای خالی دیسک تمام شده و چیزی ذخیره نشد. فضا آزاد کنید و دوباره تلاش کنید.";
         case ErrorCategory::Version:
@@ -137,12 +111,11 @@ std::string_view errorSentence(ErrorCategory category) {
     return "پایگاه داده درخواست را انجام نداد و چیزی ذخیره نشد. دوباره تلاش کنید و اگر تکرار شد جزئیات را به پشتیبانی بدهید.";
 }
 
-std::string fileErrorSentence(const std::error_code& reason) {
-    if (isQuotaExceeded(reason)) return "سهم شما از دیسک پر شده است.";
-    for (const FileErrorText& known : kFileErrors) {
-        if (reason == known.reason) return std::string(known.text);
-    }
-    return "پاسخ سیستم: " + readFromLeft(reason.message());
+std::string_view numberedErrorSentence(int nativeCode) {
+    constexpr int kFileReplaced = 5173;
+    if (nativeCode == kFileReplaced)
+        return "پروندهٔ پایگاه داده در میان کار حذف یا جابه‌جا شده است و چیزی ذخیره نشد. همهٔ پنجره‌های برنامه را ببندید؛ سپس همان پرونده را به جای خود برگردانید، از نو آغاز کنید یا نسخهٔ پشتیبان را با دستور basalt db restore برگردانید. پیش از آن که پشتیبانی را دستی به آنجا رونویسی کنید، پرونده‌های «-wal» و «-shm» کنار آن را پاک کنید.";
+    return {};
 }
 
 std::string_view tooLongSentence(bool limitKnown) {

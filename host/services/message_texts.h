@@ -3,7 +3,6 @@
 
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include "ado/error.h"
 
@@ -21,8 +20,8 @@ struct MessageText {
 [[nodiscard]] const MessageText* findOperationText(std::string_view operation);
 [[nodiscard]] const MessageText* findNumberText(int number);
 [[nodiscard]] std::string_view errorSentence(ErrorCategory category);
-// Why the operating system did not write a file.
-[[nodiscard]] std::string fileErrorSentence(const std::error_code& reason);
+// Of an error that its category does not tell well enough, by the server's number; empty for the others.
+[[nodiscard]] std::string_view numberedErrorSentence(int nativeCode);
 // A text that is too long: %1 its title, %2 how much fits, %3 how much there is; and where only the title is known.
 [[nodiscard]] std::string_view tooLongSentence(bool limitKnown);
 

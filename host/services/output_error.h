@@ -10,4 +10,10 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// The options of the workstation, likewise.
+class OptionsError : public OutputError {
+public:
+    using OutputError::OutputError;
+};
+
 }  // namespace basalt::host

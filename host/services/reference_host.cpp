@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/services/cut_text.h"
 #include "host/services/host_parts.h"
 #include "host/services/jalali_calendar.h"
 #include "host/services/sql_access.h"
@@ -30,6 +31,11 @@ private:
 std::vector<std::filesystem::path> foldersOf(const HostOptions& options) {
     if (options.programFolder.empty()) return {};
     return {options.programFolder};
+}
+
+HostOptions withShortName(HostOptions options) {
+    options.workstationName = cutText(options.workstationName, kLongestWorkstationName);
+    return options;
 }
 
 std::string timeText(const CivilDateTime& moment) {
@@ -75,7 +81,7 @@ void requireName(const std::string& name, const char* what) {
 
 ReferenceHost::ReferenceHost(Session& session, HostOptions options)
     : session_(session),
-      options_(std::move(options)),
+      options_(withShortName(std::move(options))),
       unattended_(std::make_unique<UnattendedMessages>(catalogue_)),
       messages_(unattended_.get()),
       systemPrograms_(foldersOf(options_)),
@@ -118,10 +124,38 @@ ReferenceHost::~ReferenceHost() {
 
 bool ReferenceHost::signIn(const std::string& userName, const std::string& password) {
     const auto user = users_.signIn(userName, password);
-    if (!user) return false;
+    if (!user) {
+        recordRefusal([&] { recordRefusedSignIn(userName); });
+        return false;
+    }
+    workstations_.removeKilledIfPossible(process().machine);
+    const TUserInfo before = user_;
     enter(*user);
-    record(hpUsers, prOpen, std::to_string(user->Code), "ورود به سیستم");
+    try {
+        record(hpUsers, prOpen, std::to_string(user->Code), "ورود به سیستم");
+    } catch (...) {
+        user_ = before;
+        throw;
+    }
     return true;
+}
+
+// Nobody waits for the log to be refused, nor hears of a log that cannot be written in place of the refusal.
+void ReferenceHost::recordRefusal(const std::function<void()>& write) {
+    try {
+        const ShortWait wait(session_);
+        write();
+    } catch (const std::exception&) {
+        // Another program writes: the refusal stands without its line.
+    }
+}
+
+// Whose name it was, if anybody's. What else was typed as a name may be a password in the wrong box.
+void ReferenceHost::recordRefusedSignIn(const std::string& userName) {
+    const RowSet rows = rowsOf(session_, "SELECT Code FROM dbo.HostUsers WHERE UserName = ?", {userName});
+    const auto user = rows.rowCount() > 0 ? users_.find(static_cast<int>(integerAt(rows, 0, 0))) : std::nullopt;
+    recordFor(user.value_or(TUserInfo{}), hpUsers, prOpen, user ? std::to_string(user->Code) : std::string(),
+              user ? "ورود ناموفق به سیستم" : "ورود ناموفق به سیستم با نامی که نیست");
 }
 
 void ReferenceHost::signInAs(int userCode) {
@@ -147,12 +181,11 @@ const std::string& ReferenceHost::workstationName() const {
     return options_.workstationName.empty() ? optionFile_.options().workstationName : options_.workstationName;
 }
 
-void ReferenceHost::renameWorkstation(const std::string& name) {
-    optionFile_.options().workstationName = name;
-    optionFile_.save();
+void ReferenceHost::changeWorkstation(const std::function<void(WorkstationOptions&)>& change) {
+    optionFile_.change(change);
     options_.workstationName.clear();
-    ini_.WorkstationName = name;
-    if (claimed_) workstations_.rename(ini_.LockOwner, name);
+    ini_.WorkstationName = workstationName();
+    if (claimed_) workstations_.rename(ini_.LockOwner, ini_.WorkstationName);
 }
 
 const TUserInfo& ReferenceHost::UserInfo() {
@@ -207,15 +240,22 @@ bool ReferenceHost::LocateLockCode_SoftwarePart(const std::string& code, TSoftwa
     return codeLocks_.isHeld(code, part, owner, flag);
 }
 
-bool ReferenceHost::HavePermission(const TUserInfo& user, TSoftwarePart part, TPermission permission,
-                                   bool /*entryPoint*/, bool tellUser, const std::string& text) {
+bool ReferenceHost::HavePermission(const TUserInfo& user, TSoftwarePart part, TPermission permission, bool entryPoint,
+                                   bool tellUser, const std::string& text) {
     if (permissions_.holds(user.Code, part, permission)) return true;
-    if (tellUser) {
-        MessageRequest request;
-        request.operation = "HavePermission";
-        request.arguments = {permissions_.partTitle(part), permissions_.permissionTitle(permission)};
-        if (!text.empty()) request.arguments.push_back(text);
-        messages_->show(request);
+    if (!tellUser) return false;
+    MessageRequest request;
+    request.operation = "HavePermission";
+    request.arguments = {permissions_.partTitle(part), permissions_.permissionTitle(permission)};
+    if (!text.empty()) request.arguments.push_back(text);
+    messages_->show(request);
+    // A door that somebody has tried; what may be done behind one is only asked for.
+    if (entryPoint && user.Code == user_.Code) {
+        recordRefusal([&] {
+            record(part, permission, "",
+                   "دسترسی داده نشد: " + permissions_.permissionTitle(permission) + " «" +
+                       permissions_.partTitle(part) + "»");
+        });
     }
     return false;
 }
@@ -234,9 +274,20 @@ void ReferenceHost::SetUserEvent(TSoftwarePart part, TPermission permission, con
     if (observer_) observer_->userEvent(part, permission, text);
 }
 
+void ReferenceHost::recordEvent(TSoftwarePart part, TPermission permission, const std::string& text,
+                                const std::string& description) {
+    if (!session_.inTransaction()) throw UsageError("the user event belongs to a transaction, but none is open");
+    record(part, permission, text, description);
+    if (observer_) observer_->userEvent(part, permission, text);
+}
+
 void ReferenceHost::record(TSoftwarePart part, TPermission permission, const std::string& text,
                            const std::string& description) {
-    const TUserInfo& user = UserInfo();
+    recordFor(UserInfo(), part, permission, text, description);
+}
+
+void ReferenceHost::recordFor(const TUserInfo& user, TSoftwarePart part, TPermission permission,
+                              const std::string& text, const std::string& description) {
     const CivilDateTime now = clock_->now();
     userLog_.add({.userCode = user.Code,
                   .userName = user.FullName,

@@ -10,6 +10,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -65,8 +66,15 @@ public:
     ReferenceHost(const ReferenceHost&) = delete;
     ReferenceHost& operator=(const ReferenceHost&) = delete;
 
-    // False: wrong name or password, or a user who may not sign in; who was signed in before stays so. Writes the log.
+    // False: wrong name or password, or a user who may not sign in; who was signed in before stays so. Writes the log,
+    // and frees what killed clients of this machine held; a wrong password is a line of the log too. Nobody else is
+    // signed in either when the log cannot be written.
     [[nodiscard]] bool signIn(const std::string& userName, const std::string& password);
+    // As SetUserEvent in a transaction, in words of the caller's own where the titles of part and permission say too
+    // little of what was done.
+    void recordEvent(TSoftwarePart part, TPermission permission, const std::string& text,
+                     const std::string& description);
+
     // Without a password, for the command line. UsageError when there is no such user.
     void signInAs(int userCode);
     void signOut();
@@ -97,8 +105,9 @@ public:
     [[nodiscard]] IniOptionsFile& optionFile() { return optionFile_; }
     [[nodiscard]] Clock& clock() { return *clock_; }
     [[nodiscard]] const std::string& workstationName() const;
-    // Takes the name over into the option file (when options persist) and for all that follows.
-    void renameWorkstation(const std::string& name);
+    // Changes the options of the workstation, in the option file when options persist, and for all that follows; the
+    // name too. As IniOptionsFile::change when it cannot be written.
+    void changeWorkstation(const std::function<void(WorkstationOptions&)>& change);
     // A field of SettingRecord for this process only; UsageError as SettingsStore::assign.
     void setSetting(const std::string& name, const std::string& value) { settings_.override(name, value); }
 
@@ -148,6 +157,10 @@ private:
 
     void enter(const TUserInfo& user);
     [[nodiscard]] ProcessIdentity process() const;
+    void recordRefusal(const std::function<void()>& write);
+    void recordRefusedSignIn(const std::string& userName);
+    void recordFor(const TUserInfo& user, TSoftwarePart part, TPermission permission, const std::string& text,
+                   const std::string& description);
     void record(TSoftwarePart part, TPermission permission, const std::string& text, const std::string& description);
 
     Session& session_;

@@ -31,7 +31,7 @@ void ScriptScanner::read(std::string_view line) {
             case State::Code:
                 if (sees("--")) {
                     state_ = State::LineComment;
-                    mark(Part::LineComment, 2);
+                    mark(Part::Comment, 2);
                 } else if (sees("/*")) {
                     state_ = State::BlockComment;
                     depth_ = 1;
@@ -53,7 +53,7 @@ void ScriptScanner::read(std::string_view line) {
                 break;
             case State::LineComment:
                 if (c == '\n') state_ = State::Code;
-                mark(c == '\n' ? Part::Code : Part::LineComment, 1);
+                mark(c == '\n' ? Part::Code : Part::Comment, 1);
                 break;
             case State::BlockComment:
                 if (sees("/*")) {
@@ -109,6 +109,9 @@ std::optional<std::size_t> batchEnd(std::string_view line) {
     const bool go = line.size() >= 2 && (line[0] == 'g' || line[0] == 'G') && (line[1] == 'o' || line[1] == 'O');
     if (!go) return std::nullopt;
     line.remove_prefix(2);
+    // A comment may follow: GO -- the tables are there
+    line = line.substr(0, line.find("--"));
+    if (trimmed(line).ends_with("*/")) line = line.substr(0, line.find("/*"));
     const std::string_view number = trimmed(line);
     if (number.empty()) return 1;
     const bool apart = number.size() < line.size();

@@ -15,7 +15,7 @@ namespace basalt::host {
 // Reads T-SQL line by line and knows which parts are code, which are quoted and which are comments.
 class ScriptScanner {
 public:
-    enum class Part : char { Code = '.', Quoted = 'q', Comment = 'c', LineComment = 'l' };
+    enum class Part : char { Code = '.', Quoted = 'q', Comment = 'c' };
 
     // Takes the next line, with its line break if it has one.
     void read(std::string_view line);
@@ -57,8 +57,8 @@ private:
     std::size_t line_ = 0;
 };
 
-// How often a line that ends a batch has it run: 1 for GO, 3 for GO 3; nullopt for any other line. UsageError for a
-// number beyond int.
+// How often a line that ends a batch has it run: 1 for GO, 3 for GO 3, also with a comment behind; nullopt for any
+// other line. UsageError for a number beyond int.
 [[nodiscard]] std::optional<std::size_t> batchEnd(std::string_view line);
 
 // The batches in the order in which they run, one that is repeated as often as it is.

@@ -115,6 +115,19 @@ void put(TSettingRecord& record, const SettingField& field, std::string_view val
     }
 }
 
+constexpr const char* kEachDate = "date";
+constexpr const char* kAllDates = "all";
+
+// As the procedures read it: whatever is not the one is the other.
+LedgerNumbering numberingFrom(std::string_view value) {
+    return sameName(value, kAllDates) ? LedgerNumbering::AllDates : LedgerNumbering::EachDate;
+}
+
+[[noreturn]] void throwChanged(const std::string& name) {
+    throw DatabaseError(ErrorCategory::Conflict, "01001", 0,
+                        "the setting " + name + " has been changed by somebody else meanwhile; nothing was saved");
+}
+
 }  // namespace
 
 std::span<const SettingField> SettingsStore::fields() {
@@ -156,15 +169,23 @@ const TSettingRecord& SettingsStore::record() {
     return record_;
 }
 
+LedgerNumbering SettingsStore::ledgerNumbering() {
+    if (!loaded_) reload();
+    return numbering_;
+}
+
 void SettingsStore::reload() {
     TSettingRecord record;
+    auto numbering = LedgerNumbering::EachDate;
     const RowSet rows = rowsOf(session_, "SELECT Name, Value FROM dbo.HostSettings");
     for (std::size_t row = 0; row < rows.rowCount(); ++row) {
         // Rows of other programs, and values that somebody wrote by hand and that do not fit, leave the default.
         const SettingField* field = findField(textAt(rows, 0, row));
         const std::string value = textAt(rows, 1, row);
         if (field && !examine(*field, value)) put(record, *field, value);
+        if (sameName(textAt(rows, 0, row), kLedgerNumberingName)) numbering = numberingFrom(value);
     }
+    numbering_ = numbering;
     stored_ = record;
     for (const auto& [name, value] : overrides_)
         assign(record, name, value);
@@ -173,17 +194,31 @@ void SettingsStore::reload() {
 }
 
 // The row stays locked, so that nobody changes it between the comparison and the writing.
-void SettingsStore::write(const SettingField& field, const std::string& value) {
-    const std::string key(field.name);
+std::optional<std::string> SettingsStore::lockedValue(const std::string& name) {
     const RowSet rows =
-        rowsOf(session_, "SELECT Value FROM dbo.HostSettings WITH (UPDLOCK, HOLDLOCK) WHERE Name = ?", {key});
+        rowsOf(session_, "SELECT Value FROM dbo.HostSettings WITH (UPDLOCK, HOLDLOCK) WHERE Name = ?", {name});
+    if (rows.rowCount() == 0) return std::nullopt;
+    return textAt(rows, 0, 0);
+}
+
+void SettingsStore::writeValue(const std::string& name, const std::string& value) {
+    updateOrInsert(session_, "UPDATE dbo.HostSettings SET Value = ? WHERE Name = ?", {value, name},
+                   "INSERT INTO dbo.HostSettings (Name, Value) VALUES (?, ?)", {name, value});
+}
+
+void SettingsStore::write(const SettingField& field, const std::string& value) {
+    const std::string name(field.name);
+    const std::optional<std::string> there = lockedValue(name);
     TSettingRecord current;
-    if (rows.rowCount() > 0 && !examine(field, textAt(rows, 0, 0))) put(current, field, textAt(rows, 0, 0));
-    if (text(current, field) != text(stored_, field))
-        throw DatabaseError(ErrorCategory::Conflict, "01001", 0,
-                            "the setting " + key + " has been changed by somebody else meanwhile; nothing was saved");
-    updateOrInsert(session_, "UPDATE dbo.HostSettings SET Value = ? WHERE Name = ?", {value, key},
-                   "INSERT INTO dbo.HostSettings (Name, Value) VALUES (?, ?)", {key, value});
+    if (there && !examine(field, *there)) put(current, field, *there);
+    if (text(current, field) != text(stored_, field)) throwChanged(name);
+    writeValue(name, value);
+}
+
+void SettingsStore::write(LedgerNumbering numbering) {
+    const std::string name(kLedgerNumberingName);
+    if (numberingFrom(lockedValue(name).value_or(kEachDate)) != numbering_) throwChanged(name);
+    writeValue(name, numbering == LedgerNumbering::AllDates ? kAllDates : kEachDate);
 }
 
 void SettingsStore::store(std::string_view name, std::string_view value) {
@@ -192,23 +227,29 @@ void SettingsStore::store(std::string_view name, std::string_view value) {
     store(changed);
 }
 
-std::vector<std::string> SettingsStore::store(const TSettingRecord& changed, const AlsoWritten& also) {
-    std::vector<std::string> names;
+std::vector<std::string> SettingsStore::store(const TSettingRecord& changed, LedgerNumbering numbering,
+                                              const AlsoWritten& also) {
+    std::vector<std::string> fields;
     for (const SettingField& field : kFields) {
         const std::string value = text(changed, field);
         if (value == text(record(), field)) continue;
         if (const auto found = examine(field, value)) {
             throw UsageError("the setting " + std::string(field.name) + " " + found->english);
         }
-        names.emplace_back(field.name);
+        fields.emplace_back(field.name);
     }
+    std::vector<std::string> names = fields;
+    const bool renumbered = numbering != ledgerNumbering();
+    if (renumbered) names.emplace_back(kLedgerNumberingName);
     if (names.empty()) return names;
     HostTransaction transaction(session_);
-    for (const std::string& name : names)
+    for (const std::string& name : fields)
         write(requireField(name), text(changed, requireField(name)));
+    if (renumbered) write(numbering);
     if (also) also(names);
     transaction.commit();
-    for (const std::string& name : names) {
+    numbering_ = numbering;
+    for (const std::string& name : fields) {
         overrides_.erase(name);
         put(stored_, requireField(name), text(changed, requireField(name)));
     }

@@ -4,11 +4,13 @@
 //   settings.store("CurrencyDecimals", "2");      // for everybody
 //   settings.override("NegativeType", "0");       // for this process only
 //
-// Fields that nobody stored have the defaults of TSettingRecord.
+// Fields that nobody stored have the defaults of TSettingRecord. Beside them stands how the stock ledger numbers its
+// documents, which is for the procedures of the database and not for the module.
 #pragma once
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -30,6 +32,12 @@ struct SettingField {
     int highest = 0;  // Integer; Text: the longest length in characters
 };
 
+// How the numbers of the documents in the stock ledger run (database/README.md).
+enum class LedgerNumbering {
+    EachDate,  // anew with each date; also where nobody has said it
+    AllDates,
+};
+
 class SettingsStore {
 public:
     explicit SettingsStore(Session& session) : session_(session) {}
@@ -47,26 +55,39 @@ public:
 
     // Read from the database at the first call.
     [[nodiscard]] const TSettingRecord& record();
+    [[nodiscard]] LedgerNumbering ledgerNumbering();
     void reload();
+
+    static constexpr std::string_view kLedgerNumberingName = "LedgerNumbering";
+    static constexpr std::string_view kLedgerNumberingTitle = "شماره‌گذاری سندها در کاردکس";
 
     // Checks and writes; errors as for assign, and nothing is written then.
     void store(std::string_view name, std::string_view value);
-    // All fields that differ from record(), and in the same transaction what `also` writes, given their names; it is
-    // not asked when there are none. Returns the names. DatabaseError (Conflict) when somebody else has changed one of
-    // the fields since they were read. After an error nothing is written and record() is as it was.
+    // All fields that differ from record(), the numbering when it differs from ledgerNumbering(), and in the same
+    // transaction what `also` writes, given their names; it is not asked when there are none. Returns the names.
+    // DatabaseError (Conflict) when somebody else has changed one of the fields since they were read. After an error
+    // nothing is written and record() is as it was.
     using AlsoWritten = std::function<void(const std::vector<std::string>& names)>;
-    std::vector<std::string> store(const TSettingRecord& record, const AlsoWritten& also = {});
+    std::vector<std::string> store(const TSettingRecord& record, LedgerNumbering numbering,
+                                   const AlsoWritten& also = {});
+    std::vector<std::string> store(const TSettingRecord& record, const AlsoWritten& also = {}) {
+        return store(record, ledgerNumbering(), also);
+    }
     // Holds for this process only and wins over what is stored.
     void override(std::string_view name, std::string_view value);
 
 private:
+    [[nodiscard]] std::optional<std::string> lockedValue(const std::string& name);
     void write(const SettingField& field, const std::string& value);
+    void write(LedgerNumbering numbering);
+    void writeValue(const std::string& name, const std::string& value);
 
     Session& session_;
     bool loaded_ = false;
     TSettingRecord stored_;  // as read
     TSettingRecord record_;  // with what holds for this process only
     std::map<std::string, std::string, std::less<>> overrides_;
+    LedgerNumbering numbering_ = LedgerNumbering::EachDate;
 };
 
 }  // namespace basalt::host

@@ -104,6 +104,7 @@ TEST_P(Program, runsAsTheCaseSays) {
         // In a group, so that words may go on with commands that look at what the program has left.
         const std::string at = folder_.string();
         const std::string command = "cd '" + at + "' && export XDG_DATA_HOME='" + at + "/data' XDG_RUNTIME_DIR='" + at +
+                                    "' BASALT='" BASALT_PROGRAM
                                     "' DISPLAY= WAYLAND_DISPLAY= QT_QPA_PLATFORM= && ( '" BASALT_PROGRAM "' " +
                                     run.words + " ) <in >out 2>err";
         const int status = std::system(command.c_str());

@@ -154,8 +154,45 @@ TEST_F(Prompt, remembersStatementsFromRunToRun) {
     (void)terminal.untilPrompt();
     terminal.type("\x1b[A\r");
     const std::string again = terminal.until("(1 row)");
-    EXPECT_THAT(again, HasSubstr("select 40 + 2 as Answer;"));
+    EXPECT_THAT(again, HasSubstr("select 40 + 2 -- sum"));
+    EXPECT_THAT(again, HasSubstr("as Answer;"));
     EXPECT_THAT(again, HasSubstr("42"));
+}
+
+// A line break in a text is part of the value; in the same run and in the next.
+TEST_F(Prompt, remembersTheLineBreaksOfATextToo) {
+    const std::string statement =
+        "select CAST(LEN(N'a\rb') as nvarchar) + N'/' +\rCAST(UNICODE(SUBSTRING(N'a\rb', 2, 1)) as nvarchar) as Found;\r";
+    for (const bool typed : {true, false}) {
+        Terminal terminal(home_, "embedded::memory:");
+        (void)terminal.untilPrompt();
+        if (typed) {
+            terminal.type(statement);
+            EXPECT_THAT(terminal.until("(1 row)"), HasSubstr("3/10"));
+            (void)terminal.untilPrompt();
+        }
+        terminal.type("\x1b[A\r");
+        EXPECT_THAT(terminal.until("(1 row)"), HasSubstr("3/10"));
+        (void)terminal.untilPrompt();
+        terminal.type("exit\r");
+        EXPECT_EQ(terminal.wait(), 0) << terminal.shownLast();
+    }
+}
+
+// GO is not of the statement, and is waited for again.
+TEST_F(Prompt, takesWhatIsRecalledAsIfItWereTyped) {
+    Terminal terminal(home_, "embedded::memory:");
+    (void)terminal.untilPrompt();
+    terminal.type("select 3\r+ 4 as Seven\rgo\r");
+    EXPECT_THAT(terminal.until("(1 row)"), HasSubstr("7"));
+    (void)terminal.untilPrompt();
+    terminal.type("\x1b[A\r");
+    (void)terminal.untilPrompt("-> ");
+    terminal.type("go\r");
+    EXPECT_THAT(terminal.until("(1 row)"), HasSubstr("7"));
+    (void)terminal.untilPrompt();
+    terminal.type("exit\r");
+    EXPECT_EQ(terminal.wait(), 0) << terminal.shownLast();
 }
 
 TEST_F(Prompt, forgetsWhatIsTypedWhenInterrupted) {

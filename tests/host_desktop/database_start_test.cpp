@@ -4,10 +4,13 @@
 
 #include <QTimer>
 #include <fstream>
+#include <future>
 
 #include "host/desktop/database_opener.h"
 #include "host/engines/open_database.h"
 #include "host/screens/theme.h"
+#include "host/services/process_identity.h"
+#include "host/services/sql_access.h"
 #include "tests/host_desktop/desktop_test.h"
 
 namespace basalt::host {
@@ -31,6 +34,11 @@ protected:
     [[nodiscard]] DatabaseUrl empty() const {
         static_cast<void>(openOrCreateDatabase(file("empty.db"))->run("CREATE TABLE dbo.Other (Code int NOT NULL)"));
         return file("empty.db");
+    }
+    [[nodiscard]] DatabaseUrl unfinished() const {
+        createDatabase(file("unfinished.db"), false);
+        openDatabase(file("unfinished.db"))->run("DELETE FROM dbo.HostSchemaVersion");
+        return file("unfinished.db");
     }
     [[nodiscard]] DatabaseUrl newer() const {
         createDatabase(file("newer.db"), false);
@@ -76,6 +84,59 @@ TEST_F(Start, theSecondStartSaysNothing) {
     EXPECT_EQ(openForDesktop(file("basalt.db"), {.createMissing = true}).notice, "");
 }
 
+TEST_F(Start, twoFirstStartsAtOnceOpenTheSameDatabase) {
+    const auto start = [this] { return openForDesktop(file("basalt.db"), {.createMissing = true}); };
+    std::future<OpenedDatabase> other = std::async(std::launch::async, start);
+    const OpenedDatabase one = start();
+    const OpenedDatabase two = other.get();
+    EXPECT_NE(one.notice.empty(), two.notice.empty()) << "one of them has made it";
+    execute(*one.session, "UPDATE dbo.Stores SET Name = N'یکی'");
+    EXPECT_EQ(textAt(rowsOf(*two.session, "SELECT TOP 1 Name FROM dbo.Stores"), 0, 0), "یکی");
+}
+
+// Two codes of a client that was killed, the one of the demo company's level 3 and a new one.
+void leaveKilledClient(Session& session) {
+    const ProcessIdentity self = currentProcess();
+    execute(session,
+            "INSERT INTO dbo.HostWorkstations (Owner, MachineName, WorkstationName, ProcessId, ProcessStarted) "
+            "VALUES (7, ?, N'صندوق', ?, N'before the last start:1')",
+            {self.machine, self.id});
+    execute(session, "INSERT INTO dbo.CodeLock_TBL (Code, Status, Owner) VALUES (3, 114, 7), (11, 114, 7)");
+}
+
+std::int64_t heldCodes(Session& session) {
+    return integerAt(rowsOf(session, "SELECT COUNT(*) FROM dbo.CodeLock_TBL"), 0, 0);
+}
+
+TEST_F(Start, freesWhatAKilledClientOfThisMachineHeld) {
+    const DatabaseUrl url = file("basalt.db");
+    createDatabase(url, true);
+    leaveKilledClient(*openDatabase(url));
+    const OpenedDatabase opened = openForDesktop(url);
+    EXPECT_EQ(opened.notice, "");
+    EXPECT_EQ(heldCodes(*openDatabase(url)), 0);
+    EXPECT_EQ(
+        integerAt(rowsOf(*opened.session, "SELECT COUNT(*) FROM dbo.HostWorkstations WHERE ProcessId IS NULL"), 0, 0),
+        1);
+}
+
+TEST_F(Start, isNotHinderedByAnotherProgramThatIsWriting) {
+    const DatabaseUrl url = file("basalt.db");
+    createDatabase(url, true);
+    leaveKilledClient(*openDatabase(url));
+    const auto writer = openDatabase(url);
+    writer->begin();
+    execute(*writer, "UPDATE dbo.HostWorkstations SET WorkstationName = N'انبار'");
+    const OpenedDatabase opened = openForDesktop(url);
+    EXPECT_EQ(heldCodes(*opened.session), 2);
+    EXPECT_EQ(textAt(rowsOf(*opened.session, "SELECT @@LOCK_TIMEOUT"), 0, 0), "-1");
+    writer->rollback();
+    // Who signs in then finds it done.
+    ReferenceHost host(*opened.session, workstation("دفتر"));
+    EXPECT_TRUE(host.signIn("manager", "manager"));
+    EXPECT_EQ(heldCodes(*opened.session), 0);
+}
+
 TEST_F(Start, eachProblemIsNamed) {
     EXPECT_EQ(titleFor(file("missing.db")), "پروندهٔ پایگاه داده پیدا نشد");
     EXPECT_EQ(titleFor(damaged()), "پروندهٔ پایگاه داده آسیب دیده است");
@@ -106,6 +167,25 @@ TEST_F(Start, aFileOfThatNameAndTheRemainsOfOneAreToldApart) {
     // clang-format off
     EXPECT_EQ(remains.advice, "از پایگاه دادهٔ پیشین با این نام، پرونده‌ای به جا مانده که شاید آخرین نوشته‌های آن را دارد. آن را جابه‌جا کنید یا نام دیگری برگزینید.");
     // clang-format on
+}
+
+TEST_F(Start, whatTheSystemRefusesIsToldInTheUsersWords) {
+    const DatabaseProblem nowhere = makingAt(file("nowhere/new.db"));
+    EXPECT_EQ(nowhere.title, "پایگاه داده ساخته نشد");
+    EXPECT_EQ(nowhere.advice, "پوشهٔ آن پیدا نشد. پروندهٔ دیگری برگزینید.");
+    const DatabaseProblem full =
+        describeProblem(NoPlaceForDatabase("x", std::make_error_code(std::errc::no_space_on_device)));
+    EXPECT_EQ(full.title, "پایگاه داده ساخته نشد");
+    EXPECT_EQ(full.advice, "روی دیسک جای خالی نمانده است. پروندهٔ دیگری برگزینید.");
+    const std::string longName(300, 'n');
+    EXPECT_EQ(
+        makingAt(file(longName.c_str())).advice,
+        "نام پرونده بلندتر از آن است که دیسک می‌پذیرد. پروندهٔ دیگری برگزینید.");
+}
+
+TEST_F(Start, tablesWithoutAVersionAreNotToldAsAnothersDatabase) {
+    EXPECT_EQ(titleFor(empty()), "این پرونده، پایگاه دادهٔ بازالت نیست");
+    EXPECT_EQ(titleFor(unfinished()), "ساختن این پایگاه داده به پایان نرسیده است");
 }
 
 TEST_F(Start, noOtherMistakeIsToldAsAFileOfThatName) {

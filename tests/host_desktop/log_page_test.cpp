@@ -1,9 +1,29 @@
 #include "host/desktop/log_page.h"
 
+#include "host/screens/print_document.h"
+#include "host/screens/smart_grid.h"
 #include "tests/host_desktop/desktop_test.h"
+#include "tests/host_screens/painted_text.h"
 
 namespace basalt::host {
 namespace {
+
+// Notes what a preview shows first.
+class NotedPreview final : public OutputServices {
+public:
+    std::optional<QString> chooseFile(QWidget*, const QString&, const QString&, const QString&) override { return {}; }
+    void preview(ScreenContext&, QWidget*, PrintDocument& document, const QPageLayout& paper) override {
+        title = document.title();
+        document.layOut(paper);
+        PaintedText page;
+        QPainter painter(&page);
+        document.paintPage(painter, 0);
+        painter.end();
+        text = page.text();
+    }
+    QString title;
+    QString text;
+};
 
 class Log : public DesktopTest {
 protected:
@@ -71,6 +91,26 @@ TEST_F(Log, marksADayThatDoesNotExist) {
     type(*page, "DateFrom_EDT", "1405/08/30");
     EXPECT_FALSE(control(*page, "DateFrom_EDT").property("wrong").toBool());
     EXPECT_EQ(shown(*page, "DateProblem_LBL"), "(hidden)");
+}
+
+TEST_F(Log, daysThatWereTypedReadAsThoseOfTheList) {
+    type(*page, "DateTo_EDT", "14050829");
+    EXPECT_EQ(codes(), "۱۲");
+    control(*page, "DateFrom_EDT").setFocus();
+    EXPECT_EQ(control<QLineEdit>(*page, "DateTo_EDT").text(), "۱۴۰۵/۰۸/۲۹");
+    EXPECT_EQ(codes(), "۱۲");
+}
+
+TEST_F(Log, aPrintTellsWhatTheLogIsNarrowedTo) {
+    NotedPreview output;
+    screens.setOutput(output);
+    auto& parts = control<QComboBox>(*page, "Part_CMB");
+    parts.setCurrentIndex(parts.findText("سطوح قیمت"));
+    type(*page, "DateTo_EDT", "14050830");
+    dynamic_cast<SmartGrid&>(control(*page, "Log_GRD")).print();
+    EXPECT_EQ(output.title.toStdString(), "گزارش عملکرد کاربران");
+    // Painted run by run: the digits of the day before the words on their right.
+    EXPECT_TRUE(output.text.contains("۱۴۰۵/۰۸/۳۰جستجو: بخش «سطوح قیمت»، تاریخ تا")) << output.text.toStdString();
 }
 
 TEST_F(Log, isReadAnewOnRequest) {

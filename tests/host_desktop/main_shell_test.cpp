@@ -1,6 +1,7 @@
 #include "host/desktop/main_shell.h"
 
 #include <QComboBox>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QTableWidget>
 #include <QTimer>
@@ -64,6 +65,31 @@ TEST_F(Shell, namesUserDatabaseEngineAndWorkstation) {
     EXPECT_EQ(shown(*shell, "StatusDatabase_LBL"), "\u2066" + session->location() + "\u2069");
     EXPECT_EQ(shown(*shell, "StatusEngine_LBL"), "موتور داخلی");
     EXPECT_EQ(shown(*shell, "StatusWorkstation_LBL"), "دفتر آزمون");
+}
+
+TEST_F(Shell, longNamesMakeTheWindowNoWider) {
+    const QString company = QString::fromUtf8("شرکت بازرگانی ").repeated(7).trimmed();
+    SettingsStore(*session).store("CompanyName", company.toStdString());
+    execute(*session, "UPDATE dbo.HostUsers SET FullName = ? WHERE Code = 1",
+            {Value(QString::fromUtf8("موسوی‌نژاد ").repeated(9).trimmed().toStdString())});
+    setThemeFontSize(16);
+    open(1);
+    shell->setMinimumSize(0, 0);
+    EXPECT_LE(shell->minimumSizeHint().width(), 1280);
+    shell->resize(1280, 720);
+    QCoreApplication::processEvents();
+    const auto& name = control<QLabel>(*shell, "Company_LBL");
+    EXPECT_EQ(name.text(), company) << "it stays whole for those who ask";
+    EXPECT_LT(name.width(), name.sizeHint().width()) << "or the names are too short for this test";
+    for (const char* whole : {"Date_LBL", "SignOut_BTN"}) {
+        const QWidget& beside = control(*shell, whole);
+        EXPECT_GE(beside.width(), beside.sizeHint().width()) << whole;
+    }
+    const auto& greeting = control<QLabel>(*shell, "Greeting_LBL");
+    EXPECT_LT(greeting.width(), greeting.sizeHint().width());
+    EXPECT_LE(greeting.mapTo(shell.get(), QPoint(greeting.width(), 0)).x(), shell->width());
+    EXPECT_GE(greeting.mapTo(shell.get(), QPoint(0, 0)).x(), 0);
+    setThemeFontSize(10);
 }
 
 TEST_F(Shell, itsHeaderFollowsTheCompanysName) {
@@ -198,6 +224,30 @@ TEST_F(Shell, tellsACashierWhatHeMayNotOpen) {
     EXPECT_THAT(takeMessages(), ElementsAre("HavePermission('تنظیمات', 'مشاهده')"));
     EXPECT_TRUE(control(*shell, "Home_PNL").isVisible());
     EXPECT_FALSE(control(*shell, "Settings_PNL").isVisible());
+    std::vector<std::string> logged;
+    for (const UserLogEntry& entry : host.userLog().latest(3, 2))
+        logged.push_back(entry.description);
+    EXPECT_THAT(logged, ElementsAre("دسترسی داده نشد: مشاهده «تنظیمات»", "دسترسی داده نشد: مشاهده «سطوح تخفیف»",
+                                    "دسترسی داده نشد: ویرایش «کالاها»"));
+}
+
+TEST_F(Shell, itsEventsAreThoseOfNowWhenAScreenHasClosed) {
+    open(1);
+    EXPECT_EQ(play("click Open_PriceEditor_TILE\n"
+                   "expect screen GoodPicker_FRM\n"
+                   "type GoodSearch_EDT 57\n"
+                   "key GoodSearch_EDT Return\n"
+                   "expect screen PriceEditor_FRM\n"
+                   "clear CostLevel_Sell_3_EDT\n"
+                   "type CostLevel_Sell_3_EDT 12500\n"
+                   "key - F3\n"
+                   "expect screen GoodPicker_FRM\n"
+                   "key - Escape\n"
+                   "expect screen MainShell_FRM\n"
+                   "expect cell Recent_GRD 0 4 قیمت‌های کالای «دارچین ۷۵ گرمی»\n"
+                   "expect cell Recent_GRD 0 3 ۵۷\n"
+                   "expect focused Open_PriceEditor_TILE\n"),
+              "");
 }
 
 TEST_F(Shell, showsACashierNobodyElsesEvents) {
@@ -239,6 +289,19 @@ TEST_F(Shell, movesThroughTheNavigationWithTheArrowKeys) {
     log.setFocus();
     QTest::keyClick(&log, Qt::Key_Return);
     EXPECT_TRUE(control(*shell, "Log_PNL").isVisible());
+}
+
+// The scroll area watches what it scrolls as well: a key that comes to that is none of a button's.
+TEST_F(Shell, leavesKeysThatNoNavigationButtonGotAlone) {
+    open(1);
+    QWidget& first = control(*shell, "Home_BTN");
+    first.setFocus();
+    for (const int key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_Return, Qt::Key_Left}) {
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+        QApplication::sendEvent(&control(*shell, "NavigationContent_PNL"), &press);
+        EXPECT_TRUE(first.hasFocus()) << key;
+    }
+    EXPECT_TRUE(control(*shell, "Home_PNL").isVisible());
 }
 
 TEST_F(Shell, movesBetweenTilesInTheDirectionOfTheArrow) {

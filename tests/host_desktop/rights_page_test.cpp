@@ -116,7 +116,12 @@ TEST_F(RightsOnPage, areReachedByTabAndClick) {
     QTest::keyClick(&users(), Qt::Key_Tab);
     EXPECT_TRUE(table().hasFocus());
     const QRect box = table().visualRect(cell("سطوح قیمت", "حذف"));
-    QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, QPoint(box.right() - 18, box.center().y()));
+    QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, box.center());
+    EXPECT_TRUE(ticked("سطوح قیمت", "حذف"));
+    EXPECT_EQ(table().currentIndex(), cell("سطوح قیمت", "حذف"));
+    QTest::keyClick(&table(), Qt::Key_Space);
+    EXPECT_FALSE(ticked("سطوح قیمت", "حذف")) << "the keys go on where the mouse was";
+    QTest::keyClick(&table(), Qt::Key_Space);
     EXPECT_TRUE(ticked("سطوح قیمت", "حذف"));
     QTest::keyClick(&table(), Qt::Key_Tab);
     EXPECT_TRUE(control(*page, "SaveRights_BTN").hasFocus());

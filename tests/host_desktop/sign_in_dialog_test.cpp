@@ -48,6 +48,19 @@ TEST_F(SignIn, aWrongPasswordIsToldInsideAndTriedAgain) {
     EXPECT_EQ(dialog.result(), QDialog::Accepted);
 }
 
+TEST_F(SignIn, aPersianKeyboardIsToldOf) {
+    SignInDialog dialog(host);
+    showActive(dialog);
+    EXPECT_EQ(shown(dialog, "Keyboard_LBL"), "(hidden)");
+    type(dialog, "Password_EDT", "ئشد");
+    const char* told = "صفحه‌کلید فارسی است؛ شاید گذرواژه به لاتین باشد.";
+    EXPECT_EQ(shown(dialog, "Keyboard_LBL"), told);
+    click(dialog, "SignIn_BTN");
+    EXPECT_EQ(shown(dialog, "Keyboard_LBL"), told) << "that is when the reason is wanted";
+    type(dialog, "Password_EDT", "manager");
+    EXPECT_EQ(shown(dialog, "Keyboard_LBL"), "(hidden)");
+}
+
 TEST_F(SignIn, growsWithWhatItSays) {
     setThemeFontSize(16);
     SignInDialog dialog(
@@ -112,7 +125,7 @@ TEST_F(SignIn, aFirstPasswordThatAnotherHasChosenMeanwhileStays) {
 }
 
 TEST_F(SignIn, theLastUserIsOfferedFirst) {
-    host.optionFile().options().lastUserName = "cashier";
+    host.optionFile().change([](WorkstationOptions& options) { options.lastUserName = "cashier"; });
     const SignInDialog dialog(host);
     EXPECT_EQ(control<QComboBox>(dialog, "User_CMB").currentText(), "علی کریمی");
 }
@@ -121,6 +134,20 @@ TEST_F(SignIn, aUserWhoMayNotSignInIsNotOffered) {
     session->run("UPDATE dbo.HostUsers SET Enabled = 0 WHERE Code = 2");
     const SignInDialog dialog(host);
     EXPECT_THAT(users(dialog), ElementsAre("مریم رستمی"));
+}
+
+TEST_F(SignIn, nobodyWhoMaySignInIsToldAtOnce) {
+    session->run("UPDATE dbo.HostUsers SET Enabled = 0");
+    SignInDialog dialog(host);
+    showActive(dialog);
+    // clang-format off
+    EXPECT_EQ(shown(dialog, "Error_LBL"), "در این پایگاه داده هیچ کاربری اجازهٔ ورود ندارد. از مدیر سیستم بخواهید کاربری را فعال کند.");
+    // clang-format on
+    EXPECT_EQ(shown(dialog, "DemoHint_LBL"), "(hidden)");
+    EXPECT_FALSE(control(dialog, "SignIn_BTN").isEnabled());
+    EXPECT_FALSE(control(dialog, "Password_EDT").isEnabled());
+    QTest::keyClick(&dialog, Qt::Key_Return);
+    EXPECT_TRUE(dialog.isVisible());
 }
 
 TEST_F(SignIn, escapeLeaves) {
@@ -140,6 +167,65 @@ TEST_F(SignIn, aFailingDatabaseIsToldInside) {
     click(dialog, "SignIn_BTN");
     EXPECT_TRUE(dialog.isVisible());
     EXPECT_EQ(shown(dialog, "Error_LBL"), host.catalogue().errorText(ErrorCategory::NotFound));
+    EXPECT_EQ(control<QLineEdit>(dialog, "Password_EDT").text(), "manager");
+}
+
+class SignInToAFile : public DemoFileTest {
+protected:
+    std::unique_ptr<Session> session = embedded::EmbeddedSession::open(path(), {.busyTimeoutMs = 200});
+    ReferenceHost host{*session, workstation("دفتر آزمون")};
+};
+
+TEST_F(SignInToAFile, aPasswordStaysWhileAnotherProgramIsWriting) {
+    const auto writer = openDatabase(path());
+    SignInDialog dialog(host);
+    showActive(dialog);
+    type(dialog, "Password_EDT", "manager");
+    writer->begin();
+    execute(*writer, "UPDATE dbo.HostUsers SET FullName = FullName");
+    QTest::keyClick(&dialog, Qt::Key_Return);
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_FALSE(host.signedIn());
+    EXPECT_EQ(shown(dialog, "Error_LBL"), host.catalogue().errorText(ErrorCategory::Busy));
+    auto& password = control<QLineEdit>(dialog, "Password_EDT");
+    EXPECT_EQ(password.text(), "manager");
+    EXPECT_TRUE(password.hasFocus());
+
+    writer->rollback();
+    QTest::keyClick(&dialog, Qt::Key_Return);
+    EXPECT_EQ(dialog.result(), QDialog::Accepted);
+    EXPECT_EQ(host.UserInfo().Code, 1);
+}
+
+// Screens give back by themselves what another program's writing has held up.
+TEST_F(SignInToAFile, aRecordDoesNotStayOpenForOthers) {
+    const HostScreenServices screens(host);
+    const auto writer = openDatabase(path());
+    CodeLock lock = host.codeLocks().hold("3", spPriceLevels);
+    writer->begin();
+    execute(*writer, "UPDATE dbo.HostUsers SET FullName = FullName");
+    lock.release();
+    const auto held = [&] { return linesOf(*writer, "SELECT COUNT(*) FROM dbo.CodeLock_TBL").front(); };
+    EXPECT_EQ(held(), "1");
+    writer->rollback();
+    QTRY_COMPARE_WITH_TIMEOUT(held(), std::string("0"), 10'000);
+}
+
+TEST_F(SignInToAFile, aFirstPasswordStaysWhileAnotherProgramIsWriting) {
+    session->run("UPDATE dbo.HostUsers SET PasswordHash = N'' WHERE Code = 1");
+    const auto writer = openDatabase(path());
+    SignInDialog dialog(host);
+    showActive(dialog);
+    type(dialog, "Password_EDT", "one");
+    type(dialog, "Repeat_EDT", "one");
+    writer->begin();
+    execute(*writer, "UPDATE dbo.HostUsers SET FullName = FullName");
+    click(dialog, "SignIn_BTN");
+    EXPECT_EQ(control<QLineEdit>(dialog, "Password_EDT").text(), "one");
+    EXPECT_EQ(control<QLineEdit>(dialog, "Repeat_EDT").text(), "one");
+    writer->rollback();
+    click(dialog, "SignIn_BTN");
+    EXPECT_EQ(dialog.result(), QDialog::Accepted);
 }
 
 TEST_F(SignIn, aDatabaseWithoutDemoDataGivesNoHint) {

@@ -117,7 +117,7 @@ TEST_F(MakingDatabases, aDatabaseOfAnotherProgramIsNotWritten) {
     sqlite3_close(other);
     const std::string before = read("other.db");
     for (const auto& open : {openDatabase, openOrCreateDatabase})
-        EXPECT_THAT([&] { static_cast<void>(open(url("other.db"))); },
+        EXPECT_THAT([&] { static_cast<void>(open(url("other.db"), {})); },
                     ThrowsMessage<DatabaseError>(HasSubstr("not one of this program")));
     EXPECT_EQ(read("other.db"), before);
     EXPECT_THAT(names(), UnorderedElementsAre("other.db"));

@@ -1,5 +1,8 @@
 // Codes and workstation numbers between clients of one database: in one process, in threads, and in processes that die.
 #include <gmock/gmock.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 
 #include <array>
@@ -84,6 +87,23 @@ TEST_F(CodeLocksTest, nobodyWaitsForACodeToBeReleased) {
     other.release();
     EXPECT_THAT(lockRows(*secondSession), IsEmpty()) << "both, now that it can be done";
     EXPECT_EQ(linesOf(*firstSession, "SELECT @@LOCK_TIMEOUT"), std::vector<std::string>{"-1"});
+}
+
+TEST_F(CodeLocksTest, aCodeThatCouldNotBeReleasedIsToldAndTriedAgain) {
+    int told = 0;
+    first.codeLocks().onUnreleased([&told] { ++told; });
+    CodeLock lock = first.codeLocks().hold("3", spPriceLevels);
+    secondSession->begin();
+    lock.release();
+    EXPECT_EQ(told, 1);
+    EXPECT_FALSE(first.codeLocks().retryReleases()) << "the other still writes";
+    secondSession->rollback();
+    firstSession->begin();
+    EXPECT_FALSE(first.codeLocks().retryReleases()) << "the end of the transaction could undo it";
+    firstSession->rollback();
+    EXPECT_TRUE(first.codeLocks().retryReleases());
+    EXPECT_THAT(lockRows(*secondSession), IsEmpty());
+    EXPECT_EQ(told, 1);
 }
 
 TEST_F(CodeLocksTest, aCodeThatCannotBeReleasedForWantOfRoomIsReleasedLater) {
@@ -241,6 +261,62 @@ TEST_F(CodeLocksTest, aProcessNumberGivenAgainIsNotTakenForTheOldProcess) {
     EXPECT_TRUE(mayBeAlive(earlier));
 }
 
+TEST_F(CodeLocksTest, machinesOfOneNameAreToldApart) {
+    const std::string mark = machineMark("vm", "0123456789abcdef0123456789abcdef");
+    EXPECT_NE(mark, machineMark("vm", "0123456789abcdef0123456789abcdee"));
+    EXPECT_NE(mark, machineMark("vm2", "0123456789abcdef0123456789abcdef"));
+    EXPECT_EQ(mark, machineMark("vm", "0123456789abcdef0123456789abcdef"));
+    EXPECT_THAT(mark, ::testing::MatchesRegex("vm#[0-9a-f]+"));
+    EXPECT_EQ(mark.find("0123456789abcdef"), std::string::npos) << "the id is nobody else's business";
+    EXPECT_EQ(machineMark("vm", ""), "vm");
+    EXPECT_THAT(machineMark(std::string(300, 'n'), "id"), SizeIs(100)) << "as the column holds";
+    EXPECT_THAT(machineMark(std::string(300, 'n'), ""), SizeIs(100));
+}
+
+TEST_F(CodeLocksTest, aClientOfAnotherMachineOfThisNameKeepsItsNumberAndItsCodes) {
+    ProcessIdentity gone = currentProcess();
+    gone.started = "before the last start:1";
+    const auto theirs = openDatabase(path());
+    ProcessIdentity other = gone;
+    other.machine = machineMark(other.machine.substr(0, other.machine.find('#')), "the id of the other");
+    ReferenceHost otherMachine(*theirs, {.workstationName = "دور", .persistOptions = false, .process = other});
+    otherMachine.signInAs(1);
+    const CodeLock lock = otherMachine.codeLocks().hold("3", spPriceLevels);
+    EXPECT_EQ(otherMachine.IniOptions().LockOwner, 1);
+
+    EXPECT_EQ(first.IniOptions().LockOwner, 2);
+    EXPECT_TRUE(first.LocateLockCode_SoftwarePart("3", spPriceLevels, 2, false));
+    EXPECT_THAT(lockRows(*firstSession), ElementsAre("114|3|0|1"));
+}
+
+TEST_F(CodeLocksTest, aProcessThatTheSystemSaysNothingOfMayBeAlive) {
+    ProcessIdentity silent = currentProcess();
+    silent.id = 999'999'999;  // beyond the highest number that a process can have
+    EXPECT_FALSE(mayBeAlive(silent));
+    const std::string mark = silent.started;
+    silent.started.clear();
+    EXPECT_TRUE(mayBeAlive(silent));
+    // "boot:space:start": another space of processes in the same run of the machine.
+    const std::size_t space = mark.find(':') + 1;
+    silent.started = mark.substr(0, space) + "1" + mark.substr(mark.find(':', space));
+    EXPECT_TRUE(mayBeAlive(silent));
+}
+
+TEST_F(CodeLocksTest, signingInFreesWhatAKilledClientHeld) {
+    ProcessIdentity gone = currentProcess();
+    gone.started = "before the last start:1";
+    execute(*firstSession,
+            "INSERT INTO dbo.HostWorkstations (Owner, MachineName, WorkstationName, ProcessId, ProcessStarted) "
+            "VALUES (50, ?, N'صندوق', ?, ?)",
+            {gone.machine, gone.id, gone.started});
+    execute(*firstSession, "INSERT INTO CodeLock_TBL (Code, Status, Owner) VALUES (11, 114, 50)");
+    EXPECT_FALSE(first.signIn("manager", "wrong"));
+    EXPECT_THAT(lockRows(*firstSession), SizeIs(1));
+    EXPECT_TRUE(first.signIn("manager", "manager"));
+    EXPECT_THAT(lockRows(*firstSession), IsEmpty());
+    EXPECT_EQ(toInt64(nextCode(*firstSession)), 11);
+}
+
 TEST_F(CodeLocksTest, threadsNeverGetTheSameCode) {
     constexpr int kThreads = 4;
     constexpr int kEach = 10;
@@ -378,6 +454,47 @@ TEST_F(ProcessesTest, aClientThatWasRunningMeanwhileFindsTheCodeFreeToo) {
     client.killNow();
     EXPECT_FALSE(host.LocateLockCode_SoftwarePart("11", spPriceLevels, owner, false));
     EXPECT_THAT(lockRows(*session), IsEmpty());
+}
+
+// In a container of its own: its processes have numbers of their own, and it sees none of those outside.
+// Empty when the system does not let one be made here.
+std::string inOwnProcessNamespace(const std::function<std::string()>& part) {
+    if (unshare((geteuid() == 0 ? 0 : CLONE_NEWUSER) | CLONE_NEWPID | CLONE_NEWNS) != 0) return {};
+    std::array<int, 2> ends{};
+    if (pipe(ends.data()) != 0) throw std::runtime_error("no pipe");
+    const pid_t first = fork();
+    if (first == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        static_cast<void>(mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr));
+        // Without it the processes outside are seen under numbers that mean others here.
+        static_cast<void>(mount("proc", "/proc", "proc", 0, nullptr));
+        const std::string text = part() + "\n";
+        if (write(ends[1], text.data(), text.size()) < 0) _exit(1);
+        while (true)
+            pause();
+    }
+    close(ends[1]);
+    std::string text;
+    for (char c = 0; read(ends[0], &c, 1) == 1 && c != '\n';)
+        text += c;
+    return text;
+}
+
+TEST_F(ProcessesTest, ofAnotherContainerAreNeverTakenForKilled) {
+    const Client outside(taking(1));
+    ASSERT_EQ(outside.said(), "11 ");
+    const Client inside([part = taking(1)] { return inOwnProcessNamespace(part); });
+    const std::string said = inside.said();
+    if (said.empty()) GTEST_SKIP() << "no process namespace can be made here";
+    EXPECT_EQ(said, "12 ");
+    const auto session = openDatabase(path());
+    EXPECT_THAT(lockRows(*session), ElementsAre("114|11|0|1", "114|12|0|2"));
+
+    ReferenceHost host(*session, workstation("سوم"));
+    const int owner = host.IniOptions().LockOwner;
+    EXPECT_EQ(owner, 3);
+    EXPECT_TRUE(host.LocateLockCode_SoftwarePart("11", spPriceLevels, owner, false));
+    EXPECT_TRUE(host.LocateLockCode_SoftwarePart("12", spPriceLevels, owner, false));
 }
 
 TEST_F(ProcessesTest, aKilledClientOfThisMachineIsCleanedUpNextToLivingOnes) {

@@ -14,22 +14,13 @@
 #include "host/services/deploy.h"
 #include "host/services/reference_host.h"
 #include "host/services/sql_access.h"
+#include "tests/support/row_lines.h"
 
 namespace basalt::host {
 
-// The rows of a statement, each as its cells with "|" between; null reads as "NULL".
+// The rows of a statement.
 inline std::vector<std::string> linesOf(Session& session, const std::string& sql) {
-    const RowSet rows = rowsOf(session, sql);
-    std::vector<std::string> lines;
-    for (std::size_t row = 0; row < rows.rowCount(); ++row) {
-        std::string line;
-        for (std::size_t column = 0; column < rows.columnCount(); ++column) {
-            if (column > 0) line += "|";
-            line += rows.column(column).isNull(row) ? "NULL" : textAt(rows, column, row);
-        }
-        lines.push_back(line);
-    }
-    return lines;
+    return linesOf(rowsOf(session, sql));
 }
 
 inline std::unique_ptr<Session> openDatabase(const std::string& path) {

@@ -6,9 +6,15 @@
 
 #ifndef _WIN32
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #endif
 
+#include <array>
+#include <chrono>
+#include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <system_error>
 
 #include "ado/error.h"
@@ -101,6 +107,57 @@ TEST_F(Draft, theNameMayBeAsLongAsTheFileSystemAllows) {
 }
 
 #ifndef _WIN32
+// A program that makes a draft of the file and is killed over it.
+void dieOver(const fs::path& place) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        const DraftFile draft(place);
+        std::ofstream(draft.path()) << "half" << std::flush;
+        if (::write(ends[1], "x", 1) != 1) _exit(1);
+        while (true)
+            pause();
+    }
+    close(ends[1]);
+    char made = 0;
+    EXPECT_EQ(::read(ends[0], &made, 1), 1);
+    close(ends[0]);
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+}
+
+TEST_F(Draft, whatAProgramThatWasKilledHasLeftGoesWithTheNextOne) {
+    const DraftFile living(path("b.txt"));
+    write(living.path(), "whole");
+    dieOver(path("a.txt"));
+    EXPECT_EQ(names().size(), 2U);
+    {
+        const DraftFile draft(path("a.txt"));
+        EXPECT_EQ(names().size(), 2U) << "the killed one's has gone";
+    }
+    ASSERT_EQ(names().size(), 1U);
+    living.takePlace();
+    EXPECT_EQ(read("b.txt"), "whole");
+}
+
+TEST_F(Draft, aFolderOfThatNameWhichIsNoneStays) {
+    fs::create_directory(path(".basalt-draft-1"));
+    fs::create_directory(path(".basalt-draft-2"));
+    write(path(".basalt-draft-2/letter.txt"), "somebody's");
+    write(path(".basalt-draft-3"), "somebody's");
+    fs::create_directory(path("elsewhere"));
+    write(path("elsewhere/held"), "");
+    fs::create_directory_symlink(path("elsewhere"), path(".basalt-draft-4"));
+    { const DraftFile draft(path("a.txt")); }
+    EXPECT_THAT(names(), UnorderedElementsAre(".basalt-draft-1", ".basalt-draft-2", ".basalt-draft-3",
+                                              ".basalt-draft-4", "elsewhere"));
+    // An empty one is swept when it has been there for long.
+    fs::last_write_time(path(".basalt-draft-1"), fs::file_time_type::clock::now() - std::chrono::hours(2));
+    { const DraftFile draft(path("a.txt")); }
+    EXPECT_THAT(names(), UnorderedElementsAre(".basalt-draft-2", ".basalt-draft-3", ".basalt-draft-4", "elsewhere"));
+}
+
 TEST_F(Draft, aFileThatGivesWayHandsOnItsPermissions) {
     for (const auto mode : {0600U, 0640U, 0755U}) {
         write(path("a.txt"), "old");

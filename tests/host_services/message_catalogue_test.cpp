@@ -3,9 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <set>
-#include <system_error>
 
 #include "host/services/message_texts.h"
 #include "host/services/output_error.h"
@@ -116,8 +114,20 @@ TEST(MessageCatalogue, anErrorBecomesAMessageWithItsDetail) {
                                                            "Lock request time out period exceeded."}));
     EXPECT_EQ(catalogue.render(request).text, catalogue.errorText(ErrorCategory::Busy));
     EXPECT_EQ(catalogue.errorText(OutputError("پرونده نوشته نشد.")), "پرونده نوشته نشد.");
+    EXPECT_EQ(catalogue.render(catalogue.errorRequest(OptionsError("نوشته نشد."))).title, "تنظیمات ایستگاه");
     EXPECT_EQ(catalogue.errorRequest(UsageError("x")).operation, "ProgramError");
     EXPECT_FALSE(catalogue.errorRequest(UsageError("x")).isQuestion());
+}
+
+TEST(MessageCatalogue, aFileThatIsGoneIsToldAsWhatItIs) {
+    const MessageCatalogue catalogue;
+    const DatabaseError gone(ErrorCategory::Connection, "08S01", 5173, "The database file was removed.");
+    EXPECT_EQ(
+        catalogue.errorText(gone),
+        "پروندهٔ پایگاه داده در میان کار حذف یا جابه‌جا شده است و چیزی ذخیره نشد. همهٔ پنجره‌های برنامه را ببندید؛ سپس همان پرونده را به جای "
+        "خود برگردانید، از نو آغاز کنید یا نسخهٔ پشتیبان را با دستور basalt db restore برگردانید. پیش از آن که پشتیبانی را دستی به آنجا "
+        "رونویسی کنید، پرونده‌های «-wal» و «-shm» کنار آن را پاک کنید.");
+    EXPECT_EQ(catalogue.errorRequest(gone).arguments.front(), catalogue.errorText(gone));
 }
 
 TEST(MessageCatalogue, buttonsArePersian) {
@@ -126,26 +136,6 @@ TEST(MessageCatalogue, buttonsArePersian) {
     EXPECT_EQ(catalogue.buttonText(TMessageButton::No), "خیر");
     EXPECT_EQ(catalogue.buttonText(TMessageButton::Ok), "تأیید");
     EXPECT_EQ(catalogue.buttonText(TMessageButton::Cancel), "انصراف");
-}
-
-TEST(FileErrors, areToldInTheUsersWords) {
-    const auto sentence = [](int number) { return fileErrorSentence({number, std::generic_category()}); };
-    EXPECT_EQ(sentence(ENOSPC), "روی دیسک جای خالی نمانده است.");
-    EXPECT_EQ(sentence(EACCES), "اجازهٔ نوشتن در این جا را ندارید.");
-    EXPECT_EQ(sentence(EROFS), "این دیسک فقط‌خواندنی است.");
-    EXPECT_EQ(sentence(ENAMETOOLONG),
-              "نام پرونده بلندتر از آن است که دیسک می‌پذیرد.");
-    EXPECT_EQ(sentence(ENOENT), "پوشهٔ آن پیدا نشد.");
-    EXPECT_EQ(sentence(EISDIR), "پوشه‌ای با همین نام هست.");
-    EXPECT_EQ(sentence(EIO), "دیسک هنگام خواندن یا نوشتن خطا داد.");
-#ifdef EDQUOT
-    EXPECT_EQ(sentence(EDQUOT), "سهم شما از دیسک پر شده است.");
-#endif
-}
-
-TEST(FileErrors, anotherIsToldInTheSystemsWordsInTheirOwnDirection) {
-    const std::error_code other = std::make_error_code(std::errc::no_link);
-    EXPECT_EQ(fileErrorSentence(other), "پاسخ سیستم: \u2066" + other.message() + "\u2069");
 }
 
 }  // namespace

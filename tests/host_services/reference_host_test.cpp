@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
+
 #include "host/services/host_parts.h"
 #include "tests/host_services/demo_database.h"
 
@@ -48,7 +50,6 @@ TEST_F(ReferenceHostTest, namesCompareWithoutCaseAndPasswordsDoNot) {
 }
 
 TEST_F(ReferenceHostTest, refusesWrongNamesPasswordsAndUsersWhoMayNot) {
-    const auto before = latestEvents(1);
     EXPECT_FALSE(host.signIn("manager", ""));
     EXPECT_FALSE(host.signIn("manager", "manager "));
     EXPECT_FALSE(host.signIn("nobody", "manager"));
@@ -56,7 +57,75 @@ TEST_F(ReferenceHostTest, refusesWrongNamesPasswordsAndUsersWhoMayNot) {
     execute(*session, "UPDATE dbo.HostUsers SET Enabled = 0 WHERE Code = 2");
     EXPECT_FALSE(host.signIn("cashier", "cashier"));
     EXPECT_FALSE(host.signedIn());
-    EXPECT_EQ(latestEvents(1), before);
+    // Each is a line of the log: the name of a user, and nothing else of what was typed.
+    EXPECT_THAT(latestEvents(5), ElementsAre("2|1405/08/30|09:05:07|903|6|2|ورود ناموفق به سیستم",
+                                             "0|1405/08/30|09:05:07|903|6||ورود ناموفق به سیستم با نامی که نیست",
+                                             "0|1405/08/30|09:05:07|903|6||ورود ناموفق به سیستم با نامی که نیست",
+                                             "1|1405/08/30|09:05:07|903|6|1|ورود ناموفق به سیستم",
+                                             "1|1405/08/30|09:05:07|903|6|1|ورود ناموفق به سیستم"));
+}
+
+TEST_F(ReferenceHostTest, aScreenThatIsRefusedIsALineOfTheLog) {
+    host.signInAs(2);
+    EXPECT_FALSE(host.HavePermission(host.UserInfo(), spDiscountLevels, prOpen, true, true, ""));
+    EXPECT_THAT(latestEvents(1), ElementsAre("2|1405/08/30|09:05:07|134|6||دسترسی داده نشد: مشاهده «سطوح تخفیف»"));
+    const auto before = latestEvents(2);
+    EXPECT_FALSE(host.HavePermission(host.UserInfo(), spDiscountLevels, prOpen, true, false, ""));
+    EXPECT_FALSE(host.HavePermission(host.UserInfo(), spDiscountLevels, prEdit, false, true, ""));
+    EXPECT_EQ(latestEvents(2), before) << "asked, but no door was tried";
+}
+
+// While another program writes, the log cannot.
+class RefusedWhileOthersWrite : public DemoFileTest {
+protected:
+    RefusedWhileOthersWrite() {
+        host.setMessages(messages);
+        host.signInAs(2);
+        other->begin();
+    }
+
+    void isQuick() const {
+        EXPECT_LT(std::chrono::steady_clock::now() - began_, std::chrono::seconds(3)) << "others were waited for";
+    }
+
+    std::unique_ptr<Session> session = openDatabase(path());
+    std::unique_ptr<Session> other = openDatabase(path());
+    QueuedMessages messages;
+    ReferenceHost host{*session, workstation("صندوق ۱")};
+
+private:
+    std::chrono::steady_clock::time_point began_ = std::chrono::steady_clock::now();
+};
+
+TEST_F(RefusedWhileOthersWrite, aScreenIsToldAsRefused) {
+    EXPECT_FALSE(host.HavePermission(host.UserInfo(), spDiscountLevels, prOpen, true, true, ""));
+    isQuick();
+    ASSERT_EQ(messages.shown.size(), 1U);
+    EXPECT_EQ(messages.shown.front().operation, "HavePermission");
+    other->rollback();
+    const std::size_t before = host.userLog().latest(1000, 2).size();
+    EXPECT_FALSE(host.HavePermission(host.UserInfo(), spDiscountLevels, prOpen, true, true, ""));
+    EXPECT_EQ(host.userLog().latest(1000, 2).size(), before + 1);
+    // Of everything else others are waited for as before.
+    EXPECT_THAT(linesOf(*session, "SELECT @@LOCK_TIMEOUT"), ElementsAre("-1"));
+}
+
+TEST_F(RefusedWhileOthersWrite, aWrongPasswordIsToldAsWrong) {
+    EXPECT_FALSE(host.signIn("cashier", "wrong"));
+    EXPECT_FALSE(host.signIn("nobody", "wrong"));
+    isQuick();
+    EXPECT_EQ(host.UserInfo().Code, 2);
+}
+
+// The refusal is on the screen before its line is written.
+TEST_F(RefusedWhileOthersWrite, theMessageComesFirst) {
+    other->rollback();
+    const std::size_t before = host.userLog().latest(1000, 2).size();
+    std::size_t lines = 0;
+    messages.onShow = [&] { lines = host.userLog().latest(1000, 2).size(); };
+    EXPECT_FALSE(host.HavePermission(host.UserInfo(), spDiscountLevels, prOpen, true, true, ""));
+    EXPECT_EQ(lines, before);
+    EXPECT_EQ(host.userLog().latest(1000, 2).size(), before + 1);
 }
 
 TEST_F(ReferenceHostTest, aChangedPasswordCounts) {

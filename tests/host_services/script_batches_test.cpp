@@ -77,6 +77,13 @@ TEST(ScriptBatches, areRepeatedAsOftenAsGoSays) {
         EXPECT_THAT(splitBatches(script), ElementsAre(script));
 }
 
+TEST(ScriptBatches, aCommentMayFollowGo) {
+    EXPECT_THAT(splitBatches("a\nGO -- next\nb\ngo 2--twice\r\nc\nGO--\nd\nGO /* so */\ne\nGO 1 /* so */ -- and so\nf"),
+                ElementsAre("a\n", "b\n", "b\n", "c\n", "d\n", "e\n", "f"));
+    for (const char* script : {"a\ngo x -- y\n", "a\ngo - - 1\n", "a\ngoing -- on\n", "a\ngo /* so\n", "a\ngo so */\n"})
+        EXPECT_THAT(splitBatches(script), ElementsAre(script));
+}
+
 TEST(ScriptBatches, linesThatBelongToNoneAreCounted) {
     BatchSplitter splitter;
     EXPECT_FALSE(splitter.add("\n"));

@@ -71,6 +71,41 @@ TEST_F(SettingsTest, whatAnotherClientHasChangedMeanwhileIsNotOverwritten) {
     EXPECT_EQ(other.record().CompanyName, "شرکت من");
 }
 
+TEST_F(SettingsTest, theNumberingOfTheLedgerIsStoredAsTheProceduresReadIt) {
+    const auto stored = [this] {
+        return linesOf(*session, "SELECT Value FROM dbo.HostSettings WHERE Name = N'LedgerNumbering'");
+    };
+    EXPECT_EQ(settings.ledgerNumbering(), LedgerNumbering::AllDates) << "as the demo company has it";
+    EXPECT_THAT(settings.store(settings.record(), LedgerNumbering::EachDate), ElementsAre("LedgerNumbering"));
+    EXPECT_THAT(stored(), ElementsAre("date"));
+    EXPECT_THAT(settings.store(settings.record(), LedgerNumbering::EachDate), IsEmpty());
+    EXPECT_THAT(settings.store(settings.record()), IsEmpty());
+    static_cast<void>(settings.store(settings.record(), LedgerNumbering::AllDates));
+    EXPECT_THAT(stored(), ElementsAre("all"));
+    for (const char* change : {"UPDATE dbo.HostSettings SET Value = N'else' WHERE Name = N'LedgerNumbering'",
+                               "DELETE FROM dbo.HostSettings WHERE Name = N'LedgerNumbering'"}) {
+        execute(*session, change);
+        settings.reload();
+        EXPECT_EQ(settings.ledgerNumbering(), LedgerNumbering::EachDate) << change;
+    }
+    EXPECT_THAT(settings.store(settings.record(), LedgerNumbering::AllDates), ElementsAre("LedgerNumbering"));
+    EXPECT_THAT(stored(), ElementsAre("all"));
+}
+
+TEST_F(SettingsTest, aNumberingThatAnotherClientHasChangedIsNotOverwritten) {
+    TSettingRecord record = settings.record();
+    record.CompanyName = "شرکت من";
+    SettingsStore other(*session);
+    static_cast<void>(other.store(other.record(), LedgerNumbering::EachDate));
+    // What it would become is there already, and still it is not what was read.
+    EXPECT_THROW(static_cast<void>(settings.store(record, LedgerNumbering::EachDate)), DatabaseError);
+    EXPECT_EQ(settings.ledgerNumbering(), LedgerNumbering::AllDates);
+    EXPECT_EQ(settings.record().CompanyName, "بازرگانی مهرآفرین");
+    settings.reload();
+    EXPECT_EQ(settings.ledgerNumbering(), LedgerNumbering::EachDate);
+    EXPECT_EQ(settings.record().CompanyName, "بازرگانی مهرآفرین") << "all or nothing";
+}
+
 TEST_F(SettingsTest, standOrFallWithWhatIsWrittenBesideThem) {
     TSettingRecord record = settings.record();
     record.CompanyName = "شرکت من";

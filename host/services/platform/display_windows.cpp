@@ -4,8 +4,9 @@
 
 namespace basalt::host {
 
-bool hasDisplay() {
-    return true;
+std::string displayProblem(const std::filesystem::path& platformPlugins) {
+    static_cast<void>(platformPlugins);
+    return {};
 }
 
 void useOffscreenDisplay() {

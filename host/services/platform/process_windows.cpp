@@ -1,10 +1,21 @@
 #include <windows.h>
 
 #include <array>
+#include <optional>
 
 #include "host/services/platform/process.h"
 
 namespace basalt::host::platform {
+
+namespace {
+
+std::optional<std::string> startOf(HANDLE process) {
+    FILETIME created{}, ended{}, kernel{}, user{};
+    if (!GetProcessTimes(process, &created, &ended, &kernel, &user)) return std::nullopt;
+    return std::to_string((static_cast<std::uint64_t>(created.dwHighDateTime) << 32) | created.dwLowDateTime);
+}
+
+}  // namespace
 
 std::string machineName() {
     std::array<char, MAX_COMPUTERNAME_LENGTH + 1> name{};
@@ -13,24 +24,32 @@ std::string machineName() {
     return std::string(name.data(), size);
 }
 
+// It is made when Windows is installed.
+std::string machineId() {
+    std::array<char, 64> id{};
+    DWORD size = static_cast<DWORD>(id.size());
+    const LSTATUS status = RegGetValueA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Microsoft\\Cryptography", "MachineGuid",
+                                        RRF_RT_REG_SZ | RRF_SUBKEY_WOW6464KEY, nullptr, id.data(), &size);
+    return status == ERROR_SUCCESS ? std::string(id.data()) : std::string();
+}
+
 std::int64_t currentProcessId() {
     return static_cast<std::int64_t>(GetCurrentProcessId());
 }
 
-std::optional<std::string> processStart(std::int64_t id) {
+std::string currentProcessMark() {
+    return startOf(GetCurrentProcess()).value_or("");
+}
+
+bool hasEnded(std::int64_t id, const std::string& mark) {
+    if (mark.empty()) return false;
     const HANDLE process = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(id));
-    if (!process) {
-        if (GetLastError() == ERROR_INVALID_PARAMETER) return std::string();  // no process has this number
-        return std::nullopt;
-    }
-    FILETIME created{}, ended{}, kernel{}, user{};
+    if (!process) return GetLastError() == ERROR_INVALID_PARAMETER;  // no process has this number
     DWORD status = 0;
-    const bool known = GetProcessTimes(process, &created, &ended, &kernel, &user) != 0;
-    const bool alive = GetExitCodeProcess(process, &status) && status == STILL_ACTIVE;
+    const bool ended = GetExitCodeProcess(process, &status) && status != STILL_ACTIVE;
+    const std::optional<std::string> start = startOf(process);
     CloseHandle(process);
-    if (!alive) return std::string();
-    if (!known) return std::nullopt;
-    return std::to_string((static_cast<std::uint64_t>(created.dwHighDateTime) << 32) | created.dwLowDateTime);
+    return ended || (start && *start != mark);
 }
 
 }  // namespace basalt::host::platform
