@@ -123,12 +123,13 @@ int backUp(const CommonOptions& common, const std::string& file) {
 int restore(const CommonOptions& common, const std::string& file) {
     if (common.database.empty()) throw WrongUsage("db restore replaces a database; say which with --database URL");
     const host::DatabaseUrl url = databaseOf(common);
-    const host::RestoredDatabase done = host::restoreDatabase(url, file);
-    // The file is moved without a statement, so that the recording holds none.
+    // The file is moved without a statement, so that the recording holds none, and any session makes it. One that
+    // cannot be written is told before anything is moved.
     if (!common.record.empty()) {
-        const std::unique_ptr<Session> session = host::openDatabase(url);
+        const std::unique_ptr<Session> session = host::openDatabase(host::DatabaseUrl::parse("embedded::memory:"));
         const RecordedSession recording(*session, common, url);
     }
+    const host::RestoredDatabase done = host::restoreDatabase(url, file);
     std::cout << "restored " << url.display() << " from " << file << '\n';
     if (!done.kept.empty()) std::cout << "the former file is " << host::textFromPath(done.kept) << '\n';
     return 0;

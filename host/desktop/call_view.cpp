@@ -123,7 +123,7 @@ void CallView::addResult() {
     auto* layout = new QVBoxLayout(page);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(8);
-    layout->addWidget(error_);
+    layout->addWidget(error_, 0, Qt::AlignTop);
     layout->addWidget(result_, 1);
     addPage(page, result_->accessibleName());
 }

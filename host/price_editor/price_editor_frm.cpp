@@ -244,7 +244,8 @@ void PriceEditor::SetComponents() {
     const LevelTitles titles = toldApart(matrix_.titles());
     std::map<bool, std::vector<QLabel*>> groups;
     for (const auto& [name, label] : titles_) {
-        label->setText(screenText(QString::fromStdString(titles.at(name))));
+        // One line: a name of a host's may hold a break.
+        label->setText(screenText(QString::fromStdString(titles.at(name))).simplified());
         groups[isDiscount(name)].push_back(label);
     }
     for (const auto& [discounts, labels] : groups)

@@ -8,8 +8,17 @@
 namespace basalt::host {
 namespace {
 
+// A label of an input marks its key by an & and writes one that is meant as two.
+QString withoutMnemonic(const QString& label) {
+    QString words;
+    for (qsizetype i = 0; i < label.size(); ++i) {
+        if (label.at(i) == QLatin1Char('&') && ++i == label.size()) break;
+        words += label.at(i);
+    }
+    return words;
+}
+
 QString withoutColon(QString label) {
-    label.remove(QLatin1Char('&'));
     label = label.trimmed();
     while (label.endsWith(QLatin1Char(':')))
         label.chop(1);
@@ -20,7 +29,7 @@ QString withoutColon(QString label) {
 
 QString labelOf(const QWidget& input, const QWidget& form) {
     for (const QLabel* label : form.findChildren<QLabel*>())
-        if (label->buddy() == &input) return withoutColon(label->text());
+        if (label->buddy() == &input) return withoutColon(withoutMnemonic(label->text()));
     return withoutColon(input.accessibleName());
 }
 

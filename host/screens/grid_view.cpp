@@ -49,6 +49,8 @@ public:
             room.setLeft(std::max(option.rect.left(), 0) + kCellPadding);
             room.setRight(std::min(option.rect.right(), end - 1) - kCellPadding);
             if (option.fontMetrics.horizontalAdvance(text) > room.width()) text = QChar(0x2026);
+            // Of a few pixels' width the three dots leave one, which is much like a zero.
+            if (option.fontMetrics.horizontalAdvance(text) > room.width()) return;
         }
         // The sign stands on the left of a number within right-to-left text. What is cut of codes and Latin names,
         // which are read from the left, is missing on the right.

@@ -159,6 +159,8 @@ SmartGrid::SmartGrid(ScreenContext& context, const QString& objectName, QWidget*
                      [this, header](const QPoint& at) { showMenu(header->mapToGlobal(at)); });
 
     addAction("GridCopy_ACT", "رونوشت", QKeySequence::Copy, &SmartGrid::copySelection);
+    // An input has a copy of its own; the other keys work wherever the focus is.
+    actions_.back()->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     addAction("GridColumns_ACT", "ستون‌ها…", {}, &SmartGrid::chooseColumns);
     addAction("GridSort_ACT", "مرتب‌سازی…", Qt::CTRL | Qt::Key_T, &SmartGrid::chooseSort);
     addAction("GridPrint_ACT", "پیش‌نمایش و چاپ…", QKeySequence::Print, &SmartGrid::print);
@@ -172,7 +174,6 @@ void SmartGrid::addAction(const char* objectName, const char* title, const QKeyS
     auto* action = new QAction(QString::fromUtf8(title), this);
     action->setObjectName(QString::fromLatin1(objectName));
     action->setShortcut(key);
-    action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     QObject::connect(action, &QAction::triggered, this,
                      [this, work] { context_.guarded(this, [this, work] { (this->*work)(); }); });
     QWidget::addAction(action);

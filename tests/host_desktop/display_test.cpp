@@ -111,7 +111,9 @@ TEST_F(Display, ofAKindThatQtDoesNotKnowIsTold) {
 
 TEST_F(Display, isNotNeededToPlaySteps) {
     write(path("a.steps"), "expect screen TCostLevel_List_FRM\nkey - Escape\n");
-    for (const Variables& variables : {Variables{}, Variables{{"DISPLAY", nobodys()}}}) {
+    for (const Variables& variables :
+         {Variables{}, Variables{{"DISPLAY", nobodys()}}, Variables{{"QT_QPA_PLATFORM", "xcb"}},
+          Variables{{"QT_QPA_PLATFORM", "wayland"}}}) {
         const Run played = screen(variables, "--steps a.steps");
         EXPECT_EQ(played.status, 0);
         EXPECT_EQ(played.errors, "");
@@ -132,11 +134,13 @@ TEST_F(Display, isLookedForOnDemand) {
 // A folder that cannot be made is the end of the tour, and shows that it was begun.
 TEST_F(Display, aTourIsTakenAndTakesNoDatabaseOfOthers) {
     write(path("file"), "");
-    const Run tour = run(BASALT_DESKTOP, "--tour file/pictures --database embedded:shop.db", {});
-    EXPECT_EQ(tour.status, 1);
-    EXPECT_EQ(tour.errors,
-              "basalt-desktop: the tour makes a database of its own; the one of --database is left alone\n"
-              "basalt-desktop: the folder file/pictures cannot be made: Not a directory\n");
+    for (const Variables& variables : {Variables{}, Variables{{"QT_QPA_PLATFORM", "xcb"}}}) {
+        const Run tour = run(BASALT_DESKTOP, "--tour file/pictures --database embedded:shop.db", variables);
+        EXPECT_EQ(tour.status, 1);
+        EXPECT_EQ(tour.errors,
+                  "basalt-desktop: the tour makes a database of its own; the one of --database is left alone\n"
+                  "basalt-desktop: the folder file/pictures cannot be made: Not a directory\n");
+    }
     EXPECT_FALSE(fs::exists(path("shop.db")));
 }
 

@@ -150,6 +150,13 @@ TEST_F(Editor, aLevelCalledByANumberIsShownAsNumbersAre) {
               "قیمت فروش ۳ (۱۴۰۲)");
 }
 
+TEST_F(Editor, aLevelOfTwoLinesIsReadInOne) {
+    execute(*session,
+            "UPDATE CostLevel SET Name = N'سطح' + NCHAR(13) + NCHAR(10) + N'ششم' WHERE Code = 3 AND CostType = 1");
+    const auto editor = open();
+    EXPECT_EQ(control<QLabel>(*editor, "CostLevel_3_LBL")->text().toStdString(), "سطح ششم");
+}
+
 TEST_F(Editor, choicesOfDefaultDiscountsCanBeRead) {
     const auto editor = open();
     for (const char* name : {"Default_Discount_Sell_Number_CMB", "Default_Discount_Buy_Number_CMB"}) {

@@ -93,5 +93,16 @@ TEST_F(FieldTitles, areThoseOfInputsOrColumns) {
     EXPECT_EQ(inputOf(window, "Name"), &edit);
 }
 
+TEST_F(FieldTitles, keepTheSignsThatMarkNoKey) {
+    QWidget form;
+    QLabel label(QStringLiteral("&عنوان && نشان :"), &form);
+    QLineEdit labelled(&form);
+    label.setBuddy(&labelled);
+    EXPECT_EQ(labelOf(labelled, form).toStdString(), "عنوان & نشان");
+    QLineEdit named(&form);
+    named.setAccessibleName(QStringLiteral("قیمت ۱ (B&B) :"));
+    EXPECT_EQ(labelOf(named, form).toStdString(), "قیمت ۱ (B&B)");
+}
+
 }  // namespace
 }  // namespace basalt::host

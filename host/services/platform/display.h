@@ -12,7 +12,8 @@ namespace basalt::host {
 //
 // Empty when they can; else what is wrong, such as "there is no display", and what can be done about it.
 [[nodiscard]] std::string displayProblem(const std::filesystem::path& platformPlugins);
-// Makes the application draw without a display, unless the environment names a platform itself.
+// Makes the application draw without a display. Of platforms that the environment names, xcb and wayland give way: they
+// are for the user's windows; another one stays.
 void useOffscreenDisplay();
 
 }  // namespace basalt::host

@@ -174,7 +174,8 @@ std::string displayProblem(const fs::path& platformPlugins) {
 }
 
 void useOffscreenDisplay() {
-    if (variable(kPlatform).empty()) setenv(kPlatform, "offscreen", 1);
+    const std::string named = variable(kPlatform);
+    if (named.empty() || named.starts_with("xcb") || named.starts_with("wayland")) setenv(kPlatform, "offscreen", 1);
 }
 
 }  // namespace basalt::host
