@@ -2,8 +2,8 @@
 
 #include <QApplication>
 #include <QScreen>
-#include <algorithm>
 
+#include "host/screens/inside.h"
 #include "host/screens/persian_digits.h"
 
 namespace basalt::host {
@@ -39,10 +39,9 @@ void Balloon::show(QWidget& control, const QString& text, int milliseconds) {
 void Balloon::pointAt(const QWidget& control) {
     ensurePolished();
     adjustSize();
-    const QRect screen = control.screen()->availableGeometry();
     const QPoint below = control.mapToGlobal(QPoint(control.width() / 2, control.height() + kBelow));
-    move(std::clamp(below.x() - width() / 2, screen.left(), std::max(screen.left(), screen.right() - width())),
-         std::clamp(below.y(), screen.top(), std::max(screen.top(), screen.bottom() - height())));
+    const QRect place(QPoint(below.x() - width() / 2, below.y()), size());
+    move(movedInside(place, control.screen()->availableGeometry()).topLeft());
 }
 
 void Balloon::mousePressEvent(QMouseEvent* /*event*/) {

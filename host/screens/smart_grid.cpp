@@ -16,6 +16,7 @@
 #include "ado/error.h"
 #include "ado/names.h"
 #include "host/screens/column_chooser.h"
+#include "host/screens/inside.h"
 #include "host/screens/kept_order.h"
 #include "host/screens/number_room.h"
 #include "host/screens/output_services.h"
@@ -684,8 +685,21 @@ void SmartGrid::chooseSort() {
     }
     menu.addSeparator();
     add(QStringLiteral("ترتیب خود فهرست"), "Own", sorted < 0, [this] { sortBy(-1, false); });
-    // A menu that is read from the right opens to the left of the point.
-    menu.exec(view_->viewport()->mapToGlobal(QPoint(view_->viewport()->width(), 0)));
+    menu.ensurePolished();
+    menu.exec(placeBelowTitle(menu.sizeHint()));
+}
+
+QPoint SmartGrid::placeBelowTitle(const QSize& menu) const {
+    const QHeaderView* header = view_->horizontalHeader();
+    const int column = std::clamp(column_, 0, std::max(0, model_.columnCount() - 1));
+    const int end = header->sectionViewportPosition(column) + header->sectionSize(column);
+    QRect place(QPoint(), menu);
+    // Menus are read from the right, as titles are.
+    place.moveTopRight(header->viewport()->mapToGlobal(QPoint(end - 1, header->height())));
+    const QRect list(view_->mapToGlobal(QPoint()), view_->size());
+    const QRect around(window()->mapToGlobal(QPoint()), window()->size());
+    // Beside the list it would lie over another program. Of the screen's edges the menu itself takes care.
+    return movedInside(place, QRect(list.left(), around.top(), list.width(), around.height())).topLeft();
 }
 
 void SmartGrid::preview(const TableContent& table, std::optional<QPageLayout> paper) {

@@ -111,6 +111,8 @@ private:
     void takeCursor(const QModelIndex& current);
     void titleClicked(int column);
     void showMenu(const QPoint& at);
+    // On the screen: where a menu of that size hangs from the title of the current column, within the list.
+    [[nodiscard]] QPoint placeBelowTitle(const QSize& menu) const;
     void applyVisibility();
     [[nodiscard]] bool shows(int column) const;
     void settleSort();

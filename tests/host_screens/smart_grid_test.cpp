@@ -13,6 +13,7 @@
 #include <QStyledItemDelegate>
 #include <QTemporaryDir>
 #include <ctime>
+#include <set>
 
 #include "host/screens/column_chooser.h"
 #include "host/screens/cut_text.h"
@@ -75,6 +76,21 @@ protected:
         const QPoint middle(header->sectionViewportPosition(column) + header->sectionSize(column) / 2,
                             header->height() / 2);
         QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, middle);
+    }
+
+    // Opens the menu of sorting by its key and acts on it.
+    void onSortMenu(const std::function<void(QMenu&)>& act) {
+        // A menu that has closed leaves it to the display which window comes next.
+        grid.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&grid));
+        view().setFocus();
+        QTimer::singleShot(0, &grid, [&act] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            ASSERT_NE(menu, nullptr);
+            act(*menu);
+            if (menu->isVisible()) menu->close();
+        });
+        QTest::keyClick(&view(), Qt::Key_T, Qt::ControlModifier);
     }
 
     SmartGrid grid{screens.context(), QStringLiteral("List_GRD"), nullptr};
@@ -161,21 +177,13 @@ TEST_F(Grid, isSortedByTheKeyboardToo) {
     std::vector<std::string> offered;
     const auto choose = [&](const std::vector<Qt::Key>& keys) {
         offered.clear();
-        // A menu that has closed leaves it to the display which window comes next.
-        grid.activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&grid));
-        view().setFocus();
-        QTimer::singleShot(0, &grid, [&, keys] {
-            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-            ASSERT_NE(menu, nullptr);
-            for (const QAction* action : menu->actions())
+        onSortMenu([&](QMenu& menu) {
+            for (const QAction* action : menu.actions())
                 if (!action->isSeparator())
                     offered.push_back(action->text().toStdString() + (action->isChecked() ? " *" : ""));
             for (const Qt::Key key : keys)
-                QTest::keyClick(menu, key);
-            if (menu->isVisible()) menu->close();
+                QTest::keyClick(&menu, key);
         });
-        QTest::keyClick(&view(), Qt::Key_T, Qt::ControlModifier);
     };
     // It stands where the list is now, and goes around at its ends.
     choose({Qt::Key_Down, Qt::Key_Return});
@@ -192,6 +200,46 @@ TEST_F(Grid, isSortedByTheKeyboardToo) {
     choose({Qt::Key_Down, Qt::Key_Return});
     EXPECT_EQ(codes(), (std::vector<std::string>{"۳", "۱", "۲"}));
     EXPECT_FALSE(view().horizontalHeader()->isSortIndicatorShown());
+}
+
+// Beside its list it would lie over another program.
+TEST_F(Grid, theMenuOfSortingHangsFromTheCurrentColumnsTitleInsideOfTheList) {
+    openThree();
+    grid.move(100, 100);
+    grid.resize(500, 400);
+    QCoreApplication::processEvents();
+    QRect menu;
+    const auto openMenu = [&] { onSortMenu([&menu](QMenu& opened) { menu = opened.geometry(); }); };
+    const auto list = [&] { return QRect(grid.mapToGlobal(QPoint()), grid.size()); };
+    const auto title = [&](int column) {
+        const QHeaderView* header = view().horizontalHeader();
+        return QRect(header->viewport()->mapToGlobal(QPoint(header->sectionViewportPosition(column), 0)),
+                     QSize(header->sectionSize(column), header->height()));
+    };
+    std::set<int> places;
+    for (const int column : {0, 1, 2}) {
+        view().setCurrentIndex(grid.model().index(1, column));
+        openMenu();
+        EXPECT_TRUE(list().contains(menu)) << column;
+        EXPECT_EQ(menu.top(), title(column).bottom() + 1) << column;
+        EXPECT_EQ(menu.right(), std::max(title(column).right(), list().left() + menu.width() - 1)) << column;
+        places.insert(menu.right());
+    }
+    EXPECT_GT(places.size(), 1U);
+    // Out of sight.
+    for (int column = 0; column < 3; ++column)
+        view().setColumnWidth(column, 400);
+    for (const int place : {0, view().horizontalScrollBar()->maximum()}) {
+        view().horizontalScrollBar()->setValue(place);
+        openMenu();
+        EXPECT_TRUE(list().contains(menu)) << place;
+    }
+    // In a low window it goes over the titles.
+    grid.resize(500, menu.height() + 10);
+    QCoreApplication::processEvents();
+    openMenu();
+    EXPECT_TRUE(list().contains(menu));
+    EXPECT_EQ(menu.bottom(), list().bottom());
 }
 
 // Nobody could tell why the rows stand as they do.
