@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QFileSystemModel>
 #include <QHeaderView>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QStyleOptionComboBox>
 #include <QStylePainter>
@@ -29,6 +30,26 @@ constexpr int kLongestName = 240;  // bytes; with its suffix 255 are taken
 bool isDirectionMark(QChar character) {
     const char16_t code = character.unicode();
     return code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
+}
+
+// No longer than a name may be, and without what hides a file at its beginning or is dropped by the system at its end.
+QString withoutLooseEnds(QString name) {
+    const auto isLoose = [](QChar end) { return QStringLiteral(" .-").contains(end); };
+    while (!name.isEmpty() && isLoose(name.front()))
+        name.remove(0, 1);
+    while (name.toUtf8().size() > kLongestName)
+        name.chop(name.size() > 1 && name.back().isLowSurrogate() ? 2 : 1);
+    while (!name.isEmpty() && isLoose(name.back()))
+        name.chop(1);
+    return name;
+}
+
+// One of Windows' names for a device, which is meant whatever the suffix.
+bool isDevice(const QString& name) {
+    static const QRegularExpression device(
+        QStringLiteral("^(con|prn|aux|nul|conin\\$|conout\\$|(com|lpt)[0-9¹²³]) *(\\.|$)"),
+        QRegularExpression::CaseInsensitiveOption);
+    return device.match(name).hasMatch();
 }
 
 enum Column { kName, kSize, kType, kDate };
@@ -129,16 +150,11 @@ QString fileNameFor(const QString& title) {
             name += character;
         }
     }
-    name = name.simplified();
-    // At the ends they hide a file, or are dropped by the system.
-    const auto isLoose = [](QChar end) { return QStringLiteral(" .-").contains(end); };
-    while (!name.isEmpty() && isLoose(name.front()))
-        name.remove(0, 1);
-    while (name.toUtf8().size() > kLongestName)
-        name.chop(name.size() > 1 && name.back().isLowSurrogate() ? 2 : 1);
-    while (!name.isEmpty() && isLoose(name.back()))
-        name.chop(1);
-    return name.isEmpty() ? QStringLiteral("فهرست") : name;
+    const QString usual = QStringLiteral("فهرست");
+    name = withoutLooseEnds(name.simplified());
+    // Behind a word it is a name like any other.
+    if (isDevice(name)) name = withoutLooseEnds(usual + QLatin1Char(' ') + name);
+    return name.isEmpty() ? usual : name;
 }
 
 SaveFileDialog::SaveFileDialog(QWidget* parent, const QString& title, const QString& suggestedName,

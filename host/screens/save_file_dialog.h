@@ -9,8 +9,8 @@ namespace basalt::host {
 // and columns in which they have room.
 void dressFileDialog(QFileDialog& dialog);
 
-// A title as a file's name: without what leads into folders or is no part of names on one system or another, and no
-// longer than every one of them takes with the suffix.
+// A title as a file's name: without what leads into folders or is no part of names on one system or another, none that
+// stands for a device, and no longer than every one of them takes with the suffix.
 [[nodiscard]] QString fileNameFor(const QString& title);
 
 class SaveFileDialog final : public QFileDialog {

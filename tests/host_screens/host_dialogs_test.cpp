@@ -88,8 +88,26 @@ TEST(FileDialogs, aTitleIsMadeAFilesName) {
     EXPECT_EQ(name(QString::fromUtf8("\U0001F600").repeated(100)),
               QString::fromUtf8("\U0001F600").repeated(60).toStdString());
 
+    for (const char* end : {". .", " ", "\u00A0", "..", " . "})
+        EXPECT_EQ(name(QStringLiteral("x") + QString::fromUtf8(end)), "x") << '"' << end << '"';
+
     SaveFileDialog dialog(nullptr, QStringLiteral("خروجی"), QStringLiteral("قیمت ۱۴۰۴/۰۹"), QStringLiteral("pdf"));
     EXPECT_EQ(dialog.findChild<QLineEdit*>("fileNameEdit")->text().toStdString(), "قیمت ۱۴۰۴-۰۹.pdf");
+}
+
+// Under such a name Windows writes to a device, be there a suffix or not.
+TEST(FileDialogs, aTitleIsNoDevice) {
+    const auto name = [](const QString& title) { return fileNameFor(title).toStdString(); };
+    for (const char* device : {"CON", "con", "Prn", "AUX", "nul", "COM1", "com9", "LPT1", "lPt9", "COM\u00B9",
+                               "LPT\u00B3", "CONIN$", "conout$", "NUL.2024", "con.a.b", "aux .x"})
+        EXPECT_EQ(name(QString::fromUtf8(device)), std::string("فهرست ") + device);
+    EXPECT_EQ(name(QStringLiteral("  ..NUL. ")), "فهرست NUL");
+    EXPECT_EQ(name(QStringLiteral("nul\u200F:")), "فهرست nul");
+    EXPECT_EQ(name(QStringLiteral("prn") + QString(300, u'/') + QStringLiteral("x")), "فهرست prn");
+    const std::string longest = name(QStringLiteral("COM1.") + QString(300, u'x'));
+    EXPECT_EQ(longest, "فهرست COM1." + std::string(224, 'x'));
+    for (const char* other : {"CONSOLE", "COM", "COM10", "COMA", "LPT", "NULL", "x.CON", "CON x", "AUX-1", "1CON"})
+        EXPECT_EQ(name(QString::fromLatin1(other)), other);
 }
 
 class PrintSettings : public HostDialogs {
