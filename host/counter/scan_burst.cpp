@@ -13,12 +13,6 @@ constexpr qint64 kPause = 400;
 
 }  // namespace
 
-qint64 ScanBurst::between(const Moment& earlier, const Moment& later) {
-    // What the program was busy with between two keys is no pause of whoever typed them.
-    if (earlier.stamp != 0 && later.stamp >= earlier.stamp) return static_cast<qint64>(later.stamp - earlier.stamp);
-    return later.read - earlier.read;
-}
-
 QString ScanBurst::textFrom(std::size_t begin) const {
     QString text;
     for (std::size_t i = begin; i < keys_.size(); ++i)
@@ -26,7 +20,7 @@ QString ScanBurst::textFrom(std::size_t begin) const {
     return text;
 }
 
-bool ScanBurst::isAtPace(std::size_t begin, const Moment& enter) const {
+bool ScanBurst::isAtPace(std::size_t begin, const KeyMoment& enter) const {
     const auto count = static_cast<qint64>(keys_.size() - begin);
     if (count < shortest_) return false;
     qint64 fast = 0;
@@ -42,7 +36,7 @@ bool ScanBurst::isTooLong(std::size_t begin) const {
     return text.size() > longestTyped_ && std::all_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
 }
 
-std::optional<std::size_t> ScanBurst::beginOfScan(const Moment& enter) const {
+std::optional<std::size_t> ScanBurst::beginOfScan(const KeyMoment& enter) const {
     std::vector<std::size_t> begins;
     for (std::size_t i = 0; i < keys_.size(); ++i) {
         const bool isBehindPause = i == 0 || between(keys_[i - 1].at, keys_[i].at) >= kPause;
@@ -58,7 +52,7 @@ std::optional<std::size_t> ScanBurst::beginOfScan(const Moment& enter) const {
 }
 
 std::optional<ScanBurst::Scan> ScanBurst::endedBy(const QKeyEvent& key, const QString& held) {
-    const Moment now{key.timestamp(), clock_.elapsed()};
+    const KeyMoment now{key.timestamp(), clock_.elapsed()};
     if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) {
         const auto begin = beginOfScan(now);
         if (!begin) {

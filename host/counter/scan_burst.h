@@ -14,6 +14,8 @@
 #include <optional>
 #include <vector>
 
+#include "host/screens/key_moment.h"
+
 namespace basalt::host {
 
 // The shortest barcode that is printed on goods.
@@ -48,23 +50,17 @@ public:
     void forget() { keys_.clear(); }
 
 private:
-    // In milliseconds: the key's own, 0 where the system tells none, and when it was read.
-    struct Moment {
-        quint64 stamp;
-        qint64 read;
-    };
     struct Key {
         QString text;
-        Moment at;
+        KeyMoment at;
         QString held;
     };
 
-    [[nodiscard]] static qint64 between(const Moment& earlier, const Moment& later);
     [[nodiscard]] QString textFrom(std::size_t begin) const;
-    [[nodiscard]] bool isAtPace(std::size_t begin, const Moment& enter) const;
+    [[nodiscard]] bool isAtPace(std::size_t begin, const KeyMoment& enter) const;
     [[nodiscard]] bool isTooLong(std::size_t begin) const;
     // Where the scan among the keys begins that is over now; nullopt when there is none.
-    [[nodiscard]] std::optional<std::size_t> beginOfScan(const Moment& enter) const;
+    [[nodiscard]] std::optional<std::size_t> beginOfScan(const KeyMoment& enter) const;
 
     qsizetype shortest_;
     qsizetype longestTyped_;

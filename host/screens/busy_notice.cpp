@@ -4,7 +4,9 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <algorithm>
+#include <utility>
 
+#include "host/screens/escape_rest.h"
 #include "host/screens/persian_digits.h"
 
 namespace basalt::host {
@@ -37,7 +39,10 @@ QWidget* windowInUse() {
 
 BusyNotice::BusyNotice(Session& session)
     : session_(session), requests_(dynamic_cast<InterruptibleSession*>(&session)), patience_(kPatienceMilliseconds) {
-    held_.onEscape = [this] { giveUp(); };
+    held_.onEscape = [this] {
+        escaped_ = true;
+        giveUp();
+    };
     if (requests_)
         requests_->onProgress([this] {
             return goOn({kWaiting, [this] {
@@ -71,6 +76,7 @@ bool BusyNotice::goOn(const Text& text) {
     if (!asked_.isValid() || asked_.elapsed() > kPauseMilliseconds || cancelled_) begin();
     if (began_.elapsed() >= patience_ && painted_.elapsed() >= std::min(kBetweenTurnsMilliseconds, patience_)) {
         show(text);
+        tell(true);
         inTurn_ = true;
         {
             const HeldInput::Turn turn(held_, notice_);
@@ -95,7 +101,14 @@ void BusyNotice::go() {
     leaving_ = false;
     if (inTurn_) return;
     delete notice_;
+    tell(false);
+    // The key that was meant for the notice may still be down, or come once more.
+    if (std::exchange(escaped_, false)) EscapeRest::ofApplication().begin();
     held_.giveBack();
+}
+
+void BusyNotice::tell(bool runs) {
+    if (std::exchange(told_, runs) != runs && onRuns) onRuns(runs);
 }
 
 void BusyNotice::giveUp() {

@@ -4,10 +4,10 @@
 //
 // Half a second into a request a small notice with the time so far and a cancel button lies over the window that waits.
 // It never takes the focus: keys that are pressed meanwhile reach that window when the request is over (held_input.h),
-// and only Escape or a click on the button gives the request up. The windows behind are painted but take no input. It
-// goes away by itself when the request is over. A session that cannot be interrupted shows none. While the notice is up
-// no timers run on the platforms where they can be held back, because whoever they belong to might use the session;
-// where they do run, those that would use it ask requestRuns first.
+// and only Escape or a click on the button gives the request up; Escape pressed twice does no more (escape_rest.h). The
+// windows behind are painted but take no input. It goes away by itself when the request is over. A session that cannot
+// be interrupted shows none. While the notice is up no timers run on the platforms where they can be held back, because
+// whoever they belong to might use the session; where they do run, those that would use it ask requestRuns first.
 #pragma once
 
 #include <QElapsedTimer>
@@ -38,6 +38,8 @@ public:
 
     // A request has lent the windows a moment to be painted; whatever is told of it now must not use the session.
     [[nodiscard]] bool requestRuns() const { return inTurn_; }
+    // Told true before a request first lends the windows a moment, and false once it is over.
+    std::function<void(bool)> onRuns;
 
 private:
     // What the notice says; made only when it is shown.
@@ -54,6 +56,7 @@ private:
     void giveUp();
     void goWhenOver();
     void go();
+    void tell(bool runs);
 
     Session& session_;
     InterruptibleSession* requests_;
@@ -69,6 +72,8 @@ private:
     bool cancelled_ = false;
     bool inTurn_ = false;   // the windows have theirs
     bool leaving_ = false;  // go() is on its way
+    bool told_ = false;     // that a request runs
+    bool escaped_ = false;  // Escape was pressed at the notice
 };
 
 }  // namespace basalt::host

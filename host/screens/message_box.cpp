@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "host/screens/escape_rest.h"
 #include "host/screens/marked_statement.h"
 #include "host/screens/persian_digits.h"
 #include "host/screens/theme.h"
@@ -189,6 +190,12 @@ bool MessageBox::eventFilter(QObject* watched, QEvent* event) {
         return true;
     }
     return QDialog::eventFilter(watched, event);
+}
+
+void MessageBox::keyPressEvent(QKeyEvent* event) {
+    const quint64 pressed = event->timestamp();
+    QDialog::keyPressEvent(event);
+    if (event->key() == Qt::Key_Escape && !isVisible()) EscapeRest::ofApplication().begin(pressed);
 }
 
 int MessageBox::ask() {

@@ -6,7 +6,7 @@
 // A text that half of the screen does not hold is scrolled; the buttons are always in sight.
 //
 // Escape and closing the window give the refusing button where there is one (Cancel, else No), else OK. What a scanner
-// types answers nothing.
+// types answers nothing. Escape pressed twice closes the box only (escape_rest.h).
 #pragma once
 
 #include <QDialog>
@@ -38,6 +38,7 @@ public:
     void reject() override;
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

@@ -13,6 +13,7 @@
 #include <QtTest>
 #include <stdexcept>
 
+#include "host/screens/escape_rest.h"
 #include "host/steps/screen_finder.h"
 #include "host/steps/screen_reader.h"
 #include "host/steps/step_failure.h"
@@ -171,6 +172,8 @@ UserAction doubleClick(const std::string& object) {
 }
 
 UserAction pressKey(const std::string& object, QKeyCombination key) {
+    if (key.key() == Qt::Key_Escape && EscapeRest::ofApplication().isOn())
+        throw StepFailure("Escape to be taken", "it resting behind one that has closed a message or a notice");
     QWidget* popup = QApplication::activePopupWidget();
     if (popup && object == "-") return [popup, key] { pressOn(popupTarget(*popup), key); };
     QWidget& widget = requireUsable(object);

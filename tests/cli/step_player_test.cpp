@@ -22,9 +22,11 @@
 #include <QTabBar>
 #include <QTableView>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "host/screens/escape_rest.h"
 #include "host/steps/steps_file.h"
 #ifndef _WIN32
 #include "tests/support/small_files.h"
@@ -195,6 +197,21 @@ TEST(StepPlayer, answersAheadAndBefore) {
                       "answer ۲\nkey - Esc\nexpect message MsgUnsavedChanges\nexpect screen Editor_FRM\n"
                       "answer yes\nkey - Esc\nexpect message MsgUnsavedChanges\nexpect cell List_GRD 0 عنوان یکx\n"),
         "");
+}
+
+// A step is what a user means, and so never the second press of a key.
+TEST(StepPlayer, escapeIsPressedWhenItIsTaken) {
+    qint64 now = 0;
+    EscapeRest& rest = EscapeRest::ofApplication();
+    rest.setClock([&now] { return now; });
+    rest.begin();
+    QTimer::singleShot(50, qApp, [&now] { now = 401; });
+    EXPECT_EQ(play("key - Esc\nexpect result 0\n"), "");
+    rest.begin();
+    EXPECT_EQ(play("expect rows List_GRD 3\nkey - Esc\n"),
+              "t.steps:2: expected Escape to be taken, found it resting behind one that has closed a message or a "
+              "notice");
+    rest.setClock({});
 }
 
 TEST(StepPlayer, leavesScreensOpenAtTheEndClosedWithoutSaving) {

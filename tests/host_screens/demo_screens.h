@@ -56,6 +56,7 @@ protected:
                    " AND Code = " + std::to_string(code));
     }
 
+    EscapeClock escapeClock;
     std::unique_ptr<Session> session = embedded::EmbeddedSession::open(":memory:", {.createIfMissing = true});
     // What the screens send, and where a test lets it fail. The tests' own statements go past it.
     std::vector<std::string> sent;

@@ -83,10 +83,38 @@ TEST_F(Messages, enterGivesTheDefaultAndEscapeRefuses) {
     EXPECT_EQ(service.show(question({TMessageButton::Yes, TMessageButton::No}, TMessageButton::Yes)), mrYes);
     onBox([](MessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
     EXPECT_EQ(service.show(question({TMessageButton::Yes, TMessageButton::No}, TMessageButton::Yes)), mrNo);
+    escapeClock.pass(401);
     onBox([](MessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
     EXPECT_EQ(
         service.show(question({TMessageButton::Yes, TMessageButton::No, TMessageButton::Cancel}, TMessageButton::Yes)),
         mrCancel);
+}
+
+// Pressed twice by who wants to be rid of the message.
+TEST_F(Messages, escapeLeavesTheScreenBeneathOpen) {
+    QDialog screen;
+    screen.show();
+    const auto answer = [&](std::function<void(MessageBox&)> act) {
+        onBox(std::move(act));
+        service.show(question({TMessageButton::Yes, TMessageButton::No}, TMessageButton::Yes));
+        QTest::keyClick(&screen, Qt::Key_Escape);
+    };
+    answer([](MessageBox& box) { QTest::keyClick(box.focusWidget(), Qt::Key_Escape); });
+    EXPECT_TRUE(screen.isVisible());
+    escapeClock.pass(400);
+    QTest::keyClick(&screen, Qt::Key_Escape);
+    EXPECT_TRUE(screen.isVisible());
+    escapeClock.pass(1);
+    QTest::keyClick(&screen, Qt::Key_Escape);
+    EXPECT_FALSE(screen.isVisible());
+
+    // An answer by another key, or by none, is no reason to keep Escape from the screen.
+    screen.show();
+    answer([](MessageBox& box) { QTest::keyClick(box.focusWidget(), Qt::Key_Return); });
+    EXPECT_FALSE(screen.isVisible());
+    screen.show();
+    answer([](MessageBox& box) { box.close(); });
+    EXPECT_FALSE(screen.isVisible());
 }
 
 TEST_F(Messages, whatAScannerTypesAnswersNothing) {

@@ -19,6 +19,7 @@
 #include "host/screens/print_document.h"
 #include "host/screens/screen_services_impl.h"
 #include "package/services.h"
+#include "tests/host_screens/escape_clock.h"
 #include "tests/host_screens/when_busy.h"
 #include "tests/support/scripted_session.h"
 
@@ -147,6 +148,7 @@ protected:
     // Calls when the event loop of the next dialog runs.
     static void whenShown(std::function<void()> act) { QTimer::singleShot(0, qApp, std::move(act)); }
 
+    EscapeClock escapeClock;
     ScriptedSession session;
     QueuedMessages messages;
     QueuedOutput output;
