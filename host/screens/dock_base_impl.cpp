@@ -62,9 +62,11 @@ DockBaseImpl::DockBaseImpl(ScreenContext& context, TBaseDock_FRM& screen)
       detailPanel_(frame_->addPanel("Detail_PNL", 0)) {
     screen.resize(themeWindowSize({760, 560}, screen));
     frame_->onEnter = [this] { return enterPressed(); };
+    context_.requestListeners().add(*this);
 }
 
 DockBaseImpl::~DockBaseImpl() {
+    context_.requestListeners().remove(*this);
     // The widgets go with the screen, which goes after this.
     frame_->onEnter = {};
     delete summary_.data();
@@ -152,8 +154,11 @@ void DockBaseImpl::EnableButtons() {
                            : grid_ && grid_->model().rowCount() > 0 ? nothingChosenReason()
                            : isUnread()                             ? unreadListReason()
                                                                     : emptyListReason();
-    for (const Button& entry : buttons_)
-        if (actsOnRow(entry.role)) enableUnless(*entry.button, reason);
+    for (const Button& entry : buttons_) {
+        if (!actsOnRow(entry.role)) continue;
+        // No row need be chosen for a print, so that one reads what is unread.
+        enableUnless(*entry.button, entry.role == TListButton::Print && isUnread() ? QString() : reason);
+    }
 }
 
 void DockBaseImpl::SetTitle(const std::string& title) {
@@ -201,26 +206,31 @@ bool DockBaseImpl::isUnread() const {
     return grid_ && grid_->model().isUnread();
 }
 
+void DockBaseImpl::requestRuns(bool runs) {
+    if (summary_) summary_->setAdvising(!runs);
+}
+
 // When everything is back where it was after a failure: a tab that is left again asks for the rows that are there.
 void DockBaseImpl::noteSearch() {
     if (!summary_) return;
     QMetaObject::invokeMethod(
         summary_.data(),
         [this] {
-            // Of a list without its rows the summary itself says what to do.
-            summary_->setNote(
-                searches_->isBehind() && !isUnread()
-                    ? QStringLiteral(
-                          "فهرست هنوز جستجوی پیشین را نشان می‌دهد؛ "
-                          "برای جستجوی نوشته‌شده \u2066Enter\u2069 یا \u2066Ctrl+R\u2069 را بزنید")
-                    : QString());
+            if (searches_->isBehind()) {
+                summary_->setNote(
+                    QStringLiteral("فهرست هنوز جستجوی پیشین را نشان می‌دهد"),
+                    QStringLiteral(
+                        "برای جستجوی نوشته‌شده \u2066Enter\u2069 یا \u2066Ctrl+R\u2069 را بزنید"));
+            } else {
+                summary_->setNote({}, {});
+            }
         },
         Qt::QueuedConnection);
 }
 
 bool DockBaseImpl::rowIsFound() {
     const QWidget* focused = screen_.focusWidget();
-    return (grid_ && focused && grid_->isAncestorOf(focused)) || rowsAreFound();
+    return (grid_ && focused && grid_->isAncestorOf(focused) && !isUnread()) || rowsAreFound();
 }
 
 bool DockBaseImpl::enterPressed() {

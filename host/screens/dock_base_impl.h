@@ -12,7 +12,7 @@
 
 namespace basalt::host {
 
-class DockBaseImpl final : public DockBase {
+class DockBaseImpl final : public DockBase, private RequestListener {
 public:
     DockBaseImpl(ScreenContext& context, TBaseDock_FRM& screen);
     ~DockBaseImpl() override;
@@ -51,6 +51,7 @@ private:
     // The rows of the list went while others were read, and those have not come.
     [[nodiscard]] bool isUnread() const;
     void noteSearch();
+    void requestRuns(bool runs) override;
     void restoreLayout();
     void keepLayout();
 

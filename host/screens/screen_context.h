@@ -8,12 +8,21 @@
 #include <functional>
 #include <utility>
 
+#include "ado/listener_list.h"
 #include "host/screens/output_file.h"
 #include "host/services/reference_host.h"
 
 namespace basalt::host {
 
 class OutputServices;
+
+class RequestListener {
+public:
+    virtual void requestRuns(bool runs) = 0;
+
+protected:
+    ~RequestListener() = default;
+};
 
 class ScreenContext {
 public:
@@ -38,6 +47,8 @@ public:
     // send another one.
     [[nodiscard]] bool requestRuns() const { return requestRuns_ && requestRuns_(); }
     void setRequestRuns(std::function<bool()> runs) { requestRuns_ = std::move(runs); }
+    // For what the windows show then: told before they are first painted amid a request, and when it is over.
+    [[nodiscard]] ListenerList<RequestListener>& requestListeners() { return requestListeners_; }
 
     // Runs a handler. An error is shown as a message over `origin`'s window and the screen lives on. When it cannot
     // even be shown, the window closes and the error waits for rethrowUnshown.
@@ -50,6 +61,7 @@ private:
     OutputServices* output_;
     OutputProgress writing_;
     std::function<bool()> requestRuns_;
+    ListenerList<RequestListener> requestListeners_;
     std::exception_ptr unshown_;
 };
 

@@ -27,6 +27,9 @@ HostScreenServices::HostScreenServices(ReferenceHost& host) : context_(host, dia
     busy_ = std::make_unique<BusyNotice>(host.session());
     context_.setWriting([this](int done, int all) { return busy_->writes(done, all); });
     context_.setRequestRuns([this] { return busy_->requestRuns(); });
+    busy_->onRuns = [this](bool runs) {
+        context_.requestListeners().notify([runs](RequestListener& listener) { listener.requestRuns(runs); });
+    };
     lockRelease_ = std::make_unique<LockRelease>(context_);
     host.setEntityPicking(this);
 }

@@ -77,20 +77,32 @@ SelectionSummary::SelectionSummary(SmartGrid& grid, QWidget* parent) : QLabel(pa
 }
 
 void SelectionSummary::refresh() {
-    setText(note_.isEmpty() ? described() : note_ + QStringLiteral("   |   ") + described());
+    // What is to be known of rows means nothing where there are none.
+    const bool noted = !note_.isEmpty() && !grid_.model().isUnread();
+    setText(noted ? advised(note_, advice_) + QStringLiteral("   |   ") + described() : described());
 }
 
-void SelectionSummary::setNote(const QString& note) {
-    if (note == note_) return;
+void SelectionSummary::setNote(const QString& note, const QString& advice) {
+    if (note == note_ && advice == advice_) return;
     note_ = note;
+    advice_ = advice;
     refresh();
+}
+
+void SelectionSummary::setAdvising(bool advising) {
+    advising_ = advising;
+    if (!note_.isEmpty() || grid_.model().isUnread()) refresh();
+}
+
+QString SelectionSummary::advised(const QString& fact, const QString& advice) const {
+    return advising_ ? fact + QStringLiteral("؛ ") + advice : fact;
 }
 
 QString SelectionSummary::described() const {
     const GridModel& model = grid_.model();
     if (model.isUnread())
-        return QStringLiteral(
-            "سطرها هنوز خوانده نشده‌اند؛ برای خواندن \u2066Ctrl+R\u2069 را بزنید");
+        return advised(QStringLiteral("سطرها هنوز خوانده نشده‌اند"),
+                       QStringLiteral("برای خواندن \u2066Ctrl+R\u2069 را بزنید"));
     QString all = QStringLiteral("%1 سطر").arg(grouped(model.rowCount()));
     const QItemSelection selected = grid_.View()->selectionModel()->selection();
     const int count = rowsOf(selected);

@@ -25,15 +25,20 @@ class SelectionSummary final : public QLabel {
 public:
     SelectionSummary(SmartGrid& grid, QWidget* parent);
 
-    // What is to be known of the list before everything else; empty: nothing.
-    void setNote(const QString& note);
+    // What is to be known of the list's rows before everything else, and what to do about it; empty: nothing.
+    void setNote(const QString& note, const QString& advice);
+    // Whether it says what to do. While a request runs nothing of it can be done.
+    void setAdvising(bool advising);
 
 private:
     void refresh();
     [[nodiscard]] QString described() const;
+    [[nodiscard]] QString advised(const QString& fact, const QString& advice) const;
 
     SmartGrid& grid_;
     QString note_;
+    QString advice_;  // on the note
+    bool advising_ = true;
 };
 
 }  // namespace basalt::host

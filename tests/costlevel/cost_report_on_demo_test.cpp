@@ -133,6 +133,32 @@ TEST_F(ReportOnDemo, f9PrintsWhatIsTickedAndSaysSoAboveIt) {
     });
 }
 
+// As a long report is whose reading was given up late.
+TEST_F(ReportOnDemo, f9ReadsAReportThatHasLostItsRows) {
+    int rows = 0;
+    output.onPreview = [&](PrintDocument& document) {
+        EXPECT_TRUE(painted(document, pageLayout(), 1).contains(QStringLiteral("نام کالا")));
+    };
+    show([&](QWidget& report, SmartGrid& grid) {
+        rows = grid.model().rowCount();
+        for (QWidget* focused : std::initializer_list<QWidget*>{&report, grid.View()}) {
+            focused->setFocus();
+            grid.model().dataSet()->Close();
+            EXPECT_EQ(grid.model().rowCount(), 0);
+            QTimer::singleShot(0, &report, [] {
+                auto* ok = QApplication::activeModalWidget()->findChild<QPushButton*>("Ok_BTN");
+                ASSERT_NE(ok, nullptr) << "nobody asks what to print";
+                ok->click();
+            });
+            QTest::keyClick(focused, Qt::Key_F9);
+            QCoreApplication::processEvents();
+            EXPECT_EQ(grid.model().rowCount(), rows);
+        }
+    });
+    EXPECT_GT(rows, 0);
+    EXPECT_EQ(output.previews.size(), 2U);
+}
+
 // Of the screen, above it and above its pages: what the table of the application's parts has; pages also name the tab.
 // The count of the columns is left out of the line above the pages, a level whose name is a number is not.
 TEST_F(ReportOnDemo, aLevelMayBeCalledByANumber) {

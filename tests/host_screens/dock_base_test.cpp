@@ -343,6 +343,106 @@ TEST_F(DockBases, aLongListThatIsGivenUpLateHasNoRowsAndSaysSo) {
     }});
 }
 
+// No row need be chosen for it, so that it must not keep quiet as over an empty list.
+TEST_F(DockBases, aPrintOfAnUnreadListReadsItFirst) {
+    const std::string all = "select rows";
+    auto screen = made(fmBrowse);
+    screen->base().AddButton("PrintList_BTN", "پیش نمایش ليست F9", TListButton::Print);
+    screen->onOpen = [this] { open(longList(kLongList)); };
+    screen->onRefresh = [this] { host.ResetDataset(query); };
+    run(*screen, {[&] {
+        auto* input = control<QLineEdit>(*screen, "TGeneral_Search_Frame1_EDT");
+        QAbstractItemView* list = screen->grid->View();
+        const auto isUnread = [&] { return static_cast<SmartGrid*>(screen->grid)->model().isUnread(); };
+        {
+            BringsRows requests(host.DM().ADOConnection1, session);
+            requests.error = DatabaseError(ErrorCategory::Other, "HY008", 0, "given up");
+            requests.count = kLongList / 2;
+            QTest::keyClick(input, Qt::Key_R, Qt::ControlModifier);
+            ASSERT_TRUE(isUnread());
+            // Wherever the focus is, and given up again.
+            for (QWidget* focused : std::initializer_list<QWidget*>{input, list}) {
+                requests.sent.clear();
+                focused->setFocus();
+                QTest::keyClick(focused, Qt::Key_F9);
+                EXPECT_EQ(requests.sent, Calls{all});
+                EXPECT_TRUE(isUnread());
+                EXPECT_TRUE(isUsable(&button(*screen, "PrintList_BTN")));
+                EXPECT_TRUE(output.previews.empty());
+            }
+        }
+        session.expect(all, priceRows({{1, "آب", {}}}));
+        expectCompanyName();
+        QTest::keyClick(list, Qt::Key_F9);
+        EXPECT_EQ(output.previews.size(), 1U);
+        EXPECT_EQ(list->model()->rowCount(), 1);
+    }});
+}
+
+TEST_F(DockBases, anUnreadListThatTurnsOutToBeEmptyIsNotPrinted) {
+    auto screen = made(fmBrowse);
+    screen->base().AddButton("PrintList_BTN", "پیش نمایش ليست F9", TListButton::Print);
+    screen->onRefresh = [this] { host.ResetDataset(query); };
+    run(*screen, {[&] {
+        query.Close();
+        session.expect("select rows", priceRows({}));
+        QTest::keyClick(screen->grid->View(), Qt::Key_F9);
+        EXPECT_TRUE(output.previews.empty());
+        EXPECT_FALSE(isUsable(&button(*screen, "PrintList_BTN")));
+        EXPECT_EQ(button(*screen, "PrintList_BTN").accessibleDescription().toStdString(), "فهرست خالی است.");
+    }});
+}
+
+// Keys that are pressed then wait until the request is over, and what they were to do may be done by then.
+TEST_F(DockBases, whileItIsReadAListAdvisesNothing) {
+    auto screen = made(fmBrowse);
+    screen->onOpen = [this] { open(longList(kLongList)); };
+    screen->onRefresh = [this] { host.ResetDataset(query); };
+    run(*screen, {[&] {
+        auto* input = control<QLineEdit>(*screen, "TGeneral_Search_Frame1_EDT");
+        auto* summary = control<QLabel>(*screen, "Summary_LBL");
+        BringsRows requests(host.DM().ADOConnection1, session);
+        requests.error = DatabaseError(ErrorCategory::Other, "HY008", 0, "given up");
+        const auto whatItSays = [&] {
+            QCoreApplication::processEvents();
+            return summary->text().toStdString();
+        };
+        std::string meanwhile;
+        WhenBusy busy([&](QWidget&) { meanwhile = summary->text().toStdString(); });
+        requests.onRows = [&] {
+            screens.busyNotice().setPatience(0);
+            for (int turn = 0; turn < 20 && meanwhile.empty(); ++turn) {
+                QTest::qSleep(5);
+                EXPECT_TRUE(screens.busyNotice().writes(turn, 20));
+            }
+            neverBusy(screens);
+        };
+
+        type(input, QStringLiteral("x"));
+        EXPECT_EQ(meanwhile, "۳۰۰٬۰۰۰ سطر");
+        const std::string behind = "فهرست هنوز جستجوی پیشین را نشان می‌دهد";
+        const std::string rows = "   |   ۳۰۰٬۰۰۰ سطر";
+        EXPECT_EQ(
+            whatItSays(),
+            behind +
+                "؛ برای جستجوی نوشته‌شده \u2066Enter\u2069 یا \u2066Ctrl+R\u2069 را بزنید" +
+                rows);
+        meanwhile.clear();
+        QTest::keyClick(input, Qt::Key_Return);
+        EXPECT_EQ(meanwhile, behind + rows);
+
+        requests.count = kLongList / 2;
+        const std::string unread = "سطرها هنوز خوانده نشده‌اند";
+        const std::string advice = "؛ برای خواندن \u2066Ctrl+R\u2069 را بزنید";
+        for (int time = 0; time < 2; ++time) {
+            meanwhile.clear();
+            QTest::keyClick(input, Qt::Key_R, Qt::ControlModifier);
+            EXPECT_EQ(meanwhile, unread) << time;
+            EXPECT_EQ(whatItSays(), unread + advice) << time;
+        }
+    }});
+}
+
 TEST_F(DockBases, aListThatWasNeverReadIsOnlyEmpty) {
     auto screen = made(fmBrowse);
     screen->onOpen = {};
