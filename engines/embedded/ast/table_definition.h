@@ -35,6 +35,7 @@ struct Constraint {
     ReferentialAction onUpdate = ReferentialAction::NoAction;
     ExpressionPtr expression;  // Check: the condition; Default: the value
     Identifier forColumn;      // Default in ALTER TABLE ... ADD DEFAULT x FOR c
+    bool withValues = false;   // Default: the rows that are there take it too, also where the column takes NULL
     SourceRange range;
 };
 

@@ -179,6 +179,9 @@ private:
                                      const Scope& scope) const;
     void checkGrouping(const BoundSelect& select, const BoundQuery* query, const Scope& scope, SourceRange range);
     BoundPtr rowLimit(const ast::Expression& count, Scope* scope, RowLimit clause = RowLimit::Top);
+    BoundPtr rowPercent(const ast::Expression& count);
+    // The TOP of a DELETE or an UPDATE, on the query of the rows that are changed.
+    void limitChange(BoundQuery& query, const ast::TopClause& top);
     // group_restriction.cpp: lets grouped tables of FROM work out only the groups that their joins ask for.
     void restrictGroups(BoundSource& source, BoundQuery& query);
     // text_search.cpp: marks what LIKE can look up.

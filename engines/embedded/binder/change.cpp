@@ -31,6 +31,12 @@ ScopeSource Binder::targetSource(const Table& table, const std::string& name, co
     return source;
 }
 
+void Binder::limitChange(BoundQuery& query, const ast::TopClause& top) {
+    if (top.withTies) unsupported("WITH TIES here", top.range);
+    query.percent = top.percent;
+    query.limit = top.percent ? rowPercent(*top.count) : rowLimit(*top.count, nullptr);
+}
+
 void Binder::outputs(const std::optional<ast::OutputClause>& clause, const Table& table, bool deleted,
                      std::vector<BoundItem>& items, std::vector<OutputColumn>& columns) {
     if (!clause) return;

@@ -31,7 +31,7 @@ BoundDelete Binder::remove(const ast::DeleteStatement& statement) {
         if (statement.where != nullptr) rows->where = condition(*statement.where, &scope);
         addKey(*result.table, result.alias, *rows, statement.target.range);
         result.rows = std::make_unique<BoundQuery>();
-        if (statement.top) result.rows->limit = rowLimit(*statement.top->count, nullptr);
+        if (statement.top) limitChange(*result.rows, *statement.top);
         result.rows->body = std::make_unique<BoundBody>();
         result.rows->body->select = std::move(rows);
     }

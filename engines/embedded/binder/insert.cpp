@@ -6,7 +6,7 @@ namespace basalt::embedded {
 
 BoundInsert Binder::insert(const ast::InsertStatement& statement, bool explicitIdentity) {
     BoundInsert result;
-    if (statement.top && (statement.query == nullptr || statement.top->percent))
+    if (statement.top && (statement.query == nullptr || statement.top->percent || statement.top->withTies))
         unsupported("TOP in INSERT here", statement.top->range);
     if (statement.source == ast::InsertStatement::Source::Execute) unsupported("INSERT ... EXEC", statement.range);
     const std::size_t visible = commonTables_.size();

@@ -118,7 +118,7 @@ std::unique_ptr<BoundSelect> Binder::select(const ast::Select& select, Scope* ou
         }
         if (select.top->percent) {
             query->percent = true;
-            query->limit = cast(expression(*select.top->count, nullptr), SqlType::of(TypeKind::Float));
+            query->limit = rowPercent(*select.top->count);
             return result;
         }
         if (query != nullptr) query->withTies = select.top->withTies;
@@ -148,6 +148,10 @@ BoundPtr Binder::rowLimit(const ast::Expression& count, Scope* scope, RowLimit c
     }
     return boundCall("t_limit", SqlType::of(TypeKind::BigInt), std::move(limit),
                      boundInteger(static_cast<std::int64_t>(clause)));
+}
+
+BoundPtr Binder::rowPercent(const ast::Expression& count) {
+    return cast(expression(count, nullptr), SqlType::of(TypeKind::Float));
 }
 
 BoundOrdering Binder::ordering(const ast::OrderItem& item, Scope* scope, const std::vector<OutputColumn>& columns,

@@ -62,7 +62,7 @@ BoundUpdate Binder::update(const ast::UpdateStatement& statement) {
         for (BoundPtr& value : result.values)
             rows->items.push_back({std::move(value), {}});
         result.values.clear();
-        if (statement.top) query->limit = rowLimit(*statement.top->count, nullptr);
+        if (statement.top) limitChange(*query, *statement.top);
         query->body = std::make_unique<BoundBody>();
         query->body->select = std::move(rows);
         result.rows = std::move(query);

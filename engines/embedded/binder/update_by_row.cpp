@@ -119,7 +119,8 @@ BoundUpdate Binder::updateByRow(const ast::UpdateStatement& statement) {
     for (const BoundItem& item : rows->items)
         query->columns.push_back({{}, item.expression->type, true, {}});
     // A limit that limits nothing keeps SQLite from dropping the order of the inner rows.
-    query->limit = statement.top ? rowLimit(*statement.top->count, nullptr) : boundInteger(-1);
+    query->limit = boundInteger(-1);
+    if (statement.top) limitChange(*query, *statement.top);
     query->body = std::make_unique<BoundBody>();
     query->body->select = std::move(rows);
 

@@ -119,6 +119,7 @@ Constraint parseConstraint(TokenCursor& cursor, bool ofColumn) {
         if (cursor.at(Keyword::With) && cursor.keyword(1) == Keyword::Values) {
             cursor.next();
             cursor.next();
+            constraint.withValues = true;
         }
     } else {
         constraint.kind = ConstraintKind::ForeignKey;

@@ -85,6 +85,7 @@ void writeConstraint(Writer& writer, const Constraint& constraint, bool ofColumn
                 writer << " FOR ";
                 write(writer, constraint.forColumn);
             }
+            if (constraint.withValues) writer << " WITH VALUES";
             break;
     }
 }

@@ -1,5 +1,6 @@
 // ALTER TABLE: the table is built anew from its changed design, with its rows.
 #include <algorithm>
+#include <functional>
 
 #include "ado/names.h"
 #include "engines/embedded/catalog/data_type.h"
@@ -45,31 +46,26 @@ std::int64_t lastNumber(const DesignColumn& column, std::int64_t rows) {
 }
 
 // What the rows that are there already take for a column: the old value, converted, the default, or the next identity.
-std::string valueFor(const DesignColumn& column, const Table& before, Binder& binder) {
+BoundPtr valueFor(const DesignColumn& column, const Table& before, Binder& binder) {
+    if (before.find(column.name) < 0 && column.identity)
+        return binder.cast(numbered(*column.identity), column.type);  // as the rows come
     BoundPtr value;
     if (const int position = before.find(column.name); position >= 0) {
         value = std::make_unique<BoundExpression>();
         value->kind = BoundKind::Column;
         value->type = before.columns[static_cast<std::size_t>(position)].type;
         value->name = sqlQuoted(column.name);
-    } else if (!column.nullable && !column.defaultText.empty()) {
+    } else if ((!column.nullable || column.withValues) && !column.defaultText.empty()) {
         TableColumn shown;
         shown.defaultText = column.defaultText;
         value = binder.defaultOf(shown);
-    } else if (column.identity) {
-        // The rows are numbered as they come.
-        SqlWriter writer;
-        writer.expression(*binder.cast(numbered(*column.identity), column.type));
-        return writer.sql();
     } else {
-        return "NULL";
+        return boundConstant(Null{}, column.type);
     }
     TableColumn target;
     target.name = column.name;
     target.type = column.type;
-    SqlWriter writer;
-    writer.expression(*binder.assigned(std::move(value), target, before.name, {}));
-    return writer.sql();
+    return binder.assigned(std::move(value), target, before.name, {});
 }
 
 bool erase(std::vector<DesignKey>& keys, std::string_view name) {
@@ -149,9 +145,11 @@ private:
     SqliteDatabase& database_;
 };
 
+// Binds what a statement reads of its session: the moment of a GETDATE(), for instance.
+using BindSlots = std::function<void(SqliteStatement&, const std::vector<Slot>&)>;
+
 // Takes the rows over; what they break is said as ALTER TABLE says it.
-void fill(const std::string& table, const std::string& sql, SqliteDatabase& database, Catalog& catalog) {
-    SqliteStatement insert = database.prepare(sql);
+void fill(const std::string& table, SqliteStatement insert, SqliteDatabase& database, Catalog& catalog) {
     const int code = sqlite3_step(insert.handle());
     if (code == SQLITE_DONE) return;
     if ((code & 0xFF) != SQLITE_CONSTRAINT) throw database.failure(code);
@@ -172,15 +170,19 @@ void fill(const std::string& table, const std::string& sql, SqliteDatabase& data
     throwSqlError(error.nativeCode(), message);
 }
 
-void rebuild(const Table& before, const TableDesign& after, SqliteDatabase& database, Catalog& catalog) {
+void rebuild(const Table& before, const TableDesign& after, SqliteDatabase& database, Catalog& catalog,
+             const BindSlots& bind) {
     const std::vector<StoredIndex> indexes = indexesOf(before, database);
     std::string columns;
     std::string values;
     Binder binder(catalog, {});
+    SqlWriter writer;
     for (const DesignColumn& column : after.columns) {
         if (!column.computedText.empty()) continue;
         columns += (columns.empty() ? "" : ", ") + sqlQuoted(column.name);
-        values += (values.empty() ? "" : ", ") + valueFor(column, before, binder);
+        const std::size_t written = writer.sql().size();
+        writer.expression(*valueFor(column, before, binder));
+        values += (values.empty() ? "" : ", ") + writer.sql().substr(written);
     }
     const References references(database);
     database.execute(("CREATE TEMP TABLE basalt_rebuild AS SELECT * FROM " + before.sqlName()).c_str());
@@ -189,9 +191,10 @@ void rebuild(const Table& before, const TableDesign& after, SqliteDatabase& data
     TableDesign::forget(before.name, before.temporary, database);
     after.create(database, catalog);
     catalog.invalidate();
-    fill(before.name,
-         "INSERT INTO " + before.sqlName() + "(" + columns + ") SELECT " + values + " FROM temp.basalt_rebuild",
-         database, catalog);
+    SqliteStatement insert = database.prepare("INSERT INTO " + before.sqlName() + "(" + columns + ") SELECT " + values +
+                                              " FROM temp.basalt_rebuild");
+    bind(insert, writer.takeSlots());
+    fill(before.name, std::move(insert), database, catalog);
     database.execute("DROP TABLE temp.basalt_rebuild");
     for (const StoredIndex& index : indexes) {
         if (!exists(database, before, index.name)) database.execute(index.sql.c_str());
@@ -318,7 +321,10 @@ void Executor::alterTable(const ast::Batch& batch, const ast::AlterTableStatemen
         case Action::DisableConstraints:
             throwUnsupported("NOCHECK CONSTRAINT", batch.text, statement.range);
     }
-    rebuild(table, design, database_, catalog_);
+    rebuild(table, design, database_, catalog_, [this](SqliteStatement& filling, const std::vector<Slot>& slots) {
+        for (std::size_t i = 0; i < slots.size(); ++i)
+            bindSlot(filling, static_cast<int>(i + 1), slots[i], {});
+    });
     const TableColumn* before = table.identityColumn();
     const bool stays = before != nullptr && design.find(before->name) != nullptr && design.find(before->name)->identity;
     // The numbers of another column count for nothing.

@@ -231,6 +231,9 @@ void TableDesign::addColumn(const ast::ColumnDefinition& column, const LiteralTa
     }
     if (!isKnownType(column.type))
         binder.fail(2715, unknownTypeText(column.type, columns.size() + 1), column.type.range);
+    // Nothing here would count its versions.
+    if (sameName(column.type.name.last(), "rowversion") || sameName(column.type.name.last(), "timestamp"))
+        binder.unsupported("a column of the type " + column.type.name.last(), column.type.range);
     design.type = binder.dataType(column.type);
     binder.requireOwnCollation(column.collation);
     design.nullable = column.nullable.value_or(true);
@@ -323,6 +326,11 @@ void TableDesign::addConstraint(const ast::Constraint& constraint, const std::st
             break;
         }
         case ast::ConstraintKind::ForeignKey: {
+            // SQLite, which looks after references, does not know the defaults.
+            for (const ast::ReferentialAction action : {constraint.onDelete, constraint.onUpdate}) {
+                if (action == ast::ReferentialAction::SetDefault)
+                    binder.unsupported("a reference with SET DEFAULT", constraint.range);
+            }
             DesignForeignKey key;
             key.columns = namesOf(keyColumns);
             const std::string& wanted = constraint.referencedTable.last();
@@ -401,6 +409,7 @@ void TableDesign::addConstraint(const ast::Constraint& constraint, const std::st
             }
             found->defaultName = given.empty() ? generatedName("DF", found->name, {}) : given;
             found->defaultText = print(*constraint.expression, literals);
+            found->withValues = constraint.withValues;
             requireConstant(binder.catalog(), found->defaultText);
             break;
         }

@@ -19,6 +19,7 @@ struct DesignColumn {
     bool takesNull = false;  // NULL was asked for, or the column has it already: no primary key makes it NOT NULL
     std::optional<IdentityState> identity;
     std::string defaultName, defaultText;  // T-SQL; empty when there is none
+    bool withValues = false;               // the rows that a new column comes to take its default, also for NULL
     std::string computedText;              // T-SQL; empty for an ordinary column
 };
 
