@@ -147,6 +147,10 @@ void TGetBoxWeight_FRM::CreateControls() {
     count_->setValidator(new DigitsShown(count_));
     count_->installEventFilter(this);
 
+    // Numbers alone would stand on the left, far from what they are called.
+    for (QLineEdit* input : {weight_->lineEdit(), count_})
+        input->setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
+
     auto* form = new QFormLayout(group);
     const auto add = [form, group](const QString& text, QWidget* input) {
         auto* label = new QLabel(text, group);

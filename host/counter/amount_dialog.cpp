@@ -10,6 +10,7 @@
 #include "host/counter/counter_scanner.h"
 #include "host/screens/number_typing.h"
 #include "host/screens/persian_digits.h"
+#include "host/screens/persian_inputs.h"
 #include "package/numbers.h"
 
 namespace basalt::host {
@@ -60,6 +61,7 @@ AmountDialog::AmountDialog(const QString& place, const CounterLine& line, KnowsS
     input_ = new QLineEdit(shown_);
     input_->setObjectName(QStringLiteral("Amount_EDT"));
     input_->setAccessibleName(QStringLiteral("مقدار"));
+    readFromRight(*input_);
     input_->setInputMethodHints(Qt::ImhFormattedNumbersOnly);
     input_->installEventFilter(this);
     input_->selectAll();

@@ -16,6 +16,8 @@
 #include "host/counter/amount_dialog.h"
 #include "host/counter/counter_ledger.h"
 #include "host/counter/counter_sale.h"
+#include "host/counter/named_goods.h"
+#include "host/counter/scale_starts.h"
 #include "host/counter/shortage_text.h"
 #include "host/screens/disabled_reason.h"
 #include "host/screens/flow_layout.h"
@@ -35,6 +37,7 @@ namespace {
 
 constexpr int kMostPersons = 999'999'999;
 constexpr int kNameColumn = 1;
+constexpr int kOneByOne = 1;             // of the kinds of scales
 constexpr std::size_t kMostFolders = 6;  // that a message lists
 constexpr int kBetweenTones = 200;       // milliseconds
 // The formatter would cut the sentence to pieces.
@@ -90,48 +93,6 @@ void addField(QBoxLayout& row, const QString& title, QWidget* input) {
     row.addWidget(label);
     row.addWidget(input);
 }
-
-// Shows each start of the scale agent as it happens.
-class ShownStarts final : public ProgramService {
-public:
-    ShownStarts(ReferenceHost& host, QProgressBar& bar) : host_(host), inner_(host.programs()), bar_(bar) {
-        host.setPrograms(*this);
-    }
-    ~ShownStarts() override { host_.setPrograms(inner_); }
-    ShownStarts(const ShownStarts&) = delete;
-    ShownStarts& operator=(const ShownStarts&) = delete;
-
-    [[nodiscard]] StartResult start(const ProgramStart& program) override {
-        StartResult result = inner_.start(program);
-        ++asked_;
-        if (result.started) {
-            ++sent_;
-        } else if (!failure_) {
-            failure_ = {program.file, result};
-        }
-        // While the goods are sent, their keys are the rows of the shared query.
-        const TADOQuery& keys = host_.DM().SharedQuery;
-        const int all = keys.Active() ? std::max(keys.RecordCount(), asked_) : asked_;
-        bar_.setRange(0, all);
-        bar_.setValue(sent_);
-        bar_.setFormat(persianDigits(QStringLiteral("%1 از %2").arg(sent_).arg(all)));
-        QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-        return result;
-    }
-    [[nodiscard]] std::unique_ptr<ProgramLibrary> load(const std::string& name) override { return inner_.load(name); }
-    [[nodiscard]] int asked() const { return asked_; }
-    [[nodiscard]] int sent() const { return sent_; }
-    // The first start that came to nothing, and the program's name.
-    [[nodiscard]] const std::optional<std::pair<std::string, StartResult>>& failure() const { return failure_; }
-
-private:
-    ReferenceHost& host_;
-    ProgramService& inner_;
-    QProgressBar& bar_;
-    int asked_ = 0;
-    int sent_ = 0;
-    std::optional<std::pair<std::string, StartResult>> failure_;
-};
 
 // Paths read from the left, in a Persian sentence too.
 std::string fromTheLeft(const std::string& path) {
@@ -781,6 +742,16 @@ QString CounterPage::chosenCodes() const {
     return codes.join(QLatin1Char(','));
 }
 
+QStringList CounterPage::chosenBut(std::set<int> goods) const {
+    QStringList names;
+    for (const int row : chosenLines()) {
+        const CounterLine& line = invoice_.lines()[static_cast<std::size_t>(row)];
+        if (goods.insert(line.good).second)
+            names << QStringLiteral("«%1»").arg(screenText(QString::fromStdString(line.name)));
+    }
+    return names;
+}
+
 void CounterPage::sendToScale() {
     const QString codes = chosenCodes();
     if (codes.isEmpty()) {
@@ -789,7 +760,7 @@ void CounterPage::sendToScale() {
     }
     progress_->setRange(0, 0);
     progress_->show();
-    const ShownStarts starts(context_.host, *progress_);
+    const ScaleStarts starts(context_.host, *progress_);
     {
         const auto hide = qScopeGuard([this] { progress_->hide(); });
         orReport(QStringLiteral("ارسال به ترازو انجام نشد."), [&] {
@@ -803,8 +774,15 @@ void CounterPage::sendToScale() {
     } else if (starts.asked() == 0) {
         report(ScanMood::Warned, QStringLiteral("هیچ کلیدی از ترازوها برای این کالاها تعریف نشده است."));
     } else {
-        report(ScanMood::Added,
-               QStringLiteral("%1 ارسال به برنامهٔ ترازو سپرده شد.").arg(persianDigits(QString::number(starts.sent()))));
+        const QString sent =
+            QStringLiteral("%1 ارسال به برنامهٔ ترازو سپرده شد").arg(persianDigits(QString::number(starts.sent())));
+        // Of all together the agent looks up the keys itself.
+        const QStringList left = scaleType_->currentIndex() == kOneByOne ? chosenBut(starts.goods()) : QStringList();
+        if (left.isEmpty())
+            report(ScanMood::Added, sent + QLatin1Char('.'));
+        else
+            report(ScanMood::Warned, QStringLiteral("%1؛ برای %2 کلیدی در ترازوها تعریف نشده است.")
+                                         .arg(sent, inSentence(left, left.size())));
     }
 }
 

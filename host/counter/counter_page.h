@@ -105,6 +105,8 @@ private:
     // By their place in the invoice.
     [[nodiscard]] std::set<int> chosenLines() const;
     [[nodiscard]] QString chosenCodes() const;
+    // The names of the chosen goods that are none of these, each once.
+    [[nodiscard]] QStringList chosenBut(std::set<int> goods) const;
     [[nodiscard]] int store() const;
 
     DesktopContext context_;

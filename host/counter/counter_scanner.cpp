@@ -59,6 +59,13 @@ QString inGuillemets(const std::string& name) {
     return QStringLiteral("«%1»").arg(screenText(QString::fromStdString(name)));
 }
 
+// The kind of barcode that the module has read. It tells the byte of what the layout has; where that is more than a
+// byte nothing was cut, and what the module holds is of the scan before.
+std::int64_t kindOf(const std::optional<BarcodeLayout>& layout, const ModuleReply& reply) {
+    const std::int64_t told = reply["FormulType"].asInteger();
+    return layout && layout->barCodeType != told ? std::int64_t{bftNone} : told;
+}
+
 // Hears of equal totals for one scan; who heard of them before does so again afterwards.
 class Listening {
 public:
@@ -100,30 +107,31 @@ ScanReport CounterScanner::scan(const QString& typed, const ScanOptions& options
         return {ScanMood::Refused,
                 QStringLiteral("بارکد خوانا نیست: \u2068%1\u2069").arg(persianDigits(typed.trimmed()))};
 
-    if (auto fault = unsafeField(code)) return {ScanMood::Refused, *std::move(fault)};
-
     bool equal = false;
     const Extended sumBefore = priceSum();
     ModuleReply reply;
+    std::optional<BarcodeLayout> layout;
     try {
+        layout = layoutOf(code);
+        if (auto fault = unsafeField(layout, code)) return {ScanMood::Refused, *std::move(fault)};
         const Listening listening(calls_, Datum::event([&equal] { equal = true; }));
         reply = extract(options.removing ? butDelete : butNew, code.toStdString(), options.person);
     } catch (const DatabaseError& error) {
         if (!mayBeOfBarcode(error)) throw;
-        if (auto fault = faultIn(code)) return {ScanMood::Refused, *std::move(fault)};
+        if (auto fault = faultIn(layout, code)) return {ScanMood::Refused, *std::move(fault)};
         if (auto fault = brokenPrefix()) return {ScanMood::Refused, *std::move(fault)};
         if (error.category() != ErrorCategory::Conversion) throw;
         return {ScanMood::Refused, QStringLiteral("بارکد %1 در جای عدد، نویسهٔ دیگری دارد.").arg(persianDigits(code))};
     }
     if (!reply.result.asBool()) return takeOwnBarcode(code, options);
-    switch (reply["FormulType"].asInteger()) {
+    switch (kindOf(layout, reply)) {
         case bftAmount:
-            return takeGood(code, options);
+            return takeGood(layout, code, options);
         case bftConstPrice:
             return takePrice(sumBefore, options.removing);
         case bftTotalPrice:
             return equal ? ScanReport{ScanMood::Matched, QStringLiteral("جمع بارکد با جمع فاکتور برابر است.")}
-                         : otherTotal(code);
+                         : otherTotal(layout, code);
         default:
             return {ScanMood::Warned, QStringLiteral("این نوع بارکد در پیشخوان کاری ندارد.")};
     }
@@ -133,8 +141,7 @@ bool CounterScanner::knows(const QString& typed) {
     const QString code = repairedScan(typed);
     if (!isPlainCode(code)) return false;
     try {
-        const auto layout = LayoutStore(host_.session()).firstFor(code);
-        return (layout && fits(*layout, code)) || goodOfBarcode(code) != 0;
+        return layoutOf(code) || goodOfBarcode(code) != 0;
     } catch (const DatabaseError&) {
         return false;  // what is wrong is told when it is scanned
     }
@@ -154,19 +161,19 @@ ModuleReply CounterScanner::extract(int useType, const std::string& code, int pe
                                              {"TotalPrice", Datum(total())}});
 }
 
-std::optional<QString> CounterScanner::faultIn(const QString& code) {
-    const bool byScaleCode = host_.SettingRecord().FindGoodByScaleCode;
-    for (const BarcodeLayout& layout : LayoutStore(host_.session()).all()) {
-        if (!fits(layout, code)) continue;
-        if (auto fault = faultOf(layout, code, byScaleCode)) return fault;
-    }
-    return std::nullopt;
+std::optional<BarcodeLayout> CounterScanner::layoutOf(const QString& code) {
+    auto first = LayoutStore(host_.session()).firstFor(code);
+    return first && fits(*first, code) ? std::move(first) : std::nullopt;
+}
+
+std::optional<QString> CounterScanner::faultIn(const std::optional<BarcodeLayout>& layout, const QString& code) {
+    return layout ? faultOf(*layout, code, host_.SettingRecord().FindGoodByScaleCode) : std::nullopt;
 }
 
 // Digits do no harm in a statement. But where a scale code is looked up, no characters at all are found between two
 // codes that stand side by side, !7!!8!, and any good that has two would be sold.
-std::optional<QString> CounterScanner::unsafeField(const QString& code) {
-    return isDigits(code) && !host_.SettingRecord().FindGoodByScaleCode ? std::nullopt : faultIn(code);
+std::optional<QString> CounterScanner::unsafeField(const std::optional<BarcodeLayout>& layout, const QString& code) {
+    return isDigits(code) && !host_.SettingRecord().FindGoodByScaleCode ? std::nullopt : faultIn(layout, code);
 }
 
 std::optional<QString> CounterScanner::brokenPrefix() {
@@ -176,15 +183,15 @@ std::optional<QString> CounterScanner::brokenPrefix() {
     return std::nullopt;
 }
 
-ScanReport CounterScanner::refused(const QString& code, const QString& text) {
-    return {ScanMood::Refused, faultIn(code).value_or(text)};
-}
-
-ScanReport CounterScanner::takeGood(const QString& code, const ScanOptions& options) {
+ScanReport CounterScanner::takeGood(const std::optional<BarcodeLayout>& layout, const QString& code,
+                                    const ScanOptions& options) {
+    const auto refused = [&](const QString& text) {
+        return ScanReport{ScanMood::Refused, faultIn(layout, code).value_or(text)};
+    };
     const ModuleReply data = calls_("Get_Barcode_Data", {});
     const QString goodText = persianDigits(QString::fromStdString(data["GoodCode"].asText()));
     const auto good = codeOf(data["GoodCode"].asText());
-    if (!good) return refused(code, QStringLiteral("بارکد خوانا نیست: «%1» کد کالا نیست.").arg(goodText));
+    if (!good) return refused(QStringLiteral("بارکد خوانا نیست: «%1» کد کالا نیست.").arg(goodText));
     if (calls_("GetGoodInFromBarCode", {}).result.asInteger() != kExists)
         return {ScanMood::Refused, *good == 0
                                        ? QStringLiteral("کالایی برای بارکد %1 تعریف نشده است.").arg(persianDigits(code))
@@ -198,33 +205,23 @@ ScanReport CounterScanner::takeGood(const QString& code, const ScanOptions& opti
         line.price = StrToFloat_VRO(data["Fi"].asText());
     } catch (const DatabaseError& error) {
         if (error.category() != ErrorCategory::Conversion) throw;
-        return refused(code, QStringLiteral("مقدار یا قیمت بارکد عدد نیست."));
+        return refused(QStringLiteral("مقدار یا قیمت بارکد عدد نیست."));
     }
     if (line.amount <= 0) return {ScanMood::Refused, QStringLiteral("وزن در بارکد صفر است؛ کالا را دوباره وزن کنید.")};
     if (data["BalanceNum"].asText() != "-1") line.scale = data["BalanceNum"].asText();
-    line.weighed = isWeighed(code, data["Weight"].asText());
+    // One that does not say how much it is of stands on a piece; the module says one of it, as a label may itself.
+    line.weighed = !layout || layout->amountCount > 0;
     return takeLine(std::move(line), options.removing);
 }
 
-// The module says one for a label without an amount, as a label that says one does.
-bool CounterScanner::isWeighed(const QString& code, const std::string& amount) {
-    if (amount != "1") return true;
-    const auto layout = LayoutStore(host_.session()).firstFor(code);
-    return !layout || layout->amountCount > 0;
-}
-
-ScanReport CounterScanner::otherTotal(const QString& code) {
+ScanReport CounterScanner::otherTotal(const std::optional<BarcodeLayout>& layout, const QString& code) {
     const Extended own = total();
-    for (const BarcodeLayout& layout : LayoutStore(host_.session()).all()) {
-        if (layout.barCodeType != bftTotalPrice || !fits(layout, code)) continue;
-        const auto said = priceIn(layout, code);
-        if (!said) continue;
-        return {ScanMood::Warned,
-                QStringLiteral("بارکد %1 است و فاکتور %2؛ فاکتور %3 %4 است.")
-                    .arg(amountText(*said), amountText(own), amountText(own < *said ? *said - own : own - *said),
-                         own < *said ? QStringLiteral("کمتر") : QStringLiteral("بیشتر"))};
-    }
-    return {ScanMood::Warned, QStringLiteral("جمع فاکتور %1 است.").arg(amountText(own))};
+    const auto said = layout ? priceIn(*layout, code) : std::nullopt;
+    if (!said) return {ScanMood::Warned, QStringLiteral("جمع فاکتور %1 است.").arg(amountText(own))};
+    return {ScanMood::Warned,
+            QStringLiteral("بارکد %1 است و فاکتور %2؛ فاکتور %3 %4 است.")
+                .arg(amountText(*said), amountText(own), amountText(own < *said ? *said - own : own - *said),
+                     own < *said ? QStringLiteral("کمتر") : QStringLiteral("بیشتر"))};
 }
 
 ScanReport CounterScanner::takePrice(Extended sumBefore, bool removing) {
@@ -348,10 +345,12 @@ std::optional<Extended> CounterScanner::priceFor(int person, const CounterLine& 
         return pieceFor(person, line.good, reply["Info"]["ConsumerPrice"].asAmount());
     }
     // Layouts and settings may have changed since the scan, and read the barcode otherwise now or not at all.
-    if (unsafeField(QString::fromStdString(line.barcode))) return std::nullopt;
     try {
+        const QString code = QString::fromStdString(line.barcode);
+        const auto layout = layoutOf(code);
+        if (unsafeField(layout, code)) return std::nullopt;
         const ModuleReply reply = extract(butNone, line.barcode, person);
-        if (!reply.result.asBool() || reply["FormulType"].asInteger() != bftAmount) return std::nullopt;
+        if (!reply.result.asBool() || kindOf(layout, reply) != bftAmount) return std::nullopt;
         const ModuleReply data = calls_("Get_Barcode_Data", {});
         if (codeOf(data["GoodCode"].asText()) != line.good) return std::nullopt;
         return StrToFloat_VRO(data["Fi"].asText());

@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+#include "host/counter/barcode_layout.h"
 #include "host/counter/counter_invoice.h"
 #include "host/counter/module_calls.h"
 #include "host/services/reference_host.h"
@@ -58,25 +59,23 @@ public:
 
 private:
     ModuleReply extract(int useType, const std::string& code, int person);
-    ScanReport takeGood(const QString& code, const ScanOptions& options);
-    // The sentence of what is wrong with the barcode or its layout, if that is known; else of the text.
-    ScanReport refused(const QString& code, const QString& text);
-    [[nodiscard]] std::optional<QString> faultIn(const QString& code);
+    // The layout by which the module reads the code: the first one, when that fits to the letter.
+    [[nodiscard]] std::optional<BarcodeLayout> layoutOf(const QString& code);
+    ScanReport takeGood(const std::optional<BarcodeLayout>& layout, const QString& code, const ScanOptions& options);
+    [[nodiscard]] std::optional<QString> faultIn(const std::optional<BarcodeLayout>& layout, const QString& code);
     // A barcode whose good's field would find a good that nobody meant, told before a statement is made of it: letters
     // where a good is looked up by its code ("1E002" finds good 100, and "Unit" is a column), nothing where it is
     // looked up by its scale code.
-    [[nodiscard]] std::optional<QString> unsafeField(const QString& code);
+    [[nodiscard]] std::optional<QString> unsafeField(const std::optional<BarcodeLayout>& layout, const QString& code);
     // A layout that keeps the server from finding any.
     [[nodiscard]] std::optional<QString> brokenPrefix();
     // Of a barcode whose total is not the invoice's: the module has said that much, and here is what differs.
-    ScanReport otherTotal(const QString& code);
+    ScanReport otherTotal(const std::optional<BarcodeLayout>& layout, const QString& code);
     // The good that has the barcode of its maker; 0 for none. The code is plain.
     [[nodiscard]] int goodOfBarcode(const QString& code);
     ScanReport takeOwnBarcode(const QString& code, const ScanOptions& options);
     // A barcode that the module has summed already; sumBefore is the sum without it.
     ScanReport takePrice(Extended sumBefore, bool removing);
-    // Whether the label says how much it is of: one that does not stands on a piece.
-    [[nodiscard]] bool isWeighed(const QString& code, const std::string& amount);
     ScanReport takeLine(CounterLine line, bool removing);
     // Of a line that is not there to be taken off.
     [[nodiscard]] ScanReport notThere(const CounterLine& line) const;

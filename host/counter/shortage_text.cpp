@@ -4,13 +4,12 @@
 #include <algorithm>
 
 #include "host/counter/counter_scanner.h"
+#include "host/counter/named_goods.h"
 #include "host/screens/persian_digits.h"
 
 namespace basalt::host {
 
 namespace {
-
-constexpr qsizetype kMostNames = 3;
 
 QString lackOf(const CounterInvoice& invoice, const QString& code, const std::function<Extended(int good)>& stockOf) {
     const int good = code.toInt();
@@ -28,13 +27,6 @@ QString lackOf(const CounterInvoice& invoice, const QString& code, const std::fu
     return QStringLiteral("«%1» (%2%3)").arg(screenText(QString::fromStdString(found->name)), numbers, later);
 }
 
-// "a", "a و b", "a، b و c", "a، b، c و ۲ کالای دیگر"
-QString joined(QStringList lacks, qsizetype more) {
-    if (more > 0) lacks << QStringLiteral("%1 کالای دیگر").arg(persianDigits(QString::number(more)));
-    const QString last = lacks.takeLast();
-    return lacks.isEmpty() ? last : lacks.join(QStringLiteral("، ")) + QStringLiteral(" و ") + last;
-}
-
 }  // namespace
 
 QString shortageText(const CounterInvoice& invoice, const QString& codes, const QString& store,
@@ -42,9 +34,9 @@ QString shortageText(const CounterInvoice& invoice, const QString& codes, const 
     const QStringList goods = codes.split(QLatin1Char(','), Qt::SkipEmptyParts);
     if (goods.isEmpty()) return QStringLiteral("موجودی «%1» کافی نیست.").arg(store);
     QStringList lacks;
-    for (const QString& code : goods.first(std::min(goods.size(), kMostNames)))
+    for (const QString& code : goods.first(std::min(goods.size(), kMostNamedGoods)))
         lacks << lackOf(invoice, code.trimmed(), stockOf);
-    return QStringLiteral("موجودی «%1» کافی نیست: %2.").arg(store, joined(lacks, goods.size() - lacks.size()));
+    return QStringLiteral("موجودی «%1» کافی نیست: %2.").arg(store, inSentence(lacks, goods.size()));
 }
 
 }  // namespace basalt::host

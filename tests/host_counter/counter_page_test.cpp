@@ -922,6 +922,94 @@ TEST_F(Counter, aLayoutThatLooksInTheWrongPlaceIsToldInPlainWords) {
     EXPECT_EQ(mood(), "added");
 }
 
+// The module tells the kind as a byte, and cuts nothing where the layout's own is none of the three.
+TEST_F(Counter, aKindThatOnlyItsByteMakesKnownSellsNothing) {
+    scan("2800105012507");
+    scan("2900000125005");
+    for (const int kind : {4, 257, 258, 259, -255}) {
+        execute(*session, "DELETE FROM dbo.BarCodeFormul WHERE ConstantCode = N'88'");
+        execute(*session,
+                "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, "
+                "BarCodeType, ItemCodeType, ItemCodeStart, ItemCodeCount, PriceStart, PriceCount) VALUES "
+                "(N'ناشناخته', 8, 1, 2, N'88', ?, 1, 3, 3, 6, 3)",
+                {std::int64_t{kind}});
+        scan("88105123");
+        EXPECT_EQ(mood(), "warned") << kind;
+        EXPECT_EQ(shown(*page, "Result_LBL"), "این نوع بارکد در پیشخوان کاری ندارد.") << kind;
+        EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱٫۲۵")) << kind;
+        EXPECT_EQ(shown(*page, "PriceSum_LBL"), "جمع بارکدهای مبلغی: ۱۲٬۵۰۰") << kind;
+    }
+    EXPECT_TRUE(takeMessages().empty());
+}
+
+// A line keeps its price when its label's layout has come to such a kind since.
+TEST_F(Counter, aKindThatOnlyItsByteMakesKnownPricesNothing) {
+    execute(*session,
+            "UPDATE dbo.BarCodeFormul SET ItemCodeType = 1 WHERE ConstantCode = N'27' "
+            "UPDATE dbo.GoodCostDiscount SET CostLevel_Sell_1 = 1000, CostLevel_Sell_3 = 700, "
+            "Default_CostLevel_Sell_Number = 1 WHERE GoodCode = 105 "
+            "DELETE FROM dbo.costlist WHERE [Type] = 1 AND TypeCode = 12 "
+            "INSERT INTO dbo.costlist ([Type], [Status], TypeCode, CostLevelCode, [Default]) VALUES (1, 0, 12, 3, 1)");
+    scan("27001050101250012345");
+    scan("2800105012507");
+    execute(*session, "UPDATE dbo.BarCodeFormul SET BarCodeType = 257 WHERE ConstantCode = N'27'");
+    const auto price = [this](int row) {
+        return control<QTableWidget>(*page, "Lines_GRD").item(row, 4)->text().toStdString();
+    };
+    ASSERT_EQ(price(0), "۱۲٬۳۴۵");
+    ASSERT_EQ(price(1), "۱٬۰۰۰");
+    messages.answers = {mrYes};
+    type(*page, "Person_EDT", "12");
+    QTest::keyClick(page->focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(price(0), "۱۲٬۳۴۵");
+    EXPECT_EQ(price(1), "۷۰۰");
+}
+
+// The module looks at no layout but the first that fits.
+TEST_F(Counter, aLayoutBehindTheFirstKeepsNoBarcodeFromBeingRead) {
+    execute(*session,
+            "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, "
+            "BarCodeType, ItemCodeType, ItemCodeStart, ItemCodeCount, AmountStart, AmountCount) VALUES "
+            "(N'دومی', 13, 1, 2, N'28', 1, 1, 3, 5, 40, 4), (N'سومی', 13, 1, 2, N'28', 1, 2, 14, 5, 8, 5)");
+    for (const bool byScaleCode : {true, false}) {
+        TSettingRecord settings = host.settings().record();
+        settings.FindGoodByScaleCode = byScaleCode;
+        const LentSettings lent(host, std::move(settings));
+        scan("2800105012507");
+        EXPECT_EQ(mood(), "added") << byScaleCode;
+        EXPECT_EQ(shown(*page, "Result_LBL"), "۱٫۲۵ کیلوگرم «موز درجه یک» افزوده شد.") << byScaleCode;
+    }
+    // And what is wrong is told of the first.
+    scan("2800105ABC507");
+    EXPECT_EQ(mood(), "refused");
+    EXPECT_EQ(shown(*page, "Result_LBL"),
+              "در بارکد ۲۸۰۰۱۰۵ABC۵۰۷ به جای «مقدار» نوشته است «ABC۵۰» که عدد نیست. اگر بارکد درست است، جای «مقدار» را "
+              "در الگوی «وزن با کد کالا» درست کنید.");
+}
+
+// The first row decides although its prefix is another one to the letter: nothing is read, whatever else fits.
+TEST_F(Counter, aFirstLayoutThatDoesNotFitToTheLetterLeavesTheBarcodeToItsMaker) {
+    execute(*session, "UPDATE dbo.GoodInf SET AbbName = N'!QX00105012507!' WHERE Code = 105");
+    execute(*session,
+            "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, "
+            "BarCodeType, ItemCodeType, ItemCodeStart, ItemCodeCount, AmountStart, AmountCount) VALUES "
+            "(N'کوچک', 13, 1, 2, N'qx', 1, 1, 3, 5, 8, 5), (N'بزرگ', 13, 1, 2, N'QX', 1, 1, 14, 5, 8, 5)");
+    scan("QX00105012507");
+    EXPECT_EQ(mood(), "added");
+    EXPECT_THAT(lines(), ElementsAre("۱۰۵|۱"));
+}
+
+// What a total's barcode says is read by the layout that the module has compared it by.
+TEST_F(Counter, aTotalIsToldByTheFirstLayoutThatFits) {
+    execute(*session,
+            "INSERT INTO dbo.BarCodeFormul (Title, DigitCount, ConstantStart, ConstantCount, ConstantCode, "
+            "BarCodeType, PriceStart, PriceCount) VALUES (N'دیگر', 13, 1, 1, N'2', 2, 3, 3)");
+    scan("2900000125005");
+    scan("2500000125015");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "بارکد ۱۲٬۵۰۱ است و فاکتور ۱۲٬۵۰۰؛ فاکتور ۱ کمتر است.");
+    EXPECT_EQ(takeMessages().size(), 1U);  // the module's own note
+}
+
 TEST_F(Counter, aLevelThatGivesAGoodAwayGivesItAway) {
     execute(*session, "UPDATE dbo.GoodInf SET ConsumerPrice = 5000 WHERE Code = 105");
     execute(*session,
@@ -1230,6 +1318,18 @@ TEST_F(Counter, theAmountOfPiecesIsTyped) {
     EXPECT_EQ(lines().front(), "۱|۸");
 }
 
+TEST_F(Counter, theAmountStandsBesideItsLabel) {
+    scan("6267311001001");
+    QTimer::singleShot(0, [] {
+        QWidget& dialog = *QApplication::activeModalWidget();
+        auto& input = control<QLineEdit>(dialog, "Amount_EDT");
+        (void)input.grab();  // it takes its text to its side as it is drawn
+        EXPECT_GT(input.inputMethodQuery(Qt::ImCursorRectangle).toRect().center().x(), input.width() / 2);
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    click(*page, "Amount_BTN");
+}
+
 TEST_F(Counter, whatIsNoAmountIsNotTaken) {
     scan("6267311001001");
     for (const char* typed : {"", "0", "-3", "abc", "1.2.3", "2,5", "0.0000000001", ".", "-.5"}) {
@@ -1341,6 +1441,38 @@ TEST_F(Counter, chosenGoodsGoToTheScales) {
         EXPECT_TRUE(programs.started[i].ends_with(i + 1 == programs.started.size() ? "  1" : "  0"));
     EXPECT_EQ(&host.programs(), &programs);
     EXPECT_FALSE(control(*page, "Progress_BAR").isVisible());
+}
+
+// At the scale nobody would find them.
+TEST_F(Counter, goodsThatNoKeyMeansAreNamed) {
+    const auto send = [this](std::initializer_list<const char*> barcodes) {
+        for (const char* barcode : barcodes)
+            scan(barcode);
+        control<QTableWidget>(*page, "Lines_GRD").selectAll();
+        programs.started.clear();
+        click(*page, "SendToScale_BTN");
+    };
+    control<QComboBox>(*page, "ScaleType_CMB").setCurrentIndex(1);
+    send({"2800105012507", "6267311001001"});
+    EXPECT_EQ(programs.started.size(), 2U);
+    EXPECT_EQ(mood(), "warned");
+    EXPECT_EQ(shown(*page, "Result_LBL"),
+              "۲ ارسال به برنامهٔ ترازو سپرده شد؛ برای «برنج هاشمی درجه یک ۱۰ کیلویی» کلیدی در ترازوها تعریف نشده "
+              "است.");
+    EXPECT_TRUE(takeMessages().empty());
+    // A good of two lines is named once.
+    execute(*session, "UPDATE dbo.[Group-PLU] SET Group1 = NULL WHERE Group1 = 98");
+    execute(*session, "UPDATE dbo.[Group-PLU] SET Group2 = NULL WHERE Group2 = 98");
+    send({"2800098002507", "2800098002507"});
+    EXPECT_EQ(programs.started.size(), 2U);
+    EXPECT_EQ(shown(*page, "Result_LBL"),
+              "۲ ارسال به برنامهٔ ترازو سپرده شد؛ برای «برنج هاشمی درجه یک ۱۰ کیلویی» و «سیب سبز ترش» کلیدی در ترازوها "
+              "تعریف نشده است.");
+    // The agent reads the keys of all together itself.
+    control<QComboBox>(*page, "ScaleType_CMB").setCurrentIndex(0);
+    send({});
+    EXPECT_EQ(mood(), "added");
+    EXPECT_EQ(shown(*page, "Result_LBL"), "۱ ارسال به برنامهٔ ترازو سپرده شد.");
 }
 
 TEST_F(Counter, aFailedSendDoesNotKeepTheResultOfTheScan) {
