@@ -121,6 +121,19 @@ TEST_F(BoxWeight, showsWhatItWasGiven) {
     });
 }
 
+TEST_F(BoxWeight, numbersStandBesideTheirLabels) {
+    double weight = 0.35;
+    int count = 12;
+    (void)ask(weight, count, [this] {
+        for (QLineEdit* input : {weightBox().lineEdit(), &countEdit()}) {
+            input->end(false);
+            (void)input->grab();  // it takes its text to its side as it is drawn
+            EXPECT_GT(input->inputMethodQuery(Qt::ImCursorRectangle).toRect().center().x(), input->width() / 2)
+                << input->text().toStdString();
+        }
+    });
+}
+
 TEST_F(BoxWeight, showsAWeightThatIsLessThanAmountsShow) {
     const std::pair<double, const char*> cases[] = {
         {1e-9, "۰٫۰۰۰۰۰۰۰۰۱"}, {4e-10, "۰٫۰۰۰۰۰۰۰۰۰۴"}, {1.25e-12, "۰٫۰۰۰۰۰۰۰۰۰۰۰۱۲۵"}};
