@@ -94,7 +94,7 @@ Value text(std::string_view value) {
     return std::string(value);
 }
 
-// What is described: the part.database, or the temporary tables of the session as tempdb.
+// What is described: the database, or the temporary tables of the session as tempdb.
 struct Part {
     Catalog& catalog;
     SqliteDatabase& database;
@@ -482,7 +482,7 @@ Rows foreignKeyColumnRows(const Part& part) {
     return rows;
 }
 
-// This part.database alone. A transaction reads it as it was when it first read.
+// This database alone. A transaction reads it as it was when it first read.
 Rows databaseRows() {
     return {{text("basalt"), number(kDatabaseNumber), number(1), text("ON"), true}};
 }

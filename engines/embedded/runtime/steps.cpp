@@ -46,14 +46,22 @@ struct Step {
 
 constexpr const char* kStepPointer = "basalt_step";
 
+// The name is a literal: it is looked up for a statement's first row and kept for the others.
+Known namedStep(sqlite3_context* context, const Call& call, int count) {
+    if (const auto* kept = static_cast<const Known*>(sqlite3_get_auxdata(context, 0))) return *kept;
+    const Known known = knownSteps().find(call.text(0), count);
+    if (known.function == nullptr) throw std::logic_error("No step has this name.");
+    sqlite3_set_auxdata(context, 0, new Known(known), [](void* kept) { delete static_cast<Known*>(kept); });
+    return known;
+}
+
 // t_step(name, second argument, third ...): what the operator behind takes.
 void makeStep(sqlite3_context* context, int count, sqlite3_value** arguments) {
     auto& database = *static_cast<SqliteDatabase*>(sqlite3_user_data(context));
     guarded(context, database, [&] {
         const Call call(context, count, arguments);
         auto step = std::make_unique<Step>();
-        step->known = knownSteps().find(call.text(0), count);
-        if (step->known.function == nullptr) throw std::logic_error("No step has this name.");
+        step->known = namedStep(context, call, count);
         for (int i = 1; i < count; ++i) {
             step->arguments.emplace_back(sqlite3_value_dup(arguments[i]));
             if (step->arguments.back() == nullptr) throw std::bad_alloc();

@@ -237,11 +237,12 @@ void Executor::alterTable(const ast::Batch& batch, const ast::AlterTableStatemen
         case Action::Add: {
             const std::size_t count = design.columns.size();
             design.add(statement.added, batch.literals, binder);
-            const std::int64_t rows = database_.integer(("SELECT count(*) FROM " + table.sqlName()).c_str());
-            const bool filled = rows != 0;
+            const bool filled =
+                database_.integer(("SELECT EXISTS (SELECT 1 FROM " + table.sqlName() + ")").c_str()) != 0;
             for (std::size_t i = count; i < design.columns.size(); ++i) {
                 DesignColumn& column = design.columns[i];
                 if (filled && column.identity) {
+                    const std::int64_t rows = database_.integer(("SELECT count(*) FROM " + table.sqlName()).c_str());
                     column.identity->last = lastNumber(column, rows);
                 }
                 if (!filled || column.nullable || column.identity || !column.defaultText.empty() ||
