@@ -228,8 +228,11 @@ private:
     BoundUpdate updateByRow(const ast::UpdateStatement& statement);
     BoundPtr assignedByRow(const ast::SetClause& clause, BoundPtr value);
     ScopeSource targetSource(const Table& table, const std::string& name, const std::string& sqlAlias);
-    void outputs(const std::optional<ast::OutputClause>& clause, const Table& table, bool deleted,
+    // `shown`: "inserted" or "deleted", the columns of the changed table alone.
+    void outputs(const std::optional<ast::OutputClause>& clause, const Table& table, const char* shown,
                  std::vector<BoundItem>& items, std::vector<OutputColumn>& columns);
+    void outputs(const ast::OutputClause& clause, Scope& scope, std::vector<BoundItem>& items,
+                 std::vector<OutputColumn>& columns);
     // The table that UPDATE or DELETE changes when it has a FROM, and the alias of the source that stands for it there.
     const Table& targetIn(const ast::TableTarget& target, const std::vector<ast::TableSourcePtr>& from,
                           const Scope& scope, std::string& sqlAlias, BoundSelect& select);
@@ -238,9 +241,6 @@ private:
                              BoundSelect& rows);
     void addKey(const Table& table, const std::string& sqlAlias, BoundSelect& select, SourceRange range);
     [[nodiscard]] bool showsDeleted(const ast::UpdateStatement& statement) const;
-    BoundSelectStatement shownBefore(const ast::UpdateStatement& statement);
-    BoundPtr columnBefore(const TableColumn& column);
-    BoundPtr assignedValue(const std::string& name, SourceRange range);
 
     [[nodiscard]] std::string newAlias() { return "s" + std::to_string(++aliases()); }
     [[nodiscard]] int& aliases() { return sharedAliases_ != nullptr ? *sharedAliases_ : aliases_; }
@@ -265,14 +265,6 @@ private:
     static constexpr std::size_t kMostExpressions = 100'000;
     static constexpr std::size_t kExpressionsALetter = 8;
     std::size_t expressions_ = 0;  // bound so far
-    // While the OUTPUT of an UPDATE is read: what inserted.x are made of.
-    struct Assignments {
-        const ast::UpdateStatement* statement = nullptr;
-        const Table* table = nullptr;
-        std::string alias;  // of the table's rows before they change
-        Scope* rows = nullptr;
-    };
-    Assignments assignments_;
     int aliases_ = 0;
     int* sharedAliases_ = nullptr;  // of the statement that a view is part of
     int viewDepth_ = 0;

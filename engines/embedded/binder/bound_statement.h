@@ -50,12 +50,10 @@ struct BoundUpdate {
     std::vector<BoundItem> returning;
     std::vector<OutputColumn> outputs;
     std::vector<SelectAssignment> assignments;  // from the last returned columns
-    // SET @v = expression: the rows in the order of their key, each read when the variables have the values that the
-    // rows before it gave them. `values`, and `where` on the key, then name these items by slots of Slot::Source::Row.
-    // No columns when nothing but variables is set. Null without variables.
+    // With SET @v = expression, and with an OUTPUT that shows deleted.x: the rows in the order of their key, each read
+    // when the variables have the values that the rows before it gave them. `values`, `where` on the key, and
+    // `returning` then name these items by slots of Slot::Source::Row. No columns when nothing but variables is set.
     std::unique_ptr<BoundQuery> byRow;
-    // An OUTPUT that shows deleted.x too: the rows before they change; no query when RETURNING serves.
-    BoundSelectStatement shown;
 };
 
 struct BoundDelete {

@@ -1,6 +1,9 @@
 // What INSERT, UPDATE and DELETE have in common: their target and OUTPUT.
+#include <algorithm>
+
 #include "ado/names.h"
 #include "engines/embedded/binder/binder.h"
+#include "engines/embedded/binder/reads_rows.h"
 #include "engines/embedded/runtime/sql_error.h"
 
 namespace basalt::embedded {
@@ -37,38 +40,52 @@ void Binder::limitChange(BoundQuery& query, const ast::TopClause& top) {
     query.limit = top.percent ? rowPercent(*top.count) : rowLimit(*top.count, nullptr);
 }
 
-void Binder::outputs(const std::optional<ast::OutputClause>& clause, const Table& table, bool deleted,
+void Binder::outputs(const std::optional<ast::OutputClause>& clause, const Table& table, const char* shown,
                      std::vector<BoundItem>& items, std::vector<OutputColumn>& columns) {
     if (!clause) return;
     Scope scope(nullptr);
     // Without an alias: RETURNING names the columns of the changed table alone.
-    scope.sources.push_back(targetSource(table, deleted ? "deleted" : "inserted", ""));
-    for (const ast::SelectItem& item : clause->items) {
+    scope.sources.push_back(targetSource(table, shown, ""));
+    outputs(*clause, scope, items, columns);
+}
+
+void Binder::outputs(const ast::OutputClause& clause, Scope& scope, std::vector<BoundItem>& items,
+                     std::vector<OutputColumn>& columns) {
+    const auto add = [&](BoundPtr value, std::string name) {
+        relyOnLength(*value);
+        columns.push_back(
+            {name, value->type, value->nullable, value->kind == BoundKind::Column ? value->base : std::nullopt});
+        items.push_back({std::move(value), std::move(name)});
+    };
+    for (const ast::SelectItem& item : clause.items) {
         if (item.kind == ast::SelectItemKind::Star) {
-            if (item.qualifier.empty() || !sameName(item.qualifier.last(), scope.sources[0].name)) {
-                unsupported("OUTPUT of other than " + scope.sources[0].name + " columns", item.range);
-            }
-            for (const SourceColumn& column : scope.sources[0].columns) {
+            const auto source = std::ranges::find_if(scope.sources, [&](const ScopeSource& each) {
+                return !item.qualifier.empty() && sameName(item.qualifier.last(), each.name);
+            });
+            if (source == scope.sources.end())
+                unsupported("OUTPUT of other than " + scope.sources.back().name + " columns", item.range);
+            for (const SourceColumn& column : source->columns) {
                 auto value = std::make_unique<BoundExpression>();
                 value->kind = BoundKind::Column;
                 value->type = column.shown.type;
+                value->nullable = column.shown.nullable;
+                value->table = source->sqlAlias;
                 value->name = column.sqlName;
-                value->ownCollation = true;
-                items.push_back({std::move(value), column.shown.name});
-                columns.push_back(column.shown);
+                value->ownCollation = column.ownCollation;
+                value->order = column.shown.order;
+                value->base = column.shown.base;
+                add(std::move(value), column.shown.name);
             }
             continue;
         }
-        BoundPtr value = expression(*item.expression, &scope);
-        relyOnLength(*value);
         std::string name = item.alias.text;
         if (const auto* column = ast::tryAs<ast::ColumnExpression>(item.expression.get());
             column != nullptr && name.empty()) {
             name = column->name.last();
         }
-        columns.push_back(
-            {name, value->type, value->nullable, value->kind == BoundKind::Column ? value->base : std::nullopt});
-        items.push_back({std::move(value), std::move(name)});
+        BoundPtr value = expression(*item.expression, &scope);
+        if (holdsQuery(*value)) fail(10705, "Subqueries are not allowed in the OUTPUT clause.", item.range);
+        add(std::move(value), std::move(name));
     }
 }
 
@@ -78,86 +95,6 @@ bool Binder::showsDeleted(const ast::UpdateStatement& statement) const {
     const std::string text =
         foldName(input_.text.substr(statement.output->range.begin, statement.output->range.size()));
     return text.find("deleted") != std::string::npos;
-}
-
-// The OUTPUT of UPDATE as a query over the rows before they change: deleted.x are their columns, inserted.x what the
-// statement assigns.
-BoundSelectStatement Binder::shownBefore(const ast::UpdateStatement& statement) {
-    if (statement.top) unsupported("OUTPUT of deleted columns in UPDATE TOP", statement.output->range);
-    BoundSelectStatement result;
-    auto select = std::make_unique<BoundSelect>();
-    Scope rows(nullptr);
-    std::string alias;
-    const Table* table = nullptr;
-    if (statement.from.empty()) {
-        table = &target(statement.target);
-        select->from = tableSource(*table, table->name, rows, statement.target.range);
-        alias = select->from->alias;
-    } else {
-        select->from = from(statement.from, rows);
-        table = &targetIn(statement.target, statement.from, rows, alias, *select);
-    }
-    if (statement.where != nullptr) select->where = condition(*statement.where, &rows);
-    Scope scope(nullptr);
-    scope.sources = rows.sources;
-    scope.sources.push_back(targetSource(*table, "deleted", alias));
-    assignments_ = {&statement, table, alias, &rows};
-    result.query = std::make_unique<BoundQuery>();
-    const auto add = [&](BoundPtr value, std::string name) {
-        relyOnLength(*value);
-        result.query->columns.push_back({name, value->type, value->nullable, {}});
-        select->items.push_back({std::move(value), std::move(name)});
-    };
-    for (const ast::SelectItem& item : statement.output->items) {
-        if (item.kind == ast::SelectItemKind::Star) {
-            const bool after = !item.qualifier.empty() && sameName(item.qualifier.last(), "inserted");
-            if (!after && (item.qualifier.empty() || !sameName(item.qualifier.last(), "deleted")))
-                unsupported("OUTPUT of all columns of other than inserted and deleted", item.range);
-            for (const TableColumn& column : table->columns)
-                add(after ? assignedValue(column.name, item.range) : columnBefore(column), column.name);
-            continue;
-        }
-        std::string name = item.alias.text;
-        if (const auto* column = ast::tryAs<ast::ColumnExpression>(item.expression.get());
-            column != nullptr && name.empty()) {
-            name = column->name.last();
-        }
-        add(expression(*item.expression, &scope), std::move(name));
-    }
-    assignments_ = {};
-    result.query->body = std::make_unique<BoundBody>();
-    result.query->body->select = std::move(select);
-    return result;
-}
-
-BoundPtr Binder::columnBefore(const TableColumn& column) {
-    auto result = std::make_unique<BoundExpression>();
-    result->kind = BoundKind::Column;
-    result->type = column.type;
-    result->nullable = column.nullable;
-    result->table = assignments_.alias;
-    result->name = sqlQuoted(column.name);
-    result->ownCollation = true;
-    return result;
-}
-
-// The value that a column has after the UPDATE whose OUTPUT is being read.
-BoundPtr Binder::assignedValue(const std::string& name, SourceRange range) {
-    const Table& table = *assignments_.table;
-    const int position = table.find(name);
-    if (position < 0) fail(error::kInvalidColumn, "Invalid column name '" + name + "'.", range);
-    const TableColumn& column = table.columns[static_cast<std::size_t>(position)];
-    if (column.computed) unsupported("OUTPUT of a computed column together with deleted columns", range);
-    for (const ast::SetClause& clause : assignments_.statement->assignments) {
-        if (clause.column.empty() || !sameName(clause.column.last(), name)) continue;
-        BoundPtr value = clause.value->kind == ast::ExpressionKind::Default
-                             ? defaultOf(column)
-                             : expression(*clause.value, assignments_.rows);
-        if (clause.op != ast::AssignmentOperator::Set)
-            value = operation(operatorOf(clause.op), columnBefore(column), std::move(value), clause.range);
-        return assigned(std::move(value), column, table.name, clause.range);
-    }
-    return columnBefore(column);
 }
 
 const Table& Binder::targetIn(const ast::TableTarget& target, const std::vector<ast::TableSourcePtr>& from,

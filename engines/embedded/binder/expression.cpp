@@ -246,7 +246,6 @@ BoundPtr Binder::column(const ast::ColumnExpression& expression, Scope* scope) {
     const ast::ObjectName& name = expression.name;
     const std::string& wanted = name.last();
     const std::string qualifier = name.parts.size() > 1 ? name.parts[name.parts.size() - 2].text : std::string();
-    if (assignments_.statement != nullptr && sameName(qualifier, "inserted")) return assignedValue(wanted, name.range);
     bool qualifierFound = qualifier.empty();
     for (Scope* current = scope; current != nullptr; current = current->parent) {
         const ScopeSource* foundSource = nullptr;

@@ -151,7 +151,7 @@ BoundInsert Binder::insert(const ast::InsertStatement& statement, bool explicitI
         }
     }
     result.columns.insert(result.columns.end(), defaulted.begin(), defaulted.end());
-    outputs(statement.output, table, false, result.returning, result.outputs);
+    outputs(statement.output, table, "inserted", result.returning, result.outputs);
     commonTables_.resize(visible);
     return result;
 }

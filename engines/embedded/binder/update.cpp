@@ -4,6 +4,7 @@
 #include "ado/names.h"
 #include "engines/embedded/binder/binder.h"
 #include "engines/embedded/binder/one_row.h"
+#include "engines/embedded/binder/reads_rows.h"
 #include "engines/embedded/runtime/sql_error.h"
 
 namespace basalt::embedded {
@@ -22,13 +23,12 @@ BoundUpdate Binder::update(const ast::UpdateStatement& statement) {
                                              [](const ast::SetClause& clause) { return !clause.variable.empty(); });
     const bool returns = statement.assignments.size() == 1 && !statement.assignments[0].column.empty() &&
                          statement.from.empty() && !statement.top;
-    if (assigns && !returns) return updateByRow(statement);
+    if ((assigns && !returns) || showsDeleted(statement)) return updateByRow(statement);
     BoundUpdate result;
     const std::size_t visible = commonTables_.size();
     commonTables(statement.with, result.with);
     Scope scope(nullptr);
     auto rows = std::make_unique<BoundSelect>();
-    const bool plain = statement.from.empty() && !statement.top;
     if (statement.from.empty()) {
         result.table = &target(statement.target);
         result.alias = newAlias();
@@ -52,8 +52,11 @@ BoundUpdate Binder::update(const ast::UpdateStatement& statement) {
         if (!clause.variable.empty()) variables.emplace_back(clause.variable, index);
     }
     BoundPtr where = statement.where == nullptr ? nullptr : condition(*statement.where, &scope);
-    if (plain) {
-        result.oneRow = pinsOneRow(where.get(), table, result.alias);
+    result.oneRow = statement.from.empty() && !statement.top && pinsOneRow(where.get(), table, result.alias);
+    // A row alone is read before it is changed; of several the later ones would see what the earlier ones have become.
+    const bool seesItself = (where != nullptr && readsRows(*where)) ||
+                            std::ranges::any_of(result.values, [](const BoundPtr& value) { return readsRows(*value); });
+    if (statement.from.empty() && !statement.top && (result.oneRow || !seesItself)) {
         result.where = std::move(where);
     } else {
         rows->where = std::move(where);
@@ -67,11 +70,7 @@ BoundUpdate Binder::update(const ast::UpdateStatement& statement) {
         query->body->select = std::move(rows);
         result.rows = std::move(query);
     }
-    if (showsDeleted(statement)) {
-        result.shown = shownBefore(statement);
-    } else {
-        outputs(statement.output, table, false, result.returning, result.outputs);
-    }
+    outputs(statement.output, table, "inserted", result.returning, result.outputs);
     for (const auto& [variable, index] : variables) {
         const SqlType* type = input_.variables == nullptr ? nullptr : input_.variables->typeOf(variable);
         if (type == nullptr) fail(137, "Must declare the scalar variable \"" + variable + "\".", statement.range);

@@ -1,8 +1,12 @@
-// UPDATE that assigns variables: SET @sum = Rest = @sum + Amount, @n = @n + 1.
+// UPDATE that assigns variables, SET @sum = Rest = @sum + Amount, @n = @n + 1, or whose OUTPUT shows what was.
 //
 // The rows are read one after the other in the order of the table's key. For each row the clauses with a variable come
 // first, from left to right, and then the columns, which see what these have assigned. All rows are read before the
 // first one changes.
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 #include "ado/names.h"
 #include "engines/embedded/binder/binder.h"
 #include "engines/embedded/binder/running_values.h"
@@ -20,6 +24,19 @@ BoundPtr itemOfRow(std::size_t index, const SqlType& type) {
     result->slot.index = static_cast<std::uint32_t>(index);
     result->slot.from = result->slot.to = type;
     return result;
+}
+
+// In an OUTPUT: what is not of the changed row comes with the row that was read, as one more of its values.
+void takeFromRow(BoundPtr& expression, std::size_t keys, std::vector<BoundPtr>& values) {
+    if (expression->kind == BoundKind::Column && !expression->table.empty()) {
+        BoundPtr item = itemOfRow(keys + values.size(), expression->type);
+        item->order = expression->order;
+        item->collation = expression->collation;
+        values.push_back(std::exchange(expression, std::move(item)));
+        return;
+    }
+    for (BoundPtr& argument : expression->arguments)
+        takeFromRow(argument, keys, values);
 }
 
 }  // namespace
@@ -81,6 +98,17 @@ BoundUpdate Binder::updateByRow(const ast::UpdateStatement& statement) {
     }
     byRow_ = false;
     running_.clear();
+    if (statement.output) {
+        if (result.columns.empty()) unsupported("OUTPUT of an UPDATE that changes no column", statement.output->range);
+        Scope shown(nullptr);
+        std::ranges::copy_if(scope.sources, std::back_inserter(shown.sources),
+                             [&](const ScopeSource& source) { return source.sqlAlias != result.alias; });
+        shown.sources.push_back(targetSource(table, "deleted", result.alias));
+        shown.sources.push_back(targetSource(table, "inserted", ""));
+        outputs(*statement.output, shown, result.returning, result.outputs);
+        for (BoundItem& item : result.returning)
+            takeFromRow(item.expression, keys, values);
+    }
     if (statement.where != nullptr) rows->where = condition(*statement.where, &scope);
     // An outer join may have rows without one of the table, which are none to change.
     if (!statement.from.empty()) {
@@ -108,9 +136,7 @@ BoundUpdate Binder::updateByRow(const ast::UpdateStatement& statement) {
         // A row that FROM meets several times changes once.
         if (!statement.from.empty()) rows->groupBy.push_back(cloned(*rows->items[i].expression));
     }
-    bool reads = false;
     for (BoundPtr& value : values) {
-        reads = reads || readsRunning(*value);
         const bool assigns = value->kind == BoundKind::Call && value->name == kAssignVariable;
         BoundPtr& inner = assigns ? value->arguments[1] : value;
         inner = lifted(std::move(inner), alias, rows->items);
@@ -143,17 +169,6 @@ BoundUpdate Binder::updateByRow(const ast::UpdateStatement& statement) {
         result.where = result.where == nullptr
                            ? std::move(same)
                            : boundInfix("AND", SqlType::of(TypeKind::Bit), std::move(result.where), std::move(same));
-    }
-    if (statement.output && result.columns.empty())
-        unsupported("OUTPUT of an UPDATE that changes no column", statement.output->range);
-    if (showsDeleted(statement)) {
-        if (reads) {
-            unsupported("OUTPUT of deleted columns in an UPDATE that reads the variables it assigns",
-                        statement.output->range);
-        }
-        result.shown = shownBefore(statement);
-    } else {
-        outputs(statement.output, table, false, result.returning, result.outputs);
     }
     result.byRow = std::move(outer);
     commonTables_.resize(visible);

@@ -1,5 +1,6 @@
 // Calls of functions that users have written: dbo.F(1, DEFAULT) as a value, and FROM dbo.F(1).
 #include "engines/embedded/binder/binder.h"
+#include "engines/embedded/binder/reads_rows.h"
 #include "engines/embedded/binder/type_rules.h"
 #include "engines/embedded/parser/parser.h"
 #include "engines/embedded/runtime/sql_error.h"
@@ -78,7 +79,7 @@ BoundPtr Binder::userFunction(const ast::FunctionExpression& call, Scope* scope)
     if (input_.called != nullptr) input_.called->insert(name);
     arguments.insert(arguments.begin(), boundConstant(name, SqlType::text(TypeKind::NVarChar, 128)));
     const Binder inner(catalog_, {.text = batch.text, .literals = &batch.literals});
-    BoundPtr result = makeCall("t_call", inner.dataType(function->type), std::move(arguments));
+    BoundPtr result = makeCall(kCallUserFunction, inner.dataType(function->type), std::move(arguments));
     result->nullable = true;
     return result;
 }

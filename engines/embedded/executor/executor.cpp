@@ -251,12 +251,6 @@ std::unique_ptr<Plan> Executor::planOnce(const ast::Batch& batch, const ast::Sta
                 result->each->table = result->table;
                 describe(*result->each, bound.outputs);
             }
-            if (bound.shown.query != nullptr) {
-                SqlWriter shown;
-                shown.query(*bound.shown.query);
-                result->shown = prepared(shown);
-                describe(*result->shown, bound.shown.query->columns);
-            }
             planTarget(*result, batch, update.output);
             break;
         }
@@ -593,8 +587,7 @@ void Executor::planTarget(Plan& plan, const ast::Batch& batch, const std::option
         text += std::exchange(separator, ", ") + quotedName(column.text);
     if (!clause->columns.empty()) text += ")";
     separator = " VALUES (";
-    const std::size_t count = (plan.shown != nullptr ? *plan.shown->columns : *plan.columns).size();
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < plan.columns->size(); ++i)
         text += std::exchange(separator, ", ") + "?";
     plan.target = std::make_unique<OutputTarget>(OutputTarget{parse(text + ")"), {}});
 }
@@ -603,12 +596,11 @@ void Executor::insertOutput(Plan& plan, const RowSet& rows, const Environment& e
     // What the statement itself has inserted stays the last identity.
     const Value identity = state_.identity;
     const Value scopeIdentity = state_.scopeIdentity;
-    const std::vector<SqlType>& types = plan.shown != nullptr ? plan.shown->types : plan.types;
     std::vector<Value> values(rows.columnCount());
     const ast::Batch& insert = plan.target->batch;
     const Environment row{.table = &insert.literals,
                           .markers = values,
-                          .markerTypes = std::span(types).first(values.size()),
+                          .markerTypes = std::span(plan.types).first(values.size()),
                           .variables = environment.variables};
     BatchResult unseen;
     for (std::size_t r = 0; r < rows.rowCount(); ++r) {
@@ -638,7 +630,7 @@ void Executor::keepIdentity(const std::string& table) {
 
 void Executor::runChange(Plan& plan, BatchResult& into, const Environment& environment) {
     const bool identity = plan.generatesIdentity || plan.setsIdentity;
-    const bool several = plan.byRow || plan.shown != nullptr || plan.target != nullptr;
+    const bool several = plan.byRow || plan.target != nullptr;
     // What comes after SQLite's change of one row cannot fail, unless rows or variables are to take its values.
     const bool whole =
         plan.oneRow && !several && plan.columns == nullptr && plan.assignments.empty() && !plan.setsIdentity;
@@ -647,13 +639,6 @@ void Executor::runChange(Plan& plan, BatchResult& into, const Environment& envir
     StatementGuard guard(*this, identity || several, whole, temporary);
     StatementResult result;
     if (plan.columns != nullptr) result.rows.emplace(plan.columns);
-    if (plan.shown != nullptr) {
-        result.rows.emplace(plan.shown->columns);
-        bind(*plan.shown, environment);
-        while (step(*plan.shown))
-            readRow(*plan.shown, *result.rows);
-        plan.shown->statement.reset();
-    }
     if (identity) startIdentity(plan.table);
     struct Keep {
         Executor& executor;

@@ -73,11 +73,10 @@ struct Plan {
     // The statement without the indexes that it names; empty when it names none. Another program may drop them.
     std::string withoutIndexes;
     bool outdated = false;  // they are gone: the schema is another one than the plan was made for
-    // Of UPDATE that assigns variables: `statement` reads the rows one by one, and this changes one of them; null when
-    // nothing but variables is set.
+    // Of UPDATE that assigns variables or shows what was: `statement` reads the rows one by one, and `each` changes one
+    // of them; null when nothing but variables is set.
     bool byRow = false;
     std::unique_ptr<Plan> each;
-    std::unique_ptr<Plan> shown;           // of UPDATE: its OUTPUT, from the rows before they change
     std::unique_ptr<TextSearch> search;    // null when the query has no such LIKE
     std::unique_ptr<OutputTarget> target;  // where the OUTPUT goes instead of to the caller
 

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <random>
 
+#include "engines/embedded/binder/reads_rows.h"
 #include "engines/embedded/catalog/object_name.h"
 #include "engines/embedded/catalog/system_view.h"
 #include "engines/embedded/executor/executor.h"
@@ -149,14 +150,15 @@ void Executor::registerFunctions() {
         self->random_.seed(call.isNull(0) ? 0 : call.integer(0));
         sqlite3_result_double(context, self->random_.next());
     });
-    addOwned(database_, "t_call", -1, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {
-        auto* self = static_cast<Executor*>(sqlite3_user_data(context));
-        const Call call(context, count, arguments);
-        guarded(context, self->database_, [&] {
-            const std::span<sqlite3_value* const> values(arguments + 1, static_cast<std::size_t>(count - 1));
-            returnValue(context, self->functions_->callScalar(call.text(0), values));
-        });
-    });
+    addOwned(database_, kCallUserFunction, -1, this,
+             [](sqlite3_context* context, int count, sqlite3_value** arguments) {
+                 auto* self = static_cast<Executor*>(sqlite3_user_data(context));
+                 const Call call(context, count, arguments);
+                 guarded(context, self->database_, [&] {
+                     const std::span<sqlite3_value* const> values(arguments + 1, static_cast<std::size_t>(count - 1));
+                     returnValue(context, self->functions_->callScalar(call.text(0), values));
+                 });
+             });
     addFunction(
         database_, "t_one", 2,
         [](Call& call) {

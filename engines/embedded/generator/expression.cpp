@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <optional>
 
+#include "engines/embedded/binder/reads_rows.h"
 #include "engines/embedded/catalog/catalog.h"
 #include "engines/embedded/generator/sql_writer.h"
 #include "engines/embedded/runtime/decimal_codec.h"
@@ -134,6 +135,7 @@ void SqlWriter::expression(const BoundExpression& expression) {
                 textSearches_.push_back(&expression);
                 if (texts_ == Texts::LookUp) lookUp(expression);
             }
+            readsUnseen_ = readsUnseen_ || expression.name == kCallUserFunction;
             *this << expression.name << "(";
             list(expression.arguments);
             *this << ")";

@@ -17,6 +17,7 @@ void SqlWriter::insert(const BoundInsert& insert) {
     if (insert.generatesIdentity)
         *this << (insert.columns.empty() ? "" : ", ") << sqlQuoted(table.identityColumn()->name);
     *this << ") ";
+    const std::size_t begin = sql_.size();
     const auto values = [&](const std::vector<BoundPtr>& row) {
         list(row);
         if (insert.generatesIdentity) *this << (row.empty() ? "" : ", ") << "t_identity()";
@@ -33,6 +34,13 @@ void SqlWriter::insert(const BoundInsert& insert) {
             values(insert.rows[i]);
             *this << ")";
         }
+    }
+    if (readsUnseen_ && (insert.query != nullptr || insert.rows.size() > 1)) {
+        // By itself SQLite works the rows out before it writes the first of them only where it sees that they are read
+        // from the table.
+        const std::string rows = sql_.substr(begin);
+        sql_.resize(begin);
+        *this << "WITH m AS MATERIALIZED (" << rows << ") SELECT * FROM m";
     }
     returning(insert.returning);
 }

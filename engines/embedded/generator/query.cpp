@@ -218,6 +218,7 @@ void SqlWriter::source(const BoundSource& source) {
 }
 
 void SqlWriter::rowSource(const BoundSource& source) {
+    readsUnseen_ = true;
     SqlWriter inner;
     std::string text = source.table;
     if (source.query != nullptr) {

@@ -105,6 +105,7 @@ private:
     bool joins_ = false;
     bool arranges_ = false;
     bool nested_ = false;
+    bool readsUnseen_ = false;  // through statements of its own, of which SQLite knows nothing
     std::string sql_;
     std::vector<const BoundExpression*> textSearches_;
     std::vector<Slot> slots_;
