@@ -14,7 +14,7 @@ namespace {
 
 using Rows = std::vector<std::string>;
 
-constexpr int kRounds = 25;
+constexpr int kRounds = 60;
 
 // `T` stands for the table that changes.
 constexpr const char* kValues[] = {
@@ -153,7 +153,7 @@ TEST_P(OwnChanges, DeleteSeesTheRowsBeforeIt) {
 TEST_P(OwnChanges, InsertSeesTheRowsBeforeIt) {
     for (int round = 0; round < kRounds; ++round) {
         fill();
-        const std::string query = "SELECT a + 10, b, " + any(kValues) + " FROM T WHERE " + any(kConditions);
+        const std::string query = "SELECT a + 10, b, " + any(kValues) + " FROM Filled T WHERE " + any(kConditions);
         SCOPED_TRACE(query);
         Rows expected = table();
         const Rows added = rows(query);

@@ -25,8 +25,8 @@ BoundDelete Binder::remove(const ast::DeleteStatement& statement) {
     }
     BoundPtr where = statement.where == nullptr ? nullptr : condition(*statement.where, &scope);
     // A row alone is read before it goes; of several the later ones would miss the earlier ones.
-    const bool seesItself =
-        where != nullptr && readsRows(*where) && !pinsOneRow(where.get(), *result.table, result.alias);
+    const bool seesItself = readsChanged(result.table->sqlName(), result.with, {}, where.get()) &&
+                            !pinsOneRow(where.get(), *result.table, result.alias);
     if (statement.from.empty() && !statement.top && !seesItself) {
         result.where = std::move(where);
     } else {

@@ -4,7 +4,9 @@
 // functions for each row anew, and by then it may have changed other rows.
 #pragma once
 
-#include "engines/embedded/binder/bound_expression.h"
+#include <string>
+
+#include "engines/embedded/binder/bound_query.h"
 
 namespace basalt::embedded {
 
@@ -12,7 +14,30 @@ namespace basalt::embedded {
 inline constexpr const char* kCallUserFunction = "t_call";
 
 [[nodiscard]] bool holdsQuery(const BoundExpression& expression);
-// Whether the expression holds a query or calls a user's function.
-[[nodiscard]] bool readsRows(const BoundExpression& expression);
+
+// Whether rows of one table, by SQLite's name of it, may be read: by name, or by a user's function, which may read
+// whatever it likes. Common tables are read where they are defined.
+class RowReading {
+public:
+    explicit RowReading(std::string table) : table_(std::move(table)) {}
+
+    [[nodiscard]] bool in(const BoundExpression& expression) const;
+    [[nodiscard]] bool in(const BoundQuery& query) const;
+
+private:
+    [[nodiscard]] bool in(const BoundPtr& expression) const { return expression != nullptr && in(*expression); }
+    [[nodiscard]] bool in(const std::vector<BoundPtr>& expressions) const;
+    [[nodiscard]] bool in(const BoundOver& over) const;
+    [[nodiscard]] bool in(const BoundBody& body) const;
+    [[nodiscard]] bool in(const BoundSelect& select) const;
+    [[nodiscard]] bool in(const BoundSource& source) const;
+
+    std::string table_;
+};
+
+// Whether values or the condition (null for none) of a statement that changes the table may read rows of it, be it
+// through the common tables of the statement.
+[[nodiscard]] bool readsChanged(const std::string& table, const std::vector<BoundCommonTable>& with,
+                                const std::vector<BoundPtr>& values, const BoundExpression* condition);
 
 }  // namespace basalt::embedded

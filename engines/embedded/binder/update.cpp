@@ -9,6 +9,22 @@
 
 namespace basalt::embedded {
 
+namespace {
+
+// Rows of other tables may refer to such a column, and follow it.
+bool movesKey(const Table& table, const std::vector<std::size_t>& columns) {
+    return std::ranges::any_of(columns, [&](std::size_t column) {
+        return std::ranges::find(table.key, column) != table.key.end() ||
+               std::ranges::any_of(table.uniques, [&](const Index& unique) {
+                   return std::ranges::any_of(unique.columns, [&](const std::string& name) {
+                       return sameName(name, table.columns[column].name);
+                   });
+               });
+    });
+}
+
+}  // namespace
+
 const Table& Binder::targetAmong(const ast::UpdateStatement& statement, Scope& scope, std::string& alias,
                                  BoundSelect& rows) {
     rows.from = from(statement.from, scope);
@@ -54,8 +70,10 @@ BoundUpdate Binder::update(const ast::UpdateStatement& statement) {
     BoundPtr where = statement.where == nullptr ? nullptr : condition(*statement.where, &scope);
     result.oneRow = statement.from.empty() && !statement.top && pinsOneRow(where.get(), table, result.alias);
     // A row alone is read before it is changed; of several the later ones would see what the earlier ones have become.
-    const bool seesItself = (where != nullptr && readsRows(*where)) ||
-                            std::ranges::any_of(result.values, [](const BoundPtr& value) { return readsRows(*value); });
+    const bool seesItself =
+        readsChanged(table.sqlName(), result.with, result.values, where.get()) ||
+        (movesKey(table, result.columns) &&
+         std::ranges::any_of(result.values, [](const BoundPtr& value) { return holdsQuery(*value); }));
     if (statement.from.empty() && !statement.top && (result.oneRow || !seesItself)) {
         result.where = std::move(where);
     } else {
