@@ -123,6 +123,9 @@ TEST_P(OwnChanges, UpdateSeesTheRowsBeforeIt) {
         run(change + " FROM T WHERE " + condition);
         EXPECT_EQ(table(), expected) << "with FROM";
         again();
+        const Rows become = rows("SELECT a, " + value + " FROM T WHERE " + condition);
+        EXPECT_EQ(rows(change + " OUTPUT inserted.a, inserted.v WHERE " + condition), become);
+        again();
         const std::string output = change + " OUTPUT deleted.a, deleted.v, inserted.v";
         EXPECT_EQ(rows(output + " WHERE " + condition), shown);
         EXPECT_EQ(table(), expected) << "with OUTPUT";
