@@ -194,10 +194,11 @@ INSTANTIATE_TEST_SUITE_P(
                  "CREATE TABLE t (a bigint IDENTITY(-1, -1));"},
         TreeCase{"AlterAdd", "Alter Table CostReport Add F3 Decimal(23, 9) ",
                  "ALTER TABLE CostReport ADD F3 Decimal(23, 9);"},
-        TreeCase{"AlterAddSeveral",
-                 "alter table t with nocheck add a int not null default 0 with values, constraint c check (a>0), "
-                 "default 5 for b",
-                 "ALTER TABLE t ADD a int NOT NULL DEFAULT 0 WITH VALUES, CONSTRAINT c CHECK ((a > 0)), DEFAULT 5 FOR b;"},
+        TreeCase{
+            "AlterAddSeveral",
+            "alter table t with nocheck add a int not null default 0 with values, constraint c check (a>0), "
+            "default 5 for b",
+            "ALTER TABLE t ADD a int NOT NULL DEFAULT 0 WITH VALUES, CONSTRAINT c CHECK ((a > 0)), DEFAULT 5 FOR b;"},
         TreeCase{"AlterColumn", "alter table t alter column a nvarchar(max) not null",
                  "ALTER TABLE t ALTER COLUMN a nvarchar(max) NOT NULL;"},
         TreeCase{"AlterDrop", "alter table t drop column a, b, constraint if exists c",
