@@ -15,6 +15,21 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
+// Some 40 megabytes in 300,000 rows.
+constexpr int kLongList = 300'000;
+
+RowSet longList(int count) {
+    RowSet rows = priceRows({});
+    const std::string name(120, 'x');
+    for (int code = 1; code <= count; ++code) {
+        rows.column(0).appendInt(code);
+        rows.column(1).appendText(name);
+        rows.column(2).appendNull();
+        rows.finishRow();
+    }
+    return rows;
+}
+
 class DockBases : public ScreenTest {
 protected:
     std::unique_ptr<RecordingList> made(TFormMode mode, const std::string& text = {}) {
@@ -36,6 +51,13 @@ protected:
     [[nodiscard]] Calls handled() const {
         const auto shown = std::find(calls.begin(), calls.end(), "FormShow");
         return shown == calls.end() ? Calls{} : Calls(shown + 1, calls.end());
+    }
+    // Has so many rows that they are let go before they are read anew.
+    std::unique_ptr<RecordingList> madeLong() {
+        auto screen = made(fmBrowse);
+        screen->onOpen = [this] { open(longList(kLongList)); };
+        screen->onRefresh = [this] { host.ResetDataset(query); };
+        return screen;
     }
     static TSmartButton_VRO& button(QWidget& screen, const char* name) {
         return *control<TSmartButton_VRO>(screen, name);
@@ -215,21 +237,6 @@ TEST_F(DockBases, aSearchThatIsGivenUpIsToldAndMadeUpFor) {
     }});
 }
 
-// Some 40 megabytes in 300,000 rows.
-constexpr int kLongList = 300'000;
-
-RowSet longList(int count) {
-    RowSet rows = priceRows({});
-    const std::string name(120, 'x');
-    for (int code = 1; code <= count; ++code) {
-        rows.column(0).appendInt(code);
-        rows.column(1).appendText(name);
-        rows.column(2).appendNull();
-        rows.finishRow();
-    }
-    return rows;
-}
-
 // Brings rows while a request runs, as engines do, before it answers or is given up.
 class BringsRows final : public StatementObserver {
 public:
@@ -267,9 +274,7 @@ TEST_F(DockBases, aLongListThatIsGivenUpLateHasNoRowsAndSaysSo) {
     const std::string narrowed = "SELECT * FROM (select rows) AS T WHERE [Name] LIKE N'%x%'";
     const char* const unread =
         "سطرها هنوز خوانده نشده‌اند؛ برای خواندن \u2066Ctrl+R\u2069 را بزنید";
-    auto screen = made(fmBrowse);
-    screen->onOpen = [this] { open(longList(kLongList)); };
-    screen->onRefresh = [this] { host.ResetDataset(query); };
+    auto screen = madeLong();
     run(*screen, {[&] {
         auto* input = control<QLineEdit>(*screen, "TGeneral_Search_Frame1_EDT");
         auto* summary = control<QLabel>(*screen, "Summary_LBL");
@@ -346,10 +351,8 @@ TEST_F(DockBases, aLongListThatIsGivenUpLateHasNoRowsAndSaysSo) {
 // No row need be chosen for it, so that it must not keep quiet as over an empty list.
 TEST_F(DockBases, aPrintOfAnUnreadListReadsItFirst) {
     const std::string all = "select rows";
-    auto screen = made(fmBrowse);
+    auto screen = madeLong();
     screen->base().AddButton("PrintList_BTN", "پیش نمایش ليست F9", TListButton::Print);
-    screen->onOpen = [this] { open(longList(kLongList)); };
-    screen->onRefresh = [this] { host.ResetDataset(query); };
     run(*screen, {[&] {
         auto* input = control<QLineEdit>(*screen, "TGeneral_Search_Frame1_EDT");
         QAbstractItemView* list = screen->grid->View();
@@ -395,9 +398,7 @@ TEST_F(DockBases, anUnreadListThatTurnsOutToBeEmptyIsNotPrinted) {
 
 // Keys that are pressed then wait until the request is over, and what they were to do may be done by then.
 TEST_F(DockBases, whileItIsReadAListAdvisesNothing) {
-    auto screen = made(fmBrowse);
-    screen->onOpen = [this] { open(longList(kLongList)); };
-    screen->onRefresh = [this] { host.ResetDataset(query); };
+    auto screen = madeLong();
     run(*screen, {[&] {
         auto* input = control<QLineEdit>(*screen, "TGeneral_Search_Frame1_EDT");
         auto* summary = control<QLabel>(*screen, "Summary_LBL");
