@@ -5,9 +5,11 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <QTextLayout>
 #include <algorithm>
 
 #include "host/screens/grid_model.h"
+#include "host/screens/number_painter.h"
 #include "host/screens/number_room.h"
 #include "host/screens/theme.h"
 
@@ -16,9 +18,36 @@ namespace {
 
 constexpr int kRowPadding = 12;
 constexpr int kCellPadding = 11;  // where the style sheet puts the text of an item
+constexpr qreal kLongestLine = 1e6;
 
 bool isReadFromTheRight(QChar letter) {
     return letter.direction() == QChar::DirR || letter.direction() == QChar::DirAL;
+}
+
+// The sign stands on the left of a number within right-to-left text.
+QString isolated(const QString& text) {
+    return QChar(0x2066) + text + QChar(0x2069);
+}
+
+// Paints the text on one line if all of it has room there, as QPainter::drawText would; laid out once, where measuring
+// and painting it would take two.
+bool paintWhole(QPainter& painter, const QRect& room, QString text, const QStyleOptionViewItem& style,
+                Qt::Alignment alignment) {
+    text.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    QTextLayout layout(text, style.font);
+    QTextOption option;
+    option.setTextDirection(style.direction);
+    option.setWrapMode(QTextOption::NoWrap);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    QTextLine line = layout.createLine();
+    line.setLineWidth(kLongestLine);
+    layout.endLayout();
+    const qreal width = line.horizontalAdvance();
+    if (width > room.width()) return false;
+    const qreal left = room.x() + (alignment.testFlag(Qt::AlignRight) ? room.width() - width : 0);
+    line.draw(&painter, QPointF(left, room.y() + (room.height() - line.height()) / 2));
+    return true;
 }
 
 // Paints cells without the style, which lays out every text twice and asks the style sheet for every cell: a page of a
@@ -36,37 +65,37 @@ public:
         if (text.isEmpty()) return;
         QRect room = option.rect.adjusted(kCellPadding, 0, -kCellPadding, 0);
         const bool number = model_.isNumberColumn(index.column());
-        bool cut = false;
-        // Most texts are so short that they need not be measured.
-        if (text.size() * option.fontMetrics.maxWidth() > room.width()) {
-            const QString fitting = fittingText(text, number, QFontMetricsF(option.font), room.width());
-            cut = fitting != text;
-            text = fitting;
-        }
         // A number of which the edge of the list leaves a part would read as a smaller one.
         const int end = view_.viewport()->width();
-        if (number && (option.rect.left() < 0 || option.rect.right() >= end)) {
+        const bool atEdge = number && (option.rect.left() < 0 || option.rect.right() >= end);
+        const auto wanted = Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt());
+        const Qt::Alignment alignment = QStyle::visualAlignment(option.direction, wanted) | Qt::AlignAbsolute;
+        painter->setPen(colors.text);
+        if (!atEdge && alignment.testFlag(Qt::AlignRight) && numbers_.paint(*painter, room, text, option.font)) return;
+        painter->setFont(option.font);
+        const bool isSigned = text.startsWith(QLatin1Char('-'));
+        if (!atEdge && paintWhole(*painter, room, isSigned ? isolated(text) : text, option, alignment)) return;
+        const QString fitting = fittingText(text, number, QFontMetricsF(option.font), room.width());
+        const bool cut = fitting != text;
+        text = fitting;
+        if (atEdge) {
             room.setLeft(std::max(option.rect.left(), 0) + kCellPadding);
             room.setRight(std::min(option.rect.right(), end - 1) - kCellPadding);
             if (option.fontMetrics.horizontalAdvance(text) > room.width()) text = QChar(0x2026);
             // Of a few pixels' width the three dots leave one, which is much like a zero.
             if (option.fontMetrics.horizontalAdvance(text) > room.width()) return;
         }
-        // The sign stands on the left of a number within right-to-left text. What is cut of codes and Latin names,
-        // which are read from the left, is missing on the right.
+        // What is cut of codes and Latin names, which are read from the left, is missing on the right.
         if (text.startsWith(QLatin1Char('-')) ||
             (cut && !number && std::none_of(text.cbegin(), text.cend(), isReadFromTheRight)))
-            text = QChar(0x2066) + text + QChar(0x2069);
-        const auto wanted = Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt());
-        const Qt::Alignment alignment = QStyle::visualAlignment(option.direction, wanted) | Qt::AlignAbsolute;
-        painter->setPen(colors.text);
-        painter->setFont(option.font);
+            text = isolated(text);
         painter->drawText(room, static_cast<int>(alignment) | Qt::TextSingleLine, text);
     }
 
 private:
     const GridModel& model_;
     const QTableView& view_;
+    mutable NumberPainter numbers_;
 };
 
 }  // namespace
