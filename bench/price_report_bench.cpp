@@ -220,6 +220,11 @@ bool run(int count, char** arguments) {
     SignedInHost host(*session);
     host::HostScreenServices screens(*host);
     host->setScreens(&screens);
+    // The program's first screen loads libraries and fonts, which are none of the report's.
+    CloseAfterFirstPaint levels(1);
+    qApp->installEventFilter(&levels);
+    Open_CostLevel_List();
+    qApp->removeEventFilter(&levels);
     CloseAfterFirstPaint closer(goods);
 
     std::string statement;
