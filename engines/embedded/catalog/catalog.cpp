@@ -121,17 +121,15 @@ std::unique_ptr<Table> Catalog::read(std::string_view name) {
     const std::string schema = table->temporary ? "temp" : "main";
     const std::string folded = foldName(name);
     if (folded.starts_with("basalt_") || folded.starts_with("sqlite_")) return nullptr;
-    SqliteStatement list = database_.prepare(
-        "SELECT name, wr FROM pragma_table_list WHERE type = 'table' AND schema = " + sqlText(schema));
-    bool found = false;
-    while (!found && list.step()) {
+    SqliteStatement list = database_.prepare("SELECT name FROM " + schema + ".sqlite_schema WHERE type = 'table'");
+    while (table->name.empty() && list.step()) {
         const std::string candidate = list.textAt(0);
-        if (foldName(candidate) != folded) continue;
-        table->name = candidate;
-        table->rowid = list.integerAt(1) == 0;
-        found = true;
+        if (foldName(candidate) == folded) table->name = candidate;
     }
-    if (!found) return nullptr;
+    if (table->name.empty()) return nullptr;
+    // The list of tables that SQLite gives would tell this too, but reads all tables and views for it.
+    table->rowid = sqlite3_table_column_metadata(database_.handle(), schema.c_str(), table->name.c_str(), "_rowid_",
+                                                 nullptr, nullptr, nullptr, nullptr, nullptr) == SQLITE_OK;
     SqliteStatement info = database_.prepare("SELECT name, type, \"notnull\", pk, hidden FROM pragma_table_xinfo(" +
                                              sqlText(table->name) + ", " + sqlText(schema) + ")");
     std::vector<std::pair<std::int64_t, std::size_t>> keyOrder;
