@@ -67,7 +67,7 @@ void fill(Session& session) {
             "VALUES (N'الگو', 13, 1, 2, N'" +
             std::to_string(kFirstLayout + i) + "', 1, 2, 3, 5, 8, 5, 1000)");
     }
-    // All of them coming in.
+    // They come in and go out by turns, and more goes out in a year than is there at its beginning.
     const auto move = [&session](int rows, int goods, int store, int firstNumber) {
         const std::string good = "X.No % " + std::to_string(goods);
         const std::string round = "X.No / " + std::to_string(goods);
@@ -77,13 +77,14 @@ void fill(Session& session) {
                     ", N'1405/' + RIGHT(N'0' + CAST(1 + " + round + " / " + onADate +
                     " AS nvarchar(2)), 2) + N'/15', " + std::to_string(firstNumber) + " + (" + round + " % " + onADate +
                     ") * " + std::to_string(goods / kLines) + " + " + good + " / " + std::to_string(kLines) +
-                    ", 10, 10 * (1 + " + round + ") FROM " + numbers(6) + " WHERE X.No < " + std::to_string(rows));
+                    ", CASE (" + round + ") % 2 WHEN 0 THEN 40 ELSE -20 END, 40 * ((" + round + ") / 2 + 1) - 20 * ((" +
+                    round + " + 1) / 2) FROM " + numbers(6) + " WHERE X.No < " + std::to_string(rows));
     };
     move(kLedgerRows, kLedgerGoods, 1, 1);
     move(kDenseRows, kLines, 2, kOwnNumber + 1);
     // A document whose number no other one has, for a ledger that numbers over all dates.
     session.run("INSERT INTO dbo.Kardex (kala, Anbar, [Date], Global_ID, Tedad, RemainInAnbar) SELECT " + first +
-                " + X.No, 1, N'1405/10/15', " + std::to_string(kOwnNumber) + ", 10, 1010 FROM " + numbers(3) +
+                " + X.No, 1, N'1405/10/15', " + std::to_string(kOwnNumber) + ", 40, 1040 FROM " + numbers(3) +
                 " WHERE X.No < " + std::to_string(kLines));
     session.run("CREATE TABLE dbo.BenchLines (Code int NOT NULL, Anbar int NOT NULL, Mogodi decimal(23, 9) NOT NULL)");
     session.run("INSERT INTO dbo.BenchLines (Code, Anbar, Mogodi) SELECT TOP " + std::to_string(kLines) + " " + first +
@@ -163,14 +164,14 @@ bool run(int count, char** arguments) {
             }
         })->Unit(benchmark::kMillisecond);
     }
-    // Its own lines, half as many of each good: the first document of an early date and of the last one, among those
+    // Its own lines, somewhat less of each good: the first document of an early date and of the last one, among those
     // that have its number on other dates; and one that moves to the next day of a ledger that numbers over all dates.
     const auto edited = [&](const char* name, const char* day, int number, const char* numbering) {
         benchmark::RegisterBenchmark(
             (std::string("stock/by procedure, edited") + name).c_str(),
             [&session, day, number, numbering](benchmark::State& state) {
                 const std::string own =
-                    "SELECT Code, 1 AS Anbar, 5 AS Mogodi FROM GoodInf WHERE Code >= " + std::to_string(kFirstGood) +
+                    "SELECT Code, 1 AS Anbar, 35 AS Mogodi FROM GoodInf WHERE Code >= " + std::to_string(kFirstGood) +
                     " AND Code < " + std::to_string(kFirstGood + kLines);
                 session->run(std::string("UPDATE dbo.HostSettings SET Value = N'") + numbering +
                              "' WHERE Name = N'LedgerNumbering'");

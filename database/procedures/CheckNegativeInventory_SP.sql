@@ -48,8 +48,16 @@ BEGIN
     IF @NegativeType = 2
         RETURN 0
 
-    -- Without a key on purpose: the few lines are to lead into the index of the long ledger, not the other way round.
-    CREATE TABLE #CheckNegativeInventory_Lines (Code int NULL, Anbar int NULL, Mogodi decimal(23, 9) NOT NULL)
+    -- Each good in each store once. The tables that lead into the index of the long ledger are short.
+    CREATE TABLE #CheckNegativeInventory_Lines (ID int IDENTITY(1, 1) NOT NULL PRIMARY KEY, Code int NULL, Anbar int NULL,
+        Mogodi decimal(23, 9) NOT NULL)
+    -- By how much the document changes the ledger, and where: its old rows go, its lines come.
+    CREATE TABLE #CheckNegativeInventory_Changes (ID int NOT NULL, [Date] nvarchar(10) NOT NULL, Global_ID int NOT NULL,
+        Tedad decimal(38, 9) NOT NULL, PRIMARY KEY (ID, [Date], Global_ID))
+    CREATE TABLE #CheckNegativeInventory_Lowered (ID int NOT NULL PRIMARY KEY, Code int NULL, Anbar int NULL,
+        Opening decimal(38, 9) NOT NULL, Issues decimal(38, 9) NOT NULL, Lowering decimal(38, 9) NOT NULL,
+        Least decimal(38, 9) NOT NULL)
+    CREATE TABLE #CheckNegativeInventory_Suspects (ID int NOT NULL PRIMARY KEY)
     CREATE TABLE #CheckNegativeInventory_Goods (Code int NULL)
 
     -- On a line of its own, for a query that ends in a comment.
@@ -83,33 +91,94 @@ BEGIN
     IF @First < @From
         SET @From = @First
 
-    -- What the ledger has and what it would have: the balance until then, and from then on document by document.
+    INSERT INTO #CheckNegativeInventory_Changes (ID, [Date], Global_ID, Tedad)
+    SELECT C.ID, C.[Date], C.Global_ID, SUM(C.Tedad)
+    FROM (
+        SELECT L.ID, K.[Date], K.Global_ID, -K.Tedad AS Tedad
+        FROM #CheckNegativeInventory_Lines AS L
+        INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar
+        WHERE K.Global_ID = @Place AND K.[Date] >= @First AND K.[Date] <= @Last
+        UNION ALL
+        SELECT L.ID, ISNULL(@Date, N''), @Place, L.Mogodi
+        FROM #CheckNegativeInventory_Lines AS L
+    ) AS C
+    GROUP BY C.ID, C.[Date], C.Global_ID
+
+    -- Only what the document lowers can go below zero by it. The balance until then, and all that goes out from then on.
+    INSERT INTO #CheckNegativeInventory_Lowered (ID, Code, Anbar, Opening, Issues, Lowering, Least)
+    SELECT L.ID, L.Code, L.Anbar,
+        ISNULL((
+            SELECT SUM(K.Tedad)
+            FROM dbo.Kardex AS K
+            WHERE K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] < @From
+        ), 0),
+        ISNULL((
+            SELECT SUM(K.Tedad)
+            FROM dbo.Kardex AS K
+            WHERE K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] >= @From AND K.Tedad < 0
+        ), 0),
+        C.Tedad, 0
+    FROM (
+        SELECT ID, SUM(Tedad) AS Tedad FROM #CheckNegativeInventory_Changes WHERE Tedad < 0 GROUP BY ID
+    ) AS C
+    INNER JOIN #CheckNegativeInventory_Lines AS L ON L.ID = C.ID
+
+    -- What stays above zero even if nothing more comes in need not be followed. Of the others the movements must not sum
+    -- up to less than this.
+    DELETE FROM #CheckNegativeInventory_Lowered WHERE Opening + Issues + Lowering >= 0
+    UPDATE #CheckNegativeInventory_Lowered SET Least = -(Opening + Lowering)
+
+    -- Row by row the balance goes as low as document by document or lower, and is found sooner. It is looked at after each
+    -- row of the ledger and where the document is.
+    INSERT INTO #CheckNegativeInventory_Suspects (ID)
+    SELECT B.ID
+    FROM (
+        SELECT L.ID, L.Least,
+            SUM(K.Tedad) OVER (PARTITION BY L.ID ORDER BY K.[Date], K.Global_ID ROWS UNBOUNDED PRECEDING) AS Moved
+        FROM #CheckNegativeInventory_Lowered AS L
+        INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] >= @From
+    ) AS B
+    WHERE B.Moved < B.Least
+    UNION
+    SELECT L.ID
+    FROM #CheckNegativeInventory_Lowered AS L
+    INNER JOIN #CheckNegativeInventory_Changes AS C ON C.ID = L.ID
+    WHERE ISNULL((
+            SELECT SUM(K.Tedad)
+            FROM dbo.Kardex AS K
+            WHERE K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] >= @From
+                AND (K.[Date] < C.[Date] OR (K.[Date] = C.[Date] AND K.Global_ID <= C.Global_ID))
+        ), 0) < L.Least
+
+    -- What the ledger would have of these: the balance until then, and from then on document by document.
     INSERT INTO #CheckNegativeInventory_Goods (Code)
-    SELECT DISTINCT B.Code
+    SELECT DISTINCT (SELECT L.Code FROM #CheckNegativeInventory_Lowered AS L WHERE L.ID = B.ID)
     FROM (
         -- Without a frame of rows, so that the rows of one document count together.
-        SELECT M.Code,
-            SUM(M.Now) OVER (PARTITION BY M.Code, M.Anbar ORDER BY M.[Date], M.Global_ID) AS Now,
-            SUM(M.Later) OVER (PARTITION BY M.Code, M.Anbar ORDER BY M.[Date], M.Global_ID) AS Later
+        SELECT M.ID, M.[Date], M.Global_ID,
+            SUM(M.Tedad) OVER (PARTITION BY M.ID ORDER BY M.[Date], M.Global_ID) AS Later
         FROM (
-            SELECT O.Code, O.Anbar, N'' AS [Date], 0 AS Global_ID, O.Tedad AS Now, O.Tedad AS Later
-            FROM (
-                SELECT L.Code, L.Anbar, SUM(K.Tedad) AS Tedad
-                FROM #CheckNegativeInventory_Lines AS L
-                INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] < @From
-                GROUP BY L.Code, L.Anbar
-            ) AS O
+            SELECT L.ID, N'' AS [Date], 0 AS Global_ID, L.Opening AS Tedad
+            FROM #CheckNegativeInventory_Suspects AS S
+            INNER JOIN #CheckNegativeInventory_Lowered AS L ON L.ID = S.ID
             UNION ALL
-            SELECT K.kala, K.Anbar, K.[Date], K.Global_ID, K.Tedad,
-                CASE WHEN K.Global_ID = @Place AND K.[Date] >= @First AND K.[Date] <= @Last THEN 0 ELSE K.Tedad END
-            FROM #CheckNegativeInventory_Lines AS L
+            SELECT L.ID, K.[Date], K.Global_ID, K.Tedad
+            FROM #CheckNegativeInventory_Suspects AS S
+            INNER JOIN #CheckNegativeInventory_Lowered AS L ON L.ID = S.ID
             INNER JOIN dbo.Kardex AS K ON K.kala = L.Code AND K.Anbar = L.Anbar AND K.[Date] >= @From
             UNION ALL
-            SELECT L.Code, L.Anbar, @Date, @Place, 0, L.Mogodi
-            FROM #CheckNegativeInventory_Lines AS L
+            SELECT C.ID, C.[Date], C.Global_ID, C.Tedad
+            FROM #CheckNegativeInventory_Suspects AS S
+            INNER JOIN #CheckNegativeInventory_Changes AS C ON C.ID = S.ID
         ) AS M
     ) AS B
-    WHERE B.Later < 0 AND B.Later < B.Now
+    -- Below zero, and lower than it is now.
+    WHERE B.Later < 0
+        AND (
+            SELECT SUM(C.Tedad)
+            FROM #CheckNegativeInventory_Changes AS C
+            WHERE C.ID = B.ID AND (C.[Date] < B.[Date] OR (C.[Date] = B.[Date] AND C.Global_ID <= B.Global_ID))
+        ) < 0
 
     IF NOT EXISTS (SELECT 1 FROM #CheckNegativeInventory_Goods)
         RETURN 0
