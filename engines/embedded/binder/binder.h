@@ -154,10 +154,23 @@ private:
                                         const std::vector<ast::ExpressionPtr>& arguments, const ast::ObjectName& name,
                                         Scope* scope, SourceRange range);
     std::unique_ptr<BoundOver> over(const ast::OverClause& clause, Scope* scope);
-    // query.cpp
+    // common_table.cpp
     void commonTables(const std::vector<ast::CommonTableExpression>& with, std::vector<BoundCommonTable>& into);
-    // Gives a common table that names itself a column behind the others which counts how deep a row is.
-    void boundRecursion(BoundCommonTable& table) const;
+    // The columns that a common table shows, by their generated names.
+    std::vector<SourceColumn> columnsOf(const ast::CommonTableExpression& table,
+                                        const std::vector<OutputColumn>& outputs) const;
+    // The queries between UNION ALL, of which those behind others may name the table itself. Leaves the table in sight.
+    std::unique_ptr<BoundQuery> unionOfParts(const ast::CommonTableExpression& table, const std::string& sqlName);
+    // Fails where the part, which names the table, is not one that the server repeats.
+    void requireRepeatable(const BoundBody& part, const ast::QueryBody& written, const std::string& sqlName,
+                           const std::string& name) const;
+    // query.cpp
+    // A column of nothing but untyped NULLs is an int.
+    static void settleNulls(std::vector<OutputColumn>& columns);
+    // A side of a set operation.
+    std::unique_ptr<BoundBody> part(const ast::QueryBody& part, Scope* outer, std::vector<OutputColumn>& columns);
+    void requireSameCount(const std::vector<OutputColumn>& left, const std::vector<OutputColumn>& right,
+                          SourceRange range) const;
     std::unique_ptr<BoundBody> body(const ast::QueryBody& body, Scope* outer, std::vector<OutputColumn>& columns,
                                     BoundQuery& query, const ast::QueryExpression* whole);
     std::unique_ptr<BoundBody> setOperation(const ast::SetOperation& operation, Scope* outer,

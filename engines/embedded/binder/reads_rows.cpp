@@ -9,8 +9,14 @@ bool holdsQuery(const BoundExpression& expression) {
            std::ranges::any_of(expression.arguments, [](const BoundPtr& argument) { return holdsQuery(*argument); });
 }
 
+RowReading RowReading::ofCommonTable(std::string name) {
+    RowReading reading(std::move(name));
+    reading.common_ = true;
+    return reading;
+}
+
 bool RowReading::in(const BoundExpression& expression) const {
-    if (expression.kind == BoundKind::Call && expression.name == kCallUserFunction) return true;
+    if (expression.kind == BoundKind::Call && expression.name == kCallUserFunction && !common_) return true;
     return in(expression.arguments) || (expression.query != nullptr && in(*expression.query)) ||
            (expression.over != nullptr && in(*expression.over));
 }
@@ -32,21 +38,21 @@ bool RowReading::in(const BoundQuery& query) const {
 }
 
 bool RowReading::in(const BoundBody& body) const {
-    return body.select != nullptr ? in(*body.select) : in(*body.left) || in(*body.right);
+    if (body.select == nullptr) return in(*body.left) || in(*body.right);
+    return (body.select->from != nullptr && in(*body.select->from)) || inExpressions(*body.select);
 }
 
-bool RowReading::in(const BoundSelect& select) const {
+bool RowReading::inExpressions(const BoundSelect& select) const {
     return std::ranges::any_of(select.items, [&](const BoundItem& item) { return in(item.expression); }) ||
-           (select.from != nullptr && in(*select.from)) || in(select.where) || in(select.groupBy) ||
-           in(select.having) || in(select.limit);
+           in(select.where) || in(select.groupBy) || in(select.having) || in(select.limit);
 }
 
 bool RowReading::in(const BoundSource& source) const {
     switch (source.kind) {
         case SourceKind::Table:
-            return source.table == table_;
+            return !common_ && source.table == table_;
         case SourceKind::CommonTable:
-            return false;
+            return common_ && source.table == table_;
         case SourceKind::Query:
             return in(*source.query);
         case SourceKind::Values:
@@ -54,7 +60,7 @@ bool RowReading::in(const BoundSource& source) const {
         case SourceKind::Join:
             return in(*source.left) || in(*source.right) || in(source.condition);
         case SourceKind::Rows:
-            return source.query == nullptr || in(*source.query) || in(source.arguments);
+            return (source.query == nullptr ? !common_ : in(*source.query)) || in(source.arguments);
     }
     return true;
 }

@@ -20,19 +20,23 @@ inline constexpr const char* kCallUserFunction = "t_call";
 class RowReading {
 public:
     explicit RowReading(std::string table) : table_(std::move(table)) {}
+    // The same for a common table, by its generated name; functions cannot name one.
+    [[nodiscard]] static RowReading ofCommonTable(std::string name);
 
     [[nodiscard]] bool in(const BoundExpression& expression) const;
     [[nodiscard]] bool in(const BoundQuery& query) const;
+    [[nodiscard]] bool in(const BoundBody& body) const;
+    // In a SELECT but for its FROM.
+    [[nodiscard]] bool inExpressions(const BoundSelect& select) const;
 
 private:
     [[nodiscard]] bool in(const BoundPtr& expression) const { return expression != nullptr && in(*expression); }
     [[nodiscard]] bool in(const std::vector<BoundPtr>& expressions) const;
     [[nodiscard]] bool in(const BoundOver& over) const;
-    [[nodiscard]] bool in(const BoundBody& body) const;
-    [[nodiscard]] bool in(const BoundSelect& select) const;
     [[nodiscard]] bool in(const BoundSource& source) const;
 
     std::string table_;
+    bool common_ = false;
 };
 
 // Whether values or the condition (null for none) of a statement that changes the table may read rows of it, be it
