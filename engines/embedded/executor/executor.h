@@ -33,6 +33,9 @@ struct TypedValue {
     SqlType type;
 };
 
+// What a session tells of itself, as a statement wants it; whole numbers come for decimals of any scale.
+[[nodiscard]] Value systemValueAs(const Value& value, const SqlType& from, const SqlType& to);
+
 class Executor {
 public:
     // `clock` tells the moment for GETDATE() in ticks. A lock is waited for `longestWaitMs` where the server would wait

@@ -36,6 +36,7 @@ bool endsStatementOnly(int number) {
         2627,  // primary key or unique constraint
         2628,  // a text too long for its column
         2812,  // no such procedure
+        3701,  // nothing to drop
         6401,  // no transaction or savepoint of that name
         3902,  // COMMIT without BEGIN
         3903,  // ROLLBACK without BEGIN

@@ -137,12 +137,23 @@ Constraint parseConstraint(TokenCursor& cursor, bool ofColumn) {
     return constraint;
 }
 
+// The one option that changes what an INSERT does: scripts of other programs name it, and turn it off.
+void refuseDoublesThatAreIgnored(const TokenCursor& cursor) {
+    for (std::size_t at = 1; cursor.peek(at).kind == TokenKind::Word || cursor.peek(at).kind == TokenKind::Equal ||
+                             cursor.peek(at).kind == TokenKind::Comma || cursor.peek(at).kind == TokenKind::Literal;
+         ++at) {
+        if (cursor.atWord("IGNORE_DUP_KEY", at) && cursor.keyword(at + 2) == Keyword::On)
+            cursor.unsupported("IGNORE_DUP_KEY = ON", cursor.peek(at).range);
+    }
+}
+
 }  // namespace
 
 void skipStorageOptions(TokenCursor& cursor) {
     for (;;) {
         if (cursor.at(Keyword::With) && cursor.peek(1).kind == TokenKind::LeftParenthesis) {
             cursor.next();
+            refuseDoublesThatAreIgnored(cursor);
             cursor.skipParentheses();
         } else if ((cursor.at(Keyword::On) && cursor.atName(1)) || cursor.at(Keyword::TextimageOn)) {
             cursor.next();

@@ -119,6 +119,7 @@ std::string storedCondition(Catalog& catalog, const Table& table, const std::str
         const BoundPtr bound = boundOver(binder, table, expression);
         refuseQuery(*bound);
         SqlWriter writer;
+        writer.askSession();
         if (nested) writer.keepCallsNested();
         writer.expression(*bound);
         return writer.sql();
@@ -493,6 +494,7 @@ void TableDesign::create(SqliteDatabase& database, Catalog& catalog) const {
                    withExpression(catalog, column.computedText, false,
                                   [&](Binder& binder, const ast::Expression& expression) {
                                       SqlWriter writer;
+                                      writer.askSession();
                                       writer.keepCallsNested();
                                       writer.expression(*boundOver(binder, table, expression));
                                       return writer.sql();
