@@ -39,6 +39,7 @@ enum class ExpressionKind : std::uint8_t {
     Function,
     DatePart,
     Subquery,
+    XmlValue,
     Collate,
     // Conditions
     Comparison,
@@ -203,6 +204,13 @@ struct SubqueryExpression : ExpressionOf<ExpressionKind::Subquery> {
     QueryPtr query;
     SubqueryExpression();
     ~SubqueryExpression() override;
+};
+
+// (SELECT ... FOR XML PATH(''), TYPE).value('.', 'nvarchar(max)')
+struct XmlValueExpression : ExpressionOf<ExpressionKind::XmlValue> {
+    ExpressionPtr operand;  // a Subquery
+    LiteralIndex path = 0;
+    LiteralIndex type = 0;
 };
 
 struct CollateExpression : ExpressionOf<ExpressionKind::Collate> {

@@ -183,6 +183,7 @@ private:
     void orderByColumns(const ast::QueryExpression& whole, const std::vector<OutputColumn>& columns, BoundQuery& query);
     // for_xml.cpp: one text made of all rows.
     std::unique_ptr<BoundQuery> xmlOf(std::unique_ptr<BoundQuery> query, const ast::ForXmlClause& clause);
+    BoundPtr xmlValue(const ast::XmlValueExpression& expression, Scope* scope);
     // select.cpp
     std::unique_ptr<BoundSelect> select(const ast::Select& select, Scope* outer, std::vector<OutputColumn>& columns,
                                         BoundQuery* query, const ast::QueryExpression* whole);
@@ -253,7 +254,8 @@ private:
     const Table& targetAmong(const ast::UpdateStatement& statement, Scope& scope, std::string& alias,
                              BoundSelect& rows);
     void addKey(const Table& table, const std::string& sqlAlias, BoundSelect& select, SourceRange range);
-    [[nodiscard]] bool showsDeleted(const ast::UpdateStatement& statement) const;
+    // Whether OUTPUT names rows as they were or other tables.
+    [[nodiscard]] bool showsMoreThanInserted(const ast::UpdateStatement& statement) const;
 
     [[nodiscard]] std::string newAlias() { return "s" + std::to_string(++aliases()); }
     [[nodiscard]] int& aliases() { return sharedAliases_ != nullptr ? *sharedAliases_ : aliases_; }

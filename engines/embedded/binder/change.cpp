@@ -89,12 +89,18 @@ void Binder::outputs(const ast::OutputClause& clause, Scope& scope, std::vector<
     }
 }
 
-bool Binder::showsDeleted(const ast::UpdateStatement& statement) const {
+bool Binder::showsMoreThanInserted(const ast::UpdateStatement& statement) const {
     if (!statement.output) return false;
     // A word that is something else costs no more than the longer way.
     const std::string text =
         foldName(input_.text.substr(statement.output->range.begin, statement.output->range.size()));
-    return text.find("deleted") != std::string::npos;
+    if (text.find("deleted") != std::string::npos) return true;
+    if (statement.from.empty()) return false;
+    for (std::size_t point = text.find('.'); point != std::string::npos; point = text.find('.', point + 1)) {
+        const std::string_view before = std::string_view(text).substr(0, point);
+        if (!before.ends_with("inserted") && !before.ends_with("inserted]")) return true;
+    }
+    return false;
 }
 
 const Table& Binder::targetIn(const ast::TableTarget& target, const std::vector<ast::TableSourcePtr>& from,

@@ -163,6 +163,8 @@ BoundPtr Binder::expression(const ast::Expression& expression, Scope* scope) {
                  expression.range);
         case Kind::Subquery:
             return subquery(ast::as<ast::SubqueryExpression>(expression), scope);
+        case Kind::XmlValue:
+            return xmlValue(ast::as<ast::XmlValueExpression>(expression), scope);
         case Kind::Collate:
             return collated(ast::as<ast::CollateExpression>(expression), scope);
         default:

@@ -1,4 +1,8 @@
-// FOR XML PATH: the rows of a query as one text, the customary way to join texts of several rows.
+// FOR XML PATH: the rows of a query as one text, the customary way to join texts of several rows; and what .value()
+// makes of it.
+#include <algorithm>
+#include <array>
+
 #include "engines/embedded/binder/binder.h"
 
 namespace basalt::embedded {
@@ -70,6 +74,25 @@ std::unique_ptr<BoundQuery> Binder::xmlOf(std::unique_ptr<BoundQuery> query, con
     result->columns.push_back({"XML_F52E2B61-18A1-11d1-B105-00805F49916B", wholeText(), true, {}});
     result->singleRow = true;
     return result;
+}
+
+BoundPtr Binder::xmlValue(const ast::XmlValueExpression& expression, Scope* scope) {
+    // Of paths there are all of the text, and the first piece of it that is in no element.
+    static constexpr std::array<std::string_view, 4> kFirst = {"text()[1]", "(text())[1]", "./text()[1]",
+                                                               "(./text())[1]"};
+    const std::string path((*input_.literals)[expression.path].text);
+    const bool first = std::ranges::find(kFirst, path) != kFirst.end();
+    if (!first && path != ".") unsupported("the path " + path + " of XML", expression.range);
+    std::string name((*input_.literals)[expression.type].text);
+    std::ranges::transform(name, name.begin(),
+                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    constexpr std::string_view kMax = "(max)";
+    if (name.ends_with(kMax)) name.replace(name.size() - kMax.size(), kMax.size(), "(-1)");
+    const std::optional<SqlType> type = SqlType::fromDeclaration(name);
+    if (!type) unsupported("the type " + name + " for XML", expression.range);
+    BoundPtr xml = this->expression(*expression.operand, scope);
+    return castExplicitly(boundCall("t_xml_text", wholeText(), std::move(xml), boundInteger(first ? 1 : 0)), *type,
+                          nullptr, false);
 }
 
 }  // namespace basalt::embedded

@@ -39,7 +39,7 @@ BoundUpdate Binder::update(const ast::UpdateStatement& statement) {
                                              [](const ast::SetClause& clause) { return !clause.variable.empty(); });
     const bool returns = statement.assignments.size() == 1 && !statement.assignments[0].column.empty() &&
                          statement.from.empty() && !statement.top;
-    if ((assigns && !returns) || showsDeleted(statement)) return updateByRow(statement);
+    if ((assigns && !returns) || showsMoreThanInserted(statement)) return updateByRow(statement);
     BoundUpdate result;
     const std::size_t visible = commonTables_.size();
     commonTables(statement.with, result.with);

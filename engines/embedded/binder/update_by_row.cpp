@@ -1,4 +1,5 @@
-// UPDATE that assigns variables, SET @sum = Rest = @sum + Amount, @n = @n + 1, or whose OUTPUT shows what was.
+// UPDATE that assigns variables, SET @sum = Rest = @sum + Amount, @n = @n + 1, or whose OUTPUT shows what was or
+// columns of other tables.
 //
 // The rows are read one after the other in the order of the table's key. For each row the clauses with a variable come
 // first, from left to right, and then the columns, which see what these have assigned. All rows are read before the

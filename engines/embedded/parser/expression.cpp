@@ -39,6 +39,29 @@ void requireCondition(TokenCursor& cursor, const Expression& expression) {
 
 // ---- Names, literals, parentheses
 
+// Both are part of the statement's shape.
+LiteralIndex parseXmlText(TokenCursor& cursor) {
+    if (!cursor.atText()) cursor.failHere();
+    const LiteralIndex text = cursor.literal();
+    cursor.literals().fix(text);
+    return text;
+}
+
+// .value('path', 'type') behind the XML of a query
+ExpressionPtr parseXmlValue(TokenCursor& cursor, ExpressionPtr operand, std::uint32_t start) {
+    auto node = std::make_unique<XmlValueExpression>();
+    node->operand = std::move(operand);
+    cursor.expect(TokenKind::Point);
+    cursor.expectWord("VALUE");
+    cursor.expect(TokenKind::LeftParenthesis);
+    node->path = parseXmlText(cursor);
+    cursor.expect(TokenKind::Comma);
+    node->type = parseXmlText(cursor);
+    cursor.expect(TokenKind::RightParenthesis);
+    node->range = cursor.from(start);
+    return node;
+}
+
 ExpressionPtr parseParenthesized(TokenCursor& cursor) {
     const std::uint32_t start = cursor.begin();
     cursor.expect(TokenKind::LeftParenthesis);
@@ -47,6 +70,8 @@ ExpressionPtr parseParenthesized(TokenCursor& cursor) {
         node->query = parseQuery(cursor);
         cursor.expect(TokenKind::RightParenthesis);
         node->range = cursor.from(start);
+        const bool isXml = node->query->forXml && node->query->forXml->type;
+        if (isXml && cursor.at(TokenKind::Point)) return parseXmlValue(cursor, std::move(node), start);
         return node;
     }
     ExpressionPtr inner = parseOr(cursor);

@@ -302,6 +302,13 @@ void writeBare(Writer& writer, const Expression& expression) {
         case ExpressionKind::Subquery:
             writeSubquery(writer, *as<SubqueryExpression>(expression).query);
             break;
+        case ExpressionKind::XmlValue: {
+            const auto& node = as<XmlValueExpression>(expression);
+            write(writer, *node.operand);
+            writer << ".value(" << print(writer.literals()[node.path]) << ", " << print(writer.literals()[node.type])
+                   << ")";
+            break;
+        }
         case ExpressionKind::Collate: {
             const auto& node = as<CollateExpression>(expression);
             writeAt(writer, *node.operand, Level::Collate);

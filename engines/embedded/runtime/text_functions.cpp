@@ -1,5 +1,6 @@
 // LEN, SUBSTRING, REPLACE, CHARINDEX, LIKE and their kin. Positions and lengths count UTF-16 units.
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
 
@@ -381,10 +382,38 @@ void escapeXml(Call& call) {
     call.result(std::string_view(result));
 }
 
+// The text of XML that escapeXml and tags were written into: all of it, or where the second argument is true the first
+// piece that stands outside of all elements, NULL when there is none.
+void textOfXml(Call& call) {
+    static constexpr std::array<std::pair<std::string_view, char>, 4> kEscapes = {
+        {{"&amp;", '&'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&#x0D;", '\r'}}};
+    const std::string_view xml = call.text(0);
+    const bool first = call.integer(1) != 0;
+    std::string result;
+    result.reserve(xml.size());
+    int depth = 0;
+    for (std::size_t at = 0; at < xml.size();) {
+        if (xml[at] == '<') {
+            if (first && !result.empty()) break;
+            depth += xml.substr(at).starts_with("</") ? -1 : 1;
+            at = std::min(xml.find('>', at), xml.size() - 1) + 1;
+            continue;
+        }
+        const auto* const escape = std::ranges::find_if(
+            kEscapes, [&](const auto& candidate) { return xml.substr(at).starts_with(candidate.first); });
+        const bool escaped = escape != kEscapes.end();
+        if (!first || depth == 0) result += escaped ? escape->second : xml[at];
+        at += escaped ? escape->first.size() : 1;
+    }
+    if (first && result.empty()) return call.resultNull();
+    call.result(std::string_view(result));
+}
+
 }  // namespace
 
 void addTextFunctions(SqliteDatabase& database) {
     addFunction(database, "t_xml", 1, escapeXml);
+    addFunction(database, "t_xml_text", 2, textOfXml);
     addFunction(database, "t_join_bytes", 3, joinBytes);
     addFunction(database, "t_len", 1, length);
     addFunction(database, "t_datalength", 2, dataLength);
