@@ -48,12 +48,12 @@ BEGIN
     IF @NegativeType = 2
         RETURN 0
 
-    -- Each good in each store once. The tables that lead into the index of the long ledger are short.
+    -- Each good in each store once.
     CREATE TABLE #CheckNegativeInventory_Lines (ID int IDENTITY(1, 1) NOT NULL PRIMARY KEY, Code int NULL, Anbar int NULL,
         Mogodi decimal(23, 9) NOT NULL)
     -- By how much the document changes the ledger, and where: its old rows go, its lines come.
-    CREATE TABLE #CheckNegativeInventory_Changes (ID int NOT NULL, [Date] nvarchar(10) NOT NULL, Global_ID int NOT NULL,
-        Tedad decimal(38, 9) NOT NULL, PRIMARY KEY (ID, [Date], Global_ID))
+    CREATE TABLE #CheckNegativeInventory_Changes (ID int NOT NULL, [Date] nvarchar(10) COLLATE DATABASE_DEFAULT NOT NULL,
+        Global_ID int NOT NULL, Tedad decimal(38, 9) NOT NULL, PRIMARY KEY (ID, [Date], Global_ID))
     CREATE TABLE #CheckNegativeInventory_Lowered (ID int NOT NULL PRIMARY KEY, Code int NULL, Anbar int NULL,
         Opening decimal(38, 9) NOT NULL, Issues decimal(38, 9) NOT NULL, Lowering decimal(38, 9) NOT NULL,
         Least decimal(38, 9) NOT NULL)
@@ -62,9 +62,11 @@ BEGIN
 
     -- On a line of its own, for a query that ends in a comment.
     SET @Insert = N'INSERT INTO #CheckNegativeInventory_Lines (Code, Anbar, Mogodi) '
-        + N'SELECT S.Code, S.Anbar, ISNULL(SUM(S.Mogodi), 0) FROM (' + @SelectQuery + NCHAR(10)
-        + N') AS S GROUP BY S.Code, S.Anbar'
+        + N'SELECT L.Code, L.Anbar, ISNULL(SUM(L.Mogodi), 0) FROM (SELECT CAST(S.Code AS int) AS Code, '
+        + N'CAST(S.Anbar AS int) AS Anbar, S.Mogodi FROM (' + @SelectQuery + NCHAR(10)
+        + N') AS S) AS L GROUP BY L.Code, L.Anbar'
     EXEC (@Insert)
+    CREATE INDEX IX_Lines ON #CheckNegativeInventory_Lines (Code, Anbar)
 
     SET @Place = CASE WHEN @globalID > 0 THEN @globalID ELSE 2147483647 END
 
@@ -123,7 +125,7 @@ BEGIN
     ) AS C
     INNER JOIN #CheckNegativeInventory_Lines AS L ON L.ID = C.ID
 
-    -- What stays above zero even if nothing more comes in need not be followed. Of the others the movements must not sum
+    -- What does not go below zero even if nothing more comes in need not be followed. Of the others the movements must not sum
     -- up to less than this.
     DELETE FROM #CheckNegativeInventory_Lowered WHERE Opening + Issues + Lowering >= 0
     UPDATE #CheckNegativeInventory_Lowered SET Least = -(Opening + Lowering)

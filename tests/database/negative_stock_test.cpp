@@ -109,6 +109,10 @@ TEST_F(NegativeStock, linesOfAGoodInAStoreAddUp) {
     EXPECT_EQ(check(line(5, 2, "-5") + " UNION ALL " + line(5, 2, "2"), "1405/01/25"), fine);
 }
 
+TEST_F(NegativeStock, codesThatAreWrittenOtherwiseAreTheSameGood) {
+    EXPECT_EQ(check("SELECT '5' AS Code, 1 AS Anbar, -4 AS Mogodi UNION ALL SELECT '05', 1, -4", "1405/01/10"), sugar);
+}
+
 TEST_F(NegativeStock, codesAndNamesGoByCode) {
     EXPECT_EQ(
         check(line(6, 1, "-8") + " UNION ALL " + line(7, 1, "-1") + " UNION ALL " + line(5, 1, "-99"), "1405/01/25"),
