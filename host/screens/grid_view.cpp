@@ -29,11 +29,23 @@ QString isolated(const QString& text) {
     return QChar(0x2066) + text + QChar(0x2069);
 }
 
-// Paints the text on one line if all of it has room there, as QPainter::drawText would; laid out once, where measuring
-// and painting it would take two.
-bool paintWhole(QPainter& painter, const QRect& room, QString text, const QStyleOptionViewItem& style,
+// What of a text may be shown on the one line of a cell. Nobody sees more of a long one, and laying it out takes long.
+QString onOneLine(QString text) {
+    constexpr qsizetype kMostShown = 4000;
+    if (text.size() > kMostShown) text = text.left(kMostShown) + QChar(0x2026);
+    text.replace(QLatin1String("\r\n"), QLatin1String(" "));
+    for (QChar& character : text) {
+        if (character == QChar::LineFeed || character == QChar::CarriageReturn || character == QChar::Tabulation ||
+            character == QChar::LineSeparator || character == QChar::ParagraphSeparator)
+            character = QChar::Space;
+    }
+    return text;
+}
+
+// Paints the text if all of it has room there, as QPainter::drawText would; laid out once, where measuring and painting
+// it would take two.
+bool paintWhole(QPainter& painter, const QRect& room, const QString& text, const QStyleOptionViewItem& style,
                 Qt::Alignment alignment) {
-    text.replace(QLatin1Char('\n'), QLatin1Char(' '));
     QTextLayout layout(text, style.font);
     QTextOption option;
     option.setTextDirection(style.direction);
@@ -61,7 +73,7 @@ public:
         const bool selected = (option.state & QStyle::State_Selected) != 0;
         if (selected) painter->fillRect(option.rect, colors.selection);
         painter->fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1), colors.window);
-        QString text = index.data(Qt::DisplayRole).toString();
+        QString text = onOneLine(index.data(Qt::DisplayRole).toString());
         if (text.isEmpty()) return;
         QRect room = option.rect.adjusted(kCellPadding, 0, -kCellPadding, 0);
         const bool number = model_.isNumberColumn(index.column());

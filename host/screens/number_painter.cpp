@@ -5,7 +5,6 @@
 #include <QPaintEngine>
 #include <QPainter>
 #include <QRect>
-#include <cmath>
 #include <string_view>
 
 namespace basalt::host {
@@ -26,7 +25,7 @@ void NumberPainter::read(const QFont& font) {
     height_ = metrics.height();
     std::u16string all(kDigits);
     all += kMarks;
-    static_assert(kDigits.size() + kMarks.size() <= kCharacters);
+    static_assert(kDigits.size() + kMarks.size() == kCharacters);
     const QList<quint32> indexes = glyphsOf_.glyphIndexesForString(QString::fromStdU16String(all));
     const QList<QPointF> widths = glyphsOf_.advancesForGlyphIndexes(indexes);
     for (std::size_t i = 0; i < all.size(); ++i) {

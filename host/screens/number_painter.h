@@ -10,6 +10,7 @@
 #include <QRawFont>
 #include <QStringView>
 #include <array>
+#include <cstddef>
 
 class QPainter;
 class QRect;
@@ -25,7 +26,7 @@ public:
     bool paint(QPainter& painter, const QRect& room, QStringView text, const QFont& font);
 
 private:
-    static constexpr std::size_t kCharacters = 29;
+    static constexpr std::size_t kCharacters = 27;
 
     struct Glyph {
         quint32 index = 0;  // in the font; 0 where it has none

@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QHeaderView>
+#include <QImage>
 #include <QJsonArray>
 #include <QLabel>
 #include <QListWidget>
@@ -13,6 +14,7 @@
 #include <QStyledItemDelegate>
 #include <QTemporaryDir>
 #include <ctime>
+#include <functional>
 #include <set>
 
 #include "host/screens/column_chooser.h"
@@ -63,6 +65,24 @@ protected:
         for (const QChar mark : {QChar(u' '), QChar(0x2066), QChar(0x2069)})
             text.remove(mark);
         return text.toStdString();
+    }
+    // The same as pixels, by the list itself or by what paints instead of it.
+    [[nodiscard]] QImage picture(const std::function<void(QPainter&, const QStyleOptionViewItem&)>& paint) {
+        QImage image(320, 34, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.setLayoutDirection(Qt::RightToLeft);
+        QStyleOptionViewItem option;
+        option.initFrom(&view());
+        option.font = view().font();
+        option.rect = image.rect();
+        paint(painter, option);
+        return image;
+    }
+    [[nodiscard]] QImage pictureOfCell(int row, int column) {
+        return picture([&](QPainter& painter, const QStyleOptionViewItem& option) {
+            view().itemDelegate()->paint(&painter, option, grid.model().index(row, column));
+        });
     }
     [[nodiscard]] std::vector<std::string> codes() const {
         std::vector<std::string> all;
@@ -795,6 +815,40 @@ TEST_F(Grid, rowsThatAreReadAnewLeaveTheColumnsWhereTheyAre) {
     view().selectAll();
     EXPECT_EQ(summary.text().remove(QChar(0x2066)).remove(QChar(0x2069)).toStdString(),
               "۳ سطر   |   ۳ سطر برگزیده   |   قیمت فروش: جمع ۱۲٬۲۰۰٫۵، میانگین ۶٬۱۰۰٫۲۵");
+}
+
+TEST_F(Grid, aTextIsPaintedAsQtLaysItOut) {
+    for (const char* text : {"پنیر سفید ۴۰۰ گرمی", "فروشگاه‌های زنجیره‌ای", "Cheese (B)",
+                             "کابل USB-C ۱ متری", "- بی‌نام", "&شیر", "ß\xC3\xA9 😀"}) {
+        open(priceRows({{1, text, {}}}));
+        const QImage own = pictureOfCell(0, 1);
+        const QImage laidOut = picture([&](QPainter& painter, const QStyleOptionViewItem& option) {
+            painter.fillRect(QRect(0, option.rect.bottom(), option.rect.width(), 1), themeColors().window);
+            painter.setPen(themeColors().text);
+            painter.setFont(option.font);
+            QString shown = QString::fromUtf8(text);
+            if (shown.startsWith(QLatin1Char('-'))) shown = QChar(0x2066) + shown + QChar(0x2069);
+            painter.drawText(option.rect.adjusted(11, 0, -11, 0),
+                             Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter | Qt::TextSingleLine, shown);
+        });
+        EXPECT_EQ(own, laidOut) << text;
+    }
+}
+
+TEST_F(Grid, aTextOfSeveralLinesStandsOnOne) {
+    for (const char* text : {"AA\r\nBB", "AA\rBB", "AA\nBB", "AA\tBB", "AA\u2028BB", "AA\u2029BB"}) {
+        open(priceRows({{1, text, {}}, {2, "AA BB", {}}, {3, "AA", {}}}));
+        EXPECT_EQ(pictureOfCell(0, 1), pictureOfCell(1, 1)) << text;
+        EXPECT_NE(pictureOfCell(0, 1), pictureOfCell(2, 1)) << text;
+    }
+}
+
+TEST_F(Grid, ofAVeryLongTextTheBeginningIsShown) {
+    std::string text = "آغاز";
+    for (int i = 0; i < 20'000; ++i)
+        text += " کالا";
+    open(priceRows({{1, text, {}}, {2, text.substr(0, 2000), {}}}));
+    EXPECT_EQ(pictureOfCell(0, 1), pictureOfCell(1, 1));
 }
 
 TEST_F(Grid, aCodeThatIsCutKeepsItsBeginningWhereItIsRead) {
