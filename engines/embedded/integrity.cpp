@@ -67,7 +67,7 @@ std::string shown(SqliteStatement& row, int column, const SqlType& type) {
 
 // What tells a row from the others, as a SELECT lists it.
 std::string placeColumns(const Table& table) {
-    if (table.rowid) return "rowid";
+    if (!table.rowNumber.empty()) return table.rowNumber;
     std::string columns;
     for (const std::size_t position : table.key)
         columns += (columns.empty() ? "" : ", ") + sqlQuoted(table.columns[position].name);
@@ -75,12 +75,12 @@ std::string placeColumns(const Table& table) {
 }
 
 int placeColumnCount(const Table& table) {
-    return table.rowid ? 1 : static_cast<int>(table.key.size());
+    return table.rowNumber.empty() ? static_cast<int>(table.key.size()) : 1;
 }
 
 // "Table, key 3, 'a'" or "Table, row 7", of a row that begins with the columns of its place.
 std::string placeOf(const Table& table, SqliteStatement& row) {
-    if (table.rowid) return table.name + ", row " + row.textAt(0);
+    if (!table.rowNumber.empty()) return table.name + ", row " + row.textAt(0);
     std::string place = table.name + ", key ";
     for (std::size_t i = 0; i < table.key.size(); ++i) {
         if (i > 0) place += ", ";

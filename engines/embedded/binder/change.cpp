@@ -166,10 +166,10 @@ void Binder::addKey(const Table& table, const std::string& sqlAlias, BoundSelect
         column->ownCollation = true;
         select.items.push_back({std::move(column), {}});
     };
-    if (table.rowid) {
+    if (!table.rowNumber.empty()) {
         if (!standsFree(*select.from, sqlAlias))
             unsupported("changing a table without a key inside of a FULL JOIN or of a join in brackets", range);
-        add("rowid", SqlType::of(TypeKind::BigInt));
+        add(table.rowNumber, SqlType::of(TypeKind::BigInt));
         return;
     }
     for (const std::size_t position : table.key)

@@ -47,7 +47,9 @@ void findNaming(const BoundSource* source, const std::string& table, bool outer,
     }
     if (source->query != nullptr && reading.in(*source->query)) found.inDerivedTable = true;
     if (source->condition != nullptr && reading.in(*source->condition)) found.inCondition = true;
-    const bool within = outer || source->join == "LEFT JOIN" || source->join == "FULL JOIN";
+    // OUTER APPLY is a left join too, and may stand behind the table.
+    const bool applies = source->right != nullptr && source->right->kind == SourceKind::Rows;
+    const bool within = outer || (source->join == "LEFT JOIN" && !applies) || source->join == "FULL JOIN";
     findNaming(source->left.get(), table, within, found);
     findNaming(source->right.get(), table, within, found);
 }
@@ -161,6 +163,12 @@ std::unique_ptr<BoundQuery> Binder::unionOfParts(const ast::CommonTableExpressio
         ++anchors;
         commonTables_.back().columns = columnsOf(table, columns);
     }
+    // More of them would be grouped, and what repeats stand inside of a group.
+    constexpr std::size_t kMostRepeated = 400;
+    if (anchors < parts.size() && parts.size() > kMostRepeated) {
+        unsupported("recursion in a UNION ALL of more than " + std::to_string(kMostRepeated) + " queries",
+                    table.query->body->range);
+    }
     settleNulls(columns);
     for (const auto& each : parts)
         convertColumns(*each, columns);
@@ -207,7 +215,10 @@ void Binder::commonTables(const std::vector<ast::CommonTableExpression>& with, s
         BoundCommonTable bound;
         bound.name = "w" + std::to_string(++aliases());
         const ast::QueryBody& body = *table.query->body;
-        if (body.kind == ast::QueryBodyKind::SetOperation &&
+        // What orders or cuts all rows is no part, and nothing that could be repeated.
+        const bool whole = !table.query->orderBy.empty() || table.query->offset != nullptr ||
+                           table.query->fetch != nullptr || table.query->forXml;
+        if (!whole && body.kind == ast::QueryBodyKind::SetOperation &&
             ast::as<ast::SetOperation>(body).op == ast::SetOperator::UnionAll) {
             bound.query = unionOfParts(table, bound.name);
         } else {

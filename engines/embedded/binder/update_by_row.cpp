@@ -164,7 +164,7 @@ BoundUpdate Binder::updateByRow(const ast::UpdateStatement& statement) {
     for (std::size_t i = 0; i < keys; ++i) {
         BoundPtr key = cloned(*outer->body->select->items[i].expression);
         key->table = result.alias;
-        key->name = table.rowid ? "rowid" : sqlQuoted(table.columns[table.key[i]].name);
+        key->name = table.rowNumber.empty() ? sqlQuoted(table.columns[table.key[i]].name) : table.rowNumber;
         BoundPtr item = itemOfRow(i, key->type);
         BoundPtr same = boundInfix("=", SqlType::of(TypeKind::Bit), std::move(key), std::move(item));
         result.where = result.where == nullptr

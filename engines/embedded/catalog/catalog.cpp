@@ -30,6 +30,13 @@ bool isTextKind(std::string_view kind, std::string_view wanted) {
     return kind.empty() || sameName(kind, wanted);
 }
 
+// The first of SQLite's names for the number of a row that no column has; the last one when all of them are columns.
+const char* freeRowNumber(const Table& table) {
+    for (const char* name : {"rowid", "_rowid_"})
+        if (table.find(name) < 0) return name;
+    return "oid";
+}
+
 }  // namespace
 
 std::string storedIndexName(std::string_view table, std::string_view index) {
@@ -127,9 +134,6 @@ std::unique_ptr<Table> Catalog::read(std::string_view name) {
         if (foldName(candidate) == folded) table->name = candidate;
     }
     if (table->name.empty()) return nullptr;
-    // The list of tables that SQLite gives would tell this too, but reads all tables and views for it.
-    table->rowid = sqlite3_table_column_metadata(database_.handle(), schema.c_str(), table->name.c_str(), "_rowid_",
-                                                 nullptr, nullptr, nullptr, nullptr, nullptr) == SQLITE_OK;
     SqliteStatement info = database_.prepare("SELECT name, type, \"notnull\", pk, hidden FROM pragma_table_xinfo(" +
                                              sqlText(table->name) + ", " + sqlText(schema) + ")");
     std::vector<std::pair<std::int64_t, std::size_t>> keyOrder;
@@ -149,6 +153,11 @@ std::unique_ptr<Table> Catalog::read(std::string_view name) {
     std::sort(keyOrder.begin(), keyOrder.end());
     for (const auto& [order, position] : keyOrder)
         table->key.push_back(position);
+    const char* number = freeRowNumber(*table);
+    // The list of tables that SQLite gives would tell this too, but reads all tables and views for it.
+    if (sqlite3_table_column_metadata(database_.handle(), schema.c_str(), table->name.c_str(), number, nullptr, nullptr,
+                                      nullptr, nullptr, nullptr) == SQLITE_OK)
+        table->rowNumber = number;
     if (!table->temporary || hasTemporarySystemTables()) readDetails(*table);
     return table;
 }

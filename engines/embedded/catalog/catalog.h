@@ -50,7 +50,9 @@ struct Index {
 struct Table {
     std::string name;  // as created
     bool temporary = false;
-    bool rowid = true;  // whether rows have SQLite's own row number; tables with a primary key are stored by it
+    // SQLite's own number of a row, by one of its names that is no column; empty for tables that are stored by their
+    // key.
+    std::string rowNumber;
     std::vector<TableColumn> columns;
     std::vector<std::size_t> key;  // positions of the primary key's columns
     std::vector<Index> uniques;

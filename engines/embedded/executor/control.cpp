@@ -33,7 +33,7 @@ void Executor::selectInto(const ast::Batch& batch, const ast::SelectStatement& s
         const ast::ObjectName& name = ast::firstSelect(*statement.query->body).into;
         StatementGuard guard(*this, true, false, name.isTemporary());
         catalog_.refresh();
-        requireFreeName(batch, name);
+        requireTableName(batch, name);
         std::set<std::string> called;
         Binder binder(catalog_, binderInput(batch, environment, &called));
         BoundSelectStatement bound = binder.selectStatement(statement);
@@ -138,8 +138,8 @@ Executor::TableContents Executor::contentsOf(const std::string& name) {
     const Table* table = catalog_.table(name);
     if (table == nullptr) return result;
     const auto [columns, count] = storedColumns(*table);
-    SqliteStatement rows =
-        database_.prepare("SELECT " + columns + " FROM " + table->sqlName() + (table->rowid ? " ORDER BY rowid" : ""));
+    SqliteStatement rows = database_.prepare("SELECT " + columns + " FROM " + table->sqlName() +
+                                             (table->rowNumber.empty() ? "" : " ORDER BY " + table->rowNumber));
     while (rows.step()) {
         for (int i = 0; i < count; ++i)
             result.cells.push_back(rows.held(i));

@@ -269,11 +269,6 @@ std::unique_ptr<Plan> Executor::planOnce(const ast::Batch& batch, const ast::Sta
     return result;
 }
 
-Value systemValueAs(const Value& value, const SqlType& from, const SqlType& to) {
-    const bool integral = std::holds_alternative<std::int64_t>(value) && from.isDecimal();
-    return convert(value, integral ? SqlType::of(TypeKind::BigInt) : from, to);
-}
-
 Value Executor::systemValue(SystemValue value) {
     const CaughtError* caught = state_.caught;
     switch (value) {
@@ -383,8 +378,12 @@ void Executor::bindSlot(SqliteStatement& statement, int index, const Slot& slot,
             return bindFrom(environment.markers[slot.index]);
         case Slot::Source::Variable:
             return bindFrom(environment.variables->valueOf(slot.variable));
-        case Slot::Source::System:
-            return statement.bindValue(index, systemValueAs(systemValue(slot.system), slot.from, slot.to));
+        case Slot::Source::System: {
+            const Value value = systemValue(slot.system);
+            const bool integral = std::holds_alternative<std::int64_t>(value) && slot.from.isDecimal();
+            return statement.bindValue(index,
+                                       convert(value, integral ? SqlType::of(TypeKind::BigInt) : slot.from, slot.to));
+        }
         case Slot::Source::Row:
             return;  // bound row by row
     }

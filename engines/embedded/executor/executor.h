@@ -33,9 +33,6 @@ struct TypedValue {
     SqlType type;
 };
 
-// What a session tells of itself, as a statement wants it; whole numbers come for decimals of any scale.
-[[nodiscard]] Value systemValueAs(const Value& value, const SqlType& from, const SqlType& to);
-
 class Executor {
 public:
     // `clock` tells the moment for GETDATE() in ticks. A lock is waited for `longestWaitMs` where the server would wait
@@ -177,6 +174,7 @@ private:
     // 3705 when the name is that of an object of another kind.
     void refuseOtherKind(const ast::Batch& batch, ast::ObjectType wanted, const ast::ObjectName& name);
     void requireFreeName(const ast::Batch& batch, const ast::ObjectName& name);
+    void requireTableName(const ast::Batch& batch, const ast::ObjectName& name);
 
     void registerFunctions();
     [[nodiscard]] std::unique_ptr<RowSource> openRows(std::string_view kind, std::string_view text,

@@ -76,14 +76,6 @@ void Executor::registerFunctions() {
             sqlite3_result_value(context, arguments[1]);
         });
     });
-    addOwned(database_, "t_session", 3, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {
-        auto* self = static_cast<Executor*>(sqlite3_user_data(context));
-        Call call(context, count, arguments);
-        guarded(context, self->database_, [&] {
-            const Value value = self->systemValue(static_cast<SystemValue>(call.integer(0)));
-            call.result(systemValueAs(value, call.type(1), call.type(2)));
-        });
-    });
     addOwned(database_, "t_object_id", 2, this, [](sqlite3_context* context, int count, sqlite3_value** arguments) {
         auto* self = static_cast<Executor*>(sqlite3_user_data(context));
         const Call call(context, count, arguments);

@@ -8,8 +8,8 @@ void SqlWriter::remove(const BoundDelete& remove) {
     *this << "DELETE FROM " << table.sqlName();
     if (remove.rows != nullptr) {
         *this << " WHERE (";
-        if (table.rowid) *this << "rowid";
-        for (std::size_t i = 0; i < table.key.size() && !table.rowid; ++i)
+        *this << table.rowNumber;
+        for (std::size_t i = 0; i < table.key.size() && table.rowNumber.empty(); ++i)
             *this << (i == 0 ? "" : ", ") << sqlQuoted(table.columns[table.key[i]].name);
         *this << ") IN (";
         query(*remove.rows);

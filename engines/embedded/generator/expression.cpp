@@ -85,11 +85,6 @@ bool SqlWriter::lift(const BoundExpression& expression) {
 }
 
 void SqlWriter::slot(const Slot& slot) {
-    if (asksSession_ && slot.source == Slot::Source::System) {
-        *this << "t_session(" << std::to_string(static_cast<int>(slot.system)) << ", "
-              << std::to_string(slot.from.code()) << ", " << std::to_string(slot.to.code()) << ")";
-        return;
-    }
     // Long lists of literals: only slots of the same literal, marker, variable or value can be the same.
     const auto source = static_cast<std::uint64_t>(slot.source);
     const std::uint64_t key = source << 56 | std::uint64_t{slot.index} << 16 | static_cast<std::uint64_t>(slot.system);

@@ -33,9 +33,6 @@ public:
     // What SQLite keeps in its schema is written without steps: it takes no function there that is not told to be the
     // same for the same values.
     void keepCallsNested() { nested_ = true; }
-    // It takes no parameters there either: what a statement reads of its session, GETDATE() for instance, is asked for
-    // by a function.
-    void askSession() { asksSession_ = true; }
 
     // expression.cpp
     void expression(const BoundExpression& expression);
@@ -108,7 +105,6 @@ private:
     bool joins_ = false;
     bool arranges_ = false;
     bool nested_ = false;
-    bool asksSession_ = false;
     bool readsUnseen_ = false;  // through statements of its own, of which SQLite knows nothing
     std::string sql_;
     std::vector<const BoundExpression*> textSearches_;

@@ -6,7 +6,7 @@ void SqlWriter::update(const BoundUpdate& update) {
     with(update.with);
     const Table& table = *update.table;
     *this << "UPDATE " << table.sqlName() << " AS " << update.alias << " SET ";
-    const std::size_t keys = table.rowid ? 1 : table.key.size();
+    const std::size_t keys = table.rowNumber.empty() ? table.key.size() : 1;
     for (std::size_t i = 0; i < update.columns.size(); ++i) {
         *this << (i == 0 ? "" : ", ") << sqlQuoted(table.columns[update.columns[i]].name) << " = ";
         if (update.rows != nullptr) {
@@ -21,7 +21,8 @@ void SqlWriter::update(const BoundUpdate& update) {
         query(*update.rows);
         *this << ") AS q WHERE ";
         for (std::size_t i = 0; i < keys; ++i) {
-            const std::string name = table.rowid ? "rowid" : sqlQuoted(table.columns[table.key[i]].name);
+            const std::string name =
+                table.rowNumber.empty() ? sqlQuoted(table.columns[table.key[i]].name) : table.rowNumber;
             *this << (i == 0 ? "" : " AND ") << update.alias << "." << name << " = q.c" << std::to_string(i + 1);
         }
     } else if (update.where != nullptr) {

@@ -194,7 +194,7 @@ private:
     int errorLine_ = 0;
     const Activation* unknownIn_ = nullptr;  // where it is that it is about a name that means nothing; null when not
     bool functionFailed_ = false;            // the error that was located last is that of a function
-    bool unknownEnds_ = false;               // with XACT_ABORT on: then the whole batch ends
+    bool endsAll_ = false;  // it came with XACT_ABORT on, which a procedure sets for itself alone: the whole batch ends
     std::string errorProcedure_;
     std::vector<Activation*> active_;  // the runs that have begun and not ended, from the outermost on
     std::uint64_t nextTableNumber_ = 0;

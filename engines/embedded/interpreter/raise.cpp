@@ -72,6 +72,8 @@ int severityOf(const DatabaseError& error) {
         case 102:
         case 156:
             return 15;
+        case 3701:
+            return 11;
         default:
             return 16;
     }
@@ -132,9 +134,9 @@ bool Interpreter::goesOn(Activation& activation, const ast::Statement& statement
         const bool ofFunction = std::exchange(functionFailed_, activation.function != nullptr);
         const bool unknown = isUnknownName(error.nativeCode()) && dynamic_cast<const RaisedError*>(&error) == nullptr;
         unknownIn_ = unknown && !ofFunction ? &activation : nullptr;
-        unknownEnds_ = executor_.state().abortOnError;
+        endsAll_ = executor_.state().abortOnError;
     }
-    const bool procedureEnded = unknownIn_ != nullptr && unknownIn_ != &activation && !unknownEnds_;
+    const bool procedureEnded = unknownIn_ != nullptr && unknownIn_ != &activation && !endsAll_;
     SessionState& state = executor_.state();
     const auto* raised = dynamic_cast<const RaisedError*>(&error);
     state.error = raised != nullptr ? raised->error().number : lastOf(error).number;
@@ -142,7 +144,7 @@ bool Interpreter::goesOn(Activation& activation, const ast::Statement& statement
     // The innermost place decides: a procedure's XACT_ABORT is over when the TRY of its caller hears of the error.
     if (tries_ > 0 && dooms && state.tranCount > 0) state.doomed = true;
     const bool endsBatch =
-        raised ? raised->ends() : state.abortOnError || !(procedureEnded || endsStatementOnly(error.nativeCode()));
+        raised ? raised->ends() : endsAll_ || !(procedureEnded || endsStatementOnly(error.nativeCode()));
     // An error in a function ends the statement that has called it.
     if (losesTheTransaction(error) || tries_ > 0 || activation.function != nullptr) return false;
     // The innermost statement of the batch itself; what a procedure runs has a text of its own.
@@ -153,7 +155,7 @@ bool Interpreter::goesOn(Activation& activation, const ast::Statement& statement
         return true;
     }
     // On the way out of its procedure; what that means is the caller's affair.
-    if (unknownIn_ == &activation && !unknownEnds_ && &activation.batch != outermost_) return false;
+    if (unknownIn_ == &activation && !endsAll_ && &activation.batch != outermost_) return false;
     if (dooms && executor_.inTransaction()) executor_.rollback();
     // An earlier error is the one that the caller hears of.
     if (pending_) throwPending();

@@ -139,9 +139,10 @@ Constraint parseConstraint(TokenCursor& cursor, bool ofColumn) {
 
 // The one option that changes what an INSERT does: scripts of other programs name it, and turn it off.
 void refuseDoublesThatAreIgnored(const TokenCursor& cursor) {
-    for (std::size_t at = 1; cursor.peek(at).kind == TokenKind::Word || cursor.peek(at).kind == TokenKind::Equal ||
-                             cursor.peek(at).kind == TokenKind::Comma || cursor.peek(at).kind == TokenKind::Literal;
-         ++at) {
+    int open = 0;
+    for (std::size_t at = 0; cursor.peek(at).kind != TokenKind::End; ++at) {
+        if (cursor.peek(at).kind == TokenKind::LeftParenthesis) ++open;
+        if (cursor.peek(at).kind == TokenKind::RightParenthesis && --open == 0) return;
         if (cursor.atWord("IGNORE_DUP_KEY", at) && cursor.keyword(at + 2) == Keyword::On)
             cursor.unsupported("IGNORE_DUP_KEY = ON", cursor.peek(at).range);
     }

@@ -54,7 +54,7 @@ void Executor::define(const ast::Batch& batch, const ast::Statement& statement, 
         switch (statement.kind) {
             case StatementKind::CreateTable: {
                 const auto& create = ast::as<ast::CreateTableStatement>(statement);
-                requireFreeName(batch, create.name);
+                requireTableName(batch, create.name);
                 createTable(create.name.last(), create.definition, batch, environment);
                 break;
             }
@@ -100,6 +100,17 @@ void Executor::requireFreeName(const ast::Batch& batch, const ast::ObjectName& n
                              "There is already an object named '" + name.last() + "' in the database.", batch.text,
                              name.range);
     }
+}
+
+void Executor::requireTableName(const ast::Batch& batch, const ast::ObjectName& name) {
+    const std::string folded = foldName(name.last());
+    if (folded.starts_with("basalt_") || folded.starts_with("sqlite_")) {
+        throw statementError(ErrorCategory::Other, 40517,
+                             "Names that begin with basalt_ or sqlite_ are the database's own and cannot be given to "
+                             "tables.",
+                             batch.text, name.range);
+    }
+    requireFreeName(batch, name);
 }
 
 void Executor::createTable(const std::string& name, const ast::TableDefinition& definition, const ast::Batch& batch,

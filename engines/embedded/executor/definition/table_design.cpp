@@ -90,6 +90,15 @@ void refuseQuery(const BoundExpression& expression) {
     throwSqlError(1046, "Subqueries are not allowed in this context. Only scalar expressions are allowed.");
 }
 
+// Rows that were right would not be so for ever, and a copy of the database or a changed table would be refused for
+// them.
+void refuseSession(SqlWriter& writer) {
+    if (writer.takeSlots().empty()) return;
+    throwSqlError(40517,
+                  "What a statement asks its session, GETDATE() for instance, is not supported in checks, computed "
+                  "columns and indexes of this database.");
+}
+
 // What a default may be is a constant, if a computed one.
 void requireConstant(Catalog& catalog, const std::string& text) {
     try {
@@ -119,9 +128,9 @@ std::string storedCondition(Catalog& catalog, const Table& table, const std::str
         const BoundPtr bound = boundOver(binder, table, expression);
         refuseQuery(*bound);
         SqlWriter writer;
-        writer.askSession();
         if (nested) writer.keepCallsNested();
         writer.expression(*bound);
+        refuseSession(writer);
         return writer.sql();
     });
 }
@@ -494,9 +503,9 @@ void TableDesign::create(SqliteDatabase& database, Catalog& catalog) const {
                    withExpression(catalog, column.computedText, false,
                                   [&](Binder& binder, const ast::Expression& expression) {
                                       SqlWriter writer;
-                                      writer.askSession();
                                       writer.keepCallsNested();
                                       writer.expression(*boundOver(binder, table, expression));
+                                      refuseSession(writer);
                                       return writer.sql();
                                   }) +
                    ") STORED";
@@ -521,6 +530,11 @@ void TableDesign::create(SqliteDatabase& database, Catalog& catalog) const {
             "CONSTRAINT " + sqlQuoted(check.name) + " CHECK (" + storedCondition(catalog, table, check.text) + ")";
     // A table with a primary key is stored in the key's order, as SQL Server's clustered tables are.
     sql += clustered ? ") WITHOUT ROWID" : ")";
+    if (!clustered && table.find("rowid") >= 0 && table.find("_rowid_") >= 0 && table.find("oid") >= 0) {
+        throwSqlError(40517,
+                      "A table without a primary key that has columns named rowid, _rowid_ and oid is not supported in "
+                      "this database.");
+    }
     database.execute(sql.c_str());
 
     const std::string key = foldName(name);
