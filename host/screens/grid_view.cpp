@@ -7,6 +7,7 @@
 #include <QStyledItemDelegate>
 #include <QTextLayout>
 #include <algorithm>
+#include <utility>
 
 #include "host/screens/grid_model.h"
 #include "host/screens/number_painter.h"
@@ -73,7 +74,7 @@ public:
         const bool selected = (option.state & QStyle::State_Selected) != 0;
         if (selected) painter->fillRect(option.rect, colors.selection);
         painter->fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1), colors.window);
-        QString text = onOneLine(index.data(Qt::DisplayRole).toString());
+        QString text = index.data(Qt::DisplayRole).toString();
         if (text.isEmpty()) return;
         QRect room = option.rect.adjusted(kCellPadding, 0, -kCellPadding, 0);
         const bool number = model_.isNumberColumn(index.column());
@@ -84,6 +85,7 @@ public:
         const Qt::Alignment alignment = QStyle::visualAlignment(option.direction, wanted) | Qt::AlignAbsolute;
         painter->setPen(colors.text);
         if (!atEdge && alignment.testFlag(Qt::AlignRight) && numbers_.paint(*painter, room, text, option.font)) return;
+        text = onOneLine(std::move(text));
         painter->setFont(option.font);
         const bool isSigned = text.startsWith(QLatin1Char('-'));
         if (!atEdge && paintWhole(*painter, room, isSigned ? isolated(text) : text, option, alignment)) return;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "ado/names.h"
 #include "engines/embedded/binder/binder.h"
 
 namespace basalt::embedded {
@@ -83,9 +84,7 @@ BoundPtr Binder::xmlValue(const ast::XmlValueExpression& expression, Scope* scop
     const std::string path((*input_.literals)[expression.path].text);
     const bool first = std::ranges::find(kFirst, path) != kFirst.end();
     if (!first && path != ".") unsupported("the path " + path + " of XML", expression.range);
-    std::string name((*input_.literals)[expression.type].text);
-    std::ranges::transform(name, name.begin(),
-                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    std::string name = foldName((*input_.literals)[expression.type].text);
     constexpr std::string_view kMax = "(max)";
     if (name.ends_with(kMax)) name.replace(name.size() - kMax.size(), kMax.size(), "(-1)");
     const std::optional<SqlType> type = SqlType::fromDeclaration(name);
