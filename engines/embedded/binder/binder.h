@@ -24,6 +24,7 @@
 #include "engines/embedded/ast/table_source.h"
 #include "engines/embedded/binder/bound_query.h"
 #include "engines/embedded/binder/bound_statement.h"
+#include "engines/embedded/binder/row_by_row.h"
 #include "engines/embedded/binder/scope.h"
 #include "engines/embedded/catalog/catalog.h"
 
@@ -114,7 +115,10 @@ private:
         std::string name;
         std::string sqlName;
         std::vector<SourceColumn> columns;
+        int misnamed = 0;  // the error of naming it while its query is read; 0 when it may be named
     };
+    static constexpr int kNoAnchor = 246;
+    static constexpr int kNoUnion = 252;
 
     // expression.cpp
     BoundPtr literal(const ast::LiteralExpression& expression);
@@ -248,14 +252,24 @@ private:
     void outputs(const ast::OutputClause& clause, Scope& scope, std::vector<BoundItem>& items,
                  std::vector<OutputColumn>& columns);
     // The table that UPDATE or DELETE changes when it has a FROM, and the alias of the source that stands for it there.
-    const Table& targetIn(const ast::TableTarget& target, const std::vector<ast::TableSourcePtr>& from,
-                          const Scope& scope, std::string& sqlAlias, BoundSelect& select);
+    const Table& targetIn(const ast::TableTarget& target, const Scope& scope, std::string& sqlAlias,
+                          BoundSelect& select);
     // The table that an UPDATE with FROM changes; its sources become those of the rows and of the scope.
     const Table& targetAmong(const ast::UpdateStatement& statement, Scope& scope, std::string& alias,
                              BoundSelect& rows);
     void addKey(const Table& table, const std::string& sqlAlias, BoundSelect& select, SourceRange range);
     // Whether OUTPUT names rows as they were or other tables.
     [[nodiscard]] bool showsMoreThanInserted(const ast::UpdateStatement& statement) const;
+    // Whether OUTPUT names other tables than the side ("inserted", "deleted"). What only looks like it may count too.
+    [[nodiscard]] bool showsOthers(const std::optional<ast::OutputClause>& output, std::string_view side) const;
+    // row_by_row.cpp
+    [[nodiscard]] RowByRow rowsOf(const Table& table, const std::string& alias, std::unique_ptr<BoundSelect> select,
+                                  SourceRange range);
+    // `joined`: there is a FROM, whose rows may be without one of the table or meet it several times.
+    std::unique_ptr<BoundQuery> readFirst(RowByRow&& rows, std::vector<BoundCommonTable> with,
+                                          const std::optional<ast::TopClause>& top, bool joined);
+    // The condition by which the change finds its row.
+    static BoundPtr isRowOf(const BoundQuery& rows, const Table& table, const std::string& alias);
 
     [[nodiscard]] std::string newAlias() { return "s" + std::to_string(++aliases()); }
     [[nodiscard]] int& aliases() { return sharedAliases_ != nullptr ? *sharedAliases_ : aliases_; }

@@ -50,9 +50,10 @@ struct BoundUpdate {
     std::vector<BoundItem> returning;
     std::vector<OutputColumn> outputs;
     std::vector<SelectAssignment> assignments;  // from the last returned columns
-    // With SET @v = expression, and with an OUTPUT that shows deleted.x: the rows in the order of their key, each read
-    // when the variables have the values that the rows before it gave them. `values`, `where` on the key, and
-    // `returning` then name these items by slots of Slot::Source::Row. No columns when nothing but variables is set.
+    // With SET @v = expression, and with an OUTPUT that shows deleted.x or other tables: the rows in the order of their
+    // key, each read when the variables have the values that the rows before it gave them. `values`, `where` on the
+    // key, and `returning` then name these items by slots of Slot::Source::Row. No columns when nothing but variables
+    // is set.
     std::unique_ptr<BoundQuery> byRow;
 };
 
@@ -64,6 +65,7 @@ struct BoundDelete {
     std::unique_ptr<BoundQuery> rows;  // the keys of the rows to delete, instead of `where`
     std::vector<BoundItem> returning;
     std::vector<OutputColumn> outputs;
+    std::unique_ptr<BoundQuery> byRow;  // as in BoundUpdate, with an OUTPUT that shows other tables
 };
 
 }  // namespace basalt::embedded

@@ -89,22 +89,27 @@ void Binder::outputs(const ast::OutputClause& clause, Scope& scope, std::vector<
     }
 }
 
-bool Binder::showsMoreThanInserted(const ast::UpdateStatement& statement) const {
-    if (!statement.output) return false;
-    // A word that is something else costs no more than the longer way.
-    const std::string text =
-        foldName(input_.text.substr(statement.output->range.begin, statement.output->range.size()));
-    if (text.find("deleted") != std::string::npos) return true;
-    if (statement.from.empty()) return false;
+bool Binder::showsOthers(const std::optional<ast::OutputClause>& output, std::string_view side) const {
+    if (!output) return false;
+    const std::string text = foldName(input_.text.substr(output->range.begin, output->range.size()));
     for (std::size_t point = text.find('.'); point != std::string::npos; point = text.find('.', point + 1)) {
-        const std::string_view before = std::string_view(text).substr(0, point);
-        if (!before.ends_with("inserted") && !before.ends_with("inserted]")) return true;
+        std::string_view before = std::string_view(text).substr(0, point);
+        if (before.ends_with(']')) before.remove_suffix(1);
+        if (!before.ends_with(side)) return true;
     }
     return false;
 }
 
-const Table& Binder::targetIn(const ast::TableTarget& target, const std::vector<ast::TableSourcePtr>& from,
-                              const Scope& scope, std::string& sqlAlias, BoundSelect& select) {
+bool Binder::showsMoreThanInserted(const ast::UpdateStatement& statement) const {
+    if (!statement.output) return false;
+    // A word that is something else costs no more than the longer way.
+    const SourceRange range = statement.output->range;
+    return foldName(input_.text.substr(range.begin, range.size())).find("deleted") != std::string::npos ||
+           (!statement.from.empty() && showsOthers(statement.output, "inserted"));
+}
+
+const Table& Binder::targetIn(const ast::TableTarget& target, const Scope& scope, std::string& sqlAlias,
+                              BoundSelect& select) {
     // The target is an alias or a table of FROM, or else a table of its own that every row of FROM meets.
     const std::string name = target.variable.empty() ? target.name.last() : target.variable;
     for (const ScopeSource& source : scope.sources) {
@@ -130,7 +135,6 @@ const Table& Binder::targetIn(const ast::TableTarget& target, const std::vector<
         sqlAlias = found->sqlAlias;
         return table;
     }
-    static_cast<void>(from);
     auto own = std::make_unique<BoundSource>();
     own->kind = SourceKind::Table;
     own->alias = sqlAlias = newAlias();

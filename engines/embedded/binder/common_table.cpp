@@ -126,8 +126,9 @@ std::unique_ptr<BoundQuery> Binder::unionOfParts(const ast::CommonTableExpressio
     Scope none(nullptr);
     std::vector<OutputColumn> columns;
     std::vector<std::unique_ptr<BoundBody>> parts;
+    commonTables_.push_back({table.name.text, sqlName, {}, kNoAnchor});
     parts.push_back(part(*written.front(), &none, columns));
-    commonTables_.push_back({table.name.text, sqlName, columnsOf(table, columns)});
+    commonTables_.back() = {table.name.text, sqlName, columnsOf(table, columns)};
     const RowReading reading = RowReading::ofCommonTable(sqlName);
     std::size_t anchors = 1;
     for (std::size_t i = 1; i < written.size(); ++i) {
@@ -223,8 +224,9 @@ void Binder::commonTables(const std::vector<ast::CommonTableExpression>& with, s
             bound.query = unionOfParts(table, bound.name);
         } else {
             Scope none(nullptr);
+            commonTables_.push_back({table.name.text, bound.name, {}, kNoUnion});
             bound.query = query(*table.query, &none);
-            commonTables_.push_back({table.name.text, bound.name, columnsOf(table, bound.query->columns)});
+            commonTables_.back() = {table.name.text, bound.name, columnsOf(table, bound.query->columns)};
         }
         into.push_back(std::move(bound));
     }

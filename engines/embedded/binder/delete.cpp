@@ -2,6 +2,7 @@
 #include "engines/embedded/binder/binder.h"
 #include "engines/embedded/binder/one_row.h"
 #include "engines/embedded/binder/reads_rows.h"
+#include "engines/embedded/binder/row_by_row.h"
 
 namespace basalt::embedded {
 
@@ -19,9 +20,23 @@ BoundDelete Binder::remove(const ast::DeleteStatement& statement) {
         result.alias = rows->from->alias;
     } else {
         rows->from = from(statement.from, scope);
-        result.table = &targetIn(statement.target, statement.from, scope, result.alias, *rows);
+        result.table = &targetIn(statement.target, scope, result.alias, *rows);
         if (!scope.owns(result.alias))
             scope.sources.push_back(targetSource(*result.table, result.table->name, result.alias));
+    }
+    if (!statement.from.empty() && showsOthers(statement.output, "deleted")) {
+        RowByRow each = rowsOf(*result.table, result.alias, std::move(rows), statement.target.range);
+        Scope shown = scope.without(result.alias);
+        shown.sources.push_back(targetSource(*result.table, "deleted", ""));
+        outputs(*statement.output, shown, result.returning, result.outputs);
+        for (BoundItem& item : result.returning)
+            each.supply(item.expression);
+        if (statement.where != nullptr) each.select().where = condition(*statement.where, &scope);
+        result.byRow = readFirst(std::move(each), std::move(result.with), statement.top, true);
+        result.with.clear();
+        result.where = isRowOf(*result.byRow, *result.table, result.alias);
+        commonTables_.resize(visible);
+        return result;
     }
     BoundPtr where = statement.where == nullptr ? nullptr : condition(*statement.where, &scope);
     // A row alone is read before it goes; of several the later ones would miss the earlier ones.

@@ -1,6 +1,8 @@
 // What names mean at a place of a query: the sources of its FROM, and those of the queries around it.
 #pragma once
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,6 +43,13 @@ struct Scope {
             if (source.sqlAlias == sqlAlias) return true;
         }
         return false;
+    }
+    // The other sources alone.
+    [[nodiscard]] Scope without(std::string_view sqlAlias) const {
+        Scope others(nullptr);
+        std::ranges::copy_if(sources, std::back_inserter(others.sources),
+                             [&](const ScopeSource& source) { return source.sqlAlias != sqlAlias; });
+        return others;
     }
 };
 

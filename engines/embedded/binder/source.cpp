@@ -117,6 +117,15 @@ std::unique_ptr<BoundSource> Binder::namedTable(const ast::NamedTable& source, S
     const std::string shown = source.alias.empty() ? name : source.alias.text;
     if (std::unique_ptr<BoundSource> system = systemTable(source, scope)) return system;
     if (const CommonTable* table = commonTable(source.name)) {
+        if (table->misnamed == kNoUnion) {
+            fail(kNoUnion,
+                 "Recursive common table expression '" + table->name +
+                     "' does not contain a top-level UNION ALL operator.",
+                 source.range);
+        }
+        if (table->misnamed == kNoAnchor)
+            fail(kNoAnchor, "No anchor member was specified for recursive query \"" + table->name + "\".",
+                 source.range);
         auto result = std::make_unique<BoundSource>();
         result->kind = SourceKind::CommonTable;
         result->alias = newAlias();

@@ -28,7 +28,7 @@ bool movesKey(const Table& table, const std::vector<std::size_t>& columns) {
 const Table& Binder::targetAmong(const ast::UpdateStatement& statement, Scope& scope, std::string& alias,
                                  BoundSelect& rows) {
     rows.from = from(statement.from, scope);
-    const Table& table = targetIn(statement.target, statement.from, scope, alias, rows);
+    const Table& table = targetIn(statement.target, scope, alias, rows);
     if (!scope.owns(alias)) scope.sources.push_back(targetSource(table, table.name, alias));
     return table;
 }

@@ -5,7 +5,7 @@
 #include "engines/embedded/executor/constraint_error.h"
 #include "engines/embedded/executor/identity_run.h"
 #include "engines/embedded/executor/key_order.h"
-#include "engines/embedded/executor/statement_guard.h"
+#include "engines/embedded/executor/running.h"
 #include "engines/embedded/generator/sql_writer.h"
 #include "engines/embedded/lexer/error_context.h"
 #include "engines/embedded/parser/parser.h"
@@ -66,15 +66,6 @@ bool writes(const ast::Statement& statement) {
 
 }  // namespace
 
-BinderInput Executor::binderInput(const ast::Batch& batch, const Environment& environment,
-                                  std::set<std::string>* called) const {
-    return {.text = batch.text,
-            .literals = &batch.literals,
-            .markers = environment.markerTypes,
-            .variables = environment.variables,
-            .called = called};
-}
-
 void Executor::execute(const ast::Batch& batch, const ast::Statement& statement, PlanSet& plans,
                        const Environment& environment, BatchResult& into) {
     if (state_.doomed && writes(statement)) requireCommittable();
@@ -100,173 +91,6 @@ void Executor::execute(const ast::Batch& batch, const ast::Statement& statement,
         default:
             define(batch, statement, environment);
     }
-}
-
-Plan* Executor::planOf(const ast::Batch& batch, const ast::Statement& statement, PlanSet& plans,
-                       const Environment& environment) {
-    Plan* found = plans.find(&statement);
-    // A change has to know the schema that other programs may have changed before it writes. Literals that were scanned
-    // belong to plans that the session has just found fresh.
-    if (statement.kind != StatementKind::Select && environment.scanned == nullptr) catalog_.refresh();
-    if (found != nullptr && found->generation == catalog_.generation()) return found;
-    return &plans.keep(&statement, plan(batch, statement, environment));
-}
-
-std::unique_ptr<Plan> Executor::prepared(SqlWriter& writer) {
-    auto plan = std::make_unique<Plan>();
-    plan->statement = database_.prepare(writer.sql());
-    plan->slots = writer.takeSlots();
-    plan->generation = catalog_.generation();
-    return plan;
-}
-
-std::unique_ptr<Plan> Executor::preparedByKey(SqlWriter& writer, const std::function<void(SqlWriter&)>& write) {
-    std::string plain = writer.sql();
-    const bool indexed = keepKeyOrder(database_, writer, write);
-    std::unique_ptr<Plan> plan = prepared(writer);
-    if (indexed) plan->withoutIndexes = std::move(plain);
-    return plan;
-}
-
-void Executor::describe(Plan& plan, const std::vector<OutputColumn>& columns) {
-    if (columns.empty()) return;
-    auto infos = std::make_shared<std::vector<ColumnInfo>>();
-    for (const OutputColumn& column : columns) {
-        ColumnInfo info;
-        info.name = column.name;
-        column.type.describe(info);
-        info.nullable = column.nullable;
-        if (column.base) {
-            info.baseTable = column.base->table;
-            info.baseColumn = column.base->column;
-            info.identity = column.base->identity;
-        }
-        infos->push_back(std::move(info));
-        plan.types.push_back(column.type);
-        switch (column.type.storage()) {
-            case Storage::Integer:
-                plan.readers.push_back(CellReader::Integer);
-                break;
-            case Storage::Real:
-                plan.readers.push_back(CellReader::Real);
-                break;
-            case Storage::Decimal:
-                plan.readers.push_back(CellReader::Decimal);
-                break;
-            case Storage::Text:
-                plan.readers.push_back(CellReader::Text);
-                break;
-            case Storage::Blob:
-                plan.readers.push_back(CellReader::Bytes);
-                break;
-            case Storage::Ticks:
-                plan.readers.push_back(column.type.kind == TypeKind::Time ? CellReader::Time : CellReader::Ticks);
-                break;
-        }
-    }
-    plan.columns = std::move(infos);
-}
-
-bool Executor::makeReady(const std::set<std::string>& called, std::span<const std::string> texts) {
-    // Inside of a function it has been done: before the statement that calls it.
-    if (functions_ == nullptr || state_.functionDepth > 0 || (called.empty() && texts.empty())) return false;
-    return functions_->makeReady(called, texts);
-}
-
-std::unique_ptr<Plan> Executor::plan(const ast::Batch& batch, const ast::Statement& statement,
-                                     const Environment& environment) {
-    std::set<std::string> called;
-    std::unique_ptr<Plan> made = planOnce(batch, statement, environment, called);
-    const bool checks = made->kind == PlanKind::Insert || made->kind == PlanKind::Update;
-    const std::vector<std::string> texts =
-        checks ? catalog_.requireTable(made->table).checks : std::vector<std::string>();
-    if (makeReady(called, texts)) made = planOnce(batch, statement, environment, called);
-    return made;
-}
-
-std::unique_ptr<Plan> Executor::planOnce(const ast::Batch& batch, const ast::Statement& statement,
-                                         const Environment& environment, std::set<std::string>& called) {
-    // The first reading of the schema fixes the version that later ones are compared with.
-    catalog_.refresh();
-    Binder binder(catalog_, binderInput(batch, environment, &called));
-    SqlWriter writer;
-    std::unique_ptr<Plan> result;
-    switch (statement.kind) {
-        case StatementKind::Select: {
-            BoundSelectStatement bound = binder.selectStatement(ast::as<ast::SelectStatement>(statement));
-            writer.query(*bound.query);
-            result = preparedByKey(writer, [&](SqlWriter& again) { again.query(*bound.query); });
-            planTextSearch(*result, *bound.query, writer);
-            if (bound.assignments.empty()) describe(*result, bound.query->columns);
-            result->assignments = std::move(bound.assignments);
-            break;
-        }
-        case StatementKind::Insert: {
-            const auto& insert = ast::as<ast::InsertStatement>(statement);
-            const bool explicitIdentity = !state_.identityInsert.empty() && insert.target.variable.empty() &&
-                                          sameTable(state_.identityInsert, insert.target.name.last());
-            BoundInsert bound = binder.insert(insert, explicitIdentity);
-            // The identity value comes back with each row, for SCOPE_IDENTITY() and the next number.
-            if (bound.setsIdentity) {
-                auto identity = std::make_unique<BoundExpression>();
-                identity->kind = BoundKind::Column;
-                identity->name = sqlQuoted(bound.table->identityColumn()->name);
-                bound.returning.push_back({std::move(identity), {}});
-            }
-            writer.insert(bound);
-            // New rows are numbered in the order in which they are read.
-            result = bound.query != nullptr && bound.generatesIdentity
-                         ? preparedByKey(writer, [&](SqlWriter& again) { again.insert(bound); })
-                         : prepared(writer);
-            result->kind = PlanKind::Insert;
-            result->table = bound.table->name;
-            result->oneRow = bound.query == nullptr && bound.rows.size() == 1 && bound.table->searched.empty();
-            result->generatesIdentity = bound.generatesIdentity;
-            result->setsIdentity = bound.setsIdentity;
-            result->identityOutput = bound.returning.empty() ? 0 : bound.returning.size() - 1;
-            describe(*result, bound.outputs);
-            planTarget(*result, batch, insert.output);
-            break;
-        }
-        case StatementKind::Update: {
-            const auto& update = ast::as<ast::UpdateStatement>(statement);
-            BoundUpdate bound = binder.update(update);
-            if (bound.byRow != nullptr) {
-                writer.query(*bound.byRow);
-            } else {
-                writer.update(bound);
-            }
-            result = prepared(writer);
-            result->kind = PlanKind::Update;
-            result->table = bound.table->name;
-            result->oneRow = bound.oneRow && bound.table->searched.empty();
-            result->assignments = std::move(bound.assignments);
-            describe(*result, bound.outputs);
-            result->byRow = bound.byRow != nullptr;
-            if (result->byRow && !bound.columns.empty()) {
-                SqlWriter each;
-                each.update(bound);
-                result->each = prepared(each);
-                result->each->kind = PlanKind::Update;
-                result->each->table = result->table;
-                describe(*result->each, bound.outputs);
-            }
-            planTarget(*result, batch, update.output);
-            break;
-        }
-        default: {
-            const auto& remove = ast::as<ast::DeleteStatement>(statement);
-            BoundDelete bound = binder.remove(remove);
-            writer.remove(bound);
-            result = prepared(writer);
-            result->kind = PlanKind::Delete;
-            result->table = bound.table->name;
-            describe(*result, bound.outputs);
-            planTarget(*result, batch, remove.output);
-            break;
-        }
-    }
-    return result;
 }
 
 Value Executor::systemValue(SystemValue value) {
@@ -510,53 +334,6 @@ void Executor::assignRow(const Plan& plan, const Environment& environment) {
     }
 }
 
-namespace {
-
-// A function that the statement calls may assign variables of its own meanwhile.
-class Running {
-public:
-    Running(const Environment*& place, const Environment& environment) : place_(place), outer_(place) {
-        place_ = &environment;
-    }
-    Running(const Running&) = delete;
-    Running& operator=(const Running&) = delete;
-    ~Running() { place_ = outer_; }
-
-private:
-    const Environment*& place_;
-    const Environment* outer_;
-};
-
-}  // namespace
-
-std::int64_t Executor::runByRow(Plan& plan, RowSet* output, const Environment& environment) {
-    std::vector<HeldValue> items;
-    const int width = sqlite3_column_count(plan.statement.handle());
-    std::int64_t count = 0;
-    {
-        const Running running(running_, environment);
-        for (bool more = firstStep(plan, environment); more; more = step(plan), ++count) {
-            for (int i = 0; i < width && plan.each != nullptr; ++i)
-                items.push_back(plan.statement.held(i));
-        }
-    }
-    plan.statement.reset();
-    if (plan.each == nullptr) return count;
-    Plan& each = *plan.each;
-    bind(each, environment);
-    for (std::size_t first = 0; first < items.size(); first += static_cast<std::size_t>(width)) {
-        for (std::size_t i = 0; i < each.slots.size(); ++i) {
-            if (each.slots[i].source == Slot::Source::Row)
-                each.statement.bindHeld(static_cast<int>(i + 1), items[first + each.slots[i].index]);
-        }
-        while (step(each)) {
-            if (output != nullptr) readRow(each, *output);
-        }
-        each.statement.reset();
-    }
-    return count;
-}
-
 void Executor::runSelect(Plan& plan, BatchResult& into, const Environment& environment) {
     std::int64_t count = 0;
     if (plan.assignments.empty()) {
@@ -577,103 +354,6 @@ void Executor::runSelect(Plan& plan, BatchResult& into, const Environment& envir
     }
     plan.statement.reset();
     state_.rowCount = count;
-}
-
-void Executor::planTarget(Plan& plan, const ast::Batch& batch, const std::optional<ast::OutputClause>& clause) const {
-    if (!clause || !clause->into) return;
-    std::string text = "INSERT INTO " + std::string(batch.textOf(clause->into->range));
-    std::string separator = " (";
-    for (const ast::Identifier& column : clause->columns)
-        text += std::exchange(separator, ", ") + quotedName(column.text);
-    if (!clause->columns.empty()) text += ")";
-    separator = " VALUES (";
-    for (std::size_t i = 0; i < plan.columns->size(); ++i)
-        text += std::exchange(separator, ", ") + "?";
-    plan.target = std::make_unique<OutputTarget>(OutputTarget{parse(text + ")"), {}});
-}
-
-void Executor::insertOutput(Plan& plan, const RowSet& rows, const Environment& environment) {
-    // What the statement itself has inserted stays the last identity.
-    const Value identity = state_.identity;
-    const Value scopeIdentity = state_.scopeIdentity;
-    std::vector<Value> values(rows.columnCount());
-    const ast::Batch& insert = plan.target->batch;
-    const Environment row{.table = &insert.literals,
-                          .markers = values,
-                          .markerTypes = std::span(plan.types).first(values.size()),
-                          .variables = environment.variables};
-    BatchResult unseen;
-    for (std::size_t r = 0; r < rows.rowCount(); ++r) {
-        for (std::size_t c = 0; c < values.size(); ++c)
-            values[c] = rows.column(c).valueAt(r);
-        execute(insert, *insert.statements.front(), plan.target->plans, row, unseen);
-        unseen.results.clear();
-    }
-    state_.identity = identity;
-    state_.scopeIdentity = scopeIdentity;
-}
-
-void Executor::startIdentity(const std::string& table) {
-    std::optional<std::int64_t> used;
-    if (!usedIdentities_.empty()) {
-        if (const auto found = usedIdentities_.find(foldName(table)); found != usedIdentities_.end())
-            used = found->second;
-    }
-    identity_->start(catalog_, catalog_.requireTable(table), used);
-}
-
-void Executor::keepIdentity(const std::string& table) {
-    // A change that has lasted is in the database already.
-    if (!inTransaction() || !identity_->last()) return;
-    usedIdentities_[foldName(table)] = *identity_->last();
-}
-
-void Executor::runChange(Plan& plan, BatchResult& into, const Environment& environment) {
-    const bool identity = plan.generatesIdentity || plan.setsIdentity;
-    const bool several = plan.byRow || plan.target != nullptr;
-    // What comes after SQLite's change of one row cannot fail, unless rows or variables are to take its values.
-    const bool whole =
-        plan.oneRow && !several && plan.columns == nullptr && plan.assignments.empty() && !plan.setsIdentity;
-    const bool unwritten = plan.byRow && plan.each == nullptr;
-    const bool temporary = plan.target == nullptr && (unwritten || isTemporaryName(plan.table));
-    StatementGuard guard(*this, identity || several, whole, temporary);
-    StatementResult result;
-    if (plan.columns != nullptr) result.rows.emplace(plan.columns);
-    if (identity) startIdentity(plan.table);
-    struct Keep {
-        Executor& executor;
-        const Plan* plan;
-        ~Keep() {
-            if (plan != nullptr) executor.keepIdentity(plan->table);
-        }
-    } const keep{*this, identity ? &plan : nullptr};
-    std::int64_t changed = 0;
-    if (plan.byRow) changed = runByRow(plan, plan.columns != nullptr ? &*result.rows : nullptr, environment);
-    for (bool more = !plan.byRow && firstStep(plan, environment); more; more = step(plan)) {
-        if (plan.columns != nullptr) readRow(plan, *result.rows);
-        if (!plan.assignments.empty()) assignRow(plan, environment);
-        if (plan.setsIdentity) {
-            identity_->given(sqlite3_column_int64(plan.statement.handle(), static_cast<int>(plan.identityOutput)));
-        }
-    }
-    if (!plan.byRow) changed = sqlite3_changes64(database_.handle());
-    plan.statement.reset();
-    if (identity) {
-        identity_->finish(catalog_);
-        if (const std::optional<std::int64_t> last = identity_->last()) {
-            state_.identity = state_.scopeIdentity = *last;
-        }
-    } else if (plan.kind == PlanKind::Insert) {
-        state_.identity = state_.scopeIdentity = Null{};
-    }
-    if (plan.target != nullptr) {
-        insertOutput(plan, *result.rows, environment);
-        result.rows.reset();
-    }
-    guard.succeed();
-    state_.rowCount = changed;
-    result.affectedRows = state_.noCount ? -1 : changed;
-    if (result.rows || !state_.noCount) into.results.push_back(std::move(result));
 }
 
 TypedValue Executor::evaluate(const ast::Batch& batch, const ast::Expression& expression, PlanSet& plans,

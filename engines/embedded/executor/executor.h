@@ -133,8 +133,15 @@ private:
     void bindSlot(SqliteStatement& statement, int index, const Slot& slot, const Environment& environment);
     [[nodiscard]] Value systemValue(SystemValue value);
     void runSelect(Plan& plan, BatchResult& into, const Environment& environment);
-    // Plans the INSERT of OUTPUT ... INTO; nothing when the clause has no INTO.
-    void planTarget(Plan& plan, const ast::Batch& batch, const std::optional<ast::OutputClause>& clause) const;
+    // Plans the INSERT of OUTPUT ... INTO, which fails here and not with the first row; nothing when the clause has no
+    // INTO.
+    void planTarget(Plan& plan, const ast::Batch& batch, const std::optional<ast::OutputClause>& clause,
+                    const Environment& environment);
+    // The statement that changes one row of those that the plan reads.
+    void planEach(Plan& plan, SqlWriter& writer, const std::vector<OutputColumn>& outputs);
+    // What the INSERT of OUTPUT ... INTO sees; `values` are those of a row.
+    static Environment outputEnvironment(const Plan& plan, std::span<const Value> values,
+                                         const Environment& environment);
     void insertOutput(Plan& plan, const RowSet& rows, const Environment& environment);
     void startIdentity(const std::string& table);
     // Keeps the numbers that a change has taken, whether it lasts or not.
