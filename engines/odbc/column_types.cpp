@@ -12,6 +12,7 @@ namespace {
 
 // Types of SQL Server that ODBC's own headers do not name.
 constexpr SQLSMALLINT kServerTime = -154;
+constexpr SQLSMALLINT kServerVariant = -150;
 
 struct CatalogName {
     std::string_view name;
@@ -105,6 +106,7 @@ void describeFromOdbc(ColumnInfo& column, SQLSMALLINT sqlType, SQLULEN size, SQL
         case SQL_WVARCHAR:
         case SQL_BINARY:
         case SQL_VARBINARY:
+        case kServerVariant:
             column.size = boundOf(size);
             break;
         case SQL_GUID:

@@ -1,5 +1,7 @@
 #include "engines/odbc/connection.h"
 
+#include <utility>
+
 #include "engines/odbc/diagnostics.h"
 #include "engines/odbc/result_reader.h"
 #include "engines/odbc/utf16.h"
@@ -11,8 +13,9 @@ namespace {
 // Walks over everything that one execution brings: result sets, counts, messages, errors.
 class ResultWalk {
 public:
-    ResultWalk(SQLHSTMT statement, const Connection& connection, std::string_view sql)
-        : statement_(statement), connection_(connection), sql_(sql) {}
+    // `driverStatement` is the driver's own handle of the statement, null when it is not known.
+    ResultWalk(SQLHSTMT statement, SQLHSTMT driverStatement, const Connection& connection, std::string_view sql)
+        : results_{statement}, driverStatement_(driverStatement), connection_(connection), sql_(sql) {}
 
     BatchResult walk(SQLRETURN executed) {
         SQLRETURN rc = executed;
@@ -21,7 +24,9 @@ public:
             // An update of no rows is told as "no data", which is a result all the same.
             if (SQL_SUCCEEDED(rc) || rc == SQL_NO_DATA) take();
             if (rc == SQL_ERROR && (++failures_ == kMostFailures || lost())) break;
-            rc = SQLMoreResults(statement_);
+            if (executed == SQL_ERROR && driverStatement_ != SQL_NULL_HANDLE) askDriver();
+            if (rc == SQL_ERROR) takeRows();
+            rc = results_.calls.moreResults(results_.statement);
             if (rc == SQL_NO_DATA || rc == SQL_INVALID_HANDLE) break;
         }
         if (rc == SQL_NO_DATA) listen(rc);
@@ -32,32 +37,41 @@ public:
 private:
     void listen(SQLRETURN rc) {
         if (rc == SQL_SUCCESS) return;
-        const std::vector<Diagnostic> records = diagnosticsOf(SQL_HANDLE_STMT, statement_);
+        const std::vector<Diagnostic> records = diagnosticsOf(results_);
         bool failed = rc == SQL_ERROR;
         for (const Diagnostic& record : records) {
-            if (record.isMessage()) result_.messages.push_back(record.message);
+            if (record.isMessage()) result_.say(record.message);
             failed = failed || !record.informs();
         }
         if (failed && !error_) error_ = errorOf(records, sql_);
     }
 
     void take() {
-        SQLSMALLINT columns = 0;
-        if (!SQL_SUCCEEDED(SQLNumResultCols(statement_, &columns))) return listen(SQL_ERROR);
-        if (columns > 0) {
-            try {
-                result_.results.push_back(
-                    {.rows = ResultReader(statement_, connection_.traits(), sql_).read(result_.messages)});
-            } catch (const DatabaseError& error) {
-                // What follows is still to be read off the connection.
-                if (!error_) error_ = error;
-            }
-            return;
-        }
+        if (takeRows()) return;
         SQLLEN count = -1;
-        if (SQL_SUCCEEDED(SQLRowCount(statement_, &count)) && count >= 0) {
+        if (SQL_SUCCEEDED(results_.calls.rowCount(results_.statement, &count)) && count >= 0) {
             result_.results.push_back({.rows = std::nullopt, .affectedRows = count});
         }
+    }
+
+    // Also behind an error: FreeTDS tells one of a procedure when it has come to the result that follows.
+    bool takeRows() {
+        SQLSMALLINT columns = 0;
+        if (!SQL_SUCCEEDED(results_.calls.columnCount(results_.statement, &columns)) || columns == 0) return false;
+        std::vector<std::string> said;
+        try {
+            result_.results.push_back({.rows = ResultReader(results_, connection_.traits(), sql_).read(said)});
+        } catch (const DatabaseError& error) {
+            // What follows is still to be read off the connection.
+            if (!error_) error_ = error;
+        }
+        for (std::string& message : said)
+            result_.say(std::move(message));
+        return true;
+    }
+
+    void askDriver() {
+        results_ = {std::exchange(driverStatement_, nullptr), *connection_.traits().callsBehindFailure};
     }
 
     // Then nothing more comes, and a driver may go on saying so for ever.
@@ -66,7 +80,8 @@ private:
     // A batch may fail at each of its statements; beyond this it is the driver that is stuck.
     static constexpr int kMostFailures = 10'000;
 
-    SQLHSTMT statement_;
+    ResultHandle results_;
+    SQLHSTMT driverStatement_;
     const Connection& connection_;
     std::string_view sql_;
     BatchResult result_;
@@ -114,7 +129,15 @@ BatchResult Connection::execute(std::string_view sql, Parameters& parameters, st
     parameters.bind(statement.get(), sql);
     const std::u16string text = toUtf16(sql);
     const SQLRETURN rc = SQLExecDirectW(statement.get(), wide(text), static_cast<SQLINTEGER>(text.size()));
-    return ResultWalk(statement.get(), *this, sql).walk(rc);
+    return ResultWalk(statement.get(), driverHandle(statement.get()), *this, sql).walk(rc);
+}
+
+SQLHSTMT Connection::driverHandle(SQLHSTMT statement) const {
+    if (!traits_.callsBehindFailure) return SQL_NULL_HANDLE;
+    // The manager reads its own handle from where it writes the driver's.
+    SQLHSTMT handle = statement;
+    const SQLRETURN rc = SQLGetInfo(connection_.get(), SQL_DRIVER_HSTMT, &handle, sizeof(handle), nullptr);
+    return SQL_SUCCEEDED(rc) && handle != statement ? handle : SQL_NULL_HANDLE;
 }
 
 bool Connection::isDead() const {

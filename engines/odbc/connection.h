@@ -33,6 +33,9 @@ public:
     [[nodiscard]] const DriverTraits& traits() const { return traits_; }
 
 private:
+    // The driver's own handle of the statement, null where it is of no use.
+    [[nodiscard]] SQLHSTMT driverHandle(SQLHSTMT statement) const;
+
     EnvironmentHandle environment_;
     ConnectionHandle connection_;
     DriverTraits traits_;

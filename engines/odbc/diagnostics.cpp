@@ -93,27 +93,31 @@ bool Diagnostic::isMessage() const {
            nativeCode != kLanguageChanged;
 }
 
-std::vector<Diagnostic> diagnosticsOf(SQLSMALLINT handleType, SQLHANDLE handle) {
+std::vector<Diagnostic> diagnosticsOf(SQLSMALLINT handleType, SQLHANDLE handle, decltype(&::SQLGetDiagRecW) get) {
     std::vector<Diagnostic> records;
     std::u16string text(1024, u'\0');
     for (SQLSMALLINT number = 1;; ++number) {
         std::array<char16_t, 6> state{};
         SQLINTEGER native = 0;
         SQLSMALLINT length = 0;
-        const auto get = [&] {
-            return SQLGetDiagRecW(handleType, handle, number, wide(state.data()), &native, wide(text.data()),
-                                  static_cast<SQLSMALLINT>(text.size()), &length);
+        const auto read = [&] {
+            return get(handleType, handle, number, wide(state.data()), &native, wide(text.data()),
+                       static_cast<SQLSMALLINT>(text.size()), &length);
         };
-        SQLRETURN rc = get();
+        SQLRETURN rc = read();
         if (SQL_SUCCEEDED(rc) && static_cast<std::size_t>(length) >= text.size()) {
             text.resize(static_cast<std::size_t>(length) + 1);
-            rc = get();
+            rc = read();
         }
         if (!SQL_SUCCEEDED(rc)) return records;
         const std::size_t units = std::min(static_cast<std::size_t>(std::max<SQLSMALLINT>(length, 0)), text.size());
         records.push_back({toUtf8(state.data()), static_cast<int>(native),
                            std::string(withoutSource(toUtf8(std::u16string_view(text).substr(0, units))))});
     }
+}
+
+std::vector<Diagnostic> diagnosticsOf(const ResultHandle& results) {
+    return diagnosticsOf(SQL_HANDLE_STMT, results.statement, results.calls.diagnostic);
 }
 
 ErrorCategory categoryOf(std::string_view sqlState, int nativeCode) {

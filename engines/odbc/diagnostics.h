@@ -9,6 +9,7 @@
 
 #include "ado/error.h"
 #include "engines/odbc/odbc_api.h"
+#include "engines/odbc/result_calls.h"
 
 namespace basalt::odbc {
 
@@ -23,7 +24,10 @@ struct Diagnostic {
     [[nodiscard]] bool isMessage() const;
 };
 
-[[nodiscard]] std::vector<Diagnostic> diagnosticsOf(SQLSMALLINT handleType, SQLHANDLE handle);
+// `get` is the function that takes the handle.
+[[nodiscard]] std::vector<Diagnostic> diagnosticsOf(SQLSMALLINT handleType, SQLHANDLE handle,
+                                                    decltype(&::SQLGetDiagRecW) get = &::SQLGetDiagRecW);
+[[nodiscard]] std::vector<Diagnostic> diagnosticsOf(const ResultHandle& results);
 
 // The one place that knows error numbers. The server's number decides where it says more than the SQLSTATE.
 [[nodiscard]] ErrorCategory categoryOf(std::string_view sqlState, int nativeCode);

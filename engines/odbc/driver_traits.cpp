@@ -35,6 +35,7 @@ DriverTraits DriverTraits::of(SQLHDBC connection) {
     const bool isFreeTds = textInfo(connection, SQL_DRIVER_NAME).find("tdsodbc") != std::string::npos;
     traits.fetchPassesEmptyResults = isFreeTds;
     traits.maxParametersAreLong = isFreeTds;
+    if (isFreeTds) traits.callsBehindFailure = ResultCalls::ofDriver(connection);
     SQLUINTEGER extensions = 0;
     if (SQL_SUCCEEDED(SQLGetInfoW(connection, SQL_GETDATA_EXTENSIONS, &extensions, sizeof(extensions), nullptr))) {
         traits.readsAnyColumn = (extensions & SQL_GD_ANY_COLUMN) != 0;

@@ -1,10 +1,12 @@
 // In what drivers and their servers differ, each difference by its name. Nothing else asks which driver it has.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "engines/odbc/odbc_api.h"
+#include "engines/odbc/result_calls.h"
 
 namespace basalt::odbc {
 
@@ -21,6 +23,8 @@ struct DriverTraits {
     // FreeTDS passes nvarchar(max) for a parameter bound as SQL_WLONGVARCHAR, and nvarchar(1) for one bound as
     // SQL_WVARCHAR without a length, which is Microsoft's way to say max. The binary types alike.
     bool maxParametersAreLong = false;
+    // What follows a failed execution is read with these. Only of FreeTDS it is known how it behaves.
+    std::optional<ResultCalls> callsBehindFailure;
 
     [[nodiscard]] static DriverTraits of(SQLHDBC connection);
 };

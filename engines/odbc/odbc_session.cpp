@@ -5,6 +5,7 @@
 #include "ado/names.h"
 #include "engines/odbc/catalog.h"
 #include "engines/odbc/connection.h"
+#include "engines/odbc/diagnostics.h"
 #include "engines/odbc/procedure_call.h"
 #include "engines/odbc/transaction_words.h"
 
@@ -174,7 +175,10 @@ private:
     }
 
     [[nodiscard]] bool isLoss(const DatabaseError& error) const {
-        return error.category() == ErrorCategory::Connection || connection_->isDead();
+        // A statement may fail with the number of a refused login, that of a linked server.
+        return connection_->isDead() ||
+               (error.category() == ErrorCategory::Connection && categoryOf(error.sqlState(), 0) == error.category() &&
+                !error.sqlState().starts_with("28"));
     }
 
     [[noreturn]] void throwLoss(const DatabaseError& error, Effect effect = Effect::None) {

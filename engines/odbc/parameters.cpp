@@ -124,7 +124,8 @@ void Parameters::takeType(Slot& slot, const ColumnInfo& type) const {
         slot.cType = cType;
         const SQLULEN given = (slot.length > 0 ? static_cast<SQLULEN>(slot.length) : 0) / unit;
         const auto own = static_cast<SQLULEN>(type.size);
-        if (own == 0) return takeMax(slot);
+        // Also varchar(8000): texts go as nvarchar.
+        if (own == 0 || own > (unit == 1 ? kLongestBytes : kLongestText)) return takeMax(slot);
         takeLength(slot, given);
         if (given <= own) slot.size = own;
     };

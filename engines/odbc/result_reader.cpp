@@ -30,15 +30,15 @@ T cellAs(const std::byte* cell) {
 
 }  // namespace
 
-ResultReader::ResultReader(SQLHSTMT statement, const DriverTraits& traits, std::string_view sql)
-    : statement_(statement), traits_(traits), sql_(sql) {}
+ResultReader::ResultReader(const ResultHandle& results, const DriverTraits& traits, std::string_view sql)
+    : results_(results), traits_(traits), sql_(sql) {}
 
 ResultReader::~ResultReader() {
     // The buffers go away before the statement does, which walks on to its next result.
-    SQLFreeStmt(statement_, SQL_UNBIND);
-    SQLSetStmtAttr(statement_, SQL_ATTR_ROWS_FETCHED_PTR, nullptr, 0);
-    SQLSetStmtAttr(statement_, SQL_ATTR_ROW_STATUS_PTR, nullptr, 0);
-    SQLSetStmtAttr(statement_, SQL_ATTR_ROW_ARRAY_SIZE, attribute(1), 0);
+    results_.calls.freeStatement(results_.statement, SQL_UNBIND);
+    results_.calls.setAttribute(results_.statement, SQL_ATTR_ROWS_FETCHED_PTR, nullptr, 0);
+    results_.calls.setAttribute(results_.statement, SQL_ATTR_ROW_STATUS_PTR, nullptr, 0);
+    results_.calls.setAttribute(results_.statement, SQL_ATTR_ROW_ARRAY_SIZE, attribute(1), 0);
 }
 
 RowSet ResultReader::read(std::vector<std::string>& messages) {
@@ -65,7 +65,7 @@ RowSet ResultReader::read(std::vector<std::string>& messages) {
 
 void ResultReader::describe() {
     SQLSMALLINT count = 0;
-    require(SQLNumResultCols(statement_, &count));
+    require(results_.calls.columnCount(results_.statement, &count));
     for (SQLSMALLINT i = 1; i <= count; ++i) {
         columns_.push_back(describeColumn(static_cast<SQLUSMALLINT>(i)));
         buffers_.push_back(bufferFor(columns_.back()));
@@ -75,7 +75,7 @@ void ResultReader::describe() {
 bool ResultReader::isKnownToBeEmpty() const {
     if (!traits_.fetchPassesEmptyResults) return false;
     SQLLEN count = -1;
-    return SQL_SUCCEEDED(SQLRowCount(statement_, &count)) && count == 0;
+    return SQL_SUCCEEDED(results_.calls.rowCount(results_.statement, &count)) && count == 0;
 }
 
 ColumnInfo ResultReader::describeColumn(SQLUSMALLINT number) const {
@@ -85,16 +85,17 @@ ColumnInfo ResultReader::describeColumn(SQLUSMALLINT number) const {
     SQLULEN size = 0;
     SQLSMALLINT digits = 0;
     SQLSMALLINT nullable = SQL_NULLABLE_UNKNOWN;
-    require(SQLDescribeColW(statement_, number, wide(name.data()), static_cast<SQLSMALLINT>(name.size()), &length,
-                            &type, &size, &digits, &nullable));
+    require(results_.calls.describeColumn(results_.statement, number, wide(name.data()),
+                                          static_cast<SQLSMALLINT>(name.size()), &length, &type, &size, &digits,
+                                          &nullable));
     ColumnInfo column;
     column.name = toUtf8(name.data());
     column.nullable = nullable != SQL_NO_NULLS;
     column.typeName = textAttribute(number, SQL_DESC_TYPE_NAME);
     describeFromOdbc(column, type, size, digits);
     SQLLEN identity = SQL_FALSE;
-    if (SQL_SUCCEEDED(
-            SQLColAttributeW(statement_, number, SQL_DESC_AUTO_UNIQUE_VALUE, nullptr, 0, nullptr, &identity))) {
+    if (SQL_SUCCEEDED(results_.calls.columnAttribute(results_.statement, number, SQL_DESC_AUTO_UNIQUE_VALUE, nullptr, 0,
+                                                     nullptr, &identity))) {
         column.identity = identity == SQL_TRUE;
     }
     column.baseTable = textAttribute(number, SQL_DESC_BASE_TABLE_NAME);
@@ -108,8 +109,8 @@ ColumnInfo ResultReader::describeColumn(SQLUSMALLINT number) const {
 std::string ResultReader::textAttribute(SQLUSMALLINT number, SQLUSMALLINT attribute) const {
     std::array<char16_t, 300> text{};
     SQLSMALLINT bytes = 0;
-    const SQLRETURN rc = SQLColAttributeW(statement_, number, attribute, text.data(),
-                                          static_cast<SQLSMALLINT>(sizeof(text)), &bytes, nullptr);
+    const SQLRETURN rc = results_.calls.columnAttribute(results_.statement, number, attribute, text.data(),
+                                                        static_cast<SQLSMALLINT>(sizeof(text)), &bytes, nullptr);
     if (!SQL_SUCCEEDED(rc)) return {};
     text.back() = u'\0';
     return toUtf8(text.data());
@@ -172,17 +173,17 @@ void ResultReader::bind() {
     const std::size_t rows =
         longSeen ? 1 : std::clamp<std::size_t>(kBlockBytes / std::max<std::size_t>(rowBytes, 1), 1, kMostRows);
     rowStatus_.assign(rows, SQL_ROW_SUCCESS);
-    require(SQLSetStmtAttr(statement_, SQL_ATTR_ROW_BIND_TYPE, attribute(SQL_BIND_BY_COLUMN), 0));
-    require(SQLSetStmtAttr(statement_, SQL_ATTR_ROW_ARRAY_SIZE, attribute(rows), 0));
-    require(SQLSetStmtAttr(statement_, SQL_ATTR_ROWS_FETCHED_PTR, &rowsFetched_, 0));
-    require(SQLSetStmtAttr(statement_, SQL_ATTR_ROW_STATUS_PTR, rowStatus_.data(), 0));
+    require(results_.calls.setAttribute(results_.statement, SQL_ATTR_ROW_BIND_TYPE, attribute(SQL_BIND_BY_COLUMN), 0));
+    require(results_.calls.setAttribute(results_.statement, SQL_ATTR_ROW_ARRAY_SIZE, attribute(rows), 0));
+    require(results_.calls.setAttribute(results_.statement, SQL_ATTR_ROWS_FETCHED_PTR, &rowsFetched_, 0));
+    require(results_.calls.setAttribute(results_.statement, SQL_ATTR_ROW_STATUS_PTR, rowStatus_.data(), 0));
     for (std::size_t i = 0; i < buffers_.size(); ++i) {
         Buffer& buffer = buffers_[i];
         buffer.cells = std::make_unique_for_overwrite<std::byte[]>(rows * buffer.cell);
         buffer.lengths = std::make_unique_for_overwrite<SQLLEN[]>(rows);
         if (!buffer.bound) continue;
-        require(SQLBindCol(statement_, static_cast<SQLUSMALLINT>(i + 1), buffer.cType, buffer.cells.get(),
-                           static_cast<SQLLEN>(buffer.cell), buffer.lengths.get()));
+        require(results_.calls.bindColumn(results_.statement, static_cast<SQLUSMALLINT>(i + 1), buffer.cType,
+                                          buffer.cells.get(), static_cast<SQLLEN>(buffer.cell), buffer.lengths.get()));
     }
 }
 
@@ -190,7 +191,7 @@ bool ResultReader::fetch(std::vector<std::string>& messages) {
     // A block that is not full is the last one.
     if (atEnd_) return false;
     rowsFetched_ = 0;
-    const SQLRETURN rc = SQLFetch(statement_);
+    const SQLRETURN rc = results_.calls.fetch(results_.statement);
     if (!SQL_SUCCEEDED(rc) && rc != SQL_NO_DATA) fail();
     atEnd_ = rc == SQL_NO_DATA || rowsFetched_ < rowStatus_.size();
     if (rc == SQL_SUCCESS) return true;
@@ -198,7 +199,7 @@ bool ResultReader::fetch(std::vector<std::string>& messages) {
     const auto failed = std::find(rowStatus_.begin(), rowStatus_.begin() + static_cast<std::ptrdiff_t>(rowsFetched_),
                                   static_cast<SQLUSMALLINT>(SQL_ROW_ERROR));
     if (failed != rowStatus_.begin() + static_cast<std::ptrdiff_t>(rowsFetched_)) fail();
-    for (const Diagnostic& record : diagnosticsOf(SQL_HANDLE_STMT, statement_)) {
+    for (const Diagnostic& record : diagnosticsOf(results_)) {
         if (!record.informs()) throw errorOf({record}, sql_);
         if (record.isMessage()) messages.push_back(record.message);
     }
@@ -207,8 +208,8 @@ bool ResultReader::fetch(std::vector<std::string>& messages) {
 
 void ResultReader::readUnbound(Column& column, Buffer& buffer, SQLUSMALLINT number) {
     if (buffer.capacity == 0) return readLong(column, buffer, number);
-    require(SQLGetData(statement_, number, buffer.cType, buffer.cells.get(), static_cast<SQLLEN>(buffer.cell),
-                       buffer.lengths.get()));
+    require(results_.calls.getData(results_.statement, number, buffer.cType, buffer.cells.get(),
+                                   static_cast<SQLLEN>(buffer.cell), buffer.lengths.get()));
     append(column, buffer, 0);
 }
 
@@ -218,8 +219,8 @@ void ResultReader::readLong(Column& column, const Buffer& buffer, SQLUSMALLINT n
     while (true) {
         long_.resize(used + kPieceBytes + terminator);
         SQLLEN length = 0;
-        const SQLRETURN rc = SQLGetData(statement_, number, buffer.cType, long_.data() + used,
-                                        static_cast<SQLLEN>(kPieceBytes + terminator), &length);
+        const SQLRETURN rc = results_.calls.getData(results_.statement, number, buffer.cType, long_.data() + used,
+                                                    static_cast<SQLLEN>(kPieceBytes + terminator), &length);
         if (rc == SQL_NO_DATA) break;
         require(rc);
         if (length == SQL_NULL_DATA) return column.appendNull();
@@ -228,7 +229,8 @@ void ResultReader::readLong(Column& column, const Buffer& buffer, SQLUSMALLINT n
             used += kPieceBytes;
         } else {
             used += static_cast<std::size_t>(length);
-            if (rc == SQL_SUCCESS) break;
+            // What was left has come. Of a sql_variant FreeTDS would say again and again that it was cut.
+            if (rc == SQL_SUCCESS || static_cast<std::size_t>(length) < kPieceBytes) break;
         }
     }
     if (buffer.form == Form::Bytes) return column.appendBytes(long_.data(), used);
@@ -288,7 +290,7 @@ void ResultReader::failCut(const ColumnInfo& column) const {
 }
 
 void ResultReader::fail() const {
-    throw errorOf(diagnosticsOf(SQL_HANDLE_STMT, statement_), sql_);
+    throw errorOf(diagnosticsOf(results_), sql_);
 }
 
 void ResultReader::require(SQLRETURN rc) const {

@@ -1,6 +1,6 @@
 // Reads the result set that a statement stands on, whole.
 //
-//   RowSet rows = ResultReader(statement, traits, sql).read(messages);
+//   RowSet rows = ResultReader(results, traits, sql).read(messages);
 //
 // Bounded columns are bound in arrays of rows; what has no bound is read with SQLGetData, a row at a time. A value that
 // does not fit its buffer, a decimal that does not fit its column and a failed fetch are DatabaseError: nothing is cut.
@@ -14,13 +14,13 @@
 
 #include "ado/rowset.h"
 #include "engines/odbc/driver_traits.h"
-#include "engines/odbc/odbc_api.h"
+#include "engines/odbc/result_calls.h"
 
 namespace basalt::odbc {
 
 class ResultReader {
 public:
-    ResultReader(SQLHSTMT statement, const DriverTraits& traits, std::string_view sql);
+    ResultReader(const ResultHandle& results, const DriverTraits& traits, std::string_view sql);
     ~ResultReader();
     ResultReader(const ResultReader&) = delete;
     ResultReader& operator=(const ResultReader&) = delete;
@@ -58,7 +58,7 @@ private:
     [[noreturn]] void fail() const;
     void require(SQLRETURN rc) const;
 
-    SQLHSTMT statement_;
+    const ResultHandle& results_;
     const DriverTraits& traits_;
     std::string_view sql_;
     std::vector<ColumnInfo> columns_;

@@ -331,6 +331,23 @@ TEST_F(FreeTds, anErrorThatLeavesTheTransactionAlone) {
     EXPECT_THAT(sent(), ElementsAre("BEGIN TRANSACTION", "delete T", kQuestion));
 }
 
+// Of a linked server, for example.
+TEST_F(FreeTds, aStatementThatFailsForALoginLosesNothing) {
+    for (const int number : {18456, 4060}) {
+        server_.answer(TdsReply().done());
+        server_.answer(TdsReply().error(number, 14, "Login failed for user 'far'.").doneWithError());
+        server_.answer(transactionState(1, 1));
+        server_.answer(TdsReply().done());
+        session().begin();
+        const DatabaseError error = errorOf([&] { session().run("select 1 from far.db.dbo.T"); });
+        EXPECT_EQ(error.nativeCode(), number);
+        EXPECT_STREQ(error.what(), "Login failed for user 'far'.");
+        EXPECT_TRUE(session().inTransaction());
+        session().commit();
+    }
+    EXPECT_EQ(server_.logins(), 1);
+}
+
 TEST_F(FreeTds, anErrorThatEndsTheTransaction) {
     server_.answer(TdsReply().done());
     server_.answer(TdsReply().error(1205, 13, "Transaction was deadlocked.").doneWithError());

@@ -265,6 +265,30 @@ TEST_F(FreeTdsProcedures, whatIsLeftOutBetweenOthersTakesItsDefault) {
     EXPECT_EQ(result.batch.results[0].rows.value().column(0).intAt(0), 1);
 }
 
+// Texts go as nvarchar, which holds 4000 characters at the most.
+TEST_F(FreeTds, aParameterOfVarchar8000TakesTheLongForm) {
+    server_.answer(TdsReply()
+                       .columns({tds::nvarchar("name", 128)})
+                       .row({std::string("P")})
+                       .done(1, true)
+                       .columns({tds::nvarchar("name", 128), tds::nvarchar("", 128), tds::integer("max_length", 2),
+                                 tds::integer("precision", 1), tds::integer("scale", 1), tds::bit("is_output"),
+                                 tds::bit("has_default_value")})
+                       .row({std::string("@Codes"), std::string("varchar"), std::int64_t{8000}, std::int64_t{0},
+                             std::int64_t{0}, false, false})
+                       .row({std::string("@Out"), std::string("varchar"), std::int64_t{8000}, std::int64_t{0},
+                             std::int64_t{0}, true, false})
+                       .done(2));
+    const std::string longText(7000, 'x');
+    server_.answer(
+        TdsReply().returnStatus(0).returnValue(2, tds::column("@Out", TdsType::NvarcharMax), longText).doneProcedure());
+    const std::vector<Argument> arguments = {{"@Codes", std::string("1,2"), false}, {"@Out", Null{}, true}};
+    const CallResult result = session().call("P", arguments);
+    EXPECT_THAT(server_.requests().at(1).parameters, ElementsAre(TdsParameter{"", "nvarchar(max)", "1,2", false},
+                                                                 TdsParameter{"", "nvarchar(max)", "NULL", true}));
+    EXPECT_EQ(result.outputs.at(0).value, Value(longText));
+}
+
 TEST_F(FreeTdsProcedures, aValueOfAnotherKindIsLeftToTheServer) {
     server_.answer(description_);
     server_.answer(

@@ -63,8 +63,106 @@ TEST_F(FreeTds, anErrorBeforeFurtherResultsIsThrownAndTheRestIsRead) {
     EXPECT_EQ(error.nativeCode(), 2627);
     EXPECT_STREQ(error.what(), "Violation of PRIMARY KEY constraint 'PK_T'.");
     EXPECT_EQ(error.statement(), "insert into T values(1); select 1 as A");
+    ASSERT_NE(error.results(), nullptr);
+    ASSERT_EQ(error.results()->results.size(), 1U);
+    EXPECT_EQ(error.results()->results[0].rows.value().column(0).intAt(0), 1);
+    EXPECT_EQ(server_.attentions(), 0);
     EXPECT_EQ(affectedRows(session().run("next")), 1);
     EXPECT_EQ(server_.logins(), 1);
+}
+
+TEST_F(FreeTds, whatFollowsAnErrorIsReadInFull) {
+    const std::string longText(100'000, 'x');
+    server_.answer(TdsReply()
+                       .error(2627, 14, "first")
+                       .doneWithError(true)
+                       .columns({tds::integer("A"), tds::nvarchar("N", 20)})
+                       .row({std::int64_t{1}, std::string("یک")})
+                       .row({std::int64_t{2}, Null{}})
+                       .done(2, true)
+                       .done(3, true)
+                       .error(547, 16, "second")
+                       .doneWithError(true)
+                       .info(0, "said behind")
+                       .done(-1, true)
+                       .columns({tds::column("L", TdsType::NvarcharMax)})
+                       .row({longText})
+                       .done(1));
+    server_.answer(TdsReply().done(7));
+    const DatabaseError error = errorOf([&] { session().run("..."); });
+    EXPECT_STREQ(error.what(), "first");
+    ASSERT_NE(error.results(), nullptr);
+    const BatchResult& rest = *error.results();
+    ASSERT_EQ(rest.results.size(), 3U);
+    EXPECT_EQ(rest.results[0].rows.value().column(1).textAt(0), "یک");
+    EXPECT_TRUE(rest.results[0].rows.value().column(1).isNull(1));
+    EXPECT_EQ(rest.results[1].affectedRows, 3);
+    EXPECT_EQ(rest.results[2].rows.value().column(0).textAt(0), longText);
+    EXPECT_THAT(rest.messages, ElementsAre("said behind"));
+    EXPECT_EQ(rest.placeOf(0), 2U);
+    EXPECT_EQ(server_.attentions(), 0);
+    EXPECT_EQ(affectedRows(session().run("next")), 7);
+}
+
+TEST_F(FreeTds, aProcedureThatFailsFirstGoesOn) {
+    server_.answer(TdsReply()
+                       .error(547, 16, "refused")
+                       .doneInProcedure()
+                       .columns({tds::integer("A")})
+                       .row({std::int64_t{5}})
+                       .doneInProcedure(1)
+                       .returnStatus(-6)
+                       .doneProcedure(true));
+    server_.answer(TdsReply().done(7));
+    const DatabaseError error = errorOf([&] { session().run("exec P"); });
+    EXPECT_EQ(error.nativeCode(), 547);
+    ASSERT_NE(error.results(), nullptr);
+    EXPECT_EQ(error.results()->results.at(0).rows.value().column(0).intAt(0), 5);
+    EXPECT_EQ(server_.attentions(), 0);
+    EXPECT_EQ(affectedRows(session().run("next")), 7);
+}
+
+TEST_F(FreeTds, anErrorOfAProcedureBetweenItsResultsLosesNoneOfThem) {
+    server_.answer(TdsReply()
+                       .columns({tds::integer("A")})
+                       .row({std::int64_t{1}})
+                       .doneInProcedure(1)
+                       .error(547, 16, "refused")
+                       .doneInProcedure()
+                       .columns({tds::integer("B")})
+                       .row({std::int64_t{2}})
+                       .doneInProcedure(1)
+                       .columns({tds::integer("C")})
+                       .row({std::int64_t{3}})
+                       .doneInProcedure(1)
+                       .returnStatus(-6)
+                       .doneProcedure(true));
+    server_.answer(TdsReply().done(7));
+    const DatabaseError error = errorOf([&] { session().run("exec P"); });
+    EXPECT_EQ(error.nativeCode(), 547);
+    ASSERT_NE(error.results(), nullptr);
+    ASSERT_EQ(error.results()->results.size(), 3U);
+    for (std::size_t i = 0; i < 3; ++i)
+        EXPECT_EQ(error.results()->results[i].rows.value().column(0).intAt(0), static_cast<std::int64_t>(i) + 1);
+    EXPECT_EQ(server_.attentions(), 0);
+    EXPECT_EQ(affectedRows(session().run("next")), 7);
+}
+
+TEST_F(FreeTds, messagesKeepTheirPlaceBetweenTheResults) {
+    server_.answer(TdsReply()
+                       .columns({tds::integer("A")})
+                       .row({std::int64_t{1}})
+                       .done(1, true)
+                       .info(0, "between")
+                       .done(-1, true)
+                       .columns({tds::integer("A")})
+                       .row({std::int64_t{2}})
+                       .info(0, "with the rows")
+                       .done(1));
+    const BatchResult result = session().run("...");
+    EXPECT_THAT(result.messages, ElementsAre("between", "with the rows"));
+    EXPECT_EQ(result.placeOf(0), 1U);
+    EXPECT_EQ(result.placeOf(1), 2U);
 }
 
 TEST_F(FreeTds, anErrorAfterRowsIsThrown) {
@@ -136,6 +234,37 @@ TEST_F(FreeTds, everyTypeKeepsItsValue) {
     EXPECT_EQ(info(8).size, 20);
     EXPECT_EQ(info(12).type, FieldType::Text);
     EXPECT_EQ(info(12).size, 36);
+}
+
+// FreeTDS delivers one as often as it is asked to, and says each time that it was cut.
+TEST_F(FreeTds, aVariantIsReadOnce) {
+    server_.answer(TdsReply()
+                       .columns({tds::integer("A"), tds::column("V", TdsType::Variant)})
+                       .row({std::int64_t{1}, std::int64_t{-7}})
+                       .row({std::int64_t{2}, std::string("سلام")})
+                       .row({std::int64_t{3}, *Decimal::parse("-123.45")})
+                       .row({std::int64_t{4}, Null{}})
+                       .done(4));
+    const BatchResult result = session().run("...");
+    const RowSet& rows = result.results.at(0).rows.value();
+    ASSERT_EQ(rows.rowCount(), 4U);
+    EXPECT_EQ(rows.column(1).valueAt(0), Value(std::string("-7")));
+    EXPECT_EQ(rows.column(1).valueAt(1), Value(std::string("سلام")));
+    EXPECT_EQ(rows.column(1).valueAt(2), Value(std::string("-123.45")));
+    EXPECT_TRUE(rows.column(1).isNull(3));
+}
+
+TEST_F(FreeTds, aVariantBehindALongValueIsReadOnceToo) {
+    server_.answer(TdsReply()
+                       .columns({tds::column("L", TdsType::NvarcharMax), tds::column("V", TdsType::Variant)})
+                       .row({std::string("long"), std::int64_t{-7}})
+                       .row({std::string("long"), std::string("سلام")})
+                       .done(2));
+    const BatchResult result = session().run("...");
+    const RowSet& rows = result.results.at(0).rows.value();
+    ASSERT_EQ(rows.rowCount(), 2U);
+    EXPECT_EQ(rows.column(1).valueAt(0), Value(std::string("-7")));
+    EXPECT_EQ(rows.column(1).valueAt(1), Value(std::string("سلام")));
 }
 
 TEST_F(FreeTds, longValuesAreReadWhole) {

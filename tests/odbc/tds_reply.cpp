@@ -72,7 +72,40 @@ void TdsReply::type(const TdsType& type) {
         case TdsType::Guid:
             number(0x24, 1);
             return number(16, 1);
+        case TdsType::Variant:
+            number(0x62, 1);
+            return number(8009, 4);
     }
+}
+
+// Its type, the length of what describes the type, that, and the value.
+void TdsReply::variantCell(const Value& value) {
+    if (isNull(value)) return number(0, 4);
+    TdsReply body;
+    if (const auto* integer = std::get_if<std::int64_t>(&value)) {
+        body.number(0x38, 1);
+        body.number(0, 1);
+        body.number(static_cast<std::uint64_t>(*integer), 4);
+    } else if (const auto* given = std::get_if<std::string>(&value)) {
+        const std::string bytes = utf16Bytes(*given);
+        body.number(0xE7, 1);
+        body.number(7, 1);
+        body.bytes_ += kLatin1;
+        body.number(bytes.size(), 2);
+        body.bytes_ += bytes;
+    } else {
+        body.number(0x6A, 1);
+        body.number(2, 1);
+        const auto& decimal = std::get<basalt::Decimal>(value);
+        body.number(38, 1);
+        body.number(static_cast<unsigned>(decimal.scale()), 1);
+        const TdsType plain{.kind = TdsType::Decimal, .size = 17, .precision = 38, .scale = decimal.scale()};
+        TdsReply sized;
+        sized.cell(plain, value);
+        body.bytes_ += sized.bytes_.substr(1);
+    }
+    number(body.bytes_.size(), 4);
+    bytes_ += body.bytes_;
 }
 
 void TdsReply::textCell(const TdsType& type, const Value& value) {
@@ -105,6 +138,7 @@ void TdsReply::cell(const TdsType& type, const Value& value) {
         type.kind == TdsType::VarbinaryMax) {
         return textCell(type, value);
     }
+    if (type.kind == TdsType::Variant) return variantCell(value);
     if (isNull(value)) return number(0, 1);
     switch (type.kind) {
         case TdsType::Bit:

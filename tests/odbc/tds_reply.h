@@ -26,7 +26,8 @@ struct TdsType {
         VarbinaryMax,
         Datetime,
         Datetime2,
-        Guid
+        Guid,
+        Variant  // of the kind that its value has
     };
     Kind kind = Int;
     int size = 4;  // bytes of an integer, characters of a text
@@ -82,6 +83,7 @@ private:
     void type(const TdsType& type);
     void cell(const TdsType& type, const Value& value);
     void textCell(const TdsType& type, const Value& value);
+    void variantCell(const Value& value);
     void message(unsigned token, int number, int severity, std::string_view text);
     void finish(unsigned token, unsigned status, std::int64_t count);
 

@@ -138,6 +138,11 @@ int TdsResponder::logins() const {
     return logins_;
 }
 
+int TdsResponder::attentions() const {
+    const std::lock_guard lock(mutex_);
+    return attentions_;
+}
+
 void TdsResponder::serve() {
     while (true) {
         const int client = accept(listener_, nullptr, nullptr);
@@ -188,7 +193,10 @@ bool TdsResponder::handle(int client, const Message& message) {
             return sendPackets(client, preloginReply(), true);
         case kLogin:
             return logIn(client);
-        case kAttention:
+        case kAttention: {
+            const std::lock_guard lock(mutex_);
+            ++attentions_;
+        }
             return sendPackets(client, TdsReply().cancelled().bytes(), true);
         case kBatch:
             return respond(client, readBatch(message.body));

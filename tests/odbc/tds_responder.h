@@ -45,6 +45,8 @@ public:
     // Answers that no request has asked for.
     [[nodiscard]] std::size_t leftovers() const;
     [[nodiscard]] int logins() const;
+    // How often the client has given up what it had asked for.
+    [[nodiscard]] int attentions() const;
 
 private:
     struct Answer {
@@ -71,6 +73,7 @@ private:
     std::function<TdsReply(const TdsRequest&)> handler_;
     std::vector<TdsRequest> requests_;
     int logins_ = 0;
+    int attentions_ = 0;
     int client_ = -1;
     bool stopping_ = false;
     std::thread thread_;
