@@ -4,6 +4,7 @@
 #include <exception>
 #include <iostream>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +14,7 @@
 #include "cli/terminal.h"
 #include "cli/workspace.h"
 #include "cli/wrong_usage.h"
+#include "host/engines/tellable_words.h"
 
 namespace basalt::cli {
 
@@ -76,7 +78,9 @@ std::optional<int> help(CLI::App& app, int argc, char** argv) {
             command = named.front();
             continue;
         }
-        std::cerr << "basalt: there is no command " << argv[i] << "; basalt --help lists them\n";
+        const std::vector<std::string> word = {argv[i]};
+        std::cerr << host::withoutConnectionStrings("basalt: there is no command " + word[0], word)
+                  << "; basalt --help lists them\n";
         return 2;
     }
     std::cout << command->help(before);
@@ -120,9 +124,18 @@ int runCommandLine(int argc, char** argv) {
     addScreenCommand(program);
 
     if (const std::optional<int> status = help(app, argc, argv)) return *status;
+    const std::vector<std::string> given(argv + std::min(argc, 1), argv + argc);
+    const auto complain = [&](const std::string& text) { std::cerr << host::withoutConnectionStrings(text, given); };
+    // Tells what the library has to say, and the status to end with.
+    const auto answered = [&](const CLI::ParseError& error) {
+        std::ostringstream complaint;
+        const bool fine = app.exit(error, std::cout, complaint) == 0;
+        complain(complaint.str());
+        return fine ? told(0) : 2;
+    };
     try {
-        std::vector<std::string> words = withSingleAnswers(
-            {argv + std::min(argc, 1), argv + argc}, [&app](const std::string& word) { return takesValue(app, word); });
+        std::vector<std::string> words =
+            withSingleAnswers(given, [&app](const std::string& word) { return takesValue(app, word); });
         words.insert(words.begin(), "basalt");
         std::vector<char*> pointers;
         for (std::string& word : words)
@@ -130,20 +143,20 @@ int runCommandLine(int argc, char** argv) {
         parse(app, options, static_cast<int>(pointers.size()), pointers.data());
     } catch (const CLI::RequiredError& error) {
         const std::vector<std::string> words = app.remaining();
-        if (!app.get_subcommands().empty() || words.empty()) return app.exit(error) == 0 ? 0 : 2;
-        std::cerr << "basalt: there is no command " << words.front() << "; basalt --help lists them\n";
+        if (!app.get_subcommands().empty() || words.empty()) return answered(error);
+        complain("basalt: there is no command " + words.front() + "; basalt --help lists them\n");
         return 2;
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? told(0) : 2;
+        return answered(error);
     }
     try {
         requireRightOptions(options);
         return told(chosen());
     } catch (const WrongUsage& error) {
-        std::cerr << "basalt: " << error.what() << '\n';
+        complain(std::string("basalt: ") + error.what() + '\n');
         return 2;
     } catch (const std::exception& error) {
-        std::cerr << "basalt: " << error.what() << '\n';
+        complain(std::string("basalt: ") + error.what() + '\n');
         return 1;
     }
 }

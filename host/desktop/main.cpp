@@ -1,10 +1,14 @@
 // basalt-desktop: reads the options, makes the application and hands over to the desktop or the tour.
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <sstream>
+#include <string>
+#include <vector>
 
 #include "host/desktop/application.h"
 #include "host/desktop/desktop.h"
 #include "host/desktop/tour.h"
+#include "host/engines/tellable_words.h"
 #include "host/module_loader/module_loader.h"
 #include "host/module_loader/shared_library.h"
 #include "host/screens/quiet_display.h"
@@ -66,18 +70,25 @@ int main(int argc, char** argv) {
         ->type_name("FOLDER");
     app.add_flag("--check-display", options.checkDisplay,
                  "only look whether windows can be shown here, and tell by the status");
+    const std::vector<std::string> given(argv, argv + argc);
+    const auto complain = [&](const std::string& text) {
+        std::cerr << basalt::host::withoutConnectionStrings(text, given);
+    };
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : 2;
+        std::ostringstream complaint;
+        const bool fine = app.exit(error, std::cout, complaint) == 0;
+        complain(complaint.str());
+        return fine ? 0 : 2;
     }
     try {
         return run(argc, argv, options);
     } catch (const basalt::UsageError& error) {
-        std::cerr << "basalt-desktop: " << error.what() << '\n';
+        complain(std::string("basalt-desktop: ") + error.what() + '\n');
         return 2;
     } catch (const std::exception& error) {
-        std::cerr << "basalt-desktop: " << error.what() << '\n';
+        complain(std::string("basalt-desktop: ") + error.what() + '\n');
         return 1;
     }
 }
