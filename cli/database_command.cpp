@@ -150,22 +150,27 @@ int dump(const CommonOptions& common, const std::string& file) {
     }
     const std::unique_ptr<Session> session = host::openDatabase(url, openOptions());
     RecordedSession recorded(*session, common, url);
-    const auto dumpTo = [&recorded](std::ostream& out) {
-        host::dumpDatabase(
+    std::vector<host::BrokenView> broken;
+    const auto dumpTo = [&](std::ostream& out) {
+        broken = host::dumpDatabase(
             recorded.used(), [&recorded](Session&) { return recorded.schema(); }, out);
     };
     if (file.empty()) {
         dumpTo(std::cout);
-        return 0;
+    } else {
+        const host::DraftFile draft(host::pathFromText(file));
+        {
+            std::ofstream out(draft.path(), std::ios::binary);
+            if (!out) throw std::runtime_error("the file " + file + " cannot be written");
+            dumpTo(out);
+        }
+        draft.takePlace();
     }
-    const host::DraftFile draft(host::pathFromText(file));
-    {
-        std::ofstream out(draft.path(), std::ios::binary);
-        if (!out) throw std::runtime_error("the file " + file + " cannot be written");
-        dumpTo(out);
+    for (const host::BrokenView& view : broken) {
+        std::cerr << "basalt: the view " << view.name
+                  << " is a comment in the dump, because it cannot be made again: " << view.reason << '\n';
     }
-    draft.takePlace();
-    return 0;
+    return broken.empty() ? 0 : 1;
 }
 
 // A database that holds nothing yet, as a script that makes everything needs it.

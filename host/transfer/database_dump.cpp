@@ -1,6 +1,8 @@
 #include "host/transfer/database_dump.h"
 
+#include <sstream>
 #include <stdexcept>
+#include <utility>
 
 #include "ado/names.h"
 #include "host/services/sql_access.h"
@@ -29,6 +31,8 @@ public:
     // Without a session the rows are left out.
     DumpWriter(Session* session, std::ostream& out) : session_(session), out_(out) {}
 
+    [[nodiscard]] std::vector<BrokenView> takeBroken() { return std::move(broken_); }
+
     void write(const DatabaseSchema& schema) {
         const DefinitionOrder order = definitionOrder(schema);
         batch(kHead);
@@ -37,7 +41,7 @@ public:
         };
         for (const DefinitionOrder::Item& item : order.items) {
             if (item.table) define(*item.table, order);
-            if (item.module && !isProcedure(item)) batch(moduleText(*item.module));
+            if (item.module && !isProcedure(item)) define(*item.module);
         }
         for (const DefinitionOrder::Item& item : order.items) {
             if (item.table && session_) rowsOfTable(*item.table, *session_);
@@ -59,6 +63,32 @@ private:
         out_ << text << (text.ends_with('\n') ? "GO\n" : "\nGO\n");
         // A full disk is noticed here and not after the last of a million rows.
         if (!out_) throw std::runtime_error("the dump cannot be written");
+    }
+
+    void define(const ModuleSchema& module) {
+        const std::string text = moduleText(module);
+        const std::string reason = module.kind == ModuleSchema::Kind::View ? whyUnreadable(module.name) : std::string();
+        if (reason.empty()) return batch(text);
+        broken_.push_back({module.name, reason});
+        std::string commented = "-- This view could not be read any more: " + reason;
+        std::istringstream lines(text);
+        for (std::string line; std::getline(lines, line);)
+            commented += "\n-- " + line;
+        batch(commented);
+    }
+
+    // Empty when the view can be read.
+    std::string whyUnreadable(const std::string& view) {
+        if (session_ == nullptr) return {};
+        try {
+            static_cast<void>(session_->run("SELECT TOP (0) * FROM dbo." + quotedName(view)));
+            return {};
+        } catch (const DatabaseError& error) {
+            if (error.category() == ErrorCategory::Connection) throw;
+            // The lines behind the first show the place in the view's text.
+            const std::string reason = error.what();
+            return reason.substr(0, reason.find('\n'));
+        }
     }
 
     void define(const TableSchema& table, const DefinitionOrder& order) {
@@ -156,13 +186,16 @@ private:
 
     Session* session_;
     std::ostream& out_;
+    std::vector<BrokenView> broken_;
 };
 
 }  // namespace
 
-void dumpDatabase(Session& session, const SchemaReader& readSchema, std::ostream& out) {
+std::vector<BrokenView> dumpDatabase(Session& session, const SchemaReader& readSchema, std::ostream& out) {
     const ReadMoment moment(session);
-    DumpWriter(&session, out).write(readSchema(session));
+    DumpWriter writer(&session, out);
+    writer.write(readSchema(session));
+    return writer.takeBroken();
 }
 
 void dumpDefinitions(const DatabaseSchema& schema, std::ostream& out) {

@@ -10,6 +10,8 @@
 
 #include <functional>
 #include <ostream>
+#include <string>
+#include <vector>
 
 #include "ado/schema.h"
 #include "ado/session.h"
@@ -19,9 +21,16 @@ namespace basalt::host {
 // How the engine of the session tells what the database is made of.
 using SchemaReader = std::function<DatabaseSchema(Session& session)>;
 
-// All of it is of one moment, the schema too (host/transfer/read_moment.h). DatabaseError as the session throws it,
-// std::runtime_error when the stream cannot be written.
-void dumpDatabase(Session& session, const SchemaReader& readSchema, std::ostream& out);
+// A view that cannot be read any more, because a table of it is gone: no engine would make it again.
+struct BrokenView {
+    std::string name;
+    std::string reason;
+};
+
+// All of it is of one moment, the schema too (host/transfer/read_moment.h). The views that are written as comments,
+// because nothing could make them again. DatabaseError as the session throws it, std::runtime_error when the stream
+// cannot be written.
+std::vector<BrokenView> dumpDatabase(Session& session, const SchemaReader& readSchema, std::ostream& out);
 
 // What makes it again, without the rows.
 void dumpDefinitions(const DatabaseSchema& schema, std::ostream& out);

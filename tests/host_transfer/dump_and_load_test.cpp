@@ -19,7 +19,7 @@ using ::testing::StartsWith;
 
 std::string dumpOf(EmbeddedSession& session) {
     std::ostringstream out;
-    dumpDatabase(session, readSchema, out);
+    EXPECT_TRUE(dumpDatabase(session, readSchema, out).empty());
     return out.str();
 }
 
@@ -205,6 +205,25 @@ TEST_F(DumpAndLoad, viewsFunctionsAndFilteredIndexesComeBack) {
     EXPECT_THROW(copy->run("INSERT INTO T VALUES (4, 5, N'd', NULL)"), DatabaseError);
     copy->run("DROP INDEX IX_T ON T");
     EXPECT_EQ(dumpOf(*copy).find("IX_T"), std::string::npos);
+}
+
+TEST_F(DumpAndLoad, aViewWhoseTableIsGoneBecomesAComment) {
+    session_->run("CREATE TABLE T (A int) CREATE TABLE U (A int)");
+    session_->run("CREATE VIEW Gone AS\nSELECT A FROM T");
+    session_->run("CREATE VIEW OfGone AS SELECT A FROM Gone");
+    session_->run("CREATE VIEW Kept AS SELECT A FROM U");
+    session_->run("DROP TABLE T");
+    std::ostringstream out;
+    const std::vector<BrokenView> broken = dumpDatabase(*session_, readSchema, out);
+    ASSERT_EQ(broken.size(), 2U);
+    EXPECT_EQ(broken[0].name, "Gone");
+    EXPECT_EQ(broken[0].reason, "Invalid object name 'T'.");
+    EXPECT_EQ(broken[1].name, "OfGone");
+    EXPECT_THAT(out.str(), HasSubstr("-- This view could not be read any more: Invalid object name 'T'.\n"
+                                     "-- CREATE VIEW Gone AS\n-- SELECT A FROM T\nGO\n"));
+    const auto copy = loaded(out.str());
+    EXPECT_EQ(cell(*copy, "SELECT COUNT(*) FROM sys.views"), "1");
+    EXPECT_EQ(cell(*copy, "SELECT COUNT(*) FROM Kept"), "0");
 }
 
 TEST_F(DumpAndLoad, manyRowsAreDividedIntoStatements) {
