@@ -238,6 +238,14 @@ BoundPtr quoteName(FunctionBinder& f) {
     return result;
 }
 
+BoundPtr parseName(FunctionBinder& f) {
+    BoundPtr name = f.text(0);
+    BoundPtr result =
+        boundCall("t_parsename", SqlType::text(TypeKind::NVarChar, 128), std::move(name), f.as(1, TypeKind::BigInt));
+    result->nullable = true;
+    return result;
+}
+
 // CONCAT: NULL counts as the empty text.
 BoundPtr concat(FunctionBinder& f) {
     if (f.count() < 2) {
@@ -530,6 +538,13 @@ BoundPtr dateFromParts(FunctionBinder& f) {
                      f.as(2, TypeKind::Int));
 }
 
+BoundPtr dateTimeFromParts(FunctionBinder& f) {
+    BoundPtr call = boundCall("t_datetimefromparts", SqlType::of(TypeKind::DateTime), f.as(0, TypeKind::Int));
+    for (std::size_t i = 1; i < f.count(); ++i)
+        call->arguments.push_back(f.as(i, TypeKind::Int));
+    return call;
+}
+
 BoundPtr isNumeric(FunctionBinder& f) {
     BoundPtr value = f.value(0);
     if (value->type.isNumber()) {
@@ -642,6 +657,7 @@ const std::map<std::string, Entry, std::less<>>& functions() {
         {"ascii", {1, 1, codeOf}},
         {"unicode", {1, 1, codeOf}},
         {"quotename", {1, 2, quoteName}},
+        {"parsename", {2, 2, parseName}},
         {"concat", {1, 254, concat}},
         {"isnull", {2, 2, isNull}},
         {"coalesce", {1, 1000, coalesce}},
@@ -683,6 +699,7 @@ const std::map<std::string, Entry, std::less<>>& functions() {
         {"day", {1, 1, partOf<DatePart::Day>}},
         {"eomonth", {1, 2, endOfMonth}},
         {"datefromparts", {3, 3, dateFromParts}},
+        {"datetimefromparts", {7, 7, dateTimeFromParts}},
         {"isnumeric", {1, 1, isNumeric}},
         {"isdate", {1, 1, isDate}},
         {"scope_identity", {0, 0, system<SystemValue::ScopeIdentity>}},

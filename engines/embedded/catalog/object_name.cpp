@@ -1,29 +1,11 @@
 #include "engines/embedded/catalog/object_name.h"
 
+#include "engines/embedded/runtime/name_parts.h"
+
 namespace basalt::embedded {
 
 std::string objectPart(std::string_view name) {
-    std::string part;
-    char open = 0;
-    for (std::size_t i = 0; i < name.size(); ++i) {
-        const char c = name[i];
-        if (open != 0) {
-            const char close = open == '[' ? ']' : '"';
-            if (c != close) {
-                part += c;
-            } else if (i + 1 < name.size() && name[i + 1] == close) {
-                part += name[++i];
-            } else {
-                open = 0;
-            }
-        } else if (c == '[' || c == '"') {
-            open = c;
-        } else if (c == '.') {
-            part.clear();
-        } else {
-            part += c;
-        }
-    }
+    std::string part = nameParts(name).back();
     while (part.ends_with(' '))
         part.pop_back();
     return part;

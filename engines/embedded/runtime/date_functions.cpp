@@ -1,4 +1,6 @@
 // DATEADD, DATEDIFF, DATEPART and their kin. A date part travels as the number of its DatePart.
+#include <array>
+
 #include "ado/value.h"
 #include "engines/embedded/runtime/convert.h"
 #include "engines/embedded/runtime/dates.h"
@@ -8,6 +10,8 @@
 namespace basalt::embedded {
 
 namespace {
+
+constexpr std::int64_t kFirstYearOfDateTime = 1753;
 
 DatePart partAt(const Call& call, int i) {
     return static_cast<DatePart>(call.integer(i));
@@ -29,20 +33,41 @@ void add(Call& call) {
     }
 }
 
-// t_datefromparts(year, month, day)
-void fromParts(Call& call) {
+// The day that these are; an error of the type that is made of it when they are none.
+DateTime dayOf(const Call& call, const char* type) {
     const std::int64_t year = call.integer(0);
     const std::int64_t month = call.integer(1);
     const std::int64_t day = call.integer(2);
-    if (year < 1 || year > 9999 || month < 1 || month > 12 || day < 1 || day > 31) {
-        throwSqlError(289, "Cannot construct data type date, some of the arguments have values which are not valid.");
+    if (year >= 1 && year <= 9999 && month >= 1 && month <= 12 && day >= 1 && day <= 31) {
+        const DateTime result =
+            fromCivil({static_cast<int>(year), static_cast<int>(month), static_cast<int>(day), 0, 0, 0, 0});
+        if (toCivil(result).day == day) return result;
     }
-    const DateTime result =
-        fromCivil({static_cast<int>(year), static_cast<int>(month), static_cast<int>(day), 0, 0, 0, 0});
-    if (toCivil(result).day != day) {
-        throwSqlError(289, "Cannot construct data type date, some of the arguments have values which are not valid.");
+    throwSqlError(289, "Cannot construct data type " + std::string(type) +
+                           ", some of the arguments have values which are not valid.");
+}
+
+// t_datefromparts(year, month, day)
+void fromParts(Call& call) {
+    call.result(dayOf(call, "date").ticks);
+}
+
+// t_datetimefromparts(year, month, day, hour, minute, second, milliseconds)
+void timeFromParts(Call& call) {
+    constexpr std::array<std::int64_t, 4> kLimits = {24, 60, 60, 1000};
+    std::int64_t milliseconds = 0;
+    bool valid = call.integer(0) >= kFirstYearOfDateTime;
+    for (std::size_t i = 0; i < kLimits.size(); ++i) {
+        const std::int64_t part = call.integer(static_cast<int>(i) + 3);
+        valid = valid && part >= 0 && part < kLimits[i];
+        milliseconds = milliseconds * kLimits[i] + part;
     }
-    call.result(result.ticks);
+    if (!valid)
+        throwSqlError(289,
+                      "Cannot construct data type datetime, some of the arguments have values which are not valid.");
+    constexpr std::int64_t kTicksPerMillisecond = 10'000;
+    call.result(roundedTo(dayOf(call, "datetime").ticks + milliseconds * kTicksPerMillisecond,
+                          SqlType::of(TypeKind::DateTime)));
 }
 
 void isDate(Call& call) {
@@ -70,6 +95,7 @@ void addDateFunctions(SqliteDatabase& database) {
     addFunction(database, "t_eomonth", 2,
                 [](Call& call) { call.result(endOfMonth(call.integer(0), call.integer(1))); });
     addFunction(database, "t_datefromparts", 3, fromParts);
+    addFunction(database, "t_datetimefromparts", 7, timeFromParts);
     addFunction(database, "t_isdate", 1, isDate, NullRule::Pass);
 }
 

@@ -9,6 +9,7 @@
 #include "engines/embedded/runtime/decimal_math.h"
 #include "engines/embedded/runtime/function_support.h"
 #include "engines/embedded/runtime/like.h"
+#include "engines/embedded/runtime/name_parts.h"
 #include "engines/embedded/runtime/sql_error.h"
 #include "engines/embedded/runtime/utf16.h"
 
@@ -244,6 +245,20 @@ void codeOf(Call& call) {
     call.result(static_cast<std::int64_t>(code > 0xFFFF ? 0xD7C0 + (code >> 10) : code));
 }
 
+// t_parsename(name, which part from the right)
+void parseName(Call& call) {
+    constexpr std::size_t kMostParts = 4;
+    constexpr std::int64_t kLongestPart = 128;
+    const std::vector<std::string> parts = nameParts(call.text(0));
+    const std::int64_t which = call.integer(1);
+    if (which < 1 || parts.size() > kMostParts || which > static_cast<std::int64_t>(parts.size()))
+        return call.resultNull();
+    const std::string& part = parts[parts.size() - static_cast<std::size_t>(which)];
+    const bool tooLong = std::ranges::any_of(parts, [](const std::string& each) { return units(each) > kLongestPart; });
+    if (tooLong || part.empty()) return call.resultNull();
+    call.result(std::string_view(part));
+}
+
 void quoteName(Call& call) {
     const std::string_view quote = call.count() > 1 ? call.text(1) : "[";
     const std::string_view text = call.text(0);
@@ -442,6 +457,7 @@ void addTextFunctions(SqliteDatabase& database) {
     addFunction(database, "t_char", 2, character);
     addFunction(database, "t_code", 1, codeOf);
     addFunction(database, "t_quotename", -1, quoteName);
+    addFunction(database, "t_parsename", 2, parseName);
     addFunction(database, "t_like", 4, like);
     addFunction(database, "t_isnumeric", 1, isNumeric, NullRule::Pass);
 }
