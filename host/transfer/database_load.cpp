@@ -37,6 +37,8 @@ std::size_t loadScript(Session& session, std::istream& script, const std::string
     for (std::string line; lines.next(line);)
         run(splitter.add(line));
     run(splitter.finish());
+    if (integerAt(rowsOf(session, "SELECT @@TRANCOUNT"), 0, 0) > 1)
+        throw UsageError((name.empty() ? "" : name + ": ") + "the script begins a transaction and does not end it");
     whole.commit();
     return count;
 }

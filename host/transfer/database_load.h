@@ -14,7 +14,7 @@ namespace basalt::host {
 
 // All batches in one transaction; the number of them. After a failure nothing of it is in the database: DatabaseError
 // that names the script, when it has a name, and the batch by its first line, UsageError when the script ended the
-// transaction itself.
+// transaction itself, or has left one open.
 std::size_t loadScript(Session& session, std::istream& script, const std::string& name = {});
 
 }  // namespace basalt::host

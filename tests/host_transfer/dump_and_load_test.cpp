@@ -265,6 +265,20 @@ TEST_F(DumpAndLoad, aScriptMayNotEndTheTransactionThatItRunsIn) {
     EXPECT_TRUE(session_->schema().tables.empty());
 }
 
+TEST_F(DumpAndLoad, aScriptMayNotLeaveATransactionOpen) {
+    std::istringstream script("CREATE TABLE T (ID int)\nGO\nBEGIN TRANSACTION\nGO\nINSERT INTO T VALUES (1)\n");
+    try {
+        loadScript(*session_, script, "shop.sql");
+        FAIL() << "loaded";
+    } catch (const UsageError& error) {
+        EXPECT_STREQ(error.what(), "shop.sql: the script begins a transaction and does not end it");
+    }
+    EXPECT_FALSE(session_->inTransaction());
+    EXPECT_EQ(cell(*session_, "SELECT COUNT(*) FROM sys.tables"), "0");
+    std::istringstream ended("CREATE TABLE T (ID int)\nGO\nBEGIN TRANSACTION\nINSERT INTO T VALUES (1)\nCOMMIT\n");
+    EXPECT_EQ(loadScript(*session_, ended), 2U);
+}
+
 TEST_F(DumpAndLoad, aStreamThatCannotBeWrittenIsAnError) {
     session_->run("CREATE TABLE T (ID int)");
     std::ostringstream out;
