@@ -253,6 +253,7 @@ bool Executor::hasRow(Plan& plan, int code) {
 
 void Executor::afterFailure(const DatabaseError& error) {
     state_.error = error.nativeCode();
+    state_.rowCount = 0;
     const ErrorCategory category = error.category();
     const bool deadly = category == ErrorCategory::Connection || category == ErrorCategory::Corrupt ||
                         category == ErrorCategory::DiskFull;

@@ -12,7 +12,8 @@
 // any error with XACT_ABORT on rolls the transaction back; inside of TRY these leave it to CATCH, but nothing can be
 // written or committed any more until ROLLBACK, and the end of the batch rolls back. In both cases the caller gets the
 // first error of the batch, and the results of the batch are lost with it. Errors that lose the connection or the
-// transaction are thrown at once and pass by every CATCH.
+// transaction are thrown at once and pass by every CATCH; those that RAISERROR gives a severity of 20 or more are of
+// these, as the server would hang up.
 #pragma once
 
 #include <exception>

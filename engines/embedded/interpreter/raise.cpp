@@ -19,36 +19,69 @@ namespace {
 constexpr int kUserError = 50000;
 // RAISERROR takes no lower numbers.
 constexpr int kFirstMessage = 13000;
+// From here on an error ends the connection at the server, and with it the batch and the transaction, TRY or not.
+constexpr int kFirstFatalSeverity = 20;
 
 // Errors that end their statement only; every other ends the batch.
 bool endsStatementOnly(int number) {
     constexpr std::array kNumbers = {
-        201,   // a parameter was not supplied
-        266,   // transactions left open by a procedure, or closed
-        220,   // arithmetic overflow for a small integer type
-        232,   // arithmetic overflow of a float
-        242,   // a date that does not exist, or lies out of range
-        512,   // a subquery with more than one row
-        515,   // NULL into a column that takes none
-        547,   // foreign key or check
-        1222,  // a lock that was not to be had in time
-        2601,  // unique index
-        2627,  // primary key or unique constraint
-        2628,  // a text too long for its column
-        2812,  // no such procedure
-        3701,  // nothing to drop
-        6401,  // no transaction or savepoint of that name
-        3902,  // COMMIT without BEGIN
-        3903,  // ROLLBACK without BEGIN
-        8115,  // arithmetic overflow
-        8134,  // division by zero
-        8143,  // a parameter supplied twice
-        8144,  // too many arguments
-        8145,  // no such parameter
-        8146,  // arguments for a procedure without parameters
-        8152,  // a text too long for its column
-        8162,  // an output asked of a parameter that is none
-        8178,  // a parameter of a text was not supplied
+        127,    // a TOP or FETCH of fewer rows than none
+        201,    // a parameter was not supplied
+        214,    // a parameter of another type than a procedure of the server's takes
+        220,    // arithmetic overflow for a small integer type
+        232,    // arithmetic overflow of a float
+        242,    // a date that does not exist, or lies out of range
+        266,    // transactions left open by a procedure, or closed
+        289,    // parts that make no date
+        506,    // ESCAPE with more than one character
+        512,    // a subquery with more than one row
+        515,    // NULL into a column that takes none
+        517,    // a date that runs over
+        530,    // too deep a recursion
+        535,    // a difference of dates that runs over
+        536,    // a negative length for RIGHT
+        537,    // a negative length for LEFT or SUBSTRING
+        544,    // a number for an identity column
+        545,    // none for it with IDENTITY_INSERT on
+        547,    // foreign key or check
+        628,    // SAVE without BEGIN
+        1031,   // a TOP of more than 100 percent
+        1060,   // a TOP or FETCH of NULL rows
+        1222,   // a lock that was not to be had in time
+        1505,   // rows that are not unique under a new index
+        2501,   // DBCC for no table
+        2560,   // DBCC with a value that means nothing
+        2601,   // unique index
+        2627,   // primary key or unique constraint
+        2628,   // a text too long for its column
+        2732,   // RAISERROR with a number that it does not take
+        2748,   // RAISERROR with a value of a type that it does not take
+        2754,   // RAISERROR with a severity that takes WITH LOG
+        2786,   // RAISERROR with a value of another type than its place in the text
+        2787,   // RAISERROR with a text that says a place wrongly
+        2812,   // no such procedure
+        3623,   // an operation on floats that means nothing
+        3701,   // nothing to drop
+        3705,   // DROP for another kind of object
+        3726,   // DROP of a table that another one refers to
+        3902,   // COMMIT without BEGIN
+        3903,   // ROLLBACK without BEGIN
+        4712,   // TRUNCATE of a table that another one refers to
+        6401,   // no transaction or savepoint of that name
+        7997,   // DBCC for a table without an identity column
+        8106,   // IDENTITY_INSERT for a table without one
+        8107,   // IDENTITY_INSERT for a second table
+        8115,   // arithmetic overflow
+        8134,   // division by zero
+        8143,   // a parameter supplied twice
+        8144,   // too many arguments
+        8145,   // no such parameter
+        8146,   // arguments for a procedure without parameters
+        8152,   // a text too long for its column
+        8162,   // an output asked of a parameter that is none
+        8178,   // a parameter of a text was not supplied
+        10742,  // a negative OFFSET
+        10744,  // a FETCH of no rows
     };
     return std::ranges::find(kNumbers, number) != kNumbers.end();
 }
@@ -60,6 +93,10 @@ bool isUnknownName(int number) {
 }
 
 bool losesTheTransaction(const DatabaseError& error) {
+    if (const auto* raised = dynamic_cast<const RaisedError*>(&error);
+        raised != nullptr && raised->error().severity >= kFirstFatalSeverity) {
+        return true;
+    }
     return error.category() == ErrorCategory::Connection || error.category() == ErrorCategory::Corrupt ||
            error.category() == ErrorCategory::DiskFull;
 }
@@ -140,6 +177,7 @@ bool Interpreter::goesOn(Activation& activation, const ast::Statement& statement
     SessionState& state = executor_.state();
     const auto* raised = dynamic_cast<const RaisedError*>(&error);
     state.error = raised != nullptr ? raised->error().number : lastOf(error).number;
+    state.rowCount = 0;
     const bool dooms = raised != nullptr ? state.abortOnError : executor_.dooms(error);
     // The innermost place decides: a procedure's XACT_ABORT is over when the TRY of its caller hears of the error.
     if (tries_ > 0 && dooms && state.tranCount > 0) state.doomed = true;
@@ -223,6 +261,7 @@ Interpreter::Flow Interpreter::runTryCatch(Activation& activation, const ast::Tr
     } const restore{executor_.state(), executor_.state().caught};
     executor_.state().caught = &caught;
     executor_.state().error = caught.number;
+    executor_.state().rowCount = 0;
     return runStatements(activation, statement.catches);
 }
 
@@ -273,6 +312,7 @@ void Interpreter::raise(Activation& activation, const ast::RaisErrorStatement& s
         executor_.state().rowCount = 0;
         return;
     }
+    if (error.severity >= kFirstFatalSeverity && executor_.inTransaction()) executor_.rollback();
     throw RaisedError(ErrorCategory::Other, "42000", error, false);
 }
 
