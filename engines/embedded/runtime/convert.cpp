@@ -372,10 +372,9 @@ Value toDate(const Value& value, const SqlType& from, const SqlType& to, int sty
         if (from.kind != TypeKind::Time && to.kind == TypeKind::Time) ticks %= kTicksPerDay;
     } else if (const auto* text = std::get_if<std::string>(&value)) {
         bool outOfRange = false;
-        const std::optional<std::int64_t> parsed = parseDate(*text, style, &outOfRange);
-        if (!parsed && outOfRange && (to.kind == TypeKind::DateTime || to.kind == TypeKind::SmallDateTime)) {
-            outOfRangeOf(from, to);
-        }
+        const bool older = to.kind == TypeKind::DateTime || to.kind == TypeKind::SmallDateTime;
+        const std::optional<std::int64_t> parsed = parseDate(*text, style, &outOfRange, older ? 3 : 7);
+        if (!parsed && outOfRange && older) outOfRangeOf(from, to);
         if (!parsed) {
             throwSqlError(error::kDateConversion,
                           "Conversion failed when converting date and/or time from character string.");

@@ -123,7 +123,8 @@ std::optional<std::vector<Part>> split(std::string_view text) {
 
 class DateReader {
 public:
-    DateReader(std::vector<Part> parts, int style) : parts_(std::move(parts)), style_(style % 100) {}
+    DateReader(std::vector<Part> parts, int style, int fractionDigits)
+        : parts_(std::move(parts)), style_(style % 100), fractionDigits_(fractionDigits) {}
 
     std::optional<std::int64_t> read() {
         std::int64_t day = kDateTimeZero;
@@ -251,13 +252,12 @@ private:
             if (isSign(at_, '.') || isSign(at_, ':')) {
                 if (!isNumber(at_ + 1)) return std::nullopt;
                 const Part& digits = parts_[at_ + 1];
+                // Behind a colon stand milliseconds.
                 const bool decimal = isSign(at_, '.');
+                if (digits.digits > (decimal ? fractionDigits_ : 3)) return std::nullopt;
                 fraction = digits.number;
-                int count = decimal ? digits.digits : 3;
-                for (; count < 7; ++count)
+                for (int count = decimal ? digits.digits : 3; count < 7; ++count)
                     fraction *= 10;
-                for (; count > 7; --count)
-                    fraction /= 10;
                 at_ += 2;
             }
         }
@@ -275,6 +275,7 @@ private:
     std::vector<Part> parts_;
     std::size_t at_ = 0;
     int style_;
+    int fractionDigits_;
     bool outOfRange_ = false;
 };
 
@@ -460,7 +461,7 @@ std::int64_t roundedTo(std::int64_t ticks, const SqlType& type) {
     return ticks;
 }
 
-std::optional<std::int64_t> parseDate(std::string_view text, int style, bool* outOfRange) {
+std::optional<std::int64_t> parseDate(std::string_view text, int style, bool* outOfRange, int fractionDigits) {
     if (style == 130 || style == 131) {
         throwSqlError(40517, "CONVERT from a text with style " + std::to_string(style) +
                                  " (Hijri) is not supported in this database.");
@@ -472,7 +473,7 @@ std::optional<std::int64_t> parseDate(std::string_view text, int style, bool* ou
     if (text.empty()) return kDateTimeZero;
     std::optional<std::vector<Part>> parts = split(text);
     if (!parts) return std::nullopt;
-    DateReader reader(std::move(*parts), style);
+    DateReader reader(std::move(*parts), style, fractionDigits);
     const std::optional<std::int64_t> ticks = reader.read();
     if (outOfRange != nullptr) *outOfRange = reader.isOutOfRange();
     return ticks;

@@ -48,8 +48,10 @@ enum class DatePart : std::uint8_t {
 [[nodiscard]] std::int64_t roundedTo(std::int64_t ticks, const SqlType& type);
 
 // Reads the customary ways to write a date or a time; `style` is CONVERT's, 0 for any. nullopt when it is none.
-// `outOfRange` tells a text that reads as a date which does not exist from one that is no date at all.
-[[nodiscard]] std::optional<std::int64_t> parseDate(std::string_view text, int style, bool* outOfRange = nullptr);
+// `outOfRange` tells a text that reads as a date which does not exist from one that is no date at all;
+// `fractionDigits` is how many digits may stand behind the seconds.
+[[nodiscard]] std::optional<std::int64_t> parseDate(std::string_view text, int style, bool* outOfRange = nullptr,
+                                                    int fractionDigits = 7);
 // Writes by CONVERT's style. Throws DatabaseError 281 for a style that does not exist.
 [[nodiscard]] std::string formatDate(std::int64_t ticks, const SqlType& type, int style);
 

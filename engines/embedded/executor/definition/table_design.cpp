@@ -205,6 +205,10 @@ Table TableDesign::shape() const {
 void TableDesign::add(const ast::TableDefinition& definition, const LiteralTable& literals, Binder& binder) {
     for (const ast::ColumnDefinition& column : definition.columns)
         addColumn(column, literals, binder);
+    // Only now, because one may stand in front of the columns that it reads.
+    for (const ast::ColumnDefinition& column : definition.columns) {
+        if (column.computed != nullptr) typeComputed(column, binder);
+    }
     for (const ast::Constraint& constraint : definition.constraints)
         addConstraint(constraint, {}, literals, binder);
 }
@@ -220,22 +224,8 @@ void TableDesign::addColumn(const ast::ColumnDefinition& column, const LiteralTa
     design.name = column.name.text;
     if (column.computed != nullptr) {
         design.computedText = print(*column.computed, literals);
-        const Table so = shape();
-        withExpression(binder.catalog(), design.computedText, false, [&](Binder& inner, const ast::Expression& e) {
-            const BoundPtr value = boundOver(inner, so, e);
-            refuseQuery(*value);
-            for (const DesignColumn& other : columns) {
-                if (other.computedText.empty() || !reads(*value, sqlQuoted(other.name))) continue;
-                binder.fail(1759,
-                            "Computed column '" + other.name + "' in table '" + name +
-                                "' is not allowed to be used in another computed-column definition.",
-                            column.range);
-            }
-            if (value->order != TextOrder::Database) {
-                binder.unsupported("a column with another collation than the database's", column.range);
-            }
-            design.type = value->type;
-        });
+        // Until the other columns are there. No other computed column may read it.
+        design.type = SqlType::of(TypeKind::Int);
         columns.push_back(std::move(design));
         return;
     }
@@ -270,6 +260,28 @@ void TableDesign::addColumn(const ast::ColumnDefinition& column, const LiteralTa
     columns.push_back(std::move(design));
     for (const ast::Constraint& constraint : column.constraints)
         addConstraint(constraint, column.name.text, literals, binder);
+}
+
+void TableDesign::typeComputed(const ast::ColumnDefinition& column, Binder& binder) {
+    const Table table = shape();
+    // Where it is written, so that an error tells its place there.
+    static_cast<void>(boundOver(binder, table, *column.computed));
+    DesignColumn& design = *find(column.name.text);
+    withExpression(binder.catalog(), design.computedText, false, [&](Binder& inner, const ast::Expression& e) {
+        const BoundPtr value = boundOver(inner, table, e);
+        refuseQuery(*value);
+        for (const DesignColumn& other : columns) {
+            if (other.computedText.empty() || !reads(*value, sqlQuoted(other.name))) continue;
+            binder.fail(1759,
+                        "Computed column '" + other.name + "' in table '" + name +
+                            "' is not allowed to be used in another computed-column definition.",
+                        column.range);
+        }
+        if (value->order != TextOrder::Database) {
+            binder.unsupported("a column with another collation than the database's", column.range);
+        }
+        design.type = value->type;
+    });
 }
 
 void TableDesign::requireIdentityType(const DesignColumn& column, Binder& binder, SourceRange range) {

@@ -60,9 +60,6 @@ public:
     // From the tree. `binder` gives types their meaning and errors their place; references are looked up in its
     // catalog.
     void add(const ast::TableDefinition& definition, const LiteralTable& literals, Binder& binder);
-    void addColumn(const ast::ColumnDefinition& column, const LiteralTable& literals, Binder& binder);
-    void addConstraint(const ast::Constraint& constraint, const std::string& column, const LiteralTable& literals,
-                       Binder& binder);
     // Throws 2749 for a type that cannot count.
     static void requireIdentityType(const DesignColumn& column, Binder& binder, SourceRange range);
     // From the database.
@@ -76,6 +73,11 @@ public:
     [[nodiscard]] DesignColumn* find(std::string_view column);
 
 private:
+    // A computed one has no type yet.
+    void addColumn(const ast::ColumnDefinition& column, const LiteralTable& literals, Binder& binder);
+    void typeComputed(const ast::ColumnDefinition& column, Binder& binder);
+    void addConstraint(const ast::Constraint& constraint, const std::string& column, const LiteralTable& literals,
+                       Binder& binder);
     [[nodiscard]] bool hasConstraint(std::string_view wanted) const;
     // "CK__CostLevel__Price__1A2B3C4D", as the server names constraints that are given no name; the same one each time
     // that the same table is made.
