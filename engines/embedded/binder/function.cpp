@@ -29,10 +29,13 @@ BoundPtr FunctionBinder::as(std::size_t i, TypeKind kind) {
 }
 
 BoundPtr FunctionBinder::text(std::size_t i) {
-    BoundPtr result = value(i);
-    if (result->type.isText()) return result;
-    const SqlType type = SqlType::text(TypeKind::VarChar, result->type.isBinary() ? kMaxLength : 8000);
-    return binder_.cast(std::move(result), type);
+    return asText(value(i));
+}
+
+BoundPtr FunctionBinder::asText(BoundPtr value) {
+    if (value->type.isText()) return value;
+    const SqlType type = SqlType::text(TypeKind::VarChar, value->type.isBinary() ? kMaxLength : 8000);
+    return binder_.cast(std::move(value), type);
 }
 
 DatePart FunctionBinder::datePart(std::size_t i) {
@@ -104,9 +107,13 @@ SqlType varying(SqlType type) {
 }
 
 BoundPtr len(FunctionBinder& f) {
-    BoundPtr text = f.text(0);
-    const TypeKind kind = text->type.length == kMaxLength ? TypeKind::BigInt : TypeKind::Int;
-    return boundCall("t_len", SqlType::of(kind), std::move(text));
+    BoundPtr value = f.value(0);
+    const SqlType from = value->type;
+    if (!from.isBinary()) value = f.asText(std::move(value));
+    const SqlType type = SqlType::of(value->type.length == kMaxLength ? TypeKind::BigInt : TypeKind::Int);
+    // Of bytes all count, those that would be blanks in a text too.
+    return from.isBinary() ? boundCall("t_datalength", type, std::move(value), boundTypeCode(from))
+                           : boundCall("t_len", type, std::move(value));
 }
 
 BoundPtr dataLength(FunctionBinder& f) {
@@ -123,10 +130,13 @@ BoundPtr edge(FunctionBinder& f) {
 }
 
 BoundPtr substring(FunctionBinder& f) {
-    BoundPtr text = f.text(0);
-    const SqlType type = varying(text->type);
+    BoundPtr value = f.value(0);
+    const bool binary = value->type.isBinary();
+    if (!binary) value = f.asText(std::move(value));
+    const SqlType type = binary ? SqlType::text(TypeKind::VarBinary, value->type.length) : varying(value->type);
     BoundPtr start = f.as(1, TypeKind::BigInt);
-    return boundCall("t_substring", type, std::move(text), std::move(start), f.as(2, TypeKind::BigInt));
+    return boundCall(binary ? "t_substring_b" : "t_substring", type, std::move(value), std::move(start),
+                     f.as(2, TypeKind::BigInt));
 }
 
 BoundPtr orderCode(TextOrder order) {
@@ -149,9 +159,28 @@ BoundPtr replace(FunctionBinder& f) {
     return unbounded ? std::move(replaced) : boundCut(std::move(replaced));
 }
 
+// CHARINDEX in a binary value.
+BoundPtr byteIndex(FunctionBinder& f, BoundPtr needle, BoundPtr bytes) {
+    // The server would read the bytes as UTF-16.
+    if (needle->type.isUnicode()) f.binder().unsupported("CHARINDEX of a Unicode text in a binary value", f.range());
+    bool folds = false;
+    if (!needle->type.isBinary()) {
+        needle = f.asText(std::move(needle));
+        const TextOrder order = f.binder().orderOf({needle.get()}, f.range());
+        folds = order == TextOrder::Database || order == TextOrder::Letters;
+        needle = f.binder().cast(std::move(needle), SqlType::text(TypeKind::VarBinary, kMaxLength));
+    }
+    BoundPtr start = f.count() == 2 ? boundInteger(1) : f.as(2, TypeKind::BigInt);
+    return boundCall("t_charindex_b", integerType(), std::move(needle), std::move(bytes), std::move(start),
+                     boundInteger(folds ? 1 : 0));
+}
+
 BoundPtr charIndex(FunctionBinder& f) {
-    BoundPtr needle = f.text(0);
-    BoundPtr text = f.text(1);
+    BoundPtr needle = f.value(0);
+    BoundPtr text = f.value(1);
+    if (text->type.isBinary()) return byteIndex(f, std::move(needle), std::move(text));
+    needle = f.asText(std::move(needle));
+    text = f.asText(std::move(text));
     const TextOrder order = f.binder().orderOf({needle.get(), text.get()}, f.range());
     if (order != TextOrder::Database) {
         BoundPtr start = f.count() == 2 ? boundInteger(1) : f.as(2, TypeKind::BigInt);
@@ -164,7 +193,9 @@ BoundPtr charIndex(FunctionBinder& f) {
 
 BoundPtr patIndex(FunctionBinder& f) {
     BoundPtr pattern = f.text(0);
-    BoundPtr text = f.text(1);
+    BoundPtr text = f.value(1);
+    if (text->type.isBinary()) f.refuse(1, text->type);
+    text = f.asText(std::move(text));
     const TextOrder order = f.binder().orderOf({pattern.get(), text.get()}, f.range());
     if (order == TextOrder::Database)
         return boundCall("t_patindex", integerType(), std::move(pattern), std::move(text));
@@ -172,7 +203,9 @@ BoundPtr patIndex(FunctionBinder& f) {
 }
 
 BoundPtr stuff(FunctionBinder& f) {
-    BoundPtr text = f.text(0);
+    BoundPtr text = f.value(0);
+    if (text->type.isBinary()) f.binder().unsupported("STUFF of a binary value", f.range());
+    text = f.asText(std::move(text));
     BoundPtr start = f.as(1, TypeKind::BigInt);
     BoundPtr count = f.as(2, TypeKind::BigInt);
     BoundPtr insert = f.text(3);

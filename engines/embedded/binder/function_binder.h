@@ -21,6 +21,7 @@ public:
     [[nodiscard]] BoundPtr value(std::size_t i);              // at its own type
     [[nodiscard]] BoundPtr as(std::size_t i, TypeKind kind);  // converted
     [[nodiscard]] BoundPtr text(std::size_t i);               // any text type; others are converted
+    [[nodiscard]] BoundPtr asText(BoundPtr value);            // the same for one that is bound already
     [[nodiscard]] BoundPtr date(std::size_t i);               // any date type; others are converted
     [[nodiscard]] DatePart datePart(std::size_t i);
     // 9810 for a part that the type has not: a day of a time, an hour of a date.

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "engines/embedded/runtime/collation.h"
+#include "engines/embedded/runtime/sql_error.h"
 #include "engines/embedded/runtime/steps.h"
 #include "engines/embedded/runtime/text_pieces.h"
 
@@ -58,6 +59,10 @@ void requireRoom(std::size_t bytes) {
     throw tooLarge();
 }
 
+void refuseLength() {
+    throwSqlError(537, "Invalid length parameter passed to the LEFT or SUBSTRING function.");
+}
+
 void addRuntime(SqliteDatabase& database) {
     addCollation<TextOrder::Database>(database);
     addCollation<TextOrder::Case>(database);
@@ -67,6 +72,7 @@ void addRuntime(SqliteDatabase& database) {
     addConversionFunctions(database);
     addArithmeticFunctions(database);
     addTextFunctions(database);
+    addBinaryFunctions(database);
     addMathFunctions(database);
     addDateFunctions(database);
     addAggregateFunctions(database);

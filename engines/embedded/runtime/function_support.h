@@ -71,6 +71,8 @@ void addFunction(SqliteDatabase& database, const char* name, int count, ScalarFu
 
 // Throws DatabaseError Limit for a value of more bytes than one may have; asked before it is built.
 void requireRoom(std::size_t bytes);
+// Throws DatabaseError 537, of a negative length for LEFT or SUBSTRING.
+[[noreturn]] void refuseLength();
 
 // Runs `body` and passes what it throws through SQLite.
 template <typename Body>
@@ -90,6 +92,7 @@ void guarded(sqlite3_context* context, SqliteDatabase& database, Body body) noex
 void addConversionFunctions(SqliteDatabase& database);
 void addArithmeticFunctions(SqliteDatabase& database);
 void addTextFunctions(SqliteDatabase& database);
+void addBinaryFunctions(SqliteDatabase& database);
 void addMathFunctions(SqliteDatabase& database);
 void addDateFunctions(SqliteDatabase& database);
 void addAggregateFunctions(SqliteDatabase& database);

@@ -20,19 +20,6 @@ namespace {
 // Texts that REPLICATE and SPACE may build at most: those of the bounded types.
 constexpr std::int64_t kLongestBounded = 8000;
 
-// t_join_bytes(a, b, the longest result)
-void joinBytes(Call& call) {
-    const SqlType type = SqlType::text(TypeKind::VarBinary, kMaxLength);
-    Bytes joined = std::get<Bytes>(call.value(0, type));
-    const Bytes more = std::get<Bytes>(call.value(1, type));
-    requireRoom(joined.size() + more.size());
-    joined.insert(joined.end(), more.begin(), more.end());
-    const std::int64_t longest = call.integer(2);
-    if (longest >= 0 && joined.size() > static_cast<std::size_t>(longest))
-        joined.resize(static_cast<std::size_t>(longest));
-    call.result(Value(std::move(joined)));
-}
-
 std::string_view rightTrimmed(std::string_view text) {
     while (!text.empty() && text.back() == ' ')
         text.remove_suffix(1);
@@ -47,10 +34,6 @@ std::string_view leftTrimmed(std::string_view text) {
 
 std::int64_t units(std::string_view text) {
     return static_cast<std::int64_t>(utf16Length(text));
-}
-
-[[noreturn]] void invalidLength() {
-    throwSqlError(537, "Invalid length parameter passed to the LEFT or SUBSTRING function.");
 }
 
 // The byte offset of `needle` in `text` from `from` on by the rules of comparison, npos when it is not there.
@@ -87,7 +70,7 @@ void length(Call& call) {
 }
 
 void left(Call& call) {
-    if (call.integer(1) < 0) invalidLength();
+    if (call.integer(1) < 0) refuseLength();
     call.result(utf16Substring(call.text(0), 0, call.integer(1)));
 }
 
@@ -107,7 +90,7 @@ void right(Call& call) {
 }
 
 void substring(Call& call) {
-    if (call.integer(2) < 0) invalidLength();
+    if (call.integer(2) < 0) refuseLength();
     call.result(utf16Substring(call.text(0), call.integer(1) - 1, call.integer(2)));
 }
 
@@ -429,7 +412,6 @@ void textOfXml(Call& call) {
 void addTextFunctions(SqliteDatabase& database) {
     addFunction(database, "t_xml", 1, escapeXml);
     addFunction(database, "t_xml_text", 2, textOfXml);
-    addFunction(database, "t_join_bytes", 3, joinBytes);
     addFunction(database, "t_len", 1, length);
     addFunction(database, "t_datalength", 2, dataLength);
     addFunction(database, "t_upper", 1, [](Call& call) { call.result(std::string_view(upperCase(call.text(0)))); });
