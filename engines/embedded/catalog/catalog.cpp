@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "ado/names.h"
+#include "engines/embedded/catalog/null_guard.h"
 #include "engines/embedded/catalog/object_name.h"
 #include "engines/embedded/runtime/sql_error.h"
 
@@ -193,10 +194,11 @@ void Catalog::readDetails(Table& table) {
     while (indexes.step()) {
         Index index;
         const std::string internalName = indexes.textAt(0);
-        if (internalName.starts_with("basalt_null_")) continue;
+        if (isNullGuard(internalName)) continue;
         index.name = indexes.textAt(1) == "c" ? shownIndexName(table.name, internalName) : internalName;
         index.primary = indexes.textAt(1) == "pk";
         index.constraint = indexes.textAt(1) != "c";
+        index.filtered = indexes.integerAt(2) != 0;
         SqliteStatement columns =
             database_.prepare("SELECT name, \"desc\" FROM pragma_index_xinfo(" + sqlText(internalName) + ", " +
                               schemaText + ") WHERE key ORDER BY seqno");

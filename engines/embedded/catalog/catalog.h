@@ -43,6 +43,7 @@ struct Index {
     std::string name;         // of the constraint or index, as T-SQL knows it
     bool constraint = false;  // made by PRIMARY KEY or UNIQUE
     bool primary = false;
+    bool filtered = false;  // it holds some of the rows only
     std::vector<std::string> columns;
     std::vector<bool> descending;  // for each of them
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ado/names.h"
+#include "engines/embedded/catalog/null_guard.h"
 #include "engines/embedded/catalog/object_name.h"
 #include "engines/embedded/runtime/sql_error.h"
 
@@ -45,24 +46,43 @@ std::vector<std::string> columnsOf(const std::string& detail, const std::string&
     return columns;
 }
 
-DatabaseError duplicate(const Table* table, const std::string& tableName, const std::string& detail) {
-    const Index* found = nullptr;
-    // Indexes that keep NULLs single are named "basalt_null_<n>_<name of the constraint or index>".
-    if (const std::size_t at = detail.find("basalt_null_"); at != std::string::npos && table != nullptr) {
-        const std::size_t name = detail.find('_', at + 12);
-        std::string shown = detail.substr(name + 1);
-        while (!shown.empty() && shown.back() == '\'')
-            shown.pop_back();
-        for (const Index& index : table->uniques) {
-            if (sameName(index.name, shown)) found = &index;
-        }
-    } else if (table != nullptr) {
-        const std::vector<std::string> columns = columnsOf(detail, table->name);
-        for (const Index& index : table->uniques) {
-            if (std::equal(index.columns.begin(), index.columns.end(), columns.begin(), columns.end(), sameName))
-                found = &index;
-        }
+// What SQLite puts between single quotes.
+std::string unquoted(std::string_view text) {
+    std::string result;
+    for (std::size_t i = 1; i + 1 < text.size(); ++i) {
+        result += text[i];
+        if (text[i] == '\'' && text[i + 1] == '\'') ++i;
     }
+    return result;
+}
+
+const Index* duplicatedIn(const Table& table, const std::string& detail) {
+    const auto last = [&](const auto& fits) {
+        const auto found = std::ranges::find_if(table.uniques.rbegin(), table.uniques.rend(), fits);
+        return found == table.uniques.rend() ? nullptr : &*found;
+    };
+    // SQLite names an index over expressions, and of any other the columns.
+    constexpr std::string_view named = "index ";
+    const std::string guard = detail.starts_with(named) ? unquoted(detail.substr(named.size())) : std::string();
+    if (isNullGuard(guard)) {
+        const std::string name = guardedIndex(table.name, guard);
+        return last([&](const Index& index) { return sameName(index.name, name); });
+    }
+    const std::vector<std::string> columns = columnsOf(detail, table.name);
+    const auto isOver = [&](const Index& index) { return std::ranges::equal(index.columns, columns, sameName); };
+    // What two filtered by different conditions would both refuse cannot be told apart.
+    if (const Index* found = last([&](const Index& index) { return !index.filtered && isOver(index); })) return found;
+    if (const Index* found = last(isOver)) return found;
+    // In files of former versions a guard holds those columns only that are not NULL.
+    return last([&](const Index& index) {
+        return !index.primary && std::ranges::all_of(columns, [&](const std::string& column) {
+            return std::ranges::any_of(index.columns, [&](const std::string& each) { return sameName(each, column); });
+        });
+    });
+}
+
+DatabaseError duplicate(const Table* table, const std::string& tableName, const std::string& detail) {
+    const Index* found = table == nullptr ? nullptr : duplicatedIn(*table, detail);
     const std::string object = "object 'dbo." + std::string(shownTable(tableName)) + "'";
     if (found != nullptr && !found->constraint) {
         return sqlError(error::kDuplicateInIndex,
@@ -118,6 +138,13 @@ DatabaseError foreignKey(Catalog& catalog, const Table* table, const Plan& plan)
 
 bool sameTable(std::string_view a, std::string_view b) {
     return sameName(a, b);
+}
+
+void throwDuplicatesUnder(std::string_view table, std::string_view index) {
+    throwSqlError(1505,
+                  "The CREATE UNIQUE INDEX statement terminated because a duplicate key was found for the object name "
+                  "'dbo." +
+                      std::string(table) + "' and the index name '" + std::string(index) + "'.");
 }
 
 DatabaseError constraintError(SqliteDatabase& database, Catalog& catalog, const Plan& plan, int code) {

@@ -87,12 +87,6 @@ bool dropConstraint(TableDesign& design, std::string_view name) {
     return false;
 }
 
-bool exists(SqliteDatabase& database, const Table& table, const std::string& index) {
-    SqliteStatement find = database.prepare("SELECT 1 FROM " + table.schemaName() + ".sqlite_schema WHERE name = ?1");
-    find.bind(1, std::string_view(index));
-    return find.step();
-}
-
 // While it lives, references are not looked at: rows that refer to the table miss it for a moment only, and must not
 // follow it.
 class References {
@@ -160,11 +154,7 @@ void fill(const std::string& table, SqliteStatement insert, SqliteDatabase& data
     std::string message = error.what();
     if (error.nativeCode() == error::kDuplicateKey) {
         const std::size_t begin = message.find('\'') + 1;
-        throwSqlError(1505,
-                      "The CREATE UNIQUE INDEX statement terminated because a duplicate key was found for the object "
-                      "name 'dbo." +
-                          table + "' and the index name '" + message.substr(begin, message.find('\'', begin) - begin) +
-                          "'.");
+        throwDuplicatesUnder(table, message.substr(begin, message.find('\'', begin) - begin));
     }
     if (error.nativeCode() == error::kConstraintConflict) message.replace(0, 10, "The ALTER TABLE");
     throwSqlError(error.nativeCode(), message);
@@ -196,11 +186,8 @@ void rebuild(const Table& before, const TableDesign& after, SqliteDatabase& data
     bind(insert, writer.takeSlots());
     fill(before.name, std::move(insert), database, catalog);
     database.execute("DROP TABLE temp.basalt_rebuild");
-    for (const StoredIndex& index : indexes) {
-        if (!exists(database, before, index.name)) database.execute(index.sql.c_str());
-        if (!index.condition.empty()) keepIndexCondition(database, before, index.name, index.condition);
-        keepIncludedColumns(database, before, index.name, index.included);
-    }
+    for (const Table filled = catalog.requireTable(before.name); const StoredIndex& index : indexes)
+        create(index, filled, database, catalog);
     catalog.invalidate();
     if (!before.temporary) {
         settleTextSearch(database, catalog.requireTable(before.name), includedColumns(database, before));

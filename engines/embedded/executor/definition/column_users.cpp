@@ -32,8 +32,6 @@ bool isUnchangedOrLonger(const SqlType& before, const SqlType& after) {
 
 void ColumnUsers::each(std::string_view column, const Visit& visit) const {
     for (const StoredIndex& index : indexesOf(table_, database_)) {
-        // What keeps NULL single belongs to an index that is here too.
-        if (keepsNullSingle(index)) continue;
         const std::string shown = shownIndexName(table_.name, index.name);
         if (reads(index.condition, true, column)) {
             visit(Kind::IndexCondition, shown);

@@ -4,7 +4,7 @@
 #include "ado/names.h"
 #include "engines/embedded/catalog/included_columns.h"
 #include "engines/embedded/catalog/text_search.h"
-#include "engines/embedded/executor/definition/schema_reader.h"
+#include "engines/embedded/executor/definition/stored_index.h"
 #include "engines/embedded/executor/definition/table_design.h"
 #include "engines/embedded/executor/executor.h"
 #include "engines/embedded/executor/statement_guard.h"
@@ -188,25 +188,18 @@ void Executor::createIndex(const ast::Batch& batch, const ast::CreateIndexStatem
                              batch.text, statement.name.range);
     }
     taken.reset();
-    std::string sql = std::string("CREATE ") + (statement.unique ? "UNIQUE " : "") + "INDEX " +
-                      (table.temporary ? "temp." : "main.") + sqlQuoted(stored) + " ON " + sqlQuoted(table.name) + "(" +
-                      columns + ")";
-    const std::string condition = statement.where != nullptr ? print(*statement.where, batch.literals) : std::string();
-    if (!condition.empty()) sql += " WHERE " + storedCondition(catalog_, table, condition, true);
-    const int code = sqlite3_exec(database_.handle(), sql.c_str(), nullptr, nullptr, nullptr);
-    if ((code & 0xFF) == SQLITE_CONSTRAINT) {
-        throwSqlError(
-            1505,
-            "The CREATE UNIQUE INDEX statement terminated because a duplicate key was found for the object name 'dbo." +
-                table.name + "' and the index name '" + statement.name.text + "'.");
+    StoredIndex index{stored, {}, statement.unique, names, {}, included};
+    index.sql = std::string("CREATE ") + (statement.unique ? "UNIQUE " : "") + "INDEX " +
+                (table.temporary ? "temp." : "main.") + sqlQuoted(stored) + " ON " + sqlQuoted(table.name) + "(" +
+                columns + ")";
+    if (statement.where != nullptr) {
+        index.condition = print(*statement.where, batch.literals);
+        index.sql += " WHERE " + storedCondition(catalog_, table, index.condition, true);
     }
-    if (code != SQLITE_OK) throw database_.failure(code);
-    if (!condition.empty()) keepIndexCondition(database_, table, stored, condition);
-    keepIncludedColumns(database_, table, stored, included);
+    create(index, table, database_, catalog_);
     if (!included.empty() && !table.temporary) {
         settleTextSearch(database_, table, includedColumns(database_, table));
     }
-    if (statement.unique && statement.where == nullptr) createNullGuards(database_, table, statement.name.text, names);
 }
 
 void Executor::createView(const ast::Batch& batch, const ast::CreateViewStatement& statement,

@@ -5,6 +5,7 @@
 
 #include "ado/names.h"
 #include "engines/embedded/catalog/included_columns.h"
+#include "engines/embedded/catalog/null_guard.h"
 #include "engines/embedded/catalog/text_search.h"
 #include "engines/embedded/executor/definition/schema_reader.h"
 #include "engines/embedded/executor/definition/table_design.h"
@@ -114,8 +115,8 @@ void Executor::drop(const ast::Batch& batch, const ast::DropStatement& statement
                     std::vector<std::string> names;
                     while (find.step()) {
                         const std::string stored = find.textAt(0);
-                        const bool guard = stored.starts_with("basalt_null_");
-                        if (guard && !sameName(stored.substr(stored.find('_', 12) + 1), name)) continue;
+                        const bool guard = isNullGuard(stored);
+                        if (guard && !sameName(guardedIndex(table->name, stored), name)) continue;
                         dropped = dropped || !guard;
                         names.push_back(stored);
                     }

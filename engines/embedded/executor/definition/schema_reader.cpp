@@ -4,6 +4,7 @@
 
 #include "ado/names.h"
 #include "engines/embedded/catalog/included_columns.h"
+#include "engines/embedded/catalog/null_guard.h"
 #include "engines/embedded/executor/definition/table_design.h"
 
 namespace basalt::embedded {
@@ -45,7 +46,7 @@ void readIndexes(SqliteDatabase& database, const Table& table, TableSchema& sche
                                             ") WHERE origin = 'c' ORDER BY name");
     while (list.step()) {
         const std::string stored = list.textAt(0);
-        if (stored.starts_with("basalt_null_")) continue;
+        if (isNullGuard(stored)) continue;
         IndexSchema index{shownIndexName(table.name, stored), list.integerAt(1) != 0, indexColumns(database, stored),
                           indexCondition(database, table, stored), includedColumns(database, table, stored)};
         if (!index.unique) index.columns.resize(index.columns.size() - index.included.size());

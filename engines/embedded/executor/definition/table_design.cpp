@@ -5,6 +5,7 @@
 
 #include "ado/names.h"
 #include "engines/embedded/catalog/data_type.h"
+#include "engines/embedded/executor/definition/stored_index.h"
 #include "engines/embedded/generator/sql_writer.h"
 #include "engines/embedded/parser/parser.h"
 #include "engines/embedded/printer/printer.h"
@@ -580,7 +581,7 @@ void TableDesign::create(SqliteDatabase& database, Catalog& catalog) const {
     for (const DesignKey& each : keys) {
         const std::vector<std::string> names = namesOf(each.columns);
         constraint(each.name, each.primary ? "PK" : "UQ", joined(names));
-        if (!each.primary) createNullGuards(database, table, each.name, names);
+        if (!each.primary) createNullGuard(table, each.name, names, {}, database);
     }
     for (const DesignForeignKey& each : foreignKeys)
         constraint(each.name, "F", foldName(each.table) + "," + joined(each.columns));
@@ -594,36 +595,6 @@ void TableDesign::forget(const std::string& table, bool temporary, SqliteDatabas
                                                   system + " WHERE table_name = ?1");
         remove.bind(1, std::string_view(foldName(table)));
         remove.run();
-    }
-}
-
-void createNullGuards(SqliteDatabase& database, const Table& table, const std::string& indexName,
-                      const std::vector<std::string>& columns) {
-    std::vector<std::string> nullable;
-    for (const std::string& column : columns) {
-        const int position = table.find(column);
-        if (position >= 0 && table.columns[static_cast<std::size_t>(position)].nullable) nullable.push_back(column);
-    }
-    // One index for each set of columns that may be NULL together; beyond a few columns only the set of all.
-    constexpr std::size_t most = 4;
-    const std::size_t sets = std::size_t{1} << std::min(nullable.size(), most);
-    for (std::size_t set = 1; set < sets; ++set) {
-        std::string where;
-        std::string indexed;
-        for (const std::string& column : columns) {
-            const auto found = std::find(nullable.begin(), nullable.end(), column);
-            const auto bit = static_cast<std::size_t>(found - nullable.begin());
-            if (found != nullable.end() && bit < most && (set >> bit & 1U) != 0) {
-                where += (where.empty() ? "" : " AND ") + sqlQuoted(column) + " IS NULL";
-            } else {
-                indexed += (indexed.empty() ? "" : ", ") + sqlQuoted(column);
-            }
-        }
-        if (indexed.empty()) indexed = sqlQuoted(nullable[0]) + " IS NULL";
-        std::string sql = table.temporary ? "CREATE UNIQUE INDEX temp." : "CREATE UNIQUE INDEX main.";
-        sql += sqlQuoted(std::string("basalt_null_").append(std::to_string(set)).append("_").append(indexName));
-        sql.append(" ON ").append(sqlQuoted(table.name)).append("(").append(indexed).append(") WHERE ").append(where);
-        database.execute(sql.c_str());
     }
 }
 

@@ -87,11 +87,6 @@ private:
     [[nodiscard]] bool isNullable(std::string_view column) const;
 };
 
-// Statements that keep NULL single in a unique index over nullable columns: SQLite holds NULLs apart, SQL Server does
-// not.
-void createNullGuards(SqliteDatabase& database, const Table& table, const std::string& indexName,
-                      const std::vector<std::string>& columns);
-
 // Throws 1919 for a type whose values are too long for a key.
 void requireKeyType(std::string_view table, std::string_view column, const SqlType& type);
 
