@@ -138,8 +138,10 @@ LastError lastOf(const DatabaseError& error) {
         }
         case 3728:  // no such constraint
             return {3727, "Could not drop constraint. See previous errors."};
+        case 1753:  // a reference to another length or scale
         case 1767:  // a reference to no table
         case 1776:  // a reference to no key
+        case 1778:  // a reference to another type
         case 1779:  // a second primary key
         case 1781:  // a second default
         case 8111:  // a primary key over what takes NULL

@@ -117,6 +117,25 @@ void requireConstant(Catalog& catalog, const std::string& text) {
     }
 }
 
+// Columns that refer to each other hold the same values in the same form.
+void requireSameTypes(const DesignForeignKey& key, const Table& table, const Table& referenced, const Binder& binder,
+                      SourceRange range) {
+    for (std::size_t i = 0; i < key.columns.size(); ++i) {
+        const TableColumn& own = table.columns[static_cast<std::size_t>(table.find(key.columns[i]))];
+        const TableColumn& other = referenced.columns[static_cast<std::size_t>(referenced.find(key.referenced[i]))];
+        if (own.type == other.type) continue;
+        const bool sameKind = own.type.kind == other.type.kind;
+        std::string message = "Column '" + referenced.name + "." + other.name + "' is not the same " +
+                              (sameKind ? "length or scale" : "data type") + " as referencing column '" + table.name +
+                              "." + own.name + "' in foreign key '" + key.name + "'.";
+        if (sameKind) {
+            message +=
+                " Columns participating in a foreign key relationship must be defined with the same length and scale.";
+        }
+        binder.fail(sameKind ? 1753 : 1778, message, range);
+    }
+}
+
 bool reads(const BoundExpression& expression, const std::string& quoted) {
     return (expression.kind == BoundKind::Column && expression.name == quoted) ||
            std::ranges::any_of(expression.arguments, [&](const BoundPtr& each) { return reads(*each, quoted); });
@@ -388,7 +407,7 @@ void TableDesign::addConstraint(const ast::Constraint& constraint, const std::st
             };
             if (referenced != nullptr) {
                 for (const Index& index : referenced->uniques)
-                    unique = unique || matches(index.columns);
+                    unique = unique || (!index.filtered && matches(index.columns));
             } else {
                 for (const DesignKey& own : keys)
                     unique = unique || matches(namesOf(own.columns));
@@ -404,6 +423,8 @@ void TableDesign::addConstraint(const ast::Constraint& constraint, const std::st
             key.name = given.empty()
                            ? generatedName("FK", key.columns.front(), joined(key.columns) + foldName(key.table))
                            : given;
+            const Table own = shape();
+            requireSameTypes(key, own, self ? own : *referenced, binder, constraint.range);
             foreignKeys.push_back(std::move(key));
             break;
         }
