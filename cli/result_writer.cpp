@@ -35,6 +35,18 @@ std::string titleOf(const RowSet& rows, std::size_t column) {
     return name.empty() ? "COLUMN" + std::to_string(column + 1) : name;
 }
 
+// A real comes in a double, which would show digits that the real does not have. The double of its own shortest text
+// shows just that text.
+Value shownValue(const Column& column, std::size_t row) {
+    Value value = column.valueAt(row);
+    auto* number = std::get_if<double>(&value);
+    if (number == nullptr || column.info().typeName != "real") return value;
+    std::array<char, 40> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), static_cast<float>(*number)).ptr;
+    std::from_chars(buffer.data(), end, *number);
+    return value;
+}
+
 // A float with all that it holds; an amount of the module's would be cut to nine decimals.
 std::string jsonOf(const Value& value) {
     const double* number = std::get_if<double>(&value);
@@ -88,7 +100,7 @@ void ResultWriter::writeTable(const RowSet& rows) {
         std::vector<std::string> cells;
         for (std::size_t c = 0; c < rows.columnCount(); ++c) {
             const Column& column = rows.column(c);
-            cells.push_back(column.isNull(r) ? "NULL" : toText(column.valueAt(r)));
+            cells.push_back(column.isNull(r) ? "NULL" : toText(shownValue(column, r)));
         }
         table.add(std::move(cells));
     }
@@ -109,7 +121,7 @@ void ResultWriter::writeCsv(const RowSet& rows) {
     for (std::size_t r = 0; r < rows.rowCount(); ++r) {
         for (std::size_t c = 0; c < rows.columnCount(); ++c) {
             const Column& column = rows.column(c);
-            if (!column.isNull(r)) out_ << csvField(toText(column.valueAt(r)));
+            if (!column.isNull(r)) out_ << csvField(toText(shownValue(column, r)));
             out_ << separator(c);
         }
     }
@@ -133,7 +145,7 @@ void ResultWriter::writeJson(const RowSet& rows) {
     for (std::size_t r = 0; r < rows.rowCount(); ++r) {
         out_ << (r == 0 ? "{" : ",{");
         for (std::size_t c = 0; c < rows.columnCount(); ++c)
-            out_ << (c == 0 ? "" : ",") << keys[c] << jsonOf(rows.column(c).valueAt(r));
+            out_ << (c == 0 ? "" : ",") << keys[c] << jsonOf(shownValue(rows.column(c), r));
         out_ << '}';
     }
     out_ << "]\n";

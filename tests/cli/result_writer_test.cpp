@@ -110,6 +110,26 @@ TEST(ResultWriter, jsonKeepsFloatsWhole) {
     EXPECT_EQ(out.str(), "[{\"A\":1e-12},{\"A\":1e+300},{\"A\":0.1},{\"A\":-2}]\n");
 }
 
+// What a real holds is less than the double that carries it.
+TEST(ResultWriter, realsShowTheDigitsThatTheyHold) {
+    const auto shown = [](ResultFormat format, const char* typeName) {
+        const auto real = [](float value) { return Value(static_cast<double>(value)); };
+        std::ostringstream out, notes;
+        ResultWriter(out, notes, format, 0)
+            .write(column(
+                {.name = "A", .type = FieldType::Float, .typeName = typeName},
+                {real(1.1F), real(-0.3F), real(16777216.0F), real(1e-10F), real(3.4028235e38F), real(0), Null()}));
+        return out.str();
+    };
+    EXPECT_EQ(shown(ResultFormat::Csv, "real"), "A\r\n1.1\r\n-0.3\r\n16777216\r\n1e-10\r\n3.4028235e+38\r\n0\r\n\r\n");
+    EXPECT_EQ(
+        shown(ResultFormat::Json, "real"),
+        "[{\"A\":1.1},{\"A\":-0.3},{\"A\":16777216},{\"A\":1e-10},{\"A\":3.4028235e+38},{\"A\":0},{\"A\":null}]\n");
+    EXPECT_NE(shown(ResultFormat::Table, "real").find("          1.1\n         -0.3\n"), std::string::npos);
+    EXPECT_EQ(shown(ResultFormat::Csv, "float").substr(0, 22), "A\r\n1.100000023841858\r\n");
+    EXPECT_EQ(shown(ResultFormat::Json, "float").substr(0, 24), "[{\"A\":1.100000023841858}");
+}
+
 TEST(ResultWriter, jsonKeepsColumnsOfOneNameApart) {
     RowSet rows({{.name = "A", .type = FieldType::Integer}, {.name = "A", .type = FieldType::Integer}});
     rows.column(0).appendInt(1);
