@@ -9,6 +9,7 @@
 #include "engines/embedded/lexer/utf8.h"
 #include "engines/embedded/runtime/dates.h"
 #include "engines/embedded/runtime/decimal_math.h"
+#include "engines/embedded/runtime/guid.h"
 #include "engines/embedded/runtime/sql_error.h"
 #include "engines/embedded/runtime/utf16.h"
 
@@ -271,6 +272,7 @@ std::string plainText(const Value& value, const SqlType& from, const SqlType& to
 }
 
 Value toTextValue(const Value& value, const SqlType& from, const SqlType& to, int style) {
+    if (to.kind == TypeKind::UniqueIdentifier && from.isBinary()) return guidOfBytes(std::get<Bytes>(value));
     std::string text = plainText(value, from, to, style);
     if (to.kind == TypeKind::UniqueIdentifier) {
         text = upperCase(trimmed(text));
@@ -320,7 +322,9 @@ Value toBinary(const Value& value, const SqlType& from, const SqlType& to, int s
     if (const auto* given = std::get_if<Bytes>(&value)) {
         bytes = *given;
     } else if (const auto* text = std::get_if<std::string>(&value)) {
-        if (style == 1 || style == 2) {
+        if (from.kind == TypeKind::UniqueIdentifier) {
+            bytes = bytesOfGuid(*text);
+        } else if (style == 1 || style == 2) {
             std::string_view digits = *text;
             if (style == 1 && (digits.starts_with("0x") || digits.starts_with("0X"))) digits.remove_prefix(2);
             if (digits.size() % 2 != 0) failConverting(from, to);
