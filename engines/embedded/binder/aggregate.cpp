@@ -267,7 +267,7 @@ BoundPtr Binder::aggregate(const ast::FunctionExpression& call, Scope* scope) {
             result = newAggregate(std::string(sum ? "t_sum_" : "t_avg_") + (big ? "bigint" : "int"),
                                   SqlType::of(big ? TypeKind::BigInt : TypeKind::Int));
         } else if (type.kind != TypeKind::Decimal) {
-            result = newAggregate(sum ? "t_sum_money" : "t_avg_decimal0", SqlType::of(TypeKind::Money));
+            result = newAggregate(sum ? "t_sum_money" : "t_avg_money", SqlType::of(TypeKind::Money));
         } else if (sum) {
             result = newAggregate("t_sum_decimal", SqlType::decimal(kMaxDecimalDigits, type.scale));
         } else {

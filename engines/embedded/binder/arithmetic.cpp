@@ -92,7 +92,9 @@ BoundPtr Binder::unary(const ast::UnaryExpression& expression, Scope* scope) {
         if (type.kind == TypeKind::TinyInt) return boundInfix("-", type, boundInteger(255), std::move(operand));
         return boundPrefix("~", type, std::move(operand));
     }
-    if (type.isDecimal()) return boundCall("t_dneg", type, std::move(operand));
+    if (type.kind == TypeKind::Decimal) return boundCall("t_dneg", type, std::move(operand));
+    // The lowest amount of money has no counterpart.
+    if (type.isDecimal()) return boundCall("t_dneg", type, std::move(operand), boundTypeCode(type));
     if (type.isFloat()) return boundPrefix("-", type, std::move(operand));
     if (type.isText()) {
         operand = cast(std::move(operand), SqlType::of(TypeKind::Int));
@@ -216,8 +218,9 @@ BoundPtr Binder::decimalOperation(ast::BinaryOperator op, BoundPtr left, BoundPt
     const bool decimal = left->type.kind == TypeKind::Decimal || right->type.kind == TypeKind::Decimal;
     const auto toDecimal = [&](BoundPtr value, const SqlType& other) {
         SqlType type = decimalOf(value->type);
-        if (value->type.isText()) type = money && !decimal ? SqlType::of(TypeKind::Money) : SqlType::decimal(38, 8);
-        if (value->type.isInteger() && money && !decimal) type = SqlType::of(TypeKind::Money);
+        // Texts and whole numbers beside money become money of that width.
+        if (value->type.isText()) type = money && !decimal ? other : SqlType::decimal(38, 8);
+        if (value->type.isInteger() && money && !decimal) type = other;
         // An integer written down takes the digits that it has, as SQL Server counts them for the result's precision.
         if (value->kind == BoundKind::Slot && value->slot.source == Slot::Source::Literal &&
             value->type.kind == TypeKind::Int && !money) {

@@ -440,7 +440,9 @@ BoundPtr whole(FunctionBinder& f) {
 BoundPtr absolute(FunctionBinder& f) {
     BoundPtr value = number(f, 0);
     const SqlType type = value->type;
-    if (type.isDecimal()) return boundCall("t_abs_d", type, std::move(value));
+    if (type.kind == TypeKind::Decimal) return boundCall("t_abs_d", type, std::move(value));
+    // The lowest amount of money has no counterpart.
+    if (type.isDecimal()) return boundCall("t_abs_d", type, std::move(value), boundTypeCode(type));
     if (type.isFloat()) return boundCall("abs", type, std::move(value));
     BoundPtr result = boundCall("t_abs_i", type, std::move(value));
     return type.kind == TypeKind::Int ? boundCall("t_i32", type, std::move(result)) : std::move(result);

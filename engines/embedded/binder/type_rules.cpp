@@ -21,6 +21,11 @@ SqlType commonText(const SqlType& a, const SqlType& b) {
     return SqlType::text(kind, unicode && length > 4000 ? kMaxLength : length);
 }
 
+// Of how many digits every number fits the type: money ends amid the numbers of its greatest length.
+int surePrecision(const SqlType& type) {
+    return type.kind == TypeKind::Decimal ? type.precision : type.precision - 1;
+}
+
 }  // namespace
 
 SqlType commonType(const SqlType& a, const SqlType& b) {
@@ -77,7 +82,10 @@ bool converts(const SqlType& from, const SqlType& to) {
 bool isSameStored(const SqlType& from, const SqlType& to) {
     if (from == to || from.isNull()) return true;
     if (from.isInteger() && to.isInteger()) return from.kind < to.kind && to.kind != TypeKind::Bit;
-    if (from.isDecimal() && to.isDecimal()) return from.scale == to.scale && from.precision <= to.precision;
+    if (from.isDecimal() && to.isDecimal()) {
+        if (from.kind != TypeKind::Decimal && to.kind != TypeKind::Decimal) return from.kind <= to.kind;
+        return from.scale == to.scale && from.precision <= surePrecision(to);
+    }
     if (from.kind == TypeKind::Real && to.kind == TypeKind::Float) return true;
     if (from.isText() && to.isText()) {
         if (to.isFixedText()) return from.isFixedText() && from.length == to.length;
@@ -98,12 +106,12 @@ bool isSameStored(const SqlType& from, const SqlType& to) {
 
 bool alwaysConverts(const SqlType& from, const SqlType& to) {
     if (isSameStored(from, to)) return true;
-    if (from.isInteger() && to.isDecimal()) return decimalOf(from).precision <= to.precision - to.scale;
+    if (from.isInteger() && to.isDecimal()) return decimalOf(from).precision <= surePrecision(to) - to.scale;
     if (from.isInteger() && (to.isFloat() || to.kind == TypeKind::Bit)) return true;
     if (from.isDecimal() && to.isFloat()) return true;
     if (from.isDecimal() && to.isDecimal())
-        return from.precision - from.scale < to.precision - to.scale ||
-               (from.scale <= to.scale && from.precision - from.scale <= to.precision - to.scale);
+        return from.precision - from.scale < surePrecision(to) - to.scale ||
+               (from.scale <= to.scale && from.precision - from.scale <= surePrecision(to) - to.scale);
     return false;
 }
 

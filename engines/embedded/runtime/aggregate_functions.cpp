@@ -65,11 +65,22 @@ struct DecimalSum {
     }
 };
 
-// The parameter is the precision of the result; its scale is that of the argument.
+// The parameter is the type of the result, whose scale is that of the argument whatever it says itself.
 struct SumOfDecimals : DecimalSum {
+    void finish(sqlite3_context* context, std::int64_t parameter) const { returnDecimal(context, whole(parameter)); }
+
+protected:
+    [[nodiscard]] Int128 whole(std::int64_t parameter) const {
+        const SqlType result = SqlType::fromCode(parameter);
+        return fit({sum, result.scale}, result).coefficient();
+    }
+};
+
+// The parameter is the type of the result, which has to hold the sum too.
+struct AverageOfMoney : SumOfDecimals {
     void finish(sqlite3_context* context, std::int64_t parameter) const {
-        const SqlType result = SqlType::decimal(static_cast<int>(parameter), 0);
-        returnDecimal(context, fit({sum, 0}, result).coefficient());
+        const SqlType result = SqlType::fromCode(parameter);
+        returnDecimal(context, divide({whole(parameter), result.scale}, {count, 0}, result).coefficient());
     }
 };
 
@@ -170,8 +181,9 @@ void addAggregateFunctions(SqliteDatabase& database) {
     addAggregate<SumOfIntegers>(database, "t_sum_bigint", static_cast<std::int64_t>(TypeKind::BigInt));
     addAggregate<AverageOfIntegers>(database, "t_avg_int", static_cast<std::int64_t>(TypeKind::Int));
     addAggregate<AverageOfIntegers>(database, "t_avg_bigint", static_cast<std::int64_t>(TypeKind::BigInt));
-    addAggregate<SumOfDecimals>(database, "t_sum_decimal", kMaxDecimalDigits);
-    addAggregate<SumOfDecimals>(database, "t_sum_money", SqlType::of(TypeKind::Money).precision);
+    addAggregate<SumOfDecimals>(database, "t_sum_decimal", SqlType::decimal(kMaxDecimalDigits, 0).code());
+    addAggregate<SumOfDecimals>(database, "t_sum_money", SqlType::of(TypeKind::Money).code());
+    addAggregate<AverageOfMoney>(database, "t_avg_money", SqlType::of(TypeKind::Money).code());
     // AVG of decimals has at least six digits after the point.
     for (int digits = 0; digits <= 6; ++digits)
         addAggregate<AverageOfDecimals>(database, "t_avg_decimal" + std::to_string(digits), digits);

@@ -126,6 +126,12 @@ void negateDecimal(Call& call) {
     call.resultDecimal(-call.coefficient(0));
 }
 
+// (a, type of a and of the result)
+void negateMoney(Call& call) {
+    const SqlType type = call.type(1);
+    call.resultDecimal(fit({-call.coefficient(0), type.scale}, type).coefficient());
+}
+
 }  // namespace
 
 void addArithmeticFunctions(SqliteDatabase& database) {
@@ -151,6 +157,7 @@ void addArithmeticFunctions(SqliteDatabase& database) {
     addFunction(database, "t_ddiv", 5, decimalOperation<divide>);
     addFunction(database, "t_dmod", 5, decimalOperation<modulo>);
     addFunction(database, "t_dneg", 1, negateDecimal);
+    addFunction(database, "t_dneg", 2, negateMoney);
 }
 
 }  // namespace basalt::embedded

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <boost/multiprecision/cpp_int.hpp>
+#include <limits>
 
 #include "engines/embedded/runtime/sql_error.h"
 
@@ -29,6 +30,19 @@ Wide wideTen(int exponent) {
     return result * wide(powerOfTen(exponent));
 }
 
+template <typename Integer>
+bool within(Int128 coefficient) {
+    return coefficient >= std::numeric_limits<Integer>::min() && coefficient <= std::numeric_limits<Integer>::max();
+}
+
+bool holds(const SqlType& type, Int128 coefficient) {
+    // SQL Server keeps money in integers of 64 and of 32 bits.
+    if (type.kind == TypeKind::Money) return within<std::int64_t>(coefficient);
+    if (type.kind == TypeKind::SmallMoney) return within<std::int32_t>(coefficient);
+    const Int128 limit = powerOfTen(type.precision);
+    return coefficient < limit && coefficient > -limit;
+}
+
 // `value` has `scale` digits after the point; the answer has the type's, rounded half away from zero or cut.
 Decimal narrowed(Wide value, int scale, const SqlType& type, bool cut) {
     if (scale > type.scale) {
@@ -40,11 +54,10 @@ Decimal narrowed(Wide value, int scale, const SqlType& type, bool cut) {
     } else if (scale < type.scale) {
         value *= wideTen(type.scale - scale);
     }
-    if (abs(value) >=
-        wide(powerOfTen(std::min<int>(type.precision, kMaxDecimalDigits - 1))) * (type.precision == 38 ? 10 : 1)) {
-        overflow(type);
-    }
-    return {static_cast<Int128>(value), type.scale};
+    if (abs(value) >= wide(powerOfTen(kMaxDecimalDigits))) overflow(type);
+    const auto coefficient = static_cast<Int128>(value);
+    if (!holds(type, coefficient)) overflow(type);
+    return {coefficient, type.scale};
 }
 
 bool small(const Decimal& value) {
@@ -74,34 +87,38 @@ bool bothMoney(const SqlType& a, const SqlType& b) {
     return a.kind != TypeKind::Decimal && b.kind != TypeKind::Decimal;
 }
 
+SqlType widerMoney(const SqlType& a, const SqlType& b) {
+    return SqlType::of(std::max(a.kind, b.kind));
+}
+
 }  // namespace
 
 SqlType sumType(const SqlType& a, const SqlType& b) {
-    if (bothMoney(a, b)) return SqlType::of(TypeKind::Money);
+    if (bothMoney(a, b)) return widerMoney(a, b);
     const int scale = std::max(a.scale, b.scale);
     return cappedSum(std::max(a.precision - a.scale, b.precision - b.scale), scale, 1);
 }
 
 SqlType productType(const SqlType& a, const SqlType& b) {
-    if (bothMoney(a, b)) return SqlType::of(TypeKind::Money);
+    if (bothMoney(a, b)) return widerMoney(a, b);
     return cappedProduct(a.precision + b.precision + 1, a.scale + b.scale);
 }
 
 SqlType quotientType(const SqlType& a, const SqlType& b) {
-    if (bothMoney(a, b)) return SqlType::of(TypeKind::Money);
+    if (bothMoney(a, b)) return widerMoney(a, b);
     const int scale = std::max(6, a.scale + b.precision + 1);
     return cappedProduct(a.precision - a.scale + b.scale + scale, scale);
 }
 
 SqlType moduloType(const SqlType& a, const SqlType& b) {
-    if (bothMoney(a, b)) return SqlType::of(TypeKind::Money);
+    if (bothMoney(a, b)) return widerMoney(a, b);
     const int scale = std::max(a.scale, b.scale);
     return SqlType::decimal(std::min(kMaxDecimalDigits, std::min(a.precision - a.scale, b.precision - b.scale) + scale),
                             scale);
 }
 
 SqlType commonDecimal(const SqlType& a, const SqlType& b) {
-    if (bothMoney(a, b)) return SqlType::of(std::max(a.kind, b.kind));
+    if (bothMoney(a, b)) return widerMoney(a, b);
     const int scale = std::max(a.scale, b.scale);
     return cappedSum(std::max(a.precision - a.scale, b.precision - b.scale), scale, 0);
 }
@@ -176,8 +193,7 @@ Decimal fit(const Decimal& value, const SqlType& type) {
             overflow(type);
         }
     }
-    const Int128 magnitude = coefficient < 0 ? -coefficient : coefficient;
-    if (magnitude >= powerOfTen(type.precision)) overflow(type);
+    if (!holds(type, coefficient)) overflow(type);
     return {coefficient, type.scale};
 }
 

@@ -26,7 +26,7 @@ namespace basalt::embedded {
 [[nodiscard]] Decimal divide(const Decimal& a, const Decimal& b, const SqlType& result);
 [[nodiscard]] Decimal modulo(const Decimal& a, const Decimal& b, const SqlType& result);
 
-// At the type's scale, rounded half away from zero. Throws 8115 when the type's precision does not hold it.
+// At the type's scale, rounded half away from zero. Throws 8115 when the type does not hold it.
 [[nodiscard]] Decimal fit(const Decimal& value, const SqlType& type);
 
 // Rounds (or cuts, when `truncate`) to `digits` after the point, keeping the scale; negative digits round before it.

@@ -53,10 +53,17 @@ void roundFloat(Call& call) {
     call.result(static_cast<double>(whole / unit));
 }
 
-// t_sign_d(x), t_abs_d(x)
+// t_abs_d(x)
 void absoluteDecimal(Call& call) {
     const Int128 value = call.coefficient(0);
     call.resultDecimal(value < 0 ? -value : value);
+}
+
+// t_abs_d(x, type)
+void absoluteMoney(Call& call) {
+    const Int128 value = call.coefficient(0);
+    const SqlType type = call.type(1);
+    call.resultDecimal(fit({value < 0 ? -value : value, type.scale}, type).coefficient());
 }
 
 void absoluteInteger(Call& call) {
@@ -102,6 +109,7 @@ void addMathFunctions(SqliteDatabase& database) {
         call.resultDecimal(ceilingOf({call.coefficient(0), call.type(1).scale}).coefficient());
     });
     addFunction(database, "t_abs_d", 1, absoluteDecimal);
+    addFunction(database, "t_abs_d", 2, absoluteMoney);
     addFunction(database, "t_abs_i", 1, absoluteInteger);
     addFunction(database, "t_sign_d", 2, signDecimal);
     addFunction(database, "t_sqrt", 1, ofFloat<std::sqrt>);
