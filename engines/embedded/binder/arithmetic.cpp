@@ -222,14 +222,10 @@ BoundPtr Binder::decimalOperation(ast::BinaryOperator op, BoundPtr left, BoundPt
         if (value->type.isText()) type = money && !decimal ? other : SqlType::decimal(38, 8);
         if (value->type.isInteger() && money && !decimal) type = other;
         // An integer written down takes the digits that it has, as SQL Server counts them for the result's precision.
-        if (value->kind == BoundKind::Slot && value->slot.source == Slot::Source::Literal &&
-            value->type.kind == TypeKind::Int && !money) {
-            const Literal& literal = (*input_.literals)[value->slot.index];
-            input_.literals->fix(value->slot.index);
-            type = SqlType::decimal(Decimal(literal.integer, 0).digits(), 0);
-            // The value is fixed, so it is known to fit.
-            value->slot.to = value->type = type;
-            return value;
+        if (value->writtenDigits > 0 && value->type.kind == TypeKind::Int && !money) {
+            if (value->kind == BoundKind::Slot) value->slot.literals->fix(value->slot.index);
+            const SqlType own = SqlType::decimal(value->writtenDigits, 0);
+            return asWritten(std::move(value), own);
         }
         // A text beside a decimal takes the decimal's type.
         if (value->type.isText() && !money && other.isDecimal()) type = other;

@@ -137,6 +137,8 @@ private:
     BoundPtr binary(const ast::BinaryExpression& expression, Scope* scope);
     BoundPtr operation(ast::BinaryOperator op, BoundPtr left, BoundPtr right, SourceRange range);
     BoundPtr decimalOperation(ast::BinaryOperator op, BoundPtr left, BoundPtr right);
+    // A number with writtenDigits in another type that holds it.
+    static BoundPtr asWritten(BoundPtr number, const SqlType& to);
     BoundPtr integerOperation(ast::BinaryOperator op, BoundPtr left, BoundPtr right, TypeKind kind);
     // condition.cpp
     BoundPtr comparison(ast::ComparisonOperator op, BoundPtr left, BoundPtr right, SourceRange range);

@@ -155,6 +155,7 @@ BoundPtr cloned(const BoundExpression& expression) {
     result->negated = expression.negated;
     result->distinct = expression.distinct;
     result->star = expression.star;
+    result->writtenDigits = expression.writtenDigits;
     result->ownCollation = expression.ownCollation;
     result->order = expression.order;
     result->collation = expression.collation;

@@ -19,6 +19,7 @@
 namespace basalt::embedded {
 
 struct BoundQuery;
+class LiteralTable;
 
 // Values of the session that statements may ask for.
 enum class SystemValue : std::uint8_t {
@@ -49,7 +50,10 @@ struct Slot {
     enum class Source : std::uint8_t { Literal, Marker, Variable, System, Row };
     Source source = Source::Literal;
     std::uint32_t index = 0;  // Literal, Marker and Row
-    std::string variable;     // Variable, with the @
+    // Literal: what `index` counts in, for as long as the statement is being bound. A value that is handed to a
+    // function is bound among the function's own literals.
+    const LiteralTable* literals = nullptr;
+    std::string variable;  // Variable, with the @
     SystemValue system = SystemValue::Now;
     SqlType from;  // the type of the source
     SqlType to;    // the type that the statement wants; converted when the value is bound
@@ -110,7 +114,8 @@ struct BoundExpression {
     std::string collation;                  // the name that COLLATE gave that order, empty when none did
     std::string name;
     std::string table;
-    int depth = 0;  // Column: how many queries outward the source is
+    int depth = 0;          // Column: how many queries outward the source is
+    int writtenDigits = 0;  // of a whole number that stands in the text as it is, without a conversion; 0 for all else
     Value value;
     Slot slot;
     std::vector<BoundPtr> arguments;

@@ -32,16 +32,23 @@ bool textOrBinary(const SqlType& type) {
 }  // namespace
 
 void Binder::relyOnLength(const BoundExpression& value) {
-    if (value.kind == BoundKind::Slot && value.slot.source == Slot::Source::Literal && input_.literals != nullptr &&
-        textOrBinary(value.slot.from)) {
-        input_.literals->narrow(value.slot.index, LiteralUse::Length);
+    if (value.kind == BoundKind::Slot && value.slot.source == Slot::Source::Literal && textOrBinary(value.slot.from)) {
+        value.slot.literals->narrow(value.slot.index, LiteralUse::Length);
     }
     for (const BoundPtr& argument : value.arguments)
         relyOnLength(*argument);
 }
 
+BoundPtr Binder::asWritten(BoundPtr number, const SqlType& to) {
+    if (number->kind == BoundKind::Constant) return boundConstant(convert(number->value, number->type, to), to);
+    number->slot.to = number->type = to;
+    number->writtenDigits = 0;
+    return number;
+}
+
 BoundPtr Binder::cast(BoundPtr value, const SqlType& to) {
     const SqlType from = value->type;
+    value->writtenDigits = 0;
     if (from == to) return value;
     if (to.isNull()) return value;
     if (value->isNullConstant()) {
@@ -112,9 +119,9 @@ void Binder::unifyForComparison(BoundPtr& a, BoundPtr& b) {
     // Digits beyond int without a fraction are decimals by their spelling; beside an integer column they serve as
     // bigint.
     const auto asBigInt = [](BoundPtr& number, const SqlType& other) {
-        if (other.isInteger() && number->kind == BoundKind::Slot && number->slot.source == Slot::Source::Literal &&
-            number->type.kind == TypeKind::Decimal && number->type.scale == 0 && number->type.precision <= 18) {
-            number->slot.to = number->type = SqlType::of(TypeKind::BigInt);
+        if (other.isInteger() && number->type.kind == TypeKind::Decimal && number->writtenDigits > 0 &&
+            number->writtenDigits <= 18) {
+            number = asWritten(std::move(number), SqlType::of(TypeKind::BigInt));
         }
     };
     asBigInt(a, b->type);

@@ -34,6 +34,29 @@ SqlType typeOf(const Literal& literal) {
     return SqlType::of(TypeKind::Null);
 }
 
+// What SQL Server takes for the precision of a whole number; 0 for another constant.
+int wholeDigits(const Literal& literal) {
+    if (literal.type == LiteralType::Int) return Decimal(literal.integer, 0).digits();
+    return literal.type == LiteralType::Decimal && literal.scale == 0 ? literal.precision : 0;
+}
+
+Value valueOf(const Literal& literal) {
+    switch (literal.type) {
+        case LiteralType::Int:
+            return literal.integer;
+        case LiteralType::Decimal:
+            return Decimal(literal.coefficient, literal.scale);
+        case LiteralType::Float:
+            return literal.real;
+        case LiteralType::Money:
+            return Decimal(literal.coefficient, kMoneyScale);
+        case LiteralType::Varbinary:
+            return Bytes(literal.text.begin(), literal.text.end());
+        default:
+            return std::string(literal.text);
+    }
+}
+
 std::string joined(const ast::ObjectName& name) {
     std::string result;
     for (const ast::Identifier& part : name.parts)
@@ -190,27 +213,19 @@ BoundPtr Binder::variable(const std::string& name, SourceRange range) {
 BoundPtr Binder::literal(const ast::LiteralExpression& expression) {
     const Literal& value = (*input_.literals)[expression.literal];
     const SqlType type = typeOf(value);
-    if (!input_.inlineLiterals) {
+    BoundPtr result;
+    if (input_.inlineLiterals) {
+        result = boundConstant(valueOf(value), type);
+    } else {
         Slot slot;
         slot.source = Slot::Source::Literal;
         slot.index = expression.literal;
+        slot.literals = input_.literals;
         slot.from = type;
-        return boundSlot(std::move(slot));
+        result = boundSlot(std::move(slot));
     }
-    switch (value.type) {
-        case LiteralType::Int:
-            return boundConstant(value.integer, type);
-        case LiteralType::Decimal:
-            return boundConstant(Decimal(value.coefficient, value.scale), type);
-        case LiteralType::Float:
-            return boundConstant(value.real, type);
-        case LiteralType::Money:
-            return boundConstant(Decimal(value.coefficient, kMoneyScale), type);
-        case LiteralType::Varbinary:
-            return boundConstant(Bytes(value.text.begin(), value.text.end()), type);
-        default:
-            return boundConstant(std::string(value.text), type);
-    }
+    result->writtenDigits = wholeDigits(value);
+    return result;
 }
 
 BoundPtr Binder::systemVariable(const ast::SystemVariableExpression& expression) {

@@ -6,13 +6,13 @@ namespace basalt::embedded {
 
 namespace {
 
-using LiteralPairs = std::vector<std::pair<LiteralIndex, LiteralIndex>>;
+using SlotPairs = std::vector<std::pair<const Slot*, const Slot*>>;
 
-bool sameSlot(const Slot& a, const Slot& b, const LiteralTable* literals, LiteralPairs& pairs) {
+bool sameSlot(const Slot& a, const Slot& b, SlotPairs& pairs) {
     if (a.source != b.source || a.to != b.to) return false;
     if (a.source == Slot::Source::Literal && a.index != b.index) {
-        if (literals == nullptr || !sameLiteral((*literals)[a.index], (*literals)[b.index])) return false;
-        pairs.emplace_back(a.index, b.index);
+        if (!sameLiteral((*a.literals)[a.index], (*b.literals)[b.index])) return false;
+        pairs.emplace_back(&a, &b);
         return true;
     }
     return a.index == b.index && a.variable == b.variable && a.system == b.system;
@@ -23,7 +23,7 @@ bool sameCell(const SqlType& a, const SqlType& b) {
     return isSameStored(a, b) || isSameStored(b, a);
 }
 
-bool same(const BoundExpression& a, const BoundExpression& b, const LiteralTable* literals, LiteralPairs& pairs) {
+bool same(const BoundExpression& a, const BoundExpression& b, SlotPairs& pairs) {
     if (a.kind != b.kind || a.name != b.name || a.table != b.table || !sameCell(a.type, b.type) ||
         a.negated != b.negated || a.distinct != b.distinct || a.star != b.star || a.query || b.query || a.over ||
         b.over || a.arguments.size() != b.arguments.size()) {
@@ -31,9 +31,9 @@ bool same(const BoundExpression& a, const BoundExpression& b, const LiteralTable
     }
     if (a.kind == BoundKind::Constant && !(isNull(a.value) ? isNull(b.value) : sameValue(a.value, b.value)))
         return false;
-    if (a.kind == BoundKind::Slot && !sameSlot(a.slot, b.slot, literals, pairs)) return false;
+    if (a.kind == BoundKind::Slot && !sameSlot(a.slot, b.slot, pairs)) return false;
     for (std::size_t i = 0; i < a.arguments.size(); ++i) {
-        if (!same(*a.arguments[i], *b.arguments[i], literals, pairs)) return false;
+        if (!same(*a.arguments[i], *b.arguments[i], pairs)) return false;
     }
     return true;
 }
@@ -41,12 +41,12 @@ bool same(const BoundExpression& a, const BoundExpression& b, const LiteralTable
 }  // namespace
 
 bool Binder::sameExpression(const BoundExpression& a, const BoundExpression& b) const {
-    LiteralPairs pairs;
-    if (!same(a, b, input_.literals, pairs)) return false;
+    SlotPairs pairs;
+    if (!same(a, b, pairs)) return false;
     // Two literals that happen to be equal make them the same: the plan holds for these values only.
     for (const auto& [first, second] : pairs) {
-        input_.literals->fix(first);
-        input_.literals->fix(second);
+        first->literals->fix(first->index);
+        second->literals->fix(second->index);
     }
     return true;
 }

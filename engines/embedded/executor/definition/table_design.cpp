@@ -533,16 +533,19 @@ void TableDesign::create(SqliteDatabase& database, Catalog& catalog) const {
     for (const DesignColumn& column : columns) {
         next() += sqlQuoted(column.name) + " " + column.type.columnDeclaration();
         if (!column.computedText.empty()) {
-            sql += " GENERATED ALWAYS AS (" +
-                   withExpression(catalog, column.computedText, false,
-                                  [&](Binder& binder, const ast::Expression& expression) {
-                                      SqlWriter writer;
-                                      writer.keepCallsNested();
-                                      writer.expression(*boundOver(binder, table, expression));
-                                      refuseSession(writer);
-                                      return writer.sql();
-                                  }) +
-                   ") STORED";
+            sql +=
+                " GENERATED ALWAYS AS (" +
+                withExpression(catalog, column.computedText, false,
+                               [&](Binder& binder, const ast::Expression& expression) {
+                                   SqlWriter writer;
+                                   writer.keepCallsNested();
+                                   // A column that an earlier version made may have another type than its
+                                   // expression has now; indexes and their conditions go by that type.
+                                   writer.expression(*binder.cast(boundOver(binder, table, expression), column.type));
+                                   refuseSession(writer);
+                                   return writer.sql();
+                               }) +
+                ") STORED";
         } else if (!column.nullable) {
             sql += " NOT NULL";
         }
