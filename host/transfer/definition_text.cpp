@@ -24,7 +24,8 @@ std::string columnList(const std::vector<std::string>& columns) {
 std::string columnText(const ColumnSchema& column) {
     std::string text = quotedName(column.name);
     // PERSISTED, because the values are stored; a server computes others anew whenever they are read.
-    if (!column.computedText.empty()) return text + " AS (" + column.computedText + ") PERSISTED";
+    if (!column.computedText.empty())
+        return text + " AS (" + column.computedText + ") PERSISTED" + (column.nullable ? "" : " NOT NULL");
     text += " " + column.type;
     if (column.identity) {
         text += " IDENTITY(" + std::to_string(column.identity->seed) + "," +

@@ -9,6 +9,7 @@
 #include "host/services/deploy.h"
 #include "host/transfer/database_dump.h"
 #include "host/transfer/database_load.h"
+#include "tests/support/scripted_session.h"
 
 namespace basalt::host {
 namespace {
@@ -224,6 +225,39 @@ TEST_F(DumpAndLoad, aViewWhoseTableIsGoneBecomesAComment) {
     const auto copy = loaded(out.str());
     EXPECT_EQ(cell(*copy, "SELECT COUNT(*) FROM sys.views"), "1");
     EXPECT_EQ(cell(*copy, "SELECT COUNT(*) FROM Kept"), "0");
+}
+
+TEST_F(DumpAndLoad, constraintsOfAComputedColumnComeBack) {
+    session_->run("CREATE TABLE T (A int, K AS A % 10 PERSISTED NOT NULL UNIQUE CHECK (K <> 3), L AS A + 1)");
+    const std::string dump = dumpOf(*session_);
+    EXPECT_THAT(dump, HasSubstr("[K] AS (A % 10) PERSISTED NOT NULL,\n"));
+    EXPECT_THAT(dump, HasSubstr("[L] AS (A + 1) PERSISTED,\n"));
+    const auto copy = loaded(dump);
+    EXPECT_EQ(dumpOf(*copy), dump);
+    copy->run("INSERT INTO T (A) VALUES (1)");
+    for (const char* wrong : {"11", "13", "NULL"})
+        EXPECT_THROW(copy->run("INSERT INTO T (A) VALUES (" + std::string(wrong) + ")"), DatabaseError) << wrong;
+}
+
+// A server that is busy says nothing about the view.
+TEST(Dump, aViewThatCannotBeLookedAtNowEndsTheDump) {
+    const SchemaReader oneView = [](Session&) {
+        return DatabaseSchema{{}, {{"V", ModuleSchema::Kind::View, "CREATE VIEW V AS SELECT 1 AS A"}}};
+    };
+    ScriptedSession busy;
+    busy.begin();
+    busy.expectError("SELECT TOP (0) * FROM dbo.[V]",
+                     DatabaseError(ErrorCategory::Busy, "HY000", 1222, "Lock request time out period exceeded."));
+    std::ostringstream out;
+    EXPECT_THROW(dumpDatabase(busy, oneView, out), DatabaseError);
+
+    // As a server tells of a view whose table is gone.
+    ScriptedSession broken;
+    broken.begin();
+    broken.expectError("SELECT TOP (0) * FROM dbo.[V]",
+                       DatabaseError(ErrorCategory::Other, "42000", 4413,
+                                     "Could not use view or function 'V' because of binding errors."));
+    EXPECT_EQ(dumpDatabase(broken, oneView, out).size(), 1U);
 }
 
 TEST_F(DumpAndLoad, manyRowsAreDividedIntoStatements) {

@@ -229,8 +229,18 @@ void TableDesign::add(const ast::TableDefinition& definition, const LiteralTable
     for (const ast::ColumnDefinition& column : definition.columns) {
         if (column.computed != nullptr) typeComputed(column, binder);
     }
-    for (const ast::Constraint& constraint : definition.constraints)
-        addConstraint(constraint, {}, literals, binder);
+    // References last: they may mean a key of the table itself that is written behind them.
+    for (const bool references : {false, true}) {
+        const auto addThese = [&](const std::vector<ast::Constraint>& constraints, const std::string& column) {
+            for (const ast::Constraint& constraint : constraints) {
+                if ((constraint.kind == ast::ConstraintKind::ForeignKey) == references)
+                    addConstraint(constraint, column, literals, binder);
+            }
+        };
+        for (const ast::ColumnDefinition& column : definition.columns)
+            addThese(column.constraints, column.name.text);
+        addThese(definition.constraints, {});
+    }
 }
 
 void TableDesign::addColumn(const ast::ColumnDefinition& column, const LiteralTable& literals, Binder& binder) {
@@ -246,6 +256,7 @@ void TableDesign::addColumn(const ast::ColumnDefinition& column, const LiteralTa
         design.computedText = print(*column.computed, literals);
         // Until the other columns are there. No other computed column may read it.
         design.type = SqlType::of(TypeKind::Int);
+        design.nullable = column.nullable.value_or(true);
         columns.push_back(std::move(design));
         return;
     }
@@ -278,8 +289,6 @@ void TableDesign::addColumn(const ast::ColumnDefinition& column, const LiteralTa
         design.nullable = false;
     }
     columns.push_back(std::move(design));
-    for (const ast::Constraint& constraint : column.constraints)
-        addConstraint(constraint, column.name.text, literals, binder);
 }
 
 void TableDesign::typeComputed(const ast::ColumnDefinition& column, Binder& binder) {
@@ -342,6 +351,9 @@ void TableDesign::addConstraint(const ast::Constraint& constraint, const std::st
                         constraint.range);
         }
         requireKeyType(name, each, find(each)->type);
+        // SQLite has no such key.
+        if (constraint.kind == ast::ConstraintKind::PrimaryKey && !find(each)->computedText.empty())
+            binder.unsupported("a computed column in a PRIMARY KEY", constraint.range);
     }
     switch (constraint.kind) {
         case ast::ConstraintKind::PrimaryKey:
@@ -437,6 +449,12 @@ void TableDesign::addConstraint(const ast::Constraint& constraint, const std::st
             const std::string& target = constraint.forColumn.empty() ? column : constraint.forColumn.text;
             DesignColumn* found = find(target);
             if (found == nullptr) {
+                binder.fail(
+                    1752,
+                    "Column '" + target + "' in table '" + name + "' is invalid for creating a default constraint.",
+                    constraint.range);
+            }
+            if (!found->computedText.empty()) {
                 binder.fail(
                     1752,
                     "Column '" + target + "' in table '" + name + "' is invalid for creating a default constraint.",
@@ -546,9 +564,8 @@ void TableDesign::create(SqliteDatabase& database, Catalog& catalog) const {
                                    return writer.sql();
                                }) +
                 ") STORED";
-        } else if (!column.nullable) {
-            sql += " NOT NULL";
         }
+        if (!column.nullable) sql += " NOT NULL";
     }
     for (const DesignKey& key : keys) {
         clustered = clustered || key.primary;
