@@ -21,8 +21,9 @@ std::string withoutConnectionStrings(std::string text, std::span<const std::stri
         const std::size_t prefix = word.find(kPrefix);
         const std::string given = prefix == std::string::npos ? word : word.substr(prefix + kPrefix.size());
         const odbc::ConnectionString connection(given);
-        // Without the prefix it is one when it holds a password.
-        if (given.empty() || (prefix == std::string::npos && connection.masked() == given)) continue;
+        // Elsewhere, as in a statement that says odbc:, it is one when it holds a password.
+        const bool named = prefix != std::string::npos && (prefix == 0 || word[prefix - 1] == '=');
+        if (given.empty() || (!named && connection.masked() == given)) continue;
         replaceAll(text, given, connection.publicParts());
     }
     return text;

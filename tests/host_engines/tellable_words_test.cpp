@@ -26,6 +26,7 @@ TEST(TellableWords, connectionStringsAreCutToTheirPublicParts) {
         {{secret}, secret + " cannot be made, " + secret, open + " cannot be made, " + open},
         {{"odbc:DSN=shop"}, "odbc:DSN=shop twice", "odbc:DSN=shop twice"},
         {{"odbc:"}, "odbc: is none", "odbc: is none"},
+        {{"select 'odbc:' as x from nope"}, "select 'odbc:' as x from nope", "select 'odbc:' as x from nope"},
         {{"select 1", "", "a=b"}, "select 1 a=b", "select 1 a=b"},
     };
     for (const Case& each : cases)
