@@ -407,6 +407,11 @@ BoundPtr number(FunctionBinder& f, std::size_t i) {
         return f.binder().cast(std::move(value), integerType());
     }
     if (value->type.kind == TypeKind::Real) return f.binder().cast(std::move(value), floatType());
+    // What comes of it may be beyond the type.
+    if (value->type.kind == TypeKind::SmallMoney)
+        return f.binder().cast(std::move(value), SqlType::of(TypeKind::Money));
+    // It is no number that stands there as it is any more.
+    value->writtenDigits = 0;
     return value;
 }
 

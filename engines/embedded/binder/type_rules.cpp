@@ -53,7 +53,10 @@ SqlType commonType(const SqlType& a, const SqlType& b) {
 bool convertsImplicitly(const SqlType& from, const SqlType& to) {
     if (from.isNull() || from.isText() || from.kind == to.kind) return !(from.isText() && to.isBinary());
     if (from.isNumber() && to.isNumber()) return true;
-    if (from.isBinary()) return to.isBinary() || to.isInteger() || to.isText();
+    if (from.isBinary()) {
+        return to.isBinary() || to.isInteger() || to.isText() || to.kind == TypeKind::UniqueIdentifier;
+    }
+    if (from.kind == TypeKind::UniqueIdentifier && to.isBinary()) return true;
     if (to.isText()) return true;
     if (from.isDate() && to.isDate()) {
         return !((from.kind == TypeKind::Date && to.kind == TypeKind::Time) ||

@@ -1,6 +1,7 @@
 #include "engines/embedded/executor/constraint_error.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "ado/names.h"
 #include "engines/embedded/catalog/null_guard.h"
@@ -56,16 +57,20 @@ std::string unquoted(std::string_view text) {
     return result;
 }
 
+// SQLite names an index over expressions, and of any other the columns.
+std::optional<std::string> indexIn(const std::string& detail) {
+    constexpr std::string_view named = "index ";
+    if (!detail.starts_with(named)) return std::nullopt;
+    return unquoted(detail.substr(named.size()));
+}
+
 const Index* duplicatedIn(const Table& table, const std::string& detail) {
     const auto last = [&](const auto& fits) {
         const auto found = std::ranges::find_if(table.uniques.rbegin(), table.uniques.rend(), fits);
         return found == table.uniques.rend() ? nullptr : &*found;
     };
-    // SQLite names an index over expressions, and of any other the columns.
-    constexpr std::string_view named = "index ";
-    const std::string guard = detail.starts_with(named) ? unquoted(detail.substr(named.size())) : std::string();
-    if (isNullGuard(guard)) {
-        const std::string name = guardedIndex(table.name, guard);
+    if (const std::optional<std::string> guard = indexIn(detail); guard && isNullGuard(*guard)) {
+        const std::string name = guardedIndex(table.name, *guard);
         return last([&](const Index& index) { return sameName(index.name, name); });
     }
     const std::vector<std::string> columns = columnsOf(detail, table.name);
@@ -79,6 +84,22 @@ const Index* duplicatedIn(const Table& table, const std::string& detail) {
             return std::ranges::any_of(index.columns, [&](const std::string& each) { return sameName(each, column); });
         });
     });
+}
+
+// The table that the duplicate is in, by SQLite's detail: "T.Code, T.Name", or "index 'name'".
+std::string tableIn(const std::string& detail, SqliteDatabase& database, Catalog& catalog, const std::string& changed) {
+    if (detail.starts_with(changed + ".")) return changed;
+    if (const std::optional<std::string> index = indexIn(detail)) {
+        SqliteStatement find = database.prepare(
+            "SELECT tbl_name FROM temp.sqlite_schema WHERE type = 'index' AND name = ?1 UNION ALL "
+            "SELECT tbl_name FROM main.sqlite_schema WHERE type = 'index' AND name = ?1");
+        find.bind(1, std::string_view(*index));
+        return find.step() ? find.textAt(0) : changed;
+    }
+    for (std::size_t dot = detail.find('.'); dot != std::string::npos; dot = detail.find('.', dot + 1)) {
+        if (const Table* table = catalog.table(detail.substr(0, dot))) return table->name;
+    }
+    return changed;
 }
 
 DatabaseError duplicate(const Table* table, const std::string& tableName, const std::string& detail) {
@@ -160,8 +181,11 @@ DatabaseError constraintError(SqliteDatabase& database, Catalog& catalog, const 
         }
         case SQLITE_CONSTRAINT_PRIMARYKEY:
         case SQLITE_CONSTRAINT_UNIQUE:
-        case SQLITE_CONSTRAINT_ROWID:
-            return duplicate(catalog.table(plan.table), plan.table, detail);
+        case SQLITE_CONSTRAINT_ROWID: {
+            // A reference may have carried the change on to another table.
+            const std::string changed = tableIn(detail, database, catalog, plan.table);
+            return duplicate(catalog.table(changed), changed, detail);
+        }
         case SQLITE_CONSTRAINT_FOREIGNKEY:
             return foreignKey(catalog, catalog.table(plan.table), plan);
         case SQLITE_CONSTRAINT_CHECK:

@@ -110,7 +110,14 @@ void Executor::planTarget(Plan& plan, const ast::Batch& batch, const std::option
         text += std::exchange(separator, ", ") + "?";
     plan.target = std::make_unique<OutputTarget>(OutputTarget{parse(text + ")"), {}});
     const ast::Batch& insert = plan.target->batch;
-    planOf(insert, *insert.statements.front(), plan.target->plans, outputEnvironment(plan, {}, environment));
+    try {
+        planOf(insert, *insert.statements.front(), plan.target->plans, outputEnvironment(plan, {}, environment));
+    } catch (const DatabaseError& error) {
+        // Its place is in a text that nobody has written.
+        const std::string message = error.what();
+        Binder(catalog_, binderInput(batch, environment, nullptr))
+            .fail(error.nativeCode(), message.substr(0, message.find('\n')), clause->into->range);
+    }
 }
 
 std::unique_ptr<Plan> Executor::plan(const ast::Batch& batch, const ast::Statement& statement,

@@ -44,7 +44,12 @@ public:
     void remove(const BoundDelete& remove);
 
     [[nodiscard]] const std::string& sql() const { return sql_; }
-    [[nodiscard]] std::vector<Slot> takeSlots() { return std::move(slots_); }
+    [[nodiscard]] std::vector<Slot> takeSlots() {
+        // They outlive the statement's tree.
+        for (Slot& slot : slots_)
+            slot.literals = nullptr;
+        return std::move(slots_);
+    }
     // The LIKEs so far that can be looked up. They live as long as the statement that was written.
     [[nodiscard]] const std::vector<const BoundExpression*>& textSearches() const { return textSearches_; }
 
