@@ -4,6 +4,7 @@
 #include "ado/names.h"
 #include "engines/embedded/binder/binder.h"
 #include "engines/embedded/binder/type_rules.h"
+#include "engines/embedded/lexer/literal_value.h"
 #include "engines/embedded/lexer/utf8.h"
 #include "engines/embedded/runtime/sql_error.h"
 
@@ -38,23 +39,6 @@ SqlType typeOf(const Literal& literal) {
 int wholeDigits(const Literal& literal) {
     if (literal.type == LiteralType::Int) return Decimal(literal.integer, 0).digits();
     return literal.type == LiteralType::Decimal && literal.scale == 0 ? literal.precision : 0;
-}
-
-Value valueOf(const Literal& literal) {
-    switch (literal.type) {
-        case LiteralType::Int:
-            return literal.integer;
-        case LiteralType::Decimal:
-            return Decimal(literal.coefficient, literal.scale);
-        case LiteralType::Float:
-            return literal.real;
-        case LiteralType::Money:
-            return Decimal(literal.coefficient, kMoneyScale);
-        case LiteralType::Varbinary:
-            return Bytes(literal.text.begin(), literal.text.end());
-        default:
-            return std::string(literal.text);
-    }
 }
 
 std::string joined(const ast::ObjectName& name) {

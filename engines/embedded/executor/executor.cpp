@@ -1,14 +1,10 @@
 #include "engines/embedded/executor/executor.h"
 
-#include "ado/names.h"
-#include "engines/embedded/catalog/object_name.h"
 #include "engines/embedded/executor/constraint_error.h"
 #include "engines/embedded/executor/identity_run.h"
-#include "engines/embedded/executor/key_order.h"
 #include "engines/embedded/executor/running.h"
 #include "engines/embedded/generator/sql_writer.h"
-#include "engines/embedded/lexer/error_context.h"
-#include "engines/embedded/parser/parser.h"
+#include "engines/embedded/lexer/literal_value.h"
 #include "engines/embedded/runtime/convert.h"
 #include "engines/embedded/runtime/dates.h"
 #include "engines/embedded/runtime/sql_error.h"
@@ -138,27 +134,6 @@ Value Executor::systemValue(SystemValue value) {
     return Null{};
 }
 
-namespace {
-
-Value literalValue(const Literal& literal) {
-    switch (literal.type) {
-        case LiteralType::Int:
-            return literal.integer;
-        case LiteralType::Decimal:
-            return Decimal(literal.coefficient, literal.scale);
-        case LiteralType::Float:
-            return literal.real;
-        case LiteralType::Money:
-            return Decimal(literal.coefficient, kMoneyScale);
-        case LiteralType::Varbinary:
-            return Bytes(literal.text.begin(), literal.text.end());
-        default:
-            return std::string(literal.text);
-    }
-}
-
-}  // namespace
-
 void Executor::bindSlot(SqliteStatement& statement, int index, const Slot& slot, const Environment& environment) {
     const bool plain =
         slot.from == slot.to || (slot.from.storage() == slot.to.storage() && slot.from.scale == slot.to.scale &&
@@ -195,7 +170,7 @@ void Executor::bindSlot(SqliteStatement& statement, int index, const Slot& slot,
                 default:
                     break;
             }
-            return bindFrom(literalValue(literal));
+            return bindFrom(valueOf(literal));
         }
         case Slot::Source::Marker:
             // A marker's own scale may differ from that of the plan's type only when the plan is another's.
