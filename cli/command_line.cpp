@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <functional>
 #include <iostream>
 #include <optional>
 #include <sstream>
@@ -65,8 +66,11 @@ int told(int status) {
     return 1;
 }
 
+// Tells what is wrong, without the secrets that the words may hold.
+using Complain = std::function<void(const std::string&)>;
+
 // "help" and the words of a command, as others write "--help" behind it.
-std::optional<int> help(CLI::App& app, int argc, char** argv) {
+std::optional<int> help(CLI::App& app, int argc, char** argv, const Complain& complain) {
     if (argc < 2 || std::string_view(argv[1]) != "help") return std::nullopt;
     CLI::App* command = &app;
     std::string before;
@@ -78,9 +82,7 @@ std::optional<int> help(CLI::App& app, int argc, char** argv) {
             command = named.front();
             continue;
         }
-        const std::vector<std::string> word = {argv[i]};
-        std::cerr << host::withoutConnectionStrings("basalt: there is no command " + word[0], word)
-                  << "; basalt --help lists them\n";
+        complain("basalt: there is no command " + std::string(argv[i]) + "; basalt --help lists them\n");
         return 2;
     }
     std::cout << command->help(before);
@@ -123,9 +125,11 @@ int runCommandLine(int argc, char** argv) {
     addBatchCommand(program);
     addScreenCommand(program);
 
-    if (const std::optional<int> status = help(app, argc, argv)) return *status;
     const std::vector<std::string> given(argv + std::min(argc, 1), argv + argc);
-    const auto complain = [&](const std::string& text) { std::cerr << host::withoutConnectionStrings(text, given); };
+    const Complain complain = [&](const std::string& text) {
+        std::cerr << host::withoutConnectionStrings(text, given);
+    };
+    if (const std::optional<int> status = help(app, argc, argv, complain)) return *status;
     // Tells what the library has to say, and the status to end with.
     const auto answered = [&](const CLI::ParseError& error) {
         std::ostringstream complaint;

@@ -13,9 +13,8 @@ namespace {
 // Walks over everything that one execution brings: result sets, counts, messages, errors.
 class ResultWalk {
 public:
-    // `driverStatement` is the driver's own handle of the statement, null when it is not known.
-    ResultWalk(SQLHSTMT statement, SQLHSTMT driverStatement, const Connection& connection, std::string_view sql)
-        : results_{statement}, driverStatement_(driverStatement), connection_(connection), sql_(sql) {}
+    ResultWalk(SQLHSTMT statement, const Connection& connection, std::string_view sql)
+        : results_{statement}, connection_(connection), sql_(sql) {}
 
     BatchResult walk(SQLRETURN executed) {
         SQLRETURN rc = executed;
@@ -23,9 +22,11 @@ public:
             listen(rc);
             // An update of no rows is told as "no data", which is a result all the same.
             if (SQL_SUCCEEDED(rc) || rc == SQL_NO_DATA) take();
-            if (rc == SQL_ERROR && (++failures_ == kMostFailures || lost())) break;
-            if (executed == SQL_ERROR && driverStatement_ != SQL_NULL_HANDLE) askDriver();
-            if (rc == SQL_ERROR) takeRows();
+            if (rc == SQL_ERROR) {
+                if (++failures_ == kMostFailures || lost()) break;
+                if (executed == SQL_ERROR && failures_ == 1) results_ = connection_.behindFailure(results_);
+                takeBehindError();
+            }
             rc = results_.calls.moreResults(results_.statement);
             if (rc == SQL_NO_DATA || rc == SQL_INVALID_HANDLE) break;
         }
@@ -47,17 +48,22 @@ private:
     }
 
     void take() {
-        if (takeRows()) return;
+        SQLSMALLINT columns = 0;
+        if (!SQL_SUCCEEDED(results_.calls.columnCount(results_.statement, &columns))) return listen(SQL_ERROR);
+        if (columns > 0) return takeRows();
         SQLLEN count = -1;
         if (SQL_SUCCEEDED(results_.calls.rowCount(results_.statement, &count)) && count >= 0) {
             result_.results.push_back({.rows = std::nullopt, .affectedRows = count});
         }
     }
 
-    // Also behind an error: FreeTDS tells one of a procedure when it has come to the result that follows.
-    bool takeRows() {
+    // FreeTDS tells an error of a procedure when it has come to the result that follows.
+    void takeBehindError() {
         SQLSMALLINT columns = 0;
-        if (!SQL_SUCCEEDED(results_.calls.columnCount(results_.statement, &columns)) || columns == 0) return false;
+        if (SQL_SUCCEEDED(results_.calls.columnCount(results_.statement, &columns)) && columns > 0) takeRows();
+    }
+
+    void takeRows() {
         std::vector<std::string> said;
         try {
             result_.results.push_back({.rows = ResultReader(results_, connection_.traits(), sql_).read(said)});
@@ -67,11 +73,6 @@ private:
         }
         for (std::string& message : said)
             result_.say(std::move(message));
-        return true;
-    }
-
-    void askDriver() {
-        results_ = {std::exchange(driverStatement_, nullptr), *connection_.traits().callsBehindFailure};
     }
 
     // Then nothing more comes, and a driver may go on saying so for ever.
@@ -81,7 +82,6 @@ private:
     static constexpr int kMostFailures = 10'000;
 
     ResultHandle results_;
-    SQLHSTMT driverStatement_;
     const Connection& connection_;
     std::string_view sql_;
     BatchResult result_;
@@ -129,15 +129,16 @@ BatchResult Connection::execute(std::string_view sql, Parameters& parameters, st
     parameters.bind(statement.get(), sql);
     const std::u16string text = toUtf16(sql);
     const SQLRETURN rc = SQLExecDirectW(statement.get(), wide(text), static_cast<SQLINTEGER>(text.size()));
-    return ResultWalk(statement.get(), driverHandle(statement.get()), *this, sql).walk(rc);
+    return ResultWalk(statement.get(), *this, sql).walk(rc);
 }
 
-SQLHSTMT Connection::driverHandle(SQLHSTMT statement) const {
-    if (!traits_.callsBehindFailure) return SQL_NULL_HANDLE;
+ResultHandle Connection::behindFailure(const ResultHandle& results) const {
+    if (!traits_.callsBehindFailure) return results;
     // The manager reads its own handle from where it writes the driver's.
-    SQLHSTMT handle = statement;
+    SQLHSTMT handle = results.statement;
     const SQLRETURN rc = SQLGetInfo(connection_.get(), SQL_DRIVER_HSTMT, &handle, sizeof(handle), nullptr);
-    return SQL_SUCCEEDED(rc) && handle != statement ? handle : SQL_NULL_HANDLE;
+    if (!SQL_SUCCEEDED(rc) || handle == results.statement) return results;
+    return {handle, *traits_.callsBehindFailure};
 }
 
 bool Connection::isDead() const {

@@ -32,10 +32,10 @@ public:
     [[nodiscard]] bool isDead() const;
     [[nodiscard]] const DriverTraits& traits() const { return traits_; }
 
-private:
-    // The driver's own handle of the statement, null where it is of no use.
-    [[nodiscard]] SQLHSTMT driverHandle(SQLHSTMT statement) const;
+    // By what the rest of a batch is read whose execution failed: of some drivers past the manager.
+    [[nodiscard]] ResultHandle behindFailure(const ResultHandle& results) const;
 
+private:
     EnvironmentHandle environment_;
     ConnectionHandle connection_;
     DriverTraits traits_;

@@ -104,49 +104,36 @@ TEST_F(FreeTds, whatFollowsAnErrorIsReadInFull) {
     EXPECT_EQ(affectedRows(session().run("next")), 7);
 }
 
-TEST_F(FreeTds, aProcedureThatFailsFirstGoesOn) {
-    server_.answer(TdsReply()
-                       .error(547, 16, "refused")
-                       .doneInProcedure()
-                       .columns({tds::integer("A")})
-                       .row({std::int64_t{5}})
-                       .doneInProcedure(1)
-                       .returnStatus(-6)
-                       .doneProcedure(true));
+class FailingProcedures : public FreeTds, public testing::WithParamInterface<bool> {};
+
+// Whether its error comes first or behind a result.
+TEST_P(FailingProcedures, loseNoneOfTheirResults) {
+    const auto result = [](TdsReply& reply, std::int64_t value) {
+        reply.columns({tds::integer("A")}).row({value}).doneInProcedure(1);
+    };
+    TdsReply reply;
+    std::vector<std::int64_t> sent = {2, 3};
+    if (GetParam()) {
+        result(reply, 1);
+        sent.insert(sent.begin(), 1);
+    }
+    reply.error(547, 16, "refused").doneInProcedure();
+    result(reply, 2);
+    result(reply, 3);
+    server_.answer(reply.returnStatus(-6).doneProcedure(true));
     server_.answer(TdsReply().done(7));
     const DatabaseError error = errorOf([&] { session().run("exec P"); });
     EXPECT_EQ(error.nativeCode(), 547);
     ASSERT_NE(error.results(), nullptr);
-    EXPECT_EQ(error.results()->results.at(0).rows.value().column(0).intAt(0), 5);
+    std::vector<std::int64_t> got;
+    for (const StatementResult& each : error.results()->results)
+        got.push_back(each.rows.value().column(0).intAt(0));
+    EXPECT_EQ(got, sent);
     EXPECT_EQ(server_.attentions(), 0);
     EXPECT_EQ(affectedRows(session().run("next")), 7);
 }
 
-TEST_F(FreeTds, anErrorOfAProcedureBetweenItsResultsLosesNoneOfThem) {
-    server_.answer(TdsReply()
-                       .columns({tds::integer("A")})
-                       .row({std::int64_t{1}})
-                       .doneInProcedure(1)
-                       .error(547, 16, "refused")
-                       .doneInProcedure()
-                       .columns({tds::integer("B")})
-                       .row({std::int64_t{2}})
-                       .doneInProcedure(1)
-                       .columns({tds::integer("C")})
-                       .row({std::int64_t{3}})
-                       .doneInProcedure(1)
-                       .returnStatus(-6)
-                       .doneProcedure(true));
-    server_.answer(TdsReply().done(7));
-    const DatabaseError error = errorOf([&] { session().run("exec P"); });
-    EXPECT_EQ(error.nativeCode(), 547);
-    ASSERT_NE(error.results(), nullptr);
-    ASSERT_EQ(error.results()->results.size(), 3U);
-    for (std::size_t i = 0; i < 3; ++i)
-        EXPECT_EQ(error.results()->results[i].rows.value().column(0).intAt(0), static_cast<std::int64_t>(i) + 1);
-    EXPECT_EQ(server_.attentions(), 0);
-    EXPECT_EQ(affectedRows(session().run("next")), 7);
-}
+INSTANTIATE_TEST_SUITE_P(Places, FailingProcedures, testing::Bool());
 
 TEST_F(FreeTds, messagesKeepTheirPlaceBetweenTheResults) {
     server_.answer(TdsReply()

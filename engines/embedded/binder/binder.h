@@ -256,9 +256,9 @@ private:
     // The table that UPDATE or DELETE changes when it has a FROM, and the alias of the source that stands for it there.
     const Table& targetIn(const ast::TableTarget& target, const Scope& scope, std::string& sqlAlias,
                           BoundSelect& select);
-    // The table that an UPDATE with FROM changes; its sources become those of the rows and of the scope.
-    const Table& targetAmong(const ast::UpdateStatement& statement, Scope& scope, std::string& alias,
-                             BoundSelect& rows);
+    // The same, with these as the sources of the rows and of the scope.
+    const Table& targetAmong(const ast::TableTarget& target, const std::vector<ast::TableSourcePtr>& sources,
+                             Scope& scope, std::string& sqlAlias, BoundSelect& select);
     void addKey(const Table& table, const std::string& sqlAlias, BoundSelect& select, SourceRange range);
     // Whether OUTPUT names rows as they were or other tables.
     [[nodiscard]] bool showsMoreThanInserted(const ast::UpdateStatement& statement) const;

@@ -108,6 +108,14 @@ bool Binder::showsMoreThanInserted(const ast::UpdateStatement& statement) const 
            (!statement.from.empty() && showsOthers(statement.output, "inserted"));
 }
 
+const Table& Binder::targetAmong(const ast::TableTarget& target, const std::vector<ast::TableSourcePtr>& sources,
+                                 Scope& scope, std::string& sqlAlias, BoundSelect& select) {
+    select.from = from(sources, scope);
+    const Table& table = targetIn(target, scope, sqlAlias, select);
+    if (!scope.owns(sqlAlias)) scope.sources.push_back(targetSource(table, table.name, sqlAlias));
+    return table;
+}
+
 const Table& Binder::targetIn(const ast::TableTarget& target, const Scope& scope, std::string& sqlAlias,
                               BoundSelect& select) {
     // The target is an alias or a table of FROM, or else a table of its own that every row of FROM meets.

@@ -19,10 +19,7 @@ BoundDelete Binder::remove(const ast::DeleteStatement& statement) {
                                  scope, statement.target.range);
         result.alias = rows->from->alias;
     } else {
-        rows->from = from(statement.from, scope);
-        result.table = &targetIn(statement.target, scope, result.alias, *rows);
-        if (!scope.owns(result.alias))
-            scope.sources.push_back(targetSource(*result.table, result.table->name, result.alias));
+        result.table = &targetAmong(statement.target, statement.from, scope, result.alias, *rows);
     }
     if (!statement.from.empty() && showsOthers(statement.output, "deleted")) {
         RowByRow each = rowsOf(*result.table, result.alias, std::move(rows), statement.target.range);

@@ -25,14 +25,6 @@ bool movesKey(const Table& table, const std::vector<std::size_t>& columns) {
 
 }  // namespace
 
-const Table& Binder::targetAmong(const ast::UpdateStatement& statement, Scope& scope, std::string& alias,
-                                 BoundSelect& rows) {
-    rows.from = from(statement.from, scope);
-    const Table& table = targetIn(statement.target, scope, alias, rows);
-    if (!scope.owns(alias)) scope.sources.push_back(targetSource(table, table.name, alias));
-    return table;
-}
-
 BoundUpdate Binder::update(const ast::UpdateStatement& statement) {
     // SET @v = column = e of one row alone can be read from what the change returns.
     const bool assigns = std::ranges::any_of(statement.assignments,
@@ -57,7 +49,7 @@ BoundUpdate Binder::update(const ast::UpdateStatement& statement) {
         own->table = result.table->sqlName();
         rows->from = std::move(own);
     } else {
-        result.table = &targetAmong(statement, scope, result.alias, *rows);
+        result.table = &targetAmong(statement.target, statement.from, scope, result.alias, *rows);
     }
     const Table& table = *result.table;
     std::vector<std::pair<std::string, std::size_t>> variables;

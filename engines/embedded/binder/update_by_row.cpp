@@ -34,7 +34,7 @@ BoundUpdate Binder::updateByRow(const ast::UpdateStatement& statement) {
         result.table = &table;
         result.alias = select->from->alias;
     } else {
-        result.table = &targetAmong(statement, scope, result.alias, *select);
+        result.table = &targetAmong(statement.target, statement.from, scope, result.alias, *select);
     }
     const Table& table = *result.table;
     RowByRow rows = rowsOf(table, result.alias, std::move(select), statement.target.range);

@@ -33,6 +33,11 @@ void add(Call& call) {
     }
 }
 
+[[noreturn]] void refuseParts(const std::string& type) {
+    throwSqlError(289,
+                  "Cannot construct data type " + type + ", some of the arguments have values which are not valid.");
+}
+
 // The day that these are; an error of the type that is made of it when they are none.
 DateTime dayOf(const Call& call, const char* type) {
     const std::int64_t year = call.integer(0);
@@ -43,8 +48,7 @@ DateTime dayOf(const Call& call, const char* type) {
             fromCivil({static_cast<int>(year), static_cast<int>(month), static_cast<int>(day), 0, 0, 0, 0});
         if (toCivil(result).day == day) return result;
     }
-    throwSqlError(289, "Cannot construct data type " + std::string(type) +
-                           ", some of the arguments have values which are not valid.");
+    refuseParts(type);
 }
 
 // t_datefromparts(year, month, day)
@@ -62,9 +66,7 @@ void timeFromParts(Call& call) {
         valid = valid && part >= 0 && part < kLimits[i];
         milliseconds = milliseconds * kLimits[i] + part;
     }
-    if (!valid)
-        throwSqlError(289,
-                      "Cannot construct data type datetime, some of the arguments have values which are not valid.");
+    if (!valid) refuseParts("datetime");
     constexpr std::int64_t kTicksPerMillisecond = 10'000;
     call.result(roundedTo(dayOf(call, "datetime").ticks + milliseconds * kTicksPerMillisecond,
                           SqlType::of(TypeKind::DateTime)));

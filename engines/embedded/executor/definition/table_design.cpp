@@ -448,13 +448,7 @@ void TableDesign::addConstraint(const ast::Constraint& constraint, const std::st
         case ast::ConstraintKind::Default: {
             const std::string& target = constraint.forColumn.empty() ? column : constraint.forColumn.text;
             DesignColumn* found = find(target);
-            if (found == nullptr) {
-                binder.fail(
-                    1752,
-                    "Column '" + target + "' in table '" + name + "' is invalid for creating a default constraint.",
-                    constraint.range);
-            }
-            if (!found->computedText.empty()) {
+            if (found == nullptr || !found->computedText.empty()) {
                 binder.fail(
                     1752,
                     "Column '" + target + "' in table '" + name + "' is invalid for creating a default constraint.",
